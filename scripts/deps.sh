@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Installs the Debian packages Tarnwick needs to build and test, when any is missing.
+# Sourced by run.sh and test.sh; needs root (or sudo) only when something must be installed.
+set -euo pipefail
+
+tarnwick_packages=(
+    g++ cmake ninja-build pkg-config
+    qt6-base-dev qt6-base-dev-tools libgl-dev
+    libfreexl-dev
+    libgtest-dev libgmock-dev libbenchmark-dev
+    clang-format fonts-dejavu-core
+)
+
+tarnwick_install_missing() {
+    local missing=()
+    local pkg
+    for pkg in "${tarnwick_packages[@]}"; do
+        if ! dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q 'install ok installed'; then
+            missing+=("$pkg")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing missing packages: ${missing[*]}"
+    local sudo=""
+    [ "$(id -u)" -ne 0 ] && sudo="sudo"
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+tarnwick_configure() {
+    local build_dir=$1
+    shift
+    cmake -S "$TARNWICK_ROOT" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@"
+}
+
+TARNWICK_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+export TARNWICK_ROOT
+tarnwick_install_missing

@@ -1,0 +1,67 @@
+// Tarnwick: a price list and quote program. main() builds the desktop services, makes sure
+// only one copy runs on the application folder and hands over to the splash window.
+#include "catalogue/module1.h"
+#include "core/formats.h"
+#include "platform/appenvironment.h"
+#include "platform/appservices.h"
+#include "platform/iprompts.h"
+#include "platform/qt/qtclipboard.h"
+#include "platform/qt/qteventpump.h"
+#include "platform/qt/qtfiledialogs.h"
+#include "platform/qt/qthelpviewer.h"
+#include "platform/qt/qtprocesslauncher.h"
+#include "platform/qt/qtprompts.h"
+#include "platform/qt/qtsettingsstore.h"
+#include "shell/frmmain.h"
+#include "shell/frmsplash1.h"
+#include "shell/ipasswordprompt.h"
+#include "shell/singleinstance.h"
+
+#include <QApplication>
+#include <QScreen>
+
+using namespace tarnwick;
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Tarnwick"));
+    QApplication::setApplicationVersion(QStringLiteral(TARNWICK_VERSION_STRING));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const AppEnvironment environment = AppEnvironment::fromApplication(QApplication::arguments());
+    QtPrompts prompts;
+    QtClipboard clipboard;
+    QtSettingsStore settings;
+    QtFileDialogs fileDialogs;
+    QtProcessLauncher launcher;
+    QtHelpViewer help;
+    QtEventPump events;
+    const AppServices services { prompts, clipboard, settings, fileDialogs, launcher, help, events,
+        environment };
+
+    const SingleInstance instance(environment.appFolder());
+    if (!instance.isOnlyInstance()) {
+        prompts.msgBox(SingleInstance::AlreadyRunningMessage, MsgStyle::Information);
+        return 1;
+    }
+
+    Module1 module(prompts, environment, programLocale());
+    PasswordDialogPrompt passwordPrompt;
+    FrmSplash1 splash(services, module, passwordPrompt);
+    splash.adjustSize();
+    if (const QScreen *screen = QGuiApplication::primaryScreen())
+        splash.move(screen->availableGeometry().center() - splash.rect().center());
+    splash.show();
+
+    std::unique_ptr<frmMain> mainWindow;
+    QObject::connect(&splash, &FrmSplash1::started, [&] {
+        mainWindow = splash.takeMainWindow();
+        QObject::connect(
+            mainWindow.get(), &frmMain::unloaded, &app, &QApplication::quit, Qt::QueuedConnection);
+    });
+    splash.Form_Load();
+    if (splash.programEnded())
+        return 0;
+    return app.exec();
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QLocale>
+#include <QString>
+
+namespace tarnwick {
+
+class Table;
+
+/// The text of the catalogue file for a table, and the product count the writing leaves.
+struct CatalogueFileText
+{
+    QString text;
+    /// Count after writing: the index of the last row if it was written, else one less (a row
+    /// index, not the number of lines); unchanged for a table without rows.
+    qint32 count = 0;
+    int rowsWritten = 0;
+};
+
+/// Builds the catalogue file's text: every row whose part number is neither the empty text
+/// nor null becomes one line of its fifteen fields as text, each followed by the field end,
+/// then CR LF. Rows without a part number are left out wherever they lie. Raises VbError 9
+/// when the table has fewer than fifteen fields.
+CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, qint32 count);
+
+} // namespace tarnwick

@@ -1,0 +1,121 @@
+#include "catalogue/products.h"
+
+#include "catalogue/cataloguereader.h"
+#include "catalogue/cataloguetext.h"
+#include "catalogue/cataloguewriter.h"
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "core/vberror.h"
+#include "platform/appenvironment.h"
+#include "platform/iprompts.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace tarnwick {
+
+namespace {
+
+// The diagnostic boxes of the "test" command line, with their exact texts and titles.
+constexpr QLatin1StringView OpenedText("Opened Filename");
+constexpr QLatin1StringView OpenedTitle("test");
+constexpr QLatin1StringView ReadLineText("read line ");
+constexpr QLatin1StringView ReadLineTitle("Test");
+constexpr QLatin1StringView PartNumberText("array 1 is ");
+constexpr QLatin1StringView PartNumberTitle("test");
+
+qint32 nextDebugId()
+{
+    static qint32 serial = 0;
+    return ++serial;
+}
+
+CatalogueReadResult readFailure(
+    CatalogueReadResult::Status status, int number, const QString &detail)
+{
+    CatalogueReadResult result;
+    result.status = status;
+    result.errorNumber = number;
+    result.detail = detail;
+    return result;
+}
+
+/// Shows, per product, its first physical line and then its part number (OK and Cancel; the
+/// answer does not matter).
+CatalogueReader::Observer testRunObserver(
+    IPrompts &prompts, const Table &catalogue, const QLocale &locale)
+{
+    CatalogueReader::Observer observer;
+    observer.recordStarted = [&prompts](const QString &firstLine) {
+        prompts.msgBox(ReadLineText + firstLine, MsgStyle::OkOnly, ReadLineTitle);
+    };
+    observer.partNumberStored = [&prompts, &catalogue, locale](int row) {
+        const QString partNumber =
+            conv::toText(catalogue.get(row, ProductRecord::PartNumber), locale);
+        prompts.msgBox(PartNumberText + partNumber, MsgStyle::OkCancel, PartNumberTitle);
+    };
+    return observer;
+}
+
+} // namespace
+
+Products::Products(
+    Table &catalogue, IPrompts &prompts, const AppEnvironment &environment, const QLocale &locale)
+    : m_catalogue(catalogue), m_prompts(prompts), m_environment(environment), m_locale(locale),
+      m_debugId(nextDebugId())
+{
+}
+
+CatalogueReadResult Products::ReadProds(const QString &fileName)
+{
+    using Status = CatalogueReadResult::Status;
+    if (!QFileInfo::exists(fileName))
+        return readFailure(
+            Status::Missing, ErrorNumber::FileNotFound, QStringLiteral("the file does not exist"));
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
+            QStringLiteral("the file cannot be opened (%1)").arg(file.errorString()));
+    }
+    const bool testRun = m_environment.isTestRun();
+    if (testRun)
+        m_prompts.msgBox(OpenedText, MsgStyle::OkOnly, OpenedTitle);
+    // The whole file is read at once and split into lines in memory.
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
+            QStringLiteral("the file cannot be read (%1)").arg(file.errorString()));
+    CatalogueReader reader(m_catalogue, m_locale);
+    const CatalogueReadResult result = reader.read(decodeCatalogueBytes(bytes),
+        testRun ? testRunObserver(m_prompts, m_catalogue, m_locale) : CatalogueReader::Observer {});
+    // On a failure the rows read so far stay in the table, but Count keeps its old value.
+    if (result.status == Status::Ok)
+        m_count = result.rowsRead;
+    return result;
+}
+
+CatalogueWriteResult Products::WriteProds(const QString &fileName)
+{
+    CatalogueFileText content;
+    try {
+        content = catalogueFileText(m_catalogue, m_locale, m_count);
+    } catch (const VbError &error) {
+        CatalogueWriteResult result;
+        result.ok = false;
+        result.detail = QStringLiteral("The catalogue could not be saved: its table cannot be "
+                                       "read (error %1). The catalogue file is unchanged.")
+                            .arg(error.number());
+        return result;
+    }
+    CatalogueWriteResult result =
+        writeCatalogueFile(fileName, encodeCatalogueText(content.text), m_beforeReplace);
+    // Count follows the rows only when the file was saved; a failed save changes nothing.
+    if (result.ok) {
+        m_count = content.count;
+        result.rowsWritten = content.rowsWritten;
+    }
+    return result;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "catalogue/cataloguefile.h"
+
+#include <QLocale>
+#include <QString>
+
+#include <utility>
+
+namespace tarnwick {
+
+class AppEnvironment;
+class IPrompts;
+class Table;
+
+/// The catalogue class: reads the catalogue file into the catalogue table at start-up,
+/// writes it back at shut-down and keeps the product count.
+class Products
+{
+public:
+    Products(Table &catalogue, IPrompts &prompts, const AppEnvironment &environment,
+        const QLocale &locale);
+
+    /// Sorts the data by product name (does nothing; the grid's sorts do the work).
+    void SortByProduct() { }
+    /// Sorts the data by part number (does nothing; start-up and the grid sort).
+    void SortByPart() { }
+
+    /// Reads the products from the file into rows 1..n of the catalogue and sets Count to n.
+    /// The table grows while the file is read, so a catalogue of any size loads. With the
+    /// "test" command line it shows the diagnostic boxes. On a failure the rows read so far
+    /// stay, Count is left as it was and the result says what happened.
+    CatalogueReadResult ReadProds(const QString &fileName);
+
+    /// Writes every row with a part number to the file, safely: a temporary file in the same
+    /// folder is written and flushed, the previous file is kept as "twdata.bak", then the new
+    /// one takes its place. On a failure the old file is untouched and the result says why.
+    /// Afterwards Count is the index of the last row if it was written, else one less.
+    /// A save that fails leaves Count as it was.
+    CatalogueWriteResult WriteProds(const QString &fileName);
+
+    qint32 Count() const { return m_count; }
+    void setCount(qint32 vData) { m_count = vData; }
+
+    /// The object's debugging serial number.
+    qint32 ClassDebugID() const { return m_debugId; }
+
+    /// Runs hook in every later save just before the new file replaces the old one; a hook
+    /// that returns false stops the save there. For tests of an interrupted save.
+    void setBeforeReplaceHook(BeforeReplaceHook hook) { m_beforeReplace = std::move(hook); }
+
+private:
+    Table &m_catalogue;
+    IPrompts &m_prompts;
+    const AppEnvironment &m_environment;
+    QLocale m_locale;
+    qint32 m_count = 0;
+    qint32 m_debugId;
+    BeforeReplaceHook m_beforeReplace;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,132 @@
+#include "catalogue/table.h"
+
+#include "core/vberror.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarnwick {
+
+namespace {
+
+[[noreturn]] void raiseOutOfRange()
+{
+    throw VbError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("Subscript out of range"));
+}
+
+} // namespace
+
+Table::Table(int rows, int fields)
+{
+    redim(rows, fields);
+}
+
+void Table::redim(int rows, int fields)
+{
+    if (rows < 0 || fields < 0)
+        raiseOutOfRange();
+    std::vector<Cell> cells(std::size_t(rows) * std::size_t(fields));
+    m_cells.swap(cells);
+    m_rows = rows;
+    m_fields = fields;
+}
+
+void Table::redimPreserve(int rows, int fields)
+{
+    if (rows < 0 || fields < 0)
+        raiseOutOfRange();
+    if (fields == m_fields) {
+        // Same row width: the cells stay where they are and the vector only grows or shrinks
+        // at its end, which keeps growing a large catalogue cheap.
+        m_cells.resize(std::size_t(rows) * std::size_t(fields));
+        m_rows = rows;
+        return;
+    }
+    std::vector<Cell> cells(std::size_t(rows) * std::size_t(fields));
+    const int keptRows = std::min(rows, m_rows);
+    const int keptFields = std::min(fields, m_fields);
+    for (int r = 0; r < keptRows; ++r) {
+        for (int f = 0; f < keptFields; ++f)
+            cells[std::size_t(r) * fields + f] = std::move(m_cells[std::size_t(r) * m_fields + f]);
+    }
+    m_cells.swap(cells);
+    m_rows = rows;
+    m_fields = fields;
+}
+
+int Table::upperBound(int dimension) const
+{
+    if (dimension == 1)
+        return m_rows;
+    if (dimension == 2)
+        return m_fields;
+    raiseOutOfRange();
+}
+
+const Cell &Table::get(int row, int field) const
+{
+    checkBounds(row, field);
+    return m_cells[index(row, field)];
+}
+
+void Table::put(int row, int field, const Cell &value)
+{
+    checkBounds(row, field);
+    m_cells[index(row, field)] = value;
+}
+
+void Table::insertRows(int row, int count)
+{
+    if (row < 1 || row > m_rows + 1 || count < 0)
+        raiseOutOfRange();
+    const auto at = m_cells.begin() + std::ptrdiff_t(row - 1) * m_fields;
+    m_cells.insert(at, std::size_t(count) * std::size_t(m_fields), Cell());
+    m_rows += count;
+}
+
+void Table::deleteRows(int row, int count)
+{
+    if (row < 1 || count < 0 || row > m_rows || count > m_rows - row + 1)
+        raiseOutOfRange();
+    const auto first = m_cells.begin() + std::ptrdiff_t(row - 1) * m_fields;
+    m_cells.erase(first, first + std::ptrdiff_t(count) * m_fields);
+    m_rows -= count;
+}
+
+void Table::clearRow(int row)
+{
+    if (row < 1 || row > m_rows)
+        raiseOutOfRange();
+    const auto first = m_cells.begin() + std::ptrdiff_t(row - 1) * m_fields;
+    std::fill(first, first + m_fields, Cell());
+}
+
+int Table::find(int field, const Cell &value, int startRow) const
+{
+    if (field < 1 || field > m_fields || startRow < 1)
+        raiseOutOfRange();
+    for (int row = startRow; row <= m_rows; ++row) {
+        const Cell &cell = m_cells[index(row, field)];
+        // Numbers are equal by value whatever their precision (a single 12.5 finds a double
+        // 12.5); everything else must match exactly, texts with their letter case.
+        const bool equal = (cell.isNumber() && value.isNumber())
+            ? cell.asNumber() == value.asNumber()
+            : cell == value;
+        if (equal)
+            return row;
+    }
+    return 0;
+}
+
+void Table::checkBounds(int row, int field) const
+{
+    if (row < 1 || row > m_rows || field < 1 || field > m_fields)
+        raiseOutOfRange();
+}
+
+std::size_t Table::index(int row, int field) const
+{
+    return std::size_t(row - 1) * std::size_t(m_fields) + std::size_t(field - 1);
+}
+
+} // namespace tarnwick

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "core/cell.h"
+
+#include <QLocale>
+
+#include <vector>
+
+namespace tarnwick {
+
+/// The two-dimensional table of cells behind every grid of the program: the catalogue
+/// (rows × 15 fields), the quote (250 × 7) and the price schedule (5 × 2). Rows and fields
+/// count from 1. Reading or writing outside the bounds raises VbError 9.
+class Table
+{
+public:
+    enum class SortKind {
+        Text, ///< by the cells' texts, ignoring letter case, then case-sensitively
+        Numeric, ///< by numeric value; blank and non-numeric cells after all numbers
+    };
+
+    Table() = default;
+    Table(int rows, int fields);
+
+    /// Re-dimensions to rows 1..rows and fields 1..fields; every cell becomes empty.
+    void redim(int rows, int fields);
+    /// Re-dimensions keeping the contents that still fit; new cells are empty.
+    void redimPreserve(int rows, int fields);
+
+    int rowCount() const { return m_rows; }
+    int fieldCount() const { return m_fields; }
+    /// Upper bound of dimension 1 (rows) or 2 (fields); other dimensions raise 9.
+    int upperBound(int dimension = 1) const;
+
+    const Cell &get(int row, int field) const;
+    void put(int row, int field, const Cell &value);
+
+    /// Inserts count empty rows before row (1..rowCount()+1; rowCount()+1 appends).
+    void insertRows(int row, int count = 1);
+    /// Deletes count rows starting at row; the rows after move up.
+    void deleteRows(int row, int count = 1);
+    /// Clears every cell of one row.
+    void clearRow(int row);
+
+    /// Sorts rows first..last ascending on field, stable, comparing as kind says.
+    void sortRows(int first, int last, int field, SortKind kind, const QLocale &locale);
+
+    /// The first row from startRow on whose cell in field equals value; 0 when there is none.
+    int find(int field, const Cell &value, int startRow = 1) const;
+
+private:
+    void checkBounds(int row, int field) const;
+    std::size_t index(int row, int field) const;
+    /// Puts rows first.. in the order given: order[k] is the old row (1-based) that goes to
+    /// row first + k.
+    void reorderRows(int first, const std::vector<int> &order);
+
+    int m_rows = 0;
+    int m_fields = 0;
+    std::vector<Cell> m_cells;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,246 @@
+#include "core/conversions.h"
+
+#include "core/vberror.h"
+
+#include <array>
+#include <cfloat>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace tarnwick::conv {
+
+namespace {
+
+// Significant digits shown for each floating kind: 7 for single, 15 for double.
+constexpr int SinglePrecision = 7;
+constexpr int DoublePrecision = 15;
+
+// Most decimals Round scales by: 10^22 is the largest power of ten a double holds exactly,
+// so the scaling stays exact; a request for more decimals leaves the value as it is.
+constexpr int MaxExactDecimals = 22;
+
+// Raised when Round gets a negative number of decimals.
+constexpr int InvalidProcedureCall = 5;
+
+/// Shortest general form with the given significant digits: plain notation when the decimal
+/// exponent lies in -4..precision-1, otherwise "1.234568E+07" with a two-digit (or longer)
+/// exponent. This is the rule of the C "%g" conversion, which std::to_chars follows without
+/// looking at the process locale; only the decimal separator is the locale's.
+QString generalText(double value, int precision, const QLocale &locale)
+{
+    if (!std::isfinite(value))
+        throw VbError(ErrorNumber::Overflow, QStringLiteral("Overflow"));
+    if (value == 0.0) // also turns -0 into "0"
+        return QStringLiteral("0");
+    std::array<char, 64> buffer {};
+    const auto result = std::to_chars(
+        buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, precision);
+    QString text = QString::fromLatin1(buffer.data(), result.ptr - buffer.data());
+    text.replace(QLatin1Char('e'), QLatin1Char('E'));
+    text.replace(QLatin1Char('.'), locale.decimalPoint());
+    return text;
+}
+
+/// Rounds to a whole number, halves to the even neighbour. Unlike std::nearbyint it does not
+/// depend on the floating-point rounding mode. x - floor(x) is exact for every double.
+double roundHalfEven(double x)
+{
+    const double below = std::floor(x);
+    const double fraction = x - below;
+    if (fraction > 0.5)
+        return below + 1.0;
+    if (fraction < 0.5)
+        return below;
+    return std::fmod(below, 2.0) == 0.0 ? below : below + 1.0;
+}
+
+/// Whole number in [low, high] after rounding half to even; overflow (6) outside it.
+double roundedInRange(double value, double low, double high)
+{
+    const double rounded = roundHalfEven(value);
+    if (!(rounded >= low && rounded <= high))
+        throw VbError(ErrorNumber::Overflow, QStringLiteral("Overflow"));
+    return rounded;
+}
+
+/// Removes a prefix or suffix and the blanks next to it; false when it is not there.
+bool takePrefix(QString &text, const QString &prefix)
+{
+    if (prefix.isEmpty() || !text.startsWith(prefix))
+        return false;
+    text = text.mid(prefix.size()).trimmed();
+    return true;
+}
+
+bool takeSuffix(QString &text, const QString &suffix)
+{
+    if (suffix.isEmpty() || !text.endsWith(suffix))
+        return false;
+    text = text.left(text.size() - suffix.size()).trimmed();
+    return true;
+}
+
+/// Takes one sign mark from either end: "-" or the locale's minus before or after the
+/// number, "+" before it, or parentheses around it. Sets negative for a minus mark.
+bool takeSign(QString &text, const QLocale &locale, bool &negative)
+{
+    const QString minus = QStringLiteral("-");
+    if (text.size() >= 2 && text.startsWith(QLatin1Char('(')) && text.endsWith(QLatin1Char(')'))) {
+        text = text.mid(1, text.size() - 2).trimmed();
+        negative = true;
+        return true;
+    }
+    if (takePrefix(text, minus) || takePrefix(text, locale.negativeSign())
+        || takeSuffix(text, minus) || takeSuffix(text, locale.negativeSign())) {
+        negative = true;
+        return true;
+    }
+    return takePrefix(text, QStringLiteral("+")) || takePrefix(text, locale.positiveSign());
+}
+
+/// Strips the sign and currency marks around a number, at most one of each, in any order.
+/// Returns false when a second sign or symbol shows up.
+bool stripMarks(QString &text, const QLocale &locale, bool &negative)
+{
+    const QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
+    bool hasSign = false;
+    bool hasSymbol = false;
+    for (bool changed = true; changed;) {
+        changed = false;
+        bool signNegative = false;
+        if (takeSign(text, locale, signNegative)) {
+            if (hasSign)
+                return false;
+            hasSign = changed = true;
+            negative = signNegative;
+        }
+        if (takePrefix(text, symbol) || takeSuffix(text, symbol)) {
+            if (hasSymbol)
+                return false;
+            hasSymbol = changed = true;
+        }
+    }
+    return true;
+}
+
+/// The bare number: the locale's form with group separators, else the C locale's form
+/// without them (so "12.5" is still read in a locale that writes "12,5").
+std::optional<double> parseBody(const QString &body, const QLocale &locale)
+{
+    if (body.isEmpty())
+        return std::nullopt;
+    const QChar first = body.front();
+    if (!first.isDigit() && !body.startsWith(locale.decimalPoint()) && first != QLatin1Char('.'))
+        return std::nullopt;
+    bool ok = false;
+    double value = locale.toDouble(body, &ok);
+    if (!ok) {
+        QLocale c = QLocale::c();
+        c.setNumberOptions(QLocale::RejectGroupSeparator);
+        value = c.toDouble(body, &ok);
+    }
+    if (!ok || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+QString toText(const Cell &cell, const QLocale &locale)
+{
+    switch (cell.kind()) {
+    case Cell::Kind::Empty:
+        return QString();
+    case Cell::Kind::Null:
+        throw VbError(ErrorNumber::InvalidUseOfNull, QStringLiteral("Invalid use of Null"));
+    case Cell::Kind::Text:
+        return cell.asText();
+    case Cell::Kind::Single:
+        return generalText(cell.asNumber(), SinglePrecision, locale);
+    case Cell::Kind::Double:
+        return generalText(cell.asNumber(), DoublePrecision, locale);
+    case Cell::Kind::Int32:
+        return QString::number(static_cast<qint32>(cell.asNumber()));
+    }
+    return QString();
+}
+
+double toDouble(const Cell &cell, const QLocale &locale)
+{
+    if (cell.isNull())
+        throw VbError(ErrorNumber::InvalidUseOfNull, QStringLiteral("Invalid use of Null"));
+    if (cell.isText()) {
+        const std::optional<double> value = parseNumber(cell.asText(), locale);
+        if (!value)
+            throw VbError(ErrorNumber::TypeMismatch, QStringLiteral("Type mismatch"));
+        return *value;
+    }
+    return cell.asNumber(); // 0 for the empty state
+}
+
+float toSingle(const Cell &cell, const QLocale &locale)
+{
+    const double value = toDouble(cell, locale);
+    if (std::fabs(value) > static_cast<double>(FLT_MAX))
+        throw VbError(ErrorNumber::Overflow, QStringLiteral("Overflow"));
+    return static_cast<float>(value);
+}
+
+qint16 toInt16(const Cell &cell, const QLocale &locale)
+{
+    constexpr double low = std::numeric_limits<qint16>::min();
+    constexpr double high = std::numeric_limits<qint16>::max();
+    return static_cast<qint16>(roundedInRange(toDouble(cell, locale), low, high));
+}
+
+qint32 toInt32(const Cell &cell, const QLocale &locale)
+{
+    constexpr double low = std::numeric_limits<qint32>::min();
+    constexpr double high = std::numeric_limits<qint32>::max();
+    return static_cast<qint32>(roundedInRange(toDouble(cell, locale), low, high));
+}
+
+/// Rounding rule: x is scaled by 10^decimals and rounded half to even. A product that lands
+/// exactly on a half only because the multiplication rounded is decided by the exact binary
+/// value of x (the residual from fma), so 2.675, stored as 2.67499999..., gives 2.67, while
+/// 0.125, stored exactly, gives the even 0.12.
+double round(double x, int decimals)
+{
+    if (decimals < 0)
+        throw VbError(InvalidProcedureCall, QStringLiteral("Invalid procedure call or argument"));
+    if (!std::isfinite(x) || decimals > MaxExactDecimals)
+        return x;
+    const double scale = std::pow(10.0, decimals);
+    const double scaled = x * scale;
+    if (!std::isfinite(scaled))
+        return x;
+    double rounded = roundHalfEven(scaled);
+    if (scaled - std::floor(scaled) == 0.5) {
+        const double residual = std::fma(x, scale, -scaled);
+        if (residual != 0.0)
+            rounded = residual > 0.0 ? std::floor(scaled) + 1.0 : std::floor(scaled);
+    }
+    return rounded / scale + 0.0; // + 0.0 turns -0 into 0
+}
+
+bool isNumeric(const Cell &cell, const QLocale &locale)
+{
+    if (cell.isNumber())
+        return true;
+    return cell.isText() && parseNumber(cell.asText(), locale).has_value();
+}
+
+std::optional<double> parseNumber(const QString &text, const QLocale &locale)
+{
+    QString body = text.trimmed();
+    bool negative = false;
+    if (!stripMarks(body, locale, negative))
+        return std::nullopt;
+    const std::optional<double> value = parseBody(body, locale);
+    if (!value)
+        return std::nullopt;
+    return negative ? -*value : *value;
+}
+
+} // namespace tarnwick::conv

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "core/cell.h"
+
+#include <QLocale>
+#include <QString>
+
+#include <optional>
+
+namespace tarnwick::conv {
+
+// Conversions of a cell, with the precisions and errors the program's rules are stated in.
+// Every function that can fail raises VbError: 13 (type mismatch) for a text that is not a
+// number or a null where a value is needed, 6 (overflow) for a value outside the target range.
+
+/// Text of a cell: the empty state gives "", a text is returned as it is, numbers in their
+/// shortest general form with the locale's decimal separator and no grouping (a single 12.5
+/// gives "12.5"; singles show at most 7 significant digits, doubles 15; very large or small
+/// values in the form "1.234568E+07"). Null raises 94.
+QString toText(const Cell &cell, const QLocale &locale);
+
+/// Numeric value. Empty gives 0; a text is parsed with parseNumber (13 when it is no number).
+double toDouble(const Cell &cell, const QLocale &locale);
+/// As toDouble, then narrowed to single precision (6 when outside the single range).
+float toSingle(const Cell &cell, const QLocale &locale);
+/// Rounded half to even; outside -32768..32767 raises 6.
+qint16 toInt16(const Cell &cell, const QLocale &locale);
+/// Rounded half to even; outside the 32-bit range raises 6.
+qint32 toInt32(const Cell &cell, const QLocale &locale);
+
+/// Rounds x to the given number of decimals, halves to the even neighbour (2.5 -> 2, 0.125 ->
+/// 0.12).
+double round(double x, int decimals = 0);
+
+/// True when toDouble would succeed on a non-empty value (the empty state and the empty text
+/// are not numeric).
+bool isNumeric(const Cell &cell, const QLocale &locale);
+
+/// Parses what a user of the locale writes for a number: optional blanks, a sign or
+/// parentheses for negatives, the locale's currency symbol before or after the number,
+/// group separators, the decimal separator, an exponent. "$1,234.50" and "($5.00)" parse in
+/// en-US. Numbers in the C locale's form are accepted as a fallback ("12.5" in de-DE).
+std::optional<double> parseNumber(const QString &text, const QLocale &locale);
+
+} // namespace tarnwick::conv

@@ -1,0 +1,69 @@
+#include "platform/filefilter.h"
+
+namespace tarnwick {
+
+namespace {
+
+/// The patterns of one filter entry in Qt's form: split on ";" (and blanks), "*.*" becomes
+/// "*" because Qt's "*.*" would hide files without an extension. An entry without any
+/// pattern means every file.
+QStringList qtPatterns(const QString &patterns)
+{
+    QStringList result;
+    const QStringList parts = QString(patterns)
+                                  .replace(QLatin1Char(';'), QLatin1Char(' '))
+                                  .split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString &part : parts) {
+        const QString pattern = part == QLatin1String("*.*") ? QStringLiteral("*") : part;
+        if (!result.contains(pattern))
+            result << pattern;
+    }
+    if (result.isEmpty())
+        result << QStringLiteral("*");
+    return result;
+}
+
+/// The description without a trailing "(…)" that shows patterns (one holding "*" or "?"),
+/// since Qt reads the patterns from that last parenthesis. Any other trailing parenthesis,
+/// such as "(old format)", is ordinary text and stays.
+QString withoutShownPatterns(const QString &description)
+{
+    if (!description.endsWith(QLatin1Char(')')))
+        return description;
+    const qsizetype open = description.lastIndexOf(QLatin1Char('('));
+    if (open < 0)
+        return description;
+    const QString shown = description.mid(open + 1, description.size() - open - 2);
+    if (!shown.contains(QLatin1Char('*')) && !shown.contains(QLatin1Char('?')))
+        return description;
+    return description.left(open).trimmed();
+}
+
+/// One Qt name filter, "Description (*.a *.b)"; a blank description gives the bare
+/// patterns, which Qt also accepts.
+QString qtNameFilter(const QString &description, const QString &patterns)
+{
+    const QString text = withoutShownPatterns(description.trimmed());
+    const QString joined = qtPatterns(patterns).join(QLatin1Char(' '));
+    if (text.isEmpty())
+        return joined;
+    return text + QStringLiteral(" (") + joined + QLatin1Char(')');
+}
+
+} // namespace
+
+// Every complete description/pattern pair gives exactly one entry, even when its pattern is
+// blank, so that the n-th pair stays the n-th entry and filter indexes keep their meaning.
+// A last description without a pattern after it is not a pair and is left out.
+QStringList toQtNameFilters(const QString &filter)
+{
+    QStringList result;
+    if (filter.trimmed().isEmpty())
+        return result;
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+        result << qtNameFilter(parts.at(i), parts.at(i + 1));
+    return result;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+namespace tarnwick {
+
+/// A formatted document offered on the clipboard in three forms at once, so that a word
+/// processor takes the rich text, a mail program the HTML and an editor the plain text.
+struct RichClipboardDocument
+{
+    QString rtf;
+    QString html;
+    QString plainText;
+};
+
+/// The system clipboard.
+class IClipboard
+{
+public:
+    virtual ~IClipboard() = default;
+
+    virtual void clear() = 0;
+    virtual void setText(const QString &text) = 0;
+    virtual void setRichDocument(const RichClipboardDocument &document) = 0;
+    /// The clipboard's plain text.
+    virtual QString text() const = 0;
+};
+
+} // namespace tarnwick

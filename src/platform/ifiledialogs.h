@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace tarnwick {
+
+/// What an open or save dialog is asked to show. The filter is written the program's way,
+/// pairs of description and pattern joined by "|": "Text (*.txt)|*.txt|All Files (*.*)|*.*".
+/// filterIndex counts the pairs from 1.
+struct FileDialogRequest
+{
+    QString title;
+    QString filter;
+    int filterIndex = 1;
+    QString initialFolder;
+    QString fileName;
+};
+
+/// The file the user chose and the filter (from 1) that was selected.
+struct FileDialogResult
+{
+    QString path;
+    int filterIndex = 1;
+};
+
+/// Common open and save dialogs. An empty optional means the user cancelled.
+class IFileDialogs
+{
+public:
+    virtual ~IFileDialogs() = default;
+
+    virtual std::optional<FileDialogResult> getOpenFile(const FileDialogRequest &request) = 0;
+    virtual std::optional<FileDialogResult> getSaveFile(const FileDialogRequest &request) = 0;
+};
+
+} // namespace tarnwick

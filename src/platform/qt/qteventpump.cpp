@@ -1,0 +1,12 @@
+#include "platform/qt/qteventpump.h"
+
+#include <QCoreApplication>
+
+namespace tarnwick {
+
+void QtEventPump::processPendingEvents()
+{
+    QCoreApplication::processEvents();
+}
+
+} // namespace tarnwick

@@ -1,0 +1,29 @@
+#include "platform/qt/qtprocesslauncher.h"
+
+#include <QProcess>
+
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#endif
+
+namespace tarnwick {
+
+bool QtProcessLauncher::startDetached(
+    const QString &program, const QStringList &arguments, const QString &workingFolder)
+{
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(arguments);
+    process.setWorkingDirectory(workingFolder);
+#ifdef Q_OS_WIN
+    // Programs such as the handheld converter run hidden: no console or window appears.
+    process.setCreateProcessArgumentsModifier([](QProcess::CreateProcessArguments *args) {
+        args->flags |= CREATE_NO_WINDOW;
+        args->startupInfo->dwFlags |= STARTF_USESHOWWINDOW;
+        args->startupInfo->wShowWindow = SW_HIDE;
+    });
+#endif
+    return process.startDetached();
+}
+
+} // namespace tarnwick

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QLocale>
+
+namespace tarnwick {
+
+class Table;
+
+/// Presents the catalogue table to the product grid: one grid row per table row (grid row =
+/// table row − 1, and the table row is the row's bookmark), thirteen columns with the
+/// captions and number formats of the product grid. The model reads the shared table in
+/// place; whoever changes the table's rows calls reload().
+class ProductGridModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    ProductGridModel(Table &catalogue, const QLocale &locale, QObject *parent = nullptr);
+
+    /// The catalogue field a grid column shows (column 0 → field 1).
+    static int fieldOfColumn(int column);
+    /// The named format of a grid column ("Currency", "General Number" or none).
+    static QString formatOfColumn(int column);
+    static int columnCountStatic();
+
+    /// The table row of a grid row.
+    static int bookmarkOfRow(int gridRow) { return gridRow + 1; }
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(
+        int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+    /// Re-reads the table after rows were added, removed or re-ordered.
+    void reload();
+
+private:
+    Table &m_catalogue;
+    QLocale m_locale;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,78 @@
+#include "shell/cataloguelifecycle.h"
+
+#include "catalogue/module1.h"
+#include "catalogue/productrecord.h"
+#include "platform/iprompts.h"
+
+#include <QDir>
+
+namespace tarnwick {
+
+namespace {
+const QString CatalogueTitle = QStringLiteral("Catalogue");
+}
+
+CatalogueLifecycle::CatalogueLifecycle(Module1 &module, IPrompts &prompts)
+    : m_module(module), m_prompts(prompts)
+{
+}
+
+CatalogueReadResult CatalogueLifecycle::load()
+{
+    Table &catalogue = m_module.Catalogue();
+    Products &products = m_module.AllProducts();
+    catalogue.redim(InitialRows, ProductRecord::FieldCount);
+    const CatalogueReadResult result = products.ReadProds(m_module.DataFile);
+    catalogue.redimPreserve(products.Count(), ProductRecord::FieldCount);
+    catalogue.sortRows(
+        1, products.Count(), ProductRecord::PartNumber, Table::SortKind::Text, m_module.locale());
+    m_module.SortedByPart = true;
+    if (result.status == CatalogueReadResult::Status::Failed) {
+        m_readFailed = true;
+        m_prompts.msgBox(
+            unreadMessage(m_module.DataFile, result), MsgStyle::Exclamation, CatalogueTitle);
+    }
+    return result;
+}
+
+CatalogueWriteResult CatalogueLifecycle::save()
+{
+    if (m_readFailed && !m_unreadFileKept) {
+        const QString copy = preserveUnreadCatalogue(m_module.DataFile);
+        if (copy.isEmpty())
+            return { false,
+                QStringLiteral("the file that could not be read at start-up could "
+                               "not be kept as a copy"),
+                0 };
+        m_unreadFileKept = true;
+        m_prompts.msgBox(keptCopyMessage(copy), MsgStyle::Information, CatalogueTitle);
+    }
+    return m_module.AllProducts().WriteProds(m_module.DataFile);
+}
+
+QString CatalogueLifecycle::unreadMessage(
+    const QString &dataFile, const CatalogueReadResult &result)
+{
+    return QStringLiteral("The catalogue file \"%1\" could not be read completely: %2 "
+                          "(error %3).\n\nTarnwick starts without the products of that file. "
+                          "The file itself is kept: before Tarnwick saves the catalogue, it is "
+                          "copied to a file of its own in the same folder.")
+        .arg(QDir::toNativeSeparators(dataFile), result.detail)
+        .arg(result.errorNumber);
+}
+
+QString CatalogueLifecycle::saveFailedMessage(const QString &dataFile, const QString &detail)
+{
+    return QStringLiteral("The catalogue could not be saved to \"%1\": %2.\n\nThe file on disk "
+                          "has not been changed.")
+        .arg(QDir::toNativeSeparators(dataFile), detail);
+}
+
+QString CatalogueLifecycle::keptCopyMessage(const QString &copyPath)
+{
+    return QStringLiteral("The catalogue file that could not be read at start-up has been kept "
+                          "as \"%1\".")
+        .arg(QDir::toNativeSeparators(copyPath));
+}
+
+} // namespace tarnwick

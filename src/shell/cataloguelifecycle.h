@@ -1,0 +1,44 @@
+#pragma once
+
+#include "catalogue/cataloguefile.h"
+
+#include <QString>
+
+namespace tarnwick {
+
+class IPrompts;
+class Module1;
+
+/// Loads the catalogue at start-up and writes it back at shut-down, and tells the user when
+/// either goes wrong. A catalogue file that could not be read completely is kept under a
+/// name of its own before the shut-down save replaces it, so nothing in it is lost.
+class CatalogueLifecycle
+{
+public:
+    static constexpr int InitialRows = 1000;
+
+    CatalogueLifecycle(Module1 &module, IPrompts &prompts);
+
+    /// Sizes the catalogue to 1000 rows, reads the file, cuts the table to Count rows and sorts
+    /// it on the part number. A file that exists but could not be read completely is reported
+    /// once, here.
+    CatalogueReadResult load();
+
+    /// Writes the catalogue back, first keeping an unread catalogue file as a copy. When the
+    /// result is not ok the file on disk is unchanged; the caller tells the user.
+    CatalogueWriteResult save();
+
+    /// The message shown when the catalogue file could not be read completely.
+    static QString unreadMessage(const QString &dataFile, const CatalogueReadResult &result);
+    /// The message shown when the catalogue could not be saved.
+    static QString saveFailedMessage(const QString &dataFile, const QString &detail);
+    static QString keptCopyMessage(const QString &copyPath);
+
+private:
+    Module1 &m_module;
+    IPrompts &m_prompts;
+    bool m_readFailed = false;
+    bool m_unreadFileKept = false;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,420 @@
+#include "shell/frmmain.h"
+
+#include "catalogue/module1.h"
+#include "catalogue/productrecord.h"
+#include "core/conversions.h"
+#include "core/errortrap.h"
+#include "platform/appenvironment.h"
+#include "platform/appservices.h"
+#include "platform/iclipboard.h"
+#include "platform/ihelpviewer.h"
+#include "platform/iprompts.h"
+#include "products/productgridmodel.h"
+#include "products/productrow.h"
+#include "products/tablemodel.h"
+#include "shell/accessiblenames.h"
+#include "shell/mainwindowactions.h"
+#include "shell/passwordlock.h"
+#include "shell/twips.h"
+#include "shell/windowsettings.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QScreen>
+#include <QSplitter>
+#include <QSystemTrayIcon>
+#include <QTabWidget>
+#include <QTableView>
+#include <QToolBar>
+
+#include <cmath>
+
+namespace tarnwick {
+
+namespace {
+constexpr int QuoteRows = 250;
+constexpr int QuoteFields = 7;
+constexpr int ScheduleRows = 5;
+constexpr int ScheduleFields = 2;
+constexpr qint16 MaxScreenSplit = 98;
+const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
+const QString UnsavedQuestion =
+    QStringLiteral("\n\nClose Tarnwick anyway? The changes made to the catalogue since Tarnwick "
+                   "started would be lost.");
+} // namespace
+
+frmMain::frmMain(const AppServices &services, Module1 &module, QWidget *parent)
+    : QMainWindow(parent), m_services(services), m_module(module),
+      m_catalogue(module, services.prompts)
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("Tarnwick"));
+    m_ui.setupUi(this);
+    m_actions = std::make_unique<MainWindowActions>(this);
+    disableLaterCommands();
+    connectHandlers();
+    exposeObjectNames(this);
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::connectHandlers()
+{
+    const auto on = [this](const char *name, void (frmMain::*slot)()) {
+        connect(m_actions->action(QString::fromLatin1(name)), &QAction::triggered, this, slot);
+    };
+    on("mnuFileExit", &frmMain::mnuFileExit_Click);
+    on("mnuEditCopy", &frmMain::mnuEditCopy_Click);
+    on("mnuUserOptions", &frmMain::mnuUserOptions_Click);
+    on("mnushow", &frmMain::mnushow_Click);
+    on("mnuremove", &frmMain::mnuremove_Click);
+    connectTemplateItems();
+    connect(
+        m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
+    connect(m_ui.Frame1, &QSplitter::splitterMoved, this, &frmMain::Frame1_Moved);
+}
+
+void frmMain::connectTemplateItems()
+{
+    const auto on = [this](const char *name, void (frmMain::*slot)()) {
+        connect(m_actions->action(QString::fromLatin1(name)), &QAction::triggered, this, slot);
+    };
+    on("mnuFileNew", &frmMain::mnuFileNew_Click);
+    on("mnuFileSave", &frmMain::mnuFileSave_Click);
+    on("mnuFileSaveAs", &frmMain::mnuFileSaveAs_Click);
+    on("mnuFileSaveAll", &frmMain::mnuFileSaveAll_Click);
+    on("mnuFileProperties", &frmMain::mnuFileProperties_Click);
+    on("mnuFileSend", &frmMain::mnuFileSend_Click);
+    on("mnuEditUndo", &frmMain::mnuEditUndo_Click);
+    on("mnuEditCut", &frmMain::mnuEditCut_Click);
+    on("mnuEditPaste", &frmMain::mnuEditPaste_Click);
+    on("mnuEditPasteSpecial", &frmMain::mnuEditPasteSpecial_Click);
+    on("mnuViewRefresh", &frmMain::mnuViewRefresh_Click);
+    on("mnuViewWebBrowser", &frmMain::mnuViewWebBrowser_Click);
+}
+
+void frmMain::disableLaterCommands()
+{
+    // Commands whose work is not part of this build yet are shown but cannot be chosen.
+    const char *later[] = { "mnuFileOpen", "mnuAddProd", "mnuEditProd", "mnucopyproduct",
+        "mnuDelProd", "mnuDelAll", "mnuPreview", "mnuPrint", "mnuHelpContents",
+        "mnuHelpSearchForHelpOn", "mnuHelpAbout", "mnuGrdMainQuote", "mnuCopyProductInfo",
+        "mnuQuoteDelete", "mnuquoteclear", "mnuResetPrices", "mnudiscountAll", "mnuDiscprod",
+        "mnuquotecopy", "mnuQuoteNote", "mnuclearprices" };
+    for (const char *name : later)
+        m_actions->action(QString::fromLatin1(name))->setEnabled(false);
+    for (const QString &key : MainWindowActions::buttonKeys()) {
+        if (key != QLatin1String("Save") && key != QLatin1String("Help"))
+            m_actions->button(key)->setEnabled(false);
+    }
+}
+
+std::optional<VbError> frmMain::Form_Load()
+{
+    const bool testRun = m_services.environment.isTestRun();
+    if (testRun)
+        m_services.prompts.msgBox(
+            QStringLiteral("Loading form main"), MsgStyle::OkOnly, QStringLiteral("test"));
+    const MainWindowSettingsRead settings =
+        readMainWindowSettings(m_services.settings, m_module.locale());
+    restorePlacement(settings.values);
+    m_screenSplit = settings.values.screenSplit;
+    m_colwidth = settings.values.colwidth;
+    if (testRun && !settings.error)
+        m_services.prompts.msgBox(QStringLiteral("Past loading registry stuff"), MsgStyle::OkOnly,
+            QStringLiteral("test"));
+    if (m_screenSplit == 0)
+        m_screenSplit = 50;
+    applyScreenSplit();
+    addTrayIcon();
+    m_catalogue.load();
+    bindGrids();
+    m_ui.SSTabmain->setCurrentIndex(0);
+    m_loaded = true;
+    return settings.error;
+}
+
+void frmMain::restorePlacement(const MainWindowSettings &settings)
+{
+    const double tpp = Twips::perPixel(this);
+    QRect frame(Twips::toPixels(settings.left, tpp), Twips::toPixels(settings.top, tpp),
+        Twips::toPixels(settings.width, tpp), Twips::toPixels(settings.height, tpp));
+    // A placement on a screen that is no longer attached would leave the window out of reach.
+    const QScreen *screen = QGuiApplication::screenAt(frame.center());
+    if (!screen && QGuiApplication::primaryScreen())
+        frame.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
+    move(frame.topLeft());
+    resize(frame.size());
+}
+
+void frmMain::applyScreenSplit()
+{
+    if (m_screenSplit > MaxScreenSplit)
+        m_screenSplit = MaxScreenSplit;
+    const int inner = width();
+    const int left = int(m_screenSplit * 0.01 * inner);
+    m_ui.Frame1->setSizes({ left, inner - left });
+}
+
+void frmMain::Frame1_Moved(int position, int)
+{
+    const int inner = width();
+    if (inner > 0)
+        m_screenSplit = qint16(std::floor(std::fabs(double(position) / inner) * 100));
+}
+
+void frmMain::bindGrids()
+{
+    m_gridModel = new ProductGridModel(m_module.Catalogue(), m_module.locale(), this);
+    m_ui.GrdMain->setModel(m_gridModel);
+    m_ui.GrdMain->setColumnWidth(0, Twips::toPixels(m_colwidth, Twips::perPixel(this)));
+    m_ui.GrdMain->setColumnWidth(
+        1, m_ui.GrdMain->fontMetrics().horizontalAdvance(QLatin1Char('M')) * 16);
+    connect(m_ui.GrdMain->selectionModel(), &QItemSelectionModel::currentChanged, this,
+        &frmMain::GrdMain_RowColChange);
+
+    m_module.QuoteTable().redim(QuoteRows, QuoteFields);
+    m_ui.GrdQuote->setModel(new TableModel(m_module.QuoteTable(),
+        { { tr("Part Number"), {} }, { tr("Product Name"), {} },
+            { tr("Price"), QStringLiteral("Currency") }, { tr("Quantity"), {} },
+            { tr("Extended"), QStringLiteral("Currency") } },
+        m_module.locale(), this));
+    m_module.ScheduleTable().redim(ScheduleRows, ScheduleFields);
+    m_ui.PriceSchedule->setModel(new TableModel(m_module.ScheduleTable(),
+        { { tr("Price Point"), QStringLiteral("#,###") },
+            { tr("Price"), QStringLiteral("Currency") } },
+        m_module.locale(), this));
+    m_ui.PriceSchedule->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    if (m_gridModel->rowCount() > 0)
+        m_ui.GrdMain->setCurrentIndex(m_gridModel->index(0, 0));
+}
+
+int frmMain::currentBookmark() const
+{
+    const QModelIndex current = m_ui.GrdMain->currentIndex();
+    return current.isValid() ? ProductGridModel::bookmarkOfRow(current.row()) : 0;
+}
+
+void frmMain::GrdMain_RowColChange(const QModelIndex &, const QModelIndex &)
+{
+    showCurrentRow();
+}
+
+void frmMain::showCurrentRow()
+{
+    const int row = currentBookmark();
+    if (row < 1 || row > m_module.Catalogue().rowCount())
+        return;
+    const SideBoxTexts boxes = ProductRow::sideBoxes(m_module.Catalogue(), row, m_module.locale());
+    m_ui.TxtPrice->setText(boxes.price);
+    m_ui.Txtincludes->setPlainText(boxes.includes);
+    m_ui.Txtnotes->setPlainText(boxes.notes);
+    ProductRow::loadSchedule(m_module.Catalogue(), row, m_module.ScheduleTable());
+    static_cast<TableModel *>(m_ui.PriceSchedule->model())->reload();
+}
+
+void frmMain::storePendingEdit()
+{
+    const int row = currentBookmark();
+    if (!m_actions->button(QStringLiteral("Edit"))->isChecked() || row < 1
+        || row > m_module.Catalogue().rowCount())
+        return;
+    const SideBoxTexts boxes { m_ui.TxtPrice->text(), m_ui.Txtincludes->toPlainText(),
+        m_ui.Txtnotes->toPlainText() };
+    ProductRow::writeBack(
+        m_module.Catalogue(), row, boxes, m_module.ScheduleTable(), m_module.locale());
+    m_gridModel->reload();
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    if (m_unloaded || Form_Unload()) {
+        event->accept();
+        return;
+    }
+    event->ignore();
+}
+
+bool frmMain::Form_Unload()
+{
+    if (!m_loaded)
+        return true;
+    storePendingEdit();
+    const CatalogueWriteResult saved = m_catalogue.save();
+    if (!saved.ok) {
+        const QString text = CatalogueLifecycle::saveFailedMessage(m_module.DataFile, saved.detail)
+            + UnsavedQuestion;
+        if (m_services.prompts.msgBox(text,
+                MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2,
+                QStringLiteral("Catalogue"))
+            != MsgResult::Yes)
+            return false;
+    }
+    const QList<QWidget *> others = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+    for (QWidget *widget : others) {
+        if (widget->isWindow() && widget->isVisible())
+            widget->close();
+    }
+    if (!isMinimized())
+        savePlacement();
+    removeTrayIcon();
+    m_unloaded = true;
+    Q_EMIT unloaded();
+    return true;
+}
+
+void frmMain::savePlacement()
+{
+    const double tpp = Twips::perPixel(this);
+    MainWindowSettings settings;
+    settings.left = float(Twips::fromPixels(pos().x(), tpp));
+    settings.top = float(Twips::fromPixels(pos().y(), tpp));
+    settings.width = float(Twips::fromPixels(width(), tpp));
+    settings.height = float(Twips::fromPixels(height(), tpp));
+    settings.screenSplit = m_screenSplit;
+    ErrorTrap trap;
+    trap.step([&] {
+        m_colwidth = conv::toInt16(
+            Cell(Twips::fromPixels(m_ui.GrdMain->columnWidth(0), tpp)), m_module.locale());
+    });
+    settings.colwidth = m_colwidth;
+    saveMainWindowSettings(m_services.settings, settings, m_module.locale());
+}
+
+void frmMain::showme()
+{
+    if (isMinimized())
+        showNormal();
+    else
+        show();
+    raise();
+    activateWindow();
+}
+
+void frmMain::addTrayIcon()
+{
+    if (m_tray || !QSystemTrayIcon::isSystemTrayAvailable())
+        return;
+    m_tray = new QSystemTrayIcon(windowIcon(), this);
+    m_tray->setToolTip(QStringLiteral("Tarnwick"));
+    m_tray->setContextMenu(m_actions->mnusystray());
+    connect(
+        m_tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason why) {
+            if (why == QSystemTrayIcon::DoubleClick)
+                showme();
+        });
+    m_tray->show();
+}
+
+void frmMain::removeTrayIcon()
+{
+    if (m_tray)
+        m_tray->hide();
+}
+
+void frmMain::tbToolBar_ButtonClick(QAction *button)
+{
+    const QString key = button->data().toString();
+    if (key == QLatin1String("Save"))
+        mnuFileSave_Click();
+    else if (key == QLatin1String("Help"))
+        m_services.help.showTopic(
+            m_services.environment.pathInAppFolder(HelpFileName), QStringLiteral("Main"));
+}
+
+void frmMain::mnuFileExit_Click()
+{
+    close();
+}
+
+void frmMain::mnuEditCopy_Click()
+{
+    QString selected;
+    QWidget *active = focusWidget();
+    if (auto *line = qobject_cast<QLineEdit *>(active))
+        selected = line->selectedText();
+    else if (auto *text = qobject_cast<QPlainTextEdit *>(active))
+        selected =
+            text->textCursor().selectedText().replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    else if (auto *grid = qobject_cast<QTableView *>(active))
+        selected = grid->currentIndex().data().toString();
+    m_services.clipboard.clear();
+    m_services.clipboard.setText(selected);
+}
+
+void frmMain::mnuUserOptions_Click()
+{
+    PasswordLock::change(m_services.prompts, m_services.settings);
+}
+
+void frmMain::mnushow_Click()
+{
+    showme();
+}
+
+void frmMain::mnuremove_Click()
+{
+    close();
+}
+
+void frmMain::addCodeMessage(const char *handler)
+{
+    m_services.prompts.msgBox(QStringLiteral("Add '%1' code.").arg(QLatin1String(handler)));
+}
+
+void frmMain::mnuFileNew_Click()
+{
+    addCodeMessage("mnuFileNew_Click");
+}
+void frmMain::mnuFileSave_Click()
+{
+    addCodeMessage("mnuFileSave_Click");
+}
+void frmMain::mnuFileSaveAs_Click()
+{
+    addCodeMessage("mnuFileSaveAs_Click");
+}
+void frmMain::mnuFileSaveAll_Click()
+{
+    addCodeMessage("mnuFileSaveAll_Click");
+}
+void frmMain::mnuFileProperties_Click()
+{
+    addCodeMessage("mnuFileProperties_Click");
+}
+void frmMain::mnuFileSend_Click()
+{
+    addCodeMessage("mnuFileSend_Click");
+}
+void frmMain::mnuEditUndo_Click()
+{
+    addCodeMessage("mnuEditUndo_Click");
+}
+void frmMain::mnuEditCut_Click()
+{
+    addCodeMessage("mnuEditCut_Click");
+}
+void frmMain::mnuEditPaste_Click()
+{
+    addCodeMessage("mnuEditPaste_Click");
+}
+void frmMain::mnuEditPasteSpecial_Click()
+{
+    addCodeMessage("mnuEditPasteSpecial_Click");
+}
+void frmMain::mnuViewRefresh_Click()
+{
+    addCodeMessage("mnuViewRefresh_Click");
+}
+void frmMain::mnuViewWebBrowser_Click()
+{
+    addCodeMessage("mnuViewWebBrowser_Click");
+}
+
+} // namespace tarnwick

@@ -1,0 +1,169 @@
+#include "shell/frmsplash1.h"
+
+#include "catalogue/module1.h"
+#include "platform/appenvironment.h"
+#include "platform/appservices.h"
+#include "platform/ieventpump.h"
+#include "platform/ihelpviewer.h"
+#include "platform/iprompts.h"
+#include "shell/frmmain.h"
+#include "shell/ipasswordprompt.h"
+#include "shell/passwordlock.h"
+#include "shell/windowsettings.h"
+
+#include <QFrame>
+#include <QLabel>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+namespace {
+
+const QString DataFileName = QStringLiteral("twdata.dat");
+const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
+constexpr int MainHelpContext = 2020;
+
+bool isInstallationError(int number)
+{
+    // Errors about files and folders point at a damaged installation; the others are reported
+    // as a problem opening the program.
+    switch (number) {
+    case ErrorNumber::BadFileName:
+    case ErrorNumber::FileNotFound:
+    case ErrorNumber::PermissionDenied:
+    case ErrorNumber::PathNotFound:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QLabel *addLabel(QVBoxLayout *layout, const QString &text, int pointSizeDelta, bool bold)
+{
+    auto *label = new QLabel(text);
+    QFont font = label->font();
+    font.setPointSize(font.pointSize() + pointSizeDelta);
+    font.setBold(bold);
+    label->setFont(font);
+    label->setAlignment(Qt::AlignCenter);
+    layout->addWidget(label);
+    return label;
+}
+
+} // namespace
+
+const QString FrmSplash1::InstallErrorMessage =
+    QStringLiteral("Tarnwick did not install correctly. Would you like to see possible remedies?");
+
+FrmSplash1::FrmSplash1(
+    const AppServices &services, Module1 &module, IPasswordPrompt &passwordPrompt, QWidget *parent)
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), m_services(services),
+      m_module(module), m_passwordPrompt(passwordPrompt), m_timer(new QTimer(this))
+{
+    setObjectName(QStringLiteral("FrmSplash1"));
+    setWindowTitle(QStringLiteral("Tarnwick"));
+    auto *frame = new QFrame(this);
+    frame->setFrameShape(QFrame::Box);
+    auto *layout = new QVBoxLayout(frame);
+    layout->setContentsMargins(40, 30, 40, 30);
+    addLabel(layout, QStringLiteral("Tarnwick"), 14, true);
+    addLabel(layout, tr("Price list and quotes"), 2, false);
+    addLabel(layout, tr("Version %1").arg(QStringLiteral(TARNWICK_VERSION_STRING)), 0, false);
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(frame);
+    m_timer->setInterval(DefaultTickMilliseconds);
+    connect(m_timer, &QTimer::timeout, this, &FrmSplash1::Timer1_Timer);
+}
+
+FrmSplash1::~FrmSplash1() = default;
+
+void FrmSplash1::setTickInterval(int milliseconds)
+{
+    m_timer->setInterval(milliseconds);
+}
+
+void FrmSplash1::Form_Load()
+{
+    m_timer->start();
+    m_services.events.processPendingEvents();
+    m_module.DataFile = m_services.environment.pathInAppFolder(DataFileName);
+    if (m_services.environment.isTestRun())
+        m_services.prompts.msgBox(
+            QStringLiteral("Past splash.show"), MsgStyle::OkOnly, QStringLiteral("Debug"));
+    const QString password = readUserPassword(m_services.settings);
+    m_main = std::make_unique<frmMain>(m_services, m_module);
+    const auto error = m_main->Form_Load();
+    if (error)
+        reportStartError(*error);
+    if (!password.isEmpty()) {
+        if (!PasswordLock::admits(password, m_passwordPrompt.askPassword())) {
+            // One attempt per start: the program ends here and nothing is written.
+            m_ended = true;
+            m_timer->stop();
+            m_main.reset();
+            close();
+            return;
+        }
+    }
+    // After a start error or a password, the main window is shown at once; otherwise the start
+    // finishes once the tick counter reaches 15.
+    if (error || !password.isEmpty())
+        finishStart();
+}
+
+void FrmSplash1::Timer1_Timer()
+{
+    if (m_ticks < 32767)
+        ++m_ticks;
+    if (Tag != QLatin1String("1000"))
+        Tag = QString::number(m_ticks);
+    if (m_main && Tag.toInt() >= TicksToWait)
+        finishStart();
+}
+
+void FrmSplash1::finishStart()
+{
+    if (m_finished)
+        return;
+    m_finished = true;
+    m_timer->stop();
+    m_main->show();
+    close();
+    Q_EMIT started();
+}
+
+void FrmSplash1::reportStartError(const VbError &error)
+{
+    const int number = error.number();
+    if (isInstallationError(number)) {
+        const int answer = m_services.prompts.msgBox(InstallErrorMessage,
+            MsgStyle::YesNo | MsgStyle::Exclamation, installErrorTitle(number));
+        if (answer == MsgResult::Yes)
+            m_services.help.showContext(
+                m_services.environment.pathInAppFolder(HelpFileName), MainHelpContext);
+        return;
+    }
+    m_services.prompts.msgBox(
+        problemMessage(number), MsgStyle::OkOnly, QStringLiteral("Error Message"));
+}
+
+QString FrmSplash1::installErrorTitle(int errorNumber)
+{
+    return QStringLiteral("Error") + QString::number(errorNumber);
+}
+
+QString FrmSplash1::problemMessage(int errorNumber)
+{
+    return QStringLiteral("There was a problem opening the program. Error Message ")
+        + QString::number(errorNumber)
+        + QStringLiteral(" was recieved. Contact Tarnwick for the cause of the error.");
+}
+
+std::unique_ptr<frmMain> FrmSplash1::takeMainWindow()
+{
+    return std::move(m_main);
+}
+
+} // namespace tarnwick

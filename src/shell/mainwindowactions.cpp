@@ -1,0 +1,149 @@
+#include "shell/mainwindowactions.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStyle>
+#include <QToolBar>
+
+namespace tarnwick {
+
+namespace {
+
+// Menu items are written "controlName=Caption"; "-" is a separator.
+const QStringList FileItems { "mnuFileNew=&New", "mnuFileOpen=&Open...", "mnuFileSave=&Save",
+    "mnuFileSaveAs=Save &As...", "mnuFileSaveAll=Save A&ll", "-", "mnuFileProperties=Propert&ies",
+    "-", "mnuFileSend=Sen&d...", "-", "mnuFileExit=E&xit" };
+const QStringList EditItems { "mnuEditUndo=&Undo", "-", "mnuEditCut=Cu&t", "mnuEditCopy=&Copy",
+    "mnuEditPaste=&Paste", "mnuEditPasteSpecial=Paste &Special..." };
+const QStringList ViewItems { "mnuViewRefresh=&Refresh", "mnuViewWebBrowser=&Web Browser" };
+const QStringList ProductItems { "mnuAddProd=&Add", "mnuEditProd=&Edit", "-",
+    "mnucopyproduct=&Copy Product Info", "-", "mnuDelProd=&Delete", "mnuDelAll=Delete &All" };
+const QStringList PrintItems { "mnuPreview=Setup", "mnuPrint=Print Price List" };
+const QStringList SettingsItems { "mnuUserOptions=&Password" };
+const QStringList HelpItems { "mnuHelpContents=&Contents",
+    "mnuHelpSearchForHelpOn=&Search For Help On...", "-", "mnuHelpAbout=&About Tarnwick" };
+const QStringList GridItems { "mnuGrdMainQuote=Add to &Quote",
+    "mnuCopyProductInfo=&Copy Product Info" };
+const QStringList QuoteItems { "mnuQuoteDelete=Remove &Product", "mnuquoteclear=Remove &All", "-",
+    "mnuResetPrices=&Reset Prices", "mnudiscountAll=Discount &All", "mnuDiscprod=Discount &Product",
+    "-", "mnuquotecopy=&Copy", "-", "mnuQuoteNote=&Quote Note" };
+const QStringList ScheduleItems { "mnuclearprices=&Clear" };
+const QStringList TrayItems { "mnushow=&Show", "mnuremove=&Close" };
+
+struct ToolButton
+{
+    const char *key;
+    const char *toolTip;
+    const char *themeIcon;
+    QStyle::StandardPixmap fallback;
+};
+
+const ToolButton Buttons[] = {
+    { "Edit", "Edit products", "document-edit", QStyle::SP_FileDialogDetailedView },
+    { "DelProd", "Delete product", "edit-delete", QStyle::SP_TrashIcon },
+    { "Insert", "Insert product", "list-add", QStyle::SP_FileDialogNewFolder },
+    { "Palm", "Send to handheld", "pda", QStyle::SP_DriveFDIcon },
+    { "Export", "Export to spreadsheet file", "document-export", QStyle::SP_DialogSaveButton },
+    { "Find", "Find product", "edit-find", QStyle::SP_FileDialogContentsView },
+    { "New", "Modify products from a spreadsheet", "document-new", QStyle::SP_FileIcon },
+    { "Open", "Open spreadsheet", "document-open", QStyle::SP_DialogOpenButton },
+    { "Save", "Save", "document-save", QStyle::SP_DriveHDIcon },
+    { "Print", "Copy product report", "document-print", QStyle::SP_FileDialogListView },
+    { "Help", "Help", "help-contents", QStyle::SP_DialogHelpButton },
+};
+
+} // namespace
+
+MainWindowActions::MainWindowActions(QMainWindow *window)
+{
+    createMenuBar(window);
+    createContextMenus(window);
+    createToolBar(window);
+}
+
+QMenu *MainWindowActions::addMenu(QMenu *menu, const QString &name, const QStringList &items)
+{
+    menu->setObjectName(name);
+    for (const QString &item : items) {
+        if (item == QLatin1String("-")) {
+            menu->addSeparator();
+            continue;
+        }
+        const QString control = item.section(QLatin1Char('='), 0, 0);
+        QAction *action = menu->addAction(item.section(QLatin1Char('='), 1));
+        action->setObjectName(control);
+        m_actions.insert(control, action);
+    }
+    return menu;
+}
+
+void MainWindowActions::createMenuBar(QMainWindow *window)
+{
+    QMenuBar *bar = window->menuBar();
+    addMenu(bar->addMenu(QObject::tr("&File")), QStringLiteral("mnuFile"), FileItems);
+    addMenu(bar->addMenu(QObject::tr("&Edit")), QStringLiteral("mnuEdit"), EditItems);
+    addMenu(bar->addMenu(QObject::tr("&View")), QStringLiteral("mnuView"), ViewItems);
+    addMenu(bar->addMenu(QObject::tr("&Products")), QStringLiteral("mnuProducts"), ProductItems);
+    addMenu(bar->addMenu(QObject::tr("P&rint")), QStringLiteral("mnuPrintMenu"), PrintItems);
+    addMenu(bar->addMenu(QObject::tr("&Settings")), QStringLiteral("mnuSettings"), SettingsItems);
+    addMenu(bar->addMenu(QObject::tr("&Help")), QStringLiteral("mnuHelp"), HelpItems);
+    action(QStringLiteral("mnuEditCopy"))->setShortcut(QKeySequence::Copy);
+    action(QStringLiteral("mnuFileExit"))->setShortcut(QKeySequence::Quit);
+    action(QStringLiteral("mnuHelpContents"))->setShortcut(QKeySequence::HelpContents);
+}
+
+void MainWindowActions::createContextMenus(QMainWindow *window)
+{
+    m_mnuMainGrid = addMenu(
+        new QMenu(QStringLiteral("MainGrid"), window), QStringLiteral("mnuMainGrid"), GridItems);
+    m_mnuQuote =
+        addMenu(new QMenu(QObject::tr("&Quote"), window), QStringLiteral("mnuQuote"), QuoteItems);
+    m_mnups = addMenu(
+        new QMenu(QObject::tr("Price Schedule"), window), QStringLiteral("mnups"), ScheduleItems);
+    m_mnusystray = addMenu(
+        new QMenu(QStringLiteral("Tarnwick"), window), QStringLiteral("mnusystray"), TrayItems);
+}
+
+void MainWindowActions::createToolBar(QMainWindow *window)
+{
+    m_toolBar = window->addToolBar(QObject::tr("Products"));
+    m_toolBar->setObjectName(QStringLiteral("tbToolBar"));
+    m_toolBar->setMovable(false);
+    QStyle *style = window->style();
+    for (const ToolButton &entry : Buttons) {
+        const QString key = QString::fromLatin1(entry.key);
+        const QIcon icon = QIcon::fromTheme(
+            QString::fromLatin1(entry.themeIcon), style->standardIcon(entry.fallback));
+        QAction *button = m_toolBar->addAction(icon, key);
+        button->setObjectName(QStringLiteral("tb") + key);
+        button->setData(key);
+        button->setToolTip(QObject::tr(entry.toolTip));
+        m_buttons.insert(key, button);
+    }
+    m_buttons.value(QStringLiteral("Edit"))->setCheckable(true);
+}
+
+QAction *MainWindowActions::action(const QString &name) const
+{
+    QAction *found = m_actions.value(name);
+    Q_ASSERT_X(found, "MainWindowActions::action", qPrintable(name));
+    return found;
+}
+
+QAction *MainWindowActions::button(const QString &key) const
+{
+    return m_buttons.value(key);
+}
+
+QStringList MainWindowActions::buttonKeys()
+{
+    QStringList keys;
+    for (const ToolButton &entry : Buttons)
+        keys << QString::fromLatin1(entry.key);
+    return keys;
+}
+
+} // namespace tarnwick

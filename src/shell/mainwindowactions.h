@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+class QAction;
+class QMainWindow;
+class QMenu;
+class QToolBar;
+
+namespace tarnwick {
+
+/// Builds the main window's menu bar, context menus and toolbar. Every action carries its
+/// control name as object name ("mnuAddProd", "mnuFileExit" …); toolbar buttons are found by
+/// their key ("Edit", "DelProd", "Insert" …).
+class MainWindowActions
+{
+public:
+    explicit MainWindowActions(QMainWindow *window);
+
+    /// The menu action with that control name; asserts that it exists.
+    QAction *action(const QString &name) const;
+    /// The toolbar button with that key.
+    QAction *button(const QString &key) const;
+
+    QToolBar *toolBar() const { return m_toolBar; }
+    QMenu *mnuMainGrid() const { return m_mnuMainGrid; }
+    QMenu *mnuQuote() const { return m_mnuQuote; }
+    QMenu *mnups() const { return m_mnups; }
+    QMenu *mnusystray() const { return m_mnusystray; }
+
+    /// The toolbar keys, left to right.
+    static QStringList buttonKeys();
+
+private:
+    QMenu *addMenu(QMenu *menu, const QString &name, const QStringList &items);
+    void createMenuBar(QMainWindow *window);
+    void createContextMenus(QMainWindow *window);
+    void createToolBar(QMainWindow *window);
+
+    QHash<QString, QAction *> m_actions;
+    QHash<QString, QAction *> m_buttons;
+    QToolBar *m_toolBar = nullptr;
+    QMenu *m_mnuMainGrid = nullptr;
+    QMenu *m_mnuQuote = nullptr;
+    QMenu *m_mnups = nullptr;
+    QMenu *m_mnusystray = nullptr;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,146 @@
+#include "shell/mainwindowui.h"
+
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+namespace {
+
+template <typename W> W *named(W *widget, const char *name)
+{
+    widget->setObjectName(QString::fromLatin1(name));
+    return widget;
+}
+
+QTableView *createGrid(QWidget *parent, const char *name, const QString &accessibleName)
+{
+    auto *grid = named(new QTableView(parent), name);
+    grid->setAccessibleName(accessibleName);
+    grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grid->setAlternatingRowColors(true);
+    grid->verticalHeader()->setDefaultSectionSize(grid->fontMetrics().height() + 6);
+    grid->verticalHeader()->setMinimumWidth(
+        grid->fontMetrics().horizontalAdvance(QStringLiteral("0000")));
+    return grid;
+}
+
+QPlainTextEdit *createTextBox(QGroupBox *frame, const char *name)
+{
+    auto *box = named(new QPlainTextEdit(frame), name);
+    box->setReadOnly(true);
+    box->setTabChangesFocus(true);
+    // Two lines at the least, so the whole window still fits its default 6500-twip height.
+    box->setMinimumHeight(box->fontMetrics().lineSpacing() * 2 + 2 * box->frameWidth() + 8);
+    box->setAccessibleName(frame->title().remove(QLatin1Char('&')));
+    auto *layout = new QVBoxLayout(frame);
+    layout->setContentsMargins(6, 4, 6, 6);
+    layout->addWidget(box);
+    return box;
+}
+
+QLineEdit *createTotalBox(QWidget *parent, const char *name)
+{
+    auto *box = named(new QLineEdit(parent), name);
+    box->setReadOnly(true);
+    box->setAlignment(Qt::AlignRight);
+    return box;
+}
+
+} // namespace
+
+void MainWindowUi::setupUi(QMainWindow *window)
+{
+    Frame1 = named(new QSplitter(Qt::Horizontal, window), "Frame1");
+    Frame1->setChildrenCollapsible(false);
+    Frame1->setHandleWidth(6);
+    GrdMain = createGrid(Frame1, "GrdMain", QObject::tr("Products"));
+    SSTabmain = named(new QTabWidget(Frame1), "SSTabmain");
+    SSTabmain->addTab(createProductPage(SSTabmain), QObject::tr("P&roduct"));
+    SSTabmain->addTab(createQuotePage(SSTabmain), QObject::tr("&Quote"));
+    Frame1->addWidget(GrdMain);
+    Frame1->addWidget(SSTabmain);
+    window->setCentralWidget(Frame1);
+
+    window->statusBar()->setObjectName(QStringLiteral("sbStatusBar"));
+    sbPanel1 = named(new QLabel(window), "sbPanel1");
+    sbPanel1->setMinimumWidth(160);
+    window->statusBar()->addWidget(sbPanel1, 1);
+}
+
+QWidget *MainWindowUi::createProductPage(QWidget *parent)
+{
+    auto *page = new QWidget(parent);
+    page->setObjectName(QStringLiteral("tabProduct"));
+    FraPrice = named(new QGroupBox(QObject::tr("Price"), page), "FraPrice");
+    TxtPrice = named(new QLineEdit(FraPrice), "TxtPrice");
+    TxtPrice->setReadOnly(true);
+    auto *priceLabel = new QLabel(QObject::tr("List &price:"), FraPrice);
+    priceLabel->setBuddy(TxtPrice);
+    LblPriceSchedule =
+        named(new QLabel(QObject::tr("Price Schedule"), FraPrice), "LblPriceSchedule");
+    PriceSchedule = createGrid(FraPrice, "PriceSchedule", QObject::tr("Price Schedule"));
+    LblPriceSchedule->setBuddy(PriceSchedule);
+    PriceSchedule->setMinimumHeight(PriceSchedule->verticalHeader()->defaultSectionSize() * 3);
+    auto *priceLayout = new QFormLayout(FraPrice);
+    priceLayout->setContentsMargins(6, 4, 6, 6);
+    priceLayout->setVerticalSpacing(4);
+    priceLayout->addRow(priceLabel, TxtPrice);
+    priceLayout->addRow(LblPriceSchedule);
+    priceLayout->addRow(PriceSchedule);
+
+    FraMain = named(new QGroupBox(QObject::tr("&Includes"), page), "FraMain");
+    Txtincludes = createTextBox(FraMain, "Txtincludes");
+    FraNotes = named(new QGroupBox(QObject::tr("&Notes"), page), "FraNotes");
+    Txtnotes = createTextBox(FraNotes, "Txtnotes");
+
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->setSpacing(4);
+    layout->addWidget(FraPrice, 3);
+    layout->addWidget(FraMain, 2);
+    layout->addWidget(FraNotes, 2);
+    return page;
+}
+
+QWidget *MainWindowUi::createQuotePage(QWidget *parent)
+{
+    auto *page = new QWidget(parent);
+    page->setObjectName(QStringLiteral("tabQuote"));
+    FraQuote = named(new QGroupBox(QObject::tr("Quote Details"), page), "FraQuote");
+    GrdQuote = createGrid(FraQuote, "GrdQuote", QObject::tr("Quote"));
+    TxtTotal = createTotalBox(FraQuote, "TxtTotal");
+    TxtDisc = createTotalBox(FraQuote, "TxtDisc");
+    TxtQdisper = createTotalBox(FraQuote, "TxtQdisper");
+    auto *totals = new QFormLayout;
+    auto *lblTotal = named(new QLabel(QObject::tr("Total:"), FraQuote), "LblTotal");
+    auto *lblDisc = named(new QLabel(QObject::tr("Discount Amount:"), FraQuote), "LblDisc");
+    auto *lblPercent =
+        named(new QLabel(QObject::tr("Discount Percent:"), FraQuote), "LblQDiscpercent");
+    lblTotal->setBuddy(TxtTotal);
+    lblDisc->setBuddy(TxtDisc);
+    lblPercent->setBuddy(TxtQdisper);
+    totals->addRow(lblTotal, TxtTotal);
+    totals->addRow(lblDisc, TxtDisc);
+    totals->addRow(lblPercent, TxtQdisper);
+    auto *frameLayout = new QVBoxLayout(FraQuote);
+    frameLayout->addWidget(GrdQuote, 1);
+    frameLayout->addLayout(totals);
+    auto *layout = new QVBoxLayout(page);
+    layout->addWidget(FraQuote);
+    return page;
+}
+
+} // namespace tarnwick

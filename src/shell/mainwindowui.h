@@ -1,0 +1,45 @@
+#pragma once
+
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMainWindow;
+class QPlainTextEdit;
+class QSplitter;
+class QTabWidget;
+class QTableView;
+class QWidget;
+
+namespace tarnwick {
+
+/// The main window's widgets, each under its control name: the product grid on the left, the
+/// tab control with the side boxes and the quote on the right, the status bar below.
+struct MainWindowUi
+{
+    /// Creates the widgets inside window and lays them out.
+    void setupUi(QMainWindow *window);
+
+    QSplitter *Frame1 = nullptr; ///< the bar between the product grid and the tab control
+    QTableView *GrdMain = nullptr;
+    QTabWidget *SSTabmain = nullptr;
+    QGroupBox *FraPrice = nullptr;
+    QLineEdit *TxtPrice = nullptr;
+    QLabel *LblPriceSchedule = nullptr;
+    QTableView *PriceSchedule = nullptr;
+    QGroupBox *FraMain = nullptr;
+    QPlainTextEdit *Txtincludes = nullptr;
+    QGroupBox *FraNotes = nullptr;
+    QPlainTextEdit *Txtnotes = nullptr;
+    QGroupBox *FraQuote = nullptr;
+    QTableView *GrdQuote = nullptr;
+    QLineEdit *TxtTotal = nullptr;
+    QLineEdit *TxtDisc = nullptr;
+    QLineEdit *TxtQdisper = nullptr;
+    QLabel *sbPanel1 = nullptr; ///< the status bar's first panel
+
+private:
+    QWidget *createProductPage(QWidget *parent);
+    QWidget *createQuotePage(QWidget *parent);
+};
+
+} // namespace tarnwick

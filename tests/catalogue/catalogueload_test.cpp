@@ -1,0 +1,219 @@
+// Loading whole catalogue files: large ones, broken ones, files of other programs and files in
+// the characters of the earlier Windows program.
+#include "cataloguefixture.h"
+
+#include "catalogue/cataloguefile.h"
+
+#include <QDate>
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <random>
+
+namespace tarnwick::test {
+namespace {
+
+using Status = CatalogueReadResult::Status;
+
+class CatalogueLoadTest : public CatalogueFixture
+{
+};
+
+TEST_F(CatalogueLoadTest, ThousandAndOneProductsLoadCompletely)
+{
+    writeDataFile(generatedCatalogue(1001));
+    const CatalogueReadResult result = products.ReadProds(dataFile());
+    EXPECT_EQ(result.status, Status::Ok);
+    EXPECT_EQ(result.rowsRead, 1001);
+    EXPECT_EQ(products.Count(), 1001);
+    ASSERT_GE(catalogue.rowCount(), 1001);
+    EXPECT_EQ(catalogue.fieldCount(), 15);
+    EXPECT_EQ(catalogue.get(1000, 1), Cell("P1000"));
+    EXPECT_EQ(catalogue.get(1001, 1), Cell("P1001"));
+    EXPECT_EQ(catalogue.get(1001, 3), Cell(1001.5f));
+    EXPECT_EQ(catalogue.get(1001, 4), Cell("Notes of 1001"));
+    if (catalogue.rowCount() > 1001) {
+        EXPECT_TRUE(catalogue.get(1002, 1).isEmpty());
+    }
+}
+
+TEST_F(CatalogueLoadTest, FiftyThousandProductsLoadCompletely)
+{
+    writeDataFile(generatedCatalogue(50000));
+    const CatalogueReadResult result = products.ReadProds(dataFile());
+    EXPECT_EQ(result.status, Status::Ok);
+    EXPECT_EQ(products.Count(), 50000);
+    EXPECT_EQ(catalogue.get(1, 1), Cell("P1"));
+    EXPECT_EQ(catalogue.get(25000, 2), Cell("Product 25000"));
+    EXPECT_EQ(catalogue.get(50000, 1), Cell("P50000"));
+    EXPECT_EQ(catalogue.get(50000, 3), Cell(50000.5f));
+}
+
+TEST_F(CatalogueLoadTest, TableWithoutRowsOrFieldsGrowsToTakeTheProducts)
+{
+    catalogue.redim(0, 0);
+    writeDataFile(generatedCatalogue(3));
+    EXPECT_EQ(products.ReadProds(dataFile()).status, Status::Ok);
+    EXPECT_EQ(products.Count(), 3);
+    EXPECT_EQ(catalogue.fieldCount(), 15);
+    EXPECT_EQ(catalogue.get(3, 1), Cell("P3"));
+}
+
+TEST_F(CatalogueLoadTest, LineLongerThan32767CharactersEndsTheReadingWithOverflow)
+{
+    const QByteArray longNotes(40000, 'x');
+    writeDataFile(productLine({ "A" }) + productLine({ "B" })
+        + productLine({ "C", "c", "", longNotes }) + productLine({ "D" }));
+    const CatalogueReadResult result = products.ReadProds(dataFile());
+    EXPECT_EQ(result.status, Status::Failed);
+    EXPECT_EQ(result.errorNumber, 6);
+    EXPECT_EQ(result.detail, QStringLiteral("line 3 is longer than 32,767 characters"));
+    EXPECT_EQ(result.rowsRead, 2);
+    EXPECT_EQ(products.Count(), 0);
+    EXPECT_EQ(catalogue.get(2, 1), Cell("B")); // the rows before stay in the table
+    EXPECT_TRUE(catalogue.get(3, 1).isEmpty());
+    EXPECT_TRUE(catalogue.get(4, 1).isEmpty());
+}
+
+TEST_F(CatalogueLoadTest, LineOfExactly32767CharactersIsRead)
+{
+    const QByteArray notes(32767 - 1 - 45, 'n');
+    writeDataFile(productLine({ "A", "", "", notes }));
+    EXPECT_EQ(products.ReadProds(dataFile()).status, Status::Ok);
+    EXPECT_EQ(catalogue.get(1, 4).asText().size(), notes.size());
+}
+
+TEST_F(CatalogueLoadTest, FileEndingInsideAProductEndsTheReading)
+{
+    writeDataFile(productLine({ "A" }) + productLine({ "B" }) + "C" FE "notes\r\nmore notes\r\n");
+    const CatalogueReadResult result = products.ReadProds(dataFile());
+    EXPECT_EQ(result.status, Status::Failed);
+    EXPECT_EQ(result.errorNumber, 62);
+    EXPECT_EQ(result.detail, QStringLiteral("the file ends in the middle of product 3"));
+    EXPECT_EQ(result.rowsRead, 2);
+    EXPECT_EQ(products.Count(), 0);
+    EXPECT_EQ(catalogue.get(2, 1), Cell("B"));
+    EXPECT_TRUE(catalogue.get(3, 1).isEmpty());
+}
+
+TEST_F(CatalogueLoadTest, BlankLineAtTheEndIsAProductWithoutEnd)
+{
+    writeDataFile(productLine({ "A" }) + "\r\n");
+    const CatalogueReadResult result = products.ReadProds(dataFile());
+    EXPECT_EQ(result.status, Status::Failed);
+    EXPECT_EQ(result.errorNumber, 62);
+    EXPECT_EQ(catalogue.get(1, 1), Cell("A"));
+    EXPECT_EQ(products.Count(), 0);
+}
+
+TEST_F(CatalogueLoadTest, BinaryFileIsNotACatalogue)
+{
+    std::mt19937 random(20261122);
+    QByteArray bytes(8192, '\0');
+    for (char &byte : bytes)
+        byte = char(random() & 0xFF);
+    bytes[17] = '\0';
+    ASSERT_TRUE(bytes.contains('\0'));
+    writeDataFile(bytes);
+    products.setCount(12);
+
+    const CatalogueReadResult result = products.ReadProds(dataFile());
+
+    EXPECT_EQ(result.status, Status::Failed);
+    EXPECT_NE(result.errorNumber, 0);
+    EXPECT_FALSE(result.detail.isEmpty());
+    EXPECT_EQ(result.rowsRead, 0);
+    EXPECT_EQ(products.Count(), 12);
+}
+
+TEST_F(CatalogueLoadTest, TextFileWithoutFieldEndsIsNotACatalogue)
+{
+    writeDataFile("Dear customer,\r\nthis is a letter.\r\n");
+    const CatalogueReadResult result = products.ReadProds(dataFile());
+    EXPECT_EQ(result.status, Status::Failed);
+    EXPECT_EQ(result.errorNumber, 62);
+    EXPECT_EQ(products.Count(), 0);
+}
+
+TEST_F(CatalogueLoadTest, Windows1252FileIsReadAndWrittenBackByteIdentical)
+{
+    // é, ü, € and an en dash as the earlier Windows program wrote them.
+    const QByteArray bytes = productLine({ "CAF\xe9-1", "M\xfcller Kaffee", "12.5",
+                                 "\x80 5 \x96 10 St\xfc"
+                                 "ck" })
+        + productLine({ "Z-2",
+            "Stra\xdf"
+            "e",
+            "", "a\r\nb\xe9" });
+    writeDataFile(bytes);
+    ASSERT_EQ(products.ReadProds(dataFile()).status, Status::Ok);
+    EXPECT_EQ(catalogue.get(1, 1), Cell(QStringLiteral("CAF\u00e9-1")));
+    EXPECT_EQ(catalogue.get(1, 2), Cell(QStringLiteral("M\u00fcller Kaffee")));
+    EXPECT_EQ(catalogue.get(1, 4), Cell(QStringLiteral("\u20ac 5 \u2013 10 St\u00fcck")));
+    EXPECT_EQ(catalogue.get(2, 2), Cell(QStringLiteral("Stra\u00dfe")));
+
+    catalogue.redimPreserve(products.Count(), 15);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(dataFileBytes(), bytes);
+}
+
+TEST_F(CatalogueLoadTest, ChineseTextIsWrittenAsUtf8AndReadBack)
+{
+    const QString name = QStringLiteral("\u87ba\u4e1d\u5200 set");
+    catalogue.redim(1, 15);
+    catalogue.put(1, 1, Cell("S-1"));
+    catalogue.put(1, 2, name);
+    catalogue.put(1, 4, Cell(QStringLiteral("caf\u00e9")));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(dataFileBytes(),
+        productLine({ "S-1", "\xe8\x9e\xba\xe4\xb8\x9d\xe5\x88\x80 set", "", "caf\xc3\xa9" }));
+
+    Table back;
+    ASSERT_EQ(readBack(back).status, Status::Ok);
+    EXPECT_EQ(back.get(1, 2), Cell(name));
+    EXPECT_EQ(back.get(1, 4), Cell(QStringLiteral("caf\u00e9")));
+}
+
+TEST_F(CatalogueLoadTest, UnreadFileIsKeptUnderAFreshName)
+{
+    const QByteArray bytes = "broken \x01\x02 catalogue";
+    writeDataFile(bytes);
+
+    const QString first = preserveUnreadCatalogue(dataFile());
+    const QString second = preserveUnreadCatalogue(dataFile());
+
+    const QRegularExpression pattern(QStringLiteral("^twdata-unread-\\d{8}-\\d{6}(-\\d+)?\\.dat$"));
+    ASSERT_FALSE(first.isEmpty());
+    ASSERT_FALSE(second.isEmpty());
+    EXPECT_NE(first, second);
+    for (const QString &copy : { first, second }) {
+        const QFileInfo info(copy);
+        EXPECT_TRUE(pattern.match(info.fileName()).hasMatch()) << copy.toStdString();
+        EXPECT_EQ(QDir(info.absolutePath()), QDir(folder.path()));
+        EXPECT_EQ(folder.readFile(info.fileName()), bytes);
+    }
+    EXPECT_EQ(dataFileBytes(), bytes); // copied, not moved
+    EXPECT_EQ(folder.fileNames().size(), 3);
+}
+
+TEST_F(CatalogueLoadTest, UnreadCopyNameCarriesTodaysDate)
+{
+    writeDataFile("x");
+    const QString copy = preserveUnreadCatalogue(dataFile());
+    const QString today = QDate::currentDate().toString(QStringLiteral("yyyyMMdd"));
+    const QString yesterday = QDate::currentDate().addDays(-1).toString(QStringLiteral("yyyyMMdd"));
+    const QString name = QFileInfo(copy).fileName();
+    EXPECT_TRUE(name.startsWith(QStringLiteral("twdata-unread-") + today)
+        || name.startsWith(QStringLiteral("twdata-unread-") + yesterday))
+        << name.toStdString();
+}
+
+TEST_F(CatalogueLoadTest, MissingFileCannotBeKept)
+{
+    EXPECT_EQ(preserveUnreadCatalogue(dataFile()), QString());
+    EXPECT_TRUE(folder.fileNames().isEmpty());
+}
+
+} // namespace
+} // namespace tarnwick::test

@@ -1,0 +1,270 @@
+// Saving the catalogue never loses the file on disk: faults are injected into the save (a
+// folder that takes no new files, a full disk, an interruption before the new file takes the
+// old one's place) and the old file must keep its bytes.
+#include "cataloguefixture.h"
+
+#include "catalogue/cataloguefile.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tarnwick::test {
+namespace {
+
+const QByteArray OldBytes =
+    "OLD-1" FE "Old product" FE "1.5" FE FE FE FE FE FE FE FE FE FE FE FE FE "\r\n";
+
+/// Makes a folder refuse new files while it lives. chmod alone does not stop root, so when the
+/// tests run as root the process also acts as the user "nobody" meanwhile (the folder belongs
+/// to root and is not writable by others).
+class UnwritableFolder
+{
+public:
+    UnwritableFolder(const QString &folder, const QString &parent) : m_folder(folder)
+    {
+        ::chmod(QFile::encodeName(parent).constData(), 0755);
+        ::chmod(QFile::encodeName(folder).constData(), 0555);
+        if (::geteuid() == 0)
+            m_droppedRoot = ::seteuid(NobodyId) == 0;
+    }
+    ~UnwritableFolder()
+    {
+        if (m_droppedRoot) {
+            EXPECT_EQ(::seteuid(0), 0);
+        }
+        ::chmod(QFile::encodeName(m_folder).constData(), 0755);
+    }
+    UnwritableFolder(const UnwritableFolder &) = delete;
+    UnwritableFolder &operator=(const UnwritableFolder &) = delete;
+
+    /// True when a new file really cannot be created in the folder now.
+    bool blocksNewFiles() const
+    {
+        QFile probe(QDir(m_folder).filePath(QStringLiteral("probe.txt")));
+        return !probe.open(QIODevice::WriteOnly);
+    }
+
+private:
+    static constexpr uid_t NobodyId = 65534;
+    QString m_folder;
+    bool m_droppedRoot = false;
+};
+
+/// Limits the size of files this process may write (a full disk, also for root) while it
+/// lives; a write beyond the limit fails instead of stopping the process.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_old);
+        rlimit limit = m_old;
+        limit.rlim_cur = bytes;
+        m_active = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+    }
+    ~FileSizeLimit()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_oldHandler);
+    }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+    bool active() const { return m_active; }
+
+private:
+    rlimit m_old {};
+    void (*m_oldHandler)(int) = nullptr;
+    bool m_active = false;
+};
+
+class SafeSaveTest : public CatalogueFixture
+{
+protected:
+    /// A catalogue whose file is much larger than OldBytes.
+    void fillCatalogue(int rows)
+    {
+        catalogue.redim(rows, 15);
+        for (int row = 1; row <= rows; ++row) {
+            catalogue.put(row, 1, QStringLiteral("NEW-%1").arg(row));
+            catalogue.put(row, 2, QStringLiteral("New product number %1").arg(row));
+            catalogue.put(row, 3, Cell(float(row) + 0.25f));
+        }
+    }
+};
+
+TEST_F(SafeSaveTest, SaveKeepsThePreviousFileAsBackup)
+{
+    writeDataFile(OldBytes);
+    fillCatalogue(2);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    const QByteArray firstSave = dataFileBytes();
+    EXPECT_TRUE(firstSave.startsWith("NEW-1" FE));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), OldBytes);
+    EXPECT_EQ(catalogueBackupPath(dataFile()),
+        QDir::toNativeSeparators(folder.filePath(QStringLiteral("twdata.bak"))));
+
+    catalogue.put(1, 2, Cell("changed"));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), firstSave);
+    EXPECT_NE(dataFileBytes(), firstSave);
+    EXPECT_EQ(folder.fileNames(),
+        (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
+}
+
+TEST_F(SafeSaveTest, FirstSaveMakesNoBackup)
+{
+    fillCatalogue(1);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("twdata.dat") });
+}
+
+TEST_F(SafeSaveTest, FolderThatTakesNoNewFilesLeavesTheOldFileIntact)
+{
+    const QString appFolder = folder.filePath(QStringLiteral("app"));
+    ASSERT_TRUE(QDir().mkpath(appFolder));
+    const QString data = QDir(appFolder).filePath(QStringLiteral("twdata.dat"));
+    {
+        QFile file(data);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(OldBytes);
+        // The old file itself could be overwritten: only the folder refuses, so a save that
+        // wrote straight into the old file would destroy it.
+        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner
+            | QFileDevice::ReadGroup | QFileDevice::WriteGroup | QFileDevice::ReadOther
+            | QFileDevice::WriteOther);
+    }
+    fillCatalogue(50);
+    products.setCount(50);
+
+    CatalogueWriteResult result;
+    {
+        UnwritableFolder readOnly(appFolder, folder.path());
+        ASSERT_TRUE(readOnly.blocksNewFiles());
+        result = products.WriteProds(data);
+    }
+
+    EXPECT_FALSE(result.ok);
+    EXPECT_TRUE(result.detail.contains(QStringLiteral("no new file can be created")))
+        << result.detail.toStdString();
+    EXPECT_TRUE(result.detail.endsWith(QStringLiteral("The catalogue file is unchanged.")));
+    QFile file(data);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), OldBytes);
+    EXPECT_EQ(QDir(appFolder).entryList(QDir::Files), QStringList { QStringLiteral("twdata.dat") });
+    EXPECT_EQ(products.Count(), 50); // a failed save changes nothing
+}
+
+TEST_F(SafeSaveTest, DataFileBelowAPlainFileCannotBeSaved)
+{
+    folder.writeFile(QStringLiteral("notafolder"), "plain bytes");
+    fillCatalogue(3);
+    const QString data = folder.filePath(QStringLiteral("notafolder/twdata.dat"));
+    const CatalogueWriteResult result = products.WriteProds(data);
+    EXPECT_FALSE(result.ok);
+    EXPECT_FALSE(result.detail.isEmpty());
+    EXPECT_EQ(folder.readFile(QStringLiteral("notafolder")), QByteArray("plain bytes"));
+    EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("notafolder") });
+}
+
+TEST_F(SafeSaveTest, FullDiskLeavesTheOldFileIntactAndNoTemporaryFile)
+{
+    writeDataFile(OldBytes);
+    fillCatalogue(2000); // far more than the limit below
+    CatalogueWriteResult result;
+    {
+        FileSizeLimit fullDisk(4096);
+        ASSERT_TRUE(fullDisk.active());
+        result = products.WriteProds(dataFile());
+    }
+    EXPECT_FALSE(result.ok);
+    EXPECT_TRUE(result.detail.contains(QStringLiteral("the disk may be full")))
+        << result.detail.toStdString();
+    EXPECT_EQ(dataFileBytes(), OldBytes);
+    EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("twdata.dat") });
+}
+
+TEST_F(SafeSaveTest, SaveInterruptedBeforeTheReplaceLeavesTheOldFileIntact)
+{
+    writeDataFile(OldBytes);
+    fillCatalogue(3);
+    products.setCount(77);
+    bool interrupted = false;
+    products.setBeforeReplaceHook([&] {
+        interrupted = true;
+        EXPECT_EQ(dataFileBytes(), OldBytes); // the new bytes are not in place yet
+        return false;
+    });
+
+    const CatalogueWriteResult result = products.WriteProds(dataFile());
+
+    EXPECT_TRUE(interrupted);
+    EXPECT_FALSE(result.ok);
+    EXPECT_TRUE(result.detail.contains(QStringLiteral("interrupted")))
+        << result.detail.toStdString();
+    EXPECT_EQ(dataFileBytes(), OldBytes);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), OldBytes);
+    EXPECT_EQ(folder.fileNames(),
+        (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
+    EXPECT_EQ(products.Count(), 77);
+
+    products.setBeforeReplaceHook({});
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_TRUE(dataFileBytes().startsWith("NEW-1" FE "New product number 1" FE "1.25" FE));
+    EXPECT_EQ(products.Count(), 3);
+}
+
+TEST_F(SafeSaveTest, BackupThatCannotBeReplacedStopsTheSave)
+{
+    writeDataFile(OldBytes);
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("twdata.bak")));
+    fillCatalogue(3);
+    const CatalogueWriteResult result = products.WriteProds(dataFile());
+    EXPECT_FALSE(result.ok);
+    EXPECT_TRUE(result.detail.contains(QStringLiteral("could not be kept as \"twdata.bak\"")))
+        << result.detail.toStdString();
+    EXPECT_EQ(dataFileBytes(), OldBytes);
+    EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("twdata.dat") });
+}
+
+TEST_F(SafeSaveTest, TableWithFewerThanFifteenFieldsIsNotSaved)
+{
+    writeDataFile(OldBytes);
+    catalogue.redim(2, 7);
+    catalogue.put(1, 1, Cell("A"));
+    products.setCount(2);
+    const CatalogueWriteResult result = products.WriteProds(dataFile());
+    EXPECT_FALSE(result.ok);
+    EXPECT_TRUE(result.detail.contains(QStringLiteral("error 9"))) << result.detail.toStdString();
+    EXPECT_EQ(dataFileBytes(), OldBytes);
+    EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("twdata.dat") });
+    EXPECT_EQ(products.Count(), 2);
+}
+
+TEST_F(SafeSaveTest, WriteCatalogueFileWritesExactlyTheBytes)
+{
+    const QByteArray bytes("\x00\x7f\xff\r\n", 5);
+    const CatalogueWriteResult result = writeCatalogueFile(dataFile(), bytes);
+    EXPECT_TRUE(result.ok);
+    EXPECT_TRUE(result.detail.isEmpty());
+    EXPECT_EQ(dataFileBytes(), bytes);
+}
+
+TEST_F(SafeSaveTest, CatalogueOfMoreThan32767RowsSaves)
+{
+    fillCatalogue(40000);
+    const CatalogueWriteResult result = products.WriteProds(dataFile());
+    ASSERT_TRUE(result.ok) << result.detail.toStdString();
+    EXPECT_EQ(result.rowsWritten, 40000);
+    EXPECT_EQ(products.Count(), 40000);
+    EXPECT_EQ(dataFileBytes().count("\r\n"), 40000);
+}
+
+} // namespace
+} // namespace tarnwick::test

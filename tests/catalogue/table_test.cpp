@@ -1,0 +1,249 @@
+#include "catalogue/table.h"
+
+#include "core/vberror.h"
+
+#include <QLocale>
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace tarnwick {
+namespace {
+
+const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+
+/// The error number a call raises; 0 when it raises none.
+int errorOf(const std::function<void()> &call)
+{
+    try {
+        call();
+    } catch (const VbError &error) {
+        return error.number();
+    }
+    return 0;
+}
+
+/// A table with one field per row holding the given cells, and a second field holding the
+/// row's original number (to see where each row went).
+Table columnTable(const std::vector<Cell> &cells)
+{
+    Table table(int(cells.size()), 2);
+    for (int row = 1; row <= int(cells.size()); ++row) {
+        table.put(row, 1, cells[std::size_t(row - 1)]);
+        table.put(row, 2, qint32(row));
+    }
+    return table;
+}
+
+/// The original row numbers (field 2) in their current order.
+std::vector<int> originalRows(const Table &table)
+{
+    std::vector<int> rows;
+    for (int row = 1; row <= table.rowCount(); ++row)
+        rows.push_back(int(table.get(row, 2).asNumber()));
+    return rows;
+}
+
+TEST(TableTest, NewTableHasItsBoundsAndEmptyCells)
+{
+    const Table table(3, 15);
+    EXPECT_EQ(table.rowCount(), 3);
+    EXPECT_EQ(table.fieldCount(), 15);
+    EXPECT_EQ(table.upperBound(), 3);
+    EXPECT_EQ(table.upperBound(1), 3);
+    EXPECT_EQ(table.upperBound(2), 15);
+    EXPECT_TRUE(table.get(1, 1).isEmpty());
+    EXPECT_TRUE(table.get(3, 15).isEmpty());
+    EXPECT_EQ(Table().rowCount(), 0);
+}
+
+TEST(TableTest, PutThenGetReturnsTheCell)
+{
+    Table table(2, 3);
+    table.put(2, 3, Cell(12.5f));
+    table.put(1, 1, Cell(QStringLiteral("A-100")));
+    EXPECT_EQ(table.get(2, 3), Cell(12.5f));
+    EXPECT_EQ(table.get(1, 1).asText(), QStringLiteral("A-100"));
+    EXPECT_TRUE(table.get(1, 3).isEmpty());
+}
+
+TEST(TableTest, EveryAccessOutsideTheBoundsRaisesError9)
+{
+    Table table(2, 3);
+    EXPECT_EQ(errorOf([&] { table.get(0, 1); }), 9);
+    EXPECT_EQ(errorOf([&] { table.get(3, 1); }), 9);
+    EXPECT_EQ(errorOf([&] { table.get(1, 0); }), 9);
+    EXPECT_EQ(errorOf([&] { table.get(1, 4); }), 9);
+    EXPECT_EQ(errorOf([&] { table.put(3, 1, Cell("x")); }), 9);
+    EXPECT_EQ(errorOf([&] { table.put(1, 4, Cell("x")); }), 9);
+    EXPECT_EQ(errorOf([&] { table.upperBound(3); }), 9);
+    EXPECT_EQ(errorOf([&] { table.redim(-1, 3); }), 9);
+    EXPECT_EQ(errorOf([&] { Table().get(1, 1); }), 9);
+    EXPECT_EQ(errorOf([&] { table.get(2, 3); }), 0);
+}
+
+TEST(TableTest, RedimEmptiesEveryCell)
+{
+    Table table(2, 2);
+    table.put(1, 1, Cell("keep?"));
+    table.redim(4, 15);
+    EXPECT_EQ(table.rowCount(), 4);
+    EXPECT_EQ(table.fieldCount(), 15);
+    EXPECT_TRUE(table.get(1, 1).isEmpty());
+}
+
+TEST(TableTest, RedimPreserveKeepsWhatStillFits)
+{
+    Table table(3, 3);
+    for (int row = 1; row <= 3; ++row) {
+        for (int field = 1; field <= 3; ++field)
+            table.put(row, field, qint32(row * 10 + field));
+    }
+    table.redimPreserve(5, 3);
+    EXPECT_EQ(table.rowCount(), 5);
+    EXPECT_EQ(table.get(3, 3), Cell(qint32(33)));
+    EXPECT_TRUE(table.get(5, 1).isEmpty());
+
+    table.redimPreserve(2, 4);
+    EXPECT_EQ(table.rowCount(), 2);
+    EXPECT_EQ(table.fieldCount(), 4);
+    EXPECT_EQ(table.get(1, 1), Cell(qint32(11)));
+    EXPECT_EQ(table.get(2, 3), Cell(qint32(23)));
+    EXPECT_TRUE(table.get(2, 4).isEmpty());
+
+    table.redimPreserve(2, 2);
+    EXPECT_EQ(table.get(2, 2), Cell(qint32(22)));
+    EXPECT_EQ(errorOf([&] { table.get(1, 3); }), 9);
+}
+
+TEST(TableTest, InsertRowsMovesTheFollowingRowsDown)
+{
+    Table table = columnTable({ Cell("a"), Cell("b"), Cell("c") });
+    table.insertRows(2, 2);
+    EXPECT_EQ(table.rowCount(), 5);
+    EXPECT_EQ(table.get(1, 1).asText(), QStringLiteral("a"));
+    EXPECT_TRUE(table.get(2, 1).isEmpty());
+    EXPECT_TRUE(table.get(3, 2).isEmpty());
+    EXPECT_EQ(table.get(4, 1).asText(), QStringLiteral("b"));
+    EXPECT_EQ(table.get(5, 1).asText(), QStringLiteral("c"));
+
+    table.insertRows(6); // one past the end appends
+    EXPECT_EQ(table.rowCount(), 6);
+    EXPECT_TRUE(table.get(6, 1).isEmpty());
+    EXPECT_EQ(errorOf([&] { table.insertRows(8); }), 9);
+    EXPECT_EQ(errorOf([&] { table.insertRows(0); }), 9);
+}
+
+TEST(TableTest, DeleteRowsMovesTheFollowingRowsUp)
+{
+    Table table = columnTable({ Cell("a"), Cell("b"), Cell("c"), Cell("d") });
+    table.deleteRows(2, 2);
+    EXPECT_EQ(table.rowCount(), 2);
+    EXPECT_EQ(table.get(1, 1).asText(), QStringLiteral("a"));
+    EXPECT_EQ(table.get(2, 1).asText(), QStringLiteral("d"));
+    EXPECT_EQ(table.get(2, 2), Cell(qint32(4)));
+
+    EXPECT_EQ(errorOf([&] { table.deleteRows(2, 2); }), 9);
+    EXPECT_EQ(errorOf([&] { table.deleteRows(3); }), 9);
+    EXPECT_EQ(table.rowCount(), 2);
+    table.deleteRows(1, 2);
+    EXPECT_EQ(table.rowCount(), 0);
+}
+
+TEST(TableTest, ClearRowEmptiesOnlyThatRow)
+{
+    Table table = columnTable({ Cell("a"), Cell("b") });
+    table.clearRow(1);
+    EXPECT_TRUE(table.get(1, 1).isEmpty());
+    EXPECT_TRUE(table.get(1, 2).isEmpty());
+    EXPECT_EQ(table.get(2, 1).asText(), QStringLiteral("b"));
+    EXPECT_EQ(errorOf([&] { table.clearRow(3); }), 9);
+}
+
+TEST(TableTest, TextSortIgnoresCaseFirstAndIsStable)
+{
+    Table table = columnTable({ Cell("banana"), Cell("apple"), Cell("Cherry"), Cell("Apple"),
+        Cell("apple"), Cell("BANANA") });
+    table.sortRows(1, 6, 1, Table::SortKind::Text, EnUs);
+    // Case-insensitively equal texts: upper case first, then equal texts in their old order.
+    EXPECT_EQ(originalRows(table), (std::vector<int> { 4, 2, 5, 6, 1, 3 }));
+    EXPECT_EQ(table.get(1, 1).asText(), QStringLiteral("Apple"));
+    EXPECT_EQ(table.get(6, 1).asText(), QStringLiteral("Cherry"));
+}
+
+TEST(TableTest, TextSortComparesNumbersByTheirText)
+{
+    Table table =
+        columnTable({ Cell(qint32(9)), Cell(100.0), Cell("10"), Cell(12.5f), Cell(), Cell("") });
+    table.sortRows(1, 6, 1, Table::SortKind::Text, EnUs);
+    // "" (empty), "" (empty text), "10", "100", "12.5", "9"
+    EXPECT_EQ(originalRows(table), (std::vector<int> { 5, 6, 3, 2, 4, 1 }));
+}
+
+TEST(TableTest, NumericSortPutsBlankAndNonNumericCellsLastInTheirOrder)
+{
+    Table table = columnTable({ Cell("10"), Cell("abc"), Cell(qint32(9)), Cell(), Cell("$1,234.50"),
+        Cell("2.5"), Cell(""), Cell(-1.0f), Cell("zz") });
+    table.sortRows(1, 9, 1, Table::SortKind::Numeric, EnUs);
+    EXPECT_EQ(originalRows(table), (std::vector<int> { 8, 6, 3, 1, 5, 2, 4, 7, 9 }));
+}
+
+TEST(TableTest, NumericSortKeepsEqualValuesInTheirOrder)
+{
+    Table table = columnTable({ Cell("5"), Cell(qint32(5)), Cell(5.0f), Cell("1") });
+    table.sortRows(1, 4, 1, Table::SortKind::Numeric, EnUs);
+    EXPECT_EQ(originalRows(table), (std::vector<int> { 4, 1, 2, 3 }));
+}
+
+TEST(TableTest, SortMovesWholeRowsAndLeavesOtherRowsAlone)
+{
+    Table table = columnTable({ Cell("z"), Cell("c"), Cell("b"), Cell("a"), Cell("0") });
+    table.sortRows(2, 4, 1, Table::SortKind::Text, EnUs);
+    EXPECT_EQ(originalRows(table), (std::vector<int> { 1, 4, 3, 2, 5 }));
+    EXPECT_EQ(table.get(2, 1).asText(), QStringLiteral("a"));
+}
+
+TEST(TableTest, SortOfAnEmptyRangeDoesNothingAndBadBoundsRaise9)
+{
+    Table empty(0, 15);
+    EXPECT_EQ(errorOf([&] { empty.sortRows(1, 0, 1, Table::SortKind::Text, EnUs); }), 0);
+    Table table = columnTable({ Cell("b"), Cell("a") });
+    EXPECT_EQ(errorOf([&] { table.sortRows(1, 3, 1, Table::SortKind::Text, EnUs); }), 9);
+    EXPECT_EQ(errorOf([&] { table.sortRows(0, 2, 1, Table::SortKind::Text, EnUs); }), 9);
+    EXPECT_EQ(errorOf([&] { table.sortRows(1, 2, 3, Table::SortKind::Numeric, EnUs); }), 9);
+    EXPECT_EQ(originalRows(table), (std::vector<int> { 1, 2 }));
+}
+
+TEST(TableTest, FindReturnsTheFirstMatchFromTheStartRow)
+{
+    Table table = columnTable({ Cell("A-1"), Cell("a-1"), Cell(12.5f), Cell("A-1"), Cell() });
+    EXPECT_EQ(table.find(1, Cell("A-1")), 1);
+    EXPECT_EQ(table.find(1, Cell("A-1"), 2), 4);
+    EXPECT_EQ(table.find(1, Cell("a-1")), 2);
+    EXPECT_EQ(table.find(1, Cell(12.5)), 3); // a double finds the single of the same value
+    EXPECT_EQ(table.find(1, Cell()), 5);
+    EXPECT_EQ(table.find(1, Cell("B")), 0);
+    EXPECT_EQ(table.find(1, Cell("A-1"), 6), 0);
+    EXPECT_EQ(table.find(2, Cell(qint32(3))), 3);
+    EXPECT_EQ(errorOf([&] { table.find(3, Cell("A-1")); }), 9);
+    EXPECT_EQ(errorOf([&] { table.find(1, Cell("A-1"), 0); }), 9);
+}
+
+TEST(TableTest, SortsAHundredThousandRows)
+{
+    const int rows = 100000;
+    Table table(rows, 15);
+    for (int row = 1; row <= rows; ++row) {
+        table.put(row, 1, QStringLiteral("P%1").arg((row * 7919) % rows, 6, 10, QLatin1Char('0')));
+        table.put(row, 2, qint32(row));
+    }
+    table.sortRows(1, rows, 1, Table::SortKind::Text, EnUs);
+    for (int row = 1; row < rows; ++row)
+        ASSERT_LT(table.get(row, 1).asText(), table.get(row + 1, 1).asText()) << row;
+    EXPECT_EQ(table.get(1, 1).asText(), QStringLiteral("P000000"));
+}
+
+} // namespace
+} // namespace tarnwick

@@ -1,0 +1,139 @@
+#include "core/conversions.h"
+
+#include "testlocales.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwick {
+namespace {
+
+using testing::deDE;
+using testing::enUS;
+using testing::frFR;
+
+std::optional<double> parseUs(const QString &text)
+{
+    return conv::parseNumber(text, enUS());
+}
+
+TEST(ParseNumberTest, ReadsPlainNumbers)
+{
+    EXPECT_EQ(parseUs(QStringLiteral("12.5")), 12.5);
+    EXPECT_EQ(parseUs(QStringLiteral("0")), 0.0);
+    EXPECT_EQ(parseUs(QStringLiteral("42")), 42.0);
+    EXPECT_EQ(parseUs(QStringLiteral(".5")), 0.5);
+    EXPECT_EQ(parseUs(QStringLiteral("+5")), 5.0);
+}
+
+TEST(ParseNumberTest, TrimsBlanks)
+{
+    EXPECT_EQ(parseUs(QStringLiteral("  12.5  ")), 12.5);
+    EXPECT_EQ(parseUs(QStringLiteral("\t7\n")), 7.0);
+    EXPECT_EQ(parseUs(QStringLiteral(" $ 5.00 ")), 5.0);
+}
+
+TEST(ParseNumberTest, ReadsGroupSeparators)
+{
+    EXPECT_EQ(parseUs(QStringLiteral("1,234.5")), 1234.5);
+    EXPECT_EQ(parseUs(QStringLiteral("1,234,567.25")), 1234567.25);
+    EXPECT_EQ(parseUs(QStringLiteral("32,768")), 32768.0);
+}
+
+TEST(ParseNumberTest, ReadsTheCurrencySymbolBeforeOrAfter)
+{
+    EXPECT_EQ(parseUs(QStringLiteral("$1,234.50")), 1234.5);
+    EXPECT_EQ(parseUs(QStringLiteral("$0.00")), 0.0);
+    EXPECT_EQ(parseUs(QStringLiteral("5$")), 5.0);
+    EXPECT_EQ(parseUs(QStringLiteral("5.25 $")), 5.25);
+}
+
+TEST(ParseNumberTest, ReadsEveryFormOfNegative)
+{
+    EXPECT_EQ(parseUs(QStringLiteral("($5.00)")), -5.0);
+    EXPECT_EQ(parseUs(QStringLiteral("(5)")), -5.0);
+    EXPECT_EQ(parseUs(QStringLiteral("$(5.00)")), -5.0);
+    EXPECT_EQ(parseUs(QStringLiteral("-5")), -5.0);
+    EXPECT_EQ(parseUs(QStringLiteral("5-")), -5.0);
+    EXPECT_EQ(parseUs(QStringLiteral("-$5.00")), -5.0);
+    EXPECT_EQ(parseUs(QStringLiteral("$-5.00")), -5.0);
+    EXPECT_EQ(parseUs(QStringLiteral("$5.00-")), -5.0);
+    EXPECT_EQ(parseUs(QStringLiteral("( 1,234.50 )")), -1234.5);
+}
+
+TEST(ParseNumberTest, ReadsExponents)
+{
+    EXPECT_EQ(parseUs(QStringLiteral("1.5E+03")), 1500.0);
+    EXPECT_EQ(parseUs(QStringLiteral("1.5e3")), 1500.0);
+    EXPECT_EQ(parseUs(QStringLiteral("-2.5E-02")), -0.025);
+    EXPECT_EQ(parseUs(QStringLiteral("1.234568E+07")), 12345680.0);
+}
+
+TEST(ParseNumberTest, RejectsTextThatIsNoNumber)
+{
+    for (const char *text : { "", "   ", "abc", "12abc", "abc12", "$", "-", "()", "( )", "$-" }) {
+        EXPECT_FALSE(parseUs(QString::fromUtf8(text)).has_value()) << text;
+    }
+}
+
+TEST(ParseNumberTest, RejectsMalformedNumbers)
+{
+    for (const char *text :
+        { "1.2.3", "5-3", "(5", "5)", "12 34", "1,2345", "0x10", "1e", "1e400" }) {
+        EXPECT_FALSE(parseUs(QString::fromUtf8(text)).has_value()) << text;
+    }
+}
+
+TEST(ParseNumberTest, RejectsMoreThanOneSignOrSymbol)
+{
+    for (const char *text : { "--5", "-5-", "-(5)", "(-5)", "+-5", "$$5", "$5$", "(5)-" }) {
+        EXPECT_FALSE(parseUs(QString::fromUtf8(text)).has_value()) << text;
+    }
+}
+
+TEST(ParseNumberTest, RejectsInfinityAndNotANumber)
+{
+    for (const char *text : { "inf", "-inf", "infinity", "nan", "NaN" }) {
+        EXPECT_FALSE(parseUs(QString::fromUtf8(text)).has_value()) << text;
+    }
+}
+
+TEST(ParseNumberTest, ReadsTheGermanForm)
+{
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("12,5"), deDE()), 12.5);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1.234,5"), deDE()), 1234.5);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1.234,50 \u20ac"), deDE()), 1234.5);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("-5,00\u00a0\u20ac"), deDE()), -5.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("\u20ac5"), deDE()), 5.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1,5E+03"), deDE()), 1500.0);
+}
+
+TEST(ParseNumberTest, ReadsTheFrenchFormWithNarrowAndPlainSpaces)
+{
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1\u202f234,50\u00a0\u20ac"), frFR()), 1234.5);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1 234,5"), frFR()), 1234.5);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("(5,00\u00a0\u20ac)"), frFR()), -5.0);
+}
+
+TEST(ParseNumberTest, FallsBackToTheCLocaleForm)
+{
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("12.5"), deDE()), 12.5);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("-0.25"), frFR()), -0.25);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1.5e3"), deDE()), 1500.0);
+}
+
+TEST(ParseNumberTest, LocaleFormWinsOverTheFallback)
+{
+    // "1.234" is a grouped thousand in German, so it is not read as one and a quarter.
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1.234"), deDE()), 1234.0);
+    // The fallback takes no group separators: "1,234.5" is no German number.
+    EXPECT_FALSE(conv::parseNumber(QStringLiteral("1,234.5"), deDE()).has_value());
+}
+
+TEST(ParseNumberTest, OnlyTheLocalesCurrencySymbolIsRead)
+{
+    EXPECT_FALSE(conv::parseNumber(QStringLiteral("$5"), deDE()).has_value());
+    EXPECT_FALSE(parseUs(QStringLiteral("5 \u20ac")).has_value());
+}
+
+} // namespace
+} // namespace tarnwick

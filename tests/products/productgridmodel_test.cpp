@@ -1,0 +1,66 @@
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "products/productgridmodel.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+
+namespace {
+
+const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+
+TEST(ProductGridModelTest, ShowsTheColumnsWithTheirCaptionsInOrder)
+{
+    Table catalogue(0, ProductRecord::FieldCount);
+    ProductGridModel model(catalogue, EnUs);
+    QStringList captions;
+    for (int c = 0; c < model.columnCount(); ++c)
+        captions << model.headerData(c, Qt::Horizontal).toString();
+    EXPECT_EQ(captions,
+        QStringList({ "Part Number", "Product Name", "Price", "Price1", "vol1", "Price2", "Vol2",
+            "Price3", "vol3", "Price4", "vol4", "Price5", "vol5" }));
+}
+
+TEST(ProductGridModelTest, EachPriceCaptionShowsAPriceAndEachVolCaptionAQuantity)
+{
+    EXPECT_EQ(ProductGridModel::fieldOfColumn(0), 1);
+    EXPECT_EQ(ProductGridModel::fieldOfColumn(2), 3);
+    for (int k = 1; k <= 5; ++k) {
+        EXPECT_EQ(
+            ProductGridModel::fieldOfColumn(1 + 2 * k), ProductRecord::pricePointPriceField(k));
+        EXPECT_EQ(ProductGridModel::fieldOfColumn(2 + 2 * k), ProductRecord::pricePointField(k));
+        EXPECT_EQ(ProductGridModel::formatOfColumn(1 + 2 * k), QStringLiteral("Currency"));
+        EXPECT_EQ(ProductGridModel::formatOfColumn(2 + 2 * k), QStringLiteral("General Number"));
+    }
+}
+
+TEST(ProductGridModelTest, GridRowIsTableRowMinusOneAndPricesShowAsCurrency)
+{
+    Table catalogue(2, ProductRecord::FieldCount);
+    catalogue.put(1, 1, "A-1");
+    catalogue.put(1, 3, 1234.5f);
+    catalogue.put(2, 1, "B-2");
+    catalogue.put(2, 3, "");
+    catalogue.put(2, 7, "$3.50");
+    catalogue.put(2, 6, "25");
+    ProductGridModel model(catalogue, EnUs);
+    EXPECT_EQ(model.rowCount(), 2);
+    EXPECT_EQ(model.index(0, 0).data().toString(), QStringLiteral("A-1"));
+    EXPECT_EQ(model.index(0, 2).data().toString(), QStringLiteral("$1,234.50"));
+    EXPECT_EQ(model.index(1, 2).data().toString(), QString());
+    EXPECT_EQ(model.index(1, 3).data().toString(), QStringLiteral("$3.50"));
+    EXPECT_EQ(model.index(1, 4).data().toString(), QStringLiteral("25"));
+    EXPECT_EQ(ProductGridModel::bookmarkOfRow(1), 2);
+}
+
+TEST(ProductGridModelTest, ReloadFollowsRowsAddedToTheTable)
+{
+    Table catalogue(1, ProductRecord::FieldCount);
+    ProductGridModel model(catalogue, EnUs);
+    catalogue.redimPreserve(4, ProductRecord::FieldCount);
+    model.reload();
+    EXPECT_EQ(model.rowCount(), 4);
+}
+
+} // namespace

@@ -1,0 +1,67 @@
+#include "shellfixture.h"
+
+#include "shell/cataloguelifecycle.h"
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class CatalogueLifecycleTest : public ::testing::Test
+{
+protected:
+    CatalogueLifecycleTest()
+        : environment(folder.environment()),
+          module(prompts, environment, QLocale(QLocale::English, QLocale::UnitedStates)),
+          lifecycle(module, prompts)
+    {
+        module.DataFile = folder.filePath(QStringLiteral("twdata.dat"));
+    }
+
+    TempAppFolder folder;
+    FakePrompts prompts;
+    AppEnvironment environment;
+    Module1 module;
+    CatalogueLifecycle lifecycle;
+};
+
+TEST_F(CatalogueLifecycleTest, LoadCutsTheTableToTheCountAndSortsByPartNumber)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    const CatalogueReadResult result = lifecycle.load();
+    EXPECT_EQ(result.status, CatalogueReadResult::Status::Ok);
+    EXPECT_EQ(module.Catalogue().rowCount(), 3);
+    EXPECT_EQ(module.Catalogue().fieldCount(), 15);
+    EXPECT_EQ(module.Catalogue().get(1, 1), Cell("A-100"));
+    EXPECT_EQ(module.Catalogue().get(1, 3), Cell(12.5f));
+    EXPECT_TRUE(prompts.shown().empty());
+}
+
+TEST_F(CatalogueLifecycleTest, AMissingFileIsTheQuietFirstRun)
+{
+    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Missing);
+    EXPECT_EQ(module.Catalogue().rowCount(), 0);
+    EXPECT_TRUE(prompts.shown().empty());
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_TRUE(folder.exists(QStringLiteral("twdata.dat")));
+}
+
+TEST_F(CatalogueLifecycleTest, AFileThatEndsInsideAProductIsReportedAndKeptBeforeTheSave)
+{
+    const QByteArray broken = catalogueLine({ "P1", "One" }) + "P2\x7f\x7f\x7fno end";
+    folder.writeFile(QStringLiteral("twdata.dat"), broken);
+    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Failed);
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("could not be read completely")));
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("(error 62)")));
+
+    EXPECT_TRUE(lifecycle.save().ok);
+    const QStringList copies = folder.fileNames().filter(QStringLiteral("twdata-unread-"));
+    ASSERT_EQ(copies.size(), 1);
+    EXPECT_EQ(folder.readFile(copies.first()), broken);
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-unread-")).size(), 1)
+        << "the unread file is kept once";
+}
+
+} // namespace

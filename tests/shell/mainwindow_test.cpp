@@ -1,0 +1,133 @@
+// The main window's skeleton: named controls for assistive tools and UI automation, the
+// menus and toolbar, the template menu items and Edit → Copy.
+#include "shellfixture.h"
+
+#include "shell/mainwindowactions.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTest>
+#include <QToolBar>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class MainWindowTest : public ShellTest
+{
+};
+
+TEST_F(MainWindowTest, NamedControlsCarryTheirNameAsAccessibleDescription)
+{
+    frmMain *window = startAndWait();
+    for (const char *name : { "GrdMain", "SSTabmain", "TxtPrice", "Txtincludes", "Txtnotes",
+             "PriceSchedule", "FraPrice", "FraMain", "FraNotes", "FraQuote", "GrdQuote", "TxtTotal",
+             "TxtDisc", "TxtQdisper", "tbToolBar", "sbStatusBar", "Frame1" }) {
+        auto *widget = window->findChild<QWidget *>(QString::fromLatin1(name));
+        ASSERT_NE(widget, nullptr) << name;
+        EXPECT_EQ(widget->accessibleDescription(), QString::fromLatin1(name));
+    }
+    EXPECT_NE(qobject_cast<QTableView *>(window->ui().GrdMain), nullptr);
+}
+
+TEST_F(MainWindowTest, TheMenuBarHasItsMenusInOrder)
+{
+    frmMain *window = startAndWait();
+    QStringList titles;
+    for (QAction *menu : window->menuBar()->actions())
+        titles << menu->text();
+    EXPECT_EQ(titles,
+        QStringList({ "&File", "&Edit", "&View", "&Products", "P&rint", "&Settings", "&Help" }));
+    EXPECT_EQ(window->actions().action(QStringLiteral("mnuUserOptions"))->text(),
+        QStringLiteral("&Password"));
+    EXPECT_EQ(window->actions().action(QStringLiteral("mnuGrdMainQuote"))->text(),
+        QStringLiteral("Add to &Quote"));
+    EXPECT_EQ(window->actions().action(QStringLiteral("mnuCopyProductInfo"))->text(),
+        QStringLiteral("&Copy Product Info"));
+    EXPECT_EQ(window->actions().mnusystray()->actions().size(), 2);
+}
+
+TEST_F(MainWindowTest, TheToolbarHasItsKeysAndToolTips)
+{
+    frmMain *window = startAndWait();
+    EXPECT_EQ(MainWindowActions::buttonKeys(),
+        QStringList({ "Edit", "DelProd", "Insert", "Palm", "Export", "Find", "New", "Open", "Save",
+            "Print", "Help" }));
+    for (const QString &key : MainWindowActions::buttonKeys()) {
+        QAction *button = window->actions().button(key);
+        ASSERT_NE(button, nullptr) << key.toStdString();
+        EXPECT_FALSE(button->toolTip().isEmpty()) << key.toStdString();
+        EXPECT_FALSE(button->icon().isNull()) << key.toStdString();
+    }
+    EXPECT_TRUE(window->actions().button(QStringLiteral("Edit"))->isCheckable());
+}
+
+TEST_F(MainWindowTest, TemplateMenuItemsAskForTheirCode)
+{
+    frmMain *window = startAndWait();
+    const QStringList handlers { "mnuFileNew", "mnuFileSave", "mnuFileSaveAs", "mnuFileSaveAll",
+        "mnuFileProperties", "mnuFileSend", "mnuEditUndo", "mnuEditCut", "mnuEditPaste",
+        "mnuEditPasteSpecial", "mnuViewRefresh", "mnuViewWebBrowser" };
+    for (const QString &name : handlers)
+        window->actions().action(name)->trigger();
+    QStringList expected;
+    for (const QString &name : handlers)
+        expected << QStringLiteral("Add '%1_Click' code.").arg(name);
+    EXPECT_EQ(fakes->prompts.texts(), expected);
+    EXPECT_EQ(fakes->prompts.shown().front().style, MsgStyle::OkOnly);
+}
+
+TEST_F(MainWindowTest, TheSaveButtonLeadsToTheSameMessage)
+{
+    frmMain *window = startAndWait();
+    window->actions().button(QStringLiteral("Save"))->trigger();
+    EXPECT_EQ(fakes->prompts.texts(), QStringList { "Add 'mnuFileSave_Click' code." });
+}
+
+TEST_F(MainWindowTest, TheHelpButtonOpensTheHelpFileAtMain)
+{
+    frmMain *window = startAndWait();
+    window->actions().button(QStringLiteral("Help"))->trigger();
+    ASSERT_EQ(fakes->help.calls.size(), 1);
+    EXPECT_EQ(fakes->help.calls.first(),
+        QStringLiteral("topic:") + folder.filePath(QStringLiteral("Tarnwick Help.chm"))
+            + QStringLiteral("#Main"));
+}
+
+TEST_F(MainWindowTest, EditCopyPutsTheSelectedTextOfTheFocusedBoxOnTheClipboard)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    frmMain *window = startAndWait();
+    window->activateWindow();
+    QLineEdit *price = window->ui().TxtPrice;
+    window->ui().SSTabmain->setCurrentIndex(0);
+    price->setFocus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->focusWidget() == price; }, 2000));
+    price->setSelection(1, 5);
+    window->actions().action(QStringLiteral("mnuEditCopy"))->trigger();
+    EXPECT_EQ(fakes->clipboard.clearCount(), 1);
+    EXPECT_EQ(fakes->clipboard.text(), QStringLiteral("12.50"));
+}
+
+TEST_F(MainWindowTest, TheSideBoxesFollowTheCurrentRow)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    frmMain *window = startAndWait();
+    EXPECT_EQ(window->ui().TxtPrice->text(), QStringLiteral("$12.50"));
+    EXPECT_EQ(window->ui().Txtnotes->toPlainText(), QStringLiteral("Two lines\nof notes"));
+    window->ui().GrdMain->setCurrentIndex(window->ui().GrdMain->model()->index(1, 0));
+    EXPECT_EQ(window->ui().TxtPrice->text(), QStringLiteral("$2.50"));
+    EXPECT_EQ(window->ui().Txtincludes->toPlainText(), QStringLiteral("Nut"));
+    const QAbstractItemModel *schedule = window->ui().PriceSchedule->model();
+    EXPECT_EQ(schedule->index(1, 0).data().toString(), QStringLiteral("100"));
+    EXPECT_EQ(schedule->index(1, 1).data().toString(), QStringLiteral("$2.00"));
+}
+
+} // namespace

@@ -1,0 +1,196 @@
+// The user's start-up password: the check at start, the prompt window, and setting,
+// changing and removing it from the "&Settings" menu.
+#include "shellfixture.h"
+
+#include "shell/frmpassword.h"
+#include "shell/mainwindowactions.h"
+#include "shell/passwordlock.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class PasswordTest : public ShellTest
+{
+protected:
+    void expectProgramEndedWithoutWriting()
+    {
+        EXPECT_TRUE(splash->programEnded());
+        EXPECT_FALSE(started);
+        EXPECT_EQ(splash->takeMainWindow(), nullptr);
+        EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+        EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak")));
+    }
+};
+
+TEST_F(PasswordTest, NoPromptWithoutAPassword)
+{
+    startAndWait();
+    EXPECT_EQ(passwordPrompt.asked, 0);
+}
+
+TEST_F(PasswordTest, TheRightPasswordShowsTheMainWindowWithoutTheTickWait)
+{
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    passwordPrompt.answer = QStringLiteral("abc");
+    start();
+    EXPECT_EQ(passwordPrompt.asked, 1);
+    EXPECT_TRUE(started) << "with a password the main window is shown as soon as it is confirmed";
+    EXPECT_TRUE(mainWindow->isVisible());
+}
+
+TEST_F(PasswordTest, CapitalLettersDoNotMatchAndEndTheProgramWithoutWriting)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    passwordPrompt.answer = QStringLiteral("ABC");
+    start();
+    expectProgramEndedWithoutWriting();
+}
+
+TEST_F(PasswordTest, ATrailingBlankDoesNotMatch)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    passwordPrompt.answer = QStringLiteral("abc ");
+    start();
+    expectProgramEndedWithoutWriting();
+}
+
+TEST_F(PasswordTest, ClosingThePromptWithoutOkEndsTheProgram)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    passwordPrompt.answer = QString();
+    start();
+    expectProgramEndedWithoutWriting();
+}
+
+TEST(FrmPasswordTest, MasksTheTypedCharactersAndEnterConfirms)
+{
+    FrmPassword dialog;
+    EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Enter user password"));
+    auto *box = dialog.findChild<QLineEdit *>(QStringLiteral("TxtPW"));
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->echoMode(), QLineEdit::Password);
+    EXPECT_EQ(box->accessibleDescription(), QStringLiteral("TxtPW"));
+    dialog.show();
+    box->setFocus();
+    QTest::keyClicks(box, QStringLiteral("s3cret"));
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(dialog.Password, QStringLiteral("s3cret"));
+}
+
+TEST(FrmPasswordTest, TheOkButtonConfirmsAndClosingLeavesTheTextEmpty)
+{
+    FrmPassword confirmed;
+    confirmed.show();
+    QTest::keyClicks(
+        confirmed.findChild<QLineEdit *>(QStringLiteral("TxtPW")), QStringLiteral("x"));
+    QTest::mouseClick(
+        confirmed.findChild<QPushButton *>(QStringLiteral("OKButton")), Qt::LeftButton);
+    EXPECT_EQ(confirmed.Password, QStringLiteral("x"));
+
+    FrmPassword closed;
+    closed.show();
+    QTest::keyClicks(closed.findChild<QLineEdit *>(QStringLiteral("TxtPW")), QStringLiteral("y"));
+    QTest::keyClick(&closed, Qt::Key_Escape);
+    EXPECT_EQ(closed.result(), QDialog::Rejected);
+    EXPECT_EQ(closed.Password, QString());
+}
+
+class PasswordMenuTest : public ShellTest
+{
+protected:
+    void choosePasswordMenu()
+    {
+        mainWindow->actions().action(QStringLiteral("mnuUserOptions"))->trigger();
+    }
+};
+
+TEST_F(PasswordMenuTest, TwoEqualAnswersSetThePassword)
+{
+    startAndWait();
+    fakes->prompts.answerInput(QStringLiteral("Secret"));
+    fakes->prompts.answerInput(QStringLiteral("Secret"));
+    choosePasswordMenu();
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("Secret"));
+    const auto &shown = fakes->prompts.shown();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].text, QStringLiteral("Please enter the new password."));
+    EXPECT_EQ(shown[0].title, QStringLiteral("Password"));
+    EXPECT_EQ(shown[1].text, QStringLiteral("Please reenter the new password"));
+    EXPECT_EQ(shown[1].title, QStringLiteral("Password"));
+}
+
+TEST_F(PasswordMenuTest, TwoDifferentAnswersKeepTheOldPassword)
+{
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
+    passwordPrompt.answer = QStringLiteral("old");
+    startAndWait();
+    fakes->prompts.answerInput(QStringLiteral("one"));
+    fakes->prompts.answerInput(QStringLiteral("two"));
+    choosePasswordMenu();
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("old"));
+    ASSERT_EQ(fakes->prompts.shown().size(), 3u);
+    const ShownPrompt &box = fakes->prompts.shown()[2];
+    EXPECT_EQ(box.text,
+        QStringLiteral("The two passwords are different. To prevent errors, they "
+                       "must be the same."));
+    EXPECT_EQ(box.style, MsgStyle::OkOnly);
+}
+
+TEST_F(PasswordMenuTest, CancellingTheSecondPromptIsAMismatch)
+{
+    startAndWait();
+    fakes->prompts.answerInput(QStringLiteral("one"));
+    fakes->prompts.answerInput(QString());
+    choosePasswordMenu();
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("<unset>"));
+    EXPECT_EQ(fakes->prompts.texts().last(), QString(PasswordLock::MismatchMessage));
+}
+
+TEST_F(PasswordMenuTest, AnEmptyAnswerAndYesRemoveTheLock)
+{
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
+    passwordPrompt.answer = QStringLiteral("old");
+    startAndWait();
+    fakes->prompts.answerInput(QString());
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    choosePasswordMenu();
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QString());
+    const ShownPrompt &box = fakes->prompts.shown()[1];
+    EXPECT_EQ(box.text, QStringLiteral("Remove password?"));
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question);
+}
+
+TEST_F(PasswordMenuTest, AnEmptyAnswerAndNoKeepTheLock)
+{
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
+    passwordPrompt.answer = QStringLiteral("old");
+    startAndWait();
+    fakes->prompts.answerInput(QString());
+    fakes->prompts.answerMessage(MsgResult::No);
+    choosePasswordMenu();
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("old"));
+    EXPECT_EQ(fakes->prompts.shown().size(), 2u);
+}
+
+TEST(PasswordLockTest, AdmitsOnlyTheExactText)
+{
+    EXPECT_TRUE(PasswordLock::admits(QString(), QString()));
+    EXPECT_TRUE(PasswordLock::admits(QString(), QStringLiteral("anything")));
+    EXPECT_TRUE(PasswordLock::admits(QStringLiteral("abc"), QStringLiteral("abc")));
+    EXPECT_FALSE(PasswordLock::admits(QStringLiteral("abc"), QStringLiteral("ABC")));
+    EXPECT_FALSE(PasswordLock::admits(QStringLiteral("abc"), QStringLiteral("abc ")));
+    EXPECT_FALSE(PasswordLock::admits(QStringLiteral("abc"), QString()));
+}
+
+} // namespace

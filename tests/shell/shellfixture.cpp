@@ -1,0 +1,68 @@
+#include "shellfixture.h"
+
+#include "shell/settingskeys.h"
+
+#include <QTest>
+
+namespace tarnwick::test {
+
+QByteArray catalogueLine(const QStringList &fields)
+{
+    QByteArray line;
+    for (int i = 0; i < 15; ++i)
+        line += (i < fields.size() ? fields.at(i).toUtf8() : QByteArray()) + "\x7f\x7f\x7f";
+    return line + "\r\n";
+}
+
+QByteArray sampleCatalogue()
+{
+    return catalogueLine({ "B-200", "Bolt", "2.5", "Zinc plated", "Nut", "1", "2.5", "100", "2" })
+        + catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes", "Washer" })
+        + catalogueLine({ "C-300", "Clamp", "", "", "" });
+}
+
+void ShellTest::SetUp()
+{
+    fakes = std::make_unique<FakeServices>(folder.environment());
+}
+
+void ShellTest::TearDown()
+{
+    mainWindow.reset();
+    splash.reset();
+}
+
+void ShellTest::start(const QString &commandLine)
+{
+    fakes->environment = folder.environment(commandLine);
+    services = std::make_unique<AppServices>(fakes->services());
+    module = std::make_unique<Module1>(
+        fakes->prompts, fakes->environment, QLocale(QLocale::English, QLocale::UnitedStates));
+    splash = std::make_unique<FrmSplash1>(*services, *module, passwordPrompt);
+    splash->setTickInterval(1);
+    QObject::connect(splash.get(), &FrmSplash1::started, [this] {
+        started = true;
+        mainWindow = splash->takeMainWindow();
+    });
+    splash->Form_Load();
+}
+
+frmMain *ShellTest::startAndWait(const QString &commandLine)
+{
+    start(commandLine);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return started; }, 5000));
+    return mainWindow.get();
+}
+
+void ShellTest::saveSetting(const QString &key, const QString &value)
+{
+    fakes->settings.save(SettingsKeys::Application, SettingsKeys::Section, key, value);
+}
+
+QString ShellTest::setting(const QString &key) const
+{
+    return fakes->settings.get(
+        SettingsKeys::Application, SettingsKeys::Section, key, QStringLiteral("<unset>"));
+}
+
+} // namespace tarnwick::test

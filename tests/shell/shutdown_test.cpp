@@ -1,0 +1,157 @@
+// Shut-down of the real main window: the catalogue is written back byte for byte, the window
+// settings are saved unless the window is minimised, pending edits are stored, and a failed
+// save never loses the file on disk.
+#include "shellfixture.h"
+
+#include "shell/mainwindowactions.h"
+
+#include <QAction>
+#include <QDir>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class ShutdownTest : public ShellTest
+{
+};
+
+TEST_F(ShutdownTest, ClosingWritesTheCatalogueInPartNumberOrder)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    frmMain *window = startAndWait();
+    EXPECT_TRUE(window->close());
+    const QByteArray expected = catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes",
+                                    "Washer", "", "", "", "", "", "", "", "", "", "" })
+        + catalogueLine({ "B-200", "Bolt", "2.5", "Zinc plated", "Nut", "1", "2.5", "100", "2" })
+        + catalogueLine({ "C-300", "Clamp" });
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), expected);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue())
+        << "the previous file is kept as twdata.bak";
+}
+
+TEST_F(ShutdownTest, FirstRunCreatesTheCatalogueFileAndSavesTheSettings)
+{
+    frmMain *window = startAndWait();
+    QSignalSpy unloaded(window, &frmMain::unloaded);
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(unloaded.count(), 1);
+    EXPECT_TRUE(folder.exists(QStringLiteral("twdata.dat")));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), QByteArray());
+    EXPECT_EQ(setting(QStringLiteral("MainLeft")), QStringLiteral("1005"));
+    EXPECT_EQ(setting(QStringLiteral("MainTop")), QStringLiteral("1005"));
+    EXPECT_EQ(setting(QStringLiteral("MainWidth")), QStringLiteral("9000"));
+    EXPECT_EQ(setting(QStringLiteral("MainHeight")), QStringLiteral("6495"));
+    EXPECT_EQ(setting(QStringLiteral("ScreenSplit")), QStringLiteral("50"));
+    EXPECT_EQ(setting(QStringLiteral("Colwidth")), QStringLiteral("1095"));
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("<unset>"));
+}
+
+TEST_F(ShutdownTest, ThePlacementSavedAtCloseIsRestoredAtTheNextStart)
+{
+    frmMain *window = startAndWait();
+    window->move(120, 90);
+    window->resize(720, 510);
+    window->close();
+    started = false;
+    mainWindow.reset();
+    splash.reset();
+    frmMain *again = startAndWait();
+    EXPECT_EQ(again->pos(), QPoint(120, 90));
+    EXPECT_EQ(again->size(), QSize(720, 510));
+}
+
+TEST_F(ShutdownTest, ClosingWhileMinimisedWritesTheCatalogueButKeepsTheSettings)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("MainLeft"), QStringLiteral("2000"));
+    frmMain *window = startAndWait();
+    window->showMinimized();
+    ASSERT_TRUE(window->isMinimized());
+    const int savesBefore = fakes->settings.saveCount();
+    window->close();
+    EXPECT_EQ(fakes->settings.saveCount(), savesBefore);
+    EXPECT_EQ(setting(QStringLiteral("MainLeft")), QStringLiteral("2000"));
+    EXPECT_EQ(setting(QStringLiteral("MainTop")), QStringLiteral("<unset>"));
+    EXPECT_NE(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue())
+        << "the catalogue is written (sorted) even when minimised";
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).startsWith("A-100"));
+}
+
+TEST_F(ShutdownTest, ExitFromTheFileMenuRunsTheShutDown)
+{
+    frmMain *window = startAndWait();
+    window->actions().action(QStringLiteral("mnuFileExit"))->trigger();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(folder.exists(QStringLiteral("twdata.dat")));
+}
+
+TEST_F(ShutdownTest, APendingEditIsStoredBeforeTheCatalogueIsWritten)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    frmMain *window = startAndWait();
+    window->actions().button(QStringLiteral("Edit"))->setChecked(true);
+    window->ui().TxtPrice->setText(QStringLiteral("14"));
+    window->ui().Txtnotes->setPlainText(QStringLiteral("New\nnotes\x7f"));
+    window->close();
+    const QByteArray written = folder.readFile(QStringLiteral("twdata.dat"));
+    EXPECT_TRUE(
+        written.startsWith(catalogueLine({ "A-100", "Anchor", "$14.00", "New\nnotes", "Washer" })))
+        << written.left(120).toStdString();
+}
+
+TEST_F(ShutdownTest, AFailedSaveAsksAndKeepsTheWindowOpenOnNo)
+{
+    // The catalogue lives in a folder that disappears while the program runs.
+    QDir(folder.path()).mkdir(QStringLiteral("app"));
+    const QString appFolder = folder.filePath(QStringLiteral("app"));
+    fakes->environment = AppEnvironment(appFolder, QString());
+    services = std::make_unique<AppServices>(fakes->services());
+    module = std::make_unique<Module1>(
+        fakes->prompts, fakes->environment, QLocale(QLocale::English, QLocale::UnitedStates));
+    splash = std::make_unique<FrmSplash1>(*services, *module, passwordPrompt);
+    splash->setTickInterval(1);
+    QObject::connect(splash.get(), &FrmSplash1::started, [this] {
+        started = true;
+        mainWindow = splash->takeMainWindow();
+    });
+    splash->Form_Load();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return started; }, 5000));
+    ASSERT_TRUE(QDir(appFolder).removeRecursively());
+
+    fakes->prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(mainWindow->close());
+    EXPECT_TRUE(mainWindow->isVisible());
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown()[0];
+    EXPECT_TRUE(box.text.startsWith(QStringLiteral("The catalogue could not be saved to")));
+    EXPECT_TRUE(
+        box.text.endsWith(QStringLiteral("Close Tarnwick anyway? The changes made to the "
+                                         "catalogue since Tarnwick started would be lost.")));
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2);
+
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(mainWindow->close());
+}
+
+TEST_F(ShutdownTest, AnUnreadableCatalogueIsKeptAsACopyBeforeTheSave)
+{
+    const QByteArray broken = catalogueLine({ "P1", "One" }) + "P2\x7f\x7f\x7fhalf a line";
+    folder.writeFile(QStringLiteral("twdata.dat"), broken);
+    frmMain *window = startAndWait();
+    fakes->prompts.clear();
+    window->close();
+    QStringList copies = folder.fileNames().filter(QStringLiteral("twdata-unread-"));
+    ASSERT_EQ(copies.size(), 1) << folder.fileNames().join(QLatin1Char(' ')).toStdString();
+    EXPECT_EQ(folder.readFile(copies.first()), broken);
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.contains(copies.first()));
+    EXPECT_TRUE(folder.exists(QStringLiteral("twdata.dat")));
+}
+
+} // namespace

@@ -1,0 +1,191 @@
+// Start-up through the splash window on the real main window: settings defaults and restored
+// placement, the catalogue load and sort, the "test" diagnostic boxes, the tick wait and the
+// start-up error messages.
+#include "shellfixture.h"
+
+#include "catalogue/module1.h"
+#include "shell/twips.h"
+
+#include <QSplitter>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class StartupTest : public ShellTest
+{
+};
+
+TEST_F(StartupTest, FirstRunOpensWithTheDefaultPlacementAndAnEmptyCatalogue)
+{
+    frmMain *window = startAndWait();
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_DOUBLE_EQ(Twips::perPixel(window), 15.0);
+    EXPECT_EQ(window->pos(), QPoint(67, 67)); // 1000 twips
+    EXPECT_EQ(window->size(), QSize(600, 433)); // 9000 × 6500 twips
+    EXPECT_EQ(window->screenSplit(), 50);
+    EXPECT_EQ(window->colwidth(), 1100);
+    EXPECT_EQ(window->ui().GrdMain->columnWidth(0), 73); // 1100 twips
+    EXPECT_EQ(module->AllProducts().Count(), 0);
+    EXPECT_EQ(module->Catalogue().rowCount(), 0);
+    EXPECT_EQ(module->DataFile, folder.filePath(QStringLiteral("twdata.dat")));
+    EXPECT_TRUE(fakes->prompts.shown().empty()) << "a missing catalogue is the quiet first run";
+    EXPECT_EQ(passwordPrompt.asked, 0);
+}
+
+TEST_F(StartupTest, RestoresThePlacementAndSplitFromTheSettings)
+{
+    saveSetting(QStringLiteral("MainLeft"), QStringLiteral("1500"));
+    saveSetting(QStringLiteral("MainTop"), QStringLiteral("1200"));
+    saveSetting(QStringLiteral("MainWidth"), QStringLiteral("10500"));
+    saveSetting(QStringLiteral("MainHeight"), QStringLiteral("7500"));
+    saveSetting(QStringLiteral("ScreenSplit"), QStringLiteral("40"));
+    saveSetting(QStringLiteral("Colwidth"), QStringLiteral("1500"));
+    frmMain *window = startAndWait();
+    EXPECT_EQ(window->pos(), QPoint(100, 80));
+    EXPECT_EQ(window->size(), QSize(700, 500));
+    EXPECT_EQ(window->screenSplit(), 40);
+    EXPECT_EQ(window->ui().GrdMain->columnWidth(0), 100);
+    const QList<int> sizes = window->ui().Frame1->sizes();
+    ASSERT_EQ(sizes.size(), 2);
+    EXPECT_NEAR(double(sizes[0]) / (sizes[0] + sizes[1]), 0.40, 0.02);
+}
+
+TEST_F(StartupTest, AStoredSplitOfZeroIsUsedAsFifty)
+{
+    saveSetting(QStringLiteral("ScreenSplit"), QStringLiteral("0"));
+    EXPECT_EQ(startAndWait()->screenSplit(), 50);
+}
+
+TEST_F(StartupTest, ASplitAbove98IsLaidOutAs98)
+{
+    saveSetting(QStringLiteral("ScreenSplit"), QStringLiteral("100"));
+    EXPECT_EQ(startAndWait()->screenSplit(), 98);
+}
+
+TEST_F(StartupTest, LoadsTheCatalogueSortedByPartNumberAndShowsTheFirstRow)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    frmMain *window = startAndWait();
+    EXPECT_EQ(module->AllProducts().Count(), 3);
+    ASSERT_EQ(module->Catalogue().rowCount(), 3);
+    EXPECT_EQ(module->Catalogue().get(1, 1), Cell("A-100"));
+    EXPECT_EQ(module->Catalogue().get(2, 1), Cell("B-200"));
+    EXPECT_EQ(module->Catalogue().get(3, 1), Cell("C-300"));
+    const QAbstractItemModel *grid = window->ui().GrdMain->model();
+    EXPECT_EQ(grid->rowCount(), 3);
+    EXPECT_EQ(grid->headerData(0, Qt::Horizontal).toString(), QStringLiteral("Part Number"));
+    EXPECT_EQ(grid->index(0, 2).data().toString(), QStringLiteral("$12.50"));
+    EXPECT_EQ(module->QuoteTable().rowCount(), 250);
+    EXPECT_EQ(module->QuoteTable().fieldCount(), 7);
+    EXPECT_EQ(module->ScheduleTable().rowCount(), 5);
+    EXPECT_EQ(module->ScheduleTable().fieldCount(), 2);
+    EXPECT_EQ(window->ui().SSTabmain->currentIndex(), 0);
+}
+
+TEST_F(StartupTest, TheTestCommandLineShowsTheDiagnosticBoxesInOrder)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"),
+        catalogueLine({ "P1", "One" }) + catalogueLine({ "P2", "Two" }));
+    fakes->prompts.answerMessage(MsgResult::Ok); // "array 1 is P1" has OK and Cancel
+    fakes->prompts.answerMessage(MsgResult::Cancel); // the answer is ignored
+    startAndWait(QStringLiteral("test"));
+    const auto &shown = fakes->prompts.shown();
+    const QString line1 = QString::fromUtf8(catalogueLine({ "P1", "One" }).chopped(2));
+    const QString line2 = QString::fromUtf8(catalogueLine({ "P2", "Two" }).chopped(2));
+    const QStringList expectedTexts { "Past splash.show", "Loading form main",
+        "Past loading registry stuff", "Opened Filename", "read line " + line1, "array 1 is P1",
+        "read line " + line2, "array 1 is P2" };
+    EXPECT_EQ(fakes->prompts.texts(), expectedTexts);
+    ASSERT_EQ(shown.size(), 8u);
+    EXPECT_EQ(shown[0].title, QStringLiteral("Debug"));
+    EXPECT_EQ(shown[1].title, QStringLiteral("test"));
+    EXPECT_EQ(shown[2].title, QStringLiteral("test"));
+    EXPECT_EQ(shown[3].title, QStringLiteral("test"));
+    EXPECT_EQ(shown[4].title, QStringLiteral("Test"));
+    EXPECT_EQ(shown[5].title, QStringLiteral("test"));
+    EXPECT_EQ(shown[5].style, MsgStyle::OkCancel);
+    EXPECT_EQ(shown[0].style, MsgStyle::OkOnly);
+    EXPECT_EQ(module->AllProducts().Count(), 2);
+}
+
+TEST_F(StartupTest, OnlyTheExactTextTestSwitchesTheBoxesOn)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    for (const QString &commandLine :
+        { QStringLiteral("Test"), QStringLiteral("test "), QStringLiteral("test x") }) {
+        started = false;
+        mainWindow.reset();
+        splash.reset();
+        fakes->prompts.clear();
+        startAndWait(commandLine);
+        EXPECT_TRUE(fakes->prompts.shown().empty()) << commandLine.toStdString();
+    }
+}
+
+TEST_F(StartupTest, WithoutAPasswordTheSplashWaitsFifteenTicks)
+{
+    start();
+    EXPECT_FALSE(started) << "the main window must not appear before the ticks have passed";
+    EXPECT_TRUE(QTest::qWaitFor([this] { return started; }, 5000));
+    EXPECT_GE(splash->Tag.toInt(), FrmSplash1::TicksToWait);
+    EXPECT_FALSE(splash->isVisible());
+}
+
+TEST_F(StartupTest, ATagOf1000EndsTheWaitAtTheNextTick)
+{
+    start();
+    splash->setTickInterval(50); // 15 ticks would take 750 ms
+    splash->endWait();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return started; }, 400));
+    EXPECT_EQ(splash->Tag, QStringLiteral("1000"));
+}
+
+TEST_F(StartupTest, ASettingThatIsNoNumberIsReportedAndTheCatalogueStillLoads)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("MainWidth"), QStringLiteral("wide"));
+    start();
+    ASSERT_TRUE(started) << "after a start error the main window is shown at once";
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown()[0];
+    EXPECT_EQ(box.text,
+        QStringLiteral("There was a problem opening the program. Error Message 13 "
+                       "was recieved. Contact Tarnwick for the cause of the "
+                       "error."));
+    EXPECT_EQ(box.title, QStringLiteral("Error Message"));
+    EXPECT_EQ(box.style, MsgStyle::OkOnly);
+    EXPECT_EQ(module->AllProducts().Count(), 3);
+    EXPECT_TRUE(mainWindow->isVisible());
+}
+
+TEST_F(StartupTest, TheInstallationErrorBoxHasItsTitleAndStyle)
+{
+    EXPECT_EQ(FrmSplash1::InstallErrorMessage,
+        QStringLiteral("Tarnwick did not install correctly. Would you like to see possible "
+                       "remedies?"));
+    EXPECT_EQ(FrmSplash1::installErrorTitle(53), QStringLiteral("Error53"));
+}
+
+TEST_F(StartupTest, AnUnreadableCatalogueIsReportedOnceAtStartUp)
+{
+    QByteArray binary;
+    for (int i = 0; i < 4096; ++i)
+        binary += char((i * 37 + 11) % 256);
+    folder.writeFile(QStringLiteral("twdata.dat"), binary);
+    startAndWait();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    EXPECT_TRUE(
+        fakes->prompts.shown()[0].text.contains(QStringLiteral("could not be read completely")));
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Catalogue"));
+    EXPECT_EQ(fakes->prompts.shown()[0].style, MsgStyle::Exclamation);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), binary)
+        << "nothing is written at start";
+}
+
+} // namespace

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "platform/appenvironment.h"
+#include "platform/appservices.h"
+#include "platform/iclipboard.h"
+#include "platform/ieventpump.h"
+#include "platform/ifiledialogs.h"
+#include "platform/ihelpviewer.h"
+#include "platform/iprocesslauncher.h"
+#include "support/fakeprompts.h"
+#include "support/fakesettingsstore.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <deque>
+#include <optional>
+#include <vector>
+
+namespace tarnwick::test {
+
+/// A clipboard in memory that remembers what was put on it.
+class FakeClipboard : public IClipboard
+{
+public:
+    void clear() override;
+    void setText(const QString &text) override;
+    void setRichDocument(const RichClipboardDocument &document) override;
+    QString text() const override { return m_text; }
+
+    const std::optional<RichClipboardDocument> &richDocument() const { return m_rich; }
+    int clearCount() const { return m_clears; }
+
+private:
+    QString m_text;
+    std::optional<RichClipboardDocument> m_rich;
+    int m_clears = 0;
+};
+
+/// File dialogs that record each request and answer from a script (no answer = cancelled).
+class FakeFileDialogs : public IFileDialogs
+{
+public:
+    std::optional<FileDialogResult> getOpenFile(const FileDialogRequest &request) override;
+    std::optional<FileDialogResult> getSaveFile(const FileDialogRequest &request) override;
+
+    void answer(const std::optional<FileDialogResult> &result) { m_answers.push_back(result); }
+    const std::vector<FileDialogRequest> &requests() const { return m_requests; }
+
+private:
+    std::optional<FileDialogResult> next(const FileDialogRequest &request);
+    std::vector<FileDialogRequest> m_requests;
+    std::deque<std::optional<FileDialogResult>> m_answers;
+};
+
+/// Records the programs it was asked to start; succeeds unless told otherwise.
+class FakeProcessLauncher : public IProcessLauncher
+{
+public:
+    struct Start
+    {
+        QString program;
+        QStringList arguments;
+        QString workingFolder;
+    };
+    bool startDetached(const QString &program, const QStringList &arguments,
+        const QString &workingFolder) override;
+
+    bool succeed = true;
+    std::vector<Start> starts;
+};
+
+/// Records the help topics it was asked to show.
+class FakeHelpViewer : public IHelpViewer
+{
+public:
+    bool showTopic(const QString &helpFile, const QString &topic) override;
+    bool showContext(const QString &helpFile, int contextNumber) override;
+
+    QStringList calls; ///< "topic:<file>#<topic>" or "context:<file>#<number>"
+};
+
+/// Counts the times the program let pending events be processed, and processes them.
+class FakeEventPump : public IEventPump
+{
+public:
+    void processPendingEvents() override;
+    int count = 0;
+};
+
+/// Every fake in one place, and the AppServices that hands them out.
+struct FakeServices
+{
+    explicit FakeServices(AppEnvironment env) : environment(std::move(env)) { }
+
+    FakePrompts prompts;
+    FakeClipboard clipboard;
+    FakeSettingsStore settings;
+    FakeFileDialogs fileDialogs;
+    FakeProcessLauncher launcher;
+    FakeHelpViewer help;
+    FakeEventPump events;
+    AppEnvironment environment;
+
+    AppServices services()
+    {
+        return AppServices { prompts, clipboard, settings, fileDialogs, launcher, help, events,
+            environment };
+    }
+};
+
+} // namespace tarnwick::test

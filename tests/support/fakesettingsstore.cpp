@@ -1,0 +1,36 @@
+#include "support/fakesettingsstore.h"
+
+namespace tarnwick::test {
+
+QString FakeSettingsStore::path(
+    const QString &application, const QString &section, const QString &key)
+{
+    return application + QLatin1Char('/') + section.toLower() + QLatin1Char('/') + key;
+}
+
+QString FakeSettingsStore::get(const QString &application, const QString &section,
+    const QString &key, const QString &defaultValue) const
+{
+    return m_values.value(path(application, section, key), defaultValue);
+}
+
+void FakeSettingsStore::save(
+    const QString &application, const QString &section, const QString &key, const QString &value)
+{
+    ++m_saveCount;
+    m_values.insert(path(application, section, key), value);
+}
+
+void FakeSettingsStore::remove(
+    const QString &application, const QString &section, const QString &key)
+{
+    m_values.remove(path(application, section, key));
+}
+
+bool FakeSettingsStore::contains(
+    const QString &application, const QString &section, const QString &key) const
+{
+    return m_values.contains(path(application, section, key));
+}
+
+} // namespace tarnwick::test

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/isettingsstore.h"
+
+#include <QMap>
+#include <QString>
+
+namespace tarnwick::test {
+
+/// Settings kept in memory, with section names folded to lower case as the real store does.
+class FakeSettingsStore : public ISettingsStore
+{
+public:
+    QString get(const QString &application, const QString &section, const QString &key,
+        const QString &defaultValue = QString()) const override;
+    void save(const QString &application, const QString &section, const QString &key,
+        const QString &value) override;
+    void remove(const QString &application, const QString &section, const QString &key) override;
+
+    bool contains(const QString &application, const QString &section, const QString &key) const;
+    int saveCount() const { return m_saveCount; }
+
+private:
+    static QString path(const QString &application, const QString &section, const QString &key);
+    QMap<QString, QString> m_values;
+    int m_saveCount = 0;
+};
+
+} // namespace tarnwick::test

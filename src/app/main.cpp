@@ -14,7 +14,7 @@
 #include "platform/qt/qtsettingsstore.h"
 #include "shell/frmmain.h"
 #include "shell/frmsplash1.h"
-#include "shell/ipasswordprompt.h"
+#include "shell/shelldialogs.h"
 #include "shell/singleinstance.h"
 
 #include <QApplication>
@@ -47,8 +47,8 @@ int main(int argc, char *argv[])
     }
 
     Module1 module(prompts, environment, programLocale());
-    PasswordDialogPrompt passwordPrompt;
-    FrmSplash1 splash(services, module, passwordPrompt);
+    ShellDialogs dialogs;
+    FrmSplash1 splash(services, module, dialogs);
     splash.adjustSize();
     if (const QScreen *screen = QGuiApplication::primaryScreen())
         splash.move(screen->availableGeometry().center() - splash.rect().center());

@@ -1,5 +1,6 @@
 #include "products/productgridmodel.h"
 
+#include "catalogue/cataloguetext.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/conversions.h"
@@ -92,13 +93,34 @@ QVariant ProductGridModel::data(const QModelIndex &index, int role) const
 
 QVariant ProductGridModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (role != Qt::DisplayRole)
+    // The caption doubles as tool tip, so a narrow column's caption can still be read whole.
+    if (role != Qt::DisplayRole && !(role == Qt::ToolTipRole && orientation == Qt::Horizontal))
         return {};
     if (orientation == Qt::Horizontal)
         return (section >= 0 && section < columnCountStatic())
             ? QVariant(QString::fromLatin1(Columns[section].caption))
             : QVariant();
     return section + 1;
+}
+
+Qt::ItemFlags ProductGridModel::flags(const QModelIndex &index) const
+{
+    Qt::ItemFlags result = QAbstractTableModel::flags(index);
+    const int field = fieldOfColumn(index.column());
+    if (m_editable && (field == ProductRecord::PartNumber || field == ProductRecord::ProductName))
+        result |= Qt::ItemIsEditable;
+    return result;
+}
+
+bool ProductGridModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable)
+        || index.row() >= m_catalogue.rowCount())
+        return false;
+    m_catalogue.put(bookmarkOfRow(index.row()), fieldOfColumn(index.column()),
+        withoutFieldEndCharacters(value.toString()));
+    Q_EMIT dataChanged(index, index);
+    return true;
 }
 
 void ProductGridModel::reload()

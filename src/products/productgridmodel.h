@@ -32,6 +32,14 @@ public:
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(
         int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    /// Stores a typed part number or product name as text (DEL characters removed).
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+
+    /// In edit mode the part number and product name columns accept typing; prices and price
+    /// points are edited in the side boxes and the schedule.
+    void setEditable(bool editable) { m_editable = editable; }
+    bool isEditable() const { return m_editable; }
 
     /// Re-reads the table after rows were added, removed or re-ordered.
     void reload();
@@ -39,6 +47,7 @@ public:
 private:
     Table &m_catalogue;
     QLocale m_locale;
+    bool m_editable = false;
 };
 
 } // namespace tarnwick

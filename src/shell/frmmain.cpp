@@ -9,17 +9,20 @@
 #include "platform/iclipboard.h"
 #include "platform/ihelpviewer.h"
 #include "platform/iprompts.h"
-#include "products/productgridmodel.h"
-#include "products/productrow.h"
-#include "products/tablemodel.h"
 #include "shell/accessiblenames.h"
+#include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 #include "shell/passwordlock.h"
+#include "shell/productgridcontroller.h"
+#include "shell/quotecontroller.h"
+#include "shell/shelldialogs.h"
 #include "shell/twips.h"
 #include "shell/windowsettings.h"
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QFrame>
+#include <QGroupBox>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
@@ -42,23 +45,28 @@ constexpr int QuoteRows = 250;
 constexpr int QuoteFields = 7;
 constexpr int ScheduleRows = 5;
 constexpr int ScheduleFields = 2;
-constexpr qint16 MaxScreenSplit = 98;
 const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
 const QString UnsavedQuestion =
     QStringLiteral("\n\nClose Tarnwick anyway? The changes made to the catalogue since Tarnwick "
                    "started would be lost.");
 } // namespace
 
-frmMain::frmMain(const AppServices &services, Module1 &module, QWidget *parent)
-    : QMainWindow(parent), m_services(services), m_module(module),
+frmMain::frmMain(
+    const AppServices &services, Module1 &module, IShellDialogs &dialogs, QWidget *parent)
+    : QMainWindow(parent), m_services(services), m_module(module), m_dialogs(dialogs),
       m_catalogue(module, services.prompts)
 {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("Tarnwick"));
     m_ui.setupUi(this);
     m_actions = std::make_unique<MainWindowActions>(this);
+    m_grid =
+        new ProductGridController(services, module, m_ui, m_actions->button(QStringLiteral("Edit")),
+            m_actions->mnuMainGrid(), m_actions->mnups(), this);
+    m_quote = new QuoteController(services, module, m_ui, m_actions->mnuQuote(), this);
     disableLaterCommands();
     connectHandlers();
+    watchMouse();
     exposeObjectNames(this);
 }
 
@@ -69,6 +77,17 @@ void frmMain::connectHandlers()
     const auto on = [this](const char *name, void (frmMain::*slot)()) {
         connect(m_actions->action(QString::fromLatin1(name)), &QAction::triggered, this, slot);
     };
+    on("mnuAddProd", &frmMain::mnuAddProd_Click);
+    on("mnuEditProd", &frmMain::mnuEditProd_Click);
+    on("mnuDelProd", &frmMain::mnuDelProd_Click);
+    on("mnuDelAll", &frmMain::mnuDelAll_Click);
+    on("mnuclearprices", &frmMain::mnuclearprices_Click);
+    on("mnuGrdMainQuote", &frmMain::mnuGrdMainQuote_Click);
+    on("mnuQuoteDelete", &frmMain::mnuQuoteDelete_Click);
+    on("mnuquoteclear", &frmMain::mnuquoteclear_Click);
+    on("mnuResetPrices", &frmMain::mnuResetPrices_Click);
+    on("mnudiscountAll", &frmMain::mnudiscountAll_Click);
+    on("mnuDiscprod", &frmMain::mnuDiscprod_Click);
     on("mnuFileExit", &frmMain::mnuFileExit_Click);
     on("mnuEditCopy", &frmMain::mnuEditCopy_Click);
     on("mnuUserOptions", &frmMain::mnuUserOptions_Click);
@@ -77,7 +96,6 @@ void frmMain::connectHandlers()
     connectTemplateItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
-    connect(m_ui.Frame1, &QSplitter::splitterMoved, this, &frmMain::Frame1_Moved);
 }
 
 void frmMain::connectTemplateItems()
@@ -102,16 +120,22 @@ void frmMain::connectTemplateItems()
 void frmMain::disableLaterCommands()
 {
     // Commands whose work is not part of this build yet are shown but cannot be chosen.
-    const char *later[] = { "mnuFileOpen", "mnuAddProd", "mnuEditProd", "mnucopyproduct",
-        "mnuDelProd", "mnuDelAll", "mnuPreview", "mnuPrint", "mnuHelpContents",
-        "mnuHelpSearchForHelpOn", "mnuHelpAbout", "mnuGrdMainQuote", "mnuCopyProductInfo",
-        "mnuQuoteDelete", "mnuquoteclear", "mnuResetPrices", "mnudiscountAll", "mnuDiscprod",
-        "mnuquotecopy", "mnuQuoteNote", "mnuclearprices" };
+    const char *later[] = { "mnuFileOpen", "mnucopyproduct", "mnuPreview", "mnuPrint",
+        "mnuHelpContents", "mnuHelpSearchForHelpOn", "mnuHelpAbout", "mnuCopyProductInfo",
+        "mnuquotecopy", "mnuQuoteNote" };
     for (const char *name : later)
         m_actions->action(QString::fromLatin1(name))->setEnabled(false);
-    for (const QString &key : MainWindowActions::buttonKeys()) {
-        if (key != QLatin1String("Save") && key != QLatin1String("Help"))
-            m_actions->button(key)->setEnabled(false);
+    for (const char *key : { "Palm", "Export", "New", "Open", "Print" })
+        m_actions->button(QString::fromLatin1(key))->setEnabled(false);
+}
+
+void frmMain::watchMouse()
+{
+    const QList<QWidget *> watched { m_ui.Client, m_ui.Frame1, m_ui.FraQuote,
+        m_actions->toolBar() };
+    for (QWidget *widget : watched) {
+        widget->setMouseTracking(true);
+        widget->installEventFilter(this);
     }
 }
 
@@ -131,13 +155,22 @@ std::optional<VbError> frmMain::Form_Load()
             QStringLiteral("test"));
     if (m_screenSplit == 0)
         m_screenSplit = 50;
-    applyScreenSplit();
+    m_dragging = false;
+    Form_Resize();
     addTrayIcon();
     m_catalogue.load();
-    bindGrids();
+    m_module.QuoteTable().redim(QuoteRows, QuoteFields);
+    m_module.ScheduleTable().redim(ScheduleRows, ScheduleFields);
+    m_grid->bind(Twips::toPixels(m_colwidth, twipsPerPixel()));
+    m_quote->bind();
     m_ui.SSTabmain->setCurrentIndex(0);
     m_loaded = true;
     return settings.error;
+}
+
+double frmMain::twipsPerPixel() const
+{
+    return Twips::perPixel(this);
 }
 
 void frmMain::restorePlacement(const MainWindowSettings &settings)
@@ -153,85 +186,6 @@ void frmMain::restorePlacement(const MainWindowSettings &settings)
     resize(frame.size());
 }
 
-void frmMain::applyScreenSplit()
-{
-    if (m_screenSplit > MaxScreenSplit)
-        m_screenSplit = MaxScreenSplit;
-    const int inner = width();
-    const int left = int(m_screenSplit * 0.01 * inner);
-    m_ui.Frame1->setSizes({ left, inner - left });
-}
-
-void frmMain::Frame1_Moved(int position, int)
-{
-    const int inner = width();
-    if (inner > 0)
-        m_screenSplit = qint16(std::floor(std::fabs(double(position) / inner) * 100));
-}
-
-void frmMain::bindGrids()
-{
-    m_gridModel = new ProductGridModel(m_module.Catalogue(), m_module.locale(), this);
-    m_ui.GrdMain->setModel(m_gridModel);
-    m_ui.GrdMain->setColumnWidth(0, Twips::toPixels(m_colwidth, Twips::perPixel(this)));
-    m_ui.GrdMain->setColumnWidth(
-        1, m_ui.GrdMain->fontMetrics().horizontalAdvance(QLatin1Char('M')) * 16);
-    connect(m_ui.GrdMain->selectionModel(), &QItemSelectionModel::currentChanged, this,
-        &frmMain::GrdMain_RowColChange);
-
-    m_module.QuoteTable().redim(QuoteRows, QuoteFields);
-    m_ui.GrdQuote->setModel(new TableModel(m_module.QuoteTable(),
-        { { tr("Part Number"), {} }, { tr("Product Name"), {} },
-            { tr("Price"), QStringLiteral("Currency") }, { tr("Quantity"), {} },
-            { tr("Extended"), QStringLiteral("Currency") } },
-        m_module.locale(), this));
-    m_module.ScheduleTable().redim(ScheduleRows, ScheduleFields);
-    m_ui.PriceSchedule->setModel(new TableModel(m_module.ScheduleTable(),
-        { { tr("Price Point"), QStringLiteral("#,###") },
-            { tr("Price"), QStringLiteral("Currency") } },
-        m_module.locale(), this));
-    m_ui.PriceSchedule->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    if (m_gridModel->rowCount() > 0)
-        m_ui.GrdMain->setCurrentIndex(m_gridModel->index(0, 0));
-}
-
-int frmMain::currentBookmark() const
-{
-    const QModelIndex current = m_ui.GrdMain->currentIndex();
-    return current.isValid() ? ProductGridModel::bookmarkOfRow(current.row()) : 0;
-}
-
-void frmMain::GrdMain_RowColChange(const QModelIndex &, const QModelIndex &)
-{
-    showCurrentRow();
-}
-
-void frmMain::showCurrentRow()
-{
-    const int row = currentBookmark();
-    if (row < 1 || row > m_module.Catalogue().rowCount())
-        return;
-    const SideBoxTexts boxes = ProductRow::sideBoxes(m_module.Catalogue(), row, m_module.locale());
-    m_ui.TxtPrice->setText(boxes.price);
-    m_ui.Txtincludes->setPlainText(boxes.includes);
-    m_ui.Txtnotes->setPlainText(boxes.notes);
-    ProductRow::loadSchedule(m_module.Catalogue(), row, m_module.ScheduleTable());
-    static_cast<TableModel *>(m_ui.PriceSchedule->model())->reload();
-}
-
-void frmMain::storePendingEdit()
-{
-    const int row = currentBookmark();
-    if (!m_actions->button(QStringLiteral("Edit"))->isChecked() || row < 1
-        || row > m_module.Catalogue().rowCount())
-        return;
-    const SideBoxTexts boxes { m_ui.TxtPrice->text(), m_ui.Txtincludes->toPlainText(),
-        m_ui.Txtnotes->toPlainText() };
-    ProductRow::writeBack(
-        m_module.Catalogue(), row, boxes, m_module.ScheduleTable(), m_module.locale());
-    m_gridModel->reload();
-}
-
 void frmMain::closeEvent(QCloseEvent *event)
 {
     if (m_unloaded || Form_Unload()) {
@@ -245,7 +199,7 @@ bool frmMain::Form_Unload()
 {
     if (!m_loaded)
         return true;
-    storePendingEdit();
+    m_grid->storePendingEdit();
     const CatalogueWriteResult saved = m_catalogue.save();
     if (!saved.ok) {
         const QString text = CatalogueLifecycle::saveFailedMessage(m_module.DataFile, saved.detail)
@@ -321,11 +275,75 @@ void frmMain::removeTrayIcon()
 void frmMain::tbToolBar_ButtonClick(QAction *button)
 {
     const QString key = button->data().toString();
-    if (key == QLatin1String("Save"))
+    if (key == QLatin1String("Edit"))
+        m_grid->editButtonToggled();
+    else if (key == QLatin1String("DelProd"))
+        m_grid->deleteProduct();
+    else if (key == QLatin1String("Insert"))
+        m_grid->insertProduct();
+    else if (key == QLatin1String("Find"))
+        m_grid->findProduct(m_dialogs);
+    else if (key == QLatin1String("Save"))
         mnuFileSave_Click();
     else if (key == QLatin1String("Help"))
         m_services.help.showTopic(
             m_services.environment.pathInAppFolder(HelpFileName), QStringLiteral("Main"));
+}
+
+void frmMain::mnuAddProd_Click()
+{
+    m_grid->insertProduct();
+}
+
+void frmMain::mnuEditProd_Click()
+{
+    // Toggling the button runs the toolbar's own "Edit" command.
+    m_actions->button(QStringLiteral("Edit"))->trigger();
+}
+
+void frmMain::mnuDelProd_Click()
+{
+    m_grid->deleteProduct();
+}
+
+void frmMain::mnuDelAll_Click()
+{
+    m_grid->deleteAllProducts();
+}
+
+void frmMain::mnuclearprices_Click()
+{
+    m_grid->ClearPrice();
+}
+
+void frmMain::mnuGrdMainQuote_Click()
+{
+    m_quote->addProduct(m_grid->currentBookmark(), m_ui.Txtincludes->toPlainText());
+}
+
+void frmMain::mnuQuoteDelete_Click()
+{
+    m_quote->removeCurrentLine();
+}
+
+void frmMain::mnuquoteclear_Click()
+{
+    m_quote->removeAllLines();
+}
+
+void frmMain::mnuResetPrices_Click()
+{
+    m_quote->resetPrices();
+}
+
+void frmMain::mnudiscountAll_Click()
+{
+    m_quote->showDiscountAll(this);
+}
+
+void frmMain::mnuDiscprod_Click()
+{
+    m_quote->showDiscountLine(this);
 }
 
 void frmMain::mnuFileExit_Click()

@@ -2,6 +2,7 @@
 
 #include "core/vberror.h"
 #include "shell/cataloguelifecycle.h"
+#include "shell/mainlayout.h"
 #include "shell/mainwindowui.h"
 
 #include <QMainWindow>
@@ -14,19 +15,23 @@ class QSystemTrayIcon;
 namespace tarnwick {
 
 struct AppServices;
+class IShellDialogs;
 class MainWindowActions;
 class Module1;
-class ProductGridModel;
+class ProductGridController;
+class QuoteController;
 
 /// The main window: the product grid, the tab control with the side boxes and the quote, the
 /// toolbar, the menus and the status bar. Form_Load restores it from the settings and loads
 /// the catalogue; closing it (Form_Unload) writes the catalogue back and saves the settings.
+/// Grid and product handlers are forwarded to its ProductGridController.
 class frmMain : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    frmMain(const AppServices &services, Module1 &module, QWidget *parent = nullptr);
+    frmMain(const AppServices &services, Module1 &module, IShellDialogs &dialogs,
+        QWidget *parent = nullptr);
     ~frmMain() override;
 
     /// Restores placement and split, loads the catalogue and binds the grids; the window stays
@@ -36,11 +41,17 @@ public:
 
     /// Shows the main window (restoring it when minimised).
     void showme();
+    /// Lays out the panes by the window's layout rule.
+    void Form_Resize();
 
     const MainWindowUi &ui() const { return m_ui; }
     MainWindowActions &actions() const { return *m_actions; }
+    ProductGridController &grid() const { return *m_grid; }
+    QuoteController &quote() const { return *m_quote; }
     qint16 screenSplit() const { return m_screenSplit; }
     qint16 colwidth() const { return m_colwidth; }
+    /// Twips per pixel of this window (15 at 96 dpi).
+    double twipsPerPixel() const;
 
 Q_SIGNALS:
     /// Form_Unload has run: the catalogue was written and the settings saved.
@@ -48,11 +59,22 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
-    void GrdMain_RowColChange(const QModelIndex &current, const QModelIndex &previous);
-    void Frame1_Moved(int position, int index);
     void tbToolBar_ButtonClick(QAction *button);
+    void mnuAddProd_Click();
+    void mnuEditProd_Click();
+    void mnuDelProd_Click();
+    void mnuDelAll_Click();
+    void mnuclearprices_Click();
+    void mnuGrdMainQuote_Click();
+    void mnuQuoteDelete_Click();
+    void mnuquoteclear_Click();
+    void mnuResetPrices_Click();
+    void mnudiscountAll_Click();
+    void mnuDiscprod_Click();
     void mnuFileExit_Click();
     void mnuEditCopy_Click();
     void mnuUserOptions_Click();
@@ -73,29 +95,40 @@ private Q_SLOTS:
 
 private:
     bool Form_Unload();
+    void Frame1_MouseDown(Qt::MouseButton Button);
+    void Frame1_MouseMove(int X);
+    void Frame1_MouseUp();
+    void Form_MouseMove();
+    void FraQuote_MouseMove();
+    void FraQuote_MouseDown(Qt::MouseButton Button, const QPoint &globalPosition);
+    void tbToolBar_MouseMove();
     void connectHandlers();
     void connectTemplateItems();
     void disableLaterCommands();
+    void watchMouse();
     void restorePlacement(const struct MainWindowSettings &settings);
     void savePlacement();
-    void applyScreenSplit();
-    void bindGrids();
-    void showCurrentRow();
-    void storePendingEdit();
+    void applyPlacement(const TwipRect &grid, const TwipRect &frame1, const TwipRect &tab);
+    MainLayoutInput layoutInput() const;
     void addTrayIcon();
     void removeTrayIcon();
     void addCodeMessage(const char *handler);
-    int currentBookmark() const;
 
     const AppServices &m_services;
     Module1 &m_module;
+    IShellDialogs &m_dialogs;
     MainWindowUi m_ui;
     std::unique_ptr<MainWindowActions> m_actions;
-    ProductGridModel *m_gridModel = nullptr;
+    ProductGridController *m_grid = nullptr;
+    QuoteController *m_quote = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
+    TwipRect m_gridRect;
+    TwipRect m_frame1Rect { 0, 0, 75, 0 };
+    TwipRect m_tabRect;
     qint16 m_screenSplit = 50;
     qint16 m_colwidth = 1100;
+    bool m_dragging = false;
     bool m_loaded = false;
     bool m_unloaded = false;
 };

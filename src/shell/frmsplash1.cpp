@@ -7,8 +7,8 @@
 #include "platform/ihelpviewer.h"
 #include "platform/iprompts.h"
 #include "shell/frmmain.h"
-#include "shell/ipasswordprompt.h"
 #include "shell/passwordlock.h"
+#include "shell/shelldialogs.h"
 #include "shell/windowsettings.h"
 
 #include <QFrame>
@@ -57,9 +57,9 @@ const QString FrmSplash1::InstallErrorMessage =
     QStringLiteral("Tarnwick did not install correctly. Would you like to see possible remedies?");
 
 FrmSplash1::FrmSplash1(
-    const AppServices &services, Module1 &module, IPasswordPrompt &passwordPrompt, QWidget *parent)
+    const AppServices &services, Module1 &module, IShellDialogs &dialogs, QWidget *parent)
     : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), m_services(services),
-      m_module(module), m_passwordPrompt(passwordPrompt), m_timer(new QTimer(this))
+      m_module(module), m_dialogs(dialogs), m_timer(new QTimer(this))
 {
     setObjectName(QStringLiteral("FrmSplash1"));
     setWindowTitle(QStringLiteral("Tarnwick"));
@@ -93,12 +93,12 @@ void FrmSplash1::Form_Load()
         m_services.prompts.msgBox(
             QStringLiteral("Past splash.show"), MsgStyle::OkOnly, QStringLiteral("Debug"));
     const QString password = readUserPassword(m_services.settings);
-    m_main = std::make_unique<frmMain>(m_services, m_module);
+    m_main = std::make_unique<frmMain>(m_services, m_module, m_dialogs);
     const auto error = m_main->Form_Load();
     if (error)
         reportStartError(*error);
     if (!password.isEmpty()) {
-        if (!PasswordLock::admits(password, m_passwordPrompt.askPassword())) {
+        if (!PasswordLock::admits(password, m_dialogs.askPassword())) {
             // One attempt per start: the program ends here and nothing is written.
             m_ended = true;
             m_timer->stop();

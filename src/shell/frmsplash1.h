@@ -10,7 +10,7 @@ class QTimer;
 namespace tarnwick {
 
 struct AppServices;
-class IPasswordPrompt;
+class IShellDialogs;
 class Module1;
 class VbError;
 class frmMain;
@@ -27,7 +27,7 @@ public:
     static constexpr int DefaultTickMilliseconds = 100;
     static constexpr int TicksToWait = 15;
 
-    FrmSplash1(const AppServices &services, Module1 &module, IPasswordPrompt &passwordPrompt,
+    FrmSplash1(const AppServices &services, Module1 &module, IShellDialogs &dialogs,
         QWidget *parent = nullptr);
     ~FrmSplash1() override;
 
@@ -65,7 +65,7 @@ private:
 
     const AppServices &m_services;
     Module1 &m_module;
-    IPasswordPrompt &m_passwordPrompt;
+    IShellDialogs &m_dialogs;
     std::unique_ptr<frmMain> m_main;
     QTimer *m_timer;
     qint16 m_ticks = 0;

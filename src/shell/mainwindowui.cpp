@@ -1,13 +1,15 @@
 #include "shell/mainwindowui.h"
 
+#include "shell/gridview.h"
+
 #include <QFormLayout>
+#include <QFrame>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPlainTextEdit>
-#include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTableView>
@@ -23,18 +25,18 @@ template <typename W> W *named(W *widget, const char *name)
     return widget;
 }
 
-QTableView *createGrid(QWidget *parent, const char *name, const QString &accessibleName)
+void setUpGrid(QTableView *grid, const QString &accessibleName)
 {
-    auto *grid = named(new QTableView(parent), name);
     grid->setAccessibleName(accessibleName);
     grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     grid->setSelectionMode(QAbstractItemView::SingleSelection);
     grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     grid->setAlternatingRowColors(true);
+    grid->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    grid->horizontalHeader()->setHighlightSections(false);
     grid->verticalHeader()->setDefaultSectionSize(grid->fontMetrics().height() + 6);
     grid->verticalHeader()->setMinimumWidth(
         grid->fontMetrics().horizontalAdvance(QStringLiteral("0000")));
-    return grid;
 }
 
 QPlainTextEdit *createTextBox(QGroupBox *frame, const char *name)
@@ -63,16 +65,19 @@ QLineEdit *createTotalBox(QWidget *parent, const char *name)
 
 void MainWindowUi::setupUi(QMainWindow *window)
 {
-    Frame1 = named(new QSplitter(Qt::Horizontal, window), "Frame1");
-    Frame1->setChildrenCollapsible(false);
-    Frame1->setHandleWidth(6);
-    GrdMain = createGrid(Frame1, "GrdMain", QObject::tr("Products"));
-    SSTabmain = named(new QTabWidget(Frame1), "SSTabmain");
+    Client = named(new QWidget(window), "Client");
+    GrdMain = named(new GridView(Client), "GrdMain");
+    setUpGrid(GrdMain, QObject::tr("Products"));
+    Frame1 = named(new QFrame(Client), "Frame1");
+    Frame1->setFrameShape(QFrame::VLine);
+    Frame1->setFrameShadow(QFrame::Raised);
+    Frame1->setCursor(Qt::SplitHCursor);
+    Frame1->setAccessibleName(QObject::tr("Splitter between products and details"));
+    SSTabmain = named(new QTabWidget(Client), "SSTabmain");
     SSTabmain->addTab(createProductPage(SSTabmain), QObject::tr("P&roduct"));
     SSTabmain->addTab(createQuotePage(SSTabmain), QObject::tr("&Quote"));
-    Frame1->addWidget(GrdMain);
-    Frame1->addWidget(SSTabmain);
-    window->setCentralWidget(Frame1);
+    window->setCentralWidget(Client);
+    QWidget::setTabOrder(GrdMain, SSTabmain);
 
     window->statusBar()->setObjectName(QStringLiteral("sbStatusBar"));
     sbPanel1 = named(new QLabel(window), "sbPanel1");
@@ -91,7 +96,9 @@ QWidget *MainWindowUi::createProductPage(QWidget *parent)
     priceLabel->setBuddy(TxtPrice);
     LblPriceSchedule =
         named(new QLabel(QObject::tr("Price Schedule"), FraPrice), "LblPriceSchedule");
-    PriceSchedule = createGrid(FraPrice, "PriceSchedule", QObject::tr("Price Schedule"));
+    PriceSchedule = named(new GridView(FraPrice), "PriceSchedule");
+    setUpGrid(PriceSchedule, QObject::tr("Price Schedule"));
+    PriceSchedule->setSelectionBehavior(QAbstractItemView::SelectItems);
     LblPriceSchedule->setBuddy(PriceSchedule);
     PriceSchedule->setMinimumHeight(PriceSchedule->verticalHeader()->defaultSectionSize() * 3);
     auto *priceLayout = new QFormLayout(FraPrice);
@@ -120,7 +127,8 @@ QWidget *MainWindowUi::createQuotePage(QWidget *parent)
     auto *page = new QWidget(parent);
     page->setObjectName(QStringLiteral("tabQuote"));
     FraQuote = named(new QGroupBox(QObject::tr("Quote Details"), page), "FraQuote");
-    GrdQuote = createGrid(FraQuote, "GrdQuote", QObject::tr("Quote"));
+    GrdQuote = named(new GridView(FraQuote), "GrdQuote");
+    setUpGrid(GrdQuote, QObject::tr("Quote"));
     TxtTotal = createTotalBox(FraQuote, "TxtTotal");
     TxtDisc = createTotalBox(FraQuote, "TxtDisc");
     TxtQdisper = createTotalBox(FraQuote, "TxtQdisper");

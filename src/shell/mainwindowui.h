@@ -5,12 +5,14 @@ class QLabel;
 class QLineEdit;
 class QMainWindow;
 class QPlainTextEdit;
-class QSplitter;
+class QFrame;
 class QTabWidget;
 class QTableView;
 class QWidget;
 
 namespace tarnwick {
+
+class GridView;
 
 /// The main window's widgets, each under its control name: the product grid on the left, the
 /// tab control with the side boxes and the quote on the right, the status bar below.
@@ -19,19 +21,21 @@ struct MainWindowUi
     /// Creates the widgets inside window and lays them out.
     void setupUi(QMainWindow *window);
 
-    QSplitter *Frame1 = nullptr; ///< the bar between the product grid and the tab control
-    QTableView *GrdMain = nullptr;
+    QWidget *Client =
+        nullptr; ///< the area between toolbar and status bar; panes are placed by hand
+    QFrame *Frame1 = nullptr; ///< the bar between the product grid and the tab control
+    GridView *GrdMain = nullptr;
     QTabWidget *SSTabmain = nullptr;
     QGroupBox *FraPrice = nullptr;
     QLineEdit *TxtPrice = nullptr;
     QLabel *LblPriceSchedule = nullptr;
-    QTableView *PriceSchedule = nullptr;
+    GridView *PriceSchedule = nullptr;
     QGroupBox *FraMain = nullptr;
     QPlainTextEdit *Txtincludes = nullptr;
     QGroupBox *FraNotes = nullptr;
     QPlainTextEdit *Txtnotes = nullptr;
     QGroupBox *FraQuote = nullptr;
-    QTableView *GrdQuote = nullptr;
+    GridView *GrdQuote = nullptr;
     QLineEdit *TxtTotal = nullptr;
     QLineEdit *TxtDisc = nullptr;
     QLineEdit *TxtQdisper = nullptr;

@@ -2,6 +2,8 @@
 // menus and toolbar, the template menu items and Edit → Copy.
 #include "shellfixture.h"
 
+#include "shell/gridview.h"
+
 #include "shell/mainwindowactions.h"
 
 #include <QAction>

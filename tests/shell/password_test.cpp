@@ -32,15 +32,15 @@ protected:
 TEST_F(PasswordTest, NoPromptWithoutAPassword)
 {
     startAndWait();
-    EXPECT_EQ(passwordPrompt.asked, 0);
+    EXPECT_EQ(dialogs.asked, 0);
 }
 
 TEST_F(PasswordTest, TheRightPasswordShowsTheMainWindowWithoutTheTickWait)
 {
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
-    passwordPrompt.answer = QStringLiteral("abc");
+    dialogs.answer = QStringLiteral("abc");
     start();
-    EXPECT_EQ(passwordPrompt.asked, 1);
+    EXPECT_EQ(dialogs.asked, 1);
     EXPECT_TRUE(started) << "with a password the main window is shown as soon as it is confirmed";
     EXPECT_TRUE(mainWindow->isVisible());
 }
@@ -49,7 +49,7 @@ TEST_F(PasswordTest, CapitalLettersDoNotMatchAndEndTheProgramWithoutWriting)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
-    passwordPrompt.answer = QStringLiteral("ABC");
+    dialogs.answer = QStringLiteral("ABC");
     start();
     expectProgramEndedWithoutWriting();
 }
@@ -58,7 +58,7 @@ TEST_F(PasswordTest, ATrailingBlankDoesNotMatch)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
-    passwordPrompt.answer = QStringLiteral("abc ");
+    dialogs.answer = QStringLiteral("abc ");
     start();
     expectProgramEndedWithoutWriting();
 }
@@ -67,7 +67,7 @@ TEST_F(PasswordTest, ClosingThePromptWithoutOkEndsTheProgram)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
-    passwordPrompt.answer = QString();
+    dialogs.answer = QString();
     start();
     expectProgramEndedWithoutWriting();
 }
@@ -133,7 +133,7 @@ TEST_F(PasswordMenuTest, TwoEqualAnswersSetThePassword)
 TEST_F(PasswordMenuTest, TwoDifferentAnswersKeepTheOldPassword)
 {
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
-    passwordPrompt.answer = QStringLiteral("old");
+    dialogs.answer = QStringLiteral("old");
     startAndWait();
     fakes->prompts.answerInput(QStringLiteral("one"));
     fakes->prompts.answerInput(QStringLiteral("two"));
@@ -160,7 +160,7 @@ TEST_F(PasswordMenuTest, CancellingTheSecondPromptIsAMismatch)
 TEST_F(PasswordMenuTest, AnEmptyAnswerAndYesRemoveTheLock)
 {
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
-    passwordPrompt.answer = QStringLiteral("old");
+    dialogs.answer = QStringLiteral("old");
     startAndWait();
     fakes->prompts.answerInput(QString());
     fakes->prompts.answerMessage(MsgResult::Yes);
@@ -174,7 +174,7 @@ TEST_F(PasswordMenuTest, AnEmptyAnswerAndYesRemoveTheLock)
 TEST_F(PasswordMenuTest, AnEmptyAnswerAndNoKeepTheLock)
 {
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
-    passwordPrompt.answer = QStringLiteral("old");
+    dialogs.answer = QStringLiteral("old");
     startAndWait();
     fakes->prompts.answerInput(QString());
     fakes->prompts.answerMessage(MsgResult::No);

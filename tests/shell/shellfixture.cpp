@@ -38,7 +38,7 @@ void ShellTest::start(const QString &commandLine)
     services = std::make_unique<AppServices>(fakes->services());
     module = std::make_unique<Module1>(
         fakes->prompts, fakes->environment, QLocale(QLocale::English, QLocale::UnitedStates));
-    splash = std::make_unique<FrmSplash1>(*services, *module, passwordPrompt);
+    splash = std::make_unique<FrmSplash1>(*services, *module, dialogs);
     splash->setTickInterval(1);
     QObject::connect(splash.get(), &FrmSplash1::started, [this] {
         started = true;

@@ -3,7 +3,7 @@
 #include "catalogue/module1.h"
 #include "shell/frmmain.h"
 #include "shell/frmsplash1.h"
-#include "shell/ipasswordprompt.h"
+#include "shell/shelldialogs.h"
 #include "support/fakeservices.h"
 #include "support/tempappfolder.h"
 
@@ -13,20 +13,41 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <vector>
 
 namespace tarnwick::test {
 
-/// Answers the start-up password prompt from a script and counts the times it was asked.
-class FakePasswordPrompt : public IPasswordPrompt
+/// Answers the shell's dialogs from a script: the password prompt with `answer` (counting
+/// the times it was asked), the input dialog with the queued texts (recording each request).
+class FakeShellDialogs : public IShellDialogs
 {
 public:
+    struct TextRequest
+    {
+        QString caption;
+        QString prompt;
+        QString text;
+    };
+
     QString askPassword() override
     {
         ++asked;
         return answer;
     }
+    QString askText(const QString &caption, const QString &prompt, const QString &text) override
+    {
+        textRequests.push_back({ caption, prompt, text });
+        if (textAnswers.isEmpty()) {
+            ADD_FAILURE() << "Unexpected input dialog: " << prompt.toStdString();
+            return QString();
+        }
+        return textAnswers.takeFirst();
+    }
+
     QString answer;
     int asked = 0;
+    QStringList textAnswers;
+    std::vector<TextRequest> textRequests;
 };
 
 /// One catalogue line: the fifteen fields each followed by three DEL characters, then CR LF.
@@ -52,7 +73,7 @@ protected:
     TempAppFolder folder;
     std::unique_ptr<FakeServices> fakes;
     std::unique_ptr<Module1> module;
-    FakePasswordPrompt passwordPrompt;
+    FakeShellDialogs dialogs;
     std::unique_ptr<AppServices> services;
     std::unique_ptr<FrmSplash1> splash;
     std::unique_ptr<frmMain> mainWindow;

@@ -3,6 +3,8 @@
 // save never loses the file on disk.
 #include "shellfixture.h"
 
+#include "shell/gridview.h"
+
 #include "shell/mainwindowactions.h"
 
 #include <QAction>
@@ -114,7 +116,7 @@ TEST_F(ShutdownTest, AFailedSaveAsksAndKeepsTheWindowOpenOnNo)
     services = std::make_unique<AppServices>(fakes->services());
     module = std::make_unique<Module1>(
         fakes->prompts, fakes->environment, QLocale(QLocale::English, QLocale::UnitedStates));
-    splash = std::make_unique<FrmSplash1>(*services, *module, passwordPrompt);
+    splash = std::make_unique<FrmSplash1>(*services, *module, dialogs);
     splash->setTickInterval(1);
     QObject::connect(splash.get(), &FrmSplash1::started, [this] {
         started = true;

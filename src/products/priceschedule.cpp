@@ -1,0 +1,107 @@
+#include "products/priceschedule.h"
+
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "core/formats.h"
+#include "products/productrow.h"
+
+namespace tarnwick::PriceSchedule {
+
+namespace {
+
+/// A cell as text the way the routines here concatenate and compare it: numbers in their
+/// general form, the empty state and null as the empty text.
+QString cellText(const Cell &cell, const QLocale &locale)
+{
+    return cell.isNull() ? QString() : conv::toText(cell, locale);
+}
+
+/// The first catalogue row whose part number is Number, 0 when there is none.
+int productRow(const Table &catalogue, const QString &Number, const QLocale &locale)
+{
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
+        const Cell &cell = catalogue.get(row, ProductRecord::PartNumber);
+        if (!cell.isNull() && cellText(cell, locale) == Number)
+            return row;
+    }
+    return 0;
+}
+
+/// "; " and three blanks between the points, then "quantity - $price" as stored.
+QString pointText(const Table &catalogue, int row, int k, const QLocale &locale)
+{
+    return cellText(catalogue.get(row, ProductRecord::pricePointField(k)), locale)
+        + QStringLiteral(" - $")
+        + cellText(catalogue.get(row, ProductRecord::pricePointPriceField(k)), locale);
+}
+
+} // namespace
+
+void PriceUpdate(const Table &catalogue, int row, Table &schedule)
+{
+    ProductRow::loadSchedule(catalogue, row, schedule);
+}
+
+void ClearPrice(Table &schedule)
+{
+    for (int k = 1; k <= ProductRecord::PricePointCount; ++k) {
+        schedule.put(k, 1, Cell());
+        schedule.put(k, 2, Cell());
+    }
+}
+
+/// Price rule: start from the list price; then test the five points in slot order, and every
+/// point whose threshold (converted to a 16-bit integer) the quantity reaches or exceeds
+/// replaces the price with its own. So the last point reached in slot order wins, which in a
+/// schedule sorted by quantity is the highest threshold reached; a quantity below every
+/// threshold keeps the list price. A threshold that does not convert (above 32,767 or no
+/// number) ends the reading quietly and the price chosen so far stands.
+PriceLookup SetPrice(
+    const Table &catalogue, const QString &Number, qint32 qty, const QLocale &locale)
+{
+    PriceLookup result;
+    const int row = productRow(catalogue, Number, locale);
+    if (row == 0)
+        return result;
+    result.found = true;
+    result.price = cellText(catalogue.get(row, ProductRecord::Price), locale);
+    try {
+        for (int k = 1; k <= ProductRecord::PricePointCount; ++k) {
+            const Cell &threshold = catalogue.get(row, ProductRecord::pricePointField(k));
+            if (threshold.isBlank())
+                continue;
+            if (qty >= conv::toInt16(threshold, locale))
+                result.price =
+                    cellText(catalogue.get(row, ProductRecord::pricePointPriceField(k)), locale);
+        }
+    } catch (const VbError &error) {
+        result.error = error;
+    }
+    return result;
+}
+
+/// Points 1 to 4 are shown when their quantity is set, point 5 when its price is set (a point
+/// 5 with a quantity and no price is left out). The values are joined as stored, without
+/// number formatting, so a text whose first point is unused begins with the separator.
+QString creatdiscs(const Table &catalogue, int row, const QLocale &locale)
+{
+    const QString separator = QStringLiteral(";   ");
+    QString text;
+    if (!catalogue.get(row, ProductRecord::PricePoint1).isBlank())
+        text = pointText(catalogue, row, 1, locale);
+    for (int k = 2; k <= 4; ++k) {
+        if (!catalogue.get(row, ProductRecord::pricePointField(k)).isBlank())
+            text += separator + pointText(catalogue, row, k, locale);
+    }
+    if (!catalogue.get(row, ProductRecord::Price5).isBlank())
+        text += separator + pointText(catalogue, row, 5, locale);
+    return text;
+}
+
+QString formatPriceBox(const QString &text, const QLocale &locale)
+{
+    return format(Cell(text), QStringLiteral("currency"), locale);
+}
+
+} // namespace tarnwick::PriceSchedule

@@ -1,0 +1,63 @@
+#include "products/productcommands.h"
+
+#include "catalogue/productrecord.h"
+#include "catalogue/products.h"
+
+#include <algorithm>
+
+namespace tarnwick::ProductCommands {
+
+namespace {
+
+/// Gives the catalogue its fifteen fields, keeping the rows and their contents.
+void ensureProductFields(Table &catalogue)
+{
+    if (catalogue.fieldCount() != ProductRecord::FieldCount)
+        catalogue.redimPreserve(catalogue.rowCount(), ProductRecord::FieldCount);
+}
+
+} // namespace
+
+int insertProduct(Table &catalogue, Products &products, int currentRow)
+{
+    ensureProductFields(catalogue);
+    const int row = std::clamp(currentRow, 1, catalogue.rowCount() + 1);
+    catalogue.insertRows(row);
+    products.setCount(products.Count() + 1);
+    return row;
+}
+
+bool deleteProduct(Table &catalogue, Products &products, int row)
+{
+    if (row < 1 || row > catalogue.rowCount())
+        return false;
+    catalogue.deleteRows(row);
+    products.setCount(products.Count() - 1);
+    return true;
+}
+
+void deleteAll(Table &catalogue, Products &products)
+{
+    if (products.Count() <= 0)
+        return;
+    catalogue.redim(0, ProductRecord::FieldCount);
+    products.setCount(0);
+}
+
+Table::SortKind sortKindOfField(int field)
+{
+    const bool numeric = field == ProductRecord::Price
+        || (field >= ProductRecord::PricePoint1 && field <= ProductRecord::Price5);
+    return numeric ? Table::SortKind::Numeric : Table::SortKind::Text;
+}
+
+void sortCatalogue(Table &catalogue, const Products &products, int field, const QLocale &locale)
+{
+    // A negative Count cannot come from the commands above; it is read as no products rather
+    // than raising an error in the middle of a sort.
+    const int rows = std::max(0, int(products.Count()));
+    catalogue.redimPreserve(rows, ProductRecord::FieldCount);
+    catalogue.sortRows(1, rows, field, sortKindOfField(field), locale);
+}
+
+} // namespace tarnwick::ProductCommands

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "catalogue/table.h"
+
+#include <QLatin1String>
+#include <QLocale>
+
+namespace tarnwick {
+
+class Products;
+
+/// The product commands of the main window's toolbar and "&Products" menu that change the
+/// catalogue table: insert, delete one, delete all, and the grid's sort. Each keeps the
+/// products' Count equal to the table's row count. The questions are asked by the window;
+/// their texts, titles and styles are kept here.
+namespace ProductCommands {
+
+inline constexpr QLatin1String DeleteQuestion { "Delete this product?" };
+inline constexpr QLatin1String DeleteAllQuestion { "Delete All Products?" };
+inline constexpr QLatin1String DeleteTitle { "Delete" };
+inline constexpr QLatin1String ExportQuestion {
+    "Do you want to export the products to an Excel readable file?"
+};
+inline constexpr QLatin1String ExportTitle { "Export to File" };
+inline constexpr QLatin1String ImportQuestion {
+    "Do you want to modify the products with an Excel spreadsheet?"
+};
+inline constexpr QLatin1String ImportTitle { "Input Excel Data" };
+
+/// Yes/No with the question icon.
+constexpr int DeleteStyle = 36;
+/// The texts "32" and "4" joined and read as a number: Yes/No, information icon (64), the
+/// second button (No) as default (256). Kept on purpose; it is not the 36 of the other
+/// questions.
+constexpr int ExportStyle = 324;
+/// Yes/No without an icon.
+constexpr int ImportStyle = 4;
+
+/// Inserts one empty product row (all fifteen cells Empty) at table row currentRow; that row
+/// and the rows after it move down. An empty table, or a currentRow below 1, gives row 1; a
+/// currentRow past the last row appends. Count grows by one. Returns the new row's index.
+/// The table has fifteen fields afterwards.
+int insertProduct(Table &catalogue, Products &products, int currentRow);
+
+/// Removes table row row when it exists (1..rowCount) and lowers Count by one; returns false
+/// and changes nothing otherwise (e.g. on an empty grid).
+bool deleteProduct(Table &catalogue, Products &products, int row);
+
+/// Empties the catalogue (no rows, fifteen fields) and sets Count to 0, when Count is above 0;
+/// with no products it does nothing.
+void deleteAll(Table &catalogue, Products &products);
+
+/// How the grid's sort compares a field: as text for the part number, the name, the notes and
+/// the includes (1, 2, 4, 5); by numeric value for the list price and the price points (3 and
+/// 6..15), so "$12.50" sorts as 12.5 and "100" after "20". Other field numbers give Text.
+Table::SortKind sortKindOfField(int field);
+
+/// The grid's sort: re-dimensions the table to Count rows × 15 fields keeping its contents (a
+/// larger Count gives empty rows at the end, a smaller one drops the excess rows), then sorts
+/// rows 1..Count ascending and stably on field with sortKindOfField(field).
+void sortCatalogue(Table &catalogue, const Products &products, int field, const QLocale &locale);
+
+} // namespace ProductCommands
+
+} // namespace tarnwick

@@ -1,0 +1,33 @@
+#pragma once
+
+namespace tarnwick {
+
+class Table;
+
+namespace QuoteLine {
+
+// The seven fields of one quote line, in the fixed order of the quote table. Fields 1 to 5 are
+// the quote grid's columns; the list price feeds the list total and every discount, the
+// includes text the quote document.
+constexpr int PartNumber = 1;
+constexpr int ProductName = 2;
+constexpr int UnitPrice = 3;
+constexpr int Quantity = 4;
+constexpr int ExtendedPrice = 5;
+constexpr int ListPrice = 6;
+constexpr int Includes = 7;
+constexpr int FieldCount = 7;
+/// The quote table is created with room for exactly this many lines.
+constexpr int MaxLines = 250;
+
+/// The first free row of the quote: the quote keeps no line count, its lines are rows 1, 2, …
+/// up to (not including) the first row whose part number is blank. When every row is used the
+/// result is one past the last row.
+int firstFreeRow(const Table &quote);
+
+/// The number of lines of the quote, firstFreeRow() − 1.
+int lineCount(const Table &quote);
+
+} // namespace QuoteLine
+
+} // namespace tarnwick

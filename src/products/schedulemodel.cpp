@@ -1,0 +1,100 @@
+#include "products/schedulemodel.h"
+
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "core/formats.h"
+
+namespace tarnwick {
+
+namespace {
+
+constexpr int ColumnCount = 2;
+
+QString columnFormat(int column)
+{
+    return column == 0 ? QStringLiteral("#,###") : QStringLiteral("Currency");
+}
+
+} // namespace
+
+ScheduleModel::ScheduleModel(Table &schedule, const QLocale &locale, QObject *parent)
+    : QAbstractTableModel(parent), m_schedule(schedule), m_locale(locale)
+{
+}
+
+int ScheduleModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_schedule.rowCount();
+}
+
+int ScheduleModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : qMin(ColumnCount, m_schedule.fieldCount());
+}
+
+bool ScheduleModel::isCell(const QModelIndex &index) const
+{
+    return index.isValid() && index.row() < rowCount() && index.column() < columnCount();
+}
+
+QVariant ScheduleModel::data(const QModelIndex &index, int role) const
+{
+    if (!isCell(index))
+        return {};
+    const Cell &cell = m_schedule.get(index.row() + 1, index.column() + 1);
+    if (cell.isNull())
+        return {};
+    if (role == Qt::DisplayRole)
+        return format(cell, columnFormat(index.column()), m_locale);
+    if (role == Qt::EditRole)
+        return conv::toText(cell, m_locale);
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+    return {};
+}
+
+QVariant ScheduleModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role != Qt::DisplayRole)
+        return {};
+    if (orientation == Qt::Vertical)
+        return section + 1;
+    if (section == 0)
+        return tr("Price Point");
+    return section == 1 ? QVariant(tr("Price")) : QVariant();
+}
+
+Qt::ItemFlags ScheduleModel::flags(const QModelIndex &index) const
+{
+    if (!isCell(index))
+        return Qt::NoItemFlags;
+    const Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    return m_editable ? flags | Qt::ItemIsEditable : flags;
+}
+
+bool ScheduleModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (!m_editable || role != Qt::EditRole || !isCell(index))
+        return false;
+    const QString text = value.toString();
+    m_schedule.put(index.row() + 1, index.column() + 1, text.isEmpty() ? Cell() : Cell(text));
+    Q_EMIT dataChanged(index, index);
+    return true;
+}
+
+void ScheduleModel::setEditable(bool editable)
+{
+    if (m_editable == editable)
+        return;
+    m_editable = editable;
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+}
+
+void ScheduleModel::reload()
+{
+    beginResetModel();
+    endResetModel();
+}
+
+} // namespace tarnwick

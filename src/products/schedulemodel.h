@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QLocale>
+
+namespace tarnwick {
+
+class Table;
+
+/// Presents the price-schedule table (5 rows of quantity and price) to the "Price Schedule"
+/// grid: column 0 "Price Point" in the "#,###" format, column 1 "Price" in "Currency". The
+/// cells accept typed texts only while the model is editable (the product list's edit mode);
+/// a typed text is stored as typed and an empty one empties the cell.
+class ScheduleModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    ScheduleModel(Table &schedule, const QLocale &locale, QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(
+        int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+
+    bool isEditable() const { return m_editable; }
+    /// Turns editing on (edit mode) or off (browse mode).
+    void setEditable(bool editable);
+
+    /// Re-reads the table after PriceUpdate or ClearPrice changed it.
+    void reload();
+
+private:
+    bool isCell(const QModelIndex &index) const;
+
+    Table &m_schedule;
+    QLocale m_locale;
+    bool m_editable = false;
+};
+
+} // namespace tarnwick

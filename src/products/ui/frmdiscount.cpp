@@ -1,0 +1,17 @@
+#include "products/ui/frmdiscount.h"
+
+#include "products/discount.h"
+
+namespace tarnwick {
+
+FrmDiscount::FrmDiscount(Table &quote, const QLocale &locale, QWidget *parent)
+    : DiscountForm(quote, locale, QStringLiteral("FrmDiscount"), parent)
+{
+}
+
+void FrmDiscount::applyDiscount(float multiplier)
+{
+    Discount::applyToAllLines(quote(), multiplier, locale());
+}
+
+} // namespace tarnwick

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QLocale>
+
+namespace tarnwick {
+
+class Table;
+
+/// Presents the quote table to the quote grid: grid row r is quote row r + 1, columns "Part
+/// Number", "Product", "Price" ("Currency"), "Quantity", "Ext. Price" ("Currency") show
+/// fields 1 to 5. The cells of the quote's lines take typed texts, except the computed
+/// extended price; rows from the first free row on are not editable. A typed quantity or
+/// price re-prices its line, and every accepted edit ends with quoteChanged(), after which
+/// the totals are due.
+class QuoteGridModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    QuoteGridModel(
+        Table &quote, const Table &catalogue, const QLocale &locale, QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(
+        int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+
+    /// The quote row of a grid row.
+    static int quoteRowOf(int gridRow) { return gridRow + 1; }
+
+    /// Re-reads the table after lines were added, removed, discounted or reset.
+    void reload();
+
+Q_SIGNALS:
+    /// A cell of a line was edited (and the line re-priced); the totals need recomputing.
+    void quoteChanged();
+
+private:
+    bool isCell(const QModelIndex &index) const;
+
+    Table &m_quote;
+    const Table &m_catalogue;
+    QLocale m_locale;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,104 @@
+#include "quotes/quotelist.h"
+
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "core/errortrap.h"
+#include "products/priceschedule.h"
+#include "products/quotetable.h"
+
+namespace tarnwick::QuoteList {
+
+namespace {
+
+/// The line's quantity: the cell's text, read as a single, then rounded half to even to a
+/// 32-bit integer. A quantity that is no number leaves q at 0.
+qint32 lineQuantity(const Table &quote, int row, const QLocale &locale)
+{
+    const QString text = conv::toText(quote.get(row, QuoteLine::Quantity), locale);
+    const float quantity = conv::toSingle(Cell(text), locale);
+    return conv::toInt32(Cell(quantity), locale);
+}
+
+/// Keeps the quote at its full size after rows were deleted from it.
+void refill(Table &quote, int deleted)
+{
+    quote.insertRows(quote.rowCount() + 1, deleted);
+}
+
+} // namespace
+
+QString quoteFullMessage()
+{
+    return QString::fromUtf8(QuoteFullText);
+}
+
+AddLineResult addProduct(
+    Table &quote, const Table &catalogue, int catalogueRow, const QString &includesText)
+{
+    if (catalogueRow < 1 || catalogueRow > catalogue.rowCount())
+        return { AddStatus::NoProduct, 0 };
+    const int row = QuoteLine::firstFreeRow(quote);
+    if (row > quote.rowCount())
+        return { AddStatus::QuoteFull, 0 };
+    const Cell &listPrice = catalogue.get(catalogueRow, ProductRecord::Price);
+    quote.put(row, QuoteLine::PartNumber, catalogue.get(catalogueRow, ProductRecord::PartNumber));
+    quote.put(row, QuoteLine::ProductName, catalogue.get(catalogueRow, ProductRecord::ProductName));
+    quote.put(row, QuoteLine::UnitPrice, listPrice);
+    quote.put(row, QuoteLine::Quantity, qint32(1));
+    quote.put(row, QuoteLine::ExtendedPrice, listPrice);
+    quote.put(row, QuoteLine::ListPrice, listPrice);
+    quote.put(row, QuoteLine::Includes, includesText);
+    return { AddStatus::Added, row };
+}
+
+/// Re-pricing rule: q is the line's quantity. When the quantity was changed, the unit price
+/// becomes SetPrice's price for q, read as a single (so a typed price lasts only until the
+/// next quantity change); when the price was changed, the typed price, read as a single, is
+/// kept whatever the price points say. The extended price is then unit price × q in double
+/// precision, not rounded. A price that does not convert counts as 0 (an unknown part number,
+/// a price point without its price). Edits of the part number or the product name change no
+/// price.
+void repriceLine(
+    Table &quote, const Table &catalogue, int row, int changedColumn, const QLocale &locale)
+{
+    if (row < 1 || row > quote.rowCount())
+        return;
+    if (changedColumn != QuoteGridColumn::Quantity && changedColumn != QuoteGridColumn::Price)
+        return;
+    ErrorTrap trap;
+    qint32 q = 0;
+    float p = 0.0f;
+    trap.step([&] { q = lineQuantity(quote, row, locale); });
+    if (changedColumn == QuoteGridColumn::Quantity) {
+        trap.step([&] {
+            const QString number = conv::toText(quote.get(row, QuoteLine::PartNumber), locale);
+            const PriceLookup lookup = PriceSchedule::SetPrice(catalogue, number, q, locale);
+            p = conv::toSingle(Cell(lookup.price), locale);
+        });
+        quote.put(row, QuoteLine::UnitPrice, p);
+    } else {
+        trap.step([&] { p = conv::toSingle(quote.get(row, QuoteLine::UnitPrice), locale); });
+    }
+    quote.put(row, QuoteLine::ExtendedPrice, double(p) * double(q));
+}
+
+bool removeLine(Table &quote, int row)
+{
+    if (row < 1 || row > quote.rowCount())
+        return false;
+    quote.deleteRows(row);
+    refill(quote, 1);
+    return true;
+}
+
+void removeAllLines(Table &quote)
+{
+    const int deleted = qMin(QuoteLine::firstFreeRow(quote), quote.rowCount());
+    if (deleted < 1)
+        return;
+    quote.deleteRows(1, deleted);
+    refill(quote, deleted);
+}
+
+} // namespace tarnwick::QuoteList

@@ -1,0 +1,74 @@
+#include "quotes/quotepricing.h"
+
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "core/errortrap.h"
+#include "core/formats.h"
+#include "products/quotetable.h"
+
+namespace tarnwick::QuotePricing {
+
+namespace {
+
+constexpr int MoneyDecimals = 2;
+constexpr double PercentScale = 100.0;
+
+/// value, or a plain +0 when value × scale shows as zero at two decimals, so that a discount
+/// of -0.001 shows as "$0.00" and "0.00%", never as a negative zero.
+double unsignedZero(double value, double scale = 1.0)
+{
+    return conv::round(value * scale, MoneyDecimals) == 0.0 ? 0.0 : value;
+}
+
+} // namespace
+
+/// Totals rule: for each line, and for the first free row after them (which adds nothing),
+/// the total grows by the extended price rounded to 2 decimals (halves to even), accumulated
+/// as a double; the list total grows by list price × quantity rounded the same way,
+/// accumulated as a single, so the discount figures carry a single's precision. A cell that
+/// is no number adds nothing to its sum.
+QuoteSums sums(const Table &quote, const QLocale &locale)
+{
+    QuoteSums result;
+    const int last = qMin(QuoteLine::firstFreeRow(quote), quote.rowCount());
+    for (int row = 1; row <= last; ++row) {
+        ErrorTrap trap;
+        trap.step([&] {
+            result.total += conv::round(
+                conv::toDouble(quote.get(row, QuoteLine::ExtendedPrice), locale), MoneyDecimals);
+        });
+        trap.step([&] {
+            const double list = conv::toDouble(quote.get(row, QuoteLine::ListPrice), locale)
+                * conv::toDouble(quote.get(row, QuoteLine::Quantity), locale);
+            result.listTotal =
+                static_cast<float>(double(result.listTotal) + conv::round(list, MoneyDecimals));
+        });
+    }
+    return result;
+}
+
+/// The discount is list total − total in double precision, the percent that discount ÷ list
+/// total; with a list total of 0 (an empty quote, lines without list prices) the percent is
+/// 0.
+QuoteTotals texts(const QuoteSums &sums, const QLocale &locale)
+{
+    const QString currency = QStringLiteral("Currency");
+    const double discount = double(sums.listTotal) - sums.total;
+    const double share = sums.listTotal == 0.0f ? 0.0 : discount / double(sums.listTotal);
+    return { format(Cell(unsignedZero(sums.total)), currency, locale),
+        format(Cell(unsignedZero(discount)), currency, locale),
+        format(Cell(unsignedZero(share, PercentScale)), QStringLiteral("percent"), locale) };
+}
+
+QuoteTotals QuotePrice(const Table &quote, const QLocale &locale)
+{
+    return texts(sums(quote, locale), locale);
+}
+
+ZeroedTotals zeroedTotals(const QLocale &locale)
+{
+    return { format(Cell(0.0), QStringLiteral("$#,#00.00"), locale),
+        format(Cell(0.0), QStringLiteral("Currency"), locale) };
+}
+
+} // namespace tarnwick::QuotePricing

@@ -1,0 +1,350 @@
+#include "shell/productgridcontroller.h"
+
+#include "catalogue/module1.h"
+#include "catalogue/productrecord.h"
+#include "core/conversions.h"
+#include "platform/appservices.h"
+#include "platform/iprompts.h"
+#include "products/priceschedule.h"
+#include "products/productcommands.h"
+#include "products/productgridmodel.h"
+#include "products/productrow.h"
+#include "products/schedulemodel.h"
+#include "shell/gridview.h"
+#include "shell/mainwindowui.h"
+#include "shell/shelldialogs.h"
+
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+
+namespace tarnwick {
+
+namespace {
+constexpr QAbstractItemView::EditTriggers EditTriggers = QAbstractItemView::DoubleClicked
+    | QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed
+    | QAbstractItemView::SelectedClicked;
+}
+
+ProductGridController::ProductGridController(const AppServices &services, Module1 &module,
+    MainWindowUi &ui, QAction *editButton, QMenu *gridMenu, QMenu *scheduleMenu, QObject *parent)
+    : QObject(parent), m_services(services), m_module(module), m_ui(ui), m_editButton(editButton),
+      m_gridMenu(gridMenu), m_scheduleMenu(scheduleMenu),
+      m_search(services.prompts, &services.events)
+{
+}
+
+void ProductGridController::bind(int firstColumnWidth)
+{
+    GridView *grid = m_ui.GrdMain;
+    m_gridModel = new ProductGridModel(m_module.Catalogue(), m_module.locale(), this);
+    grid->setModel(m_gridModel);
+    grid->setColumnWidth(0, firstColumnWidth);
+    grid->setColumnWidth(1, grid->fontMetrics().horizontalAdvance(QLatin1Char('M')) * 16);
+    grid->horizontalHeader()->setSectionsClickable(true);
+    grid->viewport()->setMouseTracking(true);
+    grid->viewport()->installEventFilter(this);
+    grid->installEventFilter(this);
+    connect(grid->selectionModel(), &QItemSelectionModel::currentChanged, this,
+        &ProductGridController::GrdMain_RowColChange);
+    connect(grid->horizontalHeader(), &QHeaderView::sectionClicked, this,
+        &ProductGridController::GrdMain_HeadClick);
+
+    m_scheduleModel = new ScheduleModel(m_module.ScheduleTable(), m_module.locale(), this);
+    m_ui.PriceSchedule->setModel(m_scheduleModel);
+    m_ui.PriceSchedule->viewport()->installEventFilter(this);
+    m_ui.TxtPrice->installEventFilter(this);
+    m_ui.PriceSchedule->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    setEditMode(false);
+    if (m_gridModel->rowCount() > 0)
+        moveToRow(0);
+}
+
+bool ProductGridController::editMode() const
+{
+    return m_editButton->isChecked();
+}
+
+int ProductGridController::currentBookmark() const
+{
+    const QModelIndex current = m_ui.GrdMain->currentIndex();
+    return current.isValid() ? ProductGridModel::bookmarkOfRow(current.row()) : 0;
+}
+
+void ProductGridController::moveToRow(int gridRow)
+{
+    m_repositioning = true;
+    if (gridRow >= 0 && gridRow < m_gridModel->rowCount())
+        m_ui.GrdMain->setCurrentIndex(m_gridModel->index(gridRow, 0));
+    m_repositioning = false;
+    showCurrentRow();
+}
+
+void ProductGridController::GrdMain_RowColChange(
+    const QModelIndex &current, const QModelIndex &previous)
+{
+    if (m_repositioning)
+        return;
+    const bool writeBack = editMode() && previous.isValid() && m_gridTag != AddingNew;
+    if (writeBack && current.row() != previous.row()) {
+        writeBackRow(ProductGridModel::bookmarkOfRow(previous.row()));
+    } else if (!writeBack && current.isValid() && current.column() != 0) {
+        m_repositioning = true;
+        m_ui.GrdMain->setCurrentIndex(current.siblingAtColumn(0));
+        m_repositioning = false;
+    }
+    m_gridTag.clear();
+    showCurrentRow();
+}
+
+void ProductGridController::writeBackRow(int row)
+{
+    if (row < 1 || row > m_module.Catalogue().rowCount())
+        return;
+    m_ui.PriceSchedule->commitPendingEdit();
+    const SideBoxTexts boxes { m_ui.TxtPrice->text(), m_ui.Txtincludes->toPlainText(),
+        m_ui.Txtnotes->toPlainText() };
+    ProductRow::writeBack(
+        m_module.Catalogue(), row, boxes, m_module.ScheduleTable(), m_module.locale());
+    m_scheduleModel->reload();
+    Q_EMIT m_gridModel->dataChanged(m_gridModel->index(row - 1, 0),
+        m_gridModel->index(row - 1, m_gridModel->columnCount() - 1));
+}
+
+void ProductGridController::showCurrentRow()
+{
+    const int row = currentBookmark();
+    if (row < 1 || row > m_module.Catalogue().rowCount())
+        return;
+    const SideBoxTexts boxes = ProductRow::sideBoxes(m_module.Catalogue(), row, m_module.locale());
+    m_ui.TxtPrice->setText(boxes.price);
+    m_ui.Txtincludes->setPlainText(boxes.includes);
+    m_ui.Txtnotes->setPlainText(boxes.notes);
+    PriceSchedule::PriceUpdate(m_module.Catalogue(), row, m_module.ScheduleTable());
+    m_scheduleModel->reload();
+}
+
+void ProductGridController::GrdMain_HeadClick(int ColIndex)
+{
+    m_ui.GrdMain->discardPendingEdit();
+    ProductCommands::sortCatalogue(m_module.Catalogue(), m_module.AllProducts(),
+        ProductGridModel::fieldOfColumn(ColIndex), m_module.locale());
+    m_module.SortedByPart = ProductGridModel::fieldOfColumn(ColIndex) == ProductRecord::PartNumber;
+    reloadGrid(false);
+    m_repositioning = true;
+    m_ui.GrdMain->setCurrentIndex(m_gridModel->index(0, 0));
+    m_repositioning = false;
+    m_editButton->setChecked(false); // a header click always ends edit mode, without storing
+    setEditMode(false);
+    showCurrentRow();
+}
+
+void ProductGridController::sortgrid(int Col)
+{
+    ProductCommands::sortCatalogue(m_module.Catalogue(), m_module.AllProducts(),
+        ProductGridModel::fieldOfColumn(Col), m_module.locale());
+    m_module.SortedByPart = ProductGridModel::fieldOfColumn(Col) == ProductRecord::PartNumber;
+    reloadGrid();
+}
+
+void ProductGridController::MainRefresh()
+{
+    reloadGrid();
+}
+
+void ProductGridController::MainRedraw()
+{
+    // Reading the current cell's text makes the grid take pending changes; the text is not used.
+    (void)m_ui.GrdMain->currentIndex().data();
+}
+
+void ProductGridController::reloadGrid(bool keepCurrentRow)
+{
+    const QModelIndex current = m_ui.GrdMain->currentIndex();
+    m_gridModel->reload();
+    if (!keepCurrentRow || !current.isValid())
+        return;
+    const int row = qMin(current.row(), m_gridModel->rowCount() - 1);
+    m_repositioning = true;
+    if (row >= 0)
+        m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row, current.column()));
+    m_repositioning = false;
+}
+
+void ProductGridController::GrdMain_MouseUp(Qt::MouseButton Button, const QPoint &position)
+{
+    if (Button != Qt::RightButton)
+        return;
+    const int row = m_ui.GrdMain->rowAt(position.y());
+    if (row < 0 || row >= m_gridModel->rowCount())
+        return;
+    m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row, 0));
+    popUpGridMenu(m_ui.GrdMain->viewport()->mapToGlobal(position));
+}
+
+void ProductGridController::PriceSchedule_MouseUp(Qt::MouseButton Button, const QPoint &position)
+{
+    if (Button != Qt::RightButton)
+        return;
+    const QModelIndex index = m_ui.PriceSchedule->indexAt(position);
+    if (!index.isValid())
+        return;
+    m_ui.PriceSchedule->setCurrentIndex(index);
+    m_scheduleMenu->popup(m_ui.PriceSchedule->viewport()->mapToGlobal(position));
+}
+
+void ProductGridController::TxtPrice_LostFocus()
+{
+    m_ui.TxtPrice->setText(PriceSchedule::formatPriceBox(m_ui.TxtPrice->text(), m_module.locale()));
+}
+
+void ProductGridController::popUpGridMenu(const QPoint &globalPosition)
+{
+    m_gridMenu->popup(globalPosition);
+}
+
+void ProductGridController::GrdMain_MouseMove()
+{
+    m_ui.sbPanel1->setText(
+        QString::number(m_module.AllProducts().Count()) + QStringLiteral(" Products"));
+}
+
+bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
+{
+    GridView *grid = m_ui.GrdMain;
+    if (watched == m_ui.TxtPrice && event->type() == QEvent::FocusOut) {
+        TxtPrice_LostFocus();
+    } else if (watched == m_ui.PriceSchedule->viewport()
+        && event->type() == QEvent::MouseButtonRelease) {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        PriceSchedule_MouseUp(mouse->button(), mouse->position().toPoint());
+    } else if (watched == grid->viewport() && event->type() == QEvent::MouseButtonRelease) {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        GrdMain_MouseUp(mouse->button(), mouse->position().toPoint());
+    } else if (watched == grid->viewport() && event->type() == QEvent::MouseMove) {
+        GrdMain_MouseMove();
+    } else if (watched == grid && event->type() == QEvent::ContextMenu) {
+        // The menu key opens the menu for the current row; a right click opens it on release.
+        const auto *menuEvent = static_cast<QContextMenuEvent *>(event);
+        if (menuEvent->reason() == QContextMenuEvent::Keyboard && grid->currentIndex().isValid())
+            popUpGridMenu(
+                grid->viewport()->mapToGlobal(grid->visualRect(grid->currentIndex()).center()));
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void ProductGridController::setSideBoxesLocked(bool locked)
+{
+    m_ui.TxtPrice->setReadOnly(locked);
+    m_ui.Txtincludes->setReadOnly(locked);
+    m_ui.Txtnotes->setReadOnly(locked);
+}
+
+void ProductGridController::setEditMode(bool on)
+{
+    setSideBoxesLocked(!on);
+    m_gridModel->setEditable(on);
+    m_ui.GrdMain->setEditTriggers(on ? EditTriggers : QAbstractItemView::NoEditTriggers);
+    m_scheduleModel->setEditable(on);
+    m_ui.PriceSchedule->setEditTriggers(on ? EditTriggers : QAbstractItemView::NoEditTriggers);
+}
+
+void ProductGridController::clearSideBoxes()
+{
+    m_ui.TxtPrice->clear();
+    m_ui.Txtincludes->clear();
+    m_ui.Txtnotes->clear();
+}
+
+void ProductGridController::ClearPrice()
+{
+    m_ui.PriceSchedule->discardPendingEdit();
+    PriceSchedule::ClearPrice(m_module.ScheduleTable());
+    m_scheduleModel->reload();
+    reloadGrid();
+}
+
+void ProductGridController::editButtonToggled()
+{
+    if (editMode()) {
+        setEditMode(true);
+        return;
+    }
+    commitCurrentRow();
+    setEditMode(false);
+}
+
+void ProductGridController::commitCurrentRow()
+{
+    m_ui.GrdMain->commitPendingEdit();
+    writeBackRow(currentBookmark());
+    setSideBoxesLocked(true);
+}
+
+void ProductGridController::storePendingEdit()
+{
+    if (editMode())
+        writeBackRow(currentBookmark());
+}
+
+void ProductGridController::insertProduct()
+{
+    const int current = currentBookmark();
+    if (editMode())
+        commitCurrentRow();
+    m_gridTag = AddingNew;
+    const int row =
+        ProductCommands::insertProduct(m_module.Catalogue(), m_module.AllProducts(), current);
+    reloadGrid(false);
+    m_repositioning = true;
+    m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row - 1, 0));
+    m_repositioning = false;
+    m_ui.GrdMain->setFocus();
+    ClearPrice();
+    clearSideBoxes();
+    m_editButton->setChecked(true);
+    setEditMode(true);
+}
+
+void ProductGridController::deleteProduct()
+{
+    if (m_services.prompts.msgBox(ProductCommands::DeleteQuestion, ProductCommands::DeleteStyle,
+            ProductCommands::DeleteTitle)
+        != MsgResult::Yes)
+        return;
+    ProductCommands::deleteProduct(m_module.Catalogue(), m_module.AllProducts(), currentBookmark());
+    // No row stays current: the emptied side boxes must not be written into another product.
+    reloadGrid(false);
+    clearSideBoxes();
+}
+
+void ProductGridController::deleteAllProducts()
+{
+    if (m_services.prompts.msgBox(ProductCommands::DeleteAllQuestion, ProductCommands::DeleteStyle,
+            ProductCommands::DeleteTitle)
+        != MsgResult::Yes)
+        return;
+    ProductCommands::deleteAll(m_module.Catalogue(), m_module.AllProducts());
+    reloadGrid(false);
+    clearSideBoxes();
+    ClearPrice();
+}
+
+void ProductGridController::findProduct(IShellDialogs &dialogs)
+{
+    const QString entered =
+        dialogs.askText(ProductSearch::Title, m_search.prompt(), m_search.rememberedText());
+    const QModelIndex current = m_ui.GrdMain->currentIndex();
+    const int row = m_search.find(
+        entered, current.isValid() ? current.row() : -1, m_module.Catalogue(), m_module.locale());
+    if (row >= 0)
+        m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row, 0));
+}
+
+} // namespace tarnwick

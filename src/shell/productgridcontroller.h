@@ -1,0 +1,98 @@
+#pragma once
+
+#include "products/productsearch.h"
+
+#include <QObject>
+#include <QPoint>
+#include <QString>
+
+class QAction;
+class QMenu;
+class QModelIndex;
+
+namespace tarnwick {
+
+struct AppServices;
+struct MainWindowUi;
+class IShellDialogs;
+class Module1;
+class ProductGridModel;
+class ScheduleModel;
+
+/// The product grid with its side boxes and the product commands that work on them: showing
+/// the current row, writing the side boxes back when a row is left in edit mode, sorting on a
+/// header click, the context menu, the product count, insert, delete and find. The main
+/// window owns one and forwards its handlers here.
+class ProductGridController : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr QLatin1String AddingNew { "Adding New" };
+
+    ProductGridController(const AppServices &services, Module1 &module, MainWindowUi &ui,
+        QAction *editButton, QMenu *gridMenu, QMenu *scheduleMenu, QObject *parent = nullptr);
+
+    /// Binds the grids to the shared tables and shows the first product.
+    void bind(int firstColumnWidth);
+
+    bool editMode() const;
+    /// The grid's tag: AddingNew while a freshly inserted row has not been left.
+    QString gridTag() const { return m_gridTag; }
+    /// The table row of the grid's current row, 0 when there is none.
+    int currentBookmark() const;
+    /// Moves the grid to a row (0-based) and shows it, without writing anything back.
+    void moveToRow(int gridRow);
+
+    void showCurrentRow();
+    void MainRefresh();
+    void MainRedraw();
+    void sortgrid(int Col);
+    void ClearPrice();
+
+    /// The "Edit" button was toggled: pressing it unlocks the side boxes, releasing it stores
+    /// the current row and locks them.
+    void editButtonToggled();
+    /// Stores a pending cell edit, the side boxes and the schedule into the current row.
+    void commitCurrentRow();
+    /// Unload: stores the pending edit when the "Edit" button is pressed.
+    void storePendingEdit();
+    void insertProduct();
+    void deleteProduct();
+    void deleteAllProducts();
+    void findProduct(IShellDialogs &dialogs);
+
+public Q_SLOTS:
+    void GrdMain_RowColChange(const QModelIndex &current, const QModelIndex &previous);
+    void GrdMain_HeadClick(int ColIndex);
+    void GrdMain_MouseUp(Qt::MouseButton Button, const QPoint &position);
+    void GrdMain_MouseMove();
+    void PriceSchedule_MouseUp(Qt::MouseButton Button, const QPoint &position);
+    void TxtPrice_LostFocus();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void setSideBoxesLocked(bool locked);
+    void clearSideBoxes();
+    void setEditMode(bool on);
+    void writeBackRow(int row);
+    /// Re-reads the table; keepCurrentRow puts the cursor back on the same grid row.
+    void reloadGrid(bool keepCurrentRow = true);
+    void popUpGridMenu(const QPoint &globalPosition);
+
+    const AppServices &m_services;
+    Module1 &m_module;
+    MainWindowUi &m_ui;
+    QAction *m_editButton;
+    QMenu *m_gridMenu;
+    QMenu *m_scheduleMenu;
+    ProductGridModel *m_gridModel = nullptr;
+    ScheduleModel *m_scheduleModel = nullptr;
+    ProductSearch m_search;
+    QString m_gridTag;
+    bool m_repositioning = false;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,183 @@
+#include "shell/quotecontroller.h"
+
+#include "catalogue/module1.h"
+#include "platform/appservices.h"
+#include "platform/iprompts.h"
+#include "products/discount.h"
+#include "products/ui/frmdiscount.h"
+#include "products/ui/frmdiscountprod.h"
+#include "quotes/quotegridmodel.h"
+#include "quotes/quotelist.h"
+#include "quotes/quotepricing.h"
+#include "shell/gridview.h"
+#include "shell/mainwindowui.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QTabWidget>
+#include <QTableView>
+
+namespace tarnwick {
+
+namespace {
+constexpr int QuoteTab = 1;
+}
+
+QuoteController::QuoteController(const AppServices &services, Module1 &module, MainWindowUi &ui,
+    QMenu *quoteMenu, QObject *parent)
+    : QObject(parent), m_services(services), m_module(module), m_ui(ui), m_quoteMenu(quoteMenu)
+{
+}
+
+void QuoteController::bind()
+{
+    m_model =
+        new QuoteGridModel(m_module.QuoteTable(), m_module.Catalogue(), m_module.locale(), this);
+    QTableView *grid = m_ui.GrdQuote;
+    grid->setModel(m_model);
+    grid->setSelectionBehavior(QAbstractItemView::SelectItems);
+    grid->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed
+        | QAbstractItemView::AnyKeyPressed | QAbstractItemView::SelectedClicked);
+    // The product name takes the room that the part number, the prices and the quantity
+    // leave, so the extended price stays in view.
+    const int digit = grid->fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    const int widths[] = { digit * 10, 0, digit * 10, digit * 7, digit * 11 };
+    for (int column = 0; column < 5; ++column) {
+        if (widths[column] > 0)
+            grid->setColumnWidth(column, widths[column]);
+    }
+    grid->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    grid->viewport()->setMouseTracking(true);
+    grid->viewport()->installEventFilter(this);
+    connect(m_model, &QuoteGridModel::quoteChanged, this, &QuoteController::QuotePrice);
+}
+
+int QuoteController::currentGridRow() const
+{
+    const QModelIndex current = m_ui.GrdQuote->currentIndex();
+    return current.isValid() ? current.row() : -1;
+}
+
+void QuoteController::moveToRow(int gridRow, int column)
+{
+    if (gridRow >= 0 && gridRow < m_model->rowCount())
+        m_ui.GrdQuote->setCurrentIndex(m_model->index(gridRow, column));
+}
+
+void QuoteController::addProduct(int catalogueRow, const QString &includesText)
+{
+    const QuoteList::AddLineResult added = QuoteList::addProduct(
+        m_module.QuoteTable(), m_module.Catalogue(), catalogueRow, includesText);
+    if (added.status == QuoteList::AddStatus::QuoteFull) {
+        m_services.prompts.msgBox(
+            QuoteList::quoteFullMessage(), QuoteList::QuoteFullStyle, QStringLiteral("Quote"));
+        return;
+    }
+    if (added.status != QuoteList::AddStatus::Added)
+        return;
+    m_model->reload();
+    m_ui.SSTabmain->setCurrentIndex(QuoteTab);
+    moveToRow(added.row - 1);
+    m_ui.GrdQuote->setFocus();
+    QuotePrice();
+}
+
+void QuoteController::removeCurrentLine()
+{
+    const int row = currentGridRow();
+    if (row < 0)
+        return;
+    QuoteList::removeLine(m_module.QuoteTable(), QuoteGridModel::quoteRowOf(row));
+    m_model->reload();
+    moveToRow(row);
+    QuotePrice();
+}
+
+void QuoteController::removeAllLines()
+{
+    QuoteList::removeAllLines(m_module.QuoteTable());
+    m_model->reload();
+    const QuoteTotals cleared = QuotePricing::clearedTotals();
+    m_ui.TxtTotal->setText(cleared.total);
+    m_ui.TxtDisc->setText(cleared.discount);
+    m_ui.TxtQdisper->setText(cleared.percent);
+}
+
+void QuoteController::resetPrices()
+{
+    const QModelIndex current = m_ui.GrdQuote->currentIndex();
+    Discount::resetPrices(m_module.QuoteTable(), m_module.locale());
+    QuotePrice();
+    m_model->reload();
+    moveToRow(0);
+    if (current.isValid())
+        moveToRow(current.row(), current.column());
+}
+
+void QuoteController::showDiscountAll(QWidget *owner)
+{
+    auto *form = new FrmDiscount(m_module.QuoteTable(), m_module.locale(), owner);
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    connect(form, &DiscountForm::discountApplied, this, [this] {
+        QuotePrice();
+        m_model->reload();
+    });
+    form->open();
+}
+
+void QuoteController::showDiscountLine(QWidget *owner)
+{
+    auto *form =
+        new FrmDiscountprod(m_module.QuoteTable(), currentGridRow(), m_module.locale(), owner);
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    connect(form, &DiscountForm::discountApplied, this, [this] {
+        const QModelIndex current = m_ui.GrdQuote->currentIndex();
+        QuotePrice();
+        m_model->reload();
+        if (current.isValid())
+            moveToRow(current.row(), current.column());
+    });
+    form->open();
+}
+
+void QuoteController::QuotePrice()
+{
+    const QuoteTotals totals = QuotePricing::QuotePrice(m_module.QuoteTable(), m_module.locale());
+    m_ui.TxtTotal->setText(totals.total);
+    m_ui.TxtDisc->setText(totals.discount);
+    m_ui.TxtQdisper->setText(totals.percent);
+}
+
+void QuoteController::GrdQuote_MouseUp(Qt::MouseButton Button, const QPoint &position)
+{
+    if (Button != Qt::RightButton)
+        return;
+    const QModelIndex index = m_ui.GrdQuote->indexAt(position);
+    if (!index.isValid())
+        return;
+    m_ui.GrdQuote->setCurrentIndex(index);
+    m_quoteMenu->popup(m_ui.GrdQuote->viewport()->mapToGlobal(position));
+}
+
+void QuoteController::GrdQuote_MouseMove()
+{
+    m_ui.sbPanel1->setText(GridHint);
+}
+
+bool QuoteController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_ui.GrdQuote->viewport()) {
+        if (event->type() == QEvent::MouseButtonRelease) {
+            const auto *mouse = static_cast<QMouseEvent *>(event);
+            GrdQuote_MouseUp(mouse->button(), mouse->position().toPoint());
+        } else if (event->type() == QEvent::MouseMove) {
+            GrdQuote_MouseMove();
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace tarnwick

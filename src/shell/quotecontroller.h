@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+
+class QMenu;
+class QWidget;
+
+namespace tarnwick {
+
+struct AppServices;
+struct MainWindowUi;
+class Module1;
+class QuoteGridModel;
+
+/// The quote tab: the quote grid over the shared quote table, its totals, its context menu
+/// and the quote commands (add a product, remove lines, reset prices, discounts). The main
+/// window owns one and forwards its handlers here.
+class QuoteController : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr QLatin1String GridHint { "Right click on products for options." };
+
+    QuoteController(const AppServices &services, Module1 &module, MainWindowUi &ui,
+        QMenu *quoteMenu, QObject *parent = nullptr);
+
+    /// Binds the quote grid to the quote table (250 lines of 7 fields).
+    void bind();
+
+    /// Adds catalogue row as a new line at list price, quantity 1, opens the quote tab and
+    /// shows the totals. A full quote is refused with a message and stays unchanged.
+    void addProduct(int catalogueRow, const QString &includesText);
+    void removeCurrentLine();
+    void removeAllLines();
+    void resetPrices();
+    /// Opens the discount window for all lines, or for the current line only.
+    void showDiscountAll(QWidget *owner);
+    void showDiscountLine(QWidget *owner);
+    /// Recomputes the total, the discount amount and the discount percent.
+    void QuotePrice();
+
+    /// The quote grid's current row (0-based), -1 when there is none.
+    int currentGridRow() const;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void GrdQuote_MouseUp(Qt::MouseButton Button, const QPoint &position);
+    void GrdQuote_MouseMove();
+    void moveToRow(int gridRow, int column = 0);
+
+    const AppServices &m_services;
+    Module1 &m_module;
+    MainWindowUi &m_ui;
+    QMenu *m_quoteMenu;
+    QuoteGridModel *m_model = nullptr;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,107 @@
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "products/productrow.h"
+#include "products/schedulemodel.h"
+
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+
+namespace {
+
+const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+
+class ScheduleModelTest : public ::testing::Test
+{
+protected:
+    ScheduleModelTest() : schedule(5, 2), model(schedule, EnUs) { }
+
+    QString shown(int row, int column) const { return model.index(row, column).data().toString(); }
+
+    Table schedule;
+    ScheduleModel model;
+};
+
+TEST_F(ScheduleModelTest, ShowsFiveRowsOfPricePointAndPrice)
+{
+    EXPECT_EQ(model.rowCount(), 5);
+    EXPECT_EQ(model.columnCount(), 2);
+    EXPECT_EQ(model.headerData(0, Qt::Horizontal).toString(), QStringLiteral("Price Point"));
+    EXPECT_EQ(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("Price"));
+}
+
+TEST_F(ScheduleModelTest, QuantitiesShowWithThousandsSeparatorsAndPricesAsCurrency)
+{
+    schedule.put(1, 1, "1000");
+    schedule.put(1, 2, "9.5");
+    schedule.put(2, 1, Cell(qint32(25)));
+    schedule.put(2, 2, Cell(1234.5f));
+    schedule.put(3, 1, "0");
+    EXPECT_EQ(shown(0, 0), QStringLiteral("1,000"));
+    EXPECT_EQ(shown(0, 1), QStringLiteral("$9.50"));
+    EXPECT_EQ(shown(1, 0), QStringLiteral("25"));
+    EXPECT_EQ(shown(1, 1), QStringLiteral("$1,234.50"));
+    EXPECT_EQ(shown(2, 0), QString()); // zero shows as an empty cell
+    EXPECT_EQ(shown(4, 1), QString());
+    EXPECT_EQ(model.index(0, 0).data(Qt::EditRole).toString(), QStringLiteral("1000"));
+}
+
+TEST_F(ScheduleModelTest, CellsAreReadOnlyUntilTheModelIsMadeEditable)
+{
+    const QModelIndex cell = model.index(0, 0);
+    EXPECT_FALSE(model.flags(cell).testFlag(Qt::ItemIsEditable));
+    EXPECT_FALSE(model.setData(cell, "10"));
+    EXPECT_TRUE(schedule.get(1, 1).isEmpty());
+
+    model.setEditable(true);
+    EXPECT_TRUE(model.flags(cell).testFlag(Qt::ItemIsEditable));
+    QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+    EXPECT_TRUE(model.setData(cell, "10"));
+    EXPECT_EQ(schedule.get(1, 1), Cell("10"));
+    EXPECT_EQ(changed.count(), 1);
+
+    model.setEditable(false);
+    EXPECT_FALSE(model.setData(cell, "20"));
+    EXPECT_EQ(schedule.get(1, 1), Cell("10"));
+}
+
+TEST_F(ScheduleModelTest, AnEmptyEntryEmptiesTheCell)
+{
+    schedule.put(2, 2, "$5.00");
+    model.setEditable(true);
+    EXPECT_TRUE(model.setData(model.index(1, 1), QString()));
+    EXPECT_TRUE(schedule.get(2, 2).isEmpty());
+}
+
+TEST_F(ScheduleModelTest, EditedPointsAreStoredSortedNumericallyWithEmptyQuantitiesLast)
+{
+    Table catalogue(1, ProductRecord::FieldCount);
+    model.setEditable(true);
+    model.setData(model.index(0, 0), "100");
+    model.setData(model.index(0, 1), "8");
+    model.setData(model.index(1, 1), "7.5"); // a price without quantity
+    model.setData(model.index(2, 0), "20");
+    model.setData(model.index(2, 1), "9");
+    model.setData(model.index(4, 0), "5");
+    model.setData(model.index(4, 1), "10");
+    ProductRow::writeBack(catalogue, 1, { "12", "", "" }, schedule, EnUs);
+    EXPECT_EQ(catalogue.get(1, ProductRecord::PricePoint1), Cell("5"));
+    EXPECT_EQ(catalogue.get(1, ProductRecord::Price1), Cell("10"));
+    EXPECT_EQ(catalogue.get(1, ProductRecord::PricePoint2), Cell("20"));
+    EXPECT_EQ(catalogue.get(1, ProductRecord::PricePoint3), Cell("100"));
+    EXPECT_EQ(catalogue.get(1, ProductRecord::Price3), Cell("8"));
+    EXPECT_TRUE(catalogue.get(1, ProductRecord::PricePoint4).isBlank());
+    EXPECT_EQ(catalogue.get(1, ProductRecord::Price4), Cell("7.5"));
+    EXPECT_TRUE(catalogue.get(1, ProductRecord::PricePoint5).isBlank());
+}
+
+TEST_F(ScheduleModelTest, ReloadAnnouncesAReset)
+{
+    QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
+    model.reload();
+    EXPECT_EQ(reset.count(), 1);
+}
+
+} // namespace

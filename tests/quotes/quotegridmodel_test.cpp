@@ -1,0 +1,103 @@
+#include "quotefixture.h"
+
+#include "products/quotetable.h"
+#include "quotes/quotegridmodel.h"
+#include "quotes/quotelist.h"
+
+#include <QSignalSpy>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class QuoteGridModelTest : public QuoteFixture
+{
+protected:
+    QuoteGridModelTest() : model(quote, catalogue, locale) { }
+
+    QString shown(int row, int column) const { return model.index(row, column).data().toString(); }
+    bool editable(int row, int column) const
+    {
+        return model.flags(model.index(row, column)).testFlag(Qt::ItemIsEditable);
+    }
+
+    QuoteGridModel model;
+};
+
+TEST_F(QuoteGridModelTest, ShowsTheFiveColumnsOfEveryQuoteRow)
+{
+    EXPECT_EQ(model.rowCount(), QuoteLine::MaxLines);
+    QStringList captions;
+    for (int c = 0; c < model.columnCount(); ++c)
+        captions << model.headerData(c, Qt::Horizontal).toString();
+    EXPECT_EQ(
+        captions, QStringList({ "Part Number", "Product", "Price", "Quantity", "Ext. Price" }));
+}
+
+TEST_F(QuoteGridModelTest, PricesShowAsCurrency)
+{
+    add("B-200");
+    quote.put(1, QuoteLine::ExtendedPrice, 1234.5);
+    EXPECT_EQ(shown(0, 0), QStringLiteral("B-200"));
+    EXPECT_EQ(shown(0, 1), QStringLiteral("Gadget"));
+    EXPECT_EQ(shown(0, 2), QStringLiteral("$7.35"));
+    EXPECT_EQ(shown(0, 3), QStringLiteral("1"));
+    EXPECT_EQ(shown(0, 4), QStringLiteral("$1,234.50"));
+    EXPECT_EQ(shown(1, 0), QString());
+}
+
+TEST_F(QuoteGridModelTest, OnlyTheLinesAreEditableAndTheExtendedPriceNever)
+{
+    add("A-100");
+    for (int c = 0; c < QuoteGridColumn::ExtPrice; ++c)
+        EXPECT_TRUE(editable(0, c)) << c;
+    EXPECT_FALSE(editable(0, QuoteGridColumn::ExtPrice));
+    EXPECT_FALSE(editable(1, QuoteGridColumn::Quantity));
+    EXPECT_FALSE(model.setData(model.index(1, QuoteGridColumn::Quantity), "5"));
+    EXPECT_TRUE(quote.get(2, QuoteLine::Quantity).isEmpty());
+}
+
+TEST_F(QuoteGridModelTest, ATypedQuantityRepricesTheLineAndAsksForTheTotals)
+{
+    add("A-100");
+    QSignalSpy changed(&model, &QuoteGridModel::quoteChanged);
+    QSignalSpy cells(&model, &QAbstractItemModel::dataChanged);
+    EXPECT_TRUE(model.setData(model.index(0, QuoteGridColumn::Quantity), "50"));
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(cells.count(), 1);
+    EXPECT_EQ(shown(0, QuoteGridColumn::Quantity), QStringLiteral("50"));
+    EXPECT_EQ(shown(0, QuoteGridColumn::Price), QStringLiteral("$10.00"));
+    EXPECT_EQ(shown(0, QuoteGridColumn::ExtPrice), QStringLiteral("$500.00"));
+}
+
+TEST_F(QuoteGridModelTest, ATypedPriceIsKeptUntilTheQuantityChanges)
+{
+    add("A-100");
+    model.setData(model.index(0, QuoteGridColumn::Quantity), "10");
+    model.setData(model.index(0, QuoteGridColumn::Price), "9");
+    EXPECT_EQ(shown(0, QuoteGridColumn::Price), QStringLiteral("$9.00"));
+    EXPECT_EQ(shown(0, QuoteGridColumn::ExtPrice), QStringLiteral("$90.00"));
+    model.setData(model.index(0, QuoteGridColumn::Quantity), "2");
+    EXPECT_EQ(shown(0, QuoteGridColumn::Price), QStringLiteral("$12.50"));
+    EXPECT_EQ(shown(0, QuoteGridColumn::ExtPrice), QStringLiteral("$25.00"));
+}
+
+TEST_F(QuoteGridModelTest, ClearingAPartNumberEndsTheQuoteThere)
+{
+    add("A-100");
+    add("B-200");
+    QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
+    EXPECT_TRUE(model.setData(model.index(0, QuoteGridColumn::PartNumber), QString()));
+    EXPECT_EQ(reset.count(), 1);
+    EXPECT_EQ(QuoteLine::lineCount(quote), 0);
+    EXPECT_FALSE(editable(1, QuoteGridColumn::Quantity));
+}
+
+TEST_F(QuoteGridModelTest, GridRowIsQuoteRowMinusOne)
+{
+    EXPECT_EQ(QuoteGridModel::quoteRowOf(0), 1);
+    EXPECT_EQ(QuoteGridModel::quoteRowOf(249), 250);
+}
+
+} // namespace

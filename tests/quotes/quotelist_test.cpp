@@ -1,0 +1,225 @@
+#include "quotefixture.h"
+
+#include "products/quotetable.h"
+#include "quotes/quotelist.h"
+#include "quotes/quotepricing.h"
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+using QuoteListTest = QuoteFixture;
+
+TEST_F(QuoteListTest, AProductBecomesALineAtListPriceWithQuantityOne)
+{
+    const QuoteList::AddLineResult result =
+        QuoteList::addProduct(quote, catalogue, 1, QStringLiteral("Two widgets, one case"));
+    EXPECT_EQ(result.status, QuoteList::AddStatus::Added);
+    EXPECT_EQ(result.row, 1);
+    EXPECT_EQ(quote.get(1, QuoteLine::PartNumber), Cell("A-100"));
+    EXPECT_EQ(quote.get(1, QuoteLine::ProductName), Cell("Widget"));
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("$12.50"));
+    EXPECT_EQ(quote.get(1, QuoteLine::Quantity), Cell(qint32(1)));
+    EXPECT_EQ(quote.get(1, QuoteLine::ExtendedPrice), Cell("$12.50"));
+    EXPECT_EQ(quote.get(1, QuoteLine::ListPrice), Cell("$12.50"));
+    EXPECT_EQ(quote.get(1, QuoteLine::Includes), Cell("Two widgets, one case"));
+    EXPECT_EQ(QuoteLine::lineCount(quote), 1);
+}
+
+TEST_F(QuoteListTest, TheSameProductAddedTwiceGivesTwoLines)
+{
+    EXPECT_EQ(add("A-100"), 1);
+    EXPECT_EQ(add("A-100"), 2);
+    for (int row = 1; row <= 2; ++row) {
+        EXPECT_EQ(quote.get(row, QuoteLine::PartNumber), Cell("A-100"));
+        EXPECT_EQ(quote.get(row, QuoteLine::Quantity), Cell(qint32(1)));
+        EXPECT_EQ(quote.get(row, QuoteLine::UnitPrice), Cell("$12.50"));
+    }
+    EXPECT_EQ(QuotePricing::QuotePrice(quote, locale).total, QStringLiteral("$25.00"));
+}
+
+TEST_F(QuoteListTest, A251stLineIsRefusedAndTheQuoteIsUnchanged)
+{
+    for (int line = 1; line <= QuoteLine::MaxLines; ++line)
+        ASSERT_EQ(add("A-100"), line);
+    const Table before = quote;
+    const QuoteList::AddLineResult result = QuoteList::addProduct(quote, catalogue, 2, "");
+    EXPECT_EQ(result.status, QuoteList::AddStatus::QuoteFull);
+    EXPECT_EQ(result.row, 0);
+    EXPECT_TRUE(sameCells(quote, before));
+    EXPECT_EQ(QuoteList::quoteFullMessage(),
+        QStringLiteral("The quote is full: it holds at most 250 lines. Remove a line before "
+                       "adding another product."));
+    EXPECT_EQ(QuotePricing::QuotePrice(quote, locale).total, QStringLiteral("$3,125.00"));
+}
+
+TEST_F(QuoteListTest, ARowThatIsNoProductAddsNothing)
+{
+    const Table before = quote;
+    EXPECT_EQ(
+        QuoteList::addProduct(quote, catalogue, 0, "").status, QuoteList::AddStatus::NoProduct);
+    EXPECT_EQ(QuoteList::addProduct(quote, catalogue, catalogue.rowCount() + 1, "").status,
+        QuoteList::AddStatus::NoProduct);
+    EXPECT_TRUE(sameCells(quote, before));
+}
+
+TEST_F(QuoteListTest, AQuantityEqualToAThresholdTakesThatPointsPrice)
+{
+    add("A-100");
+    typeQuantity(1, "10");
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(11.0f));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 110.0);
+    typeQuantity(1, "9");
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(12.5f));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 112.5);
+}
+
+TEST_F(QuoteListTest, ThePriceOfTheLastSatisfiedSlotWinsEvenInDescendingOrder)
+{
+    catalogue.put(1, 6, "10");
+    catalogue.put(1, 7, "$9.00");
+    catalogue.put(1, 8, "5");
+    catalogue.put(1, 9, "$11.00");
+    add("A-100");
+    typeQuantity(1, "12");
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(11.0f));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 132.0);
+}
+
+TEST_F(QuoteListTest, ThePriceIsReadAsASingleAndTheExtendedPriceIsNotRounded)
+{
+    add("B-200");
+    typeQuantity(1, "3");
+    // float32(6.99) = 6.98999977111816406; × 3 in double precision.
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(6.99f));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 20.969999313354492);
+}
+
+TEST_F(QuoteListTest, AQuantityOfZeroGivesAnExtendedPriceOfZero)
+{
+    add("A-100");
+    add("D-400");
+    EXPECT_EQ(QuotePricing::QuotePrice(quote, locale).total, QStringLiteral("$25.00"));
+    typeQuantity(2, "0");
+    EXPECT_EQ(quote.get(2, QuoteLine::UnitPrice), Cell(12.5f));
+    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0);
+    const QuoteSums sums = QuotePricing::sums(quote, locale);
+    EXPECT_EQ(sums.total, 12.5);
+    EXPECT_EQ(sums.listTotal, 12.5f);
+    const QuoteTotals totals = QuotePricing::texts(sums, locale);
+    EXPECT_EQ(totals.total, QStringLiteral("$12.50"));
+    EXPECT_EQ(totals.discount, QStringLiteral("$0.00"));
+    EXPECT_EQ(totals.percent, QStringLiteral("0.00%"));
+}
+
+TEST_F(QuoteListTest, QuantitiesAreRoundedHalfToEven)
+{
+    add("A-100");
+    typeQuantity(1, "10.5"); // 10
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 110.0);
+    typeQuantity(1, "9.5"); // 10
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 110.0);
+}
+
+TEST_F(QuoteListTest, ATypedPriceIsKeptUntilTheQuantityChangesAgain)
+{
+    add("A-100");
+    typeQuantity(1, "10");
+    typePrice(1, "$9.99");
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("$9.99"));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 99.89999771118164); // float32(9.99) × 10
+    typeQuantity(1, "50");
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(10.0f));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 500.0);
+}
+
+TEST_F(QuoteListTest, EditingThePartNumberOrNameChangesNoPrice)
+{
+    add("A-100");
+    typeQuantity(1, "10");
+    quote.put(1, QuoteLine::ProductName, "Widget, blue");
+    QuoteList::repriceLine(quote, catalogue, 1, QuoteGridColumn::Product, locale);
+    quote.put(1, QuoteLine::PartNumber, "B-200");
+    QuoteList::repriceLine(quote, catalogue, 1, QuoteGridColumn::PartNumber, locale);
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(11.0f));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 110.0);
+}
+
+TEST_F(QuoteListTest, APriceThatDoesNotConvertCountsAsZero)
+{
+    add("E-500");
+    typeQuantity(1, "2");
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(0.0f));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 0.0);
+    typePrice(1, "ask");
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("ask"));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 0.0);
+}
+
+TEST_F(QuoteListTest, RemovingALineClosesTheGapAndKeepsRoomFor250Lines)
+{
+    add("A-100");
+    add("B-200");
+    add("C-300");
+    EXPECT_TRUE(QuoteList::removeLine(quote, 2));
+    EXPECT_EQ(quote.rowCount(), QuoteLine::MaxLines);
+    EXPECT_EQ(quote.get(1, QuoteLine::PartNumber), Cell("A-100"));
+    EXPECT_EQ(quote.get(2, QuoteLine::PartNumber), Cell("C-300"));
+    EXPECT_EQ(QuoteLine::lineCount(quote), 2);
+    EXPECT_FALSE(QuoteList::removeLine(quote, 0));
+    EXPECT_FALSE(QuoteList::removeLine(quote, QuoteLine::MaxLines + 1));
+}
+
+TEST_F(QuoteListTest, RemoveAllEmptiesTheQuote)
+{
+    add("A-100");
+    add("B-200");
+    QuoteList::removeAllLines(quote);
+    EXPECT_EQ(quote.rowCount(), QuoteLine::MaxLines);
+    EXPECT_EQ(QuoteLine::lineCount(quote), 0);
+    EXPECT_TRUE(sameCells(quote, Table(QuoteLine::MaxLines, QuoteLine::FieldCount)));
+    const QuoteTotals cleared = QuotePricing::clearedTotals();
+    EXPECT_TRUE(cleared.total.isEmpty() && cleared.discount.isEmpty() && cleared.percent.isEmpty());
+}
+
+TEST_F(QuoteListTest, RemoveAllEmptiesAFullQuote)
+{
+    for (int line = 1; line <= QuoteLine::MaxLines; ++line)
+        add("B-200");
+    QuoteList::removeAllLines(quote);
+    EXPECT_EQ(quote.rowCount(), QuoteLine::MaxLines);
+    EXPECT_EQ(QuoteLine::lineCount(quote), 0);
+    EXPECT_EQ(add("A-100"), 1);
+}
+
+TEST_F(QuoteListTest, AnAddedProductWithoutPartNumberEndsTheQuoteAndIsOverwrittenNext)
+{
+    add("A-100");
+    EXPECT_EQ(add(""), 2);
+    EXPECT_EQ(QuoteLine::lineCount(quote), 1);
+    EXPECT_EQ(add("B-200"), 2);
+    EXPECT_EQ(quote.get(2, QuoteLine::ProductName), Cell("Gadget"));
+    EXPECT_EQ(QuoteLine::lineCount(quote), 2);
+}
+
+TEST_F(QuoteListTest, ALineWithoutPartNumberEndsTheQuoteForEveryLaterScan)
+{
+    add("A-100");
+    add("D-400");
+    add("C-300");
+    quote.put(2, QuoteLine::PartNumber, ""); // the part number cleared in the grid
+    // Totals: the scan runs up to and including the first free row, so the line without part
+    // number still counts ($12.50 + $12.50); the line after it ($199.99) does not.
+    EXPECT_EQ(QuotePricing::QuotePrice(quote, locale).total, QStringLiteral("$25.00"));
+    // Adding: the next product takes the row of the line without part number.
+    EXPECT_EQ(add("B-200"), 2);
+    quote.put(2, QuoteLine::PartNumber, "");
+    // Emptying: rows 1 and 2 go, the line after them moves up and stays.
+    QuoteList::removeAllLines(quote);
+    EXPECT_EQ(quote.get(1, QuoteLine::PartNumber), Cell("C-300"));
+    EXPECT_EQ(QuoteLine::lineCount(quote), 1);
+    EXPECT_EQ(quote.rowCount(), QuoteLine::MaxLines);
+}
+
+} // namespace

@@ -26,8 +26,7 @@ protected:
     void SetUp() override
     {
         ShellTest::SetUp();
-        folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
-        window = startAndWait();
+        window = startWithSampleCatalogue();
         ASSERT_NE(window, nullptr);
         grid = window->ui().GrdMain;
     }
@@ -97,10 +96,7 @@ TEST_F(ProductCommandsWindowTest, AnInsertedProductIsKeptWhenEditIsReleasedAndAf
     EXPECT_EQ(catalogue().get(3, 5), Cell("Bag of 10"));
 
     window->close();
-    started = false;
-    mainWindow.reset();
-    splash.reset();
-    startAndWait();
+    restart();
     EXPECT_EQ(module->AllProducts().Count(), 4);
     EXPECT_EQ(module->Catalogue().get(4, 1), Cell("D-400"));
     EXPECT_EQ(module->Catalogue().get(4, 2), Cell("Dowel"));

@@ -29,8 +29,7 @@ protected:
     void SetUp() override
     {
         ShellTest::SetUp();
-        folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
-        window = startAndWait();
+        window = startWithSampleCatalogue();
         ASSERT_NE(window, nullptr);
         grid = window->ui().GrdMain;
     }
@@ -96,10 +95,7 @@ TEST_F(ProductGridTest, LeavingARowInEditModeStoresTheSideBoxesAndSurvivesAResta
     EXPECT_EQ(grid->model()->index(0, 2).data().toString(), QStringLiteral("$20.00"));
 
     window->close();
-    started = false;
-    mainWindow.reset();
-    splash.reset();
-    startAndWait();
+    restart();
     EXPECT_EQ(module->Catalogue().get(1, 3), Cell(20.0f));
     EXPECT_EQ(module->Catalogue().get(1, 4), Cell("New notes"));
 }

@@ -34,8 +34,7 @@ protected:
     void SetUp() override
     {
         ShellTest::SetUp();
-        folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
-        window = startAndWait();
+        window = startWithSampleCatalogue();
         ASSERT_NE(window, nullptr);
         grid = window->ui().GrdMain;
         quoteGrid = window->ui().GrdQuote;

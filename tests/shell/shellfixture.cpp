@@ -34,7 +34,12 @@ void ShellTest::TearDown()
 
 void ShellTest::start(const QString &commandLine)
 {
-    fakes->environment = folder.environment(commandLine);
+    startIn(folder.environment(commandLine));
+}
+
+void ShellTest::startIn(const AppEnvironment &environment)
+{
+    fakes->environment = environment;
     services = std::make_unique<AppServices>(fakes->services());
     module = std::make_unique<Module1>(
         fakes->prompts, fakes->environment, QLocale(QLocale::English, QLocale::UnitedStates));
@@ -52,6 +57,20 @@ frmMain *ShellTest::startAndWait(const QString &commandLine)
     start(commandLine);
     EXPECT_TRUE(QTest::qWaitFor([this] { return started; }, 5000));
     return mainWindow.get();
+}
+
+frmMain *ShellTest::startWithSampleCatalogue()
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    return startAndWait();
+}
+
+void ShellTest::restart()
+{
+    started = false;
+    mainWindow.reset();
+    splash.reset();
+    startAndWait();
 }
 
 void ShellTest::saveSetting(const QString &key, const QString &value)

@@ -65,8 +65,14 @@ protected:
     /// Builds the splash and runs its start with the given command line; the tick wait is
     /// shortened to a millisecond per tick.
     void start(const QString &commandLine = QString());
+    /// The same start in another application folder.
+    void startIn(const AppEnvironment &environment);
     /// Runs the start and waits until the main window is shown.
     frmMain *startAndWait(const QString &commandLine = QString());
+    /// Puts sampleCatalogue() into the folder, then starts and waits.
+    frmMain *startWithSampleCatalogue();
+    /// Drops the current windows and starts again in the same folder.
+    void restart();
     void saveSetting(const QString &key, const QString &value);
     QString setting(const QString &key) const;
 

@@ -60,10 +60,8 @@ TEST_F(ShutdownTest, ThePlacementSavedAtCloseIsRestoredAtTheNextStart)
     window->move(120, 90);
     window->resize(720, 510);
     window->close();
-    started = false;
-    mainWindow.reset();
-    splash.reset();
-    frmMain *again = startAndWait();
+    restart();
+    frmMain *again = mainWindow.get();
     EXPECT_EQ(again->pos(), QPoint(120, 90));
     EXPECT_EQ(again->size(), QSize(720, 510));
 }
@@ -112,17 +110,7 @@ TEST_F(ShutdownTest, AFailedSaveAsksAndKeepsTheWindowOpenOnNo)
     // The catalogue lives in a folder that disappears while the program runs.
     QDir(folder.path()).mkdir(QStringLiteral("app"));
     const QString appFolder = folder.filePath(QStringLiteral("app"));
-    fakes->environment = AppEnvironment(appFolder, QString());
-    services = std::make_unique<AppServices>(fakes->services());
-    module = std::make_unique<Module1>(
-        fakes->prompts, fakes->environment, QLocale(QLocale::English, QLocale::UnitedStates));
-    splash = std::make_unique<FrmSplash1>(*services, *module, dialogs);
-    splash->setTickInterval(1);
-    QObject::connect(splash.get(), &FrmSplash1::started, [this] {
-        started = true;
-        mainWindow = splash->takeMainWindow();
-    });
-    splash->Form_Load();
+    startIn(AppEnvironment(appFolder, QString()));
     ASSERT_TRUE(QTest::qWaitFor([this] { return started; }, 5000));
     ASSERT_TRUE(QDir(appFolder).removeRecursively());
 

@@ -20,29 +20,15 @@ using namespace tarnwick::test;
 
 namespace {
 
-class ProductCommandsWindowTest : public ShellTest
+class ProductCommandsWindowTest : public SampleWindowTest
 {
 protected:
-    void SetUp() override
-    {
-        ShellTest::SetUp();
-        window = startWithSampleCatalogue();
-        ASSERT_NE(window, nullptr);
-        grid = window->ui().GrdMain;
-    }
-
-    Table &catalogue() { return module->Catalogue(); }
-    QAction *button(const char *key) { return window->actions().button(QString::fromLatin1(key)); }
-    void goToRow(int gridRow) { grid->setCurrentIndex(grid->model()->index(gridRow, 0)); }
     int currentRow() const { return grid->currentIndex().row(); }
     void find(const QString &text)
     {
         dialogs.textAnswers << text;
         button("Find")->trigger();
     }
-
-    frmMain *window = nullptr;
-    GridView *grid = nullptr;
 };
 
 TEST_F(ProductCommandsWindowTest, InsertAddsAnEmptyRowAtTheCurrentRowInEditMode)

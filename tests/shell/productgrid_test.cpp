@@ -23,21 +23,10 @@ using namespace tarnwick::test;
 
 namespace {
 
-class ProductGridTest : public ShellTest
+class ProductGridTest : public SampleWindowTest
 {
 protected:
-    void SetUp() override
-    {
-        ShellTest::SetUp();
-        window = startWithSampleCatalogue();
-        ASSERT_NE(window, nullptr);
-        grid = window->ui().GrdMain;
-    }
-
-    Table &catalogue() { return module->Catalogue(); }
-    QAction *button(const char *key) { return window->actions().button(QString::fromLatin1(key)); }
     void pressEdit() { button("Edit")->trigger(); }
-    void goToRow(int gridRow) { grid->setCurrentIndex(grid->model()->index(gridRow, 0)); }
     /// Types text into a grid cell through its editor, without pressing Enter.
     QLineEdit *typeIntoCell(int gridRow, int column, const QString &text)
     {
@@ -57,9 +46,6 @@ protected:
         const QPoint at(header->sectionViewportPosition(column) + 5, header->height() / 2);
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
     }
-
-    frmMain *window = nullptr;
-    GridView *grid = nullptr;
 };
 
 TEST_F(ProductGridTest, BrowseModeLocksTheSideBoxesAndWritesNothingBack)

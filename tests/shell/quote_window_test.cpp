@@ -28,22 +28,15 @@ using namespace tarnwick::test;
 
 namespace {
 
-class QuoteWindowTest : public ShellTest
+class QuoteWindowTest : public SampleWindowTest
 {
 protected:
     void SetUp() override
     {
-        ShellTest::SetUp();
-        window = startWithSampleCatalogue();
-        ASSERT_NE(window, nullptr);
-        grid = window->ui().GrdMain;
+        SampleWindowTest::SetUp();
         quoteGrid = window->ui().GrdQuote;
     }
 
-    QAction *action(const char *name)
-    {
-        return window->actions().action(QString::fromLatin1(name));
-    }
     /// Right-clicks a product and chooses "Add to &Quote".
     void addToQuote(int gridRow)
     {
@@ -82,8 +75,6 @@ protected:
             form->findChild<QPushButton *>(QStringLiteral("Command1")), Qt::LeftButton);
     }
 
-    frmMain *window = nullptr;
-    GridView *grid = nullptr;
     GridView *quoteGrid = nullptr;
 };
 

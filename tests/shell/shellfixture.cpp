@@ -1,6 +1,9 @@
 #include "shellfixture.h"
 
+#include "shell/mainwindowactions.h"
 #include "shell/settingskeys.h"
+
+#include <QAction>
 
 #include <QTest>
 
@@ -82,6 +85,29 @@ QString ShellTest::setting(const QString &key) const
 {
     return fakes->settings.get(
         SettingsKeys::Application, SettingsKeys::Section, key, QStringLiteral("<unset>"));
+}
+
+void SampleWindowTest::SetUp()
+{
+    ShellTest::SetUp();
+    window = startWithSampleCatalogue();
+    ASSERT_NE(window, nullptr);
+    grid = window->ui().GrdMain;
+}
+
+QAction *SampleWindowTest::button(const char *key) const
+{
+    return window->actions().button(QString::fromLatin1(key));
+}
+
+QAction *SampleWindowTest::action(const char *name) const
+{
+    return window->actions().action(QString::fromLatin1(name));
+}
+
+void SampleWindowTest::goToRow(int gridRow)
+{
+    grid->setCurrentIndex(grid->model()->index(gridRow, 0));
 }
 
 } // namespace tarnwick::test

@@ -3,6 +3,7 @@
 #include "catalogue/module1.h"
 #include "shell/frmmain.h"
 #include "shell/frmsplash1.h"
+#include "shell/gridview.h"
 #include "shell/shelldialogs.h"
 #include "support/fakeservices.h"
 #include "support/tempappfolder.h"
@@ -84,6 +85,24 @@ protected:
     std::unique_ptr<FrmSplash1> splash;
     std::unique_ptr<frmMain> mainWindow;
     bool started = false;
+};
+
+/// The real main window started on sampleCatalogue(), with helpers to reach its controls.
+class SampleWindowTest : public ShellTest
+{
+protected:
+    void SetUp() override;
+
+    Table &catalogue() { return module->Catalogue(); }
+    /// A toolbar button by its key ("Edit", "Insert" …).
+    QAction *button(const char *key) const;
+    /// A menu item by its control name ("mnuDelAll" …).
+    QAction *action(const char *name) const;
+    /// Makes a product grid row (0-based) current, as a click on it would.
+    void goToRow(int gridRow);
+
+    frmMain *window = nullptr;
+    GridView *grid = nullptr;
 };
 
 } // namespace tarnwick::test

@@ -20,6 +20,7 @@
 #include "shell/windowsettings.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFrame>
 #include <QGroupBox>
@@ -28,6 +29,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QSplitter>
@@ -96,6 +98,8 @@ void frmMain::connectHandlers()
     connectTemplateItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
+    connect(qApp, &QApplication::focusChanged, this,
+        [this](QWidget *, QWidget *now) { rememberActiveControl(now); });
 }
 
 void frmMain::connectTemplateItems()
@@ -136,6 +140,10 @@ void frmMain::watchMouse()
     for (QWidget *widget : watched) {
         widget->setMouseTracking(true);
         widget->installEventFilter(this);
+    }
+    for (QLineEdit *box : findChildren<QLineEdit *>()) {
+        connect(box, &QLineEdit::selectionChanged, this, [this, box] { rememberSelection(box); });
+        box->installEventFilter(this);
     }
 }
 
@@ -351,17 +359,44 @@ void frmMain::mnuFileExit_Click()
     close();
 }
 
+void frmMain::rememberActiveControl(QWidget *now)
+{
+    // Opening a menu from the keyboard moves the focus to the menu bar; Edit → Copy works on
+    // the control the user was in before that.
+    if (now && isAncestorOf(now) && !qobject_cast<QMenuBar *>(now) && !qobject_cast<QMenu *>(now))
+        m_activeControl = now;
+}
+
+void frmMain::rememberSelection(QLineEdit *box)
+{
+    // A text box drops its selection when the menu bar takes the keyboard (Alt), so the last
+    // selection made in it is kept for Edit → Copy. Typing or clicking in the box forgets it
+    // (see forgetSelection).
+    if (box->hasSelectedText()) {
+        m_selectionOwner = box;
+        m_selectionAtFocusOut = box->selectedText();
+    }
+}
+
+QString frmMain::selectedTextOf(QWidget *control) const
+{
+    if (auto *line = qobject_cast<QLineEdit *>(control)) {
+        if (!line->hasSelectedText() && m_selectionOwner == line)
+            return m_selectionAtFocusOut;
+        return line->selectedText();
+    }
+    if (auto *text = qobject_cast<QPlainTextEdit *>(control))
+        return text->textCursor().selectedText().replace(
+            QChar::ParagraphSeparator, QLatin1Char('\n'));
+    if (auto *view = qobject_cast<QTableView *>(control))
+        return view->currentIndex().data().toString();
+    return {};
+}
+
 void frmMain::mnuEditCopy_Click()
 {
-    QString selected;
-    QWidget *active = focusWidget();
-    if (auto *line = qobject_cast<QLineEdit *>(active))
-        selected = line->selectedText();
-    else if (auto *text = qobject_cast<QPlainTextEdit *>(active))
-        selected =
-            text->textCursor().selectedText().replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
-    else if (auto *grid = qobject_cast<QTableView *>(active))
-        selected = grid->currentIndex().data().toString();
+    const QString selected =
+        selectedTextOf(m_activeControl ? m_activeControl.data() : focusWidget());
     m_services.clipboard.clear();
     m_services.clipboard.setText(selected);
 }

@@ -6,10 +6,12 @@
 #include "shell/mainwindowui.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <memory>
 #include <optional>
 
+class QLineEdit;
 class QSystemTrayIcon;
 
 namespace tarnwick {
@@ -113,6 +115,9 @@ private:
     void addTrayIcon();
     void removeTrayIcon();
     void addCodeMessage(const char *handler);
+    void rememberActiveControl(QWidget *now);
+    QString selectedTextOf(QWidget *control) const;
+    void rememberSelection(QLineEdit *box);
 
     const AppServices &m_services;
     Module1 &m_module;
@@ -123,6 +128,11 @@ private:
     QuoteController *m_quote = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
+    /// The control that had the focus before a menu took it (for Edit → Copy).
+    QPointer<QWidget> m_activeControl;
+    /// A text box deselects its text when a menu takes the focus; its selection is kept here.
+    QString m_selectionAtFocusOut;
+    QPointer<QWidget> m_selectionOwner;
     TwipRect m_gridRect;
     TwipRect m_frame1Rect { 0, 0, 75, 0 };
     TwipRect m_tabRect;

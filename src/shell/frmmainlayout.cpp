@@ -9,6 +9,7 @@
 
 #include <QFrame>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
@@ -19,8 +20,29 @@
 namespace tarnwick {
 
 namespace {
+
 const QString QuoteHint = QStringLiteral("Right click for quote options.");
+
+/// A click, or a key that is not a lone modifier (Alt opens the menu bar).
+bool isUserInput(const QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress)
+        return true;
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    switch (static_cast<const QKeyEvent *>(event)->key()) {
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Control:
+    case Qt::Key_Shift:
+    case Qt::Key_Meta:
+        return false;
+    default:
+        return true;
+    }
 }
+
+} // namespace
 
 MainLayoutInput frmMain::layoutInput() const
 {
@@ -132,7 +154,9 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
 {
     const auto *mouse = static_cast<QMouseEvent *>(event);
     const QEvent::Type type = event->type();
-    if (watched == m_ui.Client && type == QEvent::Resize) {
+    if (watched == m_selectionOwner && isUserInput(event)) {
+        m_selectionAtFocusOut.clear();
+    } else if (watched == m_ui.Client && type == QEvent::Resize) {
         Form_Resize();
     } else if (watched == m_ui.Frame1 && type == QEvent::MouseButtonPress) {
         Frame1_MouseDown(mouse->button());

@@ -12,6 +12,7 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -52,6 +53,7 @@ void QuoteController::bind()
     grid->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
     grid->viewport()->setMouseTracking(true);
     grid->viewport()->installEventFilter(this);
+    grid->installEventFilter(this);
     connect(m_model, &QuoteGridModel::quoteChanged, this, &QuoteController::QuotePrice);
 }
 
@@ -169,6 +171,16 @@ void QuoteController::GrdQuote_MouseMove()
 
 bool QuoteController::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_ui.GrdQuote && event->type() == QEvent::ContextMenu) {
+        // The menu key opens the quote menu for the current cell; a right click opens it on
+        // release.
+        const auto *menuEvent = static_cast<QContextMenuEvent *>(event);
+        const QModelIndex current = m_ui.GrdQuote->currentIndex();
+        if (menuEvent->reason() == QContextMenuEvent::Keyboard && current.isValid())
+            m_quoteMenu->popup(m_ui.GrdQuote->viewport()->mapToGlobal(
+                m_ui.GrdQuote->visualRect(current).center()));
+        return true;
+    }
     if (watched == m_ui.GrdQuote->viewport()) {
         if (event->type() == QEvent::MouseButtonRelease) {
             const auto *mouse = static_cast<QMouseEvent *>(event);

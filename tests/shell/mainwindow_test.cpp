@@ -118,6 +118,22 @@ TEST_F(MainWindowTest, EditCopyPutsTheSelectedTextOfTheFocusedBoxOnTheClipboard)
     EXPECT_EQ(fakes->clipboard.text(), QStringLiteral("12.50"));
 }
 
+TEST_F(MainWindowTest, EditCopyFromTheKeyboardMenuUsesTheControlTheUserWasIn)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    frmMain *window = startAndWait();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    QLineEdit *price = window->ui().TxtPrice;
+    price->setFocus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == price; }, 2000));
+    price->selectAll();
+    window->menuBar()->setFocus(Qt::MenuBarFocusReason); // Alt+E moves the focus to the menu bar
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->focusWidget() == window->menuBar(); }, 2000));
+    window->actions().action(QStringLiteral("mnuEditCopy"))->trigger();
+    EXPECT_EQ(fakes->clipboard.text(), QStringLiteral("$12.50"));
+}
+
 TEST_F(MainWindowTest, TheSideBoxesFollowTheCurrentRow)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());

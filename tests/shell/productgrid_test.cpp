@@ -9,6 +9,7 @@
 #include "shell/productgridcontroller.h"
 
 #include <QAction>
+#include <QContextMenuEvent>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -171,6 +172,16 @@ TEST_F(ProductGridTest, ARightClickOnARowSelectsItAndOpensTheGridMenu)
         items << action->text();
     EXPECT_EQ(items, QStringList({ "Add to &Quote", "&Copy Product Info" }));
     menu->hide();
+}
+
+TEST_F(ProductGridTest, TheMenuKeyOpensTheGridMenuForTheCurrentRow)
+{
+    goToRow(2);
+    QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
+    QApplication::sendEvent(grid, &menuKey);
+    EXPECT_TRUE(window->actions().mnuMainGrid()->isVisible());
+    EXPECT_EQ(grid->currentIndex().row(), 2);
+    window->actions().mnuMainGrid()->hide();
 }
 
 TEST_F(ProductGridTest, ARightClickBelowTheLastRowOpensNoMenu)

@@ -14,6 +14,7 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -169,6 +170,15 @@ TEST_F(QuoteWindowTest, TheQuoteGridGivesItsHintAndOpensItsMenuOnARightClick)
         window->ui().sbPanel1->text(), QStringLiteral("Right click on products for options."));
     const QRect cell = quoteGrid->visualRect(quoteGrid->model()->index(0, 1));
     QTest::mouseClick(quoteGrid->viewport(), Qt::RightButton, {}, cell.center());
+    EXPECT_TRUE(window->actions().mnuQuote()->isVisible());
+    window->actions().mnuQuote()->hide();
+}
+
+TEST_F(QuoteWindowTest, TheMenuKeyOpensTheQuoteMenuForTheCurrentLine)
+{
+    addToQuote(0);
+    QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
+    QApplication::sendEvent(quoteGrid, &menuKey);
     EXPECT_TRUE(window->actions().mnuQuote()->isVisible());
     window->actions().mnuQuote()->hide();
 }

@@ -91,7 +91,9 @@ void ProductGridController::GrdMain_RowColChange(
     if (m_repositioning)
         return;
     const bool writeBack = editMode() && previous.isValid() && m_gridTag != AddingNew;
-    if (writeBack && current.row() != previous.row()) {
+    if (writeBack) {
+        // Also when only the column changed: the row is shown again below, and what was typed
+        // into the side boxes must be in the table first.
         writeBackRow(ProductGridModel::bookmarkOfRow(previous.row()));
     } else if (!writeBack && current.isValid() && current.column() != 0) {
         m_repositioning = true;
@@ -131,7 +133,11 @@ void ProductGridController::showCurrentRow()
 
 void ProductGridController::GrdMain_HeadClick(int ColIndex)
 {
+    // The cell edit in progress is dropped; what was typed into the side boxes is stored in
+    // its own row before the rows move, so the sort costs nothing that was typed there.
     m_ui.GrdMain->discardPendingEdit();
+    if (editMode() && m_gridTag != AddingNew)
+        writeBackRow(currentBookmark());
     ProductCommands::sortCatalogue(m_module.Catalogue(), m_module.AllProducts(),
         ProductGridModel::fieldOfColumn(ColIndex), m_module.locale());
     m_module.SortedByPart = ProductGridModel::fieldOfColumn(ColIndex) == ProductRecord::PartNumber;

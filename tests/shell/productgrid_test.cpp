@@ -87,6 +87,15 @@ TEST_F(ProductGridTest, LeavingARowInEditModeStoresTheSideBoxesAndSurvivesAResta
     EXPECT_EQ(module->Catalogue().get(1, 4), Cell("New notes"));
 }
 
+TEST_F(ProductGridTest, MovingToAnotherColumnOfTheSameRowKeepsWhatWasTypedInTheBoxes)
+{
+    pressEdit();
+    window->ui().Txtnotes->setPlainText(QStringLiteral("Typed before moving"));
+    grid->setCurrentIndex(grid->model()->index(0, 1));
+    EXPECT_EQ(window->ui().Txtnotes->toPlainText(), QStringLiteral("Typed before moving"));
+    EXPECT_EQ(catalogue().get(1, 4), Cell("Typed before moving"));
+}
+
 TEST_F(ProductGridTest, ANameTypedInTheGridIsStoredInEditMode)
 {
     pressEdit();
@@ -145,6 +154,17 @@ TEST_F(ProductGridTest, AHeaderClickDropsAPendingCellEditAndEndsEditMode)
     EXPECT_EQ(names, QStringList({ "Anchor", "Bolt", "Clamp" })) << "the typed name was dropped";
     EXPECT_EQ(grid->currentIndex().row(), 0);
     EXPECT_FALSE(module->SortedByPart);
+}
+
+TEST_F(ProductGridTest, AHeaderClickStoresTheSideBoxesInTheirOwnRowBeforeSorting)
+{
+    pressEdit();
+    goToRow(2); // C-300 Clamp
+    window->ui().Txtnotes->setPlainText(QStringLiteral("Clamp notes"));
+    clickHeader(2); // by price: B-200, A-100, then C-300 without a price
+    EXPECT_EQ(catalogue().get(3, 1), Cell("C-300"));
+    EXPECT_EQ(catalogue().get(3, 4), Cell("Clamp notes"));
+    EXPECT_EQ(catalogue().get(1, 4), Cell("Zinc plated"));
 }
 
 TEST_F(ProductGridTest, AHeaderClickSortsOnTheFieldTheColumnShows)

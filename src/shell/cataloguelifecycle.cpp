@@ -3,6 +3,7 @@
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
 #include "platform/iprompts.h"
+#include "products/productcommands.h"
 
 #include <QDir>
 
@@ -10,7 +11,10 @@ namespace tarnwick {
 
 namespace {
 const QString CatalogueTitle = QStringLiteral("Catalogue");
-}
+const QString CloseAnywayQuestion =
+    QStringLiteral("\n\nClose Tarnwick anyway? The changes made to the catalogue since Tarnwick "
+                   "started would be lost.");
+} // namespace
 
 CatalogueLifecycle::CatalogueLifecycle(Module1 &module, IPrompts &prompts)
     : m_module(module), m_prompts(prompts)
@@ -23,9 +27,9 @@ CatalogueReadResult CatalogueLifecycle::load()
     Products &products = m_module.AllProducts();
     catalogue.redim(InitialRows, ProductRecord::FieldCount);
     const CatalogueReadResult result = products.ReadProds(m_module.DataFile);
-    catalogue.redimPreserve(products.Count(), ProductRecord::FieldCount);
-    catalogue.sortRows(
-        1, products.Count(), ProductRecord::PartNumber, Table::SortKind::Text, m_module.locale());
+    // Cut to the products read and put them in part-number order, as a header click would.
+    ProductCommands::sortCatalogue(
+        catalogue, products, ProductRecord::PartNumber, m_module.locale());
     m_module.SortedByPart = true;
     if (result.status == CatalogueReadResult::Status::Failed) {
         m_readFailed = true;
@@ -48,6 +52,16 @@ CatalogueWriteResult CatalogueLifecycle::save()
         m_prompts.msgBox(keptCopyMessage(copy), MsgStyle::Information, CatalogueTitle);
     }
     return m_module.AllProducts().WriteProds(m_module.DataFile);
+}
+
+bool CatalogueLifecycle::saveBeforeClose()
+{
+    const CatalogueWriteResult saved = save();
+    if (saved.ok)
+        return true;
+    const QString text = saveFailedMessage(m_module.DataFile, saved.detail) + CloseAnywayQuestion;
+    const int style = MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2;
+    return m_prompts.msgBox(text, style, CatalogueTitle) == MsgResult::Yes;
 }
 
 QString CatalogueLifecycle::unreadMessage(

@@ -28,6 +28,10 @@ public:
     /// result is not ok the file on disk is unchanged; the caller tells the user.
     CatalogueWriteResult save();
 
+    /// Shut-down: saves, and when the save fails asks whether to close all the same. Returns
+    /// true when the program may close (saved, or the user accepted losing the changes).
+    bool saveBeforeClose();
+
     /// The message shown when the catalogue file could not be read completely.
     static QString unreadMessage(const QString &dataFile, const CatalogueReadResult &result);
     /// The message shown when the catalogue could not be saved.

@@ -1,7 +1,6 @@
 #include "shell/frmmain.h"
 
 #include "catalogue/module1.h"
-#include "catalogue/productrecord.h"
 #include "core/conversions.h"
 #include "core/errortrap.h"
 #include "platform/appenvironment.h"
@@ -24,15 +23,11 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QGroupBox>
-#include <QGuiApplication>
-#include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QScreen>
-#include <QSplitter>
 #include <QSystemTrayIcon>
 #include <QTabWidget>
 #include <QTableView>
@@ -43,14 +38,7 @@
 namespace tarnwick {
 
 namespace {
-constexpr int QuoteRows = 250;
-constexpr int QuoteFields = 7;
-constexpr int ScheduleRows = 5;
-constexpr int ScheduleFields = 2;
 const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
-const QString UnsavedQuestion =
-    QStringLiteral("\n\nClose Tarnwick anyway? The changes made to the catalogue since Tarnwick "
-                   "started would be lost.");
 } // namespace
 
 frmMain::frmMain(
@@ -167,8 +155,6 @@ std::optional<VbError> frmMain::Form_Load()
     Form_Resize();
     addTrayIcon();
     m_catalogue.load();
-    m_module.QuoteTable().redim(QuoteRows, QuoteFields);
-    m_module.ScheduleTable().redim(ScheduleRows, ScheduleFields);
     m_grid->bind(Twips::toPixels(m_colwidth, twipsPerPixel()));
     m_quote->bind();
     m_ui.SSTabmain->setCurrentIndex(0);
@@ -208,16 +194,8 @@ bool frmMain::Form_Unload()
     if (!m_loaded)
         return true;
     m_grid->storePendingEdit();
-    const CatalogueWriteResult saved = m_catalogue.save();
-    if (!saved.ok) {
-        const QString text = CatalogueLifecycle::saveFailedMessage(m_module.DataFile, saved.detail)
-            + UnsavedQuestion;
-        if (m_services.prompts.msgBox(text,
-                MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2,
-                QStringLiteral("Catalogue"))
-            != MsgResult::Yes)
-            return false;
-    }
+    if (!m_catalogue.saveBeforeClose())
+        return false;
     const QList<QWidget *> others = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
     for (QWidget *widget : others) {
         if (widget->isWindow() && widget->isVisible())

@@ -112,6 +112,7 @@ private:
     void savePlacement();
     void applyPlacement(const TwipRect &grid, const TwipRect &frame1, const TwipRect &tab);
     MainLayoutInput layoutInput() const;
+    int toolbarHeight() const;
     void addTrayIcon();
     void removeTrayIcon();
     void addCodeMessage(const char *handler);

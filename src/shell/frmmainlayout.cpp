@@ -44,15 +44,20 @@ bool isUserInput(const QEvent *event)
 
 } // namespace
 
+int frmMain::toolbarHeight() const
+{
+    // Before the window is shown the toolbar is not visible yet, but it will be.
+    const QToolBar *toolBar = m_actions->toolBar();
+    return toolBar->isVisible() || !isVisible() ? toolBar->sizeHint().height() : 0;
+}
+
 MainLayoutInput frmMain::layoutInput() const
 {
     // The rule measures the window below its menu bar: toolbar, panes and status bar. What it
     // keeps free for toolbar and status bar is their real height here, so the panes fill the
     // space between them whatever the style's toolbar height.
     const double tpp = twipsPerPixel();
-    const int toolbar = m_actions->toolBar()->isVisible() || !isVisible()
-        ? m_actions->toolBar()->sizeHint().height()
-        : 0;
+    const int toolbar = toolbarHeight();
     const int status = statusBar()->sizeHint().height();
     MainLayoutInput in;
     in.innerWidth = m_ui.Client->width() * tpp;
@@ -82,7 +87,8 @@ void frmMain::applyPlacement(const TwipRect &grid, const TwipRect &frame1, const
     m_frame1Rect = frame1;
     m_tabRect = tab;
     const double tpp = twipsPerPixel();
-    const double top = layoutInput().toolbarBottom;
+    // The rule's coordinates start above the toolbar; the panes' start below it.
+    const double top = toolbarHeight() * tpp;
     const auto toClient = [&](const TwipRect &r) {
         return QRect(Twips::toPixels(r.left, tpp), Twips::toPixels(r.top - top, tpp),
             Twips::toPixels(r.width, tpp), Twips::toPixels(r.height, tpp));

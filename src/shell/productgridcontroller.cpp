@@ -26,10 +26,12 @@
 namespace tarnwick {
 
 namespace {
+/// The price schedule's columns: quantity and unit price.
+constexpr int ScheduleFields = 2;
 constexpr QAbstractItemView::EditTriggers EditTriggers = QAbstractItemView::DoubleClicked
     | QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed
     | QAbstractItemView::SelectedClicked;
-}
+} // namespace
 
 ProductGridController::ProductGridController(const AppServices &services, Module1 &module,
     MainWindowUi &ui, QAction *editButton, QMenu *gridMenu, QMenu *scheduleMenu, QObject *parent)
@@ -55,6 +57,7 @@ void ProductGridController::bind(int firstColumnWidth)
     connect(grid->horizontalHeader(), &QHeaderView::sectionClicked, this,
         &ProductGridController::GrdMain_HeadClick);
 
+    m_module.ScheduleTable().redim(ProductRecord::PricePointCount, ScheduleFields);
     m_scheduleModel = new ScheduleModel(m_module.ScheduleTable(), m_module.locale(), this);
     m_ui.PriceSchedule->setModel(m_scheduleModel);
     m_ui.PriceSchedule->viewport()->installEventFilter(this);
@@ -141,7 +144,7 @@ void ProductGridController::GrdMain_HeadClick(int ColIndex)
     ProductCommands::sortCatalogue(m_module.Catalogue(), m_module.AllProducts(),
         ProductGridModel::fieldOfColumn(ColIndex), m_module.locale());
     m_module.SortedByPart = ProductGridModel::fieldOfColumn(ColIndex) == ProductRecord::PartNumber;
-    reloadGrid(false);
+    MainRefresh(false);
     m_repositioning = true;
     m_ui.GrdMain->setCurrentIndex(m_gridModel->index(0, 0));
     m_repositioning = false;
@@ -150,26 +153,7 @@ void ProductGridController::GrdMain_HeadClick(int ColIndex)
     showCurrentRow();
 }
 
-void ProductGridController::sortgrid(int Col)
-{
-    ProductCommands::sortCatalogue(m_module.Catalogue(), m_module.AllProducts(),
-        ProductGridModel::fieldOfColumn(Col), m_module.locale());
-    m_module.SortedByPart = ProductGridModel::fieldOfColumn(Col) == ProductRecord::PartNumber;
-    reloadGrid();
-}
-
-void ProductGridController::MainRefresh()
-{
-    reloadGrid();
-}
-
-void ProductGridController::MainRedraw()
-{
-    // Reading the current cell's text makes the grid take pending changes; the text is not used.
-    (void)m_ui.GrdMain->currentIndex().data();
-}
-
-void ProductGridController::reloadGrid(bool keepCurrentRow)
+void ProductGridController::MainRefresh(bool keepCurrentRow)
 {
     const QModelIndex current = m_ui.GrdMain->currentIndex();
     m_gridModel->reload();
@@ -273,7 +257,7 @@ void ProductGridController::ClearPrice()
     m_ui.PriceSchedule->discardPendingEdit();
     PriceSchedule::ClearPrice(m_module.ScheduleTable());
     m_scheduleModel->reload();
-    reloadGrid();
+    MainRefresh();
 }
 
 void ProductGridController::editButtonToggled()
@@ -307,7 +291,7 @@ void ProductGridController::insertProduct()
     m_gridTag = AddingNew;
     const int row =
         ProductCommands::insertProduct(m_module.Catalogue(), m_module.AllProducts(), current);
-    reloadGrid(false);
+    MainRefresh(false);
     m_repositioning = true;
     m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row - 1, 0));
     m_repositioning = false;
@@ -326,7 +310,7 @@ void ProductGridController::deleteProduct()
         return;
     ProductCommands::deleteProduct(m_module.Catalogue(), m_module.AllProducts(), currentBookmark());
     // No row stays current: the emptied side boxes must not be written into another product.
-    reloadGrid(false);
+    MainRefresh(false);
     clearSideBoxes();
 }
 
@@ -337,7 +321,7 @@ void ProductGridController::deleteAllProducts()
         != MsgResult::Yes)
         return;
     ProductCommands::deleteAll(m_module.Catalogue(), m_module.AllProducts());
-    reloadGrid(false);
+    MainRefresh(false);
     clearSideBoxes();
     ClearPrice();
 }

@@ -33,7 +33,8 @@ public:
     ProductGridController(const AppServices &services, Module1 &module, MainWindowUi &ui,
         QAction *editButton, QMenu *gridMenu, QMenu *scheduleMenu, QObject *parent = nullptr);
 
-    /// Binds the grids to the shared tables and shows the first product.
+    /// Creates the price-schedule table (5 points of quantity and price), binds the product
+    /// grid and the schedule to their tables and shows the first product.
     void bind(int firstColumnWidth);
 
     bool editMode() const;
@@ -45,9 +46,9 @@ public:
     void moveToRow(int gridRow);
 
     void showCurrentRow();
-    void MainRefresh();
-    void MainRedraw();
-    void sortgrid(int Col);
+    /// Re-reads the catalogue into the grid; keepCurrentRow puts the cursor back on the same
+    /// grid row.
+    void MainRefresh(bool keepCurrentRow = true);
     void ClearPrice();
 
     /// The "Edit" button was toggled: pressing it unlocks the side boxes, releasing it stores
@@ -78,8 +79,6 @@ private:
     void clearSideBoxes();
     void setEditMode(bool on);
     void writeBackRow(int row);
-    /// Re-reads the table; keepCurrentRow puts the cursor back on the same grid row.
-    void reloadGrid(bool keepCurrentRow = true);
     void popUpGridMenu(const QPoint &globalPosition);
 
     const AppServices &m_services;

@@ -4,6 +4,7 @@
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
 #include "products/discount.h"
+#include "products/quotetable.h"
 #include "products/ui/frmdiscount.h"
 #include "products/ui/frmdiscountprod.h"
 #include "quotes/quotegridmodel.h"
@@ -35,6 +36,7 @@ QuoteController::QuoteController(const AppServices &services, Module1 &module, M
 
 void QuoteController::bind()
 {
+    m_module.QuoteTable().redim(QuoteLine::MaxLines, QuoteLine::FieldCount);
     m_model =
         new QuoteGridModel(m_module.QuoteTable(), m_module.Catalogue(), m_module.locale(), this);
     QTableView *grid = m_ui.GrdQuote;

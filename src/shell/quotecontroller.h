@@ -26,7 +26,7 @@ public:
     QuoteController(const AppServices &services, Module1 &module, MainWindowUi &ui,
         QMenu *quoteMenu, QObject *parent = nullptr);
 
-    /// Binds the quote grid to the quote table (250 lines of 7 fields).
+    /// Creates the empty quote table (250 lines of 7 fields) and binds the quote grid to it.
     void bind();
 
     /// Adds catalogue row as a new line at list price, quantity 1, opens the quote tab and

@@ -64,4 +64,27 @@ TEST_F(CatalogueLifecycleTest, AFileThatEndsInsideAProductIsReportedAndKeptBefor
         << "the unread file is kept once";
 }
 
+TEST_F(CatalogueLifecycleTest, AFailedSaveAsksWhetherToCloseAnyway)
+{
+    lifecycle.load();
+    module.DataFile = folder.filePath(QStringLiteral("missing-folder/twdata.dat"));
+    prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(lifecycle.saveBeforeClose());
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    EXPECT_TRUE(
+        prompts.shown()[0].text.endsWith(QStringLiteral("Close Tarnwick anyway? The changes "
+                                                        "made to the catalogue since "
+                                                        "Tarnwick started would be lost.")));
+    EXPECT_EQ(prompts.shown()[0].title, QStringLiteral("Catalogue"));
+    prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(lifecycle.saveBeforeClose());
+}
+
+TEST_F(CatalogueLifecycleTest, ASuccessfulSaveClosesWithoutAQuestion)
+{
+    lifecycle.load();
+    EXPECT_TRUE(lifecycle.saveBeforeClose());
+    EXPECT_TRUE(prompts.shown().empty());
+}
+
 } // namespace

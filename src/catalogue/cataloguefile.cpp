@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <cerrno>
+
 namespace tarnwick {
 
 namespace {
@@ -13,17 +15,32 @@ namespace {
 constexpr char16_t FieldEndCharacter = 0x7F;
 constexpr int FieldEndLength = 3;
 
-QString unchangedNote()
-{
-    return QStringLiteral(" The catalogue file is unchanged.");
-}
-
+/// Only the cause, in plain words: the shell puts it into one sentence with the file's name.
 CatalogueWriteResult failedSave(const QString &detail)
 {
     CatalogueWriteResult result;
     result.ok = false;
-    result.detail = QStringLiteral("The catalogue could not be saved: ") + detail + unchangedNote();
+    result.detail = detail;
     return result;
+}
+
+/// The cause of a failed file operation in plain words, from the system's error number
+/// taken right after the failure; Qt's own text when the number says nothing more useful.
+QString plainCause(int systemError, const QFileDevice &file)
+{
+    switch (systemError) {
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG: // the file would outgrow the space the system allows
+        return QStringLiteral("the disk is full");
+    case EROFS:
+        return QStringLiteral("the disk or folder is read-only");
+    case EACCES:
+    case EPERM:
+        return QStringLiteral("you have no permission to write there");
+    default:
+        return file.errorString();
+    }
 }
 
 /// Copies the previous catalogue to the backup file, itself replaced in one step, so the
@@ -33,8 +50,9 @@ bool keepPreviousAsBackup(const QString &dataFile, QString *error)
     if (!QFileInfo::exists(dataFile))
         return true;
     QFile previous(dataFile);
+    errno = 0;
     if (!previous.open(QIODevice::ReadOnly)) {
-        *error = previous.errorString();
+        *error = plainCause(errno, previous);
         return false;
     }
     const QByteArray bytes = previous.readAll();
@@ -43,9 +61,10 @@ bool keepPreviousAsBackup(const QString &dataFile, QString *error)
         return false;
     }
     QSaveFile backup(catalogueBackupPath(dataFile));
+    errno = 0;
     if (!backup.open(QIODevice::WriteOnly) || backup.write(bytes) != bytes.size()
         || !backup.commit()) {
-        *error = backup.errorString();
+        *error = plainCause(errno, backup);
         return false;
     }
     return true;
@@ -74,33 +93,38 @@ QString catalogueBackupPath(const QString &dataFile)
         data.dir().filePath(data.completeBaseName() + QStringLiteral(".bak")));
 }
 
-CatalogueWriteResult writeCatalogueFile(
-    const QString &path, const QByteArray &bytes, const BeforeReplaceHook &beforeReplace)
+CatalogueWriteResult writeCatalogueFile(const QString &path, const QByteArray &bytes,
+    const BeforeReplaceHook &beforeReplace, BackupRule backupRule)
 {
     QSaveFile file(path);
+    errno = 0;
     if (!file.open(QIODevice::WriteOnly)) {
         const QString folder = QDir::toNativeSeparators(QFileInfo(path).absolutePath());
-        return failedSave(QStringLiteral("no new file can be created in the folder \"%1\" (%2).")
-                              .arg(folder, file.errorString()));
+        return failedSave(QStringLiteral("no new file can be created in the folder \"%1\": %2")
+                              .arg(folder, plainCause(errno, file)));
     }
+    errno = 0;
     if (file.write(bytes) != bytes.size() || !file.flush()) {
-        return failedSave(QStringLiteral("writing the new file failed (%1); the disk may be full.")
-                              .arg(file.errorString()));
+        const int systemError = errno;
+        return failedSave(QStringLiteral("the new file could not be written: %1")
+                              .arg(plainCause(systemError, file)));
     }
     QString error;
-    if (!keepPreviousAsBackup(path, &error)) {
+    if (backupRule == BackupRule::KeepPrevious && !keepPreviousAsBackup(path, &error)) {
         const QString backupName = QFileInfo(catalogueBackupPath(path)).fileName();
-        return failedSave(QStringLiteral("the previous catalogue could not be kept as \"%1\" (%2).")
+        return failedSave(QStringLiteral("the previous catalogue could not be kept as \"%1\": %2")
                               .arg(backupName, error));
     }
     if (beforeReplace && !beforeReplace()) {
         file.cancelWriting();
         return failedSave(
-            QStringLiteral("the save was interrupted before the new file replaced the old one."));
+            QStringLiteral("the save was interrupted before the new file replaced the old one"));
     }
+    errno = 0;
     if (!file.commit()) {
-        return failedSave(QStringLiteral("the new file could not replace the old one (%1).")
-                              .arg(file.errorString()));
+        const int systemError = errno;
+        return failedSave(QStringLiteral("the new file could not replace the old one: %1")
+                              .arg(plainCause(systemError, file)));
     }
     return {};
 }

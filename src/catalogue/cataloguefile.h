@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -19,13 +20,23 @@ struct CatalogueReadResult
     int errorNumber = 0; ///< the run-time error number when Failed (62, 6, 57 …)
     QString detail; ///< what went wrong, in words a user understands
     int rowsRead = 0; ///< logical lines stored before the end or the failure
+
+    /// A stored number that could not be read in any accepted form; its text is kept as it
+    /// was, so the next save writes it back unchanged.
+    struct UnreadNumber
+    {
+        QString partNumber;
+        int field = 0; ///< the ProductRecord field
+        QString text;
+    };
+    QList<UnreadNumber> unreadNumbers;
 };
 
 /// What writing the catalogue file came to.
 struct CatalogueWriteResult
 {
     bool ok = true;
-    QString detail; ///< why the save failed, in words a user understands
+    QString detail; ///< the cause of a failed save, in plain words ("the disk is full")
     int rowsWritten = 0;
 };
 
@@ -37,12 +48,19 @@ QString fieldEnd();
 /// Tests use it to prove that a save interrupted there leaves the old file as it was.
 using BeforeReplaceHook = std::function<bool()>;
 
+/// Whether a save copies the file it replaces to the backup file.
+enum class BackupRule {
+    KeepPrevious, ///< the previous file becomes the backup
+    LeaveBackup, ///< the backup stays as it is (the previous file was not a good catalogue)
+};
+
 /// Writes bytes as the catalogue file at path without ever leaving a half-written file: the
 /// bytes go to a temporary file in the same folder, the previous file is copied to
-/// catalogueBackupPath(path), and only then does the new file take the old one's place. On any
-/// failure the old file keeps its bytes and no temporary file stays behind.
-CatalogueWriteResult writeCatalogueFile(
-    const QString &path, const QByteArray &bytes, const BeforeReplaceHook &beforeReplace = {});
+/// catalogueBackupPath(path) (unless backupRule leaves the backup alone), and only then does
+/// the new file take the old one's place. On any failure the old file keeps its bytes and no
+/// temporary file stays behind; the result's detail names the cause in plain words.
+CatalogueWriteResult writeCatalogueFile(const QString &path, const QByteArray &bytes,
+    const BeforeReplaceHook &beforeReplace = {}, BackupRule backupRule = BackupRule::KeepPrevious);
 
 /// Where a save keeps the previous catalogue: the data file's base name with ".bak" in the
 /// same folder ("twdata.bak" beside "twdata.dat").

@@ -3,12 +3,14 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/conversions.h"
-#include "core/errortrap.h"
+#include "core/storednumber.h"
 #include "core/vberror.h"
 
 #include <QStringView>
 
 #include <algorithm>
+#include <cfloat>
+#include <cmath>
 #include <optional>
 
 namespace tarnwick {
@@ -16,8 +18,6 @@ namespace tarnwick {
 namespace {
 
 constexpr int InvalidProcedureCall = 5;
-/// Positions inside a logical line are 16-bit counters: a longer line cannot be split.
-constexpr qsizetype LongestLine = 32767;
 constexpr qsizetype FieldEndLength = 3;
 constexpr QStringView FieldEnd = u"\x7f\x7f\x7f";
 constexpr QStringView LineEnd = u"\r\n";
@@ -93,14 +93,12 @@ CatalogueReadResult CatalogueReader::read(const QString &text, const Observer &o
         while (!lines.atEnd()) {
             const int lineNumber = lines.lineNumber() + 1;
             const QString line = readLogicalLine(lines, row, observer);
-            if (line.size() > LongestLine) {
-                throw VbError(ErrorNumber::Overflow,
-                    QStringLiteral("line %1 is longer than 32,767 characters").arg(lineNumber));
-            }
             storeRecord(row, line, lineNumber, observer);
             ++row;
         }
+        result.unreadNumbers = m_unreadNumbers;
     } catch (const VbError &error) {
+        result.unreadNumbers = m_unreadNumbers;
         result.status = CatalogueReadResult::Status::Failed;
         result.errorNumber = error.number();
         result.detail = error.description();
@@ -155,13 +153,31 @@ void CatalogueReader::storeRecord(
 
 void CatalogueReader::storeLaterField(int row, int field, const QString &text)
 {
-    if (field != ProductRecord::Price || text.isEmpty()) {
+    const bool numberField = field == ProductRecord::Price || field >= ProductRecord::PricePoint1;
+    if (!numberField || text.isEmpty()) {
         m_table.put(row, field, text);
         return;
     }
-    // A price that is no number (or too large for a single) leaves the cell as it was.
-    ErrorTrap trap;
-    trap.step([&] { m_table.put(row, field, conv::toSingle(Cell(text), m_locale)); });
+    const std::optional<double> value = stored::readNumberOrLocal(text, m_locale);
+    const bool fitsSingle = value && std::fabs(*value) <= static_cast<double>(FLT_MAX);
+    if (!value || (field == ProductRecord::Price && !fitsSingle)) {
+        // Kept as it was written, never emptied; the start says which product and field.
+        m_table.put(row, field, text);
+        const QString partNumber = m_table.get(row, ProductRecord::PartNumber).asText();
+        m_unreadNumbers.append({ partNumber, field, text });
+        return;
+    }
+    if (field == ProductRecord::Price) {
+        m_table.put(row, field, static_cast<float>(*value));
+        return;
+    }
+    // Price points stay texts, in a form the user's locale reads as the same number: "1.5"
+    // from the file is kept where "." is the decimal separator and becomes "1,5" in German.
+    const std::optional<double> local = conv::parseNumber(text, m_locale);
+    if (local && *local == *value)
+        m_table.put(row, field, text);
+    else
+        m_table.put(row, field, stored::shortestText(*value, m_locale));
 }
 
 void CatalogueReader::makeRoomFor(int row)

@@ -13,10 +13,12 @@ class Table;
 
 /// Fills the catalogue table from the text of a catalogue file, one logical line per product.
 /// A logical line is continued over the next physical line (lines end only at CR LF) while
-/// its last character is not DEL, so line breaks inside notes come back. Field 3, the price,
-/// becomes a single-precision number. A failure before field 3 of a line (the file ends
-/// inside a line, a line longer than 32,767 characters, a line without field ends) ends the
-/// reading; the rows stored so far stay. The table grows as needed.
+/// its last character is not DEL, so line breaks inside notes come back; a line may be of any
+/// length. Field 3, the price, becomes a single-precision number. Numbers are read in the
+/// stored form ("12.5"), the comma form of earlier files ("12,5") or the user's own form; a
+/// price or price point that is none of these keeps its text and is listed in the result.
+/// A failure before field 3 of a line (the file ends inside a line, a line without field
+/// ends) ends the reading; the rows stored so far stay. The table grows as needed.
 class CatalogueReader
 {
 public:
@@ -45,6 +47,7 @@ private:
 
     Table &m_table;
     QLocale m_locale;
+    QList<CatalogueReadResult::UnreadNumber> m_unreadNumbers;
 };
 
 } // namespace tarnwick

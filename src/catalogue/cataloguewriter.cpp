@@ -3,6 +3,7 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/conversions.h"
+#include "core/storednumber.h"
 
 #include <QStringView>
 
@@ -14,10 +15,14 @@ constexpr QStringView FieldEnd = u"\x7f\x7f\x7f";
 constexpr QStringView LineEnd = u"\r\n";
 
 /// A cell's text in the file. Null joins a line as the empty text, as it did when the line
-/// was built by joining the cells' texts.
-QString fileText(const Cell &cell, const QLocale &locale)
+/// was built by joining the cells' texts. The price and the price points are written as
+/// stored numbers, the same on every machine; a text that is no number stays as it is.
+QString fileText(const Cell &cell, int field, const QLocale &locale)
 {
-    return cell.isNull() ? QString() : conv::toText(cell, locale);
+    if (cell.isNull())
+        return QString();
+    const bool numberField = field == ProductRecord::Price || field >= ProductRecord::PricePoint1;
+    return numberField ? stored::cellText(cell, locale) : conv::toText(cell, locale);
 }
 
 bool hasPartNumber(const Cell &cell, const QLocale &locale)
@@ -41,7 +46,7 @@ CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, q
             continue;
         }
         for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
-            result.text += fileText(table.get(row, field), locale);
+            result.text += fileText(table.get(row, field), field, locale);
             result.text += FieldEnd;
         }
         result.text += LineEnd;

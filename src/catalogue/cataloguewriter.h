@@ -19,7 +19,9 @@ struct CatalogueFileText
 
 /// Builds the catalogue file's text: every row whose part number is neither the empty text
 /// nor null becomes one line of its fifteen fields as text, each followed by the field end,
-/// then CR LF. Rows without a part number are left out wherever they lie. Raises VbError 9
+/// then CR LF. The price and the price points are written with "." as the decimal separator
+/// and no grouping whatever the locale; a single in the shortest form that reads back as the
+/// same single. Rows without a part number are left out wherever they lie. Raises VbError 9
 /// when the table has fewer than fifteen fields.
 CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, qint32 count);
 

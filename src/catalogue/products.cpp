@@ -13,6 +13,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+
 namespace tarnwick {
 
 namespace {
@@ -74,9 +76,12 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
         return readFailure(
             Status::Missing, ErrorNumber::FileNotFound, QStringLiteral("the file does not exist"));
     QFile file(fileName);
+    errno = 0;
     if (!file.open(QIODevice::ReadOnly)) {
+        const bool denied = errno == EACCES || errno == EPERM;
         return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
-            QStringLiteral("the file cannot be opened (%1)").arg(file.errorString()));
+            denied ? QStringLiteral("you have no permission to read it")
+                   : QStringLiteral("the file cannot be opened: ") + file.errorString());
     }
     const bool testRun = m_environment.isTestRun();
     if (testRun)
@@ -85,11 +90,12 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
-            QStringLiteral("the file cannot be read (%1)").arg(file.errorString()));
+            QStringLiteral("the file cannot be read: ") + file.errorString());
     CatalogueReader reader(m_catalogue, m_locale);
     const CatalogueReadResult result = reader.read(decodeCatalogueBytes(bytes),
         testRun ? testRunObserver(m_prompts, m_catalogue, m_locale) : CatalogueReader::Observer {});
     // On a failure the rows read so far stay in the table, but Count keeps its old value.
+    m_readFailed = result.status == Status::Failed;
     if (result.status == Status::Ok)
         m_count = result.rowsRead;
     return result;
@@ -103,15 +109,17 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
     } catch (const VbError &error) {
         CatalogueWriteResult result;
         result.ok = false;
-        result.detail = QStringLiteral("The catalogue could not be saved: its table cannot be "
-                                       "read (error %1). The catalogue file is unchanged.")
-                            .arg(error.number());
+        result.detail = QStringLiteral("its table cannot be read (error %1)").arg(error.number());
         return result;
     }
+    // A file that could not be read at start-up is no good catalogue: the backup keeps the
+    // last good one instead.
+    const BackupRule backup = m_readFailed ? BackupRule::LeaveBackup : BackupRule::KeepPrevious;
     CatalogueWriteResult result =
-        writeCatalogueFile(fileName, encodeCatalogueText(content.text), m_beforeReplace);
+        writeCatalogueFile(fileName, encodeCatalogueText(content.text), m_beforeReplace, backup);
     // Count follows the rows only when the file was saved; a failed save changes nothing.
     if (result.ok) {
+        m_readFailed = false;
         m_count = content.count;
         result.rowsWritten = content.rowsWritten;
     }

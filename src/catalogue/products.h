@@ -36,7 +36,8 @@ public:
     /// folder is written and flushed, the previous file is kept as "twdata.bak", then the new
     /// one takes its place. On a failure the old file is untouched and the result says why.
     /// Afterwards Count is the index of the last row if it was written, else one less.
-    /// A save that fails leaves Count as it was.
+    /// A save that fails leaves Count as it was. After a ReadProds that could not read the
+    /// file, the save leaves "twdata.bak" as it is: it holds the last good catalogue.
     CatalogueWriteResult WriteProds(const QString &fileName);
 
     qint32 Count() const { return m_count; }
@@ -57,6 +58,7 @@ private:
     qint32 m_count = 0;
     qint32 m_debugId;
     BeforeReplaceHook m_beforeReplace;
+    bool m_readFailed = false; ///< the last ReadProds found a file it could not read
 };
 
 } // namespace tarnwick

@@ -4,6 +4,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "core/storednumber.h"
 #include "products/productrow.h"
 
 namespace tarnwick::PriceSchedule {
@@ -15,6 +16,15 @@ namespace {
 QString cellText(const Cell &cell, const QLocale &locale)
 {
     return cell.isNull() ? QString() : conv::toText(cell, locale);
+}
+
+/// A price as SetPrice returns it: a single in the shortest text that reads back as the same
+/// single ("123456.78", not "123456.8"), with the locale's decimal separator; a text as stored.
+QString priceText(const Cell &cell, const QLocale &locale)
+{
+    if (cell.kind() == Cell::Kind::Single)
+        return stored::shortestText(static_cast<float>(cell.asNumber()), locale);
+    return cellText(cell, locale);
 }
 
 /// The first catalogue row whose part number is Number, 0 when there is none.
@@ -65,7 +75,7 @@ PriceLookup SetPrice(
     if (row == 0)
         return result;
     result.found = true;
-    result.price = cellText(catalogue.get(row, ProductRecord::Price), locale);
+    result.price = priceText(catalogue.get(row, ProductRecord::Price), locale);
     try {
         for (int k = 1; k <= ProductRecord::PricePointCount; ++k) {
             const Cell &threshold = catalogue.get(row, ProductRecord::pricePointField(k));
@@ -73,7 +83,7 @@ PriceLookup SetPrice(
                 continue;
             if (qty >= conv::toInt16(threshold, locale))
                 result.price =
-                    cellText(catalogue.get(row, ProductRecord::pricePointPriceField(k)), locale);
+                    priceText(catalogue.get(row, ProductRecord::pricePointPriceField(k)), locale);
         }
     } catch (const VbError &error) {
         result.error = error;

@@ -36,6 +36,10 @@ CatalogueReadResult CatalogueLifecycle::load()
         m_prompts.msgBox(
             unreadMessage(m_module.DataFile, result), MsgStyle::Exclamation, CatalogueTitle);
     }
+    if (!result.unreadNumbers.isEmpty()) {
+        m_prompts.msgBox(
+            unreadNumbersMessage(result.unreadNumbers), MsgStyle::Exclamation, CatalogueTitle);
+    }
     return result;
 }
 
@@ -80,6 +84,18 @@ QString CatalogueLifecycle::saveFailedMessage(const QString &dataFile, const QSt
     return QStringLiteral("The catalogue could not be saved to \"%1\": %2.\n\nThe file on disk "
                           "has not been changed.")
         .arg(QDir::toNativeSeparators(dataFile), detail);
+}
+
+QString CatalogueLifecycle::unreadNumbersMessage(
+    const QList<CatalogueReadResult::UnreadNumber> &numbers)
+{
+    QString text = QStringLiteral("Some numbers in the catalogue file could not be read. They are "
+                                  "kept as they were written; please correct them:\n");
+    for (const CatalogueReadResult::UnreadNumber &number : numbers) {
+        text += QStringLiteral("\nProduct \"%1\", %2: \"%3\"")
+                    .arg(number.partNumber, ProductRecord::fieldCaption(number.field), number.text);
+    }
+    return text;
 }
 
 QString CatalogueLifecycle::keptCopyMessage(const QString &copyPath)

@@ -21,7 +21,7 @@ public:
 
     /// Sizes the catalogue to 1000 rows, reads the file, cuts the table to Count rows and sorts
     /// it on the part number. A file that exists but could not be read completely is reported
-    /// once, here.
+    /// once, here, and so are stored numbers that could not be read.
     CatalogueReadResult load();
 
     /// Writes the catalogue back, first keeping an unread catalogue file as a copy. When the
@@ -37,6 +37,8 @@ public:
     /// The message shown when the catalogue could not be saved.
     static QString saveFailedMessage(const QString &dataFile, const QString &detail);
     static QString keptCopyMessage(const QString &copyPath);
+    /// The message listing stored numbers that could not be read: product and field of each.
+    static QString unreadNumbersMessage(const QList<CatalogueReadResult::UnreadNumber> &numbers);
 
 private:
     Module1 &m_module;

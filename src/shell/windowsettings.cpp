@@ -1,6 +1,7 @@
 #include "shell/windowsettings.h"
 
 #include "core/conversions.h"
+#include "core/storednumber.h"
 #include "platform/isettingsstore.h"
 #include "shell/settingskeys.h"
 
@@ -21,10 +22,11 @@ MainWindowSettingsRead readMainWindowSettings(const ISettingsStore &store, const
     MainWindowSettings &v = result.values;
     const auto single = [&](QLatin1String key, float fallback) {
         return conv::toSingle(
-            Cell(readText(store, key, conv::toText(Cell(fallback), locale))), locale);
+            stored::numberCell(readText(store, key, stored::numberText(fallback)), locale), locale);
     };
     const auto int16 = [&](QLatin1String key, qint16 fallback) {
-        return conv::toInt16(Cell(readText(store, key, QString::number(fallback))), locale);
+        return conv::toInt16(
+            stored::numberCell(readText(store, key, QString::number(fallback)), locale), locale);
     };
     try {
         v.left = single(SettingsKeys::MainLeft, v.left);
@@ -40,15 +42,15 @@ MainWindowSettingsRead readMainWindowSettings(const ISettingsStore &store, const
 }
 
 void saveMainWindowSettings(
-    ISettingsStore &store, const MainWindowSettings &settings, const QLocale &locale)
+    ISettingsStore &store, const MainWindowSettings &settings, const QLocale & /*locale*/)
 {
     const auto save = [&](QLatin1String key, const QString &value) {
         store.save(SettingsKeys::Application, SettingsKeys::Section, key, value);
     };
-    save(SettingsKeys::MainLeft, conv::toText(Cell(settings.left), locale));
-    save(SettingsKeys::MainTop, conv::toText(Cell(settings.top), locale));
-    save(SettingsKeys::MainWidth, conv::toText(Cell(settings.width), locale));
-    save(SettingsKeys::MainHeight, conv::toText(Cell(settings.height), locale));
+    save(SettingsKeys::MainLeft, stored::numberText(settings.left));
+    save(SettingsKeys::MainTop, stored::numberText(settings.top));
+    save(SettingsKeys::MainWidth, stored::numberText(settings.width));
+    save(SettingsKeys::MainHeight, stored::numberText(settings.height));
     save(SettingsKeys::ScreenSplit, QString::number(settings.screenSplit));
     save(SettingsKeys::Colwidth, QString::number(settings.colwidth));
 }

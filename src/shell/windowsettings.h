@@ -36,7 +36,8 @@ struct MainWindowSettingsRead
 /// here; the window replaces it by 50.
 MainWindowSettingsRead readMainWindowSettings(const ISettingsStore &store, const QLocale &locale);
 
-/// Writes the six values in the text form of their number types.
+/// Writes the six values as stored numbers ("." as the decimal separator, no grouping), the
+/// same in every locale; reading also accepts the comma form of earlier versions.
 void saveMainWindowSettings(
     ISettingsStore &store, const MainWindowSettings &settings, const QLocale &locale);
 

@@ -180,7 +180,7 @@ TEST_F(CatalogueFileTest, PriceTextsBecomeSingleNumbers)
     EXPECT_EQ(catalogue.get(4, 3), Cell(0.1f));
 }
 
-TEST_F(CatalogueFileTest, PriceThatIsNoNumberLeavesTheCellAsItWasAndTheRowIsRead)
+TEST_F(CatalogueFileTest, PriceThatIsNoNumberKeepsItsTextAndIsReported)
 {
     catalogue.put(2, 3, Cell("left over"));
     writeDataFile(productLine({ "A", "a", "call us", "notes", "incl", "5", "9.5" })
@@ -188,12 +188,17 @@ TEST_F(CatalogueFileTest, PriceThatIsNoNumberLeavesTheCellAsItWasAndTheRowIsRead
     const CatalogueReadResult result = products.ReadProds(dataFile());
     EXPECT_EQ(result.status, Status::Ok);
     EXPECT_EQ(products.Count(), 2);
-    EXPECT_TRUE(catalogue.get(1, 3).isEmpty());
+    EXPECT_EQ(catalogue.get(1, 3), Cell("call us"));
     EXPECT_EQ(catalogue.get(1, 4), Cell("notes"));
     EXPECT_EQ(catalogue.get(1, 5), Cell("incl"));
     EXPECT_EQ(catalogue.get(1, 7), Cell("9.5"));
-    EXPECT_EQ(catalogue.get(2, 3), Cell("left over"));
+    EXPECT_EQ(catalogue.get(2, 3), Cell("n/a"));
     EXPECT_EQ(catalogue.get(2, 4), Cell("more notes"));
+    ASSERT_EQ(result.unreadNumbers.size(), 2);
+    EXPECT_EQ(result.unreadNumbers[0].partNumber, QStringLiteral("A"));
+    EXPECT_EQ(result.unreadNumbers[0].field, 3);
+    EXPECT_EQ(result.unreadNumbers[0].text, QStringLiteral("call us"));
+    EXPECT_EQ(result.unreadNumbers[1].partNumber, QStringLiteral("B"));
 }
 
 TEST_F(CatalogueFileTest, LineWithFewerFieldEndsFillsLaterFieldsFromTheWrongPlace)

@@ -60,20 +60,35 @@ TEST_F(CatalogueLoadTest, TableWithoutRowsOrFieldsGrowsToTakeTheProducts)
     EXPECT_EQ(catalogue.get(3, 1), Cell("P3"));
 }
 
-TEST_F(CatalogueLoadTest, LineLongerThan32767CharactersEndsTheReadingWithOverflow)
+TEST_F(CatalogueLoadTest, LineOfAnyLengthIsRead)
 {
     const QByteArray longNotes(40000, 'x');
     writeDataFile(productLine({ "A" }) + productLine({ "B" })
         + productLine({ "C", "c", "", longNotes }) + productLine({ "D" }));
     const CatalogueReadResult result = products.ReadProds(dataFile());
-    EXPECT_EQ(result.status, Status::Failed);
-    EXPECT_EQ(result.errorNumber, 6);
-    EXPECT_EQ(result.detail, QStringLiteral("line 3 is longer than 32,767 characters"));
-    EXPECT_EQ(result.rowsRead, 2);
-    EXPECT_EQ(products.Count(), 0);
-    EXPECT_EQ(catalogue.get(2, 1), Cell("B")); // the rows before stay in the table
-    EXPECT_TRUE(catalogue.get(3, 1).isEmpty());
-    EXPECT_TRUE(catalogue.get(4, 1).isEmpty());
+    EXPECT_EQ(result.status, Status::Ok);
+    EXPECT_EQ(result.rowsRead, 4);
+    EXPECT_EQ(products.Count(), 4);
+    EXPECT_EQ(catalogue.get(3, 4).asText().size(), longNotes.size());
+    EXPECT_EQ(catalogue.get(4, 1), Cell("D"));
+}
+
+TEST_F(CatalogueLoadTest, NoteOf40000CharactersRoundTrips)
+{
+    const QString note = QString(20000, QLatin1Char('n')) + QStringLiteral("\r\n")
+        + QString(19998, QLatin1Char('m'));
+    catalogue.redim(1, 15);
+    catalogue.put(1, 1, Cell("LONG-1"));
+    catalogue.put(1, 4, Cell(note));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    const QByteArray written = dataFileBytes();
+
+    catalogue.redim(1000, 15);
+    ASSERT_EQ(products.ReadProds(dataFile()).status, Status::Ok);
+    EXPECT_EQ(products.Count(), 1);
+    EXPECT_EQ(catalogue.get(1, 4), Cell(note));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(dataFileBytes(), written);
 }
 
 TEST_F(CatalogueLoadTest, LineOfExactly32767CharactersIsRead)

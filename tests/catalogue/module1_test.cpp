@@ -42,8 +42,9 @@ TEST_F(Module1Test, AllProductsReadsIntoTheCatalogueWithTheModulesLocale)
     EXPECT_EQ(module.Catalogue().get(1, 3), Cell(12.5f));
 
     ASSERT_TRUE(module.AllProducts().WriteProds(module.DataFile).ok);
+    // The next save writes the number with "." whatever the locale.
     EXPECT_EQ(
-        folder.readFile(QStringLiteral("twdata.dat")), productLine({ "A-1", "Schraube", "12,5" }));
+        folder.readFile(QStringLiteral("twdata.dat")), productLine({ "A-1", "Schraube", "12.5" }));
 }
 
 TEST_F(Module1Test, QuoteAndScheduleAreTablesOfTheirOwn)

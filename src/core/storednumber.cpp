@@ -1,0 +1,126 @@
+#include "core/storednumber.h"
+
+#include "core/conversions.h"
+#include "core/vberror.h"
+
+#include <QRegularExpression>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace tarnwick::stored {
+
+namespace {
+
+/// Shortest round-trip digits of value, as std::to_chars gives them, with an upper-case
+/// exponent mark as in the general form.
+template <typename T> QString shortestDigits(T value, const QLocale &locale)
+{
+    std::array<char, 64> buffer {};
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    QString text = QString::fromLatin1(buffer.data(), result.ptr - buffer.data());
+    text.replace(QLatin1Char('e'), QLatin1Char('E'));
+    text.replace(QLatin1Char('.'), locale.decimalPoint());
+    return text;
+}
+
+/// The general form unless it loses the value, else the shortest digits.
+template <typename T> QString shortest(T value, const QLocale &locale)
+{
+    if (!std::isfinite(value))
+        throw VbError(ErrorNumber::Overflow, QStringLiteral("Overflow"));
+    const QString general = conv::toText(Cell(value), QLocale::c());
+    const std::optional<double> back = readNumber(general);
+    if (back && static_cast<T>(*back) == value)
+        return QString(general).replace(QLatin1Char('.'), locale.decimalPoint());
+    return shortestDigits(value, locale);
+}
+
+/// The stored form: optional sign, digits with at most one decimal mark, optional exponent.
+bool hasStoredShape(const QString &text, QChar decimalMark)
+{
+    static const QRegularExpression dot(
+        QStringLiteral("^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eE][+-]?\\d+)?$"));
+    static const QRegularExpression comma(
+        QStringLiteral("^[+-]?(\\d+,?\\d*|,\\d+)([eE][+-]?\\d+)?$"));
+    return (decimalMark == QLatin1Char('.') ? dot : comma).match(text).hasMatch();
+}
+
+} // namespace
+
+QString shortestText(float value, const QLocale &locale)
+{
+    return shortest(value, locale);
+}
+
+QString shortestText(double value, const QLocale &locale)
+{
+    return shortest(value, locale);
+}
+
+QString numberText(float value)
+{
+    return shortestText(value, QLocale::c());
+}
+
+QString numberText(double value)
+{
+    return shortestText(value, QLocale::c());
+}
+
+QString cellText(const Cell &cell, const QLocale &userLocale)
+{
+    switch (cell.kind()) {
+    case Cell::Kind::Single:
+        return numberText(static_cast<float>(cell.asNumber()));
+    case Cell::Kind::Double:
+        return numberText(cell.asNumber());
+    case Cell::Kind::Text:
+        break;
+    default:
+        return conv::toText(cell, userLocale);
+    }
+    const QString text = cell.asText();
+    const std::optional<double> local = conv::parseNumber(text, userLocale);
+    if (!local)
+        return text;
+    // "12.50" stays as typed when it means the same in the user's locale; "1.000" typed in
+    // German means one thousand and is stored as "1000".
+    const bool dotForm = hasStoredShape(text.trimmed(), QLatin1Char('.'));
+    const std::optional<double> asStored = dotForm ? readNumber(text) : std::nullopt;
+    if (asStored && *asStored == *local)
+        return text;
+    return numberText(*local);
+}
+
+std::optional<double> readNumber(const QString &text)
+{
+    QString body = text.trimmed();
+    if (!hasStoredShape(body, QLatin1Char('.'))) {
+        if (!hasStoredShape(body, QLatin1Char(',')))
+            return std::nullopt;
+        body.replace(QLatin1Char(','), QLatin1Char('.'));
+    }
+    bool ok = false;
+    const double value = QLocale::c().toDouble(body, &ok);
+    if (!ok || !std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+std::optional<double> readNumberOrLocal(const QString &text, const QLocale &userLocale)
+{
+    if (std::optional<double> value = readNumber(text))
+        return value;
+    return conv::parseNumber(text, userLocale);
+}
+
+Cell numberCell(const QString &text, const QLocale &userLocale)
+{
+    if (const std::optional<double> value = readNumberOrLocal(text, userLocale))
+        return Cell(*value);
+    return Cell(text);
+}
+
+} // namespace tarnwick::stored

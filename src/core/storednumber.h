@@ -1,0 +1,50 @@
+#pragma once
+
+#include "core/cell.h"
+
+#include <QLocale>
+#include <QString>
+
+#include <optional>
+
+namespace tarnwick::stored {
+
+// Numbers the program keeps as text and reads back later: the catalogue file, the settings.
+// They are written the same way on every machine, with "." as the decimal separator and no
+// grouping, whatever the user's regional settings, so a file moved between machines or
+// locales means the same numbers.
+
+/// The shortest text of value that reads back as the same single: the general form with 7
+/// significant digits ("12.5", "1.234568E+07") when that already reads back as the same
+/// single, else the shortest decimal digits that do ("123456.78", "12345678"). The decimal
+/// separator is the locale's; no grouping.
+QString shortestText(float value, const QLocale &locale);
+/// As above for a double, with 15 significant digits for the general form.
+QString shortestText(double value, const QLocale &locale);
+
+/// A number as stored: shortestText with "." as the decimal separator. Non-finite values raise
+/// the overflow error.
+QString numberText(float value);
+QString numberText(double value);
+
+/// The stored text of a cell that holds a number or the text of a number: a number in
+/// numberText's form; a text that is the number in stored form stays as it is ("12.50");
+/// another text that is a number in the user's locale ("12,50", "1.000" in German, "$1,234.50"
+/// in English) becomes numberText of that number; any other text stays as it is. The empty
+/// state gives the empty text; null raises 94.
+QString cellText(const Cell &cell, const QLocale &userLocale);
+
+/// Reads a stored number: "." as the decimal separator and no grouping ("12.5", "-3",
+/// "1.5E+07"); also the form written under a comma-decimal locale, a "," and no "."
+/// ("12,5" -> 12.5). Blanks around it are ignored. None when the text is none of these.
+std::optional<double> readNumber(const QString &text);
+
+/// readNumber, and when that fails the user's own form (what an earlier program wrote in the
+/// user's locale, e.g. "$12.50" in English). None when the text is no number in any of them.
+std::optional<double> readNumberOrLocal(const QString &text, const QLocale &userLocale);
+
+/// The cell a stored text stands for: the number (a double) when readNumberOrLocal reads it,
+/// else the text itself, so a conversion of the cell raises the usual type mismatch.
+Cell numberCell(const QString &text, const QLocale &userLocale);
+
+} // namespace tarnwick::stored

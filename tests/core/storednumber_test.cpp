@@ -1,0 +1,92 @@
+// Numbers kept as text in the catalogue file and the settings: written with "." and no
+// grouping in every locale, in the shortest form that keeps a single's value.
+#include "core/storednumber.h"
+
+#include "testlocales.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwick {
+namespace {
+
+using stored::cellText;
+using stored::numberText;
+using stored::readNumber;
+using stored::readNumberOrLocal;
+using testing::deDE;
+using testing::enUS;
+using testing::frFR;
+
+TEST(StoredNumberTest, ValuesTheGeneralFormKeepsAreWrittenAsBefore)
+{
+    EXPECT_EQ(numberText(12.5f), QStringLiteral("12.5"));
+    EXPECT_EQ(numberText(49.99f), QStringLiteral("49.99"));
+    EXPECT_EQ(numberText(1234.5f), QStringLiteral("1234.5"));
+    EXPECT_EQ(numberText(19.99f), QStringLiteral("19.99"));
+    EXPECT_EQ(numberText(0.00001f), QStringLiteral("1E-05"));
+    EXPECT_EQ(numberText(-3.0f), QStringLiteral("-3"));
+    EXPECT_EQ(numberText(0.1), QStringLiteral("0.1"));
+}
+
+TEST(StoredNumberTest, SevenAndEightDigitSinglesKeepTheirValue)
+{
+    EXPECT_EQ(numberText(123456.78f), QStringLiteral("123456.78"));
+    EXPECT_EQ(numberText(12345678.0f), QStringLiteral("12345678"));
+    for (const float value : { 123456.78f, 12345678.0f, 9999999.9f, 1.0e10f, 3.4e38f }) {
+        const std::optional<double> back = readNumber(numberText(value));
+        ASSERT_TRUE(back.has_value()) << numberText(value).toStdString();
+        EXPECT_EQ(static_cast<float>(*back), value);
+    }
+}
+
+TEST(StoredNumberTest, TheLocaleNeverChangesTheStoredForm)
+{
+    // numberText takes no locale; shortestText shows the same digits in the user's form.
+    EXPECT_EQ(stored::shortestText(123456.78f, deDE()), QStringLiteral("123456,78"));
+    EXPECT_EQ(stored::shortestText(123456.78f, enUS()), QStringLiteral("123456.78"));
+    EXPECT_EQ(stored::shortestText(1234.5f, frFR()), QStringLiteral("1234,5"));
+}
+
+TEST(StoredNumberTest, ReadsTheDotFormAndTheCommaFormOfEarlierFiles)
+{
+    EXPECT_EQ(readNumber(QStringLiteral("12.5")), 12.5);
+    EXPECT_EQ(readNumber(QStringLiteral("12,5")), 12.5);
+    EXPECT_EQ(readNumber(QStringLiteral("1234,5")), 1234.5);
+    EXPECT_EQ(readNumber(QStringLiteral("-3")), -3.0);
+    EXPECT_EQ(readNumber(QStringLiteral(" 100 ")), 100.0);
+    EXPECT_EQ(readNumber(QStringLiteral("1.234568E+07")), 12345680.0);
+    EXPECT_FALSE(readNumber(QStringLiteral("call us")).has_value());
+    EXPECT_FALSE(readNumber(QStringLiteral("1,234.5")).has_value());
+    EXPECT_FALSE(readNumber(QStringLiteral("")).has_value());
+}
+
+TEST(StoredNumberTest, TheUserFormIsTheLastResort)
+{
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral("$1,234.50"), enUS()), 1234.5);
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral("1.234,50 €"), deDE()), 1234.5);
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral("12,5"), enUS()), 12.5);
+    EXPECT_FALSE(readNumberOrLocal(QStringLiteral("n/a"), deDE()).has_value());
+}
+
+TEST(StoredNumberTest, TypedTextsAreStoredAsTheNumberTheUserMeant)
+{
+    EXPECT_EQ(cellText(Cell("12,50"), deDE()), QStringLiteral("12.5"));
+    EXPECT_EQ(cellText(Cell("12.50"), deDE()), QStringLiteral("12.50"));
+    EXPECT_EQ(cellText(Cell("1.000"), deDE()), QStringLiteral("1000"));
+    EXPECT_EQ(cellText(Cell("12.50"), enUS()), QStringLiteral("12.50"));
+    EXPECT_EQ(cellText(Cell("$1,234.50"), enUS()), QStringLiteral("1234.5"));
+    EXPECT_EQ(cellText(Cell(QStringLiteral("1\u202f234,5")), frFR()), QStringLiteral("1234.5"));
+    EXPECT_EQ(cellText(Cell("call us"), deDE()), QStringLiteral("call us"));
+    EXPECT_EQ(cellText(Cell(123456.78f), deDE()), QStringLiteral("123456.78"));
+    EXPECT_EQ(cellText(Cell(), deDE()), QString());
+}
+
+TEST(StoredNumberTest, NumberCellIsTheNumberOrTheText)
+{
+    EXPECT_EQ(stored::numberCell(QStringLiteral("1500,5"), enUS()), Cell(1500.5));
+    EXPECT_EQ(stored::numberCell(QStringLiteral("9000"), deDE()), Cell(9000.0));
+    EXPECT_EQ(stored::numberCell(QStringLiteral("wide"), deDE()), Cell("wide"));
+}
+
+} // namespace
+} // namespace tarnwick

@@ -113,6 +113,21 @@ TEST_F(SetPriceTest, AThresholdThatIsNoNumberEndsTheReadingWithATypeMismatch)
     EXPECT_EQ(lookup.price, QStringLiteral("$12.50"));
 }
 
+TEST_F(SetPriceTest, ASevenOrEightDigitListPriceKeepsEveryDigit)
+{
+    catalogue.put(2, ProductRecord::Price, Cell(123456.78f));
+    EXPECT_EQ(priceAt(1), QStringLiteral("123456.78"));
+    catalogue.put(2, ProductRecord::Price, Cell(12345678.0f));
+    EXPECT_EQ(priceAt(1), QStringLiteral("12345678"));
+    catalogue.put(2, ProductRecord::Price, Cell(12.5f));
+    EXPECT_EQ(priceAt(1), QStringLiteral("12.5"));
+    // In German the same digits with the decimal comma, which the quote reads back.
+    const QLocale german(QLocale::German, QLocale::Germany);
+    catalogue.put(2, ProductRecord::Price, Cell(123456.78f));
+    EXPECT_EQ(
+        PriceSchedule::SetPrice(catalogue, "A-100", 1, german).price, QStringLiteral("123456,78"));
+}
+
 TEST_F(SetPriceTest, AQuantityOfZeroKeepsTheListPrice)
 {
     setPoint(1, "1", "$11.00");

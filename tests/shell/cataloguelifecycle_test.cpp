@@ -64,6 +64,52 @@ TEST_F(CatalogueLifecycleTest, AFileThatEndsInsideAProductIsReportedAndKeptBefor
         << "the unread file is kept once";
 }
 
+TEST_F(CatalogueLifecycleTest, AFailedStartLeavesTheLastGoodBackupInPlace)
+{
+    const QByteArray good = catalogueLine({ "G-1", "Good" });
+    folder.writeFile(QStringLiteral("twdata.bak"), good);
+    folder.writeFile(QStringLiteral("twdata.dat"), QByteArray("P1\x7f\x7f\x7fno end"));
+    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Failed);
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), good);
+}
+
+TEST_F(CatalogueLifecycleTest, AGoodStartKeepsThePreviousFileAsTheBackup)
+{
+    folder.writeFile(QStringLiteral("twdata.bak"), catalogueLine({ "OLD" }));
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Ok);
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
+}
+
+TEST_F(CatalogueLifecycleTest, AStoredNumberThatCannotBeReadIsReportedWithProductAndField)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"),
+        catalogueLine({ "A-1", "One", "call us" })
+            + catalogueLine({ "B-2", "Two", "5", "", "", "10", "n/a" }));
+    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Ok);
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    const QString text = prompts.shown()[0].text;
+    EXPECT_TRUE(text.contains(QStringLiteral("Product \"A-1\", Price: \"call us\"")))
+        << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("Product \"B-2\", Price 1: \"n/a\"")));
+    EXPECT_FALSE(prompts.shown()[0].title.isEmpty());
+    // Nothing is emptied: the next save writes the texts back.
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("call us"));
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("n/a"));
+}
+
+TEST_F(CatalogueLifecycleTest, TheSaveFailureNamesTheCauseOnce)
+{
+    const QString text = CatalogueLifecycle::saveFailedMessage(
+        QStringLiteral("twdata.dat"), QStringLiteral("the disk is full"));
+    EXPECT_EQ(text.count(QStringLiteral("could not be saved")), 1);
+    EXPECT_TRUE(text.contains(QStringLiteral("the disk is full.")));
+    EXPECT_FALSE(text.contains(QStringLiteral("..")));
+}
+
 TEST_F(CatalogueLifecycleTest, AFailedSaveAsksWhetherToCloseAnyway)
 {
     lifecycle.load();

@@ -39,6 +39,29 @@ TEST(WindowSettingsTest, SavesTheTextFormsAndReadsThemBack)
     EXPECT_EQ(readMainWindowSettings(settings, EnUs).values, values);
 }
 
+TEST(WindowSettingsTest, SettingsAreStoredWithADotInEveryLocale)
+{
+    const QLocale german(QLocale::German, QLocale::Germany);
+    const QLocale french(QLocale::French, QLocale::France);
+    FakeSettingsStore settings;
+    const MainWindowSettings values { 1234.5f, 15.25f, 12000, 6495, 37, 1650 };
+    saveMainWindowSettings(settings, values, german);
+    EXPECT_EQ(settings.get("Tarnwick", "Settings", "MainLeft"), QStringLiteral("1234.5"));
+    EXPECT_EQ(settings.get("Tarnwick", "Settings", "MainTop"), QStringLiteral("15.25"));
+    EXPECT_EQ(settings.get("Tarnwick", "Settings", "MainWidth"), QStringLiteral("12000"));
+    for (const QLocale &locale : { german, french, EnUs, QLocale::c() })
+        EXPECT_EQ(readMainWindowSettings(settings, locale).values, values);
+}
+
+TEST(WindowSettingsTest, CommaValuesOfEarlierVersionsAreReadInEveryLocale)
+{
+    FakeSettingsStore settings;
+    store(settings, SettingsKeys::MainLeft, QStringLiteral("1234,5"));
+    const MainWindowSettingsRead read = readMainWindowSettings(settings, EnUs);
+    EXPECT_FALSE(read.error.has_value());
+    EXPECT_EQ(read.values.left, 1234.5f);
+}
+
 TEST(WindowSettingsTest, AValueThatIsNoNumberStopsTheReadWithTypeMismatch)
 {
     FakeSettingsStore settings;

@@ -44,8 +44,7 @@ void ShellTest::startIn(const AppEnvironment &environment)
 {
     fakes->environment = environment;
     services = std::make_unique<AppServices>(fakes->services());
-    module = std::make_unique<Module1>(
-        fakes->prompts, fakes->environment, QLocale(QLocale::English, QLocale::UnitedStates));
+    module = std::make_unique<Module1>(fakes->prompts, fakes->environment, locale);
     splash = std::make_unique<FrmSplash1>(*services, *module, dialogs);
     splash->setTickInterval(1);
     QObject::connect(splash.get(), &FrmSplash1::started, [this] {

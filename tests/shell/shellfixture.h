@@ -9,6 +9,7 @@
 #include "support/tempappfolder.h"
 
 #include <QByteArray>
+#include <QLocale>
 #include <QStringList>
 
 #include <gtest/gtest.h>
@@ -85,6 +86,8 @@ protected:
     std::unique_ptr<FrmSplash1> splash;
     std::unique_ptr<frmMain> mainWindow;
     bool started = false;
+    /// The regional settings the program runs with; set before the start.
+    QLocale locale { QLocale::English, QLocale::UnitedStates };
 };
 
 /// The real main window started on sampleCatalogue(), with helpers to reach its controls.

@@ -1,5 +1,8 @@
 #include "quotefixture.h"
 
+#include "catalogue/productrecord.h"
+#include "core/formats.h"
+
 #include "products/quotetable.h"
 #include "quotes/quotelist.h"
 #include "quotes/quotepricing.h"
@@ -94,6 +97,18 @@ TEST_F(QuoteListTest, ThePriceIsReadAsASingleAndTheExtendedPriceIsNotRounded)
     // float32(6.99) = 6.98999977111816406; × 3 in double precision.
     EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(6.99f));
     EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 20.969999313354492);
+}
+
+TEST_F(QuoteListTest, ASevenDigitListPriceKeepsItsCentsWhenAQuantityIsTyped)
+{
+    catalogue.put(1, ProductRecord::Price, Cell(123456.78f));
+    add("A-100");
+    catalogue.put(1, 6, Cell());
+    catalogue.put(1, 8, Cell());
+    typeQuantity(1, "1");
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(123456.78f));
+    EXPECT_EQ(format(quote.get(1, QuoteLine::ExtendedPrice), QStringLiteral("currency"), locale),
+        QStringLiteral("$123,456.78"));
 }
 
 TEST_F(QuoteListTest, AQuantityOfZeroGivesAnExtendedPriceOfZero)

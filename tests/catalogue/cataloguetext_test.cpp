@@ -52,6 +52,27 @@ TEST(CatalogueTextTest, TextThatFitsIsWrittenAsWindows1252)
     EXPECT_EQ(encodeCatalogueText(QStringLiteral("A-100")), QByteArray("A-100"));
 }
 
+TEST(CatalogueTextTest, EveryCharacterThatFitsGoesOutAsWindows1252InACatalogueLine)
+{
+    // Each of the 256 characters, undefined bytes, DEL, CR and LF included, in a line of the
+    // file next to field ends and the line end.
+    QByteArray all;
+    for (int byte = 0; byte < 256; ++byte)
+        all += char(byte);
+    const QString table = decodeCatalogueBytes(all);
+    for (int byte = 0; byte < 256; ++byte) {
+        const QString ch = table.mid(byte, 1);
+        const QString line =
+            QStringLiteral("P-1\x7f\x7f\x7f") + ch + QStringLiteral("x\x7f\x7f\x7f\r\n");
+        const QByteArray bytes = encodeCatalogueText(line);
+        EXPECT_EQ(bytes.size(), line.size()) << "byte " << byte;
+        EXPECT_EQ(decodeCatalogueBytes(bytes), line) << "byte " << byte;
+    }
+    const QString catalogue = QStringLiteral("M\u00fcller \u2013 5 St\u00fcck \u20ac 12,50 \u00a9 "
+                                             "\u2122 \u00bd\" \u00d8 12 mm\x7f\x7f\x7f\r\n");
+    EXPECT_EQ(encodeCatalogueText(catalogue).size(), catalogue.size());
+}
+
 TEST(CatalogueTextTest, TextWithOtherCharactersIsWrittenAsUtf8)
 {
     const QString text = fromCodes({ 0x87BA, 0x4E1D, 0x5200, ' ', 0xE9 });

@@ -2,6 +2,8 @@
 
 #include "shell/cataloguelifecycle.h"
 
+#include <QDir>
+
 using namespace tarnwick;
 using namespace tarnwick::test;
 
@@ -99,6 +101,20 @@ TEST_F(CatalogueLifecycleTest, AStoredNumberThatCannotBeReadIsReportedWithProduc
     EXPECT_TRUE(lifecycle.save().ok);
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("call us"));
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("n/a"));
+}
+
+TEST_F(CatalogueLifecycleTest, AnUnreadableFileIsDescribedInWordsWithTheNumberInBrackets)
+{
+    // A folder where the file should be cannot be opened as a file.
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("twdata.dat")));
+    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Failed);
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    const QString text = prompts.shown()[0].text;
+    EXPECT_TRUE(text.contains(QStringLiteral("could not be read completely: the file cannot be "
+                                             "opened: ")))
+        << text.toStdString();
+    EXPECT_EQ(text.count(QLatin1Char('(')), 1) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral(" (error 57).")));
 }
 
 TEST_F(CatalogueLifecycleTest, TheSaveFailureNamesTheCauseOnce)

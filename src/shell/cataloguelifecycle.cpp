@@ -7,6 +7,8 @@
 
 #include <QDir>
 
+#include <algorithm>
+
 namespace tarnwick {
 
 namespace {
@@ -91,10 +93,15 @@ QString CatalogueLifecycle::unreadNumbersMessage(
 {
     QString text = QStringLiteral("Some numbers in the catalogue file could not be read. They are "
                                   "kept as they were written; please correct them:\n");
-    for (const CatalogueReadResult::UnreadNumber &number : numbers) {
+    // A box stays readable: the first ones are listed, the rest counted.
+    constexpr qsizetype Listed = 20;
+    for (qsizetype i = 0; i < std::min(numbers.size(), Listed); ++i) {
+        const CatalogueReadResult::UnreadNumber &number = numbers[i];
         text += QStringLiteral("\nProduct \"%1\", %2: \"%3\"")
                     .arg(number.partNumber, ProductRecord::fieldCaption(number.field), number.text);
     }
+    if (numbers.size() > Listed)
+        text += QStringLiteral("\n… and %1 more.").arg(numbers.size() - Listed);
     return text;
 }
 

@@ -117,6 +117,17 @@ TEST_F(CatalogueLifecycleTest, AnUnreadableFileIsDescribedInWordsWithTheNumberIn
     EXPECT_TRUE(text.contains(QStringLiteral(" (error 57).")));
 }
 
+TEST_F(CatalogueLifecycleTest, ALongListOfUnreadNumbersIsCut)
+{
+    QList<CatalogueReadResult::UnreadNumber> numbers;
+    for (int i = 1; i <= 25; ++i)
+        numbers.append({ QStringLiteral("P%1").arg(i), 3, QStringLiteral("x") });
+    const QString text = CatalogueLifecycle::unreadNumbersMessage(numbers);
+    EXPECT_TRUE(text.contains(QStringLiteral("Product \"P20\"")));
+    EXPECT_FALSE(text.contains(QStringLiteral("Product \"P21\"")));
+    EXPECT_TRUE(text.endsWith(QStringLiteral("and 5 more.")));
+}
+
 TEST_F(CatalogueLifecycleTest, TheSaveFailureNamesTheCauseOnce)
 {
     const QString text = CatalogueLifecycle::saveFailedMessage(

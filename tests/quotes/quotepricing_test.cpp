@@ -81,6 +81,21 @@ TEST_F(QuotePricingTest, TheListTotalCarriesTheSinglePrecision)
     EXPECT_EQ(totals.percent, QStringLiteral("0.00%"));
 }
 
+// Worked out outside the program with float32 arithmetic: the list amounts 150000.01,
+// 150000.01 and 199.99 summed as singles, one line at a time, give 300200.03125; summed as
+// doubles they give 300200.01 (300200.0 once narrowed to a single at the end). The boxes show
+// the single-precision sum: a discount of 0.02125 -> "$0.02".
+TEST_F(QuotePricingTest, TheListTotalIsSummedLineByLineInSinglePrecision)
+{
+    add("F-600");
+    add("F-600");
+    add("C-300");
+    const QuoteTotals totals = QuotePricing::QuotePrice(quote, locale);
+    EXPECT_EQ(totals.total, QStringLiteral("$300,200.01"));
+    EXPECT_EQ(totals.discount, QStringLiteral("$0.02"));
+    EXPECT_EQ(totals.percent, QStringLiteral("0.00%"));
+}
+
 TEST_F(QuotePricingTest, ADiscountThatRoundsToZeroShowsNoSign)
 {
     // float32(100000.01) = 100000.0078125: the discount is -0.0021875.

@@ -176,7 +176,14 @@ double toDouble(const Cell &cell, const QLocale &locale)
             throw VbError(ErrorNumber::TypeMismatch, QStringLiteral("Type mismatch"));
         return *value;
     }
-    return cell.asNumber(); // 0 for the empty state
+    return checkedDouble(cell.asNumber()); // 0 for the empty state
+}
+
+double checkedDouble(double value)
+{
+    if (!std::isfinite(value))
+        throw VbError(ErrorNumber::Overflow, QStringLiteral("Overflow"));
+    return value;
 }
 
 float toSingle(const Cell &cell, const QLocale &locale)

@@ -19,8 +19,12 @@ namespace tarnwick::conv {
 /// values in the form "1.234568E+07"). Null raises 94.
 QString toText(const Cell &cell, const QLocale &locale);
 
-/// Numeric value. Empty gives 0; a text is parsed with parseNumber (13 when it is no number).
+/// Numeric value. Empty gives 0; a text is parsed with parseNumber (13 when it is no number);
+/// a number that is infinite or no number raises 6.
 double toDouble(const Cell &cell, const QLocale &locale);
+/// The result of double arithmetic as a value to keep: raises 6 when it overflowed to an
+/// infinity or is not a number, so no cell or box ever holds one.
+double checkedDouble(double value);
 /// As toDouble, then narrowed to single precision (6 when outside the single range).
 float toSingle(const Cell &cell, const QLocale &locale);
 /// Rounded half to even; outside -32768..32767 raises 6.

@@ -36,11 +36,17 @@ QString currencyText(double value, const QLocale &locale)
     return locale.toCurrencyString(conv::round(value, MoneyDecimals), QString(), MoneyDecimals);
 }
 
-/// "Percent": the value × 100, grouped, two decimals, then the percent sign ("12.50%").
+/// "Percent": the value × 100 with two decimals and the percent sign, without group
+/// separators ("12.50%", "7285.29%"). The exact value is rounded to four decimals, as
+/// "Currency" rounds to two, and only then scaled: 0.00165, held as 0.0016499999..., shows
+/// "0.16%", where rounding the double product × 100 would give "0.17%".
 QString percentText(double value, const QLocale &locale)
 {
-    const double percent = conv::round(value * 100.0, MoneyDecimals);
-    return locale.toString(percent, 'f', MoneyDecimals) + locale.percent();
+    constexpr int ShareDecimals = MoneyDecimals + 2;
+    const double percent = conv::round(value, ShareDecimals) * 100.0;
+    QLocale plain = locale;
+    plain.setNumberOptions(locale.numberOptions() | QLocale::OmitGroupSeparator);
+    return plain.toString(percent, 'f', MoneyDecimals) + locale.percent();
 }
 
 /// "#,###": a grouped whole number; a value that rounds to zero shows nothing.
@@ -86,6 +92,7 @@ QString format(const Cell &value, const QString &formatName, const QLocale &loca
     const std::optional<double> number = numberOf(value, locale);
     if (!number)
         return value.asText(); // a text that is no number stays as it is
+    conv::checkedDouble(*number); // an infinity or NaN raises 6, as conv::toText does
     switch (kind) {
     case NamedFormat::Currency:
         return currencyText(*number, locale);

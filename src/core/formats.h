@@ -9,13 +9,13 @@ namespace tarnwick {
 
 /// Named formats as the program applies them to cells:
 ///  - "Currency"/"currency": the locale's currency form with two decimals ("$1,234.50", "($5.00)");
-///  - "Percent"/"percent": value × 100 with two decimals and "%" ("5.00%");
+///  - "Percent"/"percent": value × 100 with two decimals and "%", no grouping ("5.00%");
 ///  - "#,###": rounded to a whole number with group separators; zero gives "";
 ///  - "$#,#00.00": "$", grouped, at least two integer digits, two decimals ("$05.00", "$1,234.50");
 ///  - "General Number": the number without grouping, as conv::toText shows it.
 /// The empty state, null and the empty text give the empty text; a text that is a number is
 /// formatted as that number; a text that is no number is returned as it is. An unknown format
-/// name gives the value's text.
+/// name gives the value's text. A number that is infinite or no number raises 6 (overflow).
 QString format(const Cell &value, const QString &formatName, const QLocale &locale);
 
 /// The locale the program formats and parses with: the user's own, except that the C locale

@@ -52,8 +52,8 @@ void discountLine(Table &quote, int row, float multiplier, const QLocale &locale
     });
     trap.step([&] {
         quote.put(row, QuoteLine::ExtendedPrice,
-            number(quote, row, QuoteLine::Quantity, locale)
-                * number(quote, row, QuoteLine::UnitPrice, locale));
+            conv::checkedDouble(number(quote, row, QuoteLine::Quantity, locale)
+                * number(quote, row, QuoteLine::UnitPrice, locale)));
     });
 }
 
@@ -118,8 +118,8 @@ void resetPrices(Table &quote, const QLocale &locale)
         ErrorTrap trap;
         trap.step([&] {
             quote.put(row, QuoteLine::ExtendedPrice,
-                number(quote, row, QuoteLine::Quantity, locale)
-                    * number(quote, row, QuoteLine::UnitPrice, locale));
+                conv::checkedDouble(number(quote, row, QuoteLine::Quantity, locale)
+                    * number(quote, row, QuoteLine::UnitPrice, locale)));
         });
     }
 }

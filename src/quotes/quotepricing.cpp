@@ -22,11 +22,26 @@ double unsignedZero(double value, double scale = 1.0)
 
 } // namespace
 
+namespace {
+
+/// The line's quantity as the list total reads it: the number in its cell, which must lie in
+/// the range of a quantity (a 32-bit integer once rounded, as the re-pricing reads it); a
+/// larger one raises 6, so a line the re-pricing could not price adds nothing to either sum.
+double listQuantity(const Table &quote, int row, const QLocale &locale)
+{
+    const double quantity = conv::toDouble(quote.get(row, QuoteLine::Quantity), locale);
+    conv::toInt32(Cell(quantity), locale);
+    return quantity;
+}
+
+} // namespace
+
 /// Totals rule: for each line, and for the first free row after them (which adds nothing),
 /// the total grows by the extended price rounded to 2 decimals (halves to even), accumulated
 /// as a double; the list total grows by list price × quantity rounded the same way,
 /// accumulated as a single, so the discount figures carry a single's precision. A cell that
-/// is no number adds nothing to its sum.
+/// is no number adds nothing to its sum, nor does a step that overflows (a quantity outside
+/// the 32-bit range, a list total beyond the single range, a total beyond the double range).
 QuoteSums sums(const Table &quote, const QLocale &locale)
 {
     QuoteSums result;
@@ -34,14 +49,16 @@ QuoteSums sums(const Table &quote, const QLocale &locale)
     for (int row = 1; row <= last; ++row) {
         ErrorTrap trap;
         trap.step([&] {
-            result.total += conv::round(
-                conv::toDouble(quote.get(row, QuoteLine::ExtendedPrice), locale), MoneyDecimals);
+            result.total = conv::checkedDouble(result.total
+                + conv::round(conv::toDouble(quote.get(row, QuoteLine::ExtendedPrice), locale),
+                    MoneyDecimals));
         });
         trap.step([&] {
-            const double list = conv::toDouble(quote.get(row, QuoteLine::ListPrice), locale)
-                * conv::toDouble(quote.get(row, QuoteLine::Quantity), locale);
-            result.listTotal =
-                static_cast<float>(double(result.listTotal) + conv::round(list, MoneyDecimals));
+            const double list =
+                conv::checkedDouble(conv::toDouble(quote.get(row, QuoteLine::ListPrice), locale)
+                    * listQuantity(quote, row, locale));
+            result.listTotal = conv::toSingle(
+                Cell(double(result.listTotal) + conv::round(list, MoneyDecimals)), locale);
         });
     }
     return result;
@@ -49,15 +66,25 @@ QuoteSums sums(const Table &quote, const QLocale &locale)
 
 /// The discount is list total − total in double precision, the percent that discount ÷ list
 /// total; with a list total of 0 (an empty quote, lines without list prices) the percent is
-/// 0.
+/// 0. A figure that overflows the double range leaves its box empty.
 QuoteTotals texts(const QuoteSums &sums, const QLocale &locale)
 {
     const QString currency = QStringLiteral("Currency");
-    const double discount = double(sums.listTotal) - sums.total;
-    const double share = sums.listTotal == 0.0f ? 0.0 : discount / double(sums.listTotal);
-    return { format(Cell(unsignedZero(sums.total)), currency, locale),
-        format(Cell(unsignedZero(discount)), currency, locale),
-        format(Cell(unsignedZero(share, PercentScale)), QStringLiteral("percent"), locale) };
+    QuoteTotals result;
+    ErrorTrap trap; // a figure that overflows leaves its box empty
+    trap.step([&] { result.total = format(Cell(unsignedZero(sums.total)), currency, locale); });
+    trap.step([&] {
+        const double discount = conv::checkedDouble(double(sums.listTotal) - sums.total);
+        result.discount = format(Cell(unsignedZero(discount)), currency, locale);
+    });
+    trap.step([&] {
+        const double discount = double(sums.listTotal) - sums.total;
+        const double share =
+            conv::checkedDouble(sums.listTotal == 0.0f ? 0.0 : discount / double(sums.listTotal));
+        result.percent =
+            format(Cell(unsignedZero(share, PercentScale)), QStringLiteral("percent"), locale);
+    });
+    return result;
 }
 
 QuoteTotals QuotePrice(const Table &quote, const QLocale &locale)

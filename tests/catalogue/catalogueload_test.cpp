@@ -212,6 +212,23 @@ TEST_F(CatalogueLoadTest, UnreadFileIsKeptUnderAFreshName)
     EXPECT_EQ(folder.fileNames().size(), 3);
 }
 
+TEST_F(CatalogueLoadTest, TheFirstKeptCopyHasNoSuffixAndASecondInTheSameSecondHasOne)
+{
+    writeDataFile("broken");
+    const QRegularExpression plain(QStringLiteral("^twdata-unread-(\\d{8}-\\d{6})\\.dat$"));
+
+    const QString first = QFileInfo(preserveUnreadCatalogue(dataFile())).fileName();
+    const QString second = QFileInfo(preserveUnreadCatalogue(dataFile())).fileName();
+
+    const QRegularExpressionMatch firstMatch = plain.match(first);
+    ASSERT_TRUE(firstMatch.hasMatch()) << first.toStdString();
+    const QString stamp = firstMatch.captured(1);
+    if (second.contains(stamp)) // the usual case: both copies within one second
+        EXPECT_EQ(second, QStringLiteral("twdata-unread-%1-2.dat").arg(stamp));
+    else
+        EXPECT_TRUE(plain.match(second).hasMatch()) << second.toStdString();
+}
+
 TEST_F(CatalogueLoadTest, UnreadCopyNameCarriesTodaysDate)
 {
     writeDataFile("x");

@@ -245,5 +245,45 @@ TEST(TableTest, SortsAHundredThousandRows)
     EXPECT_EQ(table.get(1, 1).asText(), QStringLiteral("P000000"));
 }
 
+/// 400 rows whose keys take only 7 values, in a scrambled order: far more rows than a sort
+/// that only happens to be stable on short ranges could keep in order.
+std::vector<Cell> manyEqualKeys(const std::function<Cell(int)> &keyOf)
+{
+    std::vector<Cell> cells;
+    for (int i = 0; i < 400; ++i)
+        cells.push_back(keyOf((i * 37 + 11) % 7));
+    return cells;
+}
+
+/// True when rows with equal keys (field 1, compared as text) are in their original order.
+bool equalKeysKeepTheirOrder(const Table &table)
+{
+    for (int row = 2; row <= table.rowCount(); ++row) {
+        const bool sameKey = table.get(row, 1) == table.get(row - 1, 1);
+        if (sameKey && table.get(row, 2).asNumber() < table.get(row - 1, 2).asNumber())
+            return false;
+    }
+    return true;
+}
+
+TEST(TableTest, TextSortKeepsTheOrderOfHundredsOfRowsWithEqualNames)
+{
+    const QStringList names { "Widget", "gadget", "Bolt", "nut", "Washer", "screw", "Pin" };
+    Table table = columnTable(manyEqualKeys([&](int k) { return Cell(names[k]); }));
+    table.sortRows(1, table.rowCount(), 1, Table::SortKind::Text, EnUs);
+    EXPECT_EQ(table.get(1, 1), Cell("Bolt"));
+    EXPECT_EQ(table.get(table.rowCount(), 1), Cell("Widget"));
+    EXPECT_TRUE(equalKeysKeepTheirOrder(table));
+}
+
+TEST(TableTest, NumberSortKeepsTheOrderOfHundredsOfRowsWithEqualPrices)
+{
+    Table table = columnTable(manyEqualKeys([](int k) { return Cell(QString::number(k * 2.5)); }));
+    table.sortRows(1, table.rowCount(), 1, Table::SortKind::Numeric, EnUs);
+    EXPECT_EQ(table.get(1, 1), Cell("0"));
+    EXPECT_EQ(table.get(table.rowCount(), 1), Cell("15"));
+    EXPECT_TRUE(equalKeysKeepTheirOrder(table));
+}
+
 } // namespace
 } // namespace tarnwick

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <cfloat>
+#include <cmath>
+#include <limits>
 
 namespace tarnwick {
 namespace {
@@ -120,6 +122,30 @@ TEST(ToInt16Test, AcceptsTheWholeRange)
     EXPECT_EQ(toInt16(Cell(qint32 { -32768 })), -32768);
     EXPECT_EQ(toInt16(Cell("-32768")), -32768);
     EXPECT_EQ(toInt16(Cell(-32768.5)), -32768); // the even neighbour is inside
+}
+
+TEST(ToDoubleTest, AnInfiniteOrNoNumberIsOverflow)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(errorNumberOf([&] { toDouble(Cell(infinity)); }), ErrorNumber::Overflow);
+    EXPECT_EQ(errorNumberOf([&] { toDouble(Cell(-infinity)); }), ErrorNumber::Overflow);
+    EXPECT_EQ(errorNumberOf([] { toDouble(Cell(std::nan(""))); }), ErrorNumber::Overflow);
+    EXPECT_EQ(errorNumberOf([] { conv::checkedDouble(1e308 * 10.0); }), ErrorNumber::Overflow);
+    EXPECT_EQ(conv::checkedDouble(1e308), 1e308);
+}
+
+TEST(ToSingleTest, ATextOfThreeHundredDigitsIsOverflow)
+{
+    const QString digits(300, QLatin1Char('9'));
+    EXPECT_EQ(errorNumberOf([&] { toSingle(Cell(digits)); }), ErrorNumber::Overflow);
+    EXPECT_EQ(errorNumberOf([] { toSingle(Cell("1e40")); }), ErrorNumber::Overflow);
+}
+
+TEST(ToInt32Test, ATenDigitQuantityIsOverflow)
+{
+    EXPECT_EQ(errorNumberOf([] { toInt32(Cell("1e10")); }), ErrorNumber::Overflow);
+    EXPECT_EQ(errorNumberOf([] { toInt32(Cell(2147483647.5)); }), ErrorNumber::Overflow);
+    EXPECT_EQ(toInt32(Cell(2147483647.0)), 2147483647);
 }
 
 TEST(ToInt16Test, OutsideTheRangeIsOverflow)

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 namespace tarnwick {
 namespace {
 
@@ -89,7 +92,7 @@ TEST(PercentFormatTest, ShowsHundredfoldWithTwoDecimals)
 {
     EXPECT_EQ(formatUs(Cell(0.05), "Percent"), QStringLiteral("5.00%"));
     EXPECT_EQ(formatUs(Cell(0.125), "Percent"), QStringLiteral("12.50%"));
-    EXPECT_EQ(formatUs(Cell(12.345), "Percent"), QStringLiteral("1,234.50%"));
+    EXPECT_EQ(formatUs(Cell(12.345), "Percent"), QStringLiteral("1234.50%"));
     EXPECT_EQ(formatUs(Cell(1.0), "percent"), QStringLiteral("100.00%"));
     EXPECT_EQ(formatUs(Cell(0.0), "PERCENT"), QStringLiteral("0.00%"));
     EXPECT_EQ(formatUs(Cell(-0.05), "percent"), QStringLiteral("-5.00%"));
@@ -100,7 +103,34 @@ TEST(PercentFormatTest, ShowsHundredfoldWithTwoDecimals)
 TEST(PercentFormatTest, UsesTheLocalesSeparators)
 {
     EXPECT_EQ(format(Cell(0.125), QStringLiteral("Percent"), deDE()), QStringLiteral("12,50%"));
-    EXPECT_EQ(format(Cell(12.345), QStringLiteral("Percent"), deDE()), QStringLiteral("1.234,50%"));
+    EXPECT_EQ(format(Cell(12.345), QStringLiteral("Percent"), deDE()), QStringLiteral("1234,50%"));
+}
+
+TEST(FormatTest, AnInfiniteOrNoNumberIsOverflowInEveryNamedFormat)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const char *name : { "Currency", "percent", "#,###", "$#,#00.00", "General Number" }) {
+        EXPECT_EQ(
+            testing::errorNumberOf([&] { formatUs(Cell(infinity), name); }), ErrorNumber::Overflow)
+            << name;
+        EXPECT_EQ(testing::errorNumberOf([&] { formatUs(Cell(std::nan("")), name); }),
+            ErrorNumber::Overflow)
+            << name;
+    }
+}
+
+TEST(PercentFormatTest, ShowsNoGroupSeparator)
+{
+    EXPECT_EQ(formatUs(Cell(72.8529), "percent"), QStringLiteral("7285.29%"));
+    EXPECT_EQ(formatUs(Cell(-1234.5), "percent"), QStringLiteral("-123450.00%"));
+}
+
+TEST(PercentFormatTest, RoundsTheExactValueHalfToEven)
+{
+    // 0.00165 is held as 0.00164999999..., so it is below the half: 0.16%.
+    EXPECT_EQ(formatUs(Cell(0.00165), "percent"), QStringLiteral("0.16%"));
+    // 0.06625 is held as 0.06625000000...03, just above the half: 6.63%.
+    EXPECT_EQ(formatUs(Cell(0.06625), "percent"), QStringLiteral("6.63%"));
 }
 
 TEST(WholeGroupedFormatTest, GroupsAWholeNumber)

@@ -54,6 +54,25 @@ TEST(ProductGridModelTest, GridRowIsTableRowMinusOneAndPricesShowAsCurrency)
     EXPECT_EQ(ProductGridModel::bookmarkOfRow(1), 2);
 }
 
+TEST(ProductGridModelTest, DelCharactersTypedIntoACellNeverReachTheTable)
+{
+    Table catalogue(1, ProductRecord::FieldCount);
+    ProductGridModel model(catalogue, EnUs);
+    model.setEditable(true);
+    const int partColumn = 0;
+    const int nameColumn = 1;
+    ASSERT_EQ(ProductGridModel::fieldOfColumn(partColumn), ProductRecord::PartNumber);
+    ASSERT_EQ(ProductGridModel::fieldOfColumn(nameColumn), ProductRecord::ProductName);
+
+    EXPECT_TRUE(model.setData(model.index(0, partColumn),
+        QStringLiteral("W-\x7f\x7f\x7f"
+                       "250")));
+    EXPECT_TRUE(model.setData(model.index(0, nameColumn), QStringLiteral("\x7fNew Widget\x7f")));
+
+    EXPECT_EQ(catalogue.get(1, ProductRecord::PartNumber), Cell("W-250"));
+    EXPECT_EQ(catalogue.get(1, ProductRecord::ProductName), Cell("New Widget"));
+}
+
 TEST(ProductGridModelTest, ReloadFollowsRowsAddedToTheTable)
 {
     Table catalogue(1, ProductRecord::FieldCount);

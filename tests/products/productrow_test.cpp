@@ -47,6 +47,12 @@ TEST_F(ProductRowTest, LoadScheduleCopiesTheFivePricePoints)
     EXPECT_TRUE(schedule.get(5, 1).isEmpty());
 }
 
+TEST_F(ProductRowTest, DelCharactersInThePriceBoxNeverReachTheTable)
+{
+    ProductRow::writeBack(catalogue, 1, { "12\x7f.5\x7f\x7f\x7f", "", "" }, schedule, EnUs);
+    EXPECT_EQ(catalogue.get(1, ProductRecord::Price), Cell("$12.50"));
+}
+
 TEST_F(ProductRowTest, WriteBackStoresThePriceAsCurrencyTextAndSortsTheSchedule)
 {
     schedule.put(1, 1, "100");

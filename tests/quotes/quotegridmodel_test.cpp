@@ -71,6 +71,18 @@ TEST_F(QuoteGridModelTest, ATypedQuantityRepricesTheLineAndAsksForTheTotals)
     EXPECT_EQ(shown(0, QuoteGridColumn::ExtPrice), QStringLiteral("$500.00"));
 }
 
+TEST_F(QuoteGridModelTest, AQuantityThatOverflowsIsTrappedAndNoCellShowsAnInfinity)
+{
+    add("A-100");
+    for (const QString &typed :
+        { QStringLiteral("1e40"), QString(300, QLatin1Char('9')), QStringLiteral("1e10") }) {
+        EXPECT_TRUE(model.setData(model.index(0, QuoteGridColumn::Quantity), typed));
+        EXPECT_EQ(shown(0, QuoteGridColumn::Quantity), typed);
+        EXPECT_EQ(shown(0, QuoteGridColumn::Price), QStringLiteral("$12.50"));
+        EXPECT_EQ(shown(0, QuoteGridColumn::ExtPrice), QStringLiteral("$0.00"));
+    }
+}
+
 TEST_F(QuoteGridModelTest, ATypedPriceIsKeptUntilTheQuantityChanges)
 {
     add("A-100");

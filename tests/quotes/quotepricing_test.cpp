@@ -1,5 +1,6 @@
 #include "quotefixture.h"
 
+#include "catalogue/productrecord.h"
 #include "products/discount.h"
 #include "products/quotetable.h"
 #include "quotes/quotelist.h"
@@ -80,6 +81,21 @@ TEST_F(QuotePricingTest, TheListTotalCarriesTheSinglePrecision)
     EXPECT_EQ(totals.percent, QStringLiteral("0.00%"));
 }
 
+// Worked out outside the program with float32 arithmetic: the list amounts 150000.01,
+// 150000.01 and 199.99 summed as singles, one line at a time, give 300200.03125; summed as
+// doubles they give 300200.01 (300200.0 once narrowed to a single at the end). The boxes show
+// the single-precision sum: a discount of 0.02125 -> "$0.02".
+TEST_F(QuotePricingTest, TheListTotalIsSummedLineByLineInSinglePrecision)
+{
+    add("F-600");
+    add("F-600");
+    add("C-300");
+    const QuoteTotals totals = QuotePricing::QuotePrice(quote, locale);
+    EXPECT_EQ(totals.total, QStringLiteral("$300,200.01"));
+    EXPECT_EQ(totals.discount, QStringLiteral("$0.02"));
+    EXPECT_EQ(totals.percent, QStringLiteral("0.00%"));
+}
+
 TEST_F(QuotePricingTest, ADiscountThatRoundsToZeroShowsNoSign)
 {
     // float32(100000.01) = 100000.0078125: the discount is -0.0021875.
@@ -109,6 +125,68 @@ TEST_F(QuotePricingTest, APriceAboveTheListPriceGivesANegativeDiscount)
     EXPECT_EQ(totals.total, QStringLiteral("$15.00"));
     EXPECT_EQ(totals.discount, QStringLiteral("($2.50)"));
     EXPECT_EQ(totals.percent, QStringLiteral("-20.00%"));
+}
+
+// A quantity the re-pricing cannot read as a 32-bit integer (it overflows) leaves the line at
+// an extended price of 0, and the same line adds nothing to the list total either, so the
+// boxes show the other lines' figures and never an infinity.
+void expectOnlyTheOtherLineCounts(const QuoteTotals &totals)
+{
+    EXPECT_EQ(totals.total, QStringLiteral("$12.50"));
+    EXPECT_EQ(totals.discount, QStringLiteral("$0.00"));
+    EXPECT_EQ(totals.percent, QStringLiteral("0.00%"));
+}
+
+TEST_F(QuotePricingTest, AQuantityBeyondTheSingleRangeAddsNothingToEitherTotal)
+{
+    add("A-100");
+    add("A-100");
+    typeQuantity(2, "1e40");
+    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0);
+    expectOnlyTheOtherLineCounts(QuotePricing::QuotePrice(quote, locale));
+}
+
+TEST_F(QuotePricingTest, AQuantityOfThreeHundredDigitsAddsNothingToEitherTotal)
+{
+    add("A-100");
+    add("A-100");
+    typeQuantity(2, QString(300, QLatin1Char('9')));
+    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0);
+    expectOnlyTheOtherLineCounts(QuotePricing::QuotePrice(quote, locale));
+}
+
+TEST_F(QuotePricingTest, AQuantityBeyondThe32BitRangeAddsNothingToEitherTotal)
+{
+    add("A-100");
+    add("A-100");
+    typeQuantity(2, "1e10");
+    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0);
+    expectOnlyTheOtherLineCounts(QuotePricing::QuotePrice(quote, locale));
+}
+
+TEST_F(QuotePricingTest, AListTotalBeyondTheSingleRangeLeavesThatLineOut)
+{
+    // 2e9 × 1e30 fits a double but not a single: the line's list amount is left out.
+    catalogue.put(1, ProductRecord::Price, "1e30");
+    add("B-200");
+    add("A-100");
+    quote.put(2, QuoteLine::Quantity, "2000000000");
+    const QuoteTotals totals = QuotePricing::QuotePrice(quote, locale);
+    EXPECT_FALSE(totals.total.contains(QStringLiteral("inf")));
+    EXPECT_EQ(totals.discount.left(2), QStringLiteral("($"));
+    EXPECT_FALSE(totals.percent.contains(QStringLiteral("nan")));
+    EXPECT_FALSE(totals.percent.contains(QStringLiteral("inf")));
+}
+
+TEST_F(QuotePricingTest, AShareBeyondTheDoubleRangeLeavesThePercentBoxEmpty)
+{
+    QuoteSums sums;
+    sums.total = -1e300;
+    sums.listTotal = 1e-30f; // the share 1e300 / 1e-30 overflows
+    const QuoteTotals totals = QuotePricing::texts(sums, locale);
+    EXPECT_TRUE(totals.total.startsWith(QStringLiteral("($1,000,000")));
+    EXPECT_TRUE(totals.discount.startsWith(QStringLiteral("$1,000,000")));
+    EXPECT_EQ(totals.percent, QString());
 }
 
 TEST_F(QuotePricingTest, TheRowChangeNotificationShowsZeroInTwoFormats)

@@ -137,6 +137,21 @@ TEST_F(StartupTest, WithoutAPasswordTheSplashWaitsFifteenTicks)
     EXPECT_FALSE(splash->isVisible());
 }
 
+TEST_F(StartupTest, TheSplashShowsTheMainWindowAtExactlyTheFifteenthTick)
+{
+    start();
+    splash->setTickInterval(3600000); // from here on only the ticks sent below count
+    ASSERT_FALSE(started);
+    ASSERT_EQ(splash->Tag.toInt(), 0) << "no tick may have passed during the start itself";
+    for (int tick = 1; tick < FrmSplash1::TicksToWait; ++tick) {
+        QMetaObject::invokeMethod(splash.get(), "Timer1_Timer", Qt::DirectConnection);
+        ASSERT_FALSE(started) << "the main window appeared after tick " << tick;
+    }
+    QMetaObject::invokeMethod(splash.get(), "Timer1_Timer", Qt::DirectConnection);
+    EXPECT_TRUE(started) << "the main window must appear at tick 15";
+    EXPECT_EQ(FrmSplash1::TicksToWait, 15);
+}
+
 TEST_F(StartupTest, ATagOf1000EndsTheWaitAtTheNextTick)
 {
     start();

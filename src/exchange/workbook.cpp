@@ -1,5 +1,6 @@
 #include "exchange/workbook.h"
 
+#include "exchange/gridworkbook.h"
 #include "exchange/textworkbook.h"
 #include "exchange/xlsworkbook.h"
 
@@ -24,6 +25,12 @@ WorkbookOpenResult openWorkbook(const QString &path)
             return WorkbookOpenResult { nullptr, int(file.error()), file.errorString() };
         }
         return WorkbookOpenResult { std::make_unique<TextWorkbook>(file.readAll()), 0, {} };
+    }
+    if (suffix == QLatin1String("xlsx")) {
+        return openXlsxWorkbook(path);
+    }
+    if (suffix == QLatin1String("ods")) {
+        return openOdsWorkbook(path);
     }
     return openXlsWorkbook(path);
 }

@@ -25,8 +25,9 @@ struct WorkbookOpenResult
     QString errorText;
 };
 
-/// Opens the first worksheet of the file: an Excel 97 workbook (".xls"), or tab-separated
-/// text (".txt", ".tab", ".tsv", as the export writes it).
+/// Opens the first worksheet of the file, chosen by its extension: an Office Open XML workbook
+/// (".xlsx"), an OpenDocument spreadsheet (".ods"), tab-separated text (".txt", ".tab", ".tsv",
+/// as the export writes it) or else an Excel 97 workbook (".xls").
 WorkbookOpenResult openWorkbook(const QString &path);
 
 /// The text of a number as a spreadsheet hands it over: the shortest form that reads back as

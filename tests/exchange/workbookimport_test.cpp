@@ -87,7 +87,7 @@ QStringList rowTexts(const Table &catalogue, int row)
 
 TEST(WorkbookReaders, CellsAsASpreadsheetHandsThemOver)
 {
-    for (const char *name : { "sample.xls", "sample.txt" }) {
+    for (const char *name : { "sample.xls", "sample.xlsx", "sample.ods", "sample.txt" }) {
         const auto workbook = open(name);
         ASSERT_TRUE(workbook);
         EXPECT_EQ(workbook->cellText(0, 1), "Part Number") << name;
@@ -220,12 +220,24 @@ TEST(WorkbookImport, UnmappedPartNumberImportsNothing)
     EXPECT_EQ(import.changes(), 0);
 }
 
-TEST(WorkbookImport, XlsAndExportedTextGiveTheSameCatalogue)
+TEST(WorkbookImport, EveryFormatGivesTheSameCatalogue)
 {
     const auto fromXls = importSample("sample.xls");
-    const auto fromText = importSample("sample.txt");
-    ASSERT_EQ(fromXls->catalogue.rowCount(), fromText->catalogue.rowCount());
-    for (int row = 1; row <= fromXls->catalogue.rowCount(); ++row) {
-        EXPECT_EQ(rowTexts(fromXls->catalogue, row), rowTexts(fromText->catalogue, row)) << row;
+    for (const char *name : { "sample.xlsx", "sample.ods", "sample.txt" }) {
+        const auto other = importSample(name);
+        ASSERT_EQ(fromXls->catalogue.rowCount(), other->catalogue.rowCount()) << name;
+        for (int row = 1; row <= fromXls->catalogue.rowCount(); ++row) {
+            EXPECT_EQ(rowTexts(fromXls->catalogue, row), rowTexts(other->catalogue, row))
+                << name << " row " << row;
+        }
+    }
+}
+
+TEST(WorkbookReaders, DamagedZippedWorkbooksGiveAnErrorNumber)
+{
+    for (const char *name : { "notaworkbook.xlsx", "notaworkbook.ods" }) {
+        const WorkbookOpenResult result = openWorkbook(dataFile(name));
+        EXPECT_FALSE(result.workbook) << name;
+        EXPECT_NE(result.errorNumber, 0) << name;
     }
 }

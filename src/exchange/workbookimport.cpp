@@ -91,6 +91,20 @@ void WorkbookImport::addProduct(const QString &partNumber)
     }
 }
 
+QString progressCaption(const QString &caption, int row)
+{
+    const QString wait = QStringLiteral("Please wait");
+    return caption != wait ? wait : QStringLiteral("%1 products analyzed").arg(row);
+}
+
+std::optional<QString> resultMessage(int changes)
+{
+    if (changes == 0) {
+        return std::nullopt;
+    }
+    return QStringLiteral("%1 changes have been made to the knowledge base.").arg(changes);
+}
+
 void finishImport(Table &catalogue, Products &products, int changes, const QLocale &locale)
 {
     products.setCount(products.Count() + changes);

@@ -8,6 +8,8 @@
 #include <QLocale>
 #include <QString>
 
+#include <optional>
+
 namespace tarnwick {
 
 /// Adds the rows of a worksheet at the end of the catalogue table whose part number the catalogue
@@ -48,6 +50,13 @@ private:
     int m_changes = 0;
     bool m_done = false;
 };
+
+/// The import window's caption at the next tick of its timer: "Please wait" and
+/// "<row> products analyzed" in turn.
+QString progressCaption(const QString &caption, int row);
+
+/// The message that reports the import, or nothing when no product was added.
+std::optional<QString> resultMessage(int changes);
 
 /// Counts the added products into Count and sorts the catalogue on the part number as at
 /// start-up (the table then holds exactly Count rows).

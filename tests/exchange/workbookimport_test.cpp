@@ -241,3 +241,30 @@ TEST(WorkbookReaders, DamagedZippedWorkbooksGiveAnErrorNumber)
         EXPECT_NE(result.errorNumber, 0) << name;
     }
 }
+
+TEST(WorkbookImport, ProgressCaptionAlternates)
+{
+    EXPECT_EQ(progressCaption("Update", 7), "Please wait");
+    EXPECT_EQ(progressCaption("Please wait", 7), "7 products analyzed");
+    EXPECT_EQ(progressCaption("7 products analyzed", 9), "Please wait");
+}
+
+TEST(WorkbookImport, ResultMessageOnlyWhenSomethingWasAdded)
+{
+    EXPECT_FALSE(resultMessage(0).has_value());
+    EXPECT_EQ(resultMessage(3), "3 changes have been made to the knowledge base.");
+}
+
+TEST(WorkbookImport, StoppingBetweenRowsKeepsWhatWasAdded)
+{
+    Table catalogue(0, P::FieldCount);
+    const auto workbook = open("sample.ods");
+    ASSERT_TRUE(workbook);
+    WorkbookImport import(*workbook, catalogue, sampleLetters(), true, EnUs);
+    EXPECT_TRUE(import.step());
+    EXPECT_TRUE(import.step());
+    EXPECT_EQ(import.currentRow(), 4);
+    EXPECT_EQ(import.changes(), 2);
+    EXPECT_EQ(catalogue.rowCount(), 2);
+    EXPECT_EQ(catalogue.get(2, P::PartNumber).asText(), "AB-101");
+}

@@ -1,0 +1,141 @@
+#include "exchange/handheldexport.h"
+
+#include "catalogue/cataloguetext.h"
+#include "catalogue/productrecord.h"
+#include "core/conversions.h"
+#include "core/formats.h"
+#include "products/priceschedule.h"
+
+#include <QDir>
+
+namespace tarnwick::HandheldExport {
+
+namespace {
+
+// The longest file name most file systems accept, in bytes; ".CSV" and ".pdb" are added.
+constexpr int MaxFileNameBytes = 255;
+constexpr int ExtensionLength = 4;
+
+QString plainText(const Cell &cell, const QLocale &locale)
+{
+    return cell.isNull() ? QString() : conv::toText(cell, locale);
+}
+
+QString quoted(const QString &text)
+{
+    return QLatin1Char('"') + text + QLatin1Char('"');
+}
+
+bool hasRefusedCharacter(const QString &name)
+{
+    static const QString refused = QStringLiteral("/\\:*?\"<>|");
+    for (const QChar c : name) {
+        if (refused.contains(c) || c.unicode() < 32) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+QString headerLine()
+{
+    return QStringLiteral("Quote,Cat Number,Description,Price,Includes,Notes,Discounts");
+}
+
+QString commaRule(const QString &text)
+{
+    if (!text.contains(QLatin1Char(','))) {
+        return text;
+    }
+    QString result = text;
+    result.replace(QLatin1Char(','), QLatin1Char(' '));
+    result.replace(QLatin1Char('"'), QLatin1Char(' '));
+    return result;
+}
+
+QString productLine(const Table &catalogue, int row, const QLocale &locale)
+{
+    namespace P = ProductRecord;
+    const QStringList fields {
+        QStringLiteral("0"),
+        commaRule(plainText(catalogue.get(row, P::PartNumber), locale)),
+        commaRule(plainText(catalogue.get(row, P::ProductName), locale)),
+        quoted(format(catalogue.get(row, P::Price), QStringLiteral("currency"), locale)),
+        quoted(plainText(catalogue.get(row, P::Includes), locale)),
+        quoted(plainText(catalogue.get(row, P::Notes), locale)),
+        PriceSchedule::creatdiscs(catalogue, row, locale),
+    };
+    return fields.join(QLatin1Char(','));
+}
+
+QByteArray csvBytes(const Table &catalogue, const std::vector<int> &rows, const QLocale &locale)
+{
+    const QString lineEnd = QStringLiteral("\r\n");
+    QString text = headerLine() + lineEnd;
+    for (const int row : rows) {
+        text += productLine(catalogue, row, locale) + lineEnd;
+    }
+    return encodeCatalogueText(text);
+}
+
+std::vector<int> allRows(const Table &catalogue)
+{
+    std::vector<int> rows;
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+std::vector<int> selectedRows(const std::vector<int> &selection, int currentRow)
+{
+    std::vector<int> rows = selection;
+    if (currentRow > 0 && std::find(rows.begin(), rows.end(), currentRow) == rows.end()) {
+        rows.push_back(currentRow);
+    }
+    return rows;
+}
+
+std::optional<QString> groupNameProblem(const QString &name)
+{
+    if (name.trimmed().isEmpty()) {
+        return QStringLiteral("Please give the group a name.");
+    }
+    if (name.contains(QStringLiteral("..")) || hasRefusedCharacter(name)) {
+        return QStringLiteral("The group name \"%1\" cannot be used as a file name. Please leave "
+                              "out the characters / \\ : * ? \" < > | and \"..\".")
+            .arg(name);
+    }
+    if (name.toUtf8().size() + ExtensionLength > MaxFileNameBytes) {
+        return QStringLiteral("The group name is too long to be used as a file name.");
+    }
+    return std::nullopt;
+}
+
+QString csvPath(const QString &appFolder, const QString &group)
+{
+    return QDir(appFolder).filePath(group + QStringLiteral(".CSV"));
+}
+
+QString pdbPath(const QString &appFolder, const QString &group)
+{
+    return QDir(appFolder).filePath(group + QStringLiteral(".pdb"));
+}
+
+ConverterCommand converterCommand(const QString &appFolder, const QString &group)
+{
+    const QDir folder(appFolder);
+    const auto inBraces = [](const QString &text) { return QLatin1Char('{') + text + '}'; };
+    return ConverterCommand { folder.filePath(QStringLiteral("Handdesk.exe")),
+        { QStringLiteral("COMMAND:TOPDB"),
+            QStringLiteral("PDB:INFILE:") + inBraces(csvPath(appFolder, group)),
+            QStringLiteral("PDB:OUTFILE:") + inBraces(pdbPath(appFolder, group)),
+            QStringLiteral("PDB:DBNAME:") + inBraces(group),
+            QStringLiteral("PDB:USEEXISTING:")
+                + inBraces(folder.filePath(QStringLiteral("prodnocog.pjt"))),
+            QStringLiteral("PDB:FIELDNAMES"), QStringLiteral("PDB:AUTOINSTALL:{0}") } };
+}
+
+} // namespace tarnwick::HandheldExport

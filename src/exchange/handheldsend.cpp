@@ -1,0 +1,76 @@
+#include "exchange/handheldsend.h"
+
+#include "exchange/handheldexport.h"
+#include "platform/appenvironment.h"
+#include "platform/ihelpviewer.h"
+#include "platform/iprocesslauncher.h"
+#include "platform/iprompts.h"
+
+#include <QFile>
+#include <QSaveFile>
+
+namespace tarnwick::HandheldExport {
+
+namespace {
+
+const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
+
+bool askToSend(IPrompts &prompts, bool hasSelection)
+{
+    const QString question = hasSelection
+        ? QStringLiteral("Send selected products to Palm Computer?")
+        : QStringLiteral("Send products shown to palm computer?");
+    return prompts.msgBox(question, MsgStyle::OkCancel + MsgStyle::Question) == MsgResult::Ok;
+}
+
+bool writeCsv(IPrompts &prompts, const QString &path, const QByteArray &bytes)
+{
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
+        return true;
+    }
+    prompts.msgBox(QStringLiteral("Error creating file for Palm application"), MsgStyle::OkOnly,
+        QStringLiteral("Error:") + QString::number(static_cast<int>(file.error())));
+    return false;
+}
+
+} // namespace
+
+SendResult Palmpilot(AppServices &services, const Table &catalogue,
+    const std::vector<int> &selection, int currentRow, const QLocale &locale)
+{
+    if (!askToSend(services.prompts, !selection.empty())) {
+        return SendResult::NotAsked;
+    }
+    const QString group =
+        services.prompts.inputBox(QStringLiteral("What should this group of products be called?"),
+            QStringLiteral("Palmpilot category"), QStringLiteral("Products"));
+    if (group.isEmpty()) {
+        return SendResult::NotAsked;
+    }
+    if (const auto problem = groupNameProblem(group)) {
+        services.prompts.msgBox(*problem, MsgStyle::OkOnly + MsgStyle::Exclamation,
+            QStringLiteral("Palmpilot category"));
+        return SendResult::RefusedName;
+    }
+    const QString folder = services.environment.appFolder();
+    const std::vector<int> rows =
+        selection.empty() ? allRows(catalogue) : selectedRows(selection, currentRow);
+    if (!writeCsv(services.prompts, csvPath(folder, group), csvBytes(catalogue, rows, locale))) {
+        return SendResult::WriteFailed;
+    }
+    const ConverterCommand command = converterCommand(folder, group);
+    if (!services.launcher.startDetached(command.program, command.arguments, folder)) {
+        services.help.showContext(
+            services.environment.pathInAppFolder(HelpFileName), ConverterHelpContext);
+        return SendResult::ConverterFailed;
+    }
+    services.prompts.msgBox(
+        QStringLiteral("After you hotsync the selected products will be in your Palmpilot."),
+        MsgStyle::OkOnly, QStringLiteral("Success"));
+    QFile::remove(pdbPath(folder, group));
+    QFile::remove(csvPath(folder, group));
+    return SendResult::Sent;
+}
+
+} // namespace tarnwick::HandheldExport

@@ -1,0 +1,107 @@
+#include "exchange/spreadsheetexport.h"
+
+#include "catalogue/cataloguetext.h"
+#include "catalogue/productrecord.h"
+#include "core/conversions.h"
+#include "core/formats.h"
+#include "platform/ifiledialogs.h"
+#include "platform/iprompts.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace tarnwick::SpreadsheetExport {
+
+namespace {
+
+using ProductRecord::FieldCount;
+constexpr int PriceField = ProductRecord::Price;
+
+QString fieldText(const Cell &cell, int field, const QLocale &locale)
+{
+    if (field == PriceField) {
+        return format(cell, QStringLiteral("currency"), locale);
+    }
+    if (cell.isNull()) {
+        return QString();
+    }
+    return conv::toText(cell, locale);
+}
+
+QString entryLine(const Table &catalogue, int row, const QLocale &locale)
+{
+    QStringList fields;
+    for (int field = 1; field <= FieldCount; ++field) {
+        const Cell &cell = field <= catalogue.fieldCount() ? catalogue.get(row, field) : Cell();
+        fields << fieldText(cell, field, locale);
+    }
+    return fields.join(QLatin1Char('\t'));
+}
+
+bool hasPartNumber(const Cell &cell)
+{
+    return !cell.isNull() && !cell.isBlank();
+}
+
+} // namespace
+
+QStringList headerWords()
+{
+    QStringList words;
+    for (int field = 1; field <= FieldCount; ++field) {
+        words << ProductRecord::fieldCaption(field);
+    }
+    return words;
+}
+
+QByteArray exportBytes(const Table &catalogue, const QLocale &locale)
+{
+    const QString lineEnd = QStringLiteral("\r\n");
+    QString text = headerWords().join(QLatin1Char('\t')) + lineEnd;
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
+        if (hasPartNumber(catalogue.get(row, 1))) {
+            text += entryLine(catalogue, row, locale) + lineEnd;
+        }
+    }
+    return encodeCatalogueText(text);
+}
+
+std::optional<QString> chooseFile(IFileDialogs &dialogs, IPrompts &prompts)
+{
+    FileDialogRequest request;
+    request.filter =
+        QStringLiteral("All Files (*.*)|*.*|Text Files(*.txt)|*.txt|Excel Files (*.xls)|*.xls");
+    request.filterIndex = 3;
+    for (;;) {
+        const std::optional<FileDialogResult> chosen = dialogs.getSaveFile(request);
+        if (!chosen || chosen->path.isEmpty()) {
+            return std::nullopt;
+        }
+        if (!QFileInfo::exists(chosen->path)) {
+            return chosen->path;
+        }
+        const int answer = prompts.msgBox(QStringLiteral("Overwrite existing file?"),
+            MsgStyle::YesNo + MsgStyle::Question, QStringLiteral("Overwrite?"));
+        if (answer == MsgResult::Yes) {
+            QFile::remove(chosen->path);
+            return chosen->path;
+        }
+        request.fileName = chosen->path;
+    }
+}
+
+std::optional<QString> writeFile(const QString &path, const Table &catalogue, const QLocale &locale)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return file.errorString();
+    }
+    file.write(exportBytes(catalogue, locale));
+    if (!file.commit()) {
+        return file.errorString();
+    }
+    return std::nullopt;
+}
+
+} // namespace tarnwick::SpreadsheetExport

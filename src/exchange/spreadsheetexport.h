@@ -1,0 +1,38 @@
+#pragma once
+
+#include "catalogue/table.h"
+
+#include <QByteArray>
+#include <QLocale>
+#include <QString>
+
+#include <optional>
+
+namespace tarnwick {
+
+class IFileDialogs;
+class IPrompts;
+
+namespace SpreadsheetExport {
+
+/// The fifteen header words of the export, in catalogue field order.
+QStringList headerWords();
+
+/// The whole export file: the header line, then one line per catalogue entry whose part
+/// number is neither null nor empty. Fields are joined by one tab, lines end in CR LF, nothing
+/// is quoted or escaped. The list price is written in the "currency" format, every other
+/// field as its text. Characters are encoded as the catalogue file encodes them.
+QByteArray exportBytes(const Table &catalogue, const QLocale &locale);
+
+/// Asks for the export file with the save dialog. An existing file is replaced only after
+/// "Overwrite existing file?" is answered Yes (then it is deleted); No shows the dialog again.
+/// A cancelled dialog gives no file.
+std::optional<QString> chooseFile(IFileDialogs &dialogs, IPrompts &prompts);
+
+/// Writes exportBytes to path. Returns the error text when the file could not be written.
+std::optional<QString> writeFile(
+    const QString &path, const Table &catalogue, const QLocale &locale);
+
+} // namespace SpreadsheetExport
+
+} // namespace tarnwick

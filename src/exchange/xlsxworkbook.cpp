@@ -1,0 +1,153 @@
+#include "exchange/gridworkbook.h"
+#include "exchange/ziparchive.h"
+
+#include <QStringList>
+#include <QXmlStreamReader>
+
+namespace tarnwick {
+
+namespace {
+
+WorkbookOpenResult damaged()
+{
+    return WorkbookOpenResult { nullptr, 1, QStringLiteral("This file is not an Excel 97 file.") };
+}
+
+/// The text of every <t> inside the current element, which the reader has just entered.
+QString textsUntilEnd(QXmlStreamReader &xml)
+{
+    QString text;
+    const QString element = xml.name().toString();
+    while (!xml.atEnd() && !(xml.isEndElement() && xml.name() == element)) {
+        xml.readNext();
+        if (xml.isStartElement() && xml.name() == QLatin1String("t")) {
+            text += xml.readElementText();
+        }
+    }
+    return text;
+}
+
+QStringList sharedStrings(const QByteArray &bytes)
+{
+    QStringList strings;
+    QXmlStreamReader xml(bytes);
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("si")) {
+            strings << textsUntilEnd(xml);
+        }
+    }
+    return strings;
+}
+
+/// "BC12" gives column 54 and row 12; false when the reference cannot be read.
+bool parseReference(const QString &reference, int &column, int &row)
+{
+    column = 0;
+    int i = 0;
+    for (; i < reference.size() && reference[i].isLetter(); ++i) {
+        column = column * 26 + (reference[i].toUpper().unicode() - 'A' + 1);
+    }
+    bool ok = false;
+    row = reference.mid(i).toInt(&ok);
+    --column;
+    return ok && i > 0 && column >= 0 && row >= 1;
+}
+
+QString cellValue(const QString &type, const QString &value, const QStringList &strings)
+{
+    if (type == QLatin1String("s")) {
+        const int index = value.toInt();
+        return index >= 0 && index < strings.size() ? strings[index] : QString();
+    }
+    if (type == QLatin1String("b")) {
+        return value == QLatin1String("1") ? QStringLiteral("TRUE") : QStringLiteral("FALSE");
+    }
+    bool isNumber = false;
+    const double number = value.toDouble(&isNumber);
+    if ((type.isEmpty() || type == QLatin1String("n")) && isNumber) {
+        return numberCellText(number);
+    }
+    return value;
+}
+
+/// Reads one <c> element into the workbook.
+void readCell(QXmlStreamReader &xml, const QStringList &strings, GridWorkbook &book)
+{
+    int column = 0;
+    int row = 0;
+    if (!parseReference(xml.attributes().value(QLatin1String("r")).toString(), column, row)) {
+        xml.skipCurrentElement();
+        return;
+    }
+    const QString type = xml.attributes().value(QLatin1String("t")).toString();
+    QString value;
+    while (xml.readNextStartElement()) {
+        if (xml.name() == QLatin1String("v")) {
+            value = xml.readElementText();
+        } else if (xml.name() == QLatin1String("is")) {
+            value = textsUntilEnd(xml);
+        } else {
+            xml.skipCurrentElement();
+        }
+    }
+    book.setCell(
+        column, row, type == QLatin1String("inlineStr") ? value : cellValue(type, value, strings));
+}
+
+/// The member name of the first worksheet, from the workbook and its relationships.
+QString firstSheetMember(const QString &path)
+{
+    const auto workbook = readZipMember(path, QStringLiteral("xl/workbook.xml"));
+    const auto rels = readZipMember(path, QStringLiteral("xl/_rels/workbook.xml.rels"));
+    if (!workbook || !rels) {
+        return QString();
+    }
+    QString id;
+    QXmlStreamReader xml(*workbook);
+    while (!xml.atEnd() && id.isEmpty()) {
+        if (xml.readNext() == QXmlStreamReader::StartElement
+            && xml.name() == QLatin1String("sheet")) {
+            for (const auto &attribute : xml.attributes()) {
+                if (attribute.name() == QLatin1String("id")) {
+                    id = attribute.value().toString();
+                }
+            }
+        }
+    }
+    QXmlStreamReader relations(*rels);
+    while (!relations.atEnd()) {
+        if (relations.readNext() == QXmlStreamReader::StartElement
+            && relations.attributes().value(QLatin1String("Id")) == id) {
+            const QString target = relations.attributes().value(QLatin1String("Target")).toString();
+            return target.startsWith(QLatin1Char('/')) ? target.mid(1)
+                                                       : QStringLiteral("xl/") + target;
+        }
+    }
+    return QString();
+}
+
+} // namespace
+
+WorkbookOpenResult openXlsxWorkbook(const QString &path)
+{
+    const QString member = firstSheetMember(path);
+    const auto sheet = member.isEmpty() ? std::nullopt : readZipMember(path, member);
+    if (!sheet) {
+        return damaged();
+    }
+    const auto stringBytes = readZipMember(path, QStringLiteral("xl/sharedStrings.xml"));
+    const QStringList strings = stringBytes ? sharedStrings(*stringBytes) : QStringList();
+    auto book = std::make_unique<GridWorkbook>();
+    QXmlStreamReader xml(*sheet);
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("c")) {
+            readCell(xml, strings, *book);
+        }
+    }
+    if (xml.hasError()) {
+        return damaged();
+    }
+    return WorkbookOpenResult { std::move(book), 0, {} };
+}
+
+} // namespace tarnwick

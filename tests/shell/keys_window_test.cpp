@@ -71,6 +71,12 @@ protected:
             QTest::keyClick(QApplication::focusWidget(), ch.toLatin1());
     }
     static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+    /// Enter commits the cell on the next pass of the event loop; waits for that only.
+    static void enter(const GridView *view)
+    {
+        press(Qt::Key_Return);
+        ASSERT_TRUE(QTest::qWaitFor([view] { return !view->isEditing(); }, 2000));
+    }
     static void clickCell(QTableView *view, int row, int column)
     {
         const QRect cell = view->visualRect(view->model()->index(row, column));
@@ -109,8 +115,7 @@ TEST_F(KeysWindowTest, ANewProductTypedAtOnceAfterAClickLandsInItsOwnCells)
     type(QStringLiteral("W-250"));
     press(Qt::Key_Tab);
     type(QStringLiteral("New Widget"));
-    press(Qt::Key_Return);
-    EXPECT_FALSE(grid->isEditing());
+    enter(grid);
     button("Edit")->trigger();
     const int row = rowOfPart(QStringLiteral("W-250"));
     ASSERT_EQ(row, 2);
@@ -126,7 +131,7 @@ TEST_F(KeysWindowTest, KeysTypedAtOnceAfterClickingAnotherProductsCellLandInThat
     clickCell(grid, 2, 1);
     clickCell(grid, 2, 1);
     type(QStringLiteral("Clamp XL"));
-    press(Qt::Key_Return);
+    enter(grid);
     EXPECT_EQ(catalogue().get(3, 2), Cell("Clamp XL"));
     EXPECT_EQ(catalogue().get(1, 2), Cell("Anchor"));
     EXPECT_EQ(catalogue().get(2, 2), Cell("Bolt"));
@@ -138,7 +143,7 @@ TEST_F(KeysWindowTest, AQuantityTypedAtOnceAfterClickingTheCurrentQuantityCellIs
     quoteGrid->setCurrentIndex(quoteGrid->model()->index(0, QuoteGridColumn::Quantity));
     clickCell(quoteGrid, 0, QuoteGridColumn::Quantity);
     type(QStringLiteral("10"));
-    press(Qt::Key_Return);
+    enter(quoteGrid);
     EXPECT_EQ(quoteCell(0, QuoteGridColumn::Quantity), QStringLiteral("10"));
     EXPECT_EQ(quoteCell(0, QuoteGridColumn::ExtPrice), QStringLiteral("$25.00"));
     EXPECT_EQ(window->ui().TxtTotal->text(), QStringLiteral("$25.00"));
@@ -150,7 +155,7 @@ TEST_F(KeysWindowTest, AfterAddToQuoteTheTypedNumberIsTheNewLinesQuantity)
     addToQuote(1); // B-200 Bolt 2.50
     EXPECT_EQ(quoteGrid->currentIndex(), quoteGrid->model()->index(1, QuoteGridColumn::Quantity));
     type(QStringLiteral("10"));
-    press(Qt::Key_Return);
+    enter(quoteGrid);
     EXPECT_EQ(quoteCell(1, QuoteGridColumn::PartNumber), QStringLiteral("B-200"));
     EXPECT_EQ(quoteCell(1, QuoteGridColumn::Quantity), QStringLiteral("10"));
     EXPECT_EQ(quoteCell(1, QuoteGridColumn::ExtPrice), QStringLiteral("$25.00"));

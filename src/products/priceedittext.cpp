@@ -1,4 +1,4 @@
-#include "products/celledittext.h"
+#include "products/priceedittext.h"
 
 #include "core/cell.h"
 #include "core/conversions.h"
@@ -18,8 +18,8 @@ namespace {
 QString shortestSingleText(float value, const QLocale &locale)
 {
     std::array<char, 64> buffer {};
-    const auto [end, error] =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
+    const auto [end, error] = std::to_chars(
+        buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
     if (error != std::errc())
         return QString::number(double(value));
     QString text;
@@ -35,14 +35,12 @@ QString shortestSingleText(float value, const QLocale &locale)
 }
 } // namespace
 
-QString cellEditText(const Cell &cell, const QLocale &locale)
+QString priceEditText(const Cell &cell, const QLocale &locale)
 {
     const double number = cell.asNumber();
-    const bool single = cell.kind() == Cell::Kind::Single
-        || (cell.kind() == Cell::Kind::Double && std::isfinite(number)
-            && std::fabs(number) <= double(std::numeric_limits<float>::max())
-            && double(float(number)) == number);
-    if (single && std::isfinite(number))
+    const bool price = cell.kind() == Cell::Kind::Single || cell.kind() == Cell::Kind::Double;
+    if (price && std::isfinite(number)
+        && std::fabs(number) <= double(std::numeric_limits<float>::max()))
         return shortestSingleText(float(number), locale);
     return conv::toText(cell, locale);
 }

@@ -5,6 +5,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "products/priceedittext.h"
 
 #include <array>
 
@@ -85,7 +86,8 @@ QVariant ProductGridModel::data(const QModelIndex &index, int role) const
         return format.isEmpty() ? conv::toText(cell, m_locale)
                                 : tarnwick::format(cell, format, m_locale);
     if (role == Qt::EditRole)
-        return conv::toText(cell, m_locale);
+        return format == QLatin1String("Currency") ? priceEditText(cell, m_locale)
+                                                   : conv::toText(cell, m_locale);
     if (role == Qt::TextAlignmentRole && !format.isEmpty())
         return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
     return {};

@@ -3,6 +3,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "products/priceedittext.h"
 
 namespace tarnwick {
 
@@ -47,7 +48,7 @@ QVariant ScheduleModel::data(const QModelIndex &index, int role) const
     if (role == Qt::DisplayRole)
         return format(cell, columnFormat(index.column()), m_locale);
     if (role == Qt::EditRole)
-        return conv::toText(cell, m_locale);
+        return index.column() == 1 ? priceEditText(cell, m_locale) : conv::toText(cell, m_locale);
     if (role == Qt::TextAlignmentRole)
         return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
     return {};

@@ -3,6 +3,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "products/priceedittext.h"
 #include "products/quotetable.h"
 #include "quotes/quotelist.h"
 
@@ -61,7 +62,10 @@ QVariant QuoteGridModel::data(const QModelIndex &index, int role) const
         return format.isEmpty() ? conv::toText(cell, m_locale)
                                 : tarnwick::format(cell, format, m_locale);
     if (role == Qt::EditRole)
-        return conv::toText(cell, m_locale);
+        return index.column() == QuoteGridColumn::Price
+                || index.column() == QuoteGridColumn::ExtPrice
+            ? priceEditText(cell, m_locale)
+            : conv::toText(cell, m_locale);
     if (role == Qt::TextAlignmentRole && index.column() >= QuoteGridColumn::Price)
         return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
     return {};

@@ -129,6 +129,11 @@ void frmMain::watchMouse()
         widget->setMouseTracking(true);
         widget->installEventFilter(this);
     }
+    // The toolbar's buttons cover most of it: moving over them clears the status bar too.
+    for (QWidget *button : m_actions->toolBar()->findChildren<QWidget *>()) {
+        button->setMouseTracking(true);
+        button->installEventFilter(this);
+    }
     for (QLineEdit *box : findChildren<QLineEdit *>()) {
         connect(box, &QLineEdit::selectionChanged, this, [this, box] { rememberSelection(box); });
         box->installEventFilter(this);

@@ -147,6 +147,11 @@ void frmMain::FraQuote_MouseMove()
 
 void frmMain::FraQuote_MouseDown(Qt::MouseButton Button, const QPoint &globalPosition)
 {
+    // A press that the quote grid let through (its corner button ignores right clicks) is
+    // not a click on the frame.
+    const QWidget *under = m_ui.FraQuote->childAt(m_ui.FraQuote->mapFromGlobal(globalPosition));
+    if (under && (under == m_ui.GrdQuote || m_ui.GrdQuote->isAncestorOf(under)))
+        return;
     if (Button == Qt::RightButton)
         m_actions->mnuQuote()->popup(globalPosition);
 }
@@ -175,7 +180,7 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
             Form_MouseMove();
         else if (watched == m_ui.FraQuote)
             FraQuote_MouseMove();
-        else if (watched == m_actions->toolBar())
+        else if (watched == m_actions->toolBar() || watched->parent() == m_actions->toolBar())
             tbToolBar_MouseMove();
     } else if (watched == m_ui.FraQuote && type == QEvent::MouseButtonPress) {
         FraQuote_MouseDown(mouse->button(), mouse->globalPosition().toPoint());

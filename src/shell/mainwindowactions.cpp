@@ -123,7 +123,13 @@ void MainWindowActions::createToolBar(QMainWindow *window)
         button->setToolTip(QObject::tr(entry.toolTip));
         m_buttons.insert(key, button);
     }
-    m_buttons.value(QStringLiteral("Edit"))->setCheckable(true);
+    QAction *editButton = m_buttons.value(QStringLiteral("Edit"));
+    editButton->setCheckable(true);
+    // Products → Edit carries the button's state as its check mark, whichever of the two
+    // the user pressed.
+    QAction *editItem = action(QStringLiteral("mnuEditProd"));
+    editItem->setCheckable(true);
+    QObject::connect(editButton, &QAction::toggled, editItem, &QAction::setChecked);
 }
 
 QAction *MainWindowActions::action(const QString &name) const

@@ -74,7 +74,7 @@ void MainWindowUi::setupUi(QMainWindow *window)
     Frame1->setCursor(Qt::SplitHCursor);
     Frame1->setAccessibleName(QObject::tr("Splitter between products and details"));
     SSTabmain = named(new QTabWidget(Client), "SSTabmain");
-    SSTabmain->addTab(createProductPage(SSTabmain), QObject::tr("P&roduct"));
+    SSTabmain->addTab(createProductPage(SSTabmain), QObject::tr("Pr&oduct"));
     SSTabmain->addTab(createQuotePage(SSTabmain), QObject::tr("&Quote"));
     window->setCentralWidget(Client);
     QWidget::setTabOrder(GrdMain, SSTabmain);
@@ -92,7 +92,7 @@ QWidget *MainWindowUi::createProductPage(QWidget *parent)
     FraPrice = named(new QGroupBox(QObject::tr("Price"), page), "FraPrice");
     TxtPrice = named(new QLineEdit(FraPrice), "TxtPrice");
     TxtPrice->setReadOnly(true);
-    auto *priceLabel = new QLabel(QObject::tr("List &price:"), FraPrice);
+    auto *priceLabel = new QLabel(QObject::tr("List pri&ce:"), FraPrice);
     priceLabel->setBuddy(TxtPrice);
     LblPriceSchedule =
         named(new QLabel(QObject::tr("Price Schedule"), FraPrice), "LblPriceSchedule");

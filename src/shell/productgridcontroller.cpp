@@ -28,9 +28,11 @@ namespace tarnwick {
 namespace {
 /// The price schedule's columns: quantity and unit price.
 constexpr int ScheduleFields = 2;
+/// A click on the current cell opens no editor: Qt delays that editor by the double-click
+/// time, and keys typed meanwhile would go to the grid's keyboard search and move the current
+/// row. Typing opens the editor on the cell clicked, with the first key in it.
 constexpr QAbstractItemView::EditTriggers EditTriggers = QAbstractItemView::DoubleClicked
-    | QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed
-    | QAbstractItemView::SelectedClicked;
+    | QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed;
 } // namespace
 
 ProductGridController::ProductGridController(const AppServices &services, Module1 &module,
@@ -98,7 +100,9 @@ void ProductGridController::GrdMain_RowColChange(
         // Also when only the column changed: the row is shown again below, and what was typed
         // into the side boxes must be in the table first.
         writeBackRow(ProductGridModel::bookmarkOfRow(previous.row()));
-    } else if (!writeBack && current.isValid() && current.column() != 0) {
+    } else if (!editMode() && current.isValid() && current.column() != 0) {
+        // Outside edit mode the cursor stays in the first column; in edit mode (also on a
+        // fresh row) it goes to the cell the user chose, so the keys land there.
         m_repositioning = true;
         m_ui.GrdMain->setCurrentIndex(current.siblingAtColumn(0));
         m_repositioning = false;
@@ -136,9 +140,9 @@ void ProductGridController::showCurrentRow()
 
 void ProductGridController::GrdMain_HeadClick(int ColIndex)
 {
-    // The cell edit in progress is dropped; what was typed into the side boxes is stored in
-    // its own row before the rows move, so the sort costs nothing that was typed there.
-    m_ui.GrdMain->discardPendingEdit();
+    // The cell edit in progress and what was typed into the side boxes are stored in their own
+    // row, as leaving the row stores them, before the rows move: the sort costs nothing typed.
+    m_ui.GrdMain->commitPendingEdit();
     if (editMode() && m_gridTag != AddingNew)
         writeBackRow(currentBookmark());
     ProductCommands::sortCatalogue(m_module.Catalogue(), m_module.AllProducts(),
@@ -252,6 +256,15 @@ void ProductGridController::clearSideBoxes()
     m_ui.Txtnotes->clear();
 }
 
+void ProductGridController::showNoRow()
+{
+    m_repositioning = true;
+    m_ui.GrdMain->selectionModel()->clear();
+    m_repositioning = false;
+    clearSideBoxes();
+    ClearPrice();
+}
+
 void ProductGridController::ClearPrice()
 {
     m_ui.PriceSchedule->discardPendingEdit();
@@ -311,7 +324,7 @@ void ProductGridController::deleteProduct()
     ProductCommands::deleteProduct(m_module.Catalogue(), m_module.AllProducts(), currentBookmark());
     // No row stays current: the emptied side boxes must not be written into another product.
     MainRefresh(false);
-    clearSideBoxes();
+    showNoRow();
 }
 
 void ProductGridController::deleteAllProducts()
@@ -322,8 +335,7 @@ void ProductGridController::deleteAllProducts()
         return;
     ProductCommands::deleteAll(m_module.Catalogue(), m_module.AllProducts());
     MainRefresh(false);
-    clearSideBoxes();
-    ClearPrice();
+    showNoRow();
 }
 
 void ProductGridController::findProduct(IShellDialogs &dialogs)

@@ -77,6 +77,8 @@ protected:
 private:
     void setSideBoxesLocked(bool locked);
     void clearSideBoxes();
+    /// Leaves the grid with no current row and empty side boxes and schedule.
+    void showNoRow();
     void setEditMode(bool on);
     void writeBackRow(int row);
     void popUpGridMenu(const QPoint &globalPosition);

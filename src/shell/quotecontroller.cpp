@@ -42,8 +42,10 @@ void QuoteController::bind()
     QTableView *grid = m_ui.GrdQuote;
     grid->setModel(m_model);
     grid->setSelectionBehavior(QAbstractItemView::SelectItems);
+    // No editor on a click of the current cell: Qt would open it only after the double-click
+    // time and send the keys typed meanwhile to the keyboard search. Typing opens it.
     grid->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed
-        | QAbstractItemView::AnyKeyPressed | QAbstractItemView::SelectedClicked);
+        | QAbstractItemView::AnyKeyPressed);
     // The product name takes the room that the part number, the prices and the quantity
     // leave, so the extended price stays in view.
     const int digit = grid->fontMetrics().horizontalAdvance(QLatin1Char('0'));
@@ -84,7 +86,8 @@ void QuoteController::addProduct(int catalogueRow, const QString &includesText)
         return;
     m_model->reload();
     m_ui.SSTabmain->setCurrentIndex(QuoteTab);
-    moveToRow(added.row - 1);
+    // The new line's quantity is what the user types next.
+    moveToRow(added.row - 1, QuoteGridColumn::Quantity);
     m_ui.GrdQuote->setFocus();
     QuotePrice();
 }

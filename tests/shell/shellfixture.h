@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -33,6 +34,8 @@ public:
     QString askPassword() override
     {
         ++asked;
+        if (whileAsking)
+            whileAsking();
         return answer;
     }
     QString askText(const QString &caption, const QString &prompt, const QString &text) override
@@ -47,6 +50,8 @@ public:
 
     QString answer;
     int asked = 0;
+    /// Runs while the prompt is up, before the answer is given.
+    std::function<void()> whileAsking;
     QStringList textAnswers;
     std::vector<TextRequest> textRequests;
 };

@@ -207,16 +207,19 @@ void frmMain::restorePlacement(const MainWindowSettings &settings, bool sizeStor
 qint16 frmMain::minimumTabShare() const
 {
     // The price box and the schedule need about this many pixels to stay usable.
-    constexpr int MinimumTabPixels = 240;
+    constexpr int MinimumTabPixels = 200;
     const int inner = qMax(width(), 1);
     return qint16(qBound(2, (100 * MinimumTabPixels + inner - 1) / inner, 50));
 }
 
 void frmMain::widenColumnsToContents()
 {
-    // A first run starts each product column wide enough for its caption and values.
+    // A first run starts each product column wide enough for its caption and values; the
+    // product name keeps its width so the prices stay in view.
     QTableView *grid = m_ui.GrdMain;
     for (int column = 0; column < grid->model()->columnCount(); ++column) {
+        if (column == 1)
+            continue;
         const int before = grid->columnWidth(column);
         grid->resizeColumnToContents(column);
         grid->setColumnWidth(column, qMax(before, grid->columnWidth(column)));

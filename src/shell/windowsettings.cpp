@@ -55,8 +55,8 @@ QRect placeMainWindow(
     }
     const QSize least = minimum.boundedTo(available.size());
     const QSize size = stored.size().expandedTo(least).boundedTo(available.size());
-    const int left = std::clamp(stored.left(), available.left(),
-        available.left() + available.width() - size.width());
+    const int left = std::clamp(
+        stored.left(), available.left(), available.left() + available.width() - size.width());
     const int top = std::clamp(
         stored.top(), available.top(), available.top() + available.height() - size.height());
     return QRect(QPoint(left, top), size);

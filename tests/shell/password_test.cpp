@@ -9,9 +9,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QSystemTrayIcon>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSystemTrayIcon>
 #include <QTest>
 
 using namespace tarnwick;

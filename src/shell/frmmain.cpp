@@ -60,7 +60,24 @@ frmMain::frmMain(
     exposeObjectNames(this);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain()
+{
+    // The handlers stop before any child goes: a child's destruction sends focus and hide
+    // events that would otherwise reach this half-destroyed window and its controllers.
+    disconnect(m_focusConnection);
+    for (QWidget *widget : watchedWidgets())
+        widget->removeEventFilter(this);
+    for (QLineEdit *box : findChildren<QLineEdit *>()) {
+        box->removeEventFilter(this);
+        disconnect(box, nullptr, this, nullptr);
+    }
+    delete m_grid;
+    m_grid = nullptr;
+    delete m_quote;
+    m_quote = nullptr;
+    // The widgets go while the actions their menus and toolbar use still exist.
+    delete takeCentralWidget();
+}
 
 void frmMain::connectHandlers()
 {
@@ -86,7 +103,7 @@ void frmMain::connectHandlers()
     connectTemplateItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
-    connect(qApp, &QApplication::focusChanged, this,
+    m_focusConnection = connect(qApp, &QApplication::focusChanged, this,
         [this](QWidget *, QWidget *now) { rememberActiveControl(now); });
 }
 
@@ -121,11 +138,14 @@ void frmMain::disableLaterCommands()
         m_actions->button(QString::fromLatin1(key))->setEnabled(false);
 }
 
+QList<QWidget *> frmMain::watchedWidgets() const
+{
+    return { m_ui.Client, m_ui.Frame1, m_ui.FraQuote, m_actions->toolBar() };
+}
+
 void frmMain::watchMouse()
 {
-    const QList<QWidget *> watched { m_ui.Client, m_ui.Frame1, m_ui.FraQuote,
-        m_actions->toolBar() };
-    for (QWidget *widget : watched) {
+    for (QWidget *widget : watchedWidgets()) {
         widget->setMouseTracking(true);
         widget->installEventFilter(this);
     }
@@ -148,21 +168,21 @@ std::optional<VbError> frmMain::Form_Load()
             QStringLiteral("Loading form main"), MsgStyle::OkOnly, QStringLiteral("test"));
     const MainWindowSettingsRead settings =
         readMainWindowSettings(m_services.settings, m_module.locale());
-    restorePlacement(settings.values);
-    m_screenSplit = settings.values.screenSplit;
+    restorePlacement(settings.values, settings.sizeStored);
+    m_screenSplit = usableScreenSplit(settings.values.screenSplit, minimumTabShare());
     m_colwidth = settings.values.colwidth;
     if (testRun && !settings.error)
         m_services.prompts.msgBox(QStringLiteral("Past loading registry stuff"), MsgStyle::OkOnly,
             QStringLiteral("test"));
-    if (m_screenSplit == 0)
-        m_screenSplit = 50;
     m_dragging = false;
     Form_Resize();
-    addTrayIcon();
     m_catalogue.load();
     m_grid->bind(Twips::toPixels(m_colwidth, twipsPerPixel()));
     m_quote->bind();
+    if (!settings.sizeStored)
+        widenColumnsToContents();
     m_ui.SSTabmain->setCurrentIndex(0);
+    rememberStartSettings(settings);
     m_loaded = true;
     return settings.error;
 }
@@ -172,17 +192,83 @@ double frmMain::twipsPerPixel() const
     return Twips::perPixel(this);
 }
 
-void frmMain::restorePlacement(const MainWindowSettings &settings)
+void frmMain::restorePlacement(const MainWindowSettings &settings, bool sizeStored)
 {
     const double tpp = Twips::perPixel(this);
-    QRect frame(Twips::toPixels(settings.left, tpp), Twips::toPixels(settings.top, tpp),
+    const QRect stored(Twips::toPixels(settings.left, tpp), Twips::toPixels(settings.top, tpp),
         Twips::toPixels(settings.width, tpp), Twips::toPixels(settings.height, tpp));
-    // A placement on a screen that is no longer attached would leave the window out of reach.
-    const QScreen *screen = QGuiApplication::screenAt(frame.center());
-    if (!screen && QGuiApplication::primaryScreen())
-        frame.moveCenter(QGuiApplication::primaryScreen()->availableGeometry().center());
+    // Damaged or foreign values (a frame off every attached screen, a huge or empty size) are
+    // brought onto the screen the frame is on, or the primary screen.
+    const QScreen *screen = QGuiApplication::screenAt(stored.center());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    const QRect frame = screen
+        ? placeMainWindow(stored, sizeStored, screen->availableGeometry(), MinimumMainWindowSize)
+        : stored;
     move(frame.topLeft());
     resize(frame.size());
+}
+
+qint16 frmMain::minimumTabShare() const
+{
+    // The price box and the schedule need about this many pixels to stay usable.
+    constexpr int MinimumTabPixels = 200;
+    const int inner = qMax(width(), 1);
+    return qint16(qBound(2, (100 * MinimumTabPixels + inner - 1) / inner, 50));
+}
+
+void frmMain::widenColumnsToContents()
+{
+    // A first run starts each product column wide enough for its caption and values; the
+    // product name keeps its width so the prices stay in view.
+    QTableView *grid = m_ui.GrdMain;
+    for (int column = 0; column < grid->model()->columnCount(); ++column) {
+        if (column == 1)
+            continue;
+        const int before = grid->columnWidth(column);
+        grid->resizeColumnToContents(column);
+        grid->setColumnWidth(column, qMax(before, grid->columnWidth(column)));
+    }
+}
+
+void frmMain::rememberStartSettings(const MainWindowSettingsRead &read)
+{
+    m_startApplied = currentSettings();
+    m_startStored = read.values;
+    if (!read.sizeStored) {
+        // A first run has nothing stored to keep: what it opened at is what is saved.
+        m_startStored.left = m_startApplied.left;
+        m_startStored.top = m_startApplied.top;
+        m_startStored.width = m_startApplied.width;
+        m_startStored.height = m_startApplied.height;
+        m_startStored.colwidth = m_startApplied.colwidth;
+    }
+}
+
+MainWindowSettings frmMain::currentSettings()
+{
+    const double tpp = Twips::perPixel(this);
+    MainWindowSettings settings;
+    settings.left = float(Twips::fromPixels(pos().x(), tpp));
+    settings.top = float(Twips::fromPixels(pos().y(), tpp));
+    settings.width = float(Twips::fromPixels(width(), tpp));
+    settings.height = float(Twips::fromPixels(height(), tpp));
+    settings.screenSplit = m_screenSplit;
+    ErrorTrap trap;
+    trap.step([&] {
+        m_colwidth = conv::toInt16(
+            Cell(Twips::fromPixels(m_ui.GrdMain->columnWidth(0), tpp)), m_module.locale());
+    });
+    settings.colwidth = m_colwidth;
+    return settings;
+}
+
+void frmMain::showEvent(QShowEvent *event)
+{
+    // The tray icon comes with the window, never before it (not behind the password prompt).
+    QMainWindow::showEvent(event);
+    if (m_loaded && !m_unloaded)
+        addTrayIcon();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)
@@ -216,20 +302,8 @@ bool frmMain::Form_Unload()
 
 void frmMain::savePlacement()
 {
-    const double tpp = Twips::perPixel(this);
-    MainWindowSettings settings;
-    settings.left = float(Twips::fromPixels(pos().x(), tpp));
-    settings.top = float(Twips::fromPixels(pos().y(), tpp));
-    settings.width = float(Twips::fromPixels(width(), tpp));
-    settings.height = float(Twips::fromPixels(height(), tpp));
-    settings.screenSplit = m_screenSplit;
-    ErrorTrap trap;
-    trap.step([&] {
-        m_colwidth = conv::toInt16(
-            Cell(Twips::fromPixels(m_ui.GrdMain->columnWidth(0), tpp)), m_module.locale());
-    });
-    settings.colwidth = m_colwidth;
-    saveMainWindowSettings(m_services.settings, settings, m_module.locale());
+    saveMainWindowSettings(m_services.settings,
+        settingsToSave(m_startStored, m_startApplied, currentSettings()), m_module.locale());
 }
 
 void frmMain::showme()

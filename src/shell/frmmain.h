@@ -4,6 +4,7 @@
 #include "shell/cataloguelifecycle.h"
 #include "shell/mainlayout.h"
 #include "shell/mainwindowui.h"
+#include "shell/windowsettings.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -61,6 +62,7 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -108,7 +110,12 @@ private:
     void connectTemplateItems();
     void disableLaterCommands();
     void watchMouse();
-    void restorePlacement(const struct MainWindowSettings &settings);
+    QList<QWidget *> watchedWidgets() const;
+    void restorePlacement(const MainWindowSettings &settings, bool sizeStored);
+    qint16 minimumTabShare() const;
+    void widenColumnsToContents();
+    void rememberStartSettings(const MainWindowSettingsRead &read);
+    MainWindowSettings currentSettings();
     void savePlacement();
     void applyPlacement(const TwipRect &grid, const TwipRect &frame1, const TwipRect &tab);
     MainLayoutInput layoutInput() const;
@@ -129,6 +136,7 @@ private:
     QuoteController *m_quote = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
+    QMetaObject::Connection m_focusConnection;
     /// The control that had the focus before a menu took it (for Edit → Copy).
     QPointer<QWidget> m_activeControl;
     /// A text box deselects its text when a menu takes the focus; its selection is kept here.
@@ -137,6 +145,9 @@ private:
     TwipRect m_gridRect;
     TwipRect m_frame1Rect { 0, 0, 75, 0 };
     TwipRect m_tabRect;
+    /// The settings as read at the start, and as the window applied them after clamping.
+    MainWindowSettings m_startStored;
+    MainWindowSettings m_startApplied;
     qint16 m_screenSplit = 50;
     qint16 m_colwidth = 1100;
     bool m_dragging = false;

@@ -163,8 +163,11 @@ void frmMain::tbToolBar_MouseMove()
 
 bool frmMain::eventFilter(QObject *watched, QEvent *event)
 {
-    const auto *mouse = static_cast<QMouseEvent *>(event);
     const QEvent::Type type = event->type();
+    const bool isMouse = type == QEvent::MouseButtonPress || type == QEvent::MouseMove
+        || type == QEvent::MouseButtonRelease;
+    // Only a mouse event is read as one.
+    const auto *mouse = isMouse ? static_cast<QMouseEvent *>(event) : nullptr;
     if (watched == m_selectionOwner && isUserInput(event)) {
         m_selectionAtFocusOut.clear();
     } else if (watched == m_ui.Client && type == QEvent::Resize) {

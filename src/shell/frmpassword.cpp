@@ -27,6 +27,8 @@ FrmPassword::FrmPassword(QWidget *parent)
     layout->addWidget(m_okButton, 0, Qt::AlignRight);
     m_txtPW->setAccessibleName(tr("Password"));
     exposeObjectNames(this);
+    // Wide enough for the whole title next to the title bar's buttons.
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + 160);
 
     connect(m_okButton, &QPushButton::clicked, this, &FrmPassword::OKButton_Click);
     m_txtPW->setFocus();

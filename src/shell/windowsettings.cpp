@@ -5,6 +5,8 @@
 #include "platform/isettingsstore.h"
 #include "shell/settingskeys.h"
 
+#include <algorithm>
+
 namespace tarnwick {
 
 namespace {
@@ -38,6 +40,51 @@ MainWindowSettingsRead readMainWindowSettings(const ISettingsStore &store, const
     } catch (const VbError &error) {
         result.error = error;
     }
+    result.sizeStored = !readText(store, SettingsKeys::MainWidth, QString()).isEmpty()
+        || !readText(store, SettingsKeys::MainHeight, QString()).isEmpty();
+    return result;
+}
+
+QRect placeMainWindow(
+    const QRect &stored, bool sizeStored, const QRect &available, const QSize &minimum)
+{
+    if (!sizeStored) {
+        QRect frame(QPoint(0, 0),
+            QSize(qRound(available.width() * FirstRunScreenShare),
+                qRound(available.height() * FirstRunScreenShare)));
+        frame.moveCenter(available.center());
+        return frame;
+    }
+    const QSize least = minimum.boundedTo(available.size());
+    const QSize size = stored.size().expandedTo(least).boundedTo(available.size());
+    const int left = std::clamp(
+        stored.left(), available.left(), available.left() + available.width() - size.width());
+    const int top = std::clamp(
+        stored.top(), available.top(), available.top() + available.height() - size.height());
+    return QRect(QPoint(left, top), size);
+}
+
+qint16 usableScreenSplit(qint16 stored, qint16 minimumTabShare)
+{
+    if (stored <= 0 || stored > 100)
+        return 50;
+    return std::min<qint16>(stored, qint16(100 - minimumTabShare));
+}
+
+MainWindowSettings settingsToSave(const MainWindowSettings &stored,
+    const MainWindowSettings &applied, const MainWindowSettings &now)
+{
+    MainWindowSettings result = now;
+    const auto keep = [](auto &out, auto storedValue, auto appliedValue, auto nowValue) {
+        if (nowValue == appliedValue)
+            out = storedValue;
+    };
+    keep(result.left, stored.left, applied.left, now.left);
+    keep(result.top, stored.top, applied.top, now.top);
+    keep(result.width, stored.width, applied.width, now.width);
+    keep(result.height, stored.height, applied.height, now.height);
+    keep(result.screenSplit, stored.screenSplit, applied.screenSplit, now.screenSplit);
+    keep(result.colwidth, stored.colwidth, applied.colwidth, now.colwidth);
     return result;
 }
 

@@ -3,6 +3,8 @@
 #include "core/vberror.h"
 
 #include <QLocale>
+#include <QRect>
+#include <QSize>
 
 #include <optional>
 
@@ -29,7 +31,29 @@ struct MainWindowSettingsRead
 {
     MainWindowSettings values;
     std::optional<VbError> error;
+    bool sizeStored = false; ///< "MainWidth" or "MainHeight" is in the settings
 };
+
+/// The smallest window a stored placement is widened to, in pixels (less on a smaller screen).
+inline constexpr QSize MinimumMainWindowSize { 560, 400 };
+/// The share of the available screen, in each direction, that a first run opens the window at.
+inline constexpr double FirstRunScreenShare = 2.0 / 3.0;
+
+/// Where the main window opens, in pixels. Without a stored size it takes FirstRunScreenShare
+/// of the available screen, centred. Otherwise the stored frame is kept as it is whenever it
+/// fits: a larger size is cut to the available screen, a smaller one widened to the minimum,
+/// and the frame is then moved just far enough to lie on the available screen.
+QRect placeMainWindow(
+    const QRect &stored, bool sizeStored, const QRect &available, const QSize &minimum);
+
+/// The split the window starts with: 0 and values outside 1 … 100 (which no drag gives)
+/// start at 50; a split is also cut so the tab control keeps minimumTabShare percent.
+qint16 usableScreenSplit(qint16 stored, qint16 minimumTabShare);
+
+/// What is written at close: a value the user did not change since the start (now equals what
+/// the window applied) is written as it was stored, so a clamped-away value is never saved.
+MainWindowSettings settingsToSave(const MainWindowSettings &stored,
+    const MainWindowSettings &applied, const MainWindowSettings &now);
 
 /// Reads "MainLeft", "MainTop", "MainWidth", "MainHeight" (single), "ScreenSplit" and
 /// "Colwidth" (16-bit) in that order, each with its default. A stored split of 0 is kept

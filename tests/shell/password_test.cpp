@@ -7,8 +7,11 @@
 #include "shell/passwordlock.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSystemTrayIcon>
 #include <QTest>
 
 using namespace tarnwick;
@@ -43,6 +46,65 @@ TEST_F(PasswordTest, TheRightPasswordShowsTheMainWindowWithoutTheTickWait)
     EXPECT_EQ(dialogs.asked, 1);
     EXPECT_TRUE(started) << "with a password the main window is shown as soon as it is confirmed";
     EXPECT_TRUE(mainWindow->isVisible());
+}
+
+namespace {
+/// Waits well past the tick wait while the prompt is up and tells whether any main window was
+/// shown meanwhile.
+bool mainWindowShownDuring(int milliseconds)
+{
+    bool shown = false;
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < milliseconds) {
+        QTest::qWait(5);
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (qobject_cast<frmMain *>(window) && window->isVisible())
+                shown = true;
+        }
+    }
+    return shown;
+}
+
+bool trayIconShown()
+{
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        for (QSystemTrayIcon *icon : window->findChildren<QSystemTrayIcon *>())
+            if (icon->isVisible())
+                return true;
+    }
+    return false;
+}
+} // namespace
+
+TEST_F(PasswordTest, NoMainWindowOrTrayIconShowsWhileThePromptIsUp)
+{
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    dialogs.answer = QStringLiteral("abc");
+    bool shownWhileAsking = true;
+    bool trayWhileAsking = true;
+    dialogs.whileAsking = [&] {
+        shownWhileAsking = mainWindowShownDuring(200);
+        trayWhileAsking = trayIconShown();
+    };
+    start();
+    EXPECT_FALSE(shownWhileAsking) << "the tick wait must not show the catalogue behind the prompt";
+    EXPECT_FALSE(trayWhileAsking);
+    ASSERT_TRUE(started);
+    EXPECT_TRUE(mainWindow->isVisible());
+}
+
+TEST_F(PasswordTest, AWrongPasswordEndsWithoutTheMainWindowEverShown)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    dialogs.answer = QStringLiteral("abd");
+    bool shownWhileAsking = true;
+    dialogs.whileAsking = [&] { shownWhileAsking = mainWindowShownDuring(200); };
+    start();
+    EXPECT_FALSE(shownWhileAsking);
+    EXPECT_FALSE(mainWindowShownDuring(50));
+    expectProgramEndedWithoutWriting();
 }
 
 TEST_F(PasswordTest, CapitalLettersDoNotMatchAndEndTheProgramWithoutWriting)
@@ -86,6 +148,13 @@ TEST(FrmPasswordTest, MasksTheTypedCharactersAndEnterConfirms)
     QTest::keyClick(box, Qt::Key_Return);
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
     EXPECT_EQ(dialog.Password, QStringLiteral("s3cret"));
+}
+
+TEST(FrmPasswordTest, IsWideEnoughForItsWholeTitle)
+{
+    FrmPassword dialog;
+    dialog.show();
+    EXPECT_GT(dialog.width(), dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) + 100);
 }
 
 TEST(FrmPasswordTest, TheOkButtonConfirmsAndClosingLeavesTheTextEmpty)

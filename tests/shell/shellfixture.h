@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -34,6 +35,8 @@ public:
     QString askPassword() override
     {
         ++asked;
+        if (whileAsking)
+            whileAsking();
         return answer;
     }
     QString askText(const QString &caption, const QString &prompt, const QString &text) override
@@ -48,6 +51,8 @@ public:
 
     QString answer;
     int asked = 0;
+    /// Runs while the prompt is up, before the answer is given.
+    std::function<void()> whileAsking;
     QStringList textAnswers;
     std::vector<TextRequest> textRequests;
 };

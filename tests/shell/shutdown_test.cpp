@@ -40,29 +40,33 @@ TEST_F(ShutdownTest, ClosingWritesTheCatalogueInPartNumberOrder)
 TEST_F(ShutdownTest, FirstRunCreatesTheCatalogueFileAndSavesTheSettings)
 {
     frmMain *window = startAndWait();
+    const QPoint pos = window->pos();
+    const QSize size = window->size();
+    const int column = window->ui().GrdMain->columnWidth(0);
     QSignalSpy unloaded(window, &frmMain::unloaded);
     EXPECT_TRUE(window->close());
     EXPECT_EQ(unloaded.count(), 1);
     EXPECT_TRUE(folder.exists(QStringLiteral("twdata.dat")));
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), QByteArray());
-    EXPECT_EQ(setting(QStringLiteral("MainLeft")), QStringLiteral("1005"));
-    EXPECT_EQ(setting(QStringLiteral("MainTop")), QStringLiteral("1005"));
-    EXPECT_EQ(setting(QStringLiteral("MainWidth")), QStringLiteral("9000"));
-    EXPECT_EQ(setting(QStringLiteral("MainHeight")), QStringLiteral("6495"));
+    // What the first run opened at is saved (15 twips to the pixel), not the old defaults.
+    EXPECT_EQ(setting(QStringLiteral("MainLeft")), QString::number(pos.x() * 15));
+    EXPECT_EQ(setting(QStringLiteral("MainTop")), QString::number(pos.y() * 15));
+    EXPECT_EQ(setting(QStringLiteral("MainWidth")), QString::number(size.width() * 15));
+    EXPECT_EQ(setting(QStringLiteral("MainHeight")), QString::number(size.height() * 15));
     EXPECT_EQ(setting(QStringLiteral("ScreenSplit")), QStringLiteral("50"));
-    EXPECT_EQ(setting(QStringLiteral("Colwidth")), QStringLiteral("1095"));
+    EXPECT_EQ(setting(QStringLiteral("Colwidth")), QString::number(column * 15));
     EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("<unset>"));
 }
 
 TEST_F(ShutdownTest, ThePlacementSavedAtCloseIsRestoredAtTheNextStart)
 {
     frmMain *window = startAndWait();
-    window->move(120, 90);
+    window->move(60, 40); // on the 800 × 600 offscreen screen
     window->resize(720, 510);
     window->close();
     restart();
     frmMain *again = mainWindow.get();
-    EXPECT_EQ(again->pos(), QPoint(120, 90));
+    EXPECT_EQ(again->pos(), QPoint(60, 40));
     EXPECT_EQ(again->size(), QSize(720, 510));
 }
 

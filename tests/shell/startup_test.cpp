@@ -8,6 +8,10 @@
 #include "catalogue/module1.h"
 #include "shell/twips.h"
 
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QScreen>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
@@ -21,17 +25,21 @@ class StartupTest : public ShellTest
 {
 };
 
-TEST_F(StartupTest, FirstRunOpensWithTheDefaultPlacementAndAnEmptyCatalogue)
+TEST_F(StartupTest, FirstRunOpensAtTwoThirdsOfTheScreenCentredWithAnEmptyCatalogue)
 {
     frmMain *window = startAndWait();
     ASSERT_NE(window, nullptr);
     EXPECT_TRUE(window->isVisible());
     EXPECT_DOUBLE_EQ(Twips::perPixel(window), 15.0);
-    EXPECT_EQ(window->pos(), QPoint(67, 67)); // 1000 twips
-    EXPECT_EQ(window->size(), QSize(600, 433)); // 9000 × 6500 twips
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    EXPECT_EQ(window->size(),
+        QSize(qRound(available.width() * 2.0 / 3), qRound(available.height() * 2.0 / 3)));
+    EXPECT_EQ(QRect(window->pos(), window->size()).center(), available.center());
     EXPECT_EQ(window->screenSplit(), 50);
-    EXPECT_EQ(window->colwidth(), 1100);
-    EXPECT_EQ(window->ui().GrdMain->columnWidth(0), 73); // 1100 twips
+    GridView *grid = window->ui().GrdMain;
+    const int caption = grid->horizontalHeader()->fontMetrics().horizontalAdvance(
+        grid->model()->headerData(0, Qt::Horizontal).toString());
+    EXPECT_GE(grid->columnWidth(0), caption) << "the Part Number caption is not cut off";
     EXPECT_EQ(module->AllProducts().Count(), 0);
     EXPECT_EQ(module->Catalogue().rowCount(), 0);
     EXPECT_EQ(module->DataFile, folder.filePath(QStringLiteral("twdata.dat")));
@@ -62,10 +70,37 @@ TEST_F(StartupTest, AStoredSplitOfZeroIsUsedAsFifty)
     EXPECT_EQ(startAndWait()->screenSplit(), 50);
 }
 
-TEST_F(StartupTest, ASplitAbove98IsLaidOutAs98)
+TEST_F(StartupTest, ASplitThatLeavesTheTabControlNoRoomIsCut)
 {
+    saveSetting(QStringLiteral("MainWidth"), QStringLiteral("9000"));
     saveSetting(QStringLiteral("ScreenSplit"), QStringLiteral("100"));
-    EXPECT_EQ(startAndWait()->screenSplit(), 98);
+    frmMain *window = startAndWait();
+    EXPECT_EQ(window->size().width(), 600);
+    EXPECT_EQ(window->screenSplit(), 66) << "the tab control keeps 200 of the 600 pixels";
+    EXPECT_GE(window->ui().SSTabmain->width(), 180);
+}
+
+TEST_F(StartupTest, DamagedSettingsStillGiveAUsableWindowAndAreNotWrittenBack)
+{
+    saveSetting(QStringLiteral("MainLeft"), QStringLiteral("0"));
+    saveSetting(QStringLiteral("MainTop"), QStringLiteral("-442080"));
+    saveSetting(QStringLiteral("MainWidth"), QStringLiteral("-795"));
+    saveSetting(QStringLiteral("MainHeight"), QStringLiteral("491505"));
+    saveSetting(QStringLiteral("ScreenSplit"), QStringLiteral("5000"));
+    frmMain *window = startAndWait();
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    EXPECT_TRUE(available.contains(QRect(window->pos(), window->size())));
+    EXPECT_GE(window->width(), qMin(560, available.width()));
+    EXPECT_EQ(window->height(), available.height());
+    EXPECT_EQ(window->screenSplit(), 50);
+    EXPECT_GT(window->ui().GrdMain->width(), 100);
+    EXPECT_GT(window->ui().TxtPrice->width(), 40);
+    window->close();
+    EXPECT_EQ(setting(QStringLiteral("MainTop")), QStringLiteral("-442080"));
+    EXPECT_EQ(setting(QStringLiteral("MainWidth")), QStringLiteral("-795"));
+    EXPECT_EQ(setting(QStringLiteral("MainHeight")), QStringLiteral("491505"));
+    EXPECT_EQ(setting(QStringLiteral("ScreenSplit")), QStringLiteral("5000"))
+        << "a value the user did not change is saved as it was stored";
 }
 
 TEST_F(StartupTest, LoadsTheCatalogueSortedByPartNumberAndShowsTheFirstRow)

@@ -93,3 +93,75 @@ TEST(WindowSettingsTest, SectionNamesMatchWithoutRegardToCase)
 }
 
 } // namespace
+
+namespace {
+
+const QRect Screen1280(0, 0, 1280, 860);
+const QSize Minimum(560, 400);
+
+TEST(WindowPlacementTest, AStoredFrameThatFitsIsKeptExactly)
+{
+    const QRect stored(67, 67, 600, 433);
+    EXPECT_EQ(placeMainWindow(stored, true, Screen1280, Minimum), QRect(67, 67, 600, 433));
+}
+
+TEST(WindowPlacementTest, AFirstRunTakesTwoThirdsOfTheScreenCentred)
+{
+    const QRect frame = placeMainWindow(QRect(67, 67, 600, 433), false, Screen1280, Minimum);
+    EXPECT_EQ(frame.size(), QSize(853, 573));
+    EXPECT_EQ(frame.center(), Screen1280.center());
+}
+
+TEST(WindowPlacementTest, HugeValuesAreCutToTheScreen)
+{
+    const QRect frame = placeMainWindow(QRect(0, -29472, 53, 32767), true, Screen1280, Minimum);
+    EXPECT_EQ(frame, QRect(0, 0, 560, 860));
+}
+
+TEST(WindowPlacementTest, ZeroAndNegativeSizesGetTheMinimumOnTheScreen)
+{
+    EXPECT_EQ(placeMainWindow(QRect(100, 100, 0, 0), true, Screen1280, Minimum),
+        QRect(100, 100, 560, 400));
+    EXPECT_EQ(placeMainWindow(QRect(1200, 900, -50, -80), true, Screen1280, Minimum),
+        QRect(720, 460, 560, 400));
+}
+
+TEST(WindowPlacementTest, AScreenSmallerThanTheMinimumBoundsIt)
+{
+    const QRect small(0, 0, 400, 300);
+    EXPECT_EQ(placeMainWindow(QRect(10, 10, 0, 0), true, small, Minimum), small);
+}
+
+TEST(WindowPlacementTest, ASplitOutsideAnyDragStartsAtFifty)
+{
+    EXPECT_EQ(usableScreenSplit(5000, 25), 50);
+    EXPECT_EQ(usableScreenSplit(-3, 25), 50);
+    EXPECT_EQ(usableScreenSplit(0, 25), 50);
+    EXPECT_EQ(usableScreenSplit(37, 25), 37);
+    EXPECT_EQ(usableScreenSplit(90, 25), 75) << "the tab control keeps its share";
+}
+
+TEST(WindowPlacementTest, UnchangedValuesAreSavedAsTheyWereStored)
+{
+    const MainWindowSettings stored { 0, -442080, 795, 491505, 5000, 1100 };
+    const MainWindowSettings applied { 0, 0, 8400, 12900, 50, 1100 };
+    MainWindowSettings now = applied;
+    EXPECT_EQ(settingsToSave(stored, applied, now), stored)
+        << "a window the user did not touch writes back what was stored";
+    now.width = 9000;
+    now.screenSplit = 40;
+    const MainWindowSettings saved = settingsToSave(stored, applied, now);
+    EXPECT_EQ(saved.width, 9000.0f);
+    EXPECT_EQ(saved.screenSplit, 40);
+    EXPECT_EQ(saved.height, 491505.0f);
+}
+
+TEST(WindowPlacementTest, ReadTellsWhetherASizeIsStored)
+{
+    FakeSettingsStore settings;
+    EXPECT_FALSE(readMainWindowSettings(settings, EnUs).sizeStored);
+    store(settings, SettingsKeys::MainWidth, QStringLiteral("9000"));
+    EXPECT_TRUE(readMainWindowSettings(settings, EnUs).sizeStored);
+}
+
+} // namespace

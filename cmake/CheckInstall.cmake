@@ -1,5 +1,9 @@
 # Installs the build folder BUILD_DIR into a fresh prefix under WORK_DIR, checks that every file
 # a desktop installation needs is there and validates the menu entry and the AppStream metainfo.
+string(REPLACE "," ";" ICON_SIZES "${ICON_SIZES}")
+if(NOT ICON_SIZES)
+    message(FATAL_ERROR "No icon sizes given")
+endif()
 file(REMOVE_RECURSE ${WORK_DIR})
 set(prefix ${WORK_DIR}/usr)
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix}
@@ -28,7 +32,8 @@ endforeach()
 if(missing)
     message(FATAL_ERROR "Not installed: ${missing}")
 endif()
-if(NOT IS_EXECUTABLE ${prefix}/bin/tarnwick)
+execute_process(COMMAND test -x ${prefix}/bin/tarnwick RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
     message(FATAL_ERROR "bin/tarnwick is not executable")
 endif()
 

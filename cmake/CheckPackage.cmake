@@ -1,10 +1,16 @@
 # Builds the Debian package in BUILD_DIR with cpack, lists it, checks that its dependencies
 # were computed (the Qt and C++ libraries) and runs lintian on it, which must report no error.
-execute_process(COMMAND ${CMAKE_CPACK_COMMAND} -G DEB WORKING_DIRECTORY ${BUILD_DIR}
+file(GLOB old ${BUILD_DIR}/tarnwick_*.deb)
+if(old)
+    file(REMOVE ${old})
+endif()
+execute_process(COMMAND ${CPACK} -G DEB WORKING_DIRECTORY ${BUILD_DIR}
     RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE out)
-set(deb ${BUILD_DIR}/${PACKAGE_FILE})
+execute_process(COMMAND dpkg --print-architecture OUTPUT_VARIABLE arch
+    OUTPUT_STRIP_TRAILING_WHITESPACE)
+set(deb ${BUILD_DIR}/tarnwick_${VERSION}_${arch}.deb)
 if(NOT result EQUAL 0 OR NOT EXISTS ${deb})
-    message(FATAL_ERROR "cpack -G DEB did not make ${PACKAGE_FILE}: ${out}")
+    message(FATAL_ERROR "cpack -G DEB did not make ${deb}: ${out}")
 endif()
 
 execute_process(COMMAND dpkg-deb -c ${deb} OUTPUT_VARIABLE listing RESULT_VARIABLE result)
@@ -33,4 +39,4 @@ execute_process(COMMAND ${LINTIAN} --fail-on error --no-cfg ${deb}
 if(NOT result EQUAL 0)
     message(FATAL_ERROR "lintian found errors:\n${out}")
 endif()
-message(STATUS "Package ${PACKAGE_FILE}: Depends: ${depends}\nlintian:\n${out}")
+message(STATUS "Package ${deb}: Depends: ${depends}\nlintian:\n${out}")

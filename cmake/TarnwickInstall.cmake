@@ -32,7 +32,7 @@ add_custom_command(OUTPUT ${TARNWICK_CHANGELOG_GZ}
     DEPENDS ${TARNWICK_DATA}/debian/changelog VERBATIM)
 add_custom_target(tarnwick_changelog ALL DEPENDS ${TARNWICK_CHANGELOG_GZ})
 install(FILES ${TARNWICK_DATA}/debian/copyright ${TARNWICK_CHANGELOG_GZ}
-        DESTINATION ${CMAKE_INSTALL_DOCDIR})
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tarnwick)
 
 set(CPACK_PACKAGE_NAME tarnwick)
 set(CPACK_PACKAGE_VENDOR "Tarnwick developers")

@@ -9,6 +9,8 @@ tarnwick_packages=(
     libfreexl-dev libzip-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang-format fonts-dejavu-core
+    # icon drawing, install-tree validation and the Debian package
+    librsvg2-bin desktop-file-utils appstream dpkg-dev file lintian
 )
 
 tarnwick_install_missing() {

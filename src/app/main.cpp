@@ -3,6 +3,7 @@
 #include "catalogue/module1.h"
 #include "core/formats.h"
 #include "platform/appenvironment.h"
+#include "platform/appfolder.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
 #include "platform/qt/qtclipboard.h"
@@ -18,9 +19,23 @@
 #include "shell/singleinstance.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QScreen>
 
 using namespace tarnwick;
+
+namespace {
+
+/// The application icon of the main window and every dialog, in each size drawn at build time.
+QIcon applicationIcon()
+{
+    QIcon icon;
+    for (const int size : { 16, 22, 24, 32, 48, 64, 128, 256 })
+        icon.addFile(QStringLiteral(":/icons/tarnwick-%1.png").arg(size), QSize(size, size));
+    return icon;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -28,6 +43,8 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(QStringLiteral("Tarnwick"));
     QApplication::setApplicationVersion(QStringLiteral(TARNWICK_VERSION_STRING));
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(applicationIcon());
+    QGuiApplication::setDesktopFileName(QStringLiteral("tarnwick"));
 
     const AppEnvironment environment = AppEnvironment::fromApplication(QApplication::arguments());
     QtPrompts prompts;
@@ -44,6 +61,11 @@ int main(int argc, char *argv[])
     if (!instance.isOnlyInstance()) {
         prompts.msgBox(SingleInstance::AlreadyRunningMessage, MsgStyle::Information);
         return 1;
+    }
+    if (environment.isPerUserFolder()) {
+        offerSampleCatalogue(environment.appFolder(),
+            AppFolderRule::installedSampleCatalogue(QCoreApplication::applicationDirPath()),
+            prompts);
     }
 
     Module1 module(prompts, environment, programLocale());

@@ -14,15 +14,17 @@ public:
     /// whose executable folder is not writable).
     static constexpr const char *AppFolderVariable = "TARNWICK_APP_DIR";
 
-    AppEnvironment(QString appFolder, QString commandLine);
+    AppEnvironment(QString appFolder, QString commandLine, bool perUserFolder = false);
 
     /// From the running program: the folder from TARNWICK_APP_DIR when it is set, else the
-    /// executable's folder; the command line is the arguments after the program's name,
-    /// joined by single blanks.
+    /// executable's folder when it is writable, else the per-user data folder (created here);
+    /// the command line is the arguments after the program's name, joined by single blanks.
     static AppEnvironment fromApplication(const QStringList &arguments);
 
     QString appFolder() const { return m_appFolder; }
     QString commandLine() const { return m_commandLine; }
+    /// The application folder is the per-user data folder of an installed copy.
+    bool isPerUserFolder() const { return m_perUserFolder; }
     /// The diagnostic switch: the whole command-line text is exactly "test" (case-sensitive).
     bool isTestRun() const;
     /// A file in the application folder.
@@ -31,6 +33,7 @@ public:
 private:
     QString m_appFolder;
     QString m_commandLine;
+    bool m_perUserFolder = false;
 };
 
 } // namespace tarnwick

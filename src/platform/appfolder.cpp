@@ -1,0 +1,66 @@
+#include "platform/appfolder.h"
+
+#include "platform/iprompts.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace tarnwick {
+
+AppFolderChoice AppFolderRule::choose(const QString &overrideFolder,
+    const QString &executableFolder, const QString &perUserFolder, const WritableCheck &isWritable)
+{
+    if (!overrideFolder.isEmpty())
+        return { QDir(overrideFolder).absolutePath(), false };
+    if (isWritable(executableFolder))
+        return { QDir(executableFolder).absolutePath(), false };
+    return { QDir(perUserFolder).absolutePath(), true };
+}
+
+bool AppFolderRule::isWritableFolder(const QString &folder)
+{
+    const QFileInfo info(folder);
+    if (!info.isDir() || !info.isWritable())
+        return false;
+    return !QFileInfo(QDir(folder).filePath(QStringLiteral("../share/tarnwick"))).isDir();
+}
+
+QString AppFolderRule::installedSampleCatalogue(const QString &executableFolder)
+{
+    return QDir::cleanPath(
+        QDir(executableFolder).filePath(QStringLiteral("../share/tarnwick/twdata.dat")));
+}
+
+bool offerSampleCatalogue(const QString &folder, const QString &sampleCatalogue, IPrompts &prompts)
+{
+    const QDir dir(folder);
+    // The lock of the running copy ("tarnwick.lock") is there already; it does not count.
+    QStringList entries =
+        dir.entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+    entries.removeAll(QStringLiteral("tarnwick.lock"));
+    if (!entries.isEmpty())
+        return false;
+    const QString question =
+        QString::fromLatin1(FirstStartQuestion).arg(QDir::toNativeSeparators(folder));
+    const QString target = dir.filePath(QStringLiteral("twdata.dat"));
+    const bool sample =
+        prompts.msgBox(question, MsgStyle::YesNo | MsgStyle::Question) == MsgResult::Yes;
+    if (sample && QFile::copy(sampleCatalogue, target)) {
+        QFile::setPermissions(
+            target, QFile::permissions(target) | QFile::WriteOwner | QFile::ReadOwner);
+        return true;
+    }
+    if (sample) {
+        prompts.msgBox(QString::fromLatin1(SampleMissingMessage)
+                           .arg(QDir::toNativeSeparators(sampleCatalogue)),
+            MsgStyle::Exclamation);
+    }
+    // An empty catalogue file reads as no products; if it cannot be made, the start-up read
+    // reports the missing file.
+    QFile empty(target);
+    static_cast<void>(empty.open(QIODevice::WriteOnly));
+    return false;
+}
+
+} // namespace tarnwick

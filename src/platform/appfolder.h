@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace tarnwick {
+
+class IPrompts;
+
+/// The application folder the program uses and whether it is the per-user data folder.
+struct AppFolderChoice
+{
+    QString folder;
+    bool perUser = false;
+};
+
+/// Which folder holds the catalogue and the quote texts. The folder named by TARNWICK_APP_DIR
+/// wins; otherwise a writable executable folder (a build folder, a portable copy) is used as
+/// it is, and an executable folder the user cannot write (an installed copy) gives the per-user
+/// data folder.
+class AppFolderRule
+{
+public:
+    using WritableCheck = std::function<bool(const QString &folder)>;
+
+    static AppFolderChoice choose(const QString &overrideFolder, const QString &executableFolder,
+        const QString &perUserFolder, const WritableCheck &isWritable);
+
+    /// The check of a running program: the folder is writable for this user and is not part of
+    /// an installed copy (one with the shared data folder "../share/tarnwick" beside it), so
+    /// that even an administrator's start of an installed copy keeps its data per user.
+    static bool isWritableFolder(const QString &folder);
+
+    /// The sample catalogue shipped with an installed copy of the executable in executableFolder.
+    static QString installedSampleCatalogue(const QString &executableFolder);
+};
+
+/// The first start in an empty per-user folder: asks whether to begin with the sample catalogue
+/// (copied from sampleCatalogue as "twdata.dat") or an empty one (an empty "twdata.dat"). Does
+/// nothing when the folder already holds anything but the running copy's lock file. Returns true
+/// when the sample was copied.
+bool offerSampleCatalogue(const QString &folder, const QString &sampleCatalogue, IPrompts &prompts);
+
+/// The question of the first start.
+inline constexpr const char *FirstStartQuestion =
+    "This is the first start of Tarnwick in this folder:\n%1\n\nStart with the sample catalogue "
+    "of plumbing supplies?\n\nYes: start with the sample catalogue.\nNo: start with an empty "
+    "catalogue.";
+/// Shown when the sample catalogue cannot be copied.
+inline constexpr const char *SampleMissingMessage =
+    "The sample catalogue could not be copied from\n%1\nTarnwick starts with an empty catalogue.";
+
+} // namespace tarnwick

@@ -1,0 +1,159 @@
+#include "platform/appfolder.h"
+
+#include "support/fakeprompts.h"
+#include "support/tempappfolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace tarnwick {
+namespace {
+
+using test::FakePrompts;
+using test::TempAppFolder;
+
+// The rule is tested with an injected writability check: the tests also run as root, for whom
+// a folder without write permission is still writable.
+AppFolderRule::WritableCheck writable(bool answer, QStringList *asked = nullptr)
+{
+    return [answer, asked](const QString &folder) {
+        if (asked)
+            asked->append(folder);
+        return answer;
+    };
+}
+
+TEST(AppFolderRule, WritableExecutableFolderStaysTheApplicationFolder)
+{
+    QStringList asked;
+    const AppFolderChoice choice = AppFolderRule::choose(QString(), QStringLiteral("/opt/tw/bin"),
+        QStringLiteral("/home/u/.local/share/Tarnwick"), writable(true, &asked));
+    EXPECT_EQ(choice.folder, QStringLiteral("/opt/tw/bin"));
+    EXPECT_FALSE(choice.perUser);
+    EXPECT_EQ(asked, QStringList { QStringLiteral("/opt/tw/bin") });
+}
+
+TEST(AppFolderRule, ReadOnlyExecutableFolderGivesThePerUserFolder)
+{
+    const AppFolderChoice choice = AppFolderRule::choose(QString(), QStringLiteral("/usr/bin"),
+        QStringLiteral("/home/u/.local/share/Tarnwick"), writable(false));
+    EXPECT_EQ(choice.folder, QStringLiteral("/home/u/.local/share/Tarnwick"));
+    EXPECT_TRUE(choice.perUser);
+}
+
+TEST(AppFolderRule, VariableOverridesBothFolders)
+{
+    QStringList asked;
+    for (const bool answer : { true, false }) {
+        const AppFolderChoice choice =
+            AppFolderRule::choose(QStringLiteral("/srv/tw"), QStringLiteral("/usr/bin"),
+                QStringLiteral("/home/u/.local/share/Tarnwick"), writable(answer, &asked));
+        EXPECT_EQ(choice.folder, QStringLiteral("/srv/tw"));
+        EXPECT_FALSE(choice.perUser);
+    }
+    EXPECT_TRUE(asked.isEmpty());
+}
+
+TEST(AppFolderRule, RealCheckAcceptsAPlainWritableFolder)
+{
+    const QTemporaryDir dir;
+    EXPECT_TRUE(AppFolderRule::isWritableFolder(dir.path()));
+}
+
+// A path that cannot be written for any user, root included: it does not exist as a folder.
+TEST(AppFolderRule, RealCheckRejectsAFileAndAMissingFolder)
+{
+    const TempAppFolder folder;
+    folder.writeFile(QStringLiteral("plain"), "x");
+    EXPECT_FALSE(AppFolderRule::isWritableFolder(folder.filePath(QStringLiteral("plain"))));
+    EXPECT_FALSE(AppFolderRule::isWritableFolder(folder.filePath(QStringLiteral("missing"))));
+}
+
+// An installed copy, bin/ beside share/tarnwick/, counts as not writable even for root.
+TEST(AppFolderRule, RealCheckRejectsAnInstalledCopy)
+{
+    const QTemporaryDir prefix;
+    QDir(prefix.path()).mkpath(QStringLiteral("bin"));
+    const QString bin = QDir(prefix.path()).filePath(QStringLiteral("bin"));
+    EXPECT_TRUE(AppFolderRule::isWritableFolder(bin));
+    QDir(prefix.path()).mkpath(QStringLiteral("share/tarnwick"));
+    EXPECT_FALSE(AppFolderRule::isWritableFolder(bin));
+    EXPECT_EQ(AppFolderRule::installedSampleCatalogue(bin),
+        QDir(prefix.path()).filePath(QStringLiteral("share/tarnwick/twdata.dat")));
+}
+
+class FirstStartTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        sample.writeFile(QStringLiteral("twdata.dat"), "P-1\tPipe\t2.50\n");
+        userFolder = QDir(home.path()).filePath(QStringLiteral("Tarnwick"));
+        QDir().mkpath(userFolder);
+    }
+    QString userFile() const { return QDir(userFolder).filePath(QStringLiteral("twdata.dat")); }
+    QByteArray userBytes() const
+    {
+        QFile file(userFile());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<none>");
+    }
+
+    TempAppFolder sample;
+    QTemporaryDir home;
+    QString userFolder;
+    FakePrompts prompts;
+};
+
+TEST_F(FirstStartTest, YesCopiesTheSampleCatalogue)
+{
+    // The running copy's lock is already in the folder: the folder still counts as empty.
+    QFile lock(QDir(userFolder).filePath(QStringLiteral("tarnwick.lock")));
+    ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+    lock.close();
+    prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(
+        offerSampleCatalogue(userFolder, sample.filePath(QStringLiteral("twdata.dat")), prompts));
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_EQ(prompts.shown()[0].style, MsgStyle::YesNo | MsgStyle::Question);
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("sample catalogue")));
+    EXPECT_EQ(userBytes(), QByteArray("P-1\tPipe\t2.50\n"));
+    EXPECT_TRUE(QFileInfo(userFile()).isWritable());
+}
+
+TEST_F(FirstStartTest, NoStartsWithAnEmptyCatalogue)
+{
+    prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(
+        offerSampleCatalogue(userFolder, sample.filePath(QStringLiteral("twdata.dat")), prompts));
+    EXPECT_EQ(prompts.shown().size(), 1U);
+    EXPECT_EQ(userBytes(), QByteArray());
+    EXPECT_EQ(
+        QDir(userFolder).entryList(QDir::Files), QStringList { QStringLiteral("twdata.dat") });
+}
+
+TEST_F(FirstStartTest, AFolderWithFilesIsNotAskedAgain)
+{
+    QFile other(QDir(userFolder).filePath(QStringLiteral("QuoteNote.txt")));
+    ASSERT_TRUE(other.open(QIODevice::WriteOnly));
+    other.close();
+    EXPECT_FALSE(
+        offerSampleCatalogue(userFolder, sample.filePath(QStringLiteral("twdata.dat")), prompts));
+    EXPECT_TRUE(prompts.shown().empty());
+    EXPECT_FALSE(QFileInfo::exists(userFile()));
+}
+
+TEST_F(FirstStartTest, MissingSampleIsReportedAndGivesAnEmptyCatalogue)
+{
+    prompts.answerMessage(MsgResult::Yes);
+    EXPECT_FALSE(
+        offerSampleCatalogue(userFolder, sample.filePath(QStringLiteral("absent.dat")), prompts));
+    ASSERT_EQ(prompts.shown().size(), 2U);
+    EXPECT_TRUE(prompts.shown()[1].text.contains(QStringLiteral("could not be copied")));
+    EXPECT_EQ(userBytes(), QByteArray());
+}
+
+} // namespace
+} // namespace tarnwick

@@ -9,6 +9,8 @@ tarnwick_packages=(
     libfreexl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang-format fonts-dejavu-core
+    xvfb xdotool xclip imagemagick openbox dbus-daemon at-spi2-core
+    python3 python3-gi gir1.2-atspi-2.0 python3-xlib
 )
 
 tarnwick_install_missing() {

@@ -147,7 +147,7 @@ def scenario_quote(run):
         s.type_keys("25\n", delay=5)
         line = wait_for(lambda: s.read_table("GrdQuote")[0], 5, "the quote line")
         check(line[3] == "25", "quantity typed right after a click: %r" % line)
-        check(line[2] == "$9.80" and line[4] == "$245.00", "re-priced at 25: %r" % line)
+        check(line[2] == "$10.95" and line[4] == "$273.75", "re-priced at 25: %r" % line)
         check(s.close() == 0, "the program exits cleanly")
     finally:
         s.stop()

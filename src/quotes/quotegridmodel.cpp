@@ -3,7 +3,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
-#include "products/quotetable.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 
 #include <array>

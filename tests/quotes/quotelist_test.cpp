@@ -1,6 +1,6 @@
 #include "quotefixture.h"
 
-#include "products/quotetable.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 #include "quotes/quotepricing.h"
 

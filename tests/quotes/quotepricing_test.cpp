@@ -1,7 +1,8 @@
 #include "quotefixture.h"
 
 #include "products/discount.h"
-#include "products/quotetable.h"
+#include "quotes/quotediscount.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 #include "quotes/quotepricing.h"
 

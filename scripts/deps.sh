@@ -9,6 +9,7 @@ tarnwick_packages=(
     libfreexl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang-format fonts-dejavu-core
+    libqt6printsupport6 unrtf poppler-utils
 )
 
 tarnwick_install_missing() {

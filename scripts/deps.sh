@@ -14,6 +14,8 @@ tarnwick_packages=(
     # end-to-end checks of the real executable under Xvfb
     xvfb xdotool xclip imagemagick openbox dbus-daemon at-spi2-core
     python3 python3-gi gir1.2-atspi-2.0 python3-xlib
+    # print support and the readers of the documents the tests make
+    libqt6printsupport6 unrtf poppler-utils
 )
 
 tarnwick_install_missing() {

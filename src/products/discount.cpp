@@ -1,12 +1,6 @@
 #include "products/discount.h"
 
-#include "catalogue/table.h"
-#include "core/conversions.h"
-#include "core/errortrap.h"
-#include "products/quotetable.h"
-
 #include <array>
-#include <utility>
 
 namespace tarnwick::Discount {
 
@@ -34,28 +28,6 @@ constexpr std::array<Rate, 14> Rates { {
     { "20%", 0.20f },
     { "25%", 0.25f },
 } };
-
-double number(const Table &quote, int row, int field, const QLocale &locale)
-{
-    return conv::toDouble(quote.get(row, field), locale);
-}
-
-/// Unit price := list price × multiplier, then extended price := quantity × unit price, each
-/// as its own step: a list price that is no number leaves the unit price as it was, and the
-/// extended price is still recomputed from it.
-void discountLine(Table &quote, int row, float multiplier, const QLocale &locale)
-{
-    ErrorTrap trap;
-    trap.step([&] {
-        quote.put(row, QuoteLine::UnitPrice,
-            number(quote, row, QuoteLine::ListPrice, locale) * double(multiplier));
-    });
-    trap.step([&] {
-        quote.put(row, QuoteLine::ExtendedPrice,
-            conv::checkedDouble(number(quote, row, QuoteLine::Quantity, locale)
-                * number(quote, row, QuoteLine::UnitPrice, locale)));
-    });
-}
 
 } // namespace
 
@@ -88,40 +60,6 @@ float multiplierOf(float rate)
 float multiplierFor(const QString &text)
 {
     return multiplierOf(rateOf(text));
-}
-
-/// Only lines whose unit price is numeric are discounted; the others stay as they are.
-void applyToAllLines(Table &quote, float multiplier, const QLocale &locale)
-{
-    const int end = QuoteLine::firstFreeRow(quote);
-    for (int row = 1; row < end; ++row) {
-        if (conv::isNumeric(quote.get(row, QuoteLine::UnitPrice), locale))
-            discountLine(quote, row, multiplier, locale);
-    }
-}
-
-/// Here the list price is the cell tested, not the unit price as in applyToAllLines: a line
-/// with a typed price that is no number is still discounted from its list price.
-void applyToLine(Table &quote, int row, float multiplier, const QLocale &locale)
-{
-    if (row < 1 || row > quote.rowCount())
-        return;
-    if (conv::isNumeric(quote.get(row, QuoteLine::ListPrice), locale))
-        discountLine(quote, row, multiplier, locale);
-}
-
-void resetPrices(Table &quote, const QLocale &locale)
-{
-    const int end = QuoteLine::firstFreeRow(quote);
-    for (int row = 1; row < end; ++row) {
-        quote.put(row, QuoteLine::UnitPrice, quote.get(row, QuoteLine::ListPrice));
-        ErrorTrap trap;
-        trap.step([&] {
-            quote.put(row, QuoteLine::ExtendedPrice,
-                conv::checkedDouble(number(quote, row, QuoteLine::Quantity, locale)
-                    * number(quote, row, QuoteLine::UnitPrice, locale)));
-        });
-    }
 }
 
 } // namespace tarnwick::Discount

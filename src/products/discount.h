@@ -1,12 +1,9 @@
 #pragma once
 
-#include <QLocale>
 #include <QString>
 #include <QStringList>
 
 namespace tarnwick {
-
-class Table;
 
 namespace Discount {
 
@@ -24,18 +21,6 @@ float multiplierOf(float rate);
 
 /// multiplierOf(rateOf(text)).
 float multiplierFor(const QString &text);
-
-/// "Discount All": every quote line whose unit price is numeric gets list price × multiplier
-/// as its unit price and quantity × unit price as its extended price.
-void applyToAllLines(Table &quote, float multiplier, const QLocale &locale);
-
-/// "Discount Product": quote row (1-based) gets list price × multiplier and the new extended
-/// price when its list price is numeric. A row outside the table changes nothing.
-void applyToLine(Table &quote, int row, float multiplier, const QLocale &locale);
-
-/// "Reset Prices": every quote line's unit price becomes its list price, and its extended
-/// price quantity × unit price.
-void resetPrices(Table &quote, const QLocale &locale);
 
 } // namespace Discount
 

@@ -4,7 +4,7 @@
 #include "core/conversions.h"
 #include "core/formats.h"
 #include "products/priceedittext.h"
-#include "products/quotetable.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 
 #include <array>

@@ -5,7 +5,7 @@
 #include "core/conversions.h"
 #include "core/errortrap.h"
 #include "products/priceschedule.h"
-#include "products/quotetable.h"
+#include "quotes/quoteline.h"
 
 namespace tarnwick::QuoteList {
 

@@ -4,7 +4,7 @@
 #include "core/conversions.h"
 #include "core/errortrap.h"
 #include "core/formats.h"
-#include "products/quotetable.h"
+#include "quotes/quoteline.h"
 
 namespace tarnwick::QuotePricing {
 

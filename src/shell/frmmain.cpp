@@ -9,6 +9,7 @@
 #include "platform/ihelpviewer.h"
 #include "platform/iprompts.h"
 #include "shell/accessiblenames.h"
+#include "shell/documentscontroller.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 #include "shell/passwordlock.h"
@@ -54,6 +55,7 @@ frmMain::frmMain(
         new ProductGridController(services, module, m_ui, m_actions->button(QStringLiteral("Edit")),
             m_actions->mnuMainGrid(), m_actions->mnups(), this);
     m_quote = new QuoteController(services, module, m_ui, m_actions->mnuQuote(), this);
+    m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
     disableLaterCommands();
     connectHandlers();
     watchMouse();
@@ -100,6 +102,12 @@ void frmMain::connectHandlers()
     on("mnuUserOptions", &frmMain::mnuUserOptions_Click);
     on("mnushow", &frmMain::mnushow_Click);
     on("mnuremove", &frmMain::mnuremove_Click);
+    on("mnuquotecopy", &frmMain::mnuquotecopy_Click);
+    on("mnuQuoteNote", &frmMain::mnuQuoteNote_Click);
+    on("mnucopyproduct", &frmMain::mnucopyproduct_Click);
+    on("mnuCopyProductInfo", &frmMain::mnuCopyProductInfo_Click);
+    on("mnuPreview", &frmMain::mnuPreview_Click);
+    on("mnuPrint", &frmMain::mnuPrint_Click);
     connectTemplateItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
@@ -129,12 +137,11 @@ void frmMain::connectTemplateItems()
 void frmMain::disableLaterCommands()
 {
     // Commands whose work is not part of this build yet are shown but cannot be chosen.
-    const char *later[] = { "mnuFileOpen", "mnucopyproduct", "mnuPreview", "mnuPrint",
-        "mnuHelpContents", "mnuHelpSearchForHelpOn", "mnuHelpAbout", "mnuCopyProductInfo",
-        "mnuquotecopy", "mnuQuoteNote" };
+    const char *later[] = { "mnuFileOpen", "mnuHelpContents", "mnuHelpSearchForHelpOn",
+        "mnuHelpAbout" };
     for (const char *name : later)
         m_actions->action(QString::fromLatin1(name))->setEnabled(false);
-    for (const char *key : { "Palm", "Export", "New", "Open", "Print" })
+    for (const char *key : { "Palm", "Export", "New", "Open" })
         m_actions->button(QString::fromLatin1(key))->setEnabled(false);
 }
 
@@ -350,9 +357,41 @@ void frmMain::tbToolBar_ButtonClick(QAction *button)
         m_grid->findProduct(m_dialogs);
     else if (key == QLatin1String("Save"))
         mnuFileSave_Click();
+    else if (key == QLatin1String("Print"))
+        m_documents->copyProductInfo();
     else if (key == QLatin1String("Help"))
         m_services.help.showTopic(
             m_services.environment.pathInAppFolder(HelpFileName), QStringLiteral("Main"));
+}
+
+void frmMain::mnuquotecopy_Click()
+{
+    m_documents->copyQuote();
+}
+
+void frmMain::mnuQuoteNote_Click()
+{
+    m_documents->showQuoteNote();
+}
+
+void frmMain::mnucopyproduct_Click()
+{
+    m_documents->copyProductInfo();
+}
+
+void frmMain::mnuCopyProductInfo_Click()
+{
+    m_documents->copyProductInfo();
+}
+
+void frmMain::mnuPreview_Click()
+{
+    m_documents->previewPriceList();
+}
+
+void frmMain::mnuPrint_Click()
+{
+    m_documents->printPriceList();
 }
 
 void frmMain::mnuAddProd_Click()

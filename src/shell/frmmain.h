@@ -19,6 +19,7 @@ namespace tarnwick {
 
 struct AppServices;
 class IShellDialogs;
+class DocumentsController;
 class MainWindowActions;
 class Module1;
 class ProductGridController;
@@ -51,6 +52,7 @@ public:
     MainWindowActions &actions() const { return *m_actions; }
     ProductGridController &grid() const { return *m_grid; }
     QuoteController &quote() const { return *m_quote; }
+    DocumentsController &documents() const { return *m_documents; }
     qint16 screenSplit() const { return m_screenSplit; }
     qint16 colwidth() const { return m_colwidth; }
     /// Twips per pixel of this window (15 at 96 dpi).
@@ -79,6 +81,12 @@ private Q_SLOTS:
     void mnuResetPrices_Click();
     void mnudiscountAll_Click();
     void mnuDiscprod_Click();
+    void mnuquotecopy_Click();
+    void mnuQuoteNote_Click();
+    void mnucopyproduct_Click();
+    void mnuCopyProductInfo_Click();
+    void mnuPreview_Click();
+    void mnuPrint_Click();
     void mnuFileExit_Click();
     void mnuEditCopy_Click();
     void mnuUserOptions_Click();
@@ -134,6 +142,7 @@ private:
     std::unique_ptr<MainWindowActions> m_actions;
     ProductGridController *m_grid = nullptr;
     QuoteController *m_quote = nullptr;
+    DocumentsController *m_documents = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
     QMetaObject::Connection m_focusConnection;

@@ -1,14 +1,10 @@
-#include "catalogue/table.h"
 #include "products/discount.h"
-#include "products/quotetable.h"
 
 #include <gtest/gtest.h>
 
 using namespace tarnwick;
 
 namespace {
-
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
 
 TEST(DiscountTest, TheChoicesComeInOrderWithTheApostropheOnTwoPercent)
 {
@@ -39,127 +35,6 @@ TEST(DiscountTest, TheMultiplierIsTheSingleNearestOneMinusTheRate)
     EXPECT_EQ(Discount::multiplierFor("3%"), 0x1.f0a3d8p-1f); // 0.97000002861022949
     EXPECT_EQ(Discount::multiplierFor("10%"), 0x1.ccccccp-1f); // 0.89999997615814209
     EXPECT_EQ(Discount::multiplierFor("2%'"), 1.0f);
-}
-
-/// A quote of three lines and room for more.
-class QuoteDiscountTest : public ::testing::Test
-{
-protected:
-    QuoteDiscountTest() : quote(QuoteLine::MaxLines, QuoteLine::FieldCount)
-    {
-        addLine(1, "A-1", "$12.50", "$12.50", Cell(qint32(1)));
-        addLine(2, "B-2", "$7.35", "6.99", "3");
-        addLine(3, "C-3", "$100.00", "$100.00", Cell(qint32(2)));
-    }
-
-    void addLine(int row, const char *part, const Cell &list, const Cell &price, const Cell &qty)
-    {
-        quote.put(row, QuoteLine::PartNumber, part);
-        quote.put(row, QuoteLine::UnitPrice, price);
-        quote.put(row, QuoteLine::Quantity, qty);
-        quote.put(row, QuoteLine::ExtendedPrice, price);
-        quote.put(row, QuoteLine::ListPrice, list);
-    }
-    double number(int row, int field) const { return quote.get(row, field).asNumber(); }
-
-    Table quote;
-};
-
-TEST_F(QuoteDiscountTest, DiscountAllPricesEveryLineFromItsListPriceUnrounded)
-{
-    Discount::applyToAllLines(quote, Discount::multiplierFor("3%"), EnUs);
-    // 12.5 × 0.97000002861022949 and 7.35 × that, exact products in double precision.
-    EXPECT_EQ(number(1, QuoteLine::UnitPrice), 12.125000357627869);
-    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 12.125000357627869);
-    EXPECT_DOUBLE_EQ(number(2, QuoteLine::UnitPrice), 7.129500210285187);
-    EXPECT_DOUBLE_EQ(number(2, QuoteLine::ExtendedPrice), 21.38850063085556);
-    EXPECT_DOUBLE_EQ(number(3, QuoteLine::ExtendedPrice), 194.00000572204590);
-    EXPECT_EQ(quote.get(1, QuoteLine::ListPrice), Cell("$12.50"));
-}
-
-TEST_F(QuoteDiscountTest, TwoPercentWithApostropheSetsThePricesToTheirListPrices)
-{
-    Discount::applyToAllLines(quote, Discount::multiplierFor("2%'"), EnUs);
-    EXPECT_EQ(number(2, QuoteLine::UnitPrice), 7.35);
-    EXPECT_DOUBLE_EQ(number(2, QuoteLine::ExtendedPrice), 22.05);
-    Discount::applyToLine(quote, 3, Discount::multiplierFor("15%"), EnUs);
-    Discount::applyToLine(quote, 3, Discount::multiplierFor("2%'"), EnUs);
-    EXPECT_EQ(number(3, QuoteLine::UnitPrice), 100.0);
-    EXPECT_EQ(number(3, QuoteLine::ExtendedPrice), 200.0);
-}
-
-TEST_F(QuoteDiscountTest, DiscountAllTreatsAQuoteWhoseFirstLineIsEmptyAsEmpty)
-{
-    quote.put(1, QuoteLine::PartNumber, "");
-    Discount::applyToAllLines(quote, Discount::multiplierFor("10%"), EnUs);
-    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("$12.50"));
-    EXPECT_EQ(quote.get(2, QuoteLine::UnitPrice), Cell("6.99"));
-    EXPECT_EQ(quote.get(3, QuoteLine::UnitPrice), Cell("$100.00"));
-}
-
-TEST_F(QuoteDiscountTest, DiscountAllSkipsLinesWhosePriceIsNoNumber)
-{
-    quote.put(2, QuoteLine::UnitPrice, "call us");
-    Discount::applyToAllLines(quote, Discount::multiplierFor("10%"), EnUs);
-    EXPECT_EQ(quote.get(2, QuoteLine::UnitPrice), Cell("call us"));
-    EXPECT_EQ(quote.get(2, QuoteLine::ExtendedPrice), Cell("6.99"));
-    EXPECT_DOUBLE_EQ(number(1, QuoteLine::UnitPrice), 12.5 * double(0x1.ccccccp-1f));
-}
-
-TEST_F(QuoteDiscountTest, DiscountProductTestsTheListPriceNotTheUnitPrice)
-{
-    quote.put(2, QuoteLine::UnitPrice, "call us");
-    Discount::applyToLine(quote, 2, Discount::multiplierFor("1%"), EnUs);
-    // 7.35 × 0.99000000953674316
-    EXPECT_DOUBLE_EQ(number(2, QuoteLine::UnitPrice), 7.276500070095062);
-    EXPECT_DOUBLE_EQ(number(2, QuoteLine::ExtendedPrice), 21.829500210285186);
-    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("$12.50"));
-
-    quote.put(3, QuoteLine::ListPrice, "n/a");
-    Discount::applyToLine(quote, 3, Discount::multiplierFor("1%"), EnUs);
-    EXPECT_EQ(quote.get(3, QuoteLine::UnitPrice), Cell("$100.00"));
-    EXPECT_EQ(quote.get(3, QuoteLine::ExtendedPrice), Cell("$100.00"));
-}
-
-TEST_F(QuoteDiscountTest, DiscountAllRecomputesTheExtendedPriceWhenTheListPriceIsNoNumber)
-{
-    quote.put(3, QuoteLine::ListPrice, "n/a");
-    Discount::applyToAllLines(quote, Discount::multiplierFor("1%"), EnUs);
-    EXPECT_EQ(quote.get(3, QuoteLine::UnitPrice), Cell("$100.00"));
-    EXPECT_EQ(number(3, QuoteLine::ExtendedPrice), 200.0);
-}
-
-TEST_F(QuoteDiscountTest, DiscountProductOutsideTheTableChangesNothing)
-{
-    Discount::applyToLine(quote, 0, Discount::multiplierFor("5%"), EnUs);
-    Discount::applyToLine(quote, QuoteLine::MaxLines + 1, Discount::multiplierFor("5%"), EnUs);
-    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("$12.50"));
-}
-
-TEST_F(QuoteDiscountTest, ResetPricesCopiesTheListPricesAndRecomputesExtendedPrices)
-{
-    Discount::applyToAllLines(quote, Discount::multiplierFor("25%"), EnUs);
-    quote.put(1, QuoteLine::Quantity, "4");
-    Discount::resetPrices(quote, EnUs);
-    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("$12.50"));
-    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 50.0);
-    EXPECT_EQ(quote.get(2, QuoteLine::UnitPrice), Cell("$7.35"));
-    EXPECT_DOUBLE_EQ(number(2, QuoteLine::ExtendedPrice), 22.05);
-    EXPECT_EQ(number(3, QuoteLine::ExtendedPrice), 200.0);
-}
-
-TEST(QuoteTableTest, TheQuoteEndsAtTheFirstBlankPartNumber)
-{
-    Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);
-    EXPECT_EQ(QuoteLine::firstFreeRow(quote), 1);
-    quote.put(1, QuoteLine::PartNumber, "A");
-    quote.put(2, QuoteLine::PartNumber, "");
-    quote.put(3, QuoteLine::PartNumber, "C");
-    EXPECT_EQ(QuoteLine::firstFreeRow(quote), 2);
-    EXPECT_EQ(QuoteLine::lineCount(quote), 1);
-    for (int row = 1; row <= QuoteLine::MaxLines; ++row)
-        quote.put(row, QuoteLine::PartNumber, "X");
-    EXPECT_EQ(QuoteLine::firstFreeRow(quote), QuoteLine::MaxLines + 1);
 }
 
 } // namespace

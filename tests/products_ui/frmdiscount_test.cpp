@@ -1,7 +1,7 @@
 #include "catalogue/table.h"
-#include "products/quotetable.h"
 #include "products/ui/frmdiscount.h"
 #include "products/ui/frmdiscountprod.h"
+#include "quotes/quoteline.h"
 
 #include <QComboBox>
 #include <QLabel>

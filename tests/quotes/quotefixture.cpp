@@ -2,7 +2,7 @@
 
 #include "catalogue/productrecord.h"
 #include "core/conversions.h"
-#include "products/quotetable.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 
 #include <iterator>

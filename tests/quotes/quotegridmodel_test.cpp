@@ -1,7 +1,7 @@
 #include "quotefixture.h"
 
-#include "products/quotetable.h"
 #include "quotes/quotegridmodel.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 
 #include <QSignalSpy>

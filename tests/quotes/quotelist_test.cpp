@@ -3,7 +3,7 @@
 #include "catalogue/productrecord.h"
 #include "core/formats.h"
 
-#include "products/quotetable.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 #include "quotes/quotepricing.h"
 

@@ -2,7 +2,8 @@
 
 #include "catalogue/productrecord.h"
 #include "products/discount.h"
-#include "products/quotetable.h"
+#include "quotes/quotediscount.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 #include "quotes/quotepricing.h"
 

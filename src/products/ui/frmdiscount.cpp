@@ -1,6 +1,6 @@
 #include "products/ui/frmdiscount.h"
 
-#include "products/discount.h"
+#include "quotes/quotediscount.h"
 
 namespace tarnwick {
 

@@ -1,6 +1,6 @@
 #include "products/ui/frmdiscountprod.h"
 
-#include "products/discount.h"
+#include "quotes/quotediscount.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "products/quotetable.h"
+#include "quotes/quoteline.h"
 
 #include "catalogue/table.h"
 

@@ -1,0 +1,70 @@
+#include "quotes/quotediscount.h"
+
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "core/errortrap.h"
+#include "quotes/quoteline.h"
+
+namespace tarnwick::Discount {
+
+namespace {
+
+double number(const Table &quote, int row, int field, const QLocale &locale)
+{
+    return conv::toDouble(quote.get(row, field), locale);
+}
+
+/// Quantity × unit price; a product beyond the double range raises the overflow error.
+double extendedPrice(const Table &quote, int row, const QLocale &locale)
+{
+    return conv::checkedDouble(number(quote, row, QuoteLine::Quantity, locale)
+        * number(quote, row, QuoteLine::UnitPrice, locale));
+}
+
+/// Unit price := list price × multiplier, then extended price := quantity × unit price, each
+/// as its own step: a list price that is no number leaves the unit price as it was, and the
+/// extended price is still recomputed from it.
+void discountLine(Table &quote, int row, float multiplier, const QLocale &locale)
+{
+    ErrorTrap trap;
+    trap.step([&] {
+        quote.put(row, QuoteLine::UnitPrice,
+            number(quote, row, QuoteLine::ListPrice, locale) * double(multiplier));
+    });
+    trap.step([&] { quote.put(row, QuoteLine::ExtendedPrice, extendedPrice(quote, row, locale)); });
+}
+
+} // namespace
+
+/// Only lines whose unit price is numeric are discounted; the others stay as they are.
+void applyToAllLines(Table &quote, float multiplier, const QLocale &locale)
+{
+    const int end = QuoteLine::firstFreeRow(quote);
+    for (int row = 1; row < end; ++row) {
+        if (conv::isNumeric(quote.get(row, QuoteLine::UnitPrice), locale))
+            discountLine(quote, row, multiplier, locale);
+    }
+}
+
+/// Here the list price is the cell tested, not the unit price as in applyToAllLines: a line
+/// with a typed price that is no number is still discounted from its list price.
+void applyToLine(Table &quote, int row, float multiplier, const QLocale &locale)
+{
+    if (row < 1 || row > quote.rowCount())
+        return;
+    if (conv::isNumeric(quote.get(row, QuoteLine::ListPrice), locale))
+        discountLine(quote, row, multiplier, locale);
+}
+
+void resetPrices(Table &quote, const QLocale &locale)
+{
+    const int end = QuoteLine::firstFreeRow(quote);
+    for (int row = 1; row < end; ++row) {
+        quote.put(row, QuoteLine::UnitPrice, quote.get(row, QuoteLine::ListPrice));
+        ErrorTrap trap;
+        trap.step(
+            [&] { quote.put(row, QuoteLine::ExtendedPrice, extendedPrice(quote, row, locale)); });
+    }
+}
+
+} // namespace tarnwick::Discount

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QLocale>
+
+namespace tarnwick {
+
+class Table;
+
+/// The quote side of the discounts: the multiplier of a chosen rate (products/discount.h)
+/// applied to the lines of the quote.
+namespace Discount {
+
+/// "Discount All": every quote line whose unit price is numeric gets list price × multiplier
+/// as its unit price and quantity × unit price as its extended price.
+void applyToAllLines(Table &quote, float multiplier, const QLocale &locale);
+
+/// "Discount Product": quote row (1-based) gets list price × multiplier and the new extended
+/// price when its list price is numeric. A row outside the table changes nothing.
+void applyToLine(Table &quote, int row, float multiplier, const QLocale &locale);
+
+/// "Reset Prices": every quote line's unit price becomes its list price, and its extended
+/// price quantity × unit price.
+void resetPrices(Table &quote, const QLocale &locale);
+
+} // namespace Discount
+
+} // namespace tarnwick

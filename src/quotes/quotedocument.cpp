@@ -1,0 +1,135 @@
+#include "quotes/quotedocument.h"
+
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "core/formats.h"
+#include "quotes/documentcomposer.h"
+#include "quotes/quoteline.h"
+
+#include <QTextDocument>
+
+#include <optional>
+
+namespace tarnwick::QuoteDocument {
+
+namespace {
+
+const QString Tab = QStringLiteral("\t");
+const QString Lf = QStringLiteral("\n");
+
+/// A cell as the document shows it; a null cell shows nothing.
+QString textOf(const Cell &cell, const QLocale &locale)
+{
+    return cell.isNull() ? QString() : conv::toText(cell, locale);
+}
+
+std::optional<double> numberOf(const Cell &cell, const QLocale &locale)
+{
+    if (!conv::isNumeric(cell, locale))
+        return std::nullopt;
+    return conv::toDouble(cell, locale);
+}
+
+/// A line is shown in the plain layout when its unit price equals its list price. Prices that
+/// are numbers are compared at single precision, the precision a re-priced unit price is held
+/// in; anything else is compared as text.
+bool atListPrice(const Cell &unit, const Cell &list, const QLocale &locale)
+{
+    const auto unitNumber = numberOf(unit, locale);
+    const auto listNumber = numberOf(list, locale);
+    if (unitNumber && listNumber)
+        return float(*unitNumber) == float(*listNumber);
+    return textOf(unit, locale) == textOf(list, locale);
+}
+
+/// The discount of a line, (list price − unit price) ÷ list price, held as a single; 0 when the
+/// list price is no number or zero.
+float discountOf(const Cell &unit, const Cell &list, const QLocale &locale)
+{
+    const auto unitNumber = numberOf(unit, locale);
+    const auto listNumber = numberOf(list, locale);
+    if (!unitNumber || !listNumber || *listNumber == 0.0)
+        return 0.0f;
+    return float((*listNumber - *unitNumber) / *listNumber);
+}
+
+QString currency(const Cell &cell, const QLocale &locale)
+{
+    return format(cell, QStringLiteral("Currency"), locale);
+}
+
+/// The two lines under a quote line's heading: quantity, prices and extended price.
+QString priceLine(const Table &quote, int row, const QLocale &locale)
+{
+    const Cell unit = quote.get(row, QuoteLine::UnitPrice);
+    const Cell list = quote.get(row, QuoteLine::ListPrice);
+    const QString quantity = textOf(quote.get(row, QuoteLine::Quantity), locale);
+    const QString extended = currency(quote.get(row, QuoteLine::ExtendedPrice), locale);
+    if (atListPrice(unit, list, locale)) {
+        return QLatin1String("Quantity ") + quantity + Tab + Tab + QLatin1String("Price ")
+            + currency(unit, locale) + Tab + Tab + Tab + QLatin1String("Extended Price  ")
+            + extended + Lf;
+    }
+    const QString discount =
+        format(Cell(discountOf(unit, list, locale)), QStringLiteral("percent"), locale);
+    return QLatin1String("Quantity ") + quantity + Tab + QLatin1String("List: ")
+        + currency(list, locale) + Tab + QLatin1String("Price: ") + currency(unit, locale) + Tab
+        + QLatin1String("Discount: ") + discount + Tab + QLatin1String("Ext.: ") + extended + Lf;
+}
+
+/// One block per line: part number and name in bold, the price line, the Includes text unless
+/// "NoIncludes" is 1, and a blank line.
+void insertLine(
+    DocumentComposer &out, const Table &quote, int row, int noIncludes, const QLocale &locale)
+{
+    out.setBold(true);
+    out.setSize(10);
+    out.insert(textOf(quote.get(row, QuoteLine::PartNumber), locale) + QLatin1String(" ") + Tab);
+    out.insert(textOf(quote.get(row, QuoteLine::ProductName), locale) + Lf);
+    out.setBold(false);
+    out.setSize(10);
+    out.insert(priceLine(quote, row, locale));
+    if (noIncludes != 1)
+        out.insert(textOf(quote.get(row, QuoteLine::Includes), locale) + Lf);
+    out.insert(Lf);
+}
+
+/// The totals in bold: "Discount Amount = " only while the discount box shows more than 0,
+/// then the order total, both as the boxes show them.
+void insertTotals(DocumentComposer &out, const QuoteDocumentInput &input, const QLocale &locale)
+{
+    out.insert(Lf);
+    out.setBold(true);
+    out.setSize(10);
+    const auto discount = conv::parseNumber(input.discountBox, locale);
+    if (discount && *discount > 0)
+        out.insert(QLatin1String("Discount Amount = ") + input.discountBox + Lf);
+    out.insert(Lf);
+    out.insert(QLatin1String("Order Total = ") + input.totalBox + Lf + Lf);
+}
+
+} // namespace
+
+std::unique_ptr<QTextDocument> build(
+    const Table &quote, const QuoteDocumentInput &input, const QLocale &locale)
+{
+    auto document = std::make_unique<QTextDocument>();
+    QFont font(FontFamily);
+    font.setPointSize(10);
+    document->setDefaultFont(font);
+    DocumentComposer out(*document);
+    out.setFont(FontFamily);
+    out.setSize(12);
+    out.setBold(true);
+    out.insert(input.heading + Lf + Lf);
+    out.setSize(10);
+    out.setBold(false);
+    const int end = QuoteLine::firstFreeRow(quote);
+    for (int row = 1; row < end; ++row)
+        insertLine(out, quote, row, input.noIncludes, locale);
+    insertTotals(out, input, locale);
+    out.insert(input.ending);
+    return document;
+}
+
+} // namespace tarnwick::QuoteDocument

@@ -1,0 +1,81 @@
+#include "quotes/quotenote.h"
+
+#include "catalogue/cataloguetext.h"
+#include "platform/isettingsstore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+
+namespace tarnwick::QuoteNote {
+
+namespace {
+
+const QString Application = QStringLiteral("Tarnwick");
+const QString Section = QStringLiteral("Settings");
+const QString NoIncludesKey = QStringLiteral("NoIncludes");
+
+} // namespace
+
+QString headingPath(const QString &folder)
+{
+    const QDir dir(folder);
+    for (const QLatin1String name : { HeadingFileName, HeadingFileSaveName }) {
+        if (dir.exists(name))
+            return dir.filePath(name);
+    }
+    return dir.filePath(HeadingFileSaveName);
+}
+
+QString endingPath(const QString &folder)
+{
+    return QDir(folder).filePath(EndingFileName);
+}
+
+QString readText(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QString text = decodeCatalogueBytes(file.readAll());
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return text;
+}
+
+bool saveText(const QString &path, const QString &text)
+{
+    QString lines = text;
+    lines.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    lines.replace(QLatin1String("\n"), QLatin1String("\r\n"));
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    file.write(encodeCatalogueText(lines));
+    return file.commit();
+}
+
+QString readHeading(const QString &folder)
+{
+    return readText(headingPath(folder));
+}
+
+QString readEnding(const QString &folder)
+{
+    return readText(endingPath(folder));
+}
+
+int noIncludes(const ISettingsStore &settings)
+{
+    bool ok = false;
+    const int value =
+        settings.get(Application, Section, NoIncludesKey, QStringLiteral("0")).trimmed().toInt(&ok);
+    return ok ? value : 0;
+}
+
+void saveNoIncludes(ISettingsStore &settings, int value)
+{
+    settings.save(Application, Section, NoIncludesKey, QString::number(value));
+}
+
+} // namespace tarnwick::QuoteNote

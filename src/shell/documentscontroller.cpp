@@ -1,0 +1,88 @@
+#include "shell/documentscontroller.h"
+
+#include "catalogue/module1.h"
+#include "platform/appenvironment.h"
+#include "platform/appservices.h"
+#include "platform/iclipboard.h"
+#include "quotes/documentclipboard.h"
+#include "quotes/pricelist.h"
+#include "quotes/productreport.h"
+#include "quotes/quotedocument.h"
+#include "quotes/quotenote.h"
+#include "shell/frmquotenote.h"
+#include "shell/mainwindowui.h"
+#include "shell/printservice.h"
+#include "shell/productgridcontroller.h"
+
+#include <QLineEdit>
+#include <QTextDocument>
+
+namespace tarnwick {
+
+DocumentsController::DocumentsController(const AppServices &services, Module1 &module,
+    const MainWindowUi &ui, const ProductGridController &grid, QWidget *owner)
+    : QObject(owner), m_services(services), m_module(module), m_ui(ui), m_grid(grid),
+      m_owner(owner), m_print(std::make_unique<QtPrintService>())
+{
+}
+
+DocumentsController::~DocumentsController() = default;
+
+void DocumentsController::copyQuote()
+{
+    const QString folder = m_services.environment.appFolder();
+    QuoteDocumentInput input;
+    input.heading = QuoteNote::readHeading(folder);
+    input.ending = QuoteNote::readEnding(folder);
+    input.noIncludes = QuoteNote::noIncludes(m_services.settings);
+    input.discountBox = m_ui.TxtDisc->text();
+    input.totalBox = m_ui.TxtTotal->text();
+    const auto document = QuoteDocument::build(m_module.QuoteTable(), input, m_module.locale());
+    m_services.clipboard.clear();
+    m_services.clipboard.setRichDocument(clipboardForms(*document));
+}
+
+void DocumentsController::copyProductInfo()
+{
+    const auto document =
+        ProductReport::build(m_module.Catalogue(), m_grid.currentBookmark(), m_module.locale());
+    m_services.clipboard.clear();
+    m_services.clipboard.setRichDocument(clipboardForms(*document));
+}
+
+void DocumentsController::showQuoteNote()
+{
+    if (!m_quoteNote) {
+        m_quoteNote = new FrmQuoteNote(
+            m_services.settings, m_services.prompts, m_services.environment.appFolder(), m_owner);
+    }
+    m_quoteNote->show();
+    m_quoteNote->raise();
+    m_quoteNote->activateWindow();
+}
+
+void DocumentsController::previewPriceList()
+{
+    const auto entries = PriceList::entries(m_module.Catalogue(), m_module.locale());
+    m_print->preview(m_owner, PriceListTitle,
+        [&entries](QPagedPaintDevice &device) { PriceList::paint(device, entries); });
+}
+
+void DocumentsController::printPriceList()
+{
+    const auto entries = PriceList::entries(m_module.Catalogue(), m_module.locale());
+    m_print->print(m_owner, PriceListTitle,
+        [&entries](QPagedPaintDevice &device) { PriceList::paint(device, entries); });
+}
+
+FrmQuoteNote *DocumentsController::quoteNoteWindow() const
+{
+    return m_quoteNote.data();
+}
+
+void DocumentsController::setPrintService(std::unique_ptr<IPrintService> service)
+{
+    m_print = std::move(service);
+}
+
+} // namespace tarnwick

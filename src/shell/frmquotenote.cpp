@@ -1,0 +1,105 @@
+#include "shell/frmquotenote.h"
+
+#include "platform/iprompts.h"
+#include "quotes/quotenote.h"
+#include "shell/accessiblenames.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QTextEdit>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+namespace {
+
+QTextEdit *textBox(const char *name, QWidget *parent)
+{
+    auto *box = new QTextEdit(parent);
+    box->setObjectName(QString::fromLatin1(name));
+    box->setAcceptRichText(false);
+    box->setTabChangesFocus(true);
+    return box;
+}
+
+} // namespace
+
+FrmQuoteNote::FrmQuoteNote(
+    ISettingsStore &settings, IPrompts &prompts, const QString &appFolder, QWidget *parent)
+    : QWidget(parent, Qt::Window), m_settings(settings), m_prompts(prompts), m_appFolder(appFolder)
+{
+    setObjectName(QStringLiteral("FrmQuoteNote"));
+    setWindowTitle(tr("Quote Note"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_txttop = textBox("txttop", this);
+    m_txtbottom = textBox("txtbottom", this);
+    m_chkincludes = new QCheckBox(tr("Do not show Includes information"), this);
+    m_chkincludes->setObjectName(QStringLiteral("Chkincludes"));
+    m_cmdOK = new QPushButton(tr("OK"), this);
+    m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    m_cmdOK->setDefault(true);
+    m_cmdNextTip = new QPushButton(tr("&Cancel"), this);
+    m_cmdNextTip->setObjectName(QStringLiteral("cmdNextTip"));
+
+    auto *top = new QLabel(tr("Quote Heading"), this);
+    top->setBuddy(m_txttop);
+    auto *bottom = new QLabel(tr("End of Quote"), this);
+    bottom->setBuddy(m_txtbottom);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(m_chkincludes);
+    buttons->addStretch();
+    buttons->addWidget(m_cmdOK);
+    buttons->addWidget(m_cmdNextTip);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(top);
+    layout->addWidget(m_txttop);
+    layout->addWidget(bottom);
+    layout->addWidget(m_txtbottom);
+    layout->addLayout(buttons);
+    resize(520, 420);
+
+    Form_Load();
+    connectHandlers();
+    exposeObjectNames(this);
+}
+
+void FrmQuoteNote::connectHandlers()
+{
+    connect(m_chkincludes, &QCheckBox::clicked, this, &FrmQuoteNote::Chkincludes_Click);
+    connect(m_cmdOK, &QPushButton::clicked, this, &FrmQuoteNote::cmdOK_Click);
+    connect(m_cmdNextTip, &QPushButton::clicked, this, &FrmQuoteNote::cmdNextTip_Click);
+}
+
+void FrmQuoteNote::Form_Load()
+{
+    m_chkincludes->setChecked(QuoteNote::noIncludes(m_settings) == 1);
+    m_txtbottom->setPlainText(QuoteNote::readEnding(m_appFolder));
+    m_txttop->setPlainText(QuoteNote::readHeading(m_appFolder));
+}
+
+void FrmQuoteNote::Chkincludes_Click()
+{
+    QuoteNote::saveNoIncludes(m_settings, m_chkincludes->isChecked() ? 1 : 0);
+}
+
+void FrmQuoteNote::cmdOK_Click()
+{
+    const bool saved =
+        QuoteNote::saveText(QuoteNote::endingPath(m_appFolder), m_txtbottom->toPlainText())
+        && QuoteNote::saveText(QuoteNote::headingPath(m_appFolder), m_txttop->toPlainText());
+    if (!saved) {
+        // The window stays open, so the user's text is not lost.
+        m_prompts.msgBox(SaveFailedText, MsgStyle::Exclamation, SaveFailedTitle);
+        return;
+    }
+    close();
+}
+
+void FrmQuoteNote::cmdNextTip_Click()
+{
+    close();
+}
+
+} // namespace tarnwick

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QWidget>
+
+class QCheckBox;
+class QPushButton;
+class QTextEdit;
+
+namespace tarnwick {
+
+class IPrompts;
+class ISettingsStore;
+
+/// "Quote Note": edits the heading (txttop) and the ending (txtbottom) of the quote document
+/// and the "Do not show Includes information" box (Chkincludes). OK (cmdOK) saves both texts
+/// as plain text in the application folder and closes; "&Cancel" (cmdNextTip) closes without
+/// saving them. The check box is saved the moment it is clicked.
+class FrmQuoteNote : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr QLatin1String SaveFailedText { "The quote note could not be saved." };
+    static constexpr QLatin1String SaveFailedTitle { "Quote Note" };
+
+    FrmQuoteNote(ISettingsStore &settings, IPrompts &prompts, const QString &appFolder,
+        QWidget *parent = nullptr);
+
+private Q_SLOTS:
+    void Chkincludes_Click();
+    void cmdOK_Click();
+    void cmdNextTip_Click();
+
+private:
+    void Form_Load();
+    void connectHandlers();
+
+    ISettingsStore &m_settings;
+    IPrompts &m_prompts;
+    QString m_appFolder;
+    QTextEdit *m_txttop = nullptr;
+    QTextEdit *m_txtbottom = nullptr;
+    QCheckBox *m_chkincludes = nullptr;
+    QPushButton *m_cmdOK = nullptr;
+    QPushButton *m_cmdNextTip = nullptr;
+};
+
+} // namespace tarnwick

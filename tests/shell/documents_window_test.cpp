@@ -1,0 +1,219 @@
+// The quote document, the product report, the "Quote Note" window and the printed price list,
+// reached from the real main window and on their own.
+#include "shellfixture.h"
+
+#include "quotes/quotenote.h"
+#include "shell/documentscontroller.h"
+#include "shell/frmquotenote.h"
+#include "shell/mainwindowactions.h"
+#include "shell/printservice.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPrinter>
+#include <QProcess>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextEdit>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class QuoteNoteWindowTest : public ::testing::Test
+{
+protected:
+    FrmQuoteNote *open()
+    {
+        window = std::make_unique<FrmQuoteNote>(settings, prompts, folder.path());
+        window->show();
+        return window.get();
+    }
+    template <typename T> T *child(const char *name) const
+    {
+        return window->findChild<T *>(QString::fromLatin1(name));
+    }
+
+    TempAppFolder folder;
+    FakeSettingsStore settings;
+    FakePrompts prompts;
+    std::unique_ptr<FrmQuoteNote> window;
+};
+
+TEST_F(QuoteNoteWindowTest, LoadShowsBothTextsAndTheSetting)
+{
+    folder.writeFile(QStringLiteral("QuoteNoteHead.txt"), "Dear customer,\r\nhere it is");
+    folder.writeFile(QStringLiteral("QuoteNote.txt"), "Regards \xe2\x80\x93 Ann");
+    QuoteNote::saveNoIncludes(settings, 1);
+    open();
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Quote Note"));
+    EXPECT_EQ(
+        child<QTextEdit>("txttop")->toPlainText(), QStringLiteral("Dear customer,\nhere it is"));
+    EXPECT_EQ(child<QTextEdit>("txtbottom")->toPlainText(), QStringLiteral("Regards – Ann"));
+    EXPECT_TRUE(child<QCheckBox>("Chkincludes")->isChecked());
+    EXPECT_EQ(child<QCheckBox>("Chkincludes")->text(),
+        QStringLiteral("Do not show Includes information"));
+}
+
+TEST_F(QuoteNoteWindowTest, OkSavesBothTextsAsPlainText)
+{
+    open();
+    child<QTextEdit>("txttop")->setPlainText(QStringLiteral("Head\nline two"));
+    child<QTextEdit>("txtbottom")->setPlainText(QStringLiteral("End"));
+    QTest::mouseClick(child<QPushButton>("cmdOK"), Qt::LeftButton);
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(folder.readFile(QStringLiteral("QuoteNotehead.txt")), QByteArray("Head\r\nline two"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("QuoteNote.txt")), QByteArray("End"));
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Head\nline two"));
+}
+
+TEST_F(QuoteNoteWindowTest, OkWritesAnExistingHeadingFileUnderItsOwnName)
+{
+    folder.writeFile(QStringLiteral("QuoteNoteHead.txt"), "old");
+    open();
+    child<QTextEdit>("txttop")->setPlainText(QStringLiteral("new"));
+    QTest::mouseClick(child<QPushButton>("cmdOK"), Qt::LeftButton);
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("new"));
+}
+
+TEST_F(QuoteNoteWindowTest, CancelKeepsTheFiles)
+{
+    folder.writeFile(QStringLiteral("QuoteNote.txt"), "keep me");
+    open();
+    child<QTextEdit>("txtbottom")->setPlainText(QStringLiteral("changed"));
+    EXPECT_EQ(child<QPushButton>("cmdNextTip")->text(), QStringLiteral("&Cancel"));
+    QTest::mouseClick(child<QPushButton>("cmdNextTip"), Qt::LeftButton);
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(folder.readFile(QStringLiteral("QuoteNote.txt")), QByteArray("keep me"));
+    EXPECT_FALSE(folder.exists(QStringLiteral("QuoteNotehead.txt")));
+}
+
+TEST_F(QuoteNoteWindowTest, TheCheckBoxIsSavedAtOnceAndKeptOnCancel)
+{
+    open();
+    QTest::mouseClick(child<QCheckBox>("Chkincludes"), Qt::LeftButton);
+    EXPECT_EQ(QuoteNote::noIncludes(settings), 1);
+    QTest::mouseClick(child<QPushButton>("cmdNextTip"), Qt::LeftButton);
+    EXPECT_EQ(QuoteNote::noIncludes(settings), 1);
+    open();
+    QTest::mouseClick(child<QCheckBox>("Chkincludes"), Qt::LeftButton);
+    EXPECT_EQ(QuoteNote::noIncludes(settings), 0);
+}
+
+/// Prints to a PDF file through a real QPrinter instead of asking for a printer.
+class PdfPrintService : public IPrintService
+{
+public:
+    explicit PdfPrintService(QString path) : m_path(std::move(path)) { }
+    void preview(QWidget *, const QString &title, const PaintPages &paint) override
+    {
+        previews.append(title);
+        print(nullptr, title, paint);
+    }
+    bool print(QWidget *, const QString &, const PaintPages &paint) override
+    {
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(m_path);
+        printer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+        paint(printer);
+        ++prints;
+        return true;
+    }
+    QStringList previews;
+    int prints = 0;
+
+private:
+    QString m_path;
+};
+
+class DocumentsWindowTest : public SampleWindowTest
+{
+protected:
+    QString clipboardText() const
+    {
+        return fakes->clipboard.richDocument() ? fakes->clipboard.richDocument()->plainText
+                                               : QString();
+    }
+    QString pdfText(const QString &path) const
+    {
+        QProcess pdftotext;
+        pdftotext.start(QStringLiteral("pdftotext"), { path, QStringLiteral("-") });
+        EXPECT_TRUE(pdftotext.waitForFinished(20000));
+        return QString::fromUtf8(pdftotext.readAllStandardOutput());
+    }
+};
+
+TEST_F(DocumentsWindowTest, TheCommandsAreEnabled)
+{
+    for (const char *name : { "mnuquotecopy", "mnuQuoteNote", "mnucopyproduct",
+             "mnuCopyProductInfo", "mnuPreview", "mnuPrint" })
+        EXPECT_TRUE(action(name)->isEnabled()) << name;
+    EXPECT_TRUE(button("Print")->isEnabled());
+}
+
+TEST_F(DocumentsWindowTest, CopyProductInfoFromTheMenusAndTheToolbarPutsTheReportOnTheClipboard)
+{
+    goToRow(1);
+    const QString part = catalogue().get(2, 1).asText();
+    for (const char *name : { "mnucopyproduct", "mnuCopyProductInfo" }) {
+        const int clears = fakes->clipboard.clearCount();
+        action(name)->trigger();
+        EXPECT_EQ(fakes->clipboard.clearCount(), clears + 1);
+        EXPECT_TRUE(clipboardText().startsWith(
+            QStringLiteral("Product Report\nPart Number  ") + part + QLatin1Char('\t')))
+            << name;
+        EXPECT_TRUE(fakes->clipboard.richDocument()->rtf.contains(QLatin1String("Product Report")));
+    }
+    fakes->clipboard.clear();
+    button("Print")->trigger();
+    EXPECT_TRUE(clipboardText().contains(QStringLiteral("Discount Schedule:")));
+}
+
+TEST_F(DocumentsWindowTest, CopyPutsTheQuoteDocumentWithHeadingAndTotalsOnTheClipboard)
+{
+    folder.writeFile(QStringLiteral("QuoteNoteHead.txt"), "Our offer");
+    goToRow(0);
+    action("mnuGrdMainQuote")->trigger();
+    action("mnuquotecopy")->trigger();
+    const QString text = clipboardText();
+    EXPECT_TRUE(text.startsWith(
+        QStringLiteral("Our offer\n\n") + catalogue().get(1, 1).asText() + QStringLiteral(" \t")))
+        << qPrintable(text);
+    EXPECT_TRUE(text.endsWith(
+        QStringLiteral("Order Total = ") + window->ui().TxtTotal->text() + QStringLiteral("\n\n")));
+}
+
+TEST_F(DocumentsWindowTest, QuoteNoteOpensTheEditorOnce)
+{
+    action("mnuQuoteNote")->trigger();
+    FrmQuoteNote *note = window->documents().quoteNoteWindow();
+    ASSERT_NE(note, nullptr);
+    EXPECT_TRUE(note->isVisible());
+    action("mnuQuoteNote")->trigger();
+    EXPECT_EQ(window->documents().quoteNoteWindow(), note);
+}
+
+TEST_F(DocumentsWindowTest, PrintAndPreviewPrintTheWholePriceList)
+{
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("list.pdf"));
+    auto service = std::make_unique<PdfPrintService>(pdf);
+    PdfPrintService *printer = service.get();
+    window->documents().setPrintService(std::move(service));
+    action("mnuPrint")->trigger();
+    EXPECT_EQ(printer->prints, 1);
+    const QString text = pdfText(pdf);
+    EXPECT_TRUE(text.contains(QStringLiteral("Tarnwick Price list")));
+    EXPECT_TRUE(text.contains(QStringLiteral("Page: 1")));
+    for (int row = 1; row <= catalogue().rowCount(); ++row)
+        EXPECT_TRUE(text.contains(catalogue().get(row, 1).asText())) << row;
+    action("mnuPreview")->trigger();
+    EXPECT_EQ(printer->previews, QStringList { QStringLiteral("Tarnwick Price list") });
+}
+
+} // namespace

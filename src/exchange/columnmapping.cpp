@@ -59,6 +59,20 @@ std::array<int, ListCount> preselection(const QStringList &entries)
     return positions;
 }
 
+ColumnListing listColumns(const QString &path)
+{
+    ColumnListing listing;
+    const WorkbookOpenResult result = openWorkbook(path);
+    if (!result.workbook) {
+        listing.errorNumber = result.errorNumber;
+        return listing;
+    }
+    listing.opened = true;
+    listing.entries = columnEntries(*result.workbook);
+    listing.preselection = preselection(listing.entries);
+    return listing;
+}
+
 QString columnLetters(const std::array<int, ListCount> &positions)
 {
     QString letters;

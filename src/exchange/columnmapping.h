@@ -34,6 +34,25 @@ std::array<int, ListCount> preselection(const QStringList &entries);
 /// "@"); no selection gives "@" for the required lists and "?" for the others.
 QString columnLetters(const std::array<int, ListCount> &positions);
 
+/// True when both required lists have a column selected (a position of 0 or more); the import
+/// window otherwise says "Missing required fields".
+inline bool requiredFieldsMapped(const std::array<int, ListCount> &positions)
+{
+    return positions[PartNumberList] >= 0 && positions[ProductNameList] >= 0;
+}
+
+/// What the import window lists for a workbook file: the column entries of its header row and
+/// the positions to preselect, or, when the file cannot be opened as a workbook, the error
+/// number its message shows.
+struct ColumnListing
+{
+    bool opened = false;
+    int errorNumber = 0;
+    QStringList entries;
+    std::array<int, ListCount> preselection {};
+};
+ColumnListing listColumns(const QString &path);
+
 /// True when the letter means that the field is not read.
 inline bool isUnread(QChar letter)
 {

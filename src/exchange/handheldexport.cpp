@@ -98,6 +98,14 @@ std::vector<int> selectedRows(const std::vector<int> &selection, int currentRow)
     return rows;
 }
 
+std::vector<int> gridSelection(const std::vector<int> &selectedRows, int currentRow)
+{
+    if (selectedRows.size() == 1 && selectedRows.front() == currentRow) {
+        return {};
+    }
+    return selectedRows;
+}
+
 std::optional<QString> groupNameProblem(const QString &name)
 {
     if (name.trimmed().isEmpty()) {

@@ -35,6 +35,11 @@ std::vector<int> allRows(const Table &catalogue);
 /// it is not among them (a current row of 0 adds nothing).
 std::vector<int> selectedRows(const std::vector<int> &selection, int currentRow);
 
+/// The product grid's selection as the "Palm" command takes it: the selected rows, or none
+/// when the only selected row is the current one (a click selects the row it makes current, so
+/// that alone is no choice of products).
+std::vector<int> gridSelection(const std::vector<int> &selectedRows, int currentRow);
+
 /// Why a group name cannot name the handheld files, or nothing when it can: the name becomes
 /// part of file names that are written and deleted in the application folder.
 std::optional<QString> groupNameProblem(const QString &name);

@@ -36,13 +36,22 @@ WorkbookImport::WorkbookImport(const IWorkbook &workbook, Table &catalogue, cons
     }
 }
 
-QString WorkbookImport::cell(int listIndex) const
+std::optional<QString> WorkbookImport::readCell(int listIndex)
 {
     const QChar letter = m_letters[listIndex];
     if (ColumnMapping::isUnread(letter)) {
         return QString();
     }
-    return m_workbook.cellText(columnOf(letter), m_row);
+    QString text;
+    if (!m_trap.step([&] { text = m_workbook.cellText(columnOf(letter), m_row); })) {
+        return std::nullopt;
+    }
+    return text;
+}
+
+QString WorkbookImport::cell(int listIndex)
+{
+    return readCell(listIndex).value_or(QString());
 }
 
 bool WorkbookImport::step()
@@ -50,7 +59,16 @@ bool WorkbookImport::step()
     if (m_done) {
         return false;
     }
-    const QString partNumber = cell(ColumnMapping::PartNumberList);
+    const std::optional<QString> read = readCell(ColumnMapping::PartNumberList);
+    if (!read) {
+        // The row is passed over; a sheet that keeps failing ends the import instead of
+        // running on for ever.
+        ++m_row;
+        m_done = ++m_unreadableRows >= MaxUnreadableRows;
+        return !m_done;
+    }
+    m_unreadableRows = 0;
+    const QString &partNumber = *read;
     if (partNumber.isEmpty()) {
         m_done = true;
         return false;

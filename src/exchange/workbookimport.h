@@ -2,6 +2,7 @@
 
 #include "catalogue/products.h"
 #include "catalogue/table.h"
+#include "core/errortrap.h"
 #include "exchange/workbook.h"
 
 #include <QHash>
@@ -26,7 +27,9 @@ public:
         bool firstRowHasHeaders, const QLocale &locale);
 
     /// Handles the current row. Returns false once the import is over: the row's part number
-    /// was empty, or the letter table cannot be used.
+    /// was empty, or the letter table cannot be used. A cell that cannot be read is taken as
+    /// empty and remembered (firstError); a row whose part number cannot be read is passed
+    /// over, so the rest of the sheet is still handled.
     bool step();
     /// Runs step() until the import is over.
     void runAll();
@@ -34,11 +37,17 @@ public:
     int currentRow() const { return m_row; }
     /// The products added so far.
     int changes() const { return m_changes; }
+    /// The first error met while reading cells, if any.
+    const std::optional<VbError> &firstError() const { return m_trap.firstError(); }
 
     static constexpr int MaxNameLength = 75;
+    /// After this many rows in a row whose part number cannot be read, the import ends.
+    static constexpr int MaxUnreadableRows = 100;
 
 private:
-    QString cell(int listIndex) const;
+    /// The text of the current row's cell of a list, or nothing when it could not be read.
+    std::optional<QString> readCell(int listIndex);
+    QString cell(int listIndex);
     void addProduct(const QString &partNumber);
 
     const IWorkbook &m_workbook;
@@ -49,6 +58,8 @@ private:
     int m_row;
     int m_changes = 0;
     bool m_done = false;
+    int m_unreadableRows = 0;
+    ErrorTrap m_trap;
 };
 
 /// The import window's caption at the next tick of its timer: "Please wait" and

@@ -10,6 +10,7 @@
 #include "platform/iprompts.h"
 #include "shell/accessiblenames.h"
 #include "shell/documentscontroller.h"
+#include "shell/exchangecontroller.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 #include "shell/passwordlock.h"
@@ -56,6 +57,8 @@ frmMain::frmMain(
             m_actions->mnuMainGrid(), m_actions->mnups(), this);
     m_quote = new QuoteController(services, module, m_ui, m_actions->mnuQuote(), this);
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
+    m_exchange = new ExchangeController(services, module, m_ui, *m_grid,
+        m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
     disableLaterCommands();
     connectHandlers();
     watchMouse();
@@ -108,6 +111,8 @@ void frmMain::connectHandlers()
     on("mnuCopyProductInfo", &frmMain::mnuCopyProductInfo_Click);
     on("mnuPreview", &frmMain::mnuPreview_Click);
     on("mnuPrint", &frmMain::mnuPrint_Click);
+    on("MnuFileClose", &frmMain::MnuFileClose_Click);
+    on("mnuFileOpen", &frmMain::mnuFileOpen_Click);
     connectTemplateItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
@@ -137,12 +142,8 @@ void frmMain::connectTemplateItems()
 void frmMain::disableLaterCommands()
 {
     // Commands whose work is not part of this build yet are shown but cannot be chosen.
-    const char *later[] = { "mnuFileOpen", "mnuHelpContents", "mnuHelpSearchForHelpOn",
-        "mnuHelpAbout" };
-    for (const char *name : later)
+    for (const char *name : { "mnuHelpContents", "mnuHelpSearchForHelpOn", "mnuHelpAbout" })
         m_actions->action(QString::fromLatin1(name))->setEnabled(false);
-    for (const char *key : { "Palm", "Export", "New", "Open" })
-        m_actions->button(QString::fromLatin1(key))->setEnabled(false);
 }
 
 QList<QWidget *> frmMain::watchedWidgets() const
@@ -291,6 +292,7 @@ bool frmMain::Form_Unload()
 {
     if (!m_loaded)
         return true;
+    m_exchange->closeImportWindow();
     m_grid->storePendingEdit();
     if (!m_catalogue.saveBeforeClose())
         return false;
@@ -353,6 +355,14 @@ void frmMain::tbToolBar_ButtonClick(QAction *button)
         m_grid->deleteProduct();
     else if (key == QLatin1String("Insert"))
         m_grid->insertProduct();
+    else if (key == QLatin1String("Palm"))
+        m_exchange->Palmpilot();
+    else if (key == QLatin1String("Export"))
+        m_exchange->exportFromToolbar();
+    else if (key == QLatin1String("New"))
+        m_exchange->modifyWithWorkbook();
+    else if (key == QLatin1String("Open"))
+        mnuFileOpen_Click();
     else if (key == QLatin1String("Find"))
         m_grid->findProduct(m_dialogs);
     else if (key == QLatin1String("Save"))
@@ -453,6 +463,16 @@ void frmMain::mnuDiscprod_Click()
 void frmMain::mnuFileExit_Click()
 {
     close();
+}
+
+void frmMain::MnuFileClose_Click()
+{
+    m_exchange->exportOnClose();
+}
+
+void frmMain::mnuFileOpen_Click()
+{
+    m_exchange->openWorkbook();
 }
 
 void frmMain::rememberActiveControl(QWidget *now)

@@ -20,6 +20,7 @@ namespace tarnwick {
 struct AppServices;
 class IShellDialogs;
 class DocumentsController;
+class ExchangeController;
 class MainWindowActions;
 class Module1;
 class ProductGridController;
@@ -28,7 +29,8 @@ class QuoteController;
 /// The main window: the product grid, the tab control with the side boxes and the quote, the
 /// toolbar, the menus and the status bar. Form_Load restores it from the settings and loads
 /// the catalogue; closing it (Form_Unload) writes the catalogue back and saves the settings.
-/// Grid and product handlers are forwarded to its ProductGridController.
+/// Grid and product handlers are forwarded to its ProductGridController, the exchange commands
+/// to its ExchangeController.
 class frmMain : public QMainWindow
 {
     Q_OBJECT
@@ -53,6 +55,7 @@ public:
     ProductGridController &grid() const { return *m_grid; }
     QuoteController &quote() const { return *m_quote; }
     DocumentsController &documents() const { return *m_documents; }
+    ExchangeController &exchange() const { return *m_exchange; }
     qint16 screenSplit() const { return m_screenSplit; }
     qint16 colwidth() const { return m_colwidth; }
     /// Twips per pixel of this window (15 at 96 dpi).
@@ -88,6 +91,8 @@ private Q_SLOTS:
     void mnuPreview_Click();
     void mnuPrint_Click();
     void mnuFileExit_Click();
+    void MnuFileClose_Click();
+    void mnuFileOpen_Click();
     void mnuEditCopy_Click();
     void mnuUserOptions_Click();
     void mnushow_Click();
@@ -143,6 +148,7 @@ private:
     ProductGridController *m_grid = nullptr;
     QuoteController *m_quote = nullptr;
     DocumentsController *m_documents = nullptr;
+    ExchangeController *m_exchange = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
     QMetaObject::Connection m_focusConnection;

@@ -13,9 +13,9 @@ namespace tarnwick {
 namespace {
 
 // Menu items are written "controlName=Caption"; "-" is a separator.
-const QStringList FileItems { "mnuFileNew=&New", "mnuFileOpen=&Open...", "mnuFileSave=&Save",
-    "mnuFileSaveAs=Save &As...", "mnuFileSaveAll=Save A&ll", "-", "mnuFileProperties=Propert&ies",
-    "-", "mnuFileSend=Sen&d...", "-", "mnuFileExit=E&xit" };
+const QStringList FileItems { "mnuFileNew=&New", "mnuFileOpen=&Open...", "MnuFileClose=&Close",
+    "mnuFileSave=&Save", "mnuFileSaveAs=Save &As...", "mnuFileSaveAll=Save A&ll", "-",
+    "mnuFileProperties=Propert&ies", "-", "mnuFileSend=Sen&d...", "-", "mnuFileExit=E&xit" };
 const QStringList EditItems { "mnuEditUndo=&Undo", "-", "mnuEditCut=Cu&t", "mnuEditCopy=&Copy",
     "mnuEditPaste=&Paste", "mnuEditPasteSpecial=Paste &Special..." };
 const QStringList ViewItems { "mnuViewRefresh=&Refresh", "mnuViewWebBrowser=&Web Browser" };

@@ -68,6 +68,8 @@ void MainWindowUi::setupUi(QMainWindow *window)
     Client = named(new QWidget(window), "Client");
     GrdMain = named(new GridView(Client), "GrdMain");
     setUpGrid(GrdMain, QObject::tr("Products"));
+    // Ctrl and Shift clicks choose several products for the handheld export.
+    GrdMain->setSelectionMode(QAbstractItemView::ExtendedSelection);
     Frame1 = named(new QFrame(Client), "Frame1");
     Frame1->setFrameShape(QFrame::VLine);
     Frame1->setFrameShadow(QFrame::Raised);

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "exchange/ui/frmupdateui.h"
+
+#include <QDialog>
+#include <QString>
+
+class QCloseEvent;
+class QKeyEvent;
+class QLocale;
+
+namespace tarnwick {
+
+struct AppServices;
+class ImportDriver;
+class Products;
+class Table;
+
+/// The "Update" window of the workbook import: lists the columns of the workbook's first
+/// worksheet in the fifteen field lists, lets the user map them and, on OK, adds every row
+/// whose part number is new. While the import runs the caption alternates between
+/// "Please wait" and "N products analyzed"; closing the window stops it after the row in hand.
+/// The window is shown not modal; unloading it emits unloaded() so the owner can give the main
+/// window back, and catalogueChanged() tells it to show the catalogue again after an import.
+class FrmUpdate : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// The help context of the window (F1).
+    static constexpr int HelpContext = 1090;
+    /// Milliseconds between two changes of the caption while the import runs.
+    static constexpr int ProgressInterval = 2000;
+
+    FrmUpdate(const AppServices &services, Table &catalogue, Products &products,
+        const QLocale &locale, const QString &importFile, QWidget *parent = nullptr);
+    ~FrmUpdate() override;
+
+    const FrmUpdateUi &ui() const { return m_ui; }
+    ImportDriver &importDriver() const { return *m_driver; }
+
+public Q_SLOTS:
+    /// Escape closes the window like Cancel, so the unload always runs.
+    void reject() override;
+
+Q_SIGNALS:
+    /// The import is over and the catalogue was counted and sorted: show it again.
+    void catalogueChanged();
+    /// The window was unloaded.
+    void unloaded();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private Q_SLOTS:
+    void CmdOK_Click();
+    void CmdCancel_Click();
+    void CmdHelp_Click();
+    void OptAdd_Click();
+    void Timer1_Timer();
+
+private:
+    void Form_Load();
+    void ListColumns();
+    void Form_KeyDown(int KeyCode, Qt::KeyboardModifiers Shift);
+    void Form_Unload();
+    void connectHandlers();
+    std::array<int, ColumnMapping::ListCount> selectedPositions() const;
+    void setMappingEnabled(bool enabled);
+    void showImportErrors();
+    void importFinished(int changes);
+    QString helpFile() const;
+
+    const AppServices &m_services;
+    QString m_importFile;
+    FrmUpdateUi m_ui;
+    ImportDriver *m_driver = nullptr;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,161 @@
+#include "exchange/ui/frmupdateui.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+namespace {
+
+/// The label of each list, by list index, with its mnemonic. The price lists have none: their
+/// letters are all taken by the labels around them, and each follows its price point in the
+/// tab order.
+const char *const FieldLabels[ColumnMapping::ListCount] = { "&Part Number:", "Product &Name:",
+    "Price Point &1:", "&List Price:", "Price 1:", "Price Point &2:", "&Includes:", "N&otes:",
+    "Price 2:", "Price Point &3:", "Price 3:", "Price Point &4:", "Price 4:", "Price Point &5:",
+    "Price 5:" };
+
+/// The lists of the frame "Product Information", top to bottom.
+constexpr int ProductLists[] = { 0, 1, 3, 7, 6 };
+/// The lists of the frame "Discount Schedule": price point and price of each level.
+constexpr int DiscountLists[][2] = { { 2, 4 }, { 5, 8 }, { 9, 10 }, { 11, 12 }, { 13, 14 } };
+
+/// Wide enough for an entry such as "Col 12-  Price Point 3".
+constexpr int ListCharacters = 22;
+
+/// Gives a control its control name as object name and accessible description.
+template <typename W> W *named(W *widget, const QString &name)
+{
+    widget->setObjectName(name);
+    widget->setAccessibleDescription(name);
+    return widget;
+}
+
+} // namespace
+
+QString FrmUpdateUi::fieldListName(int index)
+{
+    return QStringLiteral("CmbField(%1)").arg(index);
+}
+
+void FrmUpdateUi::setupUi(QDialog *window)
+{
+    window->setObjectName(QStringLiteral("FrmUpdate"));
+    window->setAccessibleDescription(window->objectName());
+    window->setWindowTitle(QStringLiteral("Update"));
+    createLists(window);
+
+    Label1 = named(new QLabel(QStringLiteral("Select the spreadsheet column that corresponds to "
+                                             "the Tarnwick category."),
+                       window),
+        QStringLiteral("Label1"));
+    Label1->setWordWrap(true);
+    ChkIgnore = named(new QCheckBox(QStringLiteral("&First row contains descriptions"), window),
+        QStringLiteral("ChkIgnore"));
+    ChkIgnore->setChecked(true);
+    FraActions =
+        named(new QGroupBox(QStringLiteral("Actions"), window), QStringLiteral("FraActions"));
+    OptAdd = named(new QRadioButton(QStringLiteral("&Add new products to Brevary"), FraActions),
+        QStringLiteral("OptAdd"));
+    OptAdd->setChecked(true);
+    (new QVBoxLayout(FraActions))->addWidget(OptAdd);
+
+    CmdOK = named(new QPushButton(QStringLiteral("OK"), window), QStringLiteral("CmdOK"));
+    CmdOK->setDefault(true);
+    CmdCancel =
+        named(new QPushButton(QStringLiteral("Cancel"), window), QStringLiteral("CmdCancel"));
+    CmdHelp = named(new QPushButton(QStringLiteral("&Help"), window), QStringLiteral("CmdHelp"));
+    Timer1 = new QTimer(window);
+    Timer1->setObjectName(QStringLiteral("Timer1"));
+
+    auto *fields = new QVBoxLayout;
+    fields->addWidget(createProductFrame(window));
+    fields->addWidget(createDiscountFrame(window));
+    fields->addWidget(ChkIgnore);
+    fields->addWidget(FraActions);
+    auto *buttons = new QVBoxLayout;
+    buttons->addWidget(CmdOK);
+    buttons->addWidget(CmdCancel);
+    buttons->addWidget(CmdHelp);
+    buttons->addStretch();
+    auto *body = new QHBoxLayout;
+    body->addLayout(fields, 1);
+    body->addLayout(buttons);
+    auto *layout = new QVBoxLayout(window);
+    layout->addWidget(Label1);
+    layout->addLayout(body);
+    orderTabs();
+}
+
+void FrmUpdateUi::createLists(QDialog *window)
+{
+    for (int index = 0; index < ColumnMapping::ListCount; ++index) {
+        auto *list = named(new QComboBox(window), fieldListName(index));
+        list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        list->setMinimumContentsLength(ListCharacters);
+        auto *label = named(new QLabel(QString::fromLatin1(FieldLabels[index]), window),
+            QStringLiteral("LblField(%1)").arg(index));
+        label->setBuddy(list);
+        CmbField[std::size_t(index)] = list;
+        LblField[std::size_t(index)] = label;
+    }
+}
+
+QGroupBox *FrmUpdateUi::createProductFrame(QDialog *window)
+{
+    FraProductInformation = named(new QGroupBox(QStringLiteral("Product Information"), window),
+        QStringLiteral("FraProductInformation"));
+    Label2 = named(new QLabel(QStringLiteral("Spreadsheet Column"), FraProductInformation),
+        QStringLiteral("Label2"));
+    auto *grid = new QGridLayout(FraProductInformation);
+    grid->addWidget(Label2, 0, 1);
+    int row = 1;
+    for (const int index : ProductLists) {
+        grid->addWidget(LblField[std::size_t(index)], row, 0);
+        grid->addWidget(CmbField[std::size_t(index)], row, 1);
+        ++row;
+    }
+    grid->setColumnStretch(1, 1);
+    return FraProductInformation;
+}
+
+QGroupBox *FrmUpdateUi::createDiscountFrame(QDialog *window)
+{
+    FraDiscountSchedule = named(new QGroupBox(QStringLiteral("Discount Schedule"), window),
+        QStringLiteral("FraDiscountSchedule"));
+    auto *grid = new QGridLayout(FraDiscountSchedule);
+    int row = 0;
+    for (const auto &level : DiscountLists) {
+        for (int side = 0; side < 2; ++side) {
+            grid->addWidget(LblField[std::size_t(level[side])], row, 2 * side);
+            grid->addWidget(CmbField[std::size_t(level[side])], row, 2 * side + 1);
+        }
+        ++row;
+    }
+    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(3, 1);
+    return FraDiscountSchedule;
+}
+
+void FrmUpdateUi::orderTabs()
+{
+    QList<QWidget *> order;
+    for (const int index : ProductLists)
+        order << CmbField[std::size_t(index)];
+    for (const auto &level : DiscountLists)
+        order << CmbField[std::size_t(level[0])] << CmbField[std::size_t(level[1])];
+    order << ChkIgnore << OptAdd << CmdOK << CmdCancel << CmdHelp;
+    for (qsizetype i = 1; i < order.size(); ++i)
+        QWidget::setTabOrder(order[i - 1], order[i]);
+}
+
+} // namespace tarnwick

@@ -1,0 +1,145 @@
+#include "shell/exchangecontroller.h"
+
+#include "catalogue/module1.h"
+#include "exchange/exchangecommands.h"
+#include "exchange/handheldexport.h"
+#include "exchange/handheldsend.h"
+#include "exchange/ui/frmupdate.h"
+#include "platform/appenvironment.h"
+#include "platform/appservices.h"
+#include "products/productgridmodel.h"
+#include "shell/gridview.h"
+#include "shell/mainwindowui.h"
+#include "shell/productgridcontroller.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QToolBar>
+
+namespace tarnwick {
+
+ExchangeController::ExchangeController(const AppServices &services, Module1 &module,
+    MainWindowUi &ui, ProductGridController &grid, QAction *editButton, QToolBar *toolBar,
+    QMainWindow *owner)
+    : QObject(owner), m_services(services), m_module(module), m_ui(ui), m_grid(grid),
+      m_editButton(editButton), m_toolBar(toolBar), m_owner(owner)
+{
+}
+
+ExchangeController::~ExchangeController() = default;
+
+void ExchangeController::exportOnClose()
+{
+    if (ExchangeCommands::askExportOnClose(m_services.prompts))
+        Export();
+}
+
+void ExchangeController::exportFromToolbar()
+{
+    if (ExchangeCommands::askExport(m_services.prompts))
+        Export();
+}
+
+void ExchangeController::Export()
+{
+    ExchangeCommands::Export(m_services.fileDialogs, m_services.prompts, m_module.Catalogue(),
+        m_module.locale(), [this] { storePendingEdits(); });
+}
+
+void ExchangeController::storePendingEdits()
+{
+    // The file holds what the user sees: the cell being typed, the side boxes and the schedule.
+    m_ui.GrdMain->commitPendingEdit();
+    m_grid.storePendingEdit();
+}
+
+void ExchangeController::openWorkbook()
+{
+    if (m_update || !ExchangeCommands::askOpenWorkbook(m_services.prompts))
+        return;
+    Getfile();
+    showImportWindow();
+}
+
+void ExchangeController::modifyWithWorkbook()
+{
+    if (m_update || !ExchangeCommands::askModifyWithWorkbook(m_services.prompts))
+        return;
+    Getfile();
+    showImportWindow();
+}
+
+QString ExchangeController::Getfile()
+{
+    m_importFile = ExchangeCommands::Getfile(
+        m_services.fileDialogs, m_services.environment.appFolder(), m_importFile);
+    return m_importFile;
+}
+
+void ExchangeController::showImportWindow()
+{
+    if (m_importFile.isEmpty())
+        return;
+    // The import re-sorts the catalogue: what is being edited is stored first, as a sort does.
+    storePendingEdits();
+    leaveEditMode();
+    setMainWindowBusy(true);
+    m_update = new FrmUpdate(m_services, m_module.Catalogue(), m_module.AllProducts(),
+        m_module.locale(), m_importFile, m_owner);
+    m_update->setAttribute(Qt::WA_DeleteOnClose);
+    connect(
+        m_update, &FrmUpdate::catalogueChanged, this, &ExchangeController::showImportedCatalogue);
+    connect(m_update, &FrmUpdate::unloaded, this, [this] { setMainWindowBusy(false); });
+    m_update->show();
+}
+
+void ExchangeController::leaveEditMode()
+{
+    // Releasing the "Edit" button runs its own command, which stores the row and locks the boxes.
+    if (m_grid.editMode())
+        m_editButton->trigger();
+}
+
+void ExchangeController::setMainWindowBusy(bool busy)
+{
+    if (busy)
+        m_owner->setCursor(Qt::WaitCursor);
+    else
+        m_owner->unsetCursor();
+    m_owner->menuBar()->setEnabled(!busy);
+    m_toolBar->setEnabled(!busy);
+    m_owner->centralWidget()->setEnabled(!busy);
+}
+
+void ExchangeController::showImportedCatalogue()
+{
+    m_module.SortedByPart = true;
+    m_grid.MainRefresh(false);
+    m_grid.moveToRow(0);
+}
+
+void ExchangeController::closeImportWindow()
+{
+    if (m_update)
+        m_update->close();
+}
+
+std::vector<int> ExchangeController::selectedBookmarks() const
+{
+    std::vector<int> rows;
+    for (const QModelIndex &index : m_ui.GrdMain->selectionModel()->selectedRows())
+        rows.push_back(ProductGridModel::bookmarkOfRow(index.row()));
+    return rows;
+}
+
+void ExchangeController::Palmpilot()
+{
+    storePendingEdits();
+    AppServices services = m_services;
+    const int current = m_grid.currentBookmark();
+    HandheldExport::Palmpilot(services, m_module.Catalogue(),
+        HandheldExport::gridSelection(selectedBookmarks(), current), current, m_module.locale());
+}
+
+} // namespace tarnwick

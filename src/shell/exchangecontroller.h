@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <vector>
+
+class QAction;
+class QMainWindow;
+class QToolBar;
+
+namespace tarnwick {
+
+struct AppServices;
+struct MainWindowUi;
+class FrmUpdate;
+class Module1;
+class ProductGridController;
+
+/// The main window's data exchange: the spreadsheet export (the file menu's "&Close" and the
+/// toolbar's "Export"), the workbook import through the "Update" window (File → "&Open...",
+/// the toolbar's "New" and "Open") and the handheld export (the toolbar's "Palm"). While the
+/// "Update" window is open the main window shows the busy pointer and takes no commands.
+class ExchangeController : public QObject
+{
+    Q_OBJECT
+
+public:
+    ExchangeController(const AppServices &services, Module1 &module, MainWindowUi &ui,
+        ProductGridController &grid, QAction *editButton, QToolBar *toolBar, QMainWindow *owner);
+    ~ExchangeController() override;
+
+    /// The file menu's "&Close": asks whether to save the products to a file, then exports.
+    void exportOnClose();
+    /// The toolbar's "Export": asks, then exports.
+    void exportFromToolbar();
+    /// Asks for the file and writes the catalogue to it, with what the user is still editing.
+    void Export();
+    /// File → "&Open..." and the toolbar's "Open": asks, lets the user choose the workbook and
+    /// shows the "Update" window.
+    void openWorkbook();
+    /// The toolbar's "New": asks in its own words, then as openWorkbook.
+    void modifyWithWorkbook();
+    /// The open dialog: the chosen workbook, or the empty text. The choice is kept as the
+    /// import file name.
+    QString Getfile();
+    /// The toolbar's "Palm": the selected products, or all, go to the handheld.
+    void Palmpilot();
+    /// Closes the "Update" window if it is open; an import stops after the row in hand and
+    /// keeps what it added.
+    void closeImportWindow();
+
+    FrmUpdate *importWindow() const { return m_update.data(); }
+    QString importFile() const { return m_importFile; }
+
+private:
+    void showImportWindow();
+    void storePendingEdits();
+    void leaveEditMode();
+    void setMainWindowBusy(bool busy);
+    void showImportedCatalogue();
+    std::vector<int> selectedBookmarks() const;
+
+    const AppServices &m_services;
+    Module1 &m_module;
+    MainWindowUi &m_ui;
+    ProductGridController &m_grid;
+    QAction *m_editButton;
+    QToolBar *m_toolBar;
+    QMainWindow *m_owner;
+    /// The workbook chosen last ("" when the last choice was cancelled).
+    QString m_importFile;
+    QPointer<FrmUpdate> m_update;
+};
+
+} // namespace tarnwick

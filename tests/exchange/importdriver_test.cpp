@@ -1,0 +1,186 @@
+// The import driven by the event loop: whole sheets, a stop between rows, rows that cannot be
+// read and a workbook that cannot be opened again.
+#include "catalogue/productrecord.h"
+#include "catalogue/products.h"
+#include "catalogue/table.h"
+#include "core/vberror.h"
+#include "exchange/columnmapping.h"
+#include "exchange/importdriver.h"
+#include "exchange/workbook.h"
+#include "exchange/workbookimport.h"
+#include "platform/appenvironment.h"
+#include "support/fakeprompts.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+namespace P = ProductRecord;
+namespace CM = ColumnMapping;
+
+namespace {
+
+const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+
+QString dataFile(const QString &name)
+{
+    return QDir(QStringLiteral(TARNWICK_TEST_DATA)).filePath(name);
+}
+
+/// Part number in column A, product name in column B, nothing else.
+QString partAndNameLetters()
+{
+    std::array<int, CM::ListCount> positions;
+    positions.fill(0);
+    positions[0] = 0;
+    positions[1] = 1;
+    return CM::columnLetters(positions);
+}
+
+/// A sheet of generated rows "P-<row>" / "Name <row>" up to lastRow; reading a cell of one
+/// of the failing rows raises a run-time error.
+class GeneratedWorkbook : public IWorkbook
+{
+public:
+    GeneratedWorkbook(int lastRow, std::vector<int> failingRows)
+        : m_lastRow(lastRow), m_failing(std::move(failingRows))
+    {
+    }
+    QString cellText(int column, int row) const override
+    {
+        if (std::find(m_failing.begin(), m_failing.end(), row) != m_failing.end())
+            throw VbError(ErrorNumber::TypeMismatch);
+        if (row > m_lastRow)
+            return QString();
+        return column == 0 ? QStringLiteral("P-%1").arg(row) : QStringLiteral("Name %1").arg(row);
+    }
+
+private:
+    int m_lastRow;
+    std::vector<int> m_failing;
+};
+
+class ImportDriverTest : public ::testing::Test
+{
+protected:
+    Table catalogue { 1, P::FieldCount };
+    test::FakePrompts prompts;
+    AppEnvironment environment { QString(), QString() };
+    Products products { catalogue, prompts, environment, EnUs };
+    ImportDriver driver { catalogue, products, EnUs };
+    QSignalSpy failed { &driver, &ImportDriver::rowsFailed };
+    QSignalSpy finished { &driver, &ImportDriver::finished };
+
+    void SetUp() override
+    {
+        catalogue.put(1, P::PartNumber, "Z-1");
+        catalogue.put(1, P::ProductName, "Existing");
+        products.setCount(1);
+    }
+
+    bool waitForTheEnd()
+    {
+        return QTest::qWaitFor([this] { return !driver.isRunning(); }, 10000);
+    }
+};
+
+} // namespace
+
+TEST_F(ImportDriverTest, RunsTheSheetThroughTheEventLoopThenCountsAndSorts)
+{
+    driver.start(dataFile("sample.xls"), partAndNameLetters(), true);
+    EXPECT_TRUE(driver.isRunning());
+    EXPECT_EQ(catalogue.rowCount(), 1) << "no row is handled before the event loop runs";
+    ASSERT_TRUE(waitForTheEnd());
+    ASSERT_EQ(finished.size(), 1);
+    EXPECT_EQ(finished.first().first().toInt(), 4) << "AB-100 to AB-102 and OLD-1";
+    EXPECT_EQ(failed.size(), 0);
+    EXPECT_EQ(products.Count(), 5);
+    EXPECT_EQ(catalogue.get(1, P::PartNumber).asText(), "AB-100");
+    EXPECT_EQ(catalogue.get(5, P::PartNumber).asText(), "Z-1");
+    EXPECT_EQ(driver.currentRow(), 7) << "the row of the first empty part number";
+}
+
+TEST_F(ImportDriverTest, StopKeepsTheRowsHandledSoFar)
+{
+    driver.start(std::make_unique<GeneratedWorkbook>(100000, std::vector<int> {}),
+        partAndNameLetters(), true);
+    driver.runBatch(std::chrono::milliseconds(0)); // exactly one row
+    EXPECT_EQ(driver.currentRow(), 3);
+    driver.stop();
+    EXPECT_FALSE(driver.isRunning());
+    ASSERT_EQ(finished.size(), 1);
+    EXPECT_EQ(finished.first().first().toInt(), 1);
+    EXPECT_EQ(products.Count(), 2);
+    EXPECT_EQ(catalogue.rowCount(), 2);
+    EXPECT_EQ(catalogue.get(1, P::PartNumber).asText(), "P-2");
+    EXPECT_EQ(driver.currentRow(), 3);
+}
+
+TEST_F(ImportDriverTest, RowsThatCannotBeReadAreReportedOnceAndTheRestIsImported)
+{
+    driver.start(std::make_unique<GeneratedWorkbook>(10, std::vector<int> { 4, 7 }),
+        partAndNameLetters(), true);
+    ASSERT_TRUE(waitForTheEnd());
+    EXPECT_EQ(failed.size(), 1);
+    ASSERT_EQ(finished.size(), 1);
+    EXPECT_EQ(finished.first().first().toInt(), 7) << "rows 2 to 10 except 4 and 7";
+    EXPECT_GT(catalogue.find(P::PartNumber, "P-10"), 0);
+    EXPECT_EQ(catalogue.find(P::PartNumber, "P-4"), 0);
+    EXPECT_EQ(catalogue.find(P::PartNumber, "P-7"), 0);
+}
+
+TEST_F(ImportDriverTest, ASheetThatNeverReadsEndsTheImport)
+{
+    std::vector<int> everyRow;
+    for (int row = 1; row <= 1000; ++row)
+        everyRow.push_back(row);
+    driver.start(std::make_unique<GeneratedWorkbook>(1000, everyRow), partAndNameLetters(), true);
+    ASSERT_TRUE(waitForTheEnd());
+    EXPECT_EQ(failed.size(), 1);
+    EXPECT_EQ(finished.first().first().toInt(), 0);
+    EXPECT_EQ(driver.currentRow(), 2 + WorkbookImport::MaxUnreadableRows);
+}
+
+TEST_F(ImportDriverTest, AWorkbookThatCannotBeOpenedAgainChangesNothing)
+{
+    driver.start(dataFile("no-such-file.xls"), partAndNameLetters(), true);
+    EXPECT_FALSE(driver.isRunning());
+    EXPECT_EQ(failed.size(), 1);
+    ASSERT_EQ(finished.size(), 1);
+    EXPECT_EQ(finished.first().first().toInt(), 0);
+    EXPECT_EQ(catalogue.rowCount(), 1);
+    EXPECT_EQ(products.Count(), 1);
+}
+
+TEST(ColumnListing, ListsTheHeaderRowOfAWorkbookFile)
+{
+    const CM::ColumnListing listing = CM::listColumns(dataFile("sample.ods"));
+    EXPECT_TRUE(listing.opened);
+    EXPECT_EQ(listing.entries.size(), 7);
+    EXPECT_EQ(listing.entries.first(), "Col 0-  Part Number");
+    EXPECT_EQ(listing.preselection[0], -1);
+}
+
+TEST(ColumnListing, AFileThatIsNoWorkbookGivesItsErrorNumber)
+{
+    const CM::ColumnListing listing = CM::listColumns(dataFile("notaworkbook.xls"));
+    EXPECT_FALSE(listing.opened);
+    EXPECT_NE(listing.errorNumber, 0);
+    EXPECT_TRUE(listing.entries.isEmpty());
+}
+
+TEST(ColumnListing, BothRequiredListsMustBeMapped)
+{
+    std::array<int, CM::ListCount> positions;
+    positions.fill(0);
+    EXPECT_TRUE(CM::requiredFieldsMapped(positions));
+    positions[1] = -1;
+    EXPECT_FALSE(CM::requiredFieldsMapped(positions));
+    positions[1] = 0;
+    positions[0] = -1;
+    EXPECT_FALSE(CM::requiredFieldsMapped(positions));
+}

@@ -1,0 +1,280 @@
+// The exchange commands of the real main window: the export from the file menu's "&Close"
+// and the toolbar, the import through File → "&Open...", "New" and "Open", and "Palm".
+#include "shellfixture.h"
+
+#include "exchange/spreadsheetexport.h"
+#include "exchange/ui/frmupdate.h"
+#include "shell/exchangecontroller.h"
+#include "shell/mainwindowactions.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDir>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QToolBar>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+QString workbook(const char *name)
+{
+    return QDir(QStringLiteral(TARNWICK_WORKBOOKS)).filePath(QString::fromLatin1(name));
+}
+
+class ExchangeWindowTest : public SampleWindowTest
+{
+protected:
+    FrmUpdate *updateWindow() const { return window->exchange().importWindow(); }
+
+    /// Answers the import question with Yes and the open dialog with file.
+    void chooseWorkbook(const QString &file)
+    {
+        fakes->prompts.answerMessage(MsgResult::Yes);
+        fakes->fileDialogs.answer(FileDialogResult { file, 3 });
+    }
+
+    void expectMainWindowBusy(bool busy) const
+    {
+        EXPECT_EQ(window->menuBar()->isEnabled(), !busy);
+        EXPECT_EQ(window->actions().toolBar()->isEnabled(), !busy);
+        EXPECT_EQ(window->centralWidget()->isEnabled(), !busy);
+        EXPECT_EQ(window->cursor().shape(), busy ? Qt::WaitCursor : Qt::ArrowCursor);
+    }
+
+    /// Maps part number and name in the open "Update" window and clicks OK.
+    void importPartAndName()
+    {
+        ASSERT_NE(updateWindow(), nullptr);
+        const QPointer<FrmUpdate> update = updateWindow();
+        update->findChild<QComboBox *>(QStringLiteral("CmbField(0)"))->setCurrentIndex(0);
+        update->findChild<QComboBox *>(QStringLiteral("CmbField(1)"))->setCurrentIndex(1);
+        QTest::mouseClick(
+            update->findChild<QPushButton *>(QStringLiteral("CmdOK")), Qt::LeftButton);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !update; }, 10000));
+    }
+
+    QByteArray handheldCsv() const { return folder.readFile(QStringLiteral("Products.CSV")); }
+};
+
+} // namespace
+
+TEST_F(ExchangeWindowTest, TheExchangeCommandsAreEnabledAndHelpIsNot)
+{
+    for (const char *name : { "mnuFileOpen", "MnuFileClose" })
+        EXPECT_TRUE(action(name)->isEnabled()) << name;
+    for (const char *key : { "Palm", "Export", "New", "Open" })
+        EXPECT_TRUE(button(key)->isEnabled()) << key;
+    for (const char *name : { "mnuHelpContents", "mnuHelpSearchForHelpOn", "mnuHelpAbout" })
+        EXPECT_FALSE(action(name)->isEnabled()) << name;
+    EXPECT_EQ(action("MnuFileClose")->text(), "&Close");
+    const QList<QAction *> fileItems = window->menuBar()->actions().first()->menu()->actions();
+    ASSERT_GE(fileItems.size(), 3);
+    EXPECT_EQ(fileItems[1]->objectName(), "mnuFileOpen");
+    EXPECT_EQ(fileItems[2]->objectName(), "MnuFileClose");
+}
+
+TEST_F(ExchangeWindowTest, FileOpenAsksChoosesTheWorkbookAndShowsTheUpdateWindow)
+{
+    chooseWorkbook(workbook("sample.xls"));
+    action("mnuFileOpen")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(
+        fakes->prompts.shown()[0].text, "Do you want to get products from an Excel Spreadsheet?");
+    EXPECT_EQ(fakes->prompts.shown()[0].title, "Input Excel Data");
+    EXPECT_EQ(fakes->prompts.shown()[0].style, MsgStyle::YesNo + MsgStyle::Question);
+    ASSERT_EQ(fakes->fileDialogs.requests().size(), 1U);
+    const FileDialogRequest &request = fakes->fileDialogs.requests()[0];
+    EXPECT_EQ(request.initialFolder, folder.path());
+    for (const char *pattern : { "*.xls", "*.xlsx", "*.ods", "*.txt", "*.*" })
+        EXPECT_TRUE(request.filter.contains(QLatin1String(pattern))) << pattern;
+    ASSERT_NE(updateWindow(), nullptr);
+    EXPECT_TRUE(updateWindow()->isVisible());
+    EXPECT_FALSE(updateWindow()->isModal());
+    EXPECT_EQ(updateWindow()->windowTitle(), "Update");
+    EXPECT_EQ(updateWindow()->findChild<QComboBox *>("CmbField(0)")->count(), 7);
+    EXPECT_EQ(window->exchange().importFile(), workbook("sample.xls"));
+    expectMainWindowBusy(true);
+}
+
+TEST_F(ExchangeWindowTest, TheImportAddsTheNewProductsToTheGridAndGivesTheWindowBack)
+{
+    chooseWorkbook(workbook("sample.xlsx"));
+    action("mnuFileOpen")->trigger();
+    importPartAndName();
+    EXPECT_EQ(fakes->prompts.texts().last(), "3 changes have been made to the knowledge base.");
+    EXPECT_EQ(module->AllProducts().Count(), 6);
+    EXPECT_EQ(grid->model()->rowCount(), 6);
+    EXPECT_EQ(grid->model()->index(0, 0).data().toString(), "A-100");
+    EXPECT_EQ(grid->model()->index(1, 0).data().toString(), "AB-100");
+    EXPECT_EQ(grid->currentIndex().row(), 0);
+    expectMainWindowBusy(false);
+
+    window->close();
+    restart();
+    EXPECT_EQ(module->AllProducts().Count(), 6) << "the import is saved with the catalogue";
+}
+
+TEST_F(ExchangeWindowTest, NoOrACancelledDialogShowsNoWindow)
+{
+    fakes->prompts.answerMessage(MsgResult::No);
+    action("mnuFileOpen")->trigger();
+    EXPECT_TRUE(fakes->fileDialogs.requests().empty());
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    fakes->fileDialogs.answer(std::nullopt);
+    action("mnuFileOpen")->trigger();
+    EXPECT_EQ(fakes->fileDialogs.requests().size(), 1U);
+    EXPECT_EQ(updateWindow(), nullptr);
+    expectMainWindowBusy(false);
+}
+
+TEST_F(ExchangeWindowTest, ToolbarNewAsksInItsOwnWordsAndOpenAsFileOpen)
+{
+    chooseWorkbook(workbook("sample.ods"));
+    button("New")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        "Do you want to modify the products with an Excel spreadsheet?");
+    EXPECT_EQ(fakes->prompts.shown()[0].title, "Input Excel Data");
+    EXPECT_EQ(fakes->prompts.shown()[0].style, MsgStyle::YesNo);
+    ASSERT_NE(updateWindow(), nullptr);
+    updateWindow()->close();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return updateWindow() == nullptr; }));
+    expectMainWindowBusy(false);
+
+    chooseWorkbook(workbook("sample.ods"));
+    button("Open")->trigger();
+    EXPECT_EQ(fakes->prompts.shown().back().text,
+        "Do you want to get products from an Excel Spreadsheet?");
+    EXPECT_NE(updateWindow(), nullptr);
+    // The dialog starts at the workbook chosen before.
+    EXPECT_EQ(fakes->fileDialogs.requests().back().fileName, workbook("sample.ods"));
+}
+
+TEST_F(ExchangeWindowTest, OpeningTheImportStoresWhatIsBeingEditedAndLeavesEditMode)
+{
+    goToRow(1);
+    button("Edit")->trigger();
+    window->ui().Txtnotes->setPlainText(QStringLiteral("Typed before the import"));
+    chooseWorkbook(workbook("sample.xls"));
+    action("mnuFileOpen")->trigger();
+    EXPECT_FALSE(button("Edit")->isChecked());
+    EXPECT_EQ(catalogue().get(2, 4), Cell("Typed before the import"));
+}
+
+TEST_F(ExchangeWindowTest, ClosingTheMainWindowClosesTheUpdateWindowFirst)
+{
+    chooseWorkbook(workbook("sample.xls"));
+    action("mnuFileOpen")->trigger();
+    const QPointer<FrmUpdate> update = updateWindow();
+    ASSERT_NE(update, nullptr);
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(!update || !update->isVisible());
+    EXPECT_TRUE(folder.exists("twdata.dat"));
+}
+
+TEST_F(ExchangeWindowTest, ToolbarExportWritesTheCatalogueWithThePendingEdit)
+{
+    goToRow(0);
+    button("Edit")->trigger();
+    window->ui().Txtnotes->setPlainText(QStringLiteral("Typed, not yet stored"));
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    fakes->fileDialogs.answer(FileDialogResult { folder.filePath("export.xls"), 3 });
+    button("Export")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        "Do you want to export the products to an Excel readable file?");
+    EXPECT_EQ(fakes->prompts.shown()[0].title, "Export to File");
+    EXPECT_EQ(fakes->prompts.shown()[0].style, 324);
+    const QByteArray written = folder.readFile("export.xls");
+    EXPECT_EQ(written, SpreadsheetExport::exportBytes(catalogue(), module->locale()));
+    EXPECT_TRUE(written.startsWith("Part Number\tProduct Name\tPrice\t"));
+    EXPECT_TRUE(written.contains("A-100\tAnchor\t$12.50\tTyped, not yet stored\tWasher\t"));
+    EXPECT_EQ(written.count("\r\n"), 4);
+}
+
+TEST_F(ExchangeWindowTest, FileCloseAsksThenExportsAndNoShowsTheDialogAgain)
+{
+    folder.writeFile("old.xls", "keep me");
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    fakes->fileDialogs.answer(FileDialogResult { folder.filePath("old.xls"), 3 });
+    fakes->prompts.answerMessage(MsgResult::No);
+    fakes->fileDialogs.answer(FileDialogResult { folder.filePath("new.xls"), 3 });
+    action("MnuFileClose")->trigger();
+    EXPECT_EQ(fakes->prompts.texts(),
+        QStringList({ "Do you want to save the current products to an Excel file?",
+            "Overwrite existing file?" }));
+    EXPECT_EQ(fakes->prompts.shown()[0].style, 324);
+    EXPECT_EQ(fakes->prompts.shown()[0].title, "Export to File");
+    EXPECT_EQ(fakes->fileDialogs.requests().size(), 2U);
+    EXPECT_EQ(folder.readFile("old.xls"), "keep me");
+    EXPECT_EQ(
+        folder.readFile("new.xls"), SpreadsheetExport::exportBytes(catalogue(), module->locale()));
+    EXPECT_TRUE(window->isVisible()) << "the close item of the file menu only exports";
+}
+
+TEST_F(ExchangeWindowTest, FileCloseAnsweredNoWritesNothing)
+{
+    fakes->prompts.answerMessage(MsgResult::No);
+    action("MnuFileClose")->trigger();
+    EXPECT_TRUE(fakes->fileDialogs.requests().empty());
+}
+
+TEST_F(ExchangeWindowTest, PalmSendsEveryProductAndStartsTheConverterWithItsArguments)
+{
+    fakes->prompts.answerMessage(MsgResult::Ok);
+    fakes->prompts.answerInput(QStringLiteral("Products"));
+    button("Palm")->trigger();
+    EXPECT_EQ(fakes->prompts.texts(),
+        QStringList({ "Send products shown to palm computer?",
+            "What should this group of products be called?",
+            "After you hotsync the selected products will be in your Palmpilot." }));
+    ASSERT_EQ(fakes->launcher.starts.size(), 1U);
+    const QString p = folder.path();
+    EXPECT_EQ(fakes->launcher.starts[0].program, p + "/Handdesk.exe");
+    EXPECT_EQ(fakes->launcher.starts[0].arguments,
+        QStringList({ "COMMAND:TOPDB", "PDB:INFILE:{" + p + "/Products.CSV}",
+            "PDB:OUTFILE:{" + p + "/Products.pdb}", "PDB:DBNAME:{Products}",
+            "PDB:USEEXISTING:{" + p + "/prodnocog.pjt}", "PDB:FIELDNAMES",
+            "PDB:AUTOINSTALL:{0}" }));
+    EXPECT_FALSE(folder.exists("Products.CSV")) << "deleted after the success message";
+}
+
+TEST_F(ExchangeWindowTest, PalmWritesEveryProductWhenOnlyTheCurrentRowIsSelected)
+{
+    goToRow(1);
+    fakes->launcher.succeed = false; // the file stays for the test to read
+    fakes->prompts.answerMessage(MsgResult::Ok);
+    fakes->prompts.answerInput(QStringLiteral("Products"));
+    button("Palm")->trigger();
+    const QByteArray csv = handheldCsv();
+    EXPECT_TRUE(csv.startsWith("Quote,Cat Number,Description,Price,Includes,Notes,Discounts\r\n"
+                               "0,A-100,Anchor,\"$12.50\",\"Washer\",\"Two lines\r\nof notes\","));
+    EXPECT_EQ(csv.count("\r\n0,"), 3);
+    EXPECT_LT(csv.indexOf("\r\n0,A-100,"), csv.indexOf("\r\n0,B-200,Bolt,"));
+    EXPECT_LT(csv.indexOf("\r\n0,B-200,"), csv.indexOf("\r\n0,C-300,Clamp,"));
+    EXPECT_EQ(fakes->help.calls,
+        QStringList { "context:" + folder.filePath("Tarnwick Help.chm") + "#2050" });
+}
+
+TEST_F(ExchangeWindowTest, PalmWritesTheSelectedRows)
+{
+    goToRow(2);
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::ControlModifier,
+        grid->visualRect(grid->model()->index(0, 0)).center());
+    ASSERT_EQ(grid->selectionModel()->selectedRows().size(), 2);
+    fakes->launcher.succeed = false;
+    fakes->prompts.answerMessage(MsgResult::Ok);
+    fakes->prompts.answerInput(QStringLiteral("Products"));
+    button("Palm")->trigger();
+    EXPECT_EQ(fakes->prompts.texts().first(), "Send selected products to Palm Computer?");
+    const QByteArray csv = handheldCsv();
+    EXPECT_EQ(csv.count("\r\n0,"), 2);
+    EXPECT_TRUE(csv.contains("Discounts\r\n0,C-300,Clamp,"));
+    EXPECT_GT(csv.indexOf("\r\n0,A-100,Anchor,"), csv.indexOf("\r\n0,C-300,"));
+    EXPECT_FALSE(csv.contains("B-200"));
+}

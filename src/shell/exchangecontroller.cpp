@@ -125,6 +125,11 @@ void ExchangeController::closeImportWindow()
         m_update->close();
 }
 
+FrmUpdate *ExchangeController::importWindow() const
+{
+    return m_update.data();
+}
+
 std::vector<int> ExchangeController::selectedBookmarks() const
 {
     std::vector<int> rows;

@@ -51,7 +51,7 @@ public:
     /// keeps what it added.
     void closeImportWindow();
 
-    FrmUpdate *importWindow() const { return m_update.data(); }
+    FrmUpdate *importWindow() const;
     QString importFile() const { return m_importFile; }
 
 private:

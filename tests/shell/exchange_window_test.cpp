@@ -106,9 +106,10 @@ TEST_F(ExchangeWindowTest, TheImportAddsTheNewProductsToTheGridAndGivesTheWindow
     chooseWorkbook(workbook("sample.xlsx"));
     action("mnuFileOpen")->trigger();
     importPartAndName();
-    EXPECT_EQ(fakes->prompts.texts().last(), "3 changes have been made to the knowledge base.");
-    EXPECT_EQ(module->AllProducts().Count(), 6);
-    EXPECT_EQ(grid->model()->rowCount(), 6);
+    // AB-100, AB-101, AB-102 and OLD-1 are new; the repeated AB-100 is not.
+    EXPECT_EQ(fakes->prompts.texts().last(), "4 changes have been made to the knowledge base.");
+    EXPECT_EQ(module->AllProducts().Count(), 7);
+    EXPECT_EQ(grid->model()->rowCount(), 7);
     EXPECT_EQ(grid->model()->index(0, 0).data().toString(), "A-100");
     EXPECT_EQ(grid->model()->index(1, 0).data().toString(), "AB-100");
     EXPECT_EQ(grid->currentIndex().row(), 0);
@@ -116,7 +117,7 @@ TEST_F(ExchangeWindowTest, TheImportAddsTheNewProductsToTheGridAndGivesTheWindow
 
     window->close();
     restart();
-    EXPECT_EQ(module->AllProducts().Count(), 6) << "the import is saved with the catalogue";
+    EXPECT_EQ(module->AllProducts().Count(), 7) << "the import is saved with the catalogue";
 }
 
 TEST_F(ExchangeWindowTest, NoOrACancelledDialogShowsNoWindow)

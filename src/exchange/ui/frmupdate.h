@@ -54,17 +54,17 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private Q_SLOTS:
+    void Form_Load();
+    void ListColumns();
     void CmdOK_Click();
     void CmdCancel_Click();
     void CmdHelp_Click();
+    void Form_KeyDown(int KeyCode, Qt::KeyboardModifiers Shift);
     void OptAdd_Click();
     void Timer1_Timer();
+    void Form_Unload();
 
 private:
-    void Form_Load();
-    void ListColumns();
-    void Form_KeyDown(int KeyCode, Qt::KeyboardModifiers Shift);
-    void Form_Unload();
     void connectHandlers();
     std::array<int, ColumnMapping::ListCount> selectedPositions() const;
     void setMappingEnabled(bool enabled);

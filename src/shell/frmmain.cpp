@@ -6,7 +6,6 @@
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/iclipboard.h"
-#include "platform/ihelpviewer.h"
 #include "platform/iprompts.h"
 #include "shell/accessiblenames.h"
 #include "shell/documentscontroller.h"
@@ -37,10 +36,6 @@
 #include <cmath>
 
 namespace tarnwick {
-
-namespace {
-const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
-} // namespace
 
 frmMain::frmMain(
     const AppServices &services, Module1 &module, IShellDialogs &dialogs, QWidget *parent)
@@ -109,6 +104,7 @@ void frmMain::connectHandlers()
     on("mnuPreview", &frmMain::mnuPreview_Click);
     on("mnuPrint", &frmMain::mnuPrint_Click);
     connectTemplateItems();
+    connectHelpItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
     m_focusConnection = connect(qApp, &QApplication::focusChanged, this,
@@ -137,8 +133,7 @@ void frmMain::connectTemplateItems()
 void frmMain::disableLaterCommands()
 {
     // Commands whose work is not part of this build yet are shown but cannot be chosen.
-    const char *later[] = { "mnuFileOpen", "mnuHelpContents", "mnuHelpSearchForHelpOn",
-        "mnuHelpAbout" };
+    const char *later[] = { "mnuFileOpen" };
     for (const char *name : later)
         m_actions->action(QString::fromLatin1(name))->setEnabled(false);
     for (const char *key : { "Palm", "Export", "New", "Open" })
@@ -173,6 +168,7 @@ std::optional<VbError> frmMain::Form_Load()
     if (testRun)
         m_services.prompts.msgBox(
             QStringLiteral("Loading form main"), MsgStyle::OkOnly, QStringLiteral("test"));
+    loadCaptions();
     const MainWindowSettingsRead settings =
         readMainWindowSettings(m_services.settings, m_module.locale());
     restorePlacement(settings.values, settings.sizeStored);
@@ -360,8 +356,7 @@ void frmMain::tbToolBar_ButtonClick(QAction *button)
     else if (key == QLatin1String("Print"))
         m_documents->copyProductInfo();
     else if (key == QLatin1String("Help"))
-        m_services.help.showTopic(
-            m_services.environment.pathInAppFolder(HelpFileName), QStringLiteral("Main"));
+        mnuHelpContents_Click();
 }
 
 void frmMain::mnuquotecopy_Click()

@@ -104,6 +104,9 @@ private Q_SLOTS:
     void mnuEditPasteSpecial_Click();
     void mnuViewRefresh_Click();
     void mnuViewWebBrowser_Click();
+    void mnuHelpContents_Click();
+    void mnuHelpSearchForHelpOn_Click();
+    void mnuHelpAbout_Click();
 
 private:
     bool Form_Unload();
@@ -116,6 +119,8 @@ private:
     void tbToolBar_MouseMove();
     void connectHandlers();
     void connectTemplateItems();
+    void connectHelpItems();
+    void loadCaptions();
     void disableLaterCommands();
     void watchMouse();
     QList<QWidget *> watchedWidgets() const;

@@ -1,5 +1,6 @@
 # Installs the build folder BUILD_DIR into a fresh prefix under WORK_DIR, checks that every file
-# a desktop installation needs is there and validates the menu entry and the AppStream metainfo.
+# a desktop installation needs is there (the manual inside the program), and validates the menu
+# entry and the AppStream metainfo.
 string(REPLACE "," ";" ICON_SIZES "${ICON_SIZES}")
 if(NOT ICON_SIZES)
     message(FATAL_ERROR "No icon sizes given")
@@ -36,6 +37,16 @@ execute_process(COMMAND test -x ${prefix}/bin/tarnwick RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
     message(FATAL_ERROR "bin/tarnwick is not executable")
 endif()
+
+# The manual is compiled into the program (no help file is installed beside it): its pages
+# must be inside the installed executable.
+foreach(page IN ITEMS "<title>Welcome to Tarnwick</title>"
+        "<title>Where your data lives, backing it up and moving it</title>")
+    file(STRINGS ${prefix}/bin/tarnwick found LIMIT_COUNT 1 REGEX "${page}")
+    if(NOT found)
+        message(FATAL_ERROR "The installed program does not carry the manual page ${page}")
+    endif()
+endforeach()
 
 # Each PNG must be a PNG of its own size: the width and height sit at bytes 16 and 20.
 foreach(size IN LISTS ICON_SIZES)

@@ -2,7 +2,7 @@
 
 #include "exchange/handheldexport.h"
 #include "platform/appenvironment.h"
-#include "platform/ihelpviewer.h"
+#include "platform/chelp.h"
 #include "platform/iprocesslauncher.h"
 #include "platform/iprompts.h"
 
@@ -12,8 +12,6 @@
 namespace tarnwick::HandheldExport {
 
 namespace {
-
-const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
 
 bool askToSend(IPrompts &prompts, bool hasSelection)
 {
@@ -61,8 +59,8 @@ SendResult Palmpilot(AppServices &services, const Table &catalogue,
     }
     const ConverterCommand command = converterCommand(folder, group);
     if (!services.launcher.startDetached(command.program, command.arguments, folder)) {
-        services.help.showContext(
-            services.environment.pathInAppFolder(HelpFileName), ConverterHelpContext);
+        CHelp(services.help)
+            .Show(CHelp::helpFilePath(services.environment), QString(), ConverterHelpContext);
         return SendResult::ConverterFailed;
     }
     services.prompts.msgBox(

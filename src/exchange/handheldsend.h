@@ -2,6 +2,7 @@
 
 #include "catalogue/table.h"
 #include "platform/appservices.h"
+#include "platform/helpcontexts.h"
 
 #include <QLocale>
 
@@ -26,6 +27,6 @@ SendResult Palmpilot(AppServices &services, const Table &catalogue,
     const std::vector<int> &selection, int currentRow, const QLocale &locale);
 
 /// The help topic shown when the converter cannot be started.
-constexpr int ConverterHelpContext = 2050;
+constexpr int ConverterHelpContext = HelpContext::HandheldConverter;
 
 } // namespace tarnwick::HandheldExport

@@ -1,19 +1,24 @@
 #pragma once
 
 #include <QString>
+#include <QtGlobal>
 
 namespace tarnwick {
 
-/// The help viewer: shows a topic of the program's help file.
+/// The commands the help viewer understands.
+namespace HelpCommand {
+constexpr int DisplayTopic = 0; ///< open the file (at its window type, if the path names one)
+constexpr int HelpContext = 15; ///< open the topic whose context number is the data
+} // namespace HelpCommand
+
+/// The help viewer: given the help file's path (optionally "file>window type"), a command and
+/// its data, it shows the program's help. Its result is not looked at by the program.
 class IHelpViewer
 {
 public:
     virtual ~IHelpViewer() = default;
 
-    /// Opens helpFile at the named topic ("Main"); false when the file cannot be shown.
-    virtual bool showTopic(const QString &helpFile, const QString &topic) = 0;
-    /// Opens helpFile at the topic with that context number (2020 for "Main").
-    virtual bool showContext(const QString &helpFile, int contextNumber) = 0;
+    virtual void display(const QString &path, int command, qint32 data) = 0;
 };
 
 } // namespace tarnwick

@@ -6,7 +6,6 @@
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/iclipboard.h"
-#include "platform/ihelpviewer.h"
 #include "platform/iprompts.h"
 #include "shell/accessiblenames.h"
 #include "shell/documentscontroller.h"
@@ -39,10 +38,6 @@
 
 namespace tarnwick {
 
-namespace {
-const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
-} // namespace
-
 frmMain::frmMain(
     const AppServices &services, Module1 &module, IShellDialogs &dialogs, QWidget *parent)
     : QMainWindow(parent), m_services(services), m_module(module), m_dialogs(dialogs),
@@ -59,7 +54,6 @@ frmMain::frmMain(
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
     m_exchange = new ExchangeController(services, module, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
-    disableLaterCommands();
     connectHandlers();
     watchMouse();
     exposeObjectNames(this);
@@ -114,6 +108,7 @@ void frmMain::connectHandlers()
     on("MnuFileClose", &frmMain::MnuFileClose_Click);
     on("mnuFileOpen", &frmMain::mnuFileOpen_Click);
     connectTemplateItems();
+    connectHelpItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
     m_focusConnection = connect(qApp, &QApplication::focusChanged, this,
@@ -137,13 +132,6 @@ void frmMain::connectTemplateItems()
     on("mnuEditPasteSpecial", &frmMain::mnuEditPasteSpecial_Click);
     on("mnuViewRefresh", &frmMain::mnuViewRefresh_Click);
     on("mnuViewWebBrowser", &frmMain::mnuViewWebBrowser_Click);
-}
-
-void frmMain::disableLaterCommands()
-{
-    // Commands whose work is not part of this build yet are shown but cannot be chosen.
-    for (const char *name : { "mnuHelpContents", "mnuHelpSearchForHelpOn", "mnuHelpAbout" })
-        m_actions->action(QString::fromLatin1(name))->setEnabled(false);
 }
 
 QList<QWidget *> frmMain::watchedWidgets() const
@@ -174,6 +162,7 @@ std::optional<VbError> frmMain::Form_Load()
     if (testRun)
         m_services.prompts.msgBox(
             QStringLiteral("Loading form main"), MsgStyle::OkOnly, QStringLiteral("test"));
+    loadCaptions();
     const MainWindowSettingsRead settings =
         readMainWindowSettings(m_services.settings, m_module.locale());
     restorePlacement(settings.values, settings.sizeStored);
@@ -370,8 +359,7 @@ void frmMain::tbToolBar_ButtonClick(QAction *button)
     else if (key == QLatin1String("Print"))
         m_documents->copyProductInfo();
     else if (key == QLatin1String("Help"))
-        m_services.help.showTopic(
-            m_services.environment.pathInAppFolder(HelpFileName), QStringLiteral("Main"));
+        mnuHelpContents_Click();
 }
 
 void frmMain::mnuquotecopy_Click()

@@ -109,6 +109,9 @@ private Q_SLOTS:
     void mnuEditPasteSpecial_Click();
     void mnuViewRefresh_Click();
     void mnuViewWebBrowser_Click();
+    void mnuHelpContents_Click();
+    void mnuHelpSearchForHelpOn_Click();
+    void mnuHelpAbout_Click();
 
 private:
     bool Form_Unload();
@@ -121,7 +124,8 @@ private:
     void tbToolBar_MouseMove();
     void connectHandlers();
     void connectTemplateItems();
-    void disableLaterCommands();
+    void connectHelpItems();
+    void loadCaptions();
     void watchMouse();
     QList<QWidget *> watchedWidgets() const;
     void restorePlacement(const MainWindowSettings &settings, bool sizeStored);

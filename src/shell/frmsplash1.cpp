@@ -3,8 +3,9 @@
 #include "catalogue/module1.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
+#include "platform/chelp.h"
+#include "platform/helpcontexts.h"
 #include "platform/ieventpump.h"
-#include "platform/ihelpviewer.h"
 #include "platform/iprompts.h"
 #include "shell/frmmain.h"
 #include "shell/passwordlock.h"
@@ -21,8 +22,6 @@ namespace tarnwick {
 namespace {
 
 const QString DataFileName = QStringLiteral("twdata.dat");
-const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
-constexpr int MainHelpContext = 2020;
 
 bool isInstallationError(int number)
 {
@@ -143,8 +142,9 @@ void FrmSplash1::reportStartError(const VbError &error)
         const int answer = m_services.prompts.msgBox(InstallErrorMessage,
             MsgStyle::YesNo | MsgStyle::Exclamation, installErrorTitle(number));
         if (answer == MsgResult::Yes)
-            m_services.help.showContext(
-                m_services.environment.pathInAppFolder(HelpFileName), MainHelpContext);
+            CHelp(m_services.help)
+                .Show(CHelp::helpFilePath(m_services.environment), CHelp::MainWindow,
+                    HelpContext::StartupRemedies);
         return;
     }
     m_services.prompts.msgBox(

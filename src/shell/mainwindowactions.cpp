@@ -23,8 +23,9 @@ const QStringList ProductItems { "mnuAddProd=&Add", "mnuEditProd=&Edit", "-",
     "mnucopyproduct=&Copy Product Info", "-", "mnuDelProd=&Delete", "mnuDelAll=Delete &All" };
 const QStringList PrintItems { "mnuPreview=Setup", "mnuPrint=Print Price List" };
 const QStringList SettingsItems { "mnuUserOptions=&Password" };
-const QStringList HelpItems { "mnuHelpContents=&Contents",
-    "mnuHelpSearchForHelpOn=&Search For Help On...", "-", "mnuHelpAbout=&About Tarnwick" };
+// The Help menu's captions are string-table numbers, replaced when the main window loads.
+const QStringList HelpItems { "mnuHelpContents=1027", "mnuHelpSearchForHelpOn=1028", "-",
+    "mnuHelpAbout=1029" };
 const QStringList GridItems { "mnuGrdMainQuote=Add to &Quote",
     "mnuCopyProductInfo=&Copy Product Info" };
 const QStringList QuoteItems { "mnuQuoteDelete=Remove &Product", "mnuquoteclear=Remove &All", "-",
@@ -89,7 +90,7 @@ void MainWindowActions::createMenuBar(QMainWindow *window)
     addMenu(bar->addMenu(QObject::tr("&Products")), QStringLiteral("mnuProducts"), ProductItems);
     addMenu(bar->addMenu(QObject::tr("P&rint")), QStringLiteral("mnuPrintMenu"), PrintItems);
     addMenu(bar->addMenu(QObject::tr("&Settings")), QStringLiteral("mnuSettings"), SettingsItems);
-    addMenu(bar->addMenu(QObject::tr("&Help")), QStringLiteral("mnuHelp"), HelpItems);
+    addMenu(bar->addMenu(QStringLiteral("1026")), QStringLiteral("mnuHelp"), HelpItems);
     action(QStringLiteral("mnuEditCopy"))->setShortcut(QKeySequence::Copy);
     action(QStringLiteral("mnuFileExit"))->setShortcut(QKeySequence::Quit);
     action(QStringLiteral("mnuHelpContents"))->setShortcut(QKeySequence::HelpContents);

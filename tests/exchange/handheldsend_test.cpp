@@ -102,7 +102,7 @@ TEST_F(HandheldSend, ConverterThatCannotStartOpensHelpAndKeepsTheFile)
     fakes.launcher.succeed = false;
     EXPECT_EQ(send({ 3 }, 1), SendResult::ConverterFailed);
     ASSERT_EQ(fakes.help.calls.size(), 1);
-    EXPECT_EQ(fakes.help.calls[0], "context:" + folder.filePath("Tarnwick Help.chm") + "#2050");
+    EXPECT_EQ(fakes.help.calls[0], folder.filePath("Tarnwick Help.chm") + "|15|2050");
     EXPECT_EQ(folder.readFile("Pumps.CSV"),
         HeaderLine + "0,C3,,\"\",\"\",\"\",\r\n0,A1,,\"\",\"\",\"\",\r\n");
 }

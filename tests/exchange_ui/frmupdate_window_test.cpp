@@ -200,8 +200,7 @@ TEST_F(FrmUpdateTest, F1OpensTheWindowsHelpTopicAndHelpTheHelpFile)
     QTest::keyClick(list(3), Qt::Key_F1);
     QTest::mouseClick(window->findChild<QPushButton *>("CmdHelp"), Qt::LeftButton);
     EXPECT_EQ(fakes.help.calls,
-        QStringList({ "context:" + helpFileIn(folder) + "#1090",
-            "topic:" + helpFileIn(folder) + "#Main" }));
+        QStringList({ helpFileIn(folder) + "|15|1090", helpFileIn(folder) + ">Main|0|0" }));
     EXPECT_TRUE(window->isVisible());
 }
 

@@ -99,8 +99,7 @@ TEST_F(MainWindowTest, TheHelpButtonOpensTheHelpFileAtMain)
     window->actions().button(QStringLiteral("Help"))->trigger();
     ASSERT_EQ(fakes->help.calls.size(), 1);
     EXPECT_EQ(fakes->help.calls.first(),
-        QStringLiteral("topic:") + folder.filePath(QStringLiteral("Tarnwick Help.chm"))
-            + QStringLiteral("#Main"));
+        folder.filePath(QStringLiteral("Tarnwick Help.chm")) + QStringLiteral(">Main|0|0"));
 }
 
 TEST_F(MainWindowTest, EditCopyPutsTheSelectedTextOfTheFocusedBoxOnTheClipboard)

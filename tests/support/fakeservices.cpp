@@ -49,20 +49,24 @@ std::optional<FileDialogResult> FakeFileDialogs::next(const FileDialogRequest &r
 bool FakeProcessLauncher::startDetached(
     const QString &program, const QStringList &arguments, const QString &workingFolder)
 {
-    starts.push_back({ program, arguments, workingFolder });
+    starts.push_back({ program, arguments, workingFolder, false });
     return succeed;
 }
 
-bool FakeHelpViewer::showTopic(const QString &helpFile, const QString &topic)
+bool FakeProcessLauncher::startShown(const QString &program, const QStringList &arguments)
 {
-    calls << QStringLiteral("topic:%1#%2").arg(helpFile, topic);
-    return true;
+    starts.push_back({ program, arguments, QString(), true });
+    return succeed;
 }
 
-bool FakeHelpViewer::showContext(const QString &helpFile, int contextNumber)
+QString FakeProcessLauncher::findProgram(const QString &name) const
 {
-    calls << QStringLiteral("context:%1#%2").arg(helpFile).arg(contextNumber);
-    return true;
+    return installed.contains(name) ? QStringLiteral("/usr/bin/") + name : QString();
+}
+
+void FakeHelpViewer::display(const QString &path, int command, qint32 data)
+{
+    calls << QStringLiteral("%1|%2|%3").arg(path).arg(command).arg(data);
 }
 
 void FakeEventPump::processPendingEvents()

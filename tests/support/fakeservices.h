@@ -53,7 +53,8 @@ private:
     std::deque<std::optional<FileDialogResult>> m_answers;
 };
 
-/// Records the programs it was asked to start; succeeds unless told otherwise.
+/// Records the programs it was asked to start; succeeds unless told otherwise. Finds the
+/// programs listed in installed, as "/usr/bin/<name>".
 class FakeProcessLauncher : public IProcessLauncher
 {
 public:
@@ -62,22 +63,25 @@ public:
         QString program;
         QStringList arguments;
         QString workingFolder;
+        bool shown = false;
     };
     bool startDetached(const QString &program, const QStringList &arguments,
         const QString &workingFolder) override;
+    bool startShown(const QString &program, const QStringList &arguments) override;
+    QString findProgram(const QString &name) const override;
 
     bool succeed = true;
+    QStringList installed;
     std::vector<Start> starts;
 };
 
-/// Records the help topics it was asked to show.
+/// Records every call of the help viewer exactly as it was given.
 class FakeHelpViewer : public IHelpViewer
 {
 public:
-    bool showTopic(const QString &helpFile, const QString &topic) override;
-    bool showContext(const QString &helpFile, int contextNumber) override;
+    void display(const QString &path, int command, qint32 data) override;
 
-    QStringList calls; ///< "topic:<file>#<topic>" or "context:<file>#<number>"
+    QStringList calls; ///< "<path>|<command>|<data>"
 };
 
 /// Counts the times the program let pending events be processed, and processes them.

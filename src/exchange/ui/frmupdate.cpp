@@ -4,7 +4,8 @@
 #include "exchange/workbookimport.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
-#include "platform/ihelpviewer.h"
+#include "platform/chelp.h"
+#include "platform/helpcontexts.h"
 #include "platform/iprompts.h"
 
 #include <QCheckBox>
@@ -21,7 +22,6 @@ namespace tarnwick {
 
 namespace {
 
-const QString HelpFileName = QStringLiteral("Tarnwick Help.chm");
 const QString NotAWorkbook = QStringLiteral("This file is not an Excel 97 file.");
 const QString MissingFields = QStringLiteral("Missing required fields");
 const QString ImportErrors = QStringLiteral(
@@ -162,20 +162,17 @@ void FrmUpdate::OptAdd_Click()
     m_ui.CmbField[ColumnMapping::ProductNameList]->setCurrentIndex(-1);
 }
 
-QString FrmUpdate::helpFile() const
-{
-    return m_services.environment.pathInAppFolder(HelpFileName);
-}
-
 void FrmUpdate::CmdHelp_Click()
 {
-    m_services.help.showTopic(helpFile(), QStringLiteral("Main"));
+    CHelp(m_services.help).Show(CHelp::helpFilePath(m_services.environment), CHelp::MainWindow);
 }
 
 void FrmUpdate::Form_KeyDown(int KeyCode, Qt::KeyboardModifiers /*Shift*/)
 {
     if (KeyCode == Qt::Key_F1)
-        m_services.help.showContext(helpFile(), HelpContext);
+        CHelp(m_services.help)
+            .Show(
+                CHelp::helpFilePath(m_services.environment), QString(), HelpContext::ImportWindow);
 }
 
 void FrmUpdate::keyPressEvent(QKeyEvent *event)

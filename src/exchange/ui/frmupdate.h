@@ -27,8 +27,6 @@ class FrmUpdate : public QDialog
     Q_OBJECT
 
 public:
-    /// The help context of the window (F1).
-    static constexpr int HelpContext = 1090;
     /// Milliseconds between two changes of the caption while the import runs.
     static constexpr int ProgressInterval = 2000;
 
@@ -70,7 +68,6 @@ private:
     void setMappingEnabled(bool enabled);
     void showImportErrors();
     void importFinished(int changes);
-    QString helpFile() const;
 
     const AppServices &m_services;
     QString m_importFile;

@@ -1,41 +1,39 @@
 #include "platform/qt/qthelpviewer.h"
 
-#include <QDesktopServices>
-#include <QFileInfo>
-#include <QUrl>
+#include "help/helprequest.h"
+#include "platform/qt/helpwindow.h"
+
+#include <QMessageBox>
 
 namespace tarnwick {
 
-QtHelpViewer::QtHelpViewer(UrlOpener opener) : m_opener(std::move(opener))
+QtHelpViewer::QtHelpViewer(QString manualFolder) : m_folder(std::move(manualFolder)) { }
+
+QtHelpViewer::~QtHelpViewer()
 {
-    if (!m_opener)
-        m_opener = [](const QUrl &url) { return QDesktopServices::openUrl(url); };
+    delete m_window;
 }
 
-// The topic (a window type such as "Main" or "Search") is not passed on: desktop viewers of
-// compiled help files take no such argument, and a fragment on a file URL makes some openers
-// look for a file of that name.
-bool QtHelpViewer::showTopic(const QString &helpFile, const QString &topic)
+HelpWindow *QtHelpViewer::window() const
 {
-    Q_UNUSED(topic)
-    return open(helpFile);
+    return m_window;
 }
 
-// The context number is not passed on, for the same reason as the topic.
-bool QtHelpViewer::showContext(const QString &helpFile, int contextNumber)
+// The manual is read on the first call, so a program that never opens its help spends
+// nothing on it; the window is kept and reused by every later call.
+void QtHelpViewer::display(const QString &path, int command, qint32 data)
 {
-    Q_UNUSED(contextNumber)
-    return open(helpFile);
-}
-
-// A path in the help viewer's "file>window" form is cut at the ">", which no file name on
-// Windows may contain.
-bool QtHelpViewer::open(const QString &helpFile) const
-{
-    const QFileInfo info(helpFile.section(QLatin1Char('>'), 0, 0).trimmed());
-    if (!info.isFile())
-        return false;
-    return m_opener(QUrl::fromLocalFile(info.absoluteFilePath()));
+    if (!m_manual) {
+        auto manual = std::make_unique<HelpManual>();
+        if (!manual->load(m_folder)) {
+            QMessageBox::warning(nullptr, QStringLiteral("Tarnwick Help"), manual->errorString());
+            return;
+        }
+        m_manual = std::move(manual);
+    }
+    if (!m_window)
+        m_window = new HelpWindow(*m_manual);
+    m_window->showRequest(parseHelpRequest(path, command, data));
 }
 
 } // namespace tarnwick

@@ -1,31 +1,35 @@
 #pragma once
 
+#include "help/helpmanual.h"
 #include "platform/ihelpviewer.h"
 
-#include <functional>
+#include <QPointer>
 
-class QUrl;
+#include <memory>
 
 namespace tarnwick {
 
-/// Shows the program's compiled help file with the desktop's viewer for it. The desktop
-/// opens a file as a whole, so topics and context numbers cannot be chosen: every call opens
-/// the help file at its start page. Returns false when the file is missing or the desktop
-/// could not open it.
+class HelpWindow;
+
+/// The program's own help viewer. Whatever help file the program names, it shows the manual
+/// compiled into the program, in one help window that stays open beside the main window:
+/// window type "Main" opens the contents, "Search" the search, a context number its page.
 class QtHelpViewer : public IHelpViewer
 {
 public:
-    using UrlOpener = std::function<bool(const QUrl &)>;
+    /// manualFolder: where the manual is read from (the compiled-in resource by default).
+    explicit QtHelpViewer(QString manualFolder = HelpManual::ResourceFolder);
+    ~QtHelpViewer() override;
 
-    /// opener opens a URL with the desktop; without one, QDesktopServices::openUrl.
-    explicit QtHelpViewer(UrlOpener opener = {});
+    void display(const QString &path, int command, qint32 data) override;
 
-    bool showTopic(const QString &helpFile, const QString &topic) override;
-    bool showContext(const QString &helpFile, int contextNumber) override;
+    /// The help window, once a call has opened it.
+    HelpWindow *window() const;
 
 private:
-    bool open(const QString &helpFile) const;
-    UrlOpener m_opener;
+    QString m_folder;
+    std::unique_ptr<HelpManual> m_manual;
+    QPointer<HelpWindow> m_window;
 };
 
 } // namespace tarnwick

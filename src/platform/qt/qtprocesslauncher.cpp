@@ -1,6 +1,7 @@
 #include "platform/qt/qtprocesslauncher.h"
 
 #include <QProcess>
+#include <QStandardPaths>
 
 #ifdef Q_OS_WIN
 #include <qt_windows.h>
@@ -24,6 +25,16 @@ bool QtProcessLauncher::startDetached(
     });
 #endif
     return process.startDetached();
+}
+
+bool QtProcessLauncher::startShown(const QString &program, const QStringList &arguments)
+{
+    return QProcess::startDetached(program, arguments);
+}
+
+QString QtProcessLauncher::findProgram(const QString &name) const
+{
+    return QStandardPaths::findExecutable(name);
 }
 
 } // namespace tarnwick

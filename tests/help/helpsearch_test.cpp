@@ -1,0 +1,68 @@
+#include "help/helpsearch.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwick {
+namespace {
+
+HelpSearch twoPages()
+{
+    HelpSearch search;
+    search.addTopic(QStringLiteral("a.html"), QStringLiteral("Price points"),
+        QStringLiteral(
+            "<html><head><title>ignored words zebra</title></head><body>"
+            "<p>A quantity of 10 takes the <b>price</b> of its point.</p></body></html>"));
+    search.addTopic(QStringLiteral("b.html"), QStringLiteral("Quotes"),
+        QStringLiteral("<p>Each quote line has a quantity; prices, prices and prices.</p>"));
+    return search;
+}
+
+QStringList files(const QList<SearchHit> &hits)
+{
+    QStringList result;
+    for (const SearchHit &hit : hits)
+        result << hit.file;
+    return result;
+}
+
+TEST(HelpSearch, EveryWordOfTheQueryMustOccur)
+{
+    const HelpSearch search = twoPages();
+    EXPECT_EQ(
+        files(search.search(QStringLiteral("quantity"))), QStringList({ "a.html", "b.html" }));
+    EXPECT_EQ(files(search.search(QStringLiteral("quantity line"))), QStringList { "b.html" });
+    EXPECT_TRUE(search.search(QStringLiteral("quantity elephant")).isEmpty());
+}
+
+TEST(HelpSearch, WordsMatchByTheirBeginningAndInAnyCase)
+{
+    const HelpSearch search = twoPages();
+    EXPECT_EQ(files(search.search(QStringLiteral("QUOT"))), QStringList { "b.html" });
+}
+
+TEST(HelpSearch, TitleWordsRankFirst)
+{
+    const HelpSearch search = twoPages();
+    const QList<SearchHit> hits = search.search(QStringLiteral("price"));
+    ASSERT_EQ(hits.size(), 2);
+    EXPECT_EQ(hits[0].file, QStringLiteral("a.html")) << "one title word outweighs three in text";
+    EXPECT_GT(hits[0].score, hits[1].score);
+}
+
+TEST(HelpSearch, TagsAndTheHeadAreNotSearched)
+{
+    const HelpSearch search = twoPages();
+    EXPECT_TRUE(search.search(QStringLiteral("zebra")).isEmpty());
+    EXPECT_TRUE(search.search(QStringLiteral("html")).isEmpty());
+    EXPECT_TRUE(search.search(QStringLiteral("   ")).isEmpty());
+}
+
+TEST(HelpSearch, PlainTextDecodesEntities)
+{
+    EXPECT_EQ(
+        HelpSearch::plainText(QStringLiteral("<p>Help &rarr; About &amp; more&nbsp;&#233;</p>")),
+        QStringLiteral("Help \u2192 About & more \u00e9"));
+}
+
+} // namespace
+} // namespace tarnwick

@@ -1,0 +1,180 @@
+#include "platform/qt/helpwindow.h"
+
+#include "help/helpmanual.h"
+#include "help/helprequest.h"
+#include "platform/chelp.h"
+#include "platform/helpcontexts.h"
+#include "platform/qt/qthelpviewer.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QTabWidget>
+#include <QTest>
+#include <QTextBrowser>
+#include <QTreeWidget>
+
+#include <gtest/gtest.h>
+
+namespace tarnwick {
+namespace {
+
+class HelpWindowTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(manual.load()) << qPrintable(manual.errorString());
+        window = std::make_unique<HelpWindow>(manual);
+    }
+    QString shownText() const { return window->browser()->toPlainText(); }
+
+    HelpManual manual;
+    std::unique_ptr<HelpWindow> window;
+};
+
+TEST_F(HelpWindowTest, EveryContextNumberOfTheProgramOpensItsTopic)
+{
+    for (const qint32 context : HelpContext::All) {
+        window->showRequest(parseHelpRequest(QStringLiteral("x.chm"), 15, context));
+        const HelpTopic *topic = manual.topic(window->currentTopic());
+        ASSERT_NE(topic, nullptr) << context;
+        EXPECT_EQ(topic->contexts.contains(context), true) << context;
+        EXPECT_TRUE(shownText().contains(topic->title)) << context;
+        EXPECT_GT(shownText().size(), 300) << context;
+    }
+}
+
+TEST_F(HelpWindowTest, MainOpensTheContentsAtTheFirstPage)
+{
+    window->showTopic(QStringLiteral("password.html"));
+    window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Main"), 0, 0));
+    EXPECT_EQ(window->currentTopic(), QStringLiteral("welcome.html"));
+    EXPECT_EQ(window->navigation()->currentIndex(), 0);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->contentsTree()->currentItem()->text(0), manual.topics().first().title);
+}
+
+TEST_F(HelpWindowTest, SearchOpensTheSearchWithTheFocusInItsBox)
+{
+    window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Search"), 0, 0));
+    EXPECT_EQ(window->navigation()->currentIndex(), 2);
+    EXPECT_FALSE(window->currentTopic().isEmpty()) << "a page is shown beside the search";
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    EXPECT_EQ(QApplication::focusWidget(), window->searchBox());
+}
+
+TEST_F(HelpWindowTest, TypingWordsAndEnterListsThePagesThatContainThem)
+{
+    window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Search"), 0, 0));
+    QTest::keyClicks(window->searchBox(), QStringLiteral("backup"));
+    QTest::keyClick(window->searchBox(), Qt::Key_Return);
+    ASSERT_GT(window->searchResults()->count(), 0);
+    QStringList titles;
+    for (int i = 0; i < window->searchResults()->count(); ++i)
+        titles << window->searchResults()->item(i)->text();
+    EXPECT_TRUE(titles.contains(manual.topic(QStringLiteral("datafiles.html"))->title));
+    window->search(QStringLiteral("xylophone"));
+    EXPECT_EQ(window->searchResults()->count(), 0);
+    EXPECT_EQ(
+        window->searchStatus()->text(), QStringLiteral("No page contains all of these words."));
+}
+
+TEST_F(HelpWindowTest, TheBestMatchIsShownAndDownLeadsIntoTheResults)
+{
+    window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Search"), 0, 0));
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    QTest::keyClicks(window->searchBox(), QStringLiteral("twdata.bak"));
+    QTest::keyClick(window->searchBox(), Qt::Key_Return);
+    EXPECT_EQ(window->currentTopic(), QStringLiteral("datafiles.html"));
+    ASSERT_GT(window->searchResults()->count(), 1);
+    EXPECT_EQ(window->searchStatus()->text(),
+        QStringLiteral("%1 pages found.").arg(window->searchResults()->count()));
+    QTest::keyClick(window->searchBox(), Qt::Key_Down);
+    EXPECT_EQ(QApplication::focusWidget(), window->searchResults());
+    QTest::keyClick(window->searchResults(), Qt::Key_Down);
+    QTest::keyClick(window->searchResults(), Qt::Key_Return);
+    EXPECT_EQ(
+        manual.topic(window->currentTopic())->title, window->searchResults()->item(1)->text());
+}
+
+TEST_F(HelpWindowTest, ActivatingAResultOpensItsPage)
+{
+    window->search(QStringLiteral("Handdesk converter"));
+    ASSERT_GT(window->searchResults()->count(), 0);
+    QListWidgetItem *first = window->searchResults()->item(0);
+    Q_EMIT window->searchResults()->itemActivated(first);
+    EXPECT_EQ(manual.topic(window->currentTopic())->title, first->text());
+}
+
+TEST_F(HelpWindowTest, TheIndexFiltersByTheTypedBeginningAndOpensTheEntry)
+{
+    window->showIndex();
+    QTest::keyClicks(window->indexBox(), QStringLiteral("passw"));
+    ASSERT_GT(window->indexList()->count(), 0);
+    for (int i = 0; i < window->indexList()->count(); ++i)
+        EXPECT_TRUE(window->indexList()->item(i)->text().startsWith(
+            QStringLiteral("passw"), Qt::CaseInsensitive));
+    QTest::keyClick(window->indexBox(), Qt::Key_Return);
+    EXPECT_EQ(window->currentTopic(), QStringLiteral("password.html"));
+}
+
+TEST_F(HelpWindowTest, BackAndForwardRetraceThePagesShown)
+{
+    window->showTopic(QStringLiteral("welcome.html"));
+    window->showTopic(QStringLiteral("pricepoints.html"));
+    window->showTopic(QStringLiteral("discounts.html"));
+    window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    window->browser()->setFocus();
+    QTest::keyClick(window->browser(), Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(window->currentTopic(), QStringLiteral("pricepoints.html"));
+    QTest::keyClick(window->browser(), Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(window->currentTopic(), QStringLiteral("welcome.html"));
+    QTest::keyClick(window->browser(), Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(window->currentTopic(), QStringLiteral("pricepoints.html"));
+}
+
+TEST_F(HelpWindowTest, ALinkInAPageOpensTheLinkedPage)
+{
+    window->showTopic(QStringLiteral("welcome.html"));
+    const QStringList links =
+        HelpManual::linksOf(manual.topic(QStringLiteral("welcome.html"))->html);
+    ASSERT_FALSE(links.isEmpty());
+    window->browser()->setSource(window->browser()->source().resolved(QUrl(links.first())));
+    EXPECT_EQ(window->currentTopic(), QUrl(links.first()).path());
+    EXPECT_GT(shownText().size(), 300);
+}
+
+TEST_F(HelpWindowTest, EveryPageShowsItsTextAndItsImages)
+{
+    for (const HelpTopic &topic : manual.topics()) {
+        ASSERT_TRUE(window->showTopic(topic.file)) << qPrintable(topic.file);
+        EXPECT_TRUE(shownText().contains(topic.title)) << qPrintable(topic.file);
+    }
+    EXPECT_FALSE(window->showTopic(QStringLiteral("no-such-page.html")));
+}
+
+TEST(QtHelpViewer, OneWindowServesEveryCallAndFollowsIt)
+{
+    QtHelpViewer viewer;
+    CHelp help(viewer);
+    help.Show(QStringLiteral("/somewhere/Tarnwick Help.chm"), CHelp::MainWindow);
+    HelpWindow *window = viewer.window();
+    ASSERT_NE(window, nullptr);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->currentTopic(), QStringLiteral("welcome.html"));
+    help.Show(
+        QStringLiteral("/somewhere/Tarnwick Help.chm"), QString(), HelpContext::HandheldConverter);
+    EXPECT_EQ(viewer.window(), window);
+    EXPECT_EQ(window->currentTopic(), QStringLiteral("handheldconverter.html"));
+    help.Show(QStringLiteral("/somewhere/Tarnwick Help.chm"), CHelp::SearchWindow);
+    EXPECT_EQ(window->navigation()->currentIndex(), 2);
+}
+
+} // namespace
+} // namespace tarnwick

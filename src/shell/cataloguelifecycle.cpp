@@ -6,6 +6,7 @@
 #include "platform/iprompts.h"
 #include "products/productcommands.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -42,7 +43,8 @@ CatalogueReadResult CatalogueLifecycle::readAndSort()
 
 bool CatalogueLifecycle::readsInBackground() const
 {
-    if (m_module.environment().isTestRun())
+    // The wait needs this thread's event loop; without an application there is none.
+    if (m_module.environment().isTestRun() || !QCoreApplication::instance())
         return false;
     const QFileInfo file(m_module.DataFile);
     return file.isFile() && file.size() >= m_backgroundReadBytes;

@@ -30,6 +30,8 @@ QString fileText(const Cell &cell, int field, const QLocale &locale)
 bool hasPartNumber(const Cell &cell, const QLocale &locale)
 {
     // An empty cell (never assigned) counts as the empty text.
+    if (cell.isText())
+        return !cell.textView().isEmpty();
     return !cell.isNull() && !conv::toText(cell, locale).isEmpty();
 }
 

@@ -8,12 +8,35 @@
 
 #include <cerrno>
 
+#ifdef Q_OS_UNIX
+#include <cstdio>
+#include <unistd.h>
+#endif
+
 namespace tarnwick {
 
 namespace {
 
 constexpr char16_t FieldEndCharacter = 0x7F;
 constexpr int FieldEndLength = 3;
+
+/// The plain words for the causes a user can act on; empty for the others.
+QString knownCause(int systemError)
+{
+    switch (systemError) {
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG: // the file would outgrow the space the system allows
+        return QStringLiteral("the disk is full");
+    case EROFS:
+        return QStringLiteral("the disk or folder is read-only");
+    case EACCES:
+    case EPERM:
+        return QStringLiteral("you have no permission to write there");
+    default:
+        return {};
+    }
+}
 
 /// Only the cause, in plain words: the shell puts it into one sentence with the file's name.
 CatalogueWriteResult failedSave(const QString &detail)
@@ -28,27 +51,21 @@ CatalogueWriteResult failedSave(const QString &detail)
 /// taken right after the failure; Qt's own text when the number says nothing more useful.
 QString plainCause(int systemError, const QFileDevice &file)
 {
-    switch (systemError) {
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG: // the file would outgrow the space the system allows
-        return QStringLiteral("the disk is full");
-    case EROFS:
-        return QStringLiteral("the disk or folder is read-only");
-    case EACCES:
-    case EPERM:
-        return QStringLiteral("you have no permission to write there");
-    default:
-        return file.errorString();
-    }
+    const QString known = knownCause(systemError);
+    return known.isEmpty() ? file.errorString() : known;
+}
+
+/// The cause of a failed system call in plain words, from its error number.
+QString plainCause(int systemError)
+{
+    const QString known = knownCause(systemError);
+    return known.isEmpty() ? qt_error_string(systemError) : known;
 }
 
 /// Copies the previous catalogue to the backup file, itself replaced in one step, so the
-/// backup is always a whole file. Nothing to do before the very first save.
-bool keepPreviousAsBackup(const QString &dataFile, QString *error)
+/// backup is always a whole file.
+bool copyPreviousAsBackup(const QString &dataFile, QString *error)
 {
-    if (!QFileInfo::exists(dataFile))
-        return true;
     QFile previous(dataFile);
     errno = 0;
     if (!previous.open(QIODevice::ReadOnly)) {
@@ -68,6 +85,32 @@ bool keepPreviousAsBackup(const QString &dataFile, QString *error)
         return false;
     }
     return true;
+}
+
+/// Keeps the previous catalogue as the backup file without copying it: a second name for
+/// the same file is made beside it and then renamed over the backup in one step, so the
+/// backup is always a whole file, and the catalogue keeps its name until the new one is
+/// renamed over it. Where the file system has no such names, the file is copied instead.
+/// Nothing to do before the very first save.
+bool keepPreviousAsBackup(const QString &dataFile, QString *error)
+{
+    if (!QFileInfo::exists(dataFile))
+        return true;
+#ifdef Q_OS_UNIX
+    const QByteArray data = QFile::encodeName(dataFile);
+    const QByteArray backup = QFile::encodeName(catalogueBackupPath(dataFile));
+    const QByteArray link = backup + ".link";
+    ::unlink(link.constData()); // a leftover of an interrupted save
+    if (::link(data.constData(), link.constData()) == 0) {
+        if (::rename(link.constData(), backup.constData()) == 0)
+            return true;
+        const int systemError = errno;
+        ::unlink(link.constData());
+        *error = plainCause(systemError);
+        return false;
+    }
+#endif
+    return copyPreviousAsBackup(dataFile, error);
 }
 
 QString unreadCopyName(const QFileInfo &data, const QString &stamp, int attempt)

@@ -55,10 +55,12 @@ enum class BackupRule {
 };
 
 /// Writes bytes as the catalogue file at path without ever leaving a half-written file: the
-/// bytes go to a temporary file in the same folder, the previous file is copied to
-/// catalogueBackupPath(path) (unless backupRule leaves the backup alone), and only then does
-/// the new file take the old one's place. On any failure the old file keeps its bytes and no
-/// temporary file stays behind; the result's detail names the cause in plain words.
+/// bytes go to a temporary file in the same folder and are flushed to the disk, the previous
+/// file becomes catalogueBackupPath(path) (unless backupRule leaves the backup alone) by a
+/// second name for it rather than a copy, and only then does the new file take the old
+/// one's place. A crash at any point leaves a whole catalogue file and a whole backup. On any
+/// failure the old file keeps its bytes and no temporary file stays behind; the result's detail
+/// names the cause in plain words.
 CatalogueWriteResult writeCatalogueFile(const QString &path, const QByteArray &bytes,
     const BeforeReplaceHook &beforeReplace = {}, BackupRule backupRule = BackupRule::KeepPrevious);
 

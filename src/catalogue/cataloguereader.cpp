@@ -2,6 +2,7 @@
 
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
+#include "core/cell.h"
 #include "core/conversions.h"
 #include "core/storednumber.h"
 #include "core/vberror.h"
@@ -11,7 +12,10 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <cstring>
+#include <limits>
 #include <optional>
+#include <string_view>
 
 namespace tarnwick {
 
@@ -19,30 +23,11 @@ namespace {
 
 constexpr int InvalidProcedureCall = 5;
 constexpr qsizetype FieldEndLength = 3;
-constexpr QStringView FieldEnd = u"\x7f\x7f\x7f";
-constexpr QStringView LineEnd = u"\r\n";
-constexpr char16_t FieldEndCharacter = 0x7F;
+constexpr std::string_view FieldEnd = "\x7f\x7f\x7f";
+constexpr char FieldEndCharacter = 0x7F;
 /// Rows added at least when a file holds more products than the table has rows.
 constexpr int MinimumGrowth = 64;
-
-/// Position (from 1) of the next field end at or after position start; 0 when there is none.
-qsizetype findFieldEnd(const QString &line, qsizetype start)
-{
-    if (start > line.size() + 1)
-        return 0;
-    return line.indexOf(FieldEnd, start - 1) + 1;
-}
-
-/// The text of a field that starts at position start and ends before the field end at q;
-/// none when there is no such field end (q is 0), which is an error for the caller.
-std::optional<QString> fieldText(const QString &line, qsizetype start, qsizetype q)
-{
-    if (q == start)
-        return QString();
-    if (q < start)
-        return std::nullopt;
-    return line.mid(start - 1, q - start);
-}
+constexpr std::string_view Utf8ByteOrderMark = "\xEF\xBB\xBF";
 
 VbError missingFieldEnd(int lineNumber)
 {
@@ -50,50 +35,58 @@ VbError missingFieldEnd(int lineNumber)
         QStringLiteral("line %1 does not hold a product: a field end is missing").arg(lineNumber));
 }
 
+/// The end of the physical line starting at position: the index of its CR LF, or the end.
+qsizetype physicalLineEnd(std::string_view text, qsizetype position)
+{
+    const std::size_t end = text.find("\r\n", std::size_t(position));
+    return end == std::string_view::npos ? qsizetype(text.size()) : qsizetype(end);
+}
+
 } // namespace
 
-/// The physical lines of the file's text, each ended by CR LF (or by the end of the text).
-/// A lone CR or LF is part of its line.
-class CatalogueReader::PhysicalLines
+/// One logical line: where it starts in the file's bytes, its length, and the number of its
+/// first physical line.
+struct CatalogueReader::Line
 {
-public:
-    explicit PhysicalLines(const QString &text) : m_text(text) { }
-
-    bool atEnd() const { return m_position >= m_text.size(); }
-    int lineNumber() const { return m_lineNumber; }
-
-    QStringView next()
-    {
-        const QStringView text(m_text);
-        const qsizetype end = text.indexOf(LineEnd, m_position);
-        const qsizetype stop = end < 0 ? text.size() : end;
-        const QStringView line = text.mid(m_position, stop - m_position);
-        m_position = end < 0 ? text.size() : end + LineEnd.size();
-        ++m_lineNumber;
-        return line;
-    }
-
-private:
-    const QString &m_text;
-    qsizetype m_position = 0;
-    int m_lineNumber = 0;
+    qsizetype start = 0;
+    qsizetype size = 0;
+    int lineNumber = 0;
 };
 
 CatalogueReader::CatalogueReader(Table &table, const QLocale &locale)
-    : m_table(table), m_locale(locale)
+    : m_table(table), m_locale(locale), m_plainDecimals(conv::readsPlainDecimals(locale))
 {
 }
 
-CatalogueReadResult CatalogueReader::read(const QString &text, const Observer &observer)
+CatalogueReader::~CatalogueReader()
 {
+    // The cells hold their own references; the reader lets go of its one.
+    if (m_block && m_block->ref.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        delete m_block;
+}
+
+CatalogueReadResult CatalogueReader::read(QByteArray bytes, const Observer &observer)
+{
+    m_block = new CellTextBlock;
+    m_block->bytes = std::move(bytes);
+    const QByteArray &data = m_block->bytes;
+    qsizetype position = 0;
+    // Plain ASCII reads the same in both encodings; the single-byte one is the cheaper.
+    m_encoding = int(TextEncoding::Windows1252);
+    if (!celltext::isAscii(data.constData(), data.size())
+        && celltext::isValidUtf8(data.constData(), data.size())) {
+        m_encoding = int(TextEncoding::Utf8);
+        if (std::string_view(data.constData(), std::size_t(data.size()))
+                .starts_with(Utf8ByteOrderMark))
+            position = qsizetype(Utf8ByteOrderMark.size());
+    }
+    sizeTable(position);
     CatalogueReadResult result;
-    PhysicalLines lines(text);
     int row = 1;
     try {
-        while (!lines.atEnd()) {
-            const int lineNumber = lines.lineNumber() + 1;
-            const QString line = readLogicalLine(lines, row, observer);
-            storeRecord(row, line, lineNumber, observer);
+        while (position < data.size()) {
+            const Line line = readLogicalLine(position, row, observer);
+            storeRecord(row, line, observer);
             ++row;
         }
         result.unreadNumbers = m_unreadNumbers;
@@ -107,43 +100,74 @@ CatalogueReadResult CatalogueReader::read(const QString &text, const Observer &o
     return result;
 }
 
-QString CatalogueReader::readLogicalLine(
-    PhysicalLines &lines, int row, const Observer &observer) const
+void CatalogueReader::sizeTable(qsizetype from)
 {
-    QString line = lines.next().toString();
+    // Every logical line but perhaps the last ends with DEL, CR, LF: counting those sizes the
+    // table once instead of growing it while reading.
+    const std::string_view text(m_block->bytes.constData(), std::size_t(m_block->bytes.size()));
+    qsizetype lines = 0;
+    for (std::size_t at = text.find("\x7f\r\n", std::size_t(from)); at != std::string_view::npos;
+         at = text.find("\x7f\r\n", at + 3))
+        ++lines;
+    const qsizetype rows = std::min<qsizetype>(lines + 1, std::numeric_limits<int>::max() / 16);
+    if (rows > m_table.rowCount() || m_table.fieldCount() < ProductRecord::FieldCount)
+        m_table.redimPreserve(std::max(int(rows), m_table.rowCount()),
+            std::max(m_table.fieldCount(), ProductRecord::FieldCount));
+}
+
+CatalogueReader::Line CatalogueReader::readLogicalLine(
+    qsizetype &position, int row, const Observer &observer)
+{
+    const std::string_view text(m_block->bytes.constData(), std::size_t(m_block->bytes.size()));
+    Line line;
+    line.start = position;
+    line.lineNumber = ++m_lineNumber;
+    qsizetype end = physicalLineEnd(text, position);
     if (observer.recordStarted)
-        observer.recordStarted(line);
+        observer.recordStarted(decoded(position, end - position));
     // Every logical line ends with a field end; a line that does not was broken by a line
-    // break inside a field, and the next physical line continues it.
-    while (!line.endsWith(QChar(FieldEndCharacter))) {
-        if (lines.atEnd()) {
+    // break inside a field, and the next physical line continues it (its CR LF included).
+    for (;;) {
+        const qsizetype next = std::min<qsizetype>(end + 2, qsizetype(text.size()));
+        if (end > line.start && text[std::size_t(end - 1)] == FieldEndCharacter) {
+            position = next;
+            break;
+        }
+        if (next >= qsizetype(text.size())) {
             throw VbError(ErrorNumber::InputPastEndOfFile,
                 QStringLiteral("the file ends in the middle of product %1").arg(row));
         }
-        line += LineEnd;
-        line += lines.next();
+        ++m_lineNumber;
+        end = physicalLineEnd(text, next);
     }
+    line.size = end - line.start;
     return line;
 }
 
-void CatalogueReader::storeRecord(
-    int row, const QString &line, int lineNumber, const Observer &observer)
+void CatalogueReader::storeRecord(int row, const Line &line, const Observer &observer)
 {
     makeRoomFor(row);
-    qsizetype p = findFieldEnd(line, 1);
+    const std::string_view text(m_block->bytes.constData() + line.start, std::size_t(line.size));
+    // Positions count from 1 within the line, 0 meaning "no field end found".
+    const auto findFieldEnd = [&](qsizetype start) -> qsizetype {
+        if (start > line.size + 1)
+            return 0;
+        const std::size_t at = text.find(FieldEnd, std::size_t(start - 1));
+        return at == std::string_view::npos ? 0 : qsizetype(at) + 1;
+    };
+    qsizetype p = findFieldEnd(1);
     if (p == 0)
-        throw missingFieldEnd(lineNumber);
-    m_table.put(row, ProductRecord::PartNumber, line.left(p - 1));
+        throw missingFieldEnd(line.lineNumber);
+    m_table.put(row, ProductRecord::PartNumber, textCell(line.start, p - 1));
     if (observer.partNumberStored)
         observer.partNumberStored(row);
     for (int field = ProductRecord::ProductName; field <= ProductRecord::FieldCount; ++field) {
         const qsizetype start = p + FieldEndLength;
-        const qsizetype q = findFieldEnd(line, start);
-        const std::optional<QString> text = fieldText(line, start, q);
-        if (text)
-            storeLaterField(row, field, *text);
+        const qsizetype q = findFieldEnd(start);
+        if (q >= start)
+            storeLaterField(row, field, line.start + start - 1, q - start);
         else if (field == ProductRecord::ProductName)
-            throw missingFieldEnd(lineNumber);
+            throw missingFieldEnd(line.lineNumber);
         // From the price on, a missing field end leaves the cell as it was, and the next
         // field is looked for from the start of the line again: a line with fewer than
         // fifteen fields fills its later cells with text from the wrong place.
@@ -151,18 +175,44 @@ void CatalogueReader::storeRecord(
     }
 }
 
-void CatalogueReader::storeLaterField(int row, int field, const QString &text)
+Cell CatalogueReader::textCell(qsizetype start, qsizetype size) const
+{
+    if (Cell::fitsInBlock(start, size))
+        return Cell::inBlock(m_block, start, size, static_cast<TextEncoding>(m_encoding));
+    return Cell(decoded(start, size));
+}
+
+QString CatalogueReader::decoded(qsizetype start, qsizetype size) const
+{
+    const CellTextView view { static_cast<TextEncoding>(m_encoding),
+        m_block->bytes.constData() + start, size };
+    return view.toString();
+}
+
+void CatalogueReader::storeLaterField(int row, int field, qsizetype start, qsizetype size)
 {
     const bool numberField = field == ProductRecord::Price || field >= ProductRecord::PricePoint1;
-    if (!numberField || text.isEmpty()) {
-        m_table.put(row, field, text);
+    if (!numberField || size == 0) {
+        m_table.put(row, field, textCell(start, size));
         return;
     }
+    // Plain decimals ("12.50", "25"), nearly every number of a catalogue, are read from their
+    // digits; they mean the same in the stored form and in the user's locale.
+    if (m_plainDecimals) {
+        if (const auto plain = conv::plainDecimal(m_block->bytes.constData() + start, size)) {
+            if (field == ProductRecord::Price)
+                m_table.put(row, field, Cell(static_cast<float>(*plain)));
+            else
+                m_table.put(row, field, textCell(start, size));
+            return;
+        }
+    }
+    const QString text = decoded(start, size);
     const std::optional<double> value = stored::readNumberOrLocal(text, m_locale);
     const bool fitsSingle = value && std::fabs(*value) <= static_cast<double>(FLT_MAX);
     if (!value || (field == ProductRecord::Price && !fitsSingle)) {
         // Kept as it was written, never emptied; the start says which product and field.
-        m_table.put(row, field, text);
+        m_table.put(row, field, textCell(start, size));
         const QString partNumber = m_table.get(row, ProductRecord::PartNumber).asText();
         m_unreadNumbers.append({ partNumber, field, text });
         return;
@@ -175,7 +225,7 @@ void CatalogueReader::storeLaterField(int row, int field, const QString &text)
     // from the file is kept where "." is the decimal separator and becomes "1,5" in German.
     const std::optional<double> local = conv::parseNumber(text, m_locale);
     if (local && *local == *value)
-        m_table.put(row, field, text);
+        m_table.put(row, field, textCell(start, size));
     else
         m_table.put(row, field, stored::shortestText(*value, m_locale));
 }

@@ -2,6 +2,7 @@
 
 #include "catalogue/cataloguefile.h"
 
+#include <QByteArray>
 #include <QLocale>
 #include <QString>
 
@@ -9,9 +10,11 @@
 
 namespace tarnwick {
 
+class Cell;
 class Table;
+struct CellTextBlock;
 
-/// Fills the catalogue table from the text of a catalogue file, one logical line per product.
+/// Fills the catalogue table from the bytes of a catalogue file, one logical line per product.
 /// A logical line is continued over the next physical line (lines end only at CR LF) while
 /// its last character is not DEL, so line breaks inside notes come back; a line may be of any
 /// length. Field 3, the price, becomes a single-precision number. Numbers are read in the
@@ -19,6 +22,10 @@ class Table;
 /// price or price point that is none of these keeps its text and is listed in the result.
 /// A failure before field 3 of a line (the file ends inside a line, a line without field
 /// ends) ends the reading; the rows stored so far stay. The table grows as needed.
+///
+/// The file's bytes are read once and kept as they are: every text cell points into them
+/// (Windows-1252 or UTF-8, whichever the file is), so no field is copied and the catalogue in
+/// memory is about as large as its file. The table is sized once from the number of lines.
 class CatalogueReader
 {
 public:
@@ -32,21 +39,30 @@ public:
     };
 
     CatalogueReader(Table &table, const QLocale &locale);
+    ~CatalogueReader();
 
-    /// Reads every product of text into rows 1..n; rowsRead is n, or the complete rows before
-    /// a failure.
-    CatalogueReadResult read(const QString &text, const Observer &observer = {});
+    /// Reads every product of the file's bytes into rows 1..n; rowsRead is n, or the complete
+    /// rows before a failure. Valid UTF-8 is read as UTF-8 (an initial byte order mark is
+    /// dropped), anything else as Windows-1252.
+    CatalogueReadResult read(QByteArray bytes, const Observer &observer = {});
 
 private:
-    class PhysicalLines;
+    struct Line;
 
-    QString readLogicalLine(PhysicalLines &lines, int row, const Observer &observer) const;
-    void storeRecord(int row, const QString &line, int lineNumber, const Observer &observer);
-    void storeLaterField(int row, int field, const QString &text);
+    Line readLogicalLine(qsizetype &position, int row, const Observer &observer);
+    void storeRecord(int row, const Line &line, const Observer &observer);
+    void storeLaterField(int row, int field, qsizetype start, qsizetype size);
+    Cell textCell(qsizetype start, qsizetype size) const;
+    QString decoded(qsizetype start, qsizetype size) const;
     void makeRoomFor(int row);
+    void sizeTable(qsizetype from);
 
     Table &m_table;
     QLocale m_locale;
+    bool m_plainDecimals = false;
+    CellTextBlock *m_block = nullptr;
+    int m_encoding = 0;
+    int m_lineNumber = 0;
     QList<CatalogueReadResult::UnreadNumber> m_unreadNumbers;
 };
 

@@ -4,9 +4,10 @@
 // U+0081 … U+009D, so every byte reads as one character and writes back as the same byte.
 #include "catalogue/cataloguetext.h"
 
+#include "core/celltext.h"
+
 #include <QStringDecoder>
 
-#include <array>
 #include <optional>
 
 namespace tarnwick {
@@ -15,14 +16,6 @@ namespace {
 
 constexpr char16_t ByteOrderMark = 0xFEFF;
 constexpr char16_t FieldEndCharacter = 0x7F;
-
-/// Characters of the bytes 0x80..0x9F; the other bytes are the characters of the same code.
-constexpr std::array<char16_t, 32> HighControlRange = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, //
-    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F, //
-    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, //
-    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178, //
-};
 
 /// The text of bytes that are valid UTF-8 (an initial byte order mark is dropped); none for
 /// anything else, including a sequence cut off at the end.
@@ -41,7 +34,7 @@ QString decodeWindows1252(const QByteArray &bytes)
     QChar *out = text.data();
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
-        *out++ = (byte >= 0x80 && byte < 0xA0) ? QChar(HighControlRange[byte - 0x80]) : QChar(byte);
+        *out++ = QChar(celltext::windows1252Char(byte));
     }
     return text;
 }
@@ -49,13 +42,10 @@ QString decodeWindows1252(const QByteArray &bytes)
 /// The Windows-1252 byte of a character; none when the character has no byte there.
 std::optional<char> windows1252Byte(char16_t ch)
 {
-    if (ch < 0x80 || (ch >= 0xA0 && ch <= 0xFF))
-        return static_cast<char>(ch);
-    for (std::size_t i = 0; i < HighControlRange.size(); ++i) {
-        if (HighControlRange[i] == ch)
-            return static_cast<char>(0x80 + i);
-    }
-    return std::nullopt;
+    const int byte = celltext::windows1252Byte(ch);
+    if (byte < 0)
+        return std::nullopt;
+    return static_cast<char>(byte);
 }
 
 std::optional<QByteArray> encodeWindows1252(const QString &text)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QLocale>
 #include <QString>
 
@@ -24,5 +25,18 @@ struct CatalogueFileText
 /// same single. Rows without a part number are left out wherever they lie. Raises VbError 9
 /// when the table has fewer than fifteen fields.
 CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, qint32 count);
+
+/// The bytes of the catalogue file for a table, and the product count the writing leaves.
+struct CatalogueFileBytes
+{
+    QByteArray bytes;
+    qint32 count = 0; ///< as CatalogueFileText::count
+    int rowsWritten = 0;
+};
+
+/// The same file as encodeCatalogueText(catalogueFileText(...).text), byte for byte, built
+/// in one pass into one buffer: text cells are copied as the bytes they are kept in when
+/// they already have the file's encoding, without a QString per cell.
+CatalogueFileBytes catalogueFileBytes(const Table &table, const QLocale &locale, qint32 count);
 
 } // namespace tarnwick

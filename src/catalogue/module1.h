@@ -35,6 +35,7 @@ public:
     Table &ScheduleTable() { return m_schedule; }
 
     const QLocale &locale() const { return m_locale; }
+    const AppEnvironment &environment() const { return m_environment; }
 
 private:
     IPrompts &m_prompts;

@@ -1,7 +1,6 @@
 #include "catalogue/products.h"
 
 #include "catalogue/cataloguereader.h"
-#include "catalogue/cataloguetext.h"
 #include "catalogue/cataloguewriter.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
@@ -14,6 +13,7 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <utility>
 
 namespace tarnwick {
 
@@ -86,13 +86,13 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
     const bool testRun = m_environment.isTestRun();
     if (testRun)
         m_prompts.msgBox(OpenedText, MsgStyle::OkOnly, OpenedTitle);
-    // The whole file is read at once and split into lines in memory.
-    const QByteArray bytes = file.readAll();
+    // The whole file is read at once; its bytes become the catalogue's text storage.
+    QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
             QStringLiteral("the file cannot be read: ") + file.errorString());
     CatalogueReader reader(m_catalogue, m_locale);
-    const CatalogueReadResult result = reader.read(decodeCatalogueBytes(bytes),
+    const CatalogueReadResult result = reader.read(std::move(bytes),
         testRun ? testRunObserver(m_prompts, m_catalogue, m_locale) : CatalogueReader::Observer {});
     // On a failure the rows read so far stay in the table, but Count keeps its old value.
     m_readFailed = result.status == Status::Failed;
@@ -103,9 +103,9 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
 
 CatalogueWriteResult Products::WriteProds(const QString &fileName)
 {
-    CatalogueFileText content;
+    CatalogueFileBytes content;
     try {
-        content = catalogueFileText(m_catalogue, m_locale, m_count);
+        content = catalogueFileBytes(m_catalogue, m_locale, m_count);
     } catch (const VbError &error) {
         CatalogueWriteResult result;
         result.ok = false;
@@ -116,7 +116,7 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
     // last good one instead.
     const BackupRule backup = m_readFailed ? BackupRule::LeaveBackup : BackupRule::KeepPrevious;
     CatalogueWriteResult result =
-        writeCatalogueFile(fileName, encodeCatalogueText(content.text), m_beforeReplace, backup);
+        writeCatalogueFile(fileName, content.bytes, m_beforeReplace, backup);
     // Count follows the rows only when the file was saved; a failed save changes nothing.
     if (result.ok) {
         m_readFailed = false;

@@ -75,6 +75,12 @@ void Table::put(int row, int field, const Cell &value)
     m_cells[index(row, field)] = value;
 }
 
+void Table::put(int row, int field, Cell &&value)
+{
+    checkBounds(row, field);
+    m_cells[index(row, field)] = std::move(value);
+}
+
 void Table::insertRows(int row, int count)
 {
     if (row < 1 || row > m_rows + 1 || count < 0)

@@ -34,6 +34,8 @@ public:
 
     const Cell &get(int row, int field) const;
     void put(int row, int field, const Cell &value);
+    /// As above, taking the cell over instead of copying it.
+    void put(int row, int field, Cell &&value);
 
     /// Inserts count empty rows before row (1..rowCount()+1; rowCount()+1 appends).
     void insertRows(int row, int count = 1);
@@ -52,7 +54,7 @@ private:
     void checkBounds(int row, int field) const;
     std::size_t index(int row, int field) const;
     /// Puts rows first.. in the order given: order[k] is the old row (1-based) that goes to
-    /// row first + k.
+    /// row first + k. The rows move in place, cycle by cycle, without a second table.
     void reorderRows(int first, const std::vector<int> &order);
 
     int m_rows = 0;

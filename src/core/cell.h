@@ -1,29 +1,49 @@
 #pragma once
 
+#include "core/celltext.h"
+
 #include <QString>
 
-#include <variant>
+#include <cstdint>
 
 namespace tarnwick {
 
 /// One variant cell of the program's tables: empty, null, a text or a number.
 /// "Empty" (never assigned) and "the empty text" are different states, and several rules
 /// (the catalogue's price field, the quote's end marker) depend on the difference.
+///
+/// A cell takes 16 bytes. A text cell does not own a string of its own: it points into a
+/// shared, reference-counted CellTextBlock, which for a catalogue read from its file is the
+/// file's bytes themselves, so 100,000 products cost one block and no allocation per cell.
+/// asText() decodes on access; textView() gives the stored characters without copying.
 class Cell
 {
 public:
     enum class Kind { Empty, Null, Text, Single, Double, Int32 };
 
     Cell() = default;
-    Cell(const QString &text) : m_value(text) { } // NOLINT: implicit on purpose, like a variant
-    Cell(const char *text) : m_value(QString::fromUtf8(text)) { } // NOLINT
-    Cell(float value) : m_value(value) { } // NOLINT
-    Cell(double value) : m_value(value) { } // NOLINT
-    Cell(qint32 value) : m_value(value) { } // NOLINT
+    Cell(const QString &text); // NOLINT: implicit on purpose, like a variant
+    Cell(const char *text) : Cell(QString::fromUtf8(text)) { } // NOLINT
+    Cell(float value) : m_kind(std::uint8_t(Kind::Single)) { m_value.single = value; } // NOLINT
+    Cell(double value) : m_kind(std::uint8_t(Kind::Double)) { m_value.real = value; } // NOLINT
+    Cell(qint32 value) : m_kind(std::uint8_t(Kind::Int32)) { m_value.int32 = value; } // NOLINT
+
+    Cell(const Cell &other) noexcept;
+    Cell(Cell &&other) noexcept;
+    Cell &operator=(const Cell &other) noexcept;
+    Cell &operator=(Cell &&other) noexcept;
+    ~Cell() { release(); }
 
     static Cell null();
+    /// A text cell for the size bytes (or code units) at offset in block, which must outlive
+    /// nothing: the cell holds a reference to it. Bytes of a byte encoding must be valid in
+    /// that encoding; offset and size must fit 32 and 29 bits (see fitsInBlock).
+    static Cell inBlock(
+        CellTextBlock *block, qsizetype offset, qsizetype size, TextEncoding encoding);
+    /// Whether a text at offset of size units can be kept by inBlock.
+    static bool fitsInBlock(qsizetype offset, qsizetype size);
 
-    Kind kind() const { return static_cast<Kind>(m_value.index()); }
+    Kind kind() const { return static_cast<Kind>(m_kind); }
     bool isEmpty() const { return kind() == Kind::Empty; }
     bool isNull() const { return kind() == Kind::Null; }
     bool isText() const { return kind() == Kind::Text; }
@@ -33,18 +53,33 @@ public:
 
     /// The stored text; an empty QString for any other kind.
     QString asText() const;
+    /// The stored characters without copying; an empty view for any other kind.
+    CellTextView textView() const;
     /// The stored number as a double; 0 for any other kind.
     double asNumber() const;
 
-    bool operator==(const Cell &other) const = default;
+    bool operator==(const Cell &other) const;
 
 private:
-    struct NullTag
+    void release() noexcept
     {
-        bool operator==(const NullTag &) const = default;
+        if (isText() && m_value.block->ref.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete m_value.block;
+    }
+
+    union Value {
+        float single;
+        double real;
+        qint32 int32;
+        CellTextBlock *block;
     };
-    // The order of the alternatives follows Kind.
-    std::variant<std::monostate, NullTag, QString, float, double, qint32> m_value;
+    Value m_value { .real = 0.0 };
+    std::uint32_t m_offset = 0; ///< where the text starts in its block (bytes or units)
+    std::uint32_t m_size : 27 = 0; ///< the text's length in bytes or units
+    std::uint32_t m_encoding : 2 = 0; ///< a TextEncoding
+    std::uint32_t m_kind : 3 = 0; ///< a Kind
 };
+
+static_assert(sizeof(Cell) == 16, "a cell stays 16 bytes: a catalogue holds 15 per product");
 
 } // namespace tarnwick

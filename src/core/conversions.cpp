@@ -250,4 +250,33 @@ std::optional<double> parseNumber(const QString &text, const QLocale &locale)
     return negative ? -*value : *value;
 }
 
+bool readsPlainDecimals(const QLocale &locale)
+{
+    const QString dot = QStringLiteral(".");
+    const QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
+    bool ok = false;
+    return locale.decimalPoint() == dot && locale.zeroDigit() == QStringLiteral("0")
+        && locale.groupSeparator() != dot && !symbol.contains(QLatin1Char('.'))
+        && locale.toDouble(QStringLiteral("01234.50"), &ok) == 1234.5 && ok;
+}
+
+std::optional<double> plainDecimal(const char *bytes, qsizetype size)
+{
+    // 15 characters hold at most 15 significant digits: every reader rounds them alike.
+    if (size == 0 || size > 15)
+        return std::nullopt;
+    const char *end = bytes + size;
+    bool dot = false;
+    for (const char *c = bytes; c < end; ++c) {
+        if (*c == '.' && !dot && c != bytes && c + 1 != end)
+            dot = true;
+        else if (*c < '0' || *c > '9')
+            return std::nullopt;
+    }
+    double value = 0;
+    if (std::from_chars(bytes, end, value).ec != std::errc())
+        return std::nullopt;
+    return value;
+}
+
 } // namespace tarnwick::conv

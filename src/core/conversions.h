@@ -46,4 +46,14 @@ bool isNumeric(const Cell &cell, const QLocale &locale);
 /// en-US. Numbers in the C locale's form are accepted as a fallback ("12.5" in de-DE).
 std::optional<double> parseNumber(const QString &text, const QLocale &locale);
 
+/// True when the locale reads a plain decimal text (digits with at most one "." between
+/// digits, such as "12" or "12.50") as the same number the stored form means, so parseNumber
+/// and the stored form agree on it and a fast reader may take it straight from its digits.
+bool readsPlainDecimals(const QLocale &locale);
+
+/// A plain decimal text of at most 15 characters read from its ASCII bytes: digits with at
+/// most one "." between digits ("12", "12.50"). None for anything else, which the caller
+/// reads the general way.
+std::optional<double> plainDecimal(const char *bytes, qsizetype size);
+
 } // namespace tarnwick::conv

@@ -31,8 +31,16 @@ template <typename T> QString shortest(T value, const QLocale &locale)
     if (!std::isfinite(value))
         throw VbError(ErrorNumber::Overflow, QStringLiteral("Overflow"));
     const QString general = conv::toText(Cell(value), QLocale::c());
-    const std::optional<double> back = readNumber(general);
-    if (back && static_cast<T>(*back) == value)
+    // The general form is digits, at most one "." and perhaps an exponent: read back from its
+    // characters, as readNumber would, without matching its shape first.
+    const QByteArray ascii = general.toLatin1();
+    double back = 0;
+    const auto read = std::from_chars(ascii.constData(), ascii.constData() + ascii.size(), back);
+    if (read.ec == std::errc() && read.ptr == ascii.constData() + ascii.size()
+        && std::isfinite(back) && static_cast<T>(back) == value)
+        return QString(general).replace(QLatin1Char('.'), locale.decimalPoint());
+    const std::optional<double> backRead = readNumber(general);
+    if (backRead && static_cast<T>(*backRead) == value)
         return QString(general).replace(QLatin1Char('.'), locale.decimalPoint());
     return shortestDigits(value, locale);
 }

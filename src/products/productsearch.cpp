@@ -10,18 +10,60 @@
 
 namespace tarnwick {
 
+/// The text searched for, upper-cased, and its bytes when it is plain ASCII.
+struct SearchNeedle
+{
+    QString text;
+    QByteArray ascii; ///< empty when the text is not plain ASCII
+};
+
 namespace {
+
+/// The upper-case letter of an ASCII character, whatever the process's locale.
+char asciiUpper(char c)
+{
+    return (c >= 'a' && c <= 'z') ? char(c - 'a' + 'A') : c;
+}
+
+char asciiLower(char c)
+{
+    return (c >= 'A' && c <= 'Z') ? char(c - 'A' + 'a') : c;
+}
+
+/// Whether ASCII text contains the upper-cased ASCII needle, ignoring letter case.
+bool asciiContains(const char *text, qsizetype size, const QByteArray &needle)
+{
+    const qsizetype length = needle.size();
+    const char first = needle.front();
+    const char firstLower = asciiLower(first);
+    for (qsizetype i = 0; i + length <= size; ++i) {
+        if (text[i] != first && text[i] != firstLower)
+            continue;
+        qsizetype k = 1;
+        while (k < length && asciiUpper(text[i + k]) == needle[k])
+            ++k;
+        if (k == length)
+            return true;
+    }
+    return false;
+}
 
 /// Whether the cell's text contains needle, ignoring letter case. needle is already upper-
 /// cased, so this is the comparison of both texts upper-cased, without building an upper-cased
-/// copy of every cell. A null cell has no text and never matches.
-bool cellContains(const Cell &cell, const QString &needle, const QLocale &locale)
+/// copy of every cell. A stored text and needle that are both plain ASCII are searched in
+/// their bytes; anything else goes through QString, which also folds the other letters. A
+/// null cell has no text and never matches.
+bool cellContains(const Cell &cell, const SearchNeedle &needle, const QLocale &locale)
 {
     if (cell.isNull() || cell.isEmpty())
         return false;
-    if (cell.isText())
-        return cell.asText().contains(needle, Qt::CaseInsensitive);
-    return conv::toText(cell, locale).contains(needle, Qt::CaseInsensitive);
+    if (cell.isText()) {
+        const CellTextView view = cell.textView();
+        if (!needle.ascii.isEmpty() && view.encoding != TextEncoding::Utf16 && view.isAscii())
+            return asciiContains(view.bytes(), view.size, needle.ascii);
+        return cell.asText().contains(needle.text, Qt::CaseInsensitive);
+    }
+    return conv::toText(cell, locale).contains(needle.text, Qt::CaseInsensitive);
 }
 
 } // namespace
@@ -43,7 +85,10 @@ int ProductSearch::find(
         return -1;
     const bool continued = entered == m_remembered;
     m_remembered = entered;
-    const QString needle = entered.toUpper();
+    SearchNeedle needle { entered.toUpper(), {} };
+    const CellTextView view { TextEncoding::Utf16, needle.text.utf16(), needle.text.size() };
+    if (view.isAscii())
+        needle.ascii = needle.text.toLatin1();
     const int start = continued ? std::max(0, currentGridRow + 1) : 0;
     const int found = scan(needle, start, catalogue, locale);
     if (found >= 0)
@@ -59,7 +104,7 @@ int ProductSearch::find(
 }
 
 int ProductSearch::scan(
-    const QString &needle, int fromGridRow, const Table &catalogue, const QLocale &locale)
+    const SearchNeedle &needle, int fromGridRow, const Table &catalogue, const QLocale &locale)
 {
     for (int row = fromGridRow + 1; row <= catalogue.rowCount(); ++row) {
         if (cellContains(catalogue.get(row, ProductRecord::PartNumber), needle, locale)

@@ -9,6 +9,7 @@ namespace tarnwick {
 class IEventPump;
 class IPrompts;
 class Table;
+struct SearchNeedle;
 
 /// The "Locate Product" search of the main window: finds the next product whose part number
 /// or name contains the entered text, ignoring letter case. It remembers the last text, so
@@ -51,7 +52,7 @@ private:
     /// The first grid row from fromGridRow on whose part number or name contains needle (the
     /// entered text, upper-cased); -1 when no row does.
     static int scan(
-        const QString &needle, int fromGridRow, const Table &catalogue, const QLocale &locale);
+        const SearchNeedle &needle, int fromGridRow, const Table &catalogue, const QLocale &locale);
     /// Asks whether to search again from the top; true on Yes.
     bool askToWrap();
     int reportNoMatches();

@@ -2,12 +2,19 @@
 
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
+#include "platform/appenvironment.h"
 #include "platform/iprompts.h"
 #include "products/productcommands.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QThread>
 
 #include <algorithm>
+#include <exception>
+#include <memory>
 
 namespace tarnwick {
 
@@ -23,15 +30,52 @@ CatalogueLifecycle::CatalogueLifecycle(Module1 &module, IPrompts &prompts)
 {
 }
 
-CatalogueReadResult CatalogueLifecycle::load()
+CatalogueReadResult CatalogueLifecycle::readAndSort()
 {
     Table &catalogue = m_module.Catalogue();
     Products &products = m_module.AllProducts();
-    catalogue.redim(InitialRows, ProductRecord::FieldCount);
     const CatalogueReadResult result = products.ReadProds(m_module.DataFile);
     // Cut to the products read and put them in part-number order, as a header click would.
     ProductCommands::sortCatalogue(
         catalogue, products, ProductRecord::PartNumber, m_module.locale());
+    return result;
+}
+
+bool CatalogueLifecycle::readsInBackground() const
+{
+    // The wait needs this thread's event loop; without an application there is none.
+    if (m_module.environment().isTestRun() || !QCoreApplication::instance())
+        return false;
+    const QFileInfo file(m_module.DataFile);
+    return file.isFile() && file.size() >= m_backgroundReadBytes;
+}
+
+CatalogueReadResult CatalogueLifecycle::load()
+{
+    m_module.Catalogue().redim(InitialRows, ProductRecord::FieldCount);
+    m_module.AllProducts();
+    CatalogueReadResult result;
+    if (readsInBackground()) {
+        // The worker has the catalogue to itself until it ends; the loop keeps this thread's
+        // timers and painting going meanwhile.
+        QEventLoop loop;
+        std::exception_ptr failure;
+        std::unique_ptr<QThread> worker(QThread::create([&] {
+            try {
+                result = readAndSort();
+            } catch (...) {
+                failure = std::current_exception();
+            }
+        }));
+        QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
+        worker->start();
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+        worker->wait();
+        if (failure)
+            std::rethrow_exception(failure);
+    } else {
+        result = readAndSort();
+    }
     m_module.SortedByPart = true;
     if (result.status == CatalogueReadResult::Status::Failed) {
         m_readFailed = true;

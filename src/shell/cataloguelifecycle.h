@@ -22,7 +22,15 @@ public:
     /// Sizes the catalogue to 1000 rows, reads the file, cuts the table to Count rows and sorts
     /// it on the part number. A file that exists but could not be read completely is reported
     /// once, here, and so are stored numbers that could not be read.
+    /// A file of at least backgroundReadBytes() is read and sorted on a worker thread while
+    /// this thread keeps handling its events (the splash keeps ticking and painting); nothing
+    /// else touches the catalogue until load() returns. The "test" command line always reads
+    /// here, as its boxes must.
     CatalogueReadResult load();
+
+    /// Files of this size or more are read on a worker thread (4 MB, about 10,000 products).
+    qint64 backgroundReadBytes() const { return m_backgroundReadBytes; }
+    void setBackgroundReadBytes(qint64 bytes) { m_backgroundReadBytes = bytes; }
 
     /// Writes the catalogue back, first keeping an unread catalogue file as a copy. When the
     /// result is not ok the file on disk is unchanged; the caller tells the user.
@@ -41,10 +49,15 @@ public:
     static QString unreadNumbersMessage(const QList<CatalogueReadResult::UnreadNumber> &numbers);
 
 private:
+    /// ReadProds, cut to Count, sort on the part number.
+    CatalogueReadResult readAndSort();
+    bool readsInBackground() const;
+
     Module1 &m_module;
     IPrompts &m_prompts;
     bool m_readFailed = false;
     bool m_unreadFileKept = false;
+    qint64 m_backgroundReadBytes = 4 * 1024 * 1024;
 };
 
 } // namespace tarnwick

@@ -94,6 +94,7 @@ void FrmSplash1::Form_Load()
     const QString password = readUserPassword(m_services.settings);
     m_main = std::make_unique<frmMain>(m_services, m_module, m_dialogs);
     const auto error = m_main->Form_Load();
+    m_mainLoaded = true;
     if (error)
         reportStartError(*error);
     if (!password.isEmpty()) {
@@ -120,7 +121,9 @@ void FrmSplash1::Timer1_Timer()
         ++m_ticks;
     if (Tag != QLatin1String("1000"))
         Tag = QString::number(m_ticks);
-    if (m_main && Tag.toInt() >= TicksToWait)
+    // A large catalogue is read while the splash keeps ticking: the start finishes only once
+    // the main window has loaded.
+    if (m_main && m_mainLoaded && Tag.toInt() >= TicksToWait)
         finishStart();
 }
 

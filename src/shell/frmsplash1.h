@@ -71,6 +71,7 @@ private:
     qint16 m_ticks = 0;
     bool m_ended = false;
     bool m_finished = false;
+    bool m_mainLoaded = false; ///< frmMain's Form_Load has returned
 };
 
 } // namespace tarnwick

@@ -2,6 +2,7 @@
 
 #include "shell/cataloguelifecycle.h"
 
+#include <QCoreApplication>
 #include <QDir>
 
 using namespace tarnwick;
@@ -161,3 +162,42 @@ TEST_F(CatalogueLifecycleTest, ASuccessfulSaveClosesWithoutAQuestion)
 }
 
 } // namespace
+
+TEST_F(CatalogueLifecycleTest, ALargeFileIsReadWhileThisThreadKeepsHandlingItsEvents)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    lifecycle.setBackgroundReadBytes(1); // every file counts as large here
+    bool handled = false;
+    QMetaObject::invokeMethod(
+        qApp, [&] { handled = true; }, Qt::QueuedConnection);
+    const CatalogueReadResult result = lifecycle.load();
+    EXPECT_TRUE(handled) << "an event posted before the load ran during it";
+    EXPECT_EQ(result.status, CatalogueReadResult::Status::Ok);
+    EXPECT_EQ(module.Catalogue().rowCount(), 3);
+    EXPECT_EQ(module.Catalogue().get(1, 1), Cell("A-100"));
+    EXPECT_EQ(module.Catalogue().get(1, 3), Cell(12.5f));
+    EXPECT_TRUE(module.SortedByPart);
+    EXPECT_TRUE(prompts.shown().empty());
+}
+
+TEST_F(CatalogueLifecycleTest, ASmallFileIsReadAtOnce)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    bool handled = false;
+    QMetaObject::invokeMethod(
+        qApp, [&] { handled = true; }, Qt::QueuedConnection);
+    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Ok);
+    EXPECT_FALSE(handled) << "no event runs while a small catalogue loads";
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(handled);
+}
+
+TEST_F(CatalogueLifecycleTest, ALargeFileThatCannotBeReadIsReportedAfterTheLoad)
+{
+    const QByteArray broken = catalogueLine({ "P1", "One" }) + "P2\x7f\x7f\x7fno end";
+    folder.writeFile(QStringLiteral("twdata.dat"), broken);
+    lifecycle.setBackgroundReadBytes(1);
+    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Failed);
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("(error 62)")));
+}

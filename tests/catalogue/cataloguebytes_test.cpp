@@ -1,0 +1,149 @@
+// The catalogue file built straight into bytes is the same file, byte for byte, as the text of
+// the file encoded as a whole, whatever the table holds and wherever its cells come from.
+#include "cataloguefixture.h"
+
+#include "catalogue/cataloguetext.h"
+#include "catalogue/cataloguewriter.h"
+#include "catalogue/productrecord.h"
+#include "core/vberror.h"
+
+namespace tarnwick::test {
+namespace {
+
+using Status = CatalogueReadResult::Status;
+
+const QLocale English(QLocale::English, QLocale::UnitedStates);
+const QLocale German(QLocale::German, QLocale::Germany);
+
+void expectSameFile(const Table &table, const QLocale &locale)
+{
+    const CatalogueFileText text = catalogueFileText(table, locale, 7);
+    const CatalogueFileBytes bytes = catalogueFileBytes(table, locale, 7);
+    EXPECT_EQ(bytes.bytes, encodeCatalogueText(text.text));
+    EXPECT_EQ(bytes.count, text.count);
+    EXPECT_EQ(bytes.rowsWritten, text.rowsWritten);
+}
+
+/// A table of typed cells: texts, numbers, null, rows without a part number.
+Table typedTable(const QString &name)
+{
+    Table table(4, 15);
+    table.put(1, 1, QStringLiteral("A-1"));
+    table.put(1, 2, name);
+    table.put(1, 3, Cell(12.5f));
+    table.put(1, 4, QStringLiteral("first\r\nsecond"));
+    table.put(1, 5, Cell::null());
+    table.put(1, 6, QStringLiteral("10"));
+    table.put(1, 7, QStringLiteral("1.000"));
+    table.put(1, 8, Cell(2.25));
+    table.put(1, 9, QStringLiteral("$12.50"));
+    table.put(1, 10, QStringLiteral("n/a"));
+    table.put(3, 1, Cell(qint32(42)));
+    table.put(3, 3, QStringLiteral("12.50"));
+    table.put(4, 1, QString());
+    return table;
+}
+
+TEST(CatalogueBytesTest, TypedCellsGiveTheSameFileInEveryEncoding)
+{
+    const QString names[] = {
+        QStringLiteral("Plain"), // ASCII
+        QStringLiteral("Caf\u00e9 \u20ac"), // Windows-1252
+        QStringLiteral("\u87ba\u4e1d"), // no Windows-1252 byte: UTF-8
+        QStringLiteral("\u00c3\u00a9"), // its Windows-1252 bytes would read as UTF-8
+        QStringLiteral("\U0001F642"),
+    };
+    for (const QString &name : names) {
+        for (const QLocale &locale : { English, German }) {
+            SCOPED_TRACE(name.toStdString());
+            expectSameFile(typedTable(name), locale);
+        }
+    }
+}
+
+TEST(CatalogueBytesTest, AByteOrderMarkAtTheStartIsKept)
+{
+    Table table(1, 15);
+    table.put(1, 1, QStringLiteral("\uFEFF\u87ba"));
+    expectSameFile(table, English);
+    table.put(1, 1, QStringLiteral("\uFEFFA"));
+    expectSameFile(table, English);
+}
+
+TEST(CatalogueBytesTest, ATableOfFewerThanFifteenFieldsRaisesAsBefore)
+{
+    Table table(2, 3);
+    table.put(1, 1, QStringLiteral("A-1"));
+    EXPECT_THROW(catalogueFileText(table, English, 0), VbError);
+    EXPECT_THROW(catalogueFileBytes(table, English, 0), VbError);
+}
+
+class CatalogueRoundTripTest : public CatalogueFixture
+{
+protected:
+    /// Reads bytes as the catalogue file, writes it back and returns what was written.
+    QByteArray roundTrip(const QByteArray &bytes)
+    {
+        writeDataFile(bytes);
+        EXPECT_EQ(products.ReadProds(dataFile()).status, Status::Ok);
+        catalogue.redimPreserve(products.Count(), 15);
+        expectSameFile(catalogue, locale);
+        EXPECT_TRUE(products.WriteProds(dataFile()).ok);
+        return dataFileBytes();
+    }
+};
+
+TEST_F(CatalogueRoundTripTest, AWindows1252FileIsWrittenBackAsItWas)
+{
+    const QByteArray bytes =
+        productLine({ "A-1", "Caf\xe9 \x80", "12.5", "line\r\nnext", "x", "10", "9.5" })
+        + productLine({ "B-2", "Bolt", "", "", "", "25", "1.25" });
+    EXPECT_EQ(roundTrip(bytes), bytes);
+}
+
+TEST_F(CatalogueRoundTripTest, AUtf8FileIsWrittenBackAsItWas)
+{
+    const QByteArray bytes =
+        productLine({ "A-1", "\xe8\x9e\xba\xe4\xb8\x9d", "12.5", "caf\xc3\xa9" })
+        + productLine({ "B-2", "Bolt" });
+    EXPECT_EQ(roundTrip(bytes), bytes);
+}
+
+TEST_F(CatalogueRoundTripTest, AUtf8FileWhoseCharactersFitWindows1252IsWrittenInWindows1252)
+{
+    // The file's own rule: Windows-1252 whenever every character has a byte there.
+    const QByteArray bytes = productLine({ "A-1", "caf\xc3\xa9" });
+    EXPECT_EQ(roundTrip(bytes), productLine({ "A-1", "caf\xe9" }));
+}
+
+TEST_F(CatalogueRoundTripTest, EditedCellsJoinTheFileInItsEncoding)
+{
+    writeDataFile(productLine({ "A-1", "Caf\xe9" }) + productLine({ "B-2", "Bolt" }));
+    ASSERT_EQ(products.ReadProds(dataFile()).status, Status::Ok);
+    catalogue.redimPreserve(products.Count(), 15);
+    catalogue.put(2, 2, QStringLiteral("\u87ba"));
+    expectSameFile(catalogue, locale);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(dataFileBytes(),
+        productLine({ "A-1", "Caf\xc3\xa9" }) + productLine({ "B-2", "\xe8\x9e\xba" }));
+}
+
+TEST_F(CatalogueRoundTripTest, TheBackupIsTheWholePreviousFileAndNoHelperNameStays)
+{
+    const QByteArray first = productLine({ "A-1", "First" });
+    writeDataFile(first);
+    ASSERT_EQ(products.ReadProds(dataFile()).status, Status::Ok);
+    catalogue.redimPreserve(products.Count(), 15);
+    catalogue.put(1, 2, QStringLiteral("Second"));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), first);
+    catalogue.put(1, 2, QStringLiteral("Third"));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), productLine({ "A-1", "Second" }));
+    EXPECT_EQ(dataFileBytes(), productLine({ "A-1", "Third" }));
+    EXPECT_EQ(folder.fileNames(),
+        (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
+}
+
+} // namespace
+} // namespace tarnwick::test

@@ -46,7 +46,7 @@ void ShellTest::startIn(const AppEnvironment &environment)
     services = std::make_unique<AppServices>(fakes->services());
     module = std::make_unique<Module1>(fakes->prompts, fakes->environment, locale);
     splash = std::make_unique<FrmSplash1>(*services, *module, dialogs);
-    splash->setTickInterval(1);
+    splash->setTickInterval(tickMilliseconds);
     QObject::connect(splash.get(), &FrmSplash1::started, [this] {
         started = true;
         mainWindow = splash->takeMainWindow();

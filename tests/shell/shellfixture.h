@@ -70,7 +70,7 @@ protected:
     void TearDown() override;
 
     /// Builds the splash and runs its start with the given command line; the tick wait is
-    /// shortened to a millisecond per tick.
+    /// shortened to tickMilliseconds per tick.
     void start(const QString &commandLine = QString());
     /// The same start in another application folder.
     void startIn(const AppEnvironment &environment);
@@ -91,6 +91,8 @@ protected:
     std::unique_ptr<FrmSplash1> splash;
     std::unique_ptr<frmMain> mainWindow;
     bool started = false;
+    /// The splash's tick interval for the next start.
+    int tickMilliseconds = 1;
     /// The regional settings the program runs with; set before the start.
     QLocale locale { QLocale::English, QLocale::UnitedStates };
 };

@@ -6,12 +6,13 @@ catalogue, starts it under its own Xvfb display and D-Bus session, drives it thr
 window title, control names, menus, keys and message boxes, and checks what it shows and the
 files it leaves behind.
 
-    tarnwick_e2e.py --driver DIR --program PATH --sample FILE SCENARIO
+    tarnwick_e2e.py --driver DIR --program PATH --sample FILE [--source DIR] SCENARIO
 
 Ends with the line "N passed, N failed".
 """
 import argparse
 import os
+import re
 import shutil
 import sys
 import tempfile
@@ -25,6 +26,7 @@ def parse_args():
     p.add_argument("--driver", required=True, help="folder of tw_driver.py")
     p.add_argument("--program", required=True, help="the tarnwick executable")
     p.add_argument("--sample", required=True, help="the sample twdata.dat")
+    p.add_argument("--source", help="the source folder (project version, help contents)")
     p.add_argument("scenario")
     return p.parse_args()
 
@@ -203,6 +205,154 @@ def scenario_locale(run):
         s.stop()
     check(open(run.catalogue(), "rb").read() == run.sample_bytes(),
           "catalogue byte-identical after an English session")
+
+EXPORT_HEADER = ("Part Number\tProduct Name\tPrice\tNotes\tIncludes\tPrice Point 1\tPrice 1\t"
+                 "Price Point 2\tPrice 2\tPrice Point 3\tPrice 3\tPrice Point 4\tPrice 4\t"
+                 "Price Point 5\tPrice 5\r\n").encode("ascii")
+
+
+def export_line(record):
+    """The export line of one catalogue record under an English locale: the list price in the
+    currency form, every other field as stored."""
+    price = "${:,.2f}".format(float(record[2])).encode("ascii")
+    return b"\t".join([record[0], record[1], price] + record[3:]) + b"\r\n"
+
+
+def choose_file(s, title, path):
+    """Types a full path into the file name box of the program's file dialog and accepts it."""
+    s.wait_for_window(title, timeout=15)
+    s.key("ctrl+a", window=title)
+    s.type_keys(path + "\n", window=title, delay=5)
+    s.wait_window_gone(title, timeout=15)
+
+
+def open_import_window(s, path):
+    """File → Open..., Yes, the workbook chosen in the open dialog: the "Update" window."""
+    s.menu("&File/&Open...")
+    box = s.answer_next_box("Yes", title="Input Excel Data")
+    check(box.text == "Do you want to get products from an Excel Spreadsheet?",
+          "import question: %r" % (box,))
+    choose_file(s, "Open", path)
+    s.wait_for_window("Update", timeout=15)
+    s.activate("Update")
+
+
+def project_version(run):
+    """The CMake project version, which the About box shows."""
+    text = open(os.path.join(run.args.source, "CMakeLists.txt"), encoding="utf-8").read()
+    found = re.search(r"project\(\s*Tarnwick\s+VERSION\s+([0-9.]+)", text)
+    check(found, "the project version in CMakeLists.txt")
+    return found.group(1)
+
+
+def scenario_exchange(run):
+    """Export through the toolbar and the file menu's Close writes every product as tab-separated
+    text; the export, edited to carry new part numbers, imports back through "Update" and the new
+    products are saved at close while the existing ones stay as they were."""
+    sample = records(run.args.sample)
+    expected = EXPORT_HEADER + b"".join(export_line(r) for r in sample)
+    by_toolbar = os.path.join(run.tmp, "out.xls")
+    by_menu = os.path.join(run.tmp, "out.txt")
+    edited = os.path.join(run.tmp, "edited.txt")
+    s = run.start()
+    try:
+        s.toolbar("Export")
+        box = s.answer_next_box("Yes", title="Export to File")
+        check(box.text == "Do you want to export the products to an Excel readable file?",
+              "toolbar question: %r" % (box,))
+        check(box.style == 324, "Yes/No, information icon, No the default: %r" % box.style)
+        choose_file(s, "Save As", by_toolbar)
+        wait_for(lambda: os.path.exists(by_toolbar), 10, "the file exported by the toolbar")
+
+        s.menu("&File/&Close")
+        box = s.answer_next_box("Yes", title="Export to File")
+        check(box.text == "Do you want to save the current products to an Excel file?",
+              "Close question: %r" % (box,))
+        choose_file(s, "Save As", by_menu)
+        wait_for(lambda: os.path.exists(by_menu), 10, "the file exported by the file menu")
+
+        exported = open(by_toolbar, "rb").read()
+        check(exported.startswith(EXPORT_HEADER), "header line: %r" % exported[:200])
+        # A note of several lines keeps its line breaks, so a product's line may go on below.
+        parts = [r[0] for r in sample]
+        lines = exported[len(EXPORT_HEADER):].split(b"\r\n")
+        starts = [line.split(b"\t", 1)[0] for line in lines]
+        check([p for p in starts if p in parts] == parts, "one line per product, in order: %r"
+              % starts)
+        check(exported == expected, "every field as stored, the price in currency form")
+        check(open(by_menu, "rb").read() == exported, "Close exports what Export does")
+
+        # The user edits the export in a spreadsheet: products whose texts fit on one line get
+        # a new part number each, and one existing part number comes with another name.
+        single = [r for r in sample if not any(b"\r" in f or b"\n" in f for f in r)]
+        check(len(single) >= 5, "the sample has one-line products")
+        added = [[r[0] + b"-2"] + r[1:] for r in single]
+        with open(edited, "wb") as f:
+            f.write(EXPORT_HEADER)
+            f.write(b"".join(export_line(r) for r in added))
+            f.write(export_line([sample[1][0], b"Changed name"] + sample[1][2:]))
+
+        open_import_window(s, edited)
+        s.key("alt+p", "Down", "alt+n", "Down", "Down", "alt+o", "Down", "Down", "Down", "Down",
+              window="Update")
+        for name, entry in (("CmbField(0)", "Col 0-  Part Number"),
+                            ("CmbField(1)", "Col 1-  Product Name"),
+                            ("CmbField(7)", "Col 3-  Notes")):
+            shown = wait_for(lambda: s.read_text(name, window="Update") == entry, 5,
+                             "%s at %r" % (name, entry))
+            check(shown, "%s mapped" % name)
+        s.key("Return", window="Update")
+        box = s.answer_next_box("OK", title="Success!", timeout=30)
+        check(box.text == "%d changes have been made to the knowledge base." % len(added),
+              "import result: %r" % (box,))
+        s.wait_window_gone("Update", timeout=15)
+        rows = wait_for(lambda: [r for r in s.read_table("GrdMain") if r[0]], 10, "the grid")
+        check(len(rows) == len(sample) + len(added), "the grid shows %d products" % len(rows))
+        check(s.close() == 0, "the program exits cleanly")
+    finally:
+        s.stop()
+    saved = records(run.catalogue())
+    check(len(saved) == len(sample) + len(added), "%d products saved" % len(saved))
+    check([r for r in saved if r in sample] == sample,
+          "the existing products are saved unchanged, in order")
+    for new in added:
+        found = [r for r in saved if r[0] == new[0]]
+        check(len(found) == 1, "%r saved once" % new[0])
+        want = [new[0], new[1], b"", new[3]] + [b""] * 11
+        check(found[0] == want, "mapped fields of %r: %r" % (new[0], found[0]))
+
+
+def scenario_help(run):
+    """Help → Contents opens the manual at its first page, F1 in "Update" turns the same help
+    window to the import page, and the About box shows the build's version."""
+    version = project_version(run)
+    workbook = os.path.join(run.tmp, "workbook.txt")
+    with open(workbook, "wb") as f:
+        f.write(b"Part Number\tProduct Name\r\nHX-1\tHelp test\r\n")
+    s = run.start()
+    try:
+        s.menu("&Help/&Contents")
+        s.wait_for_window("Tarnwick Help - Welcome to Tarnwick", timeout=15)
+
+        s.activate("Tarnwick")
+        s.menu("&Help/&About Tarnwick")
+        box = s.answer_next_box("OK", title="About Tarnwick", icon=False)
+        check("Version " + version in box.texts, "About box texts: %r" % (box.texts,))
+        check("Tarnwick" in box.texts, "About box names the program: %r" % (box.texts,))
+
+        s.activate("Tarnwick")
+        open_import_window(s, workbook)
+        s.key("F1", window="Update")
+        s.wait_for_window("Tarnwick Help - Importing products from a spreadsheet", timeout=15)
+        helps = [w for w in s.windows() if w["showing"] and w["title"].startswith("Tarnwick Help")]
+        check(len(helps) == 1, "one help window serves both calls: %r" % helps)
+        s.key("Escape", window="Update")
+        s.wait_window_gone("Update")
+        check(s.close() == 0, "the program exits cleanly")
+    finally:
+        s.stop()
+    check([r[0] for r in records(run.catalogue())] == [r[0] for r in records(run.args.sample)],
+          "a cancelled import adds nothing")
 
 
 SCENARIOS = {name[len("scenario_"):]: fn for name, fn in globals().items()

@@ -13,8 +13,24 @@ TextWorkbook::TextWorkbook(const QByteArray &bytes)
         lines.removeLast();
     }
     m_rows.reserve(std::size_t(lines.size()));
-    for (const QString &line : lines) {
-        m_rows.push_back(line.split(QLatin1Char('\t')));
+    qsizetype width = 0;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        QStringList cells = lines[i].split(QLatin1Char('\t'));
+        if (m_rows.empty()) {
+            width = cells.size();
+        } else {
+            // A field that holds a line break continues on the next line.
+            while (cells.size() > 1 && cells.size() < width && i + 1 < lines.size()) {
+                const QStringList next = lines[i + 1].split(QLatin1Char('\t'));
+                if (cells.size() + next.size() - 1 > width) {
+                    break;
+                }
+                cells.last() += QStringLiteral("\r\n") + next.first();
+                cells.append(next.mid(1));
+                ++i;
+            }
+        }
+        m_rows.push_back(std::move(cells));
     }
 }
 

@@ -2,6 +2,8 @@
 #include "catalogue/products.h"
 #include "catalogue/table.h"
 #include "exchange/columnmapping.h"
+#include "exchange/spreadsheetexport.h"
+#include "exchange/textworkbook.h"
 #include "exchange/workbook.h"
 #include "exchange/workbookimport.h"
 #include "platform/appenvironment.h"
@@ -267,4 +269,33 @@ TEST(WorkbookImport, StoppingBetweenRowsKeepsWhatWasAdded)
     EXPECT_EQ(import.changes(), 2);
     EXPECT_EQ(catalogue.rowCount(), 2);
     EXPECT_EQ(catalogue.get(2, P::PartNumber).asText(), "AB-101");
+}
+
+TEST(WorkbookReaders, AnExportedNoteOfSeveralLinesStaysInItsRow)
+{
+    Table catalogue(2, P::FieldCount);
+    catalogue.put(1, P::PartNumber, QStringLiteral("A-100"));
+    catalogue.put(1, P::ProductName, QStringLiteral("Anchor"));
+    catalogue.put(1, P::Notes, QStringLiteral("Two lines\r\n\r\nof notes"));
+    catalogue.put(1, P::Includes, QStringLiteral("Washer"));
+    catalogue.put(2, P::PartNumber, QStringLiteral("B-200"));
+    catalogue.put(2, P::ProductName, QStringLiteral("Bolt"));
+    const TextWorkbook sheet(SpreadsheetExport::exportBytes(catalogue, EnUs));
+    EXPECT_EQ(sheet.cellText(0, 2), "A-100");
+    EXPECT_EQ(sheet.cellText(3, 2), "Two lines\r\n\r\nof notes");
+    EXPECT_EQ(sheet.cellText(4, 2), "Washer");
+    EXPECT_EQ(sheet.cellText(0, 3), "B-200");
+    EXPECT_EQ(sheet.cellText(1, 3), "Bolt");
+    EXPECT_EQ(sheet.cellText(0, 4), "");
+}
+
+TEST(WorkbookReaders, ShortRowsOfAHandMadeTextSheetAreNotJoined)
+{
+    const TextWorkbook sheet(QByteArray("A\tB\tC\r\nP1\r\nP2\tx\r\nP3\tx\ty\r\n"));
+    EXPECT_EQ(sheet.cellText(0, 2), "P1");
+    EXPECT_EQ(sheet.cellText(1, 2), "");
+    EXPECT_EQ(sheet.cellText(0, 3), "P2");
+    EXPECT_EQ(sheet.cellText(1, 3), "x");
+    EXPECT_EQ(sheet.cellText(0, 4), "P3");
+    EXPECT_EQ(sheet.cellText(2, 4), "y");
 }

@@ -10,11 +10,13 @@
 #include <QStringView>
 
 #include <algorithm>
+#include <array>
 #include <cfloat>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace tarnwick {
@@ -80,13 +82,20 @@ CatalogueReadResult CatalogueReader::read(QByteArray bytes, const Observer &obse
                 .starts_with(Utf8ByteOrderMark))
             position = qsizetype(Utf8ByteOrderMark.size());
     }
+    m_firstLineStart = position;
+    m_countedTo = position;
     sizeTable(position);
     CatalogueReadResult result;
     int row = 1;
+    // The diagnostic observer follows every line; without it, well-formed products take the
+    // quick way and only the others go through the general reading below.
+    const bool quick = m_plainDecimals && !observer.recordStarted && !observer.partNumberStored;
     try {
         while (position < data.size()) {
-            const Line line = readLogicalLine(position, row, observer);
-            storeRecord(row, line, observer);
+            if (!quick || !storeWellFormed(row, position)) {
+                const Line line = readLogicalLine(position, row, observer);
+                storeRecord(row, line, observer);
+            }
             ++row;
         }
         result.unreadNumbers = m_unreadNumbers;
@@ -104,12 +113,26 @@ void CatalogueReader::sizeTable(qsizetype from)
 {
     // Every logical line but perhaps the last ends with DEL, CR, LF: counting those sizes the
     // table once instead of growing it while reading.
-    const std::string_view text(m_block->bytes.constData(), std::size_t(m_block->bytes.size()));
+    // Looking for the LF of each line is a short search per line; DEL, which ends every field,
+    // would stop the search fifteen times per product.
+    const char *data = m_block->bytes.constData();
+    const char *end = data + m_block->bytes.size();
     qsizetype lines = 0;
-    for (std::size_t at = text.find("\x7f\r\n", std::size_t(from)); at != std::string_view::npos;
-         at = text.find("\x7f\r\n", at + 3))
+    qsizetype lastEnd = from;
+    for (const char *at = data + from + 2; at < end;) {
+        const auto *lf = static_cast<const char *>(std::memchr(at, '\n', std::size_t(end - at)));
+        if (!lf)
+            break;
+        if (lf[-1] == '\r' && lf[-2] == FieldEndCharacter) {
+            ++lines;
+            lastEnd = lf + 1 - data;
+        }
+        at = lf + 1;
+    }
+    // A last product without its CR LF is a line too.
+    if (lastEnd < m_block->bytes.size())
         ++lines;
-    const qsizetype rows = std::min<qsizetype>(lines + 1, std::numeric_limits<int>::max() / 16);
+    const qsizetype rows = std::min<qsizetype>(lines, std::numeric_limits<int>::max() / 16);
     if (rows > m_table.rowCount() || m_table.fieldCount() < ProductRecord::FieldCount)
         m_table.redimPreserve(std::max(int(rows), m_table.rowCount()),
             std::max(m_table.fieldCount(), ProductRecord::FieldCount));
@@ -121,7 +144,7 @@ CatalogueReader::Line CatalogueReader::readLogicalLine(
     const std::string_view text(m_block->bytes.constData(), std::size_t(m_block->bytes.size()));
     Line line;
     line.start = position;
-    line.lineNumber = ++m_lineNumber;
+    line.lineNumber = lineNumberAt(position);
     qsizetype end = physicalLineEnd(text, position);
     if (observer.recordStarted)
         observer.recordStarted(decoded(position, end - position));
@@ -137,11 +160,103 @@ CatalogueReader::Line CatalogueReader::readLogicalLine(
             throw VbError(ErrorNumber::InputPastEndOfFile,
                 QStringLiteral("the file ends in the middle of product %1").arg(row));
         }
-        ++m_lineNumber;
         end = physicalLineEnd(text, next);
     }
     line.size = end - line.start;
     return line;
+}
+
+int CatalogueReader::lineNumberAt(qsizetype position)
+{
+    // Lines end only at CR LF; they are counted from where the last count stopped, so the
+    // count costs one pass over the file however many lines ask for their number.
+    const char *data = m_block->bytes.constData();
+    for (const char *at = data + m_countedTo, *end = data + position; at < end;) {
+        const auto *lf = static_cast<const char *>(std::memchr(at, '\n', std::size_t(end - at)));
+        if (!lf)
+            break;
+        if (lf - data > m_firstLineStart && lf[-1] == '\r')
+            ++m_linesBefore;
+        at = lf + 1;
+    }
+    m_countedTo = std::max(m_countedTo, position);
+    return m_linesBefore + 1;
+}
+
+bool CatalogueReader::storeWellFormed(int row, qsizetype &position)
+{
+    // A well-formed product: fifteen fields, each ended by DEL DEL DEL, the last one followed
+    // by CR LF or the end of the file, no DEL before a CR LF anywhere else (which would end
+    // the line early), the price and the price points blank or plain decimals, and every
+    // field small enough for a cell of the block. Anything else is left to the general
+    // reading, which knows what to make of it; nothing has been stored at that point.
+    const char *data = m_block->bytes.constData();
+    const char *end = data + m_block->bytes.size();
+    std::array<std::pair<const char *, const char *>, ProductRecord::FieldCount> fields;
+    std::size_t count = 0;
+    const char *fieldStart = data + position;
+    const char *next = end;
+    for (const char *at = fieldStart;;) {
+        const auto *del =
+            static_cast<const char *>(std::memchr(at, FieldEndCharacter, std::size_t(end - at)));
+        if (!del || end - del < 3)
+            return false;
+        if (del[1] != FieldEndCharacter || del[2] != FieldEndCharacter) {
+            if (del[1] == '\r' && del[2] == '\n')
+                return false;
+            at = del + 1;
+            continue;
+        }
+        fields[count++] = { fieldStart, del };
+        fieldStart = at = del + 3;
+        const bool lineEnds = end - at >= 2 && at[0] == '\r' && at[1] == '\n';
+        if (count < fields.size()) {
+            if (lineEnds)
+                return false;
+            continue;
+        }
+        if (lineEnds)
+            next = at + 2;
+        else if (at != end)
+            return false;
+        break;
+    }
+    const auto isNumberField = [](std::size_t index) {
+        const int field = int(index) + 1;
+        return field == ProductRecord::Price || field >= ProductRecord::PricePoint1;
+    };
+    std::optional<double> price;
+    int textCells = 0;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const auto [from, to] = fields[i];
+        if (!Cell::fitsInBlock(from - data, to - from))
+            return false;
+        if (from == to || !isNumberField(i)) {
+            ++textCells;
+        } else if (int(i) + 1 == ProductRecord::Price) {
+            price = conv::plainDecimal(from, to - from);
+            if (!price)
+                return false;
+        } else if (conv::isPlainDecimal(from, to - from)) {
+            ++textCells;
+        } else {
+            return false;
+        }
+    }
+    makeRoomFor(row);
+    const std::span<Cell> cells = m_table.rowCells(row);
+    const auto encoding = static_cast<TextEncoding>(m_encoding);
+    // One reference for all of the row's text cells.
+    m_block->ref.fetch_add(textCells, std::memory_order_relaxed);
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const auto [from, to] = fields[i];
+        if (int(i) + 1 == ProductRecord::Price && price)
+            cells[i] = Cell(static_cast<float>(*price));
+        else
+            cells[i] = Cell::inBlockAdopting(m_block, from - data, to - from, encoding);
+    }
+    position = next - data;
+    return true;
 }
 
 void CatalogueReader::storeRecord(int row, const Line &line, const Observer &observer)

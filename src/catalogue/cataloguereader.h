@@ -49,6 +49,11 @@ public:
 private:
     struct Line;
 
+    /// Stores the product at position the quick way and moves position past it, when it is
+    /// well formed; otherwise stores nothing and returns false.
+    bool storeWellFormed(int row, qsizetype &position);
+    /// The number of the physical line starting at position (1 for the first).
+    int lineNumberAt(qsizetype position);
     Line readLogicalLine(qsizetype &position, int row, const Observer &observer);
     void storeRecord(int row, const Line &line, const Observer &observer);
     void storeLaterField(int row, int field, qsizetype start, qsizetype size);
@@ -62,7 +67,9 @@ private:
     bool m_plainDecimals = false;
     CellTextBlock *m_block = nullptr;
     int m_encoding = 0;
-    int m_lineNumber = 0;
+    qsizetype m_firstLineStart = 0; ///< after a byte order mark, if any
+    qsizetype m_countedTo = 0; ///< lines are counted up to here
+    int m_linesBefore = 0; ///< the number of CR LF before m_countedTo
     QList<CatalogueReadResult::UnreadNumber> m_unreadNumbers;
 };
 

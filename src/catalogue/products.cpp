@@ -12,7 +12,12 @@
 #include <QFile>
 #include <QFileInfo>
 
+#ifdef Q_OS_LINUX
+#include <sys/mman.h>
+#endif
+
 #include <cerrno>
+#include <limits>
 #include <utility>
 
 namespace tarnwick {
@@ -69,6 +74,43 @@ Products::Products(
 {
 }
 
+namespace {
+
+/// The file's bytes in one buffer of its size. A large buffer is backed by large pages where
+/// the system offers them: the read then fills a few dozen pages instead of ten thousand,
+/// which is much of the time a large catalogue takes to load.
+QByteArray readWholeFile(QFile &file)
+{
+    const qint64 size = file.size();
+    if (size <= 0 || size >= std::numeric_limits<qsizetype>::max())
+        return file.readAll();
+    QByteArray bytes(qsizetype(size), Qt::Uninitialized);
+#ifdef Q_OS_LINUX
+    constexpr qsizetype LargePage = 2 * 1024 * 1024;
+    if (bytes.size() >= 2 * LargePage) {
+        const auto start = (quintptr(bytes.data()) + LargePage - 1) & ~quintptr(LargePage - 1);
+        const auto end =
+            (quintptr(bytes.data()) + quintptr(bytes.size())) & ~quintptr(LargePage - 1);
+        if (end > start)
+            ::madvise(reinterpret_cast<void *>(start), end - start, MADV_HUGEPAGE);
+    }
+#endif
+    qsizetype done = 0;
+    while (done < bytes.size()) {
+        const qint64 got = file.read(bytes.data() + done, bytes.size() - done);
+        if (got <= 0)
+            break;
+        done += qsizetype(got);
+    }
+    bytes.truncate(done);
+    // A file that grew since its size was taken is read to its end.
+    if (done == size && !file.atEnd())
+        bytes += file.readAll();
+    return bytes;
+}
+
+} // namespace
+
 CatalogueReadResult Products::ReadProds(const QString &fileName)
 {
     using Status = CatalogueReadResult::Status;
@@ -87,7 +129,7 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
     if (testRun)
         m_prompts.msgBox(OpenedText, MsgStyle::OkOnly, OpenedTitle);
     // The whole file is read at once; its bytes become the catalogue's text storage.
-    QByteArray bytes = file.readAll();
+    QByteArray bytes = readWholeFile(file);
     if (file.error() != QFileDevice::NoError)
         return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
             QStringLiteral("the file cannot be read: ") + file.errorString());

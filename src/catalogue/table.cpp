@@ -21,12 +21,18 @@ Table::Table(int rows, int fields)
     redim(rows, fields);
 }
 
+Table::~Table()
+{
+    Cell::releaseAll(m_cells.data(), m_cells.data() + m_cells.size());
+}
+
 void Table::redim(int rows, int fields)
 {
     if (rows < 0 || fields < 0)
         raiseOutOfRange();
     std::vector<Cell> cells(std::size_t(rows) * std::size_t(fields));
     m_cells.swap(cells);
+    Cell::releaseAll(cells.data(), cells.data() + cells.size());
     m_rows = rows;
     m_fields = fields;
 }
@@ -38,6 +44,9 @@ void Table::redimPreserve(int rows, int fields)
     if (fields == m_fields) {
         // Same row width: the cells stay where they are and the vector only grows or shrinks
         // at its end, which keeps growing a large catalogue cheap.
+        if (std::size_t(rows) * std::size_t(fields) < m_cells.size())
+            Cell::releaseAll(m_cells.data() + std::size_t(rows) * std::size_t(fields),
+                m_cells.data() + m_cells.size());
         m_cells.resize(std::size_t(rows) * std::size_t(fields));
         m_rows = rows;
         return;
@@ -79,6 +88,12 @@ void Table::put(int row, int field, Cell &&value)
 {
     checkBounds(row, field);
     m_cells[index(row, field)] = std::move(value);
+}
+
+std::span<Cell> Table::rowCells(int row)
+{
+    checkBounds(row, 1);
+    return { m_cells.data() + index(row, 1), std::size_t(m_fields) };
 }
 
 void Table::insertRows(int row, int count)

@@ -4,6 +4,7 @@
 
 #include <QLocale>
 
+#include <span>
 #include <vector>
 
 namespace tarnwick {
@@ -21,6 +22,11 @@ public:
 
     Table() = default;
     Table(int rows, int fields);
+    Table(const Table &) = default;
+    Table(Table &&) noexcept = default;
+    Table &operator=(const Table &) = default;
+    Table &operator=(Table &&) noexcept = default;
+    ~Table();
 
     /// Re-dimensions to rows 1..rows and fields 1..fields; every cell becomes empty.
     void redim(int rows, int fields);
@@ -36,6 +42,9 @@ public:
     void put(int row, int field, const Cell &value);
     /// As above, taking the cell over instead of copying it.
     void put(int row, int field, Cell &&value);
+
+    /// The cells of one row, fields 1..fieldCount() in order, for filling a row at once.
+    std::span<Cell> rowCells(int row);
 
     /// Inserts count empty rows before row (1..rowCount()+1; rowCount()+1 appends).
     void insertRows(int row, int count = 1);

@@ -2,11 +2,6 @@
 
 namespace tarnwick {
 
-namespace {
-constexpr qsizetype MaxOffset = 0xFFFFFFFF;
-constexpr qsizetype MaxSize = (qsizetype(1) << 27) - 1;
-} // namespace
-
 Cell::Cell(const QString &text) : m_kind(std::uint8_t(Kind::Text))
 {
     m_encoding = std::uint32_t(TextEncoding::Utf16);
@@ -22,13 +17,6 @@ Cell::Cell(const Cell &other) noexcept
         m_value.block->ref.fetch_add(1, std::memory_order_relaxed);
 }
 
-Cell::Cell(Cell &&other) noexcept
-    : m_value(other.m_value), m_offset(other.m_offset), m_size(other.m_size),
-      m_encoding(other.m_encoding), m_kind(other.m_kind)
-{
-    other.m_kind = std::uint32_t(Kind::Empty);
-}
-
 Cell &Cell::operator=(const Cell &other) noexcept
 {
     if (this != &other) {
@@ -38,18 +26,26 @@ Cell &Cell::operator=(const Cell &other) noexcept
     return *this;
 }
 
-Cell &Cell::operator=(Cell &&other) noexcept
+void Cell::releaseAll(Cell *begin, Cell *end) noexcept
 {
-    if (this != &other) {
-        release();
-        m_value = other.m_value;
-        m_offset = other.m_offset;
-        m_size = other.m_size;
-        m_encoding = other.m_encoding;
-        m_kind = other.m_kind;
-        other.m_kind = std::uint32_t(Kind::Empty);
+    CellTextBlock *block = nullptr;
+    std::int32_t run = 0;
+    const auto giveBack = [&] {
+        if (block && block->ref.fetch_sub(run, std::memory_order_acq_rel) == run)
+            delete block;
+    };
+    for (Cell *cell = begin; cell != end; ++cell) {
+        if (!cell->isText())
+            continue;
+        if (cell->m_value.block != block) {
+            giveBack();
+            block = cell->m_value.block;
+            run = 0;
+        }
+        ++run;
+        cell->m_kind = std::uint32_t(Kind::Empty);
     }
-    return *this;
+    giveBack();
 }
 
 Cell Cell::null()
@@ -59,22 +55,10 @@ Cell Cell::null()
     return cell;
 }
 
-bool Cell::fitsInBlock(qsizetype offset, qsizetype size)
-{
-    return offset >= 0 && size >= 0 && offset <= MaxOffset && size <= MaxSize;
-}
-
 Cell Cell::inBlock(CellTextBlock *block, qsizetype offset, qsizetype size, TextEncoding encoding)
 {
-    Q_ASSERT(fitsInBlock(offset, size) && encoding != TextEncoding::Utf16);
-    Cell cell;
     block->ref.fetch_add(1, std::memory_order_relaxed);
-    cell.m_value.block = block;
-    cell.m_offset = std::uint32_t(offset);
-    cell.m_size = std::uint32_t(size);
-    cell.m_encoding = std::uint32_t(encoding);
-    cell.m_kind = std::uint32_t(Kind::Text);
-    return cell;
+    return inBlockAdopting(block, offset, size, encoding);
 }
 
 bool Cell::isNumber() const

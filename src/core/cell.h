@@ -29,9 +29,26 @@ public:
     Cell(qint32 value) : m_kind(std::uint8_t(Kind::Int32)) { m_value.int32 = value; } // NOLINT
 
     Cell(const Cell &other) noexcept;
-    Cell(Cell &&other) noexcept;
+    Cell(Cell &&other) noexcept
+        : m_value(other.m_value), m_offset(other.m_offset), m_size(other.m_size),
+          m_encoding(other.m_encoding), m_kind(other.m_kind)
+    {
+        other.m_kind = std::uint32_t(Kind::Empty);
+    }
     Cell &operator=(const Cell &other) noexcept;
-    Cell &operator=(Cell &&other) noexcept;
+    Cell &operator=(Cell &&other) noexcept
+    {
+        if (this != &other) {
+            release();
+            m_value = other.m_value;
+            m_offset = other.m_offset;
+            m_size = other.m_size;
+            m_encoding = other.m_encoding;
+            m_kind = other.m_kind;
+            other.m_kind = std::uint32_t(Kind::Empty);
+        }
+        return *this;
+    }
     ~Cell() { release(); }
 
     static Cell null();
@@ -40,8 +57,30 @@ public:
     /// that encoding; offset and size must fit 32 and 29 bits (see fitsInBlock).
     static Cell inBlock(
         CellTextBlock *block, qsizetype offset, qsizetype size, TextEncoding encoding);
+    /// As inBlock, for a reference to block the caller has already added: a reader that
+    /// makes many cells of one block counts them in once instead of once per cell.
+    static Cell inBlockAdopting(
+        CellTextBlock *block, qsizetype offset, qsizetype size, TextEncoding encoding)
+    {
+        Q_ASSERT(fitsInBlock(offset, size) && encoding != TextEncoding::Utf16);
+        Cell cell;
+        cell.m_value.block = block;
+        cell.m_offset = std::uint32_t(offset);
+        cell.m_size = std::uint32_t(size);
+        cell.m_encoding = std::uint32_t(encoding);
+        cell.m_kind = std::uint32_t(Kind::Text);
+        return cell;
+    }
     /// Whether a text at offset of size units can be kept by inBlock.
-    static bool fitsInBlock(qsizetype offset, qsizetype size);
+    static bool fitsInBlock(qsizetype offset, qsizetype size)
+    {
+        return offset >= 0 && size >= 0 && offset <= MaxOffset && size <= MaxSize;
+    }
+
+    /// Empties every cell of [begin, end). Neighbouring text cells of one block (a catalogue
+    /// read from its file is one block) give their references back in one step, which makes
+    /// freeing a large table a plain pass over its memory.
+    static void releaseAll(Cell *begin, Cell *end) noexcept;
 
     Kind kind() const { return static_cast<Kind>(m_kind); }
     bool isEmpty() const { return kind() == Kind::Empty; }
@@ -61,6 +100,9 @@ public:
     bool operator==(const Cell &other) const;
 
 private:
+    static constexpr qsizetype MaxOffset = 0xFFFFFFFF;
+    static constexpr qsizetype MaxSize = (qsizetype(1) << 27) - 1;
+
     void release() noexcept
     {
         if (isText() && m_value.block->ref.fetch_sub(1, std::memory_order_acq_rel) == 1)

@@ -262,19 +262,10 @@ bool readsPlainDecimals(const QLocale &locale)
 
 std::optional<double> plainDecimal(const char *bytes, qsizetype size)
 {
-    // 15 characters hold at most 15 significant digits: every reader rounds them alike.
-    if (size == 0 || size > 15)
+    if (!isPlainDecimal(bytes, size))
         return std::nullopt;
-    const char *end = bytes + size;
-    bool dot = false;
-    for (const char *c = bytes; c < end; ++c) {
-        if (*c == '.' && !dot && c != bytes && c + 1 != end)
-            dot = true;
-        else if (*c < '0' || *c > '9')
-            return std::nullopt;
-    }
     double value = 0;
-    if (std::from_chars(bytes, end, value).ec != std::errc())
+    if (std::from_chars(bytes, bytes + size, value).ec != std::errc())
         return std::nullopt;
     return value;
 }

@@ -55,5 +55,21 @@ bool readsPlainDecimals(const QLocale &locale);
 /// most one "." between digits ("12", "12.50"). None for anything else, which the caller
 /// reads the general way.
 std::optional<double> plainDecimal(const char *bytes, qsizetype size);
+/// Whether the bytes have the form plainDecimal reads, without reading the value.
+inline bool isPlainDecimal(const char *bytes, qsizetype size)
+{
+    // 15 characters hold at most 15 significant digits: every reader rounds them alike.
+    if (size == 0 || size > 15)
+        return false;
+    const char *end = bytes + size;
+    bool dot = false;
+    for (const char *c = bytes; c < end; ++c) {
+        if (*c == '.' && !dot && c != bytes && c + 1 != end)
+            dot = true;
+        else if (*c < '0' || *c > '9')
+            return false;
+    }
+    return true;
+}
 
 } // namespace tarnwick::conv

@@ -50,6 +50,28 @@ TEST_F(CatalogueLoadTest, FiftyThousandProductsLoadCompletely)
     EXPECT_EQ(catalogue.get(50000, 3), Cell(50000.5f));
 }
 
+TEST_F(CatalogueLoadTest, AFileOfSeveralMegabytesIsReadWholeAndWrittenBackAsItWas)
+{
+    // Large enough for the buffer that holds the file to be backed by large pages.
+    QByteArray bytes;
+    const QByteArray note = QByteArray(180, 'n') + "\r\n" + QByteArray(40, 'm');
+    for (int i = 1; i <= 30000; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        bytes += productLine({ "P" + number, "Product " + number, number + ".25", note, "includes",
+            "1", number + ".25", "10", number });
+    }
+    ASSERT_GT(bytes.size(), 8 * 1024 * 1024);
+    writeDataFile(bytes);
+    const CatalogueReadResult result = products.ReadProds(dataFile());
+    EXPECT_EQ(result.status, Status::Ok);
+    EXPECT_EQ(products.Count(), 30000);
+    EXPECT_EQ(catalogue.get(30000, 1), Cell("P30000"));
+    EXPECT_EQ(catalogue.get(30000, 4).asText(), QString::fromLatin1(note));
+    EXPECT_EQ(catalogue.get(30000, 9), Cell("30000"));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(dataFileBytes(), bytes);
+}
+
 TEST_F(CatalogueLoadTest, TableWithoutRowsOrFieldsGrowsToTakeTheProducts)
 {
     catalogue.redim(0, 0);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace tarnwick {
 namespace {
 
@@ -92,6 +94,40 @@ TEST(CellTest, EqualityComparesKindAndValue)
     EXPECT_NE(Cell(1.0f), Cell(1.0)); // single and double are different kinds
     EXPECT_NE(Cell(qint32 { 1 }), Cell(1.0));
     EXPECT_NE(Cell("1"), Cell(qint32 { 1 }));
+}
+
+TEST(CellTest, ReleasingARangeGivesEveryReferenceBackOnce)
+{
+    auto *first = new CellTextBlock;
+    first->bytes = QByteArrayLiteral("A-1\x7f\x7f\x7fWidget");
+    auto *second = new CellTextBlock;
+    second->bytes = QByteArrayLiteral("B-2");
+    std::vector<Cell> cells;
+    // Runs of one block, interrupted by another block, a number and a string of its own.
+    for (int i = 0; i < 3; ++i)
+        cells.push_back(Cell::inBlock(first, 0, 3, TextEncoding::Windows1252));
+    cells.push_back(Cell::inBlock(second, 0, 3, TextEncoding::Windows1252));
+    cells.push_back(Cell(2.5f));
+    cells.push_back(Cell::inBlock(first, 6, 6, TextEncoding::Windows1252));
+    cells.push_back(Cell(QStringLiteral("own text")));
+    const Cell kept = cells[5];
+    EXPECT_EQ(first->ref.load(), 6);
+    EXPECT_EQ(second->ref.load(), 2);
+
+    Cell::releaseAll(cells.data(), cells.data() + cells.size());
+
+    EXPECT_EQ(first->ref.load(), 2); // the test's own and the kept copy
+    EXPECT_EQ(second->ref.load(), 1);
+    for (const Cell &cell : cells) {
+        if (cell.kind() != Cell::Kind::Single) {
+            EXPECT_TRUE(cell.isEmpty());
+        }
+    }
+    EXPECT_EQ(kept.asText(), QStringLiteral("Widget"));
+    // The blocks go when their last reference does (the sanitizer run checks for leaks).
+    first->ref.fetch_sub(1);
+    second->ref.fetch_sub(1);
+    delete second;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "catalogue/cataloguefile.h"
 
+#include "catalogue/fieldend.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -16,9 +18,6 @@
 namespace tarnwick {
 
 namespace {
-
-constexpr char16_t FieldEndCharacter = 0x7F;
-constexpr int FieldEndLength = 3;
 
 /// The plain words for the causes a user can act on; empty for the others.
 QString knownCause(int systemError)
@@ -126,7 +125,7 @@ QString unreadCopyName(const QFileInfo &data, const QString &stamp, int attempt)
 
 QString fieldEnd()
 {
-    return QString(FieldEndLength, QChar(FieldEndCharacter));
+    return QString(fieldend::Length, QChar(fieldend::Character));
 }
 
 QString catalogueBackupPath(const QString &dataFile)

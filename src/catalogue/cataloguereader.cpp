@@ -1,5 +1,6 @@
 #include "catalogue/cataloguereader.h"
 
+#include "catalogue/fieldend.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/cell.h"
@@ -24,9 +25,6 @@ namespace tarnwick {
 namespace {
 
 constexpr int InvalidProcedureCall = 5;
-constexpr qsizetype FieldEndLength = 3;
-constexpr std::string_view FieldEnd = "\x7f\x7f\x7f";
-constexpr char FieldEndCharacter = 0x7F;
 /// Rows added at least when a file holds more products than the table has rows.
 constexpr int MinimumGrowth = 64;
 constexpr std::string_view Utf8ByteOrderMark = "\xEF\xBB\xBF";
@@ -123,7 +121,7 @@ void CatalogueReader::sizeTable(qsizetype from)
         const auto *lf = static_cast<const char *>(std::memchr(at, '\n', std::size_t(end - at)));
         if (!lf)
             break;
-        if (lf[-1] == '\r' && lf[-2] == FieldEndCharacter) {
+        if (lf[-1] == '\r' && lf[-2] == fieldend::Byte) {
             ++lines;
             lastEnd = lf + 1 - data;
         }
@@ -152,7 +150,7 @@ CatalogueReader::Line CatalogueReader::readLogicalLine(
     // break inside a field, and the next physical line continues it (its CR LF included).
     for (;;) {
         const qsizetype next = std::min<qsizetype>(end + 2, qsizetype(text.size()));
-        if (end > line.start && text[std::size_t(end - 1)] == FieldEndCharacter) {
+        if (end > line.start && text[std::size_t(end - 1)] == fieldend::Byte) {
             position = next;
             break;
         }
@@ -198,10 +196,10 @@ bool CatalogueReader::storeWellFormed(int row, qsizetype &position)
     const char *next = end;
     for (const char *at = fieldStart;;) {
         const auto *del =
-            static_cast<const char *>(std::memchr(at, FieldEndCharacter, std::size_t(end - at)));
+            static_cast<const char *>(std::memchr(at, fieldend::Byte, std::size_t(end - at)));
         if (!del || end - del < 3)
             return false;
-        if (del[1] != FieldEndCharacter || del[2] != FieldEndCharacter) {
+        if (del[1] != fieldend::Byte || del[2] != fieldend::Byte) {
             if (del[1] == '\r' && del[2] == '\n')
                 return false;
             at = del + 1;
@@ -267,7 +265,7 @@ void CatalogueReader::storeRecord(int row, const Line &line, const Observer &obs
     const auto findFieldEnd = [&](qsizetype start) -> qsizetype {
         if (start > line.size + 1)
             return 0;
-        const std::size_t at = text.find(FieldEnd, std::size_t(start - 1));
+        const std::size_t at = text.find(fieldend::Bytes, std::size_t(start - 1));
         return at == std::string_view::npos ? 0 : qsizetype(at) + 1;
     };
     qsizetype p = findFieldEnd(1);
@@ -277,7 +275,7 @@ void CatalogueReader::storeRecord(int row, const Line &line, const Observer &obs
     if (observer.partNumberStored)
         observer.partNumberStored(row);
     for (int field = ProductRecord::ProductName; field <= ProductRecord::FieldCount; ++field) {
-        const qsizetype start = p + FieldEndLength;
+        const qsizetype start = p + fieldend::Length;
         const qsizetype q = findFieldEnd(start);
         if (q >= start)
             storeLaterField(row, field, line.start + start - 1, q - start);

@@ -4,6 +4,8 @@
 // U+0081 … U+009D, so every byte reads as one character and writes back as the same byte.
 #include "catalogue/cataloguetext.h"
 
+#include "catalogue/fieldend.h"
+
 #include "core/celltext.h"
 
 #include <QStringDecoder>
@@ -15,7 +17,6 @@ namespace tarnwick {
 namespace {
 
 constexpr char16_t ByteOrderMark = 0xFEFF;
-constexpr char16_t FieldEndCharacter = 0x7F;
 
 /// The text of bytes that are valid UTF-8 (an initial byte order mark is dropped); none for
 /// anything else, including a sequence cut off at the end.
@@ -91,7 +92,7 @@ QByteArray encodeCatalogueText(const QString &text)
 QString withoutFieldEndCharacters(const QString &text)
 {
     QString result = text;
-    result.remove(QChar(FieldEndCharacter));
+    result.remove(QChar(fieldend::Character));
     return result;
 }
 

@@ -1,5 +1,6 @@
 #include "catalogue/cataloguewriter.h"
 
+#include "catalogue/fieldend.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/conversions.h"
@@ -13,7 +14,6 @@ namespace tarnwick {
 
 namespace {
 
-constexpr QStringView FieldEnd = u"\x7f\x7f\x7f";
 constexpr QStringView LineEnd = u"\r\n";
 
 /// A cell's text in the file. Null joins a line as the empty text, as it did when the line
@@ -51,7 +51,7 @@ CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, q
         }
         for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
             result.text += fileText(table.get(row, field), field, locale);
-            result.text += FieldEnd;
+            result.text += fieldend::Text;
         }
         result.text += LineEnd;
         result.count = row;

@@ -138,6 +138,15 @@ QString catalogueBackupPath(const QString &dataFile)
 CatalogueWriteResult writeCatalogueFile(const QString &path, const QByteArray &bytes,
     const BeforeReplaceHook &beforeReplace, BackupRule backupRule)
 {
+    return writeCatalogueFile(
+        path, [&](QFileDevice &file) { return file.write(bytes) == bytes.size(); }, beforeReplace,
+        backupRule);
+}
+
+CatalogueWriteResult writeCatalogueFile(const QString &path,
+    const CatalogueContentWriter &writeContent, const BeforeReplaceHook &beforeReplace,
+    BackupRule backupRule)
+{
     QSaveFile file(path);
     errno = 0;
     if (!file.open(QIODevice::WriteOnly)) {
@@ -146,7 +155,7 @@ CatalogueWriteResult writeCatalogueFile(const QString &path, const QByteArray &b
                               .arg(folder, plainCause(errno, file)));
     }
     errno = 0;
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
+    if (!writeContent(file) || !file.flush()) {
         const int systemError = errno;
         return failedSave(QStringLiteral("the new file could not be written: %1")
                               .arg(plainCause(systemError, file)));

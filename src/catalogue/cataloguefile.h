@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFileDevice>
 #include <QList>
 #include <QString>
 
@@ -63,6 +64,15 @@ enum class BackupRule {
 /// names the cause in plain words.
 CatalogueWriteResult writeCatalogueFile(const QString &path, const QByteArray &bytes,
     const BeforeReplaceHook &beforeReplace = {}, BackupRule backupRule = BackupRule::KeepPrevious);
+
+/// Writes the new file's content into the open temporary file; false when it could not.
+using CatalogueContentWriter = std::function<bool(QFileDevice &file)>;
+
+/// As above, with the content written by writeContent instead of given as one buffer, so a
+/// large catalogue can be written in pieces.
+CatalogueWriteResult writeCatalogueFile(const QString &path,
+    const CatalogueContentWriter &writeContent, const BeforeReplaceHook &beforeReplace = {},
+    BackupRule backupRule = BackupRule::KeepPrevious);
 
 /// Where a save keeps the previous catalogue: the data file's base name with ".bak" in the
 /// same folder ("twdata.bak" beside "twdata.dat").

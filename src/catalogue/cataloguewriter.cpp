@@ -8,6 +8,8 @@
 
 #include <QStringView>
 
+#include <algorithm>
+#include <limits>
 #include <string_view>
 
 namespace tarnwick {
@@ -79,6 +81,7 @@ public:
     }
 
     QByteArray &bytes() { return m_bytes; }
+    FileEncoding encoding() const { return m_encoding; }
     bool highBytes() const { return m_highBytes; }
 
     bool appendField(const Cell &cell, int field)
@@ -146,28 +149,8 @@ private:
     bool m_highBytes = false;
 };
 
-/// Writes every row with a part number in one encoding; false when a character does not fit.
-bool writeRows(const Table &table, ByteLineWriter &writer, CatalogueFileBytes &result,
-    const QLocale &locale, qsizetype sizeHint)
-{
-    writer.bytes().reserve(sizeHint);
-    const qint32 lastRow = table.upperBound(1);
-    for (qint32 row = 1; row <= lastRow; ++row) {
-        if (!hasPartNumber(table.get(row, ProductRecord::PartNumber), locale)) {
-            result.count = row - 1;
-            continue;
-        }
-        for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
-            if (!writer.appendField(table.get(row, field), field))
-                return false;
-            writer.appendAscii("\x7f\x7f\x7f");
-        }
-        writer.appendAscii("\r\n");
-        result.count = row;
-        ++result.rowsWritten;
-    }
-    return true;
-}
+/// Pieces of this size or more are given room for the whole file instead.
+constexpr qsizetype MaxPieceReserve = 64 * 1024 * 1024;
 
 /// Room for the file: the stored size of every text cell and the field and line ends.
 qsizetype sizeHintOf(const Table &table)
@@ -183,34 +166,120 @@ qsizetype sizeHintOf(const Table &table)
     return size + 64;
 }
 
+/// Writes every row with a part number in one encoding, handing the bytes to sink whenever
+/// a line has taken them past pieceSize. False when a character does not fit the encoding
+/// (result.ok stays true) or the sink refused a piece (result.ok becomes false). validUtf8
+/// tells whether every byte given so far is valid UTF-8; a piece always ends with a line end,
+/// so no character is split between two pieces.
+bool writeRows(const Table &table, ByteLineWriter &writer, CatalogueStreamResult &result,
+    const QLocale &locale, CatalogueByteSink &sink, qsizetype pieceSize, bool &validUtf8)
+{
+    bool firstPiece = true;
+    const auto handOver = [&] {
+        QByteArray &bytes = writer.bytes();
+        if (bytes.isEmpty())
+            return true;
+        // Bytes written while every character was ASCII are valid UTF-8 as they are.
+        if (validUtf8 && writer.highBytes())
+            validUtf8 = celltext::isValidUtf8(bytes.constData(), bytes.size());
+        // The reader drops a byte order mark at the very start; a UTF-8 text that itself
+        // starts with that character gets one more, so the character survives the round trip.
+        if (firstPiece && writer.encoding() == FileEncoding::Utf8
+            && bytes.startsWith("\xEF\xBB\xBF"))
+            bytes.prepend("\xEF\xBB\xBF");
+        firstPiece = false;
+        if (!sink.write(bytes)) {
+            result.ok = false;
+            return false;
+        }
+        bytes.resize(0); // keeps the room for the next piece
+        return true;
+    };
+    // Room for one piece and the line that ends it; a file written as one piece gets room
+    // for all of it at once.
+    writer.bytes().reserve(pieceSize >= MaxPieceReserve ? sizeHintOf(table) : pieceSize + 4096);
+    const qint32 lastRow = table.upperBound(1);
+    for (qint32 row = 1; row <= lastRow; ++row) {
+        if (!hasPartNumber(table.get(row, ProductRecord::PartNumber), locale)) {
+            result.count = row - 1;
+            continue;
+        }
+        for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
+            if (!writer.appendField(table.get(row, field), field))
+                return false;
+            writer.appendAscii("\x7f\x7f\x7f");
+        }
+        writer.appendAscii("\r\n");
+        result.count = row;
+        ++result.rowsWritten;
+        if (writer.bytes().size() >= pieceSize && !handOver())
+            return false;
+    }
+    return handOver();
+}
+
+/// Gathers every piece in one buffer.
+class BufferSink : public CatalogueByteSink
+{
+public:
+    bool write(const QByteArray &piece) override
+    {
+        if (bytes.isEmpty())
+            bytes = piece; // shares the piece instead of copying it
+        else
+            bytes += piece;
+        return true;
+    }
+    bool restart() override
+    {
+        bytes.clear();
+        return true;
+    }
+    QByteArray bytes;
+};
+
 } // namespace
 
-CatalogueFileBytes catalogueFileBytes(const Table &table, const QLocale &locale, qint32 count)
+CatalogueStreamResult streamCatalogueFile(const Table &table, const QLocale &locale, qint32 count,
+    CatalogueByteSink &sink, qsizetype pieceSize)
 {
-    const qsizetype hint = sizeHintOf(table);
-    CatalogueFileBytes result;
+    // A table too narrow for a product raises VbError 9 at its first product, before any of
+    // its bytes reach the sink.
+    CatalogueStreamResult result;
     result.count = count;
     {
         // Windows-1252 when every character has a byte there, unless those bytes happen to
         // form valid UTF-8, which would be read back as other characters.
         ByteLineWriter writer(FileEncoding::Windows1252, locale);
-        if (writeRows(table, writer, result, locale, hint)) {
-            const QByteArray &bytes = writer.bytes();
-            if (!writer.highBytes() || !celltext::isValidUtf8(bytes.constData(), bytes.size())) {
-                result.bytes = std::move(writer.bytes());
+        bool validUtf8 = true;
+        if (writeRows(table, writer, result, locale, sink, pieceSize, validUtf8)) {
+            if (!writer.highBytes() || !validUtf8)
                 return result;
-            }
         }
+        if (!result.ok)
+            return result;
     }
     result = {};
     result.count = count;
+    if (!sink.restart()) {
+        result.ok = false;
+        return result;
+    }
     ByteLineWriter writer(FileEncoding::Utf8, locale);
-    writeRows(table, writer, result, locale, hint);
-    // The reader drops a byte order mark at the very start; a text that itself starts with
-    // that character gets one more, so the character survives the round trip.
-    if (writer.bytes().startsWith("\xEF\xBB\xBF"))
-        writer.bytes().prepend("\xEF\xBB\xBF");
-    result.bytes = std::move(writer.bytes());
+    bool validUtf8 = true;
+    writeRows(table, writer, result, locale, sink, pieceSize, validUtf8);
+    return result;
+}
+
+CatalogueFileBytes catalogueFileBytes(const Table &table, const QLocale &locale, qint32 count)
+{
+    BufferSink sink;
+    const CatalogueStreamResult streamed =
+        streamCatalogueFile(table, locale, count, sink, std::numeric_limits<qsizetype>::max());
+    CatalogueFileBytes result;
+    result.bytes = std::move(sink.bytes);
+    result.count = streamed.count;
+    result.rowsWritten = streamed.rowsWritten;
     return result;
 }
 

@@ -39,4 +39,34 @@ struct CatalogueFileBytes
 /// they already have the file's encoding, without a QString per cell.
 CatalogueFileBytes catalogueFileBytes(const Table &table, const QLocale &locale, qint32 count);
 
+/// Takes the catalogue file's bytes piece by piece, so a large catalogue is saved without
+/// holding a second copy of it in memory.
+class CatalogueByteSink
+{
+public:
+    virtual ~CatalogueByteSink() = default;
+    /// Appends the next piece; false stops the writing.
+    virtual bool write(const QByteArray &piece) = 0;
+    /// Forgets every piece written so far: the file starts again from its first byte, in
+    /// another encoding. False stops the writing.
+    virtual bool restart() = 0;
+};
+
+/// What streaming the catalogue file came to: the count and rows as CatalogueFileBytes, and
+/// whether every piece was taken.
+struct CatalogueStreamResult
+{
+    bool ok = true;
+    qint32 count = 0;
+    int rowsWritten = 0;
+};
+
+/// The bytes of catalogueFileBytes, given to sink in pieces of about pieceSize bytes that
+/// each end with a line. The file is written in Windows-1252 first; when a character turns
+/// out to have no byte there, or the finished file would read back as UTF-8, the sink is
+/// restarted and the file written again in UTF-8 (rare: nearly every catalogue fits
+/// Windows-1252 and is written once).
+CatalogueStreamResult streamCatalogueFile(const Table &table, const QLocale &locale, qint32 count,
+    CatalogueByteSink &sink, qsizetype pieceSize = 1024 * 1024);
+
 } // namespace tarnwick

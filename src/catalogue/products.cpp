@@ -109,6 +109,26 @@ QByteArray readWholeFile(QFile &file)
     return bytes;
 }
 
+/// Writes the catalogue's pieces into the temporary file of a save; starting again rewinds
+/// it, and the file is cut to what the second writing left.
+class SaveFileSink : public CatalogueByteSink
+{
+public:
+    explicit SaveFileSink(QFileDevice &file) : m_file(file) { }
+
+    bool write(const QByteArray &piece) override { return m_file.write(piece) == piece.size(); }
+    bool restart() override
+    {
+        m_restarted = true;
+        return m_file.seek(0);
+    }
+    bool finish() { return !m_restarted || m_file.resize(m_file.pos()); }
+
+private:
+    QFileDevice &m_file;
+    bool m_restarted = false;
+};
+
 } // namespace
 
 CatalogueReadResult Products::ReadProds(const QString &fileName)
@@ -145,20 +165,27 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
 
 CatalogueWriteResult Products::WriteProds(const QString &fileName)
 {
-    CatalogueFileBytes content;
+    // A file that could not be read at start-up is no good catalogue: the backup keeps the
+    // last good one instead.
+    const BackupRule backup = m_readFailed ? BackupRule::LeaveBackup : BackupRule::KeepPrevious;
+    // The file is written in pieces as it is built, so a large catalogue is never held twice
+    // in memory.
+    CatalogueStreamResult content;
+    const auto writeContent = [&](QFileDevice &file) {
+        SaveFileSink sink(file);
+        content = streamCatalogueFile(m_catalogue, m_locale, m_count, sink);
+        return content.ok && sink.finish();
+    };
+    CatalogueWriteResult result;
     try {
-        content = catalogueFileBytes(m_catalogue, m_locale, m_count);
+        result = writeCatalogueFile(fileName, writeContent, m_beforeReplace, backup);
     } catch (const VbError &error) {
-        CatalogueWriteResult result;
+        // Raised before any byte was written; the temporary file is removed unused.
+        result = {};
         result.ok = false;
         result.detail = QStringLiteral("its table cannot be read (error %1)").arg(error.number());
         return result;
     }
-    // A file that could not be read at start-up is no good catalogue: the backup keeps the
-    // last good one instead.
-    const BackupRule backup = m_readFailed ? BackupRule::LeaveBackup : BackupRule::KeepPrevious;
-    CatalogueWriteResult result =
-        writeCatalogueFile(fileName, content.bytes, m_beforeReplace, backup);
     // Count follows the rows only when the file was saved; a failed save changes nothing.
     if (result.ok) {
         m_readFailed = false;

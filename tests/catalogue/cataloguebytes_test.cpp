@@ -15,6 +15,28 @@ using Status = CatalogueReadResult::Status;
 const QLocale English(QLocale::English, QLocale::UnitedStates);
 const QLocale German(QLocale::German, QLocale::Germany);
 
+/// Records the pieces of a streamed file, and how often the file started again.
+class RecordingSink : public CatalogueByteSink
+{
+public:
+    bool write(const QByteArray &piece) override
+    {
+        pieces.append(piece);
+        return refuseAfter < 0 || pieces.size() <= refuseAfter;
+    }
+    bool restart() override
+    {
+        pieces.clear();
+        ++restarts;
+        return true;
+    }
+    QByteArray joined() const { return pieces.join(); }
+
+    QByteArrayList pieces;
+    int restarts = 0;
+    qsizetype refuseAfter = -1;
+};
+
 void expectSameFile(const Table &table, const QLocale &locale)
 {
     const CatalogueFileText text = catalogueFileText(table, locale, 7);
@@ -22,6 +44,15 @@ void expectSameFile(const Table &table, const QLocale &locale)
     EXPECT_EQ(bytes.bytes, encodeCatalogueText(text.text));
     EXPECT_EQ(bytes.count, text.count);
     EXPECT_EQ(bytes.rowsWritten, text.rowsWritten);
+    // In pieces of a line each, the same bytes arrive, every piece ending with a line.
+    RecordingSink sink;
+    const CatalogueStreamResult streamed = streamCatalogueFile(table, locale, 7, sink, 1);
+    EXPECT_TRUE(streamed.ok);
+    EXPECT_EQ(sink.joined(), bytes.bytes);
+    EXPECT_EQ(streamed.count, text.count);
+    EXPECT_EQ(streamed.rowsWritten, text.rowsWritten);
+    for (const QByteArray &piece : sink.pieces)
+        EXPECT_TRUE(piece.endsWith("\r\n")) << piece.toStdString();
 }
 
 /// A table of typed cells: texts, numbers, null, rows without a part number.
@@ -59,6 +90,35 @@ TEST(CatalogueBytesTest, TypedCellsGiveTheSameFileInEveryEncoding)
             expectSameFile(typedTable(name), locale);
         }
     }
+}
+
+TEST(CatalogueBytesTest, AFileInPiecesStartsAgainInUtf8WhenALaterCharacterNeedsIt)
+{
+    Table table(40, 15);
+    for (int row = 1; row <= 40; ++row)
+        table.put(row, 1, QStringLiteral("P%1").arg(row, 3, 10, QLatin1Char('0')));
+    table.put(2, 2, QStringLiteral("Caf\u00e9")); // Windows-1252 would do
+    table.put(39, 2, QStringLiteral("\u87ba\u4e1d")); // but not here
+    RecordingSink sink;
+    const CatalogueStreamResult streamed = streamCatalogueFile(table, English, 0, sink, 64);
+    EXPECT_TRUE(streamed.ok);
+    EXPECT_EQ(sink.restarts, 1);
+    EXPECT_GT(sink.pieces.size(), 3);
+    EXPECT_EQ(sink.joined(), catalogueFileBytes(table, English, 0).bytes);
+    EXPECT_TRUE(sink.joined().contains("Caf\xc3\xa9"));
+    EXPECT_EQ(streamed.rowsWritten, 40);
+}
+
+TEST(CatalogueBytesTest, ASinkThatRefusesAPieceStopsTheWriting)
+{
+    Table table(40, 15);
+    for (int row = 1; row <= 40; ++row)
+        table.put(row, 1, QStringLiteral("P%1").arg(row));
+    RecordingSink sink;
+    sink.refuseAfter = 2;
+    const CatalogueStreamResult streamed = streamCatalogueFile(table, English, 0, sink, 64);
+    EXPECT_FALSE(streamed.ok);
+    EXPECT_EQ(sink.pieces.size(), 3);
 }
 
 TEST(CatalogueBytesTest, AByteOrderMarkAtTheStartIsKept)

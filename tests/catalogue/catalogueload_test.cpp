@@ -3,6 +3,7 @@
 #include "cataloguefixture.h"
 
 #include "catalogue/cataloguefile.h"
+#include "catalogue/cataloguewriter.h"
 
 #include <QDate>
 #include <QDir>
@@ -70,6 +71,18 @@ TEST_F(CatalogueLoadTest, AFileOfSeveralMegabytesIsReadWholeAndWrittenBackAsItWa
     EXPECT_EQ(catalogue.get(30000, 9), Cell("30000"));
     ASSERT_TRUE(products.WriteProds(dataFile()).ok);
     EXPECT_EQ(dataFileBytes(), bytes);
+    // A character without a Windows-1252 byte in the last product: the file, written in
+    // pieces, starts again in UTF-8 and is the whole catalogue in UTF-8.
+    catalogue.put(30000, 2, QStringLiteral("\u87ba\u4e1d"));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    const QByteArray utf8 = dataFileBytes();
+    EXPECT_EQ(utf8, catalogueFileBytes(catalogue, QLocale(QLocale::English), 30000).bytes);
+    const QByteArray fe("\x7f\x7f\x7f");
+    const QByteArray lastLine = "P30000" + fe + "\xe8\x9e\xba\xe4\xb8\x9d" + fe + "30000.25" + fe
+        + note + fe + "includes" + fe + "1" + fe + "30000.25" + fe + "10" + fe + "30000"
+        + fe.repeated(7) + "\r\n";
+    EXPECT_TRUE(utf8.endsWith(lastLine));
+    EXPECT_TRUE(utf8.startsWith("P1\x7f\x7f\x7fProduct 1\x7f"));
 }
 
 TEST_F(CatalogueLoadTest, TableWithoutRowsOrFieldsGrowsToTakeTheProducts)

@@ -96,13 +96,27 @@ class Run:
         return os.path.join(self.home, ".config", "Tarnwick", "settings.ini")
 
 
+def check_clean_exit(session):
+    """Closes the main window and expects exit code 0; otherwise the failure shows the exit
+    code and the end of the program's own output (a sanitizer report, a Qt warning)."""
+    code = session.close()
+    if code != 0:
+        try:
+            with open(session.app_log, "rb") as f:
+                tail = f.read()[-4000:].decode(errors="replace")
+        except OSError as e:
+            tail = "(no program output: %s)" % e
+        raise AssertionError("the program exits cleanly: exit code %r; its output ends:\n%s"
+                             % (code, tail))
+
+
 def scenario_roundtrip(run):
     """Starting and closing writes the catalogue back byte for byte and saves the settings."""
     s = run.start()
     try:
         rows = s.read_table("GrdMain")
         check(len(rows) == len(records(run.args.sample)), "every product is in the grid")
-        check(s.close() == 0, "the program exits cleanly")
+        check_clean_exit(s)
     finally:
         s.stop()
     check(open(run.catalogue(), "rb").read() == run.sample_bytes(), "catalogue unchanged")
@@ -127,7 +141,7 @@ def scenario_typing(run):
         after = s.read_table("GrdMain")
         check([r[0] for r in after if r[0] != "W-250"] == [r[0] for r in before],
               "no other product's part number changed")
-        check(s.close() == 0, "the program exits cleanly")
+        check_clean_exit(s)
     finally:
         s.stop()
     saved = [r for r in records(run.catalogue()) if r[0] == b"W-250"]
@@ -150,7 +164,7 @@ def scenario_quote(run):
         line = wait_for(lambda: s.read_table("GrdQuote")[0], 5, "the quote line")
         check(line[3] == "25", "quantity typed right after a click: %r" % line)
         check(line[2] == "$10.95" and line[4] == "$273.75", "re-priced at 25: %r" % line)
-        check(s.close() == 0, "the program exits cleanly")
+        check_clean_exit(s)
     finally:
         s.stop()
 
@@ -169,7 +183,7 @@ def scenario_password(run):
         s.activate("Enter user password")
         s.type_keys("abc\n", delay=5)
         run.wait_grid(s)
-        check(s.close() == 0, "the program exits cleanly")
+        check_clean_exit(s)
     finally:
         s.stop()
     # a wrong answer ends the program and writes nothing
@@ -192,7 +206,7 @@ def scenario_locale(run):
     try:
         first = s.read_table("GrdMain")[0]
         check(first[2] == "12,85\u00a0€", "German currency shown: %r" % first[2])
-        check(s.close() == 0, "the program exits cleanly")
+        check_clean_exit(s)
     finally:
         s.stop()
     check(open(run.catalogue(), "rb").read() == run.sample_bytes(),
@@ -200,7 +214,7 @@ def scenario_locale(run):
     s = run.start(env={"LANG": "C.UTF-8", "LC_ALL": None})
     try:
         check(s.read_table("GrdMain")[0][2] == "$12.85", "price read back in English")
-        check(s.close() == 0, "the program exits cleanly")
+        check_clean_exit(s)
     finally:
         s.stop()
     check(open(run.catalogue(), "rb").read() == run.sample_bytes(),
@@ -308,7 +322,7 @@ def scenario_exchange(run):
         s.wait_window_gone("Update", timeout=15)
         rows = wait_for(lambda: [r for r in s.read_table("GrdMain") if r[0]], 10, "the grid")
         check(len(rows) == len(sample) + len(added), "the grid shows %d products" % len(rows))
-        check(s.close() == 0, "the program exits cleanly")
+        check_clean_exit(s)
     finally:
         s.stop()
     saved = records(run.catalogue())
@@ -348,7 +362,7 @@ def scenario_help(run):
         check(len(helps) == 1, "one help window serves both calls: %r" % helps)
         s.key("Escape", window="Update")
         s.wait_window_gone("Update")
-        check(s.close() == 0, "the program exits cleanly")
+        check_clean_exit(s)
     finally:
         s.stop()
     check([r[0] for r in records(run.catalogue())] == [r[0] for r in records(run.args.sample)],

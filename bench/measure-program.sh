@@ -30,7 +30,8 @@ for _ in $(seq 1 600); do
 done
 shown=$(date +%s.%N)
 sleep 2
-xdotool windowactivate --sync "$window" >/dev/null 2>&1 || true
+xdotool windowactivate "$window" >/dev/null 2>&1 || true
+sleep 0.5
 asked=$(date +%s.%N)
 xdotool key --clearmodifiers alt+F4
 wait "$runner"

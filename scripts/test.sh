@@ -6,9 +6,10 @@ source "$(dirname "${BASH_SOURCE[0]}")/deps.sh"
 
 build_dir="$TARNWICK_ROOT/build-tests"
 # Line tables (-g1) are all a failing test's backtrace needs, and cost far less to build than
-# full debugging information. The tests' own code is not optimised; the program's code is.
+# full debugging information. The tests' own code is not optimised; the program's code is, and
+# its libraries are unity builds (src/CMakeLists.txt).
 tarnwick_configure "$build_dir" -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O2 -g1 -DNDEBUG" \
-    -DTARNWICK_TEST_CODE_OPTIONS=-O0 \
+    -DTARNWICK_TEST_CODE_OPTIONS=-O0 -DTARNWICK_UNITY_BUILD=ON \
     -DTARNWICK_BUILD_TESTS=ON -DTARNWICK_BUILD_BENCH=ON -DTARNWICK_WERROR=ON
 cmake --build "$build_dir" --target format-check
 cmake --build "$build_dir" -j "$(nproc)"
@@ -23,7 +24,7 @@ QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-o
 # than most cases take.
 asan_dir="$TARNWICK_ROOT/build-asan"
 tarnwick_configure "$asan_dir" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" \
-    -DTARNWICK_TEST_CODE_OPTIONS=-O0 \
+    -DTARNWICK_TEST_CODE_OPTIONS=-O0 -DTARNWICK_UNITY_BUILD=ON \
     -DTARNWICK_BUILD_TESTS=ON -DTARNWICK_WERROR=ON -DTARNWICK_SANITIZE=ON \
     -DTARNWICK_TEST_WHOLE_EXECUTABLES=ON
 cmake --build "$asan_dir" -j "$(nproc)"

@@ -11,11 +11,6 @@ namespace {
 constexpr int MaxRows = 1048576;
 constexpr int MaxColumns = 16384;
 
-WorkbookOpenResult damaged()
-{
-    return WorkbookOpenResult { nullptr, 1, QStringLiteral("This file is not an Excel 97 file.") };
-}
-
 int repeats(const QXmlStreamReader &xml, QLatin1String attribute)
 {
     const int count = xml.attributes().value(attribute).toInt();
@@ -85,7 +80,7 @@ WorkbookOpenResult openOdsWorkbook(const QString &path)
 {
     const auto content = readZipMember(path, QStringLiteral("content.xml"));
     if (!content) {
-        return damaged();
+        return notAWorkbook(1);
     }
     auto book = std::make_unique<GridWorkbook>();
     QXmlStreamReader xml(*content);
@@ -103,7 +98,7 @@ WorkbookOpenResult openOdsWorkbook(const QString &path)
         }
     }
     if (xml.hasError() || !inTable) {
-        return damaged();
+        return notAWorkbook(1);
     }
     return WorkbookOpenResult { std::move(book), 0, {} };
 }

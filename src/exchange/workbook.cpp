@@ -15,6 +15,12 @@ QString numberCellText(double value)
     return QString::number(value, 'g', QLocale::FloatingPointShortest);
 }
 
+WorkbookOpenResult notAWorkbook(int errorNumber)
+{
+    return WorkbookOpenResult { nullptr, errorNumber,
+        QStringLiteral("This file is not an Excel 97 file.") };
+}
+
 WorkbookOpenResult openWorkbook(const QString &path)
 {
     const QString suffix = QFileInfo(path).suffix().toLower();

@@ -25,6 +25,10 @@ struct WorkbookOpenResult
     QString errorText;
 };
 
+/// The result for a file that is no workbook this program reads: error number and the words
+/// the user is shown ("This file is not an Excel 97 file.").
+WorkbookOpenResult notAWorkbook(int errorNumber);
+
 /// Opens the first worksheet of the file, chosen by its extension: an Office Open XML workbook
 /// (".xlsx"), an OpenDocument spreadsheet (".ods"), tab-separated text (".txt", ".tab", ".tsv",
 /// as the export writes it) or else an Excel 97 workbook (".xls").

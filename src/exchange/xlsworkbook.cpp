@@ -52,8 +52,7 @@ QString cellValueText(const FreeXL_CellValue &value)
 
 WorkbookOpenResult failure(int code)
 {
-    return WorkbookOpenResult { nullptr, code < 0 ? -code : code,
-        QStringLiteral("This file is not an Excel 97 file.") };
+    return notAWorkbook(code < 0 ? -code : code);
 }
 
 /// Reads every cell of the selected sheet; returns a freexl error code or FREEXL_OK.

@@ -8,11 +8,6 @@ namespace tarnwick {
 
 namespace {
 
-WorkbookOpenResult damaged()
-{
-    return WorkbookOpenResult { nullptr, 1, QStringLiteral("This file is not an Excel 97 file.") };
-}
-
 /// The text of every <t> inside the current element, which the reader has just entered.
 QString textsUntilEnd(QXmlStreamReader &xml)
 {
@@ -133,7 +128,7 @@ WorkbookOpenResult openXlsxWorkbook(const QString &path)
     const QString member = firstSheetMember(path);
     const auto sheet = member.isEmpty() ? std::nullopt : readZipMember(path, member);
     if (!sheet) {
-        return damaged();
+        return notAWorkbook(1);
     }
     const auto stringBytes = readZipMember(path, QStringLiteral("xl/sharedStrings.xml"));
     const QStringList strings = stringBytes ? sharedStrings(*stringBytes) : QStringList();
@@ -145,7 +140,7 @@ WorkbookOpenResult openXlsxWorkbook(const QString &path)
         }
     }
     if (xml.hasError()) {
-        return damaged();
+        return notAWorkbook(1);
     }
     return WorkbookOpenResult { std::move(book), 0, {} };
 }

@@ -42,6 +42,21 @@ qsizetype physicalLineEnd(std::string_view text, qsizetype position)
     return end == std::string_view::npos ? qsizetype(text.size()) : qsizetype(end);
 }
 
+/// Calls found(lf) for the LF of every CR LF whose LF lies in [from, to) of data; from is at
+/// least 1, so the CR before it is inside the data.
+template <typename Found>
+void forEachLineEnd(const char *data, qsizetype from, qsizetype to, Found found)
+{
+    for (const char *at = data + from, *end = data + to; at < end;) {
+        const auto *lf = static_cast<const char *>(std::memchr(at, '\n', std::size_t(end - at)));
+        if (!lf)
+            break;
+        if (lf[-1] == '\r')
+            found(lf);
+        at = lf + 1;
+    }
+}
+
 } // namespace
 
 /// One logical line: where it starts in the file's bytes, its length, and the number of its
@@ -114,19 +129,14 @@ void CatalogueReader::sizeTable(qsizetype from)
     // Looking for the LF of each line is a short search per line; DEL, which ends every field,
     // would stop the search fifteen times per product.
     const char *data = m_block->bytes.constData();
-    const char *end = data + m_block->bytes.size();
     qsizetype lines = 0;
     qsizetype lastEnd = from;
-    for (const char *at = data + from + 2; at < end;) {
-        const auto *lf = static_cast<const char *>(std::memchr(at, '\n', std::size_t(end - at)));
-        if (!lf)
-            break;
-        if (lf[-1] == '\r' && lf[-2] == fieldend::Byte) {
+    forEachLineEnd(data, from + 2, m_block->bytes.size(), [&](const char *lf) {
+        if (lf[-2] == fieldend::Byte) {
             ++lines;
             lastEnd = lf + 1 - data;
         }
-        at = lf + 1;
-    }
+    });
     // A last product without its CR LF is a line too.
     if (lastEnd < m_block->bytes.size())
         ++lines;
@@ -169,14 +179,8 @@ int CatalogueReader::lineNumberAt(qsizetype position)
     // Lines end only at CR LF; they are counted from where the last count stopped, so the
     // count costs one pass over the file however many lines ask for their number.
     const char *data = m_block->bytes.constData();
-    for (const char *at = data + m_countedTo, *end = data + position; at < end;) {
-        const auto *lf = static_cast<const char *>(std::memchr(at, '\n', std::size_t(end - at)));
-        if (!lf)
-            break;
-        if (lf - data > m_firstLineStart && lf[-1] == '\r')
-            ++m_linesBefore;
-        at = lf + 1;
-    }
+    forEachLineEnd(data, std::max(m_countedTo, m_firstLineStart + 1), position,
+        [&](const char *) { ++m_linesBefore; });
     m_countedTo = std::max(m_countedTo, position);
     return m_linesBefore + 1;
 }
@@ -219,17 +223,13 @@ bool CatalogueReader::storeWellFormed(int row, qsizetype &position)
             return false;
         break;
     }
-    const auto isNumberField = [](std::size_t index) {
-        const int field = int(index) + 1;
-        return field == ProductRecord::Price || field >= ProductRecord::PricePoint1;
-    };
     std::optional<double> price;
     int textCells = 0;
     for (std::size_t i = 0; i < fields.size(); ++i) {
         const auto [from, to] = fields[i];
         if (!Cell::fitsInBlock(from - data, to - from))
             return false;
-        if (from == to || !isNumberField(i)) {
+        if (from == to || !ProductRecord::isNumberField(int(i) + 1)) {
             ++textCells;
         } else if (int(i) + 1 == ProductRecord::Price) {
             price = conv::plainDecimal(from, to - from);
@@ -304,7 +304,7 @@ QString CatalogueReader::decoded(qsizetype start, qsizetype size) const
 
 void CatalogueReader::storeLaterField(int row, int field, qsizetype start, qsizetype size)
 {
-    const bool numberField = field == ProductRecord::Price || field >= ProductRecord::PricePoint1;
+    const bool numberField = ProductRecord::isNumberField(field);
     if (!numberField || size == 0) {
         m_table.put(row, field, textCell(start, size));
         return;

@@ -25,7 +25,7 @@ QString fileText(const Cell &cell, int field, const QLocale &locale)
 {
     if (cell.isNull())
         return QString();
-    const bool numberField = field == ProductRecord::Price || field >= ProductRecord::PricePoint1;
+    const bool numberField = ProductRecord::isNumberField(field);
     return numberField ? stored::cellText(cell, locale) : conv::toText(cell, locale);
 }
 
@@ -86,8 +86,7 @@ public:
 
     bool appendField(const Cell &cell, int field)
     {
-        const bool numberField =
-            field == ProductRecord::Price || field >= ProductRecord::PricePoint1;
+        const bool numberField = ProductRecord::isNumberField(field);
         if (cell.isText()) {
             const CellTextView view = cell.textView();
             // A plain decimal text is already in stored form; other texts of a number field

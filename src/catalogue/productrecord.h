@@ -36,6 +36,13 @@ constexpr int pricePointPriceField(int k)
     return Price1 + 2 * (k - 1);
 }
 
+/// Whether the field holds a number in the catalogue file: the price and the ten fields of
+/// the price points.
+constexpr bool isNumberField(int field)
+{
+    return field == Price || (field >= PricePoint1 && field <= Price5);
+}
+
 /// The field's caption: "Part Number", "Product Name", "Price", "Notes", "Includes",
 /// "Price Point 1", "Price 1" … "Price Point 5", "Price 5".
 QString fieldCaption(int field);

@@ -46,9 +46,7 @@ void deleteAll(Table &catalogue, Products &products)
 
 Table::SortKind sortKindOfField(int field)
 {
-    const bool numeric = field == ProductRecord::Price
-        || (field >= ProductRecord::PricePoint1 && field <= ProductRecord::Price5);
-    return numeric ? Table::SortKind::Numeric : Table::SortKind::Text;
+    return ProductRecord::isNumberField(field) ? Table::SortKind::Numeric : Table::SortKind::Text;
 }
 
 void sortCatalogue(Table &catalogue, const Products &products, int field, const QLocale &locale)

@@ -17,10 +17,12 @@
 #include "shell/frmsplash1.h"
 #include "shell/shelldialogs.h"
 #include "shell/singleinstance.h"
+#include "shell/terminationrequests.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QScreen>
+#include <QSessionManager>
 
 using namespace tarnwick;
 
@@ -81,6 +83,19 @@ int main(int argc, char *argv[])
         mainWindow = splash.takeMainWindow();
         QObject::connect(
             mainWindow.get(), &frmMain::unloaded, &app, &QApplication::quit, Qt::QueuedConnection);
+    });
+    // A log-out or a shut-down closes the program as the user would: the catalogue is saved.
+    // Before that, a session manager's request brings the recovery file up to date at once.
+    const TerminationRequests termination;
+    QObject::connect(&termination, &TerminationRequests::requested, [&] {
+        if (mainWindow)
+            mainWindow->close();
+        else
+            splash.requestClose();
+    });
+    QObject::connect(&app, &QGuiApplication::commitDataRequest, [&](QSessionManager &) {
+        if (mainWindow)
+            mainWindow->sessionEnding();
     });
     splash.Form_Load();
     if (splash.programEnded())

@@ -53,6 +53,7 @@ using BeforeReplaceHook = std::function<bool()>;
 enum class BackupRule {
     KeepPrevious, ///< the previous file becomes the backup
     LeaveBackup, ///< the backup stays as it is (the previous file was not a good catalogue)
+    NoBackup, ///< the file has no backup (a copy the user asked for, the recovery file)
 };
 
 /// Writes bytes as the catalogue file at path without ever leaving a half-written file: the

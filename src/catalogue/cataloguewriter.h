@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFileDevice>
 #include <QLocale>
 #include <QString>
 
@@ -50,6 +51,26 @@ public:
     /// Forgets every piece written so far: the file starts again from its first byte, in
     /// another encoding. False stops the writing.
     virtual bool restart() = 0;
+};
+
+/// Writes the pieces into an open file (the temporary file of a save); starting again
+/// rewinds it, and finish() cuts the file to what the second writing left.
+class CatalogueFileSink : public CatalogueByteSink
+{
+public:
+    explicit CatalogueFileSink(QFileDevice &file) : m_file(file) { }
+
+    bool write(const QByteArray &piece) override { return m_file.write(piece) == piece.size(); }
+    bool restart() override
+    {
+        m_restarted = true;
+        return m_file.seek(0);
+    }
+    bool finish() { return !m_restarted || m_file.resize(m_file.pos()); }
+
+private:
+    QFileDevice &m_file;
+    bool m_restarted = false;
 };
 
 /// What streaming the catalogue file came to: the count and rows as CatalogueFileBytes, and

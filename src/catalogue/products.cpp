@@ -109,26 +109,6 @@ QByteArray readWholeFile(QFile &file)
     return bytes;
 }
 
-/// Writes the catalogue's pieces into the temporary file of a save; starting again rewinds
-/// it, and the file is cut to what the second writing left.
-class SaveFileSink : public CatalogueByteSink
-{
-public:
-    explicit SaveFileSink(QFileDevice &file) : m_file(file) { }
-
-    bool write(const QByteArray &piece) override { return m_file.write(piece) == piece.size(); }
-    bool restart() override
-    {
-        m_restarted = true;
-        return m_file.seek(0);
-    }
-    bool finish() { return !m_restarted || m_file.resize(m_file.pos()); }
-
-private:
-    QFileDevice &m_file;
-    bool m_restarted = false;
-};
-
 } // namespace
 
 CatalogueReadResult Products::ReadProds(const QString &fileName)
@@ -172,7 +152,7 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
     // in memory.
     CatalogueStreamResult content;
     const auto writeContent = [&](QFileDevice &file) {
-        SaveFileSink sink(file);
+        CatalogueFileSink sink(file);
         content = streamCatalogueFile(m_catalogue, m_locale, m_count, sink);
         return content.ok && sink.finish();
     };

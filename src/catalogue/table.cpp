@@ -3,6 +3,7 @@
 #include "core/vberror.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace tarnwick {
@@ -14,7 +15,14 @@ namespace {
     throw VbError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("Subscript out of range"));
 }
 
+std::atomic<quint64> lastTableGeneration { 0 };
+
 } // namespace
+
+void Table::touch()
+{
+    m_generation = lastTableGeneration.fetch_add(1, std::memory_order_relaxed) + 1;
+}
 
 Table::Table(int rows, int fields)
 {
@@ -35,6 +43,7 @@ void Table::redim(int rows, int fields)
     Cell::releaseAll(cells.data(), cells.data() + cells.size());
     m_rows = rows;
     m_fields = fields;
+    touch();
 }
 
 void Table::redimPreserve(int rows, int fields)
@@ -49,6 +58,7 @@ void Table::redimPreserve(int rows, int fields)
                 m_cells.data() + m_cells.size());
         m_cells.resize(std::size_t(rows) * std::size_t(fields));
         m_rows = rows;
+        touch();
         return;
     }
     std::vector<Cell> cells(std::size_t(rows) * std::size_t(fields));
@@ -61,6 +71,7 @@ void Table::redimPreserve(int rows, int fields)
     m_cells.swap(cells);
     m_rows = rows;
     m_fields = fields;
+    touch();
 }
 
 int Table::upperBound(int dimension) const
@@ -81,18 +92,28 @@ const Cell &Table::get(int row, int field) const
 void Table::put(int row, int field, const Cell &value)
 {
     checkBounds(row, field);
-    m_cells[index(row, field)] = value;
+    Cell &cell = m_cells[index(row, field)];
+    // Writing back what a cell already holds (a row's boxes stored on leaving it) is no change.
+    if (cell == value)
+        return;
+    cell = value;
+    touch();
 }
 
 void Table::put(int row, int field, Cell &&value)
 {
     checkBounds(row, field);
-    m_cells[index(row, field)] = std::move(value);
+    Cell &cell = m_cells[index(row, field)];
+    if (cell == value)
+        return;
+    cell = std::move(value);
+    touch();
 }
 
 std::span<Cell> Table::rowCells(int row)
 {
     checkBounds(row, 1);
+    touch();
     return { m_cells.data() + index(row, 1), std::size_t(m_fields) };
 }
 
@@ -103,6 +124,8 @@ void Table::insertRows(int row, int count)
     const auto at = m_cells.begin() + std::ptrdiff_t(row - 1) * m_fields;
     m_cells.insert(at, std::size_t(count) * std::size_t(m_fields), Cell());
     m_rows += count;
+    if (count > 0)
+        touch();
 }
 
 void Table::deleteRows(int row, int count)
@@ -112,6 +135,8 @@ void Table::deleteRows(int row, int count)
     const auto first = m_cells.begin() + std::ptrdiff_t(row - 1) * m_fields;
     m_cells.erase(first, first + std::ptrdiff_t(count) * m_fields);
     m_rows -= count;
+    if (count > 0)
+        touch();
 }
 
 void Table::clearRow(int row)
@@ -119,7 +144,10 @@ void Table::clearRow(int row)
     if (row < 1 || row > m_rows)
         raiseOutOfRange();
     const auto first = m_cells.begin() + std::ptrdiff_t(row - 1) * m_fields;
-    std::fill(first, first + m_fields, Cell());
+    if (std::any_of(first, first + m_fields, [](const Cell &cell) { return !cell.isEmpty(); })) {
+        std::fill(first, first + m_fields, Cell());
+        touch();
+    }
 }
 
 int Table::find(int field, const Cell &value, int startRow) const

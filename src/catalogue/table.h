@@ -59,6 +59,13 @@ public:
     /// The first row from startRow on whose cell in field equals value; 0 when there is none.
     int find(int field, const Cell &value, int startRow = 1) const;
 
+    /// A number that changes whenever the table's contents or shape change (a cell written
+    /// with another value, rows inserted, deleted or moved by a sort, a re-dimension, a row
+    /// handed out by rowCells) and stays as it is otherwise. Numbers are unique across all
+    /// tables of the run, so a copy of a table has its source's number until either changes:
+    /// equal numbers mean equal contents.
+    quint64 generation() const { return m_generation; }
+
 private:
     void checkBounds(int row, int field) const;
     std::size_t index(int row, int field) const;
@@ -66,9 +73,13 @@ private:
     /// row first + k. The rows move in place, cycle by cycle, without a second table.
     void reorderRows(int first, const std::vector<int> &order);
 
+    /// Gives the table a new generation number.
+    void touch();
+
     int m_rows = 0;
     int m_fields = 0;
     std::vector<Cell> m_cells;
+    quint64 m_generation = 0;
 };
 
 } // namespace tarnwick

@@ -192,6 +192,7 @@ void Table::reorderRows(int first, const std::vector<int> &order)
     const std::size_t width = std::size_t(m_fields);
     std::vector<bool> placed(order.size(), false);
     std::vector<Cell> held(width);
+    bool touched = false;
     for (std::size_t start = 0; start < order.size(); ++start) {
         if (placed[start] || std::size_t(order[start] - first) == start) {
             placed[start] = true;
@@ -211,7 +212,11 @@ void Table::reorderRows(int first, const std::vector<int> &order)
             to = from;
         }
         std::move(held.begin(), held.end(), rowAt(to));
+        // Only a sort that moved a row changes the table.
+        touched = true;
     }
+    if (touched)
+        touch();
 }
 
 } // namespace tarnwick

@@ -2,11 +2,13 @@
 
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
+#include "catalogue/recoveryfile.h"
 #include "platform/appenvironment.h"
 #include "platform/iprompts.h"
 #include "products/productcommands.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -20,13 +22,14 @@ namespace tarnwick {
 
 namespace {
 const QString CatalogueTitle = QStringLiteral("Catalogue");
+const QString ProgramTitle = QStringLiteral("Tarnwick");
 const QString CloseAnywayQuestion =
     QStringLiteral("\n\nClose Tarnwick anyway? The changes made to the catalogue since Tarnwick "
                    "started would be lost.");
 } // namespace
 
 CatalogueLifecycle::CatalogueLifecycle(Module1 &module, IPrompts &prompts)
-    : m_module(module), m_prompts(prompts)
+    : m_module(module), m_prompts(prompts), m_recovery(module)
 {
 }
 
@@ -107,11 +110,105 @@ CatalogueWriteResult CatalogueLifecycle::save()
 bool CatalogueLifecycle::saveBeforeClose()
 {
     const CatalogueWriteResult saved = save();
-    if (saved.ok)
+    if (saved.ok) {
+        m_recovery.stop();
+        m_recovery.saved();
         return true;
+    }
     const QString text = saveFailedMessage(m_module.DataFile, saved.detail) + CloseAnywayQuestion;
     const int style = MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2;
-    return m_prompts.msgBox(text, style, CatalogueTitle) == MsgResult::Yes;
+    if (m_prompts.msgBox(text, style, CatalogueTitle) != MsgResult::Yes)
+        return false;
+    // Closing without the save: the changes stay in the recovery file for the next start.
+    m_recovery.stop();
+    m_recovery.writeNow();
+    return true;
+}
+
+bool CatalogueLifecycle::saveNow()
+{
+    const CatalogueWriteResult saved = save();
+    if (!saved.ok) {
+        reportSaveFailure(m_module.DataFile, saved.detail);
+        return false;
+    }
+    m_recovery.saved();
+    return true;
+}
+
+bool CatalogueLifecycle::saveCopy(const QString &path)
+{
+    const CatalogueWriteResult written = writeCatalogueCopy(
+        path, m_module.Catalogue(), m_module.AllProducts().Count(), m_module.locale());
+    if (!written.ok) {
+        reportSaveFailure(path, written.detail);
+        return false;
+    }
+    return true;
+}
+
+void CatalogueLifecycle::reportSaveFailure(const QString &path, const QString &detail)
+{
+    m_prompts.msgBox(saveFailedMessage(path, detail), MsgStyle::Exclamation, CatalogueTitle);
+}
+
+QString CatalogueLifecycle::recoveryQuestion(
+    const QString &when, int changed, int added, int deleted)
+{
+    const auto products = [](int number) {
+        return number == 1 ? QStringLiteral("1 product")
+                           : QStringLiteral("%1 products").arg(number);
+    };
+    return QStringLiteral("Tarnwick was not closed properly. Restore the changes made until %1?"
+                          "\n\n%2 changed, %3 added, %4 deleted.")
+        .arg(when, products(changed), QString::number(added), QString::number(deleted));
+}
+
+bool CatalogueLifecycle::offerRecovery()
+{
+    const QString path = recoveryFilePath(m_module.DataFile);
+    const QFileInfo file(path);
+    if (!file.isFile()) {
+        m_recovery.start();
+        return false;
+    }
+    const QDateTime when = file.lastModified();
+    Table recovered;
+    qint32 recoveredCount = 0;
+    const CatalogueReadResult read =
+        readCatalogueCopy(path, recovered, recoveredCount, m_module.locale());
+    const CatalogueChanges changes = compareCatalogues(
+        m_module.Catalogue(), m_module.AllProducts().Count(), recovered, recoveredCount);
+    if (read.status == CatalogueReadResult::Status::Ok && changes.changed == 0 && changes.added == 0
+        && changes.deleted == 0) {
+        // The last run ended between its save and removing the file: nothing to restore.
+        QFile::remove(path);
+        m_recovery.start();
+        return false;
+    }
+    const QString question =
+        recoveryQuestion(m_module.locale().toString(when, QLocale::ShortFormat), changes.changed,
+            changes.added, changes.deleted);
+    const bool restore = read.status == CatalogueReadResult::Status::Ok
+        && m_prompts.msgBox(question, MsgStyle::YesNo | MsgStyle::Question, ProgramTitle)
+            == MsgResult::Yes;
+    if (!restore) {
+        const QString kept = keepRecoveryFile(m_module.DataFile, when);
+        if (read.status != CatalogueReadResult::Status::Ok && !kept.isEmpty())
+            m_prompts.msgBox(QStringLiteral("The changes left by the last session could not be "
+                                            "read: %1. They are kept as \"%2\".")
+                                 .arg(read.detail, kept),
+                MsgStyle::Exclamation, ProgramTitle);
+        m_recovery.start();
+        return false;
+    }
+    m_module.Catalogue() = std::move(recovered);
+    m_module.AllProducts().setCount(recoveredCount);
+    ProductCommands::sortCatalogue(
+        m_module.Catalogue(), m_module.AllProducts(), ProductRecord::PartNumber, m_module.locale());
+    m_module.SortedByPart = true;
+    m_recovery.start(true);
+    return true;
 }
 
 QString CatalogueLifecycle::unreadMessage(

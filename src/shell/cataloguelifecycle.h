@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/cataloguefile.h"
+#include "catalogue/cataloguerecovery.h"
 
 #include <QString>
 
@@ -37,8 +38,28 @@ public:
     CatalogueWriteResult save();
 
     /// Shut-down: saves, and when the save fails asks whether to close all the same. Returns
-    /// true when the program may close (saved, or the user accepted losing the changes).
+    /// true when the program may close (saved, or the user accepted closing without the save:
+    /// the changes then stay in the recovery file, offered at the next start).
     bool saveBeforeClose();
+
+    /// File → Save: saves at once and reports a failure. True when saved.
+    bool saveNow();
+    /// File → Save As: writes a copy of the catalogue to path without changing which file
+    /// the program uses. A failure is reported; true when written.
+    bool saveCopy(const QString &path);
+
+    /// Keeps the changes not yet saved in the recovery file; started once the catalogue is
+    /// loaded (and after offerRecovery()).
+    CatalogueRecovery &recovery() { return m_recovery; }
+
+    /// Start-up, before the main window shows: when the last run left changes in the recovery
+    /// file, asks whether to restore them. Yes puts the recovered catalogue in place (marked
+    /// unsaved) and returns true; No keeps the file under a name of its own
+    /// ("twdata-recovered-<date>-<time>.dat"). Starts the recovery watch either way.
+    bool offerRecovery();
+
+    /// The question asked at start when the recovery file holds changes.
+    static QString recoveryQuestion(const QString &when, int changed, int added, int deleted);
 
     /// The message shown when the catalogue file could not be read completely.
     static QString unreadMessage(const QString &dataFile, const CatalogueReadResult &result);
@@ -55,6 +76,10 @@ private:
 
     Module1 &m_module;
     IPrompts &m_prompts;
+    /// Tells the user that a save (the catalogue or a copy) failed.
+    void reportSaveFailure(const QString &path, const QString &detail);
+
+    CatalogueRecovery m_recovery;
     bool m_readFailed = false;
     bool m_unreadFileKept = false;
     qint64 m_backgroundReadBytes = 4 * 1024 * 1024;

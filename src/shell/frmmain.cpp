@@ -15,6 +15,7 @@
 #include "shell/passwordlock.h"
 #include "shell/productgridcontroller.h"
 #include "shell/quotecontroller.h"
+#include "shell/savecontroller.h"
 #include "shell/shelldialogs.h"
 #include "shell/twips.h"
 #include "shell/windowsettings.h"
@@ -44,7 +45,8 @@ frmMain::frmMain(
       m_catalogue(module, services.prompts)
 {
     setObjectName(QStringLiteral("frmMain"));
-    setWindowTitle(QStringLiteral("Tarnwick"));
+    // "[*]" shows the desktop's mark for unsaved changes: "Tarnwick*".
+    setWindowTitle(QStringLiteral("Tarnwick[*]"));
     m_ui.setupUi(this);
     m_actions = std::make_unique<MainWindowActions>(this);
     m_grid =
@@ -54,6 +56,7 @@ frmMain::frmMain(
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
     m_exchange = new ExchangeController(services, module, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
+    m_save = new SaveController(services, module, m_catalogue, *m_grid, m_ui, this);
     connectHandlers();
     watchMouse();
     exposeObjectNames(this);
@@ -61,6 +64,7 @@ frmMain::frmMain(
 
 frmMain::~frmMain()
 {
+    m_catalogue.recovery().stop();
     // The handlers stop before any child goes: a child's destruction sends focus and hide
     // events that would otherwise reach this half-destroyed window and its controllers.
     disconnect(m_focusConnection);
@@ -304,6 +308,17 @@ void frmMain::savePlacement()
         settingsToSave(m_startStored, m_startApplied, currentSettings()), m_module.locale());
 }
 
+void frmMain::offerRecovery()
+{
+    m_save->offerRecovery();
+}
+
+void frmMain::sessionEnding()
+{
+    if (m_loaded && !m_unloaded)
+        m_save->sessionEnding();
+}
+
 void frmMain::showme()
 {
     if (isMinimized())
@@ -531,11 +546,11 @@ void frmMain::mnuFileNew_Click()
 }
 void frmMain::mnuFileSave_Click()
 {
-    addCodeMessage("mnuFileSave_Click");
+    m_save->save();
 }
 void frmMain::mnuFileSaveAs_Click()
 {
-    addCodeMessage("mnuFileSaveAs_Click");
+    m_save->saveAs();
 }
 void frmMain::mnuFileSaveAll_Click()
 {

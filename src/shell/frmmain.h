@@ -21,6 +21,7 @@ struct AppServices;
 class IShellDialogs;
 class DocumentsController;
 class ExchangeController;
+class SaveController;
 class MainWindowActions;
 class Module1;
 class ProductGridController;
@@ -45,6 +46,12 @@ public:
     /// been loaded all the same (so a bad setting never costs the user their products).
     std::optional<VbError> Form_Load();
 
+    /// Start-up, after the password and before the window shows: offers the changes a run
+    /// that did not end cleanly left in the recovery file, then keeps that file up to date.
+    void offerRecovery();
+    /// The desktop session ends (log-out): the recovery file takes every change at once.
+    void sessionEnding();
+
     /// Shows the main window (restoring it when minimised).
     void showme();
     /// Lays out the panes by the window's layout rule.
@@ -56,6 +63,8 @@ public:
     QuoteController &quote() const { return *m_quote; }
     DocumentsController &documents() const { return *m_documents; }
     ExchangeController &exchange() const { return *m_exchange; }
+    SaveController &saving() const { return *m_save; }
+    CatalogueLifecycle &catalogue() { return m_catalogue; }
     qint16 screenSplit() const { return m_screenSplit; }
     qint16 colwidth() const { return m_colwidth; }
     /// Twips per pixel of this window (15 at 96 dpi).
@@ -153,6 +162,7 @@ private:
     QuoteController *m_quote = nullptr;
     DocumentsController *m_documents = nullptr;
     ExchangeController *m_exchange = nullptr;
+    SaveController *m_save = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
     QMetaObject::Connection m_focusConnection;

@@ -27,7 +27,8 @@ void frmMain::loadCaptions()
 {
     LoadNumberedCaptions(this);
     QAction *about = m_actions->action(QStringLiteral("mnuHelpAbout"));
-    about->setText(about->text() + windowTitle());
+    // The title without the mark for unsaved changes ("[*]").
+    about->setText(about->text() + windowTitle().remove(QStringLiteral("[*]")));
 }
 
 void frmMain::mnuHelpContents_Click()

@@ -12,6 +12,7 @@
 #include "shell/shelldialogs.h"
 #include "shell/windowsettings.h"
 
+#include <QCloseEvent>
 #include <QFrame>
 #include <QLabel>
 #include <QTimer>
@@ -97,6 +98,13 @@ void FrmSplash1::Form_Load()
     m_mainLoaded = true;
     if (error)
         reportStartError(*error);
+    if (!password.isEmpty() && m_closeRequested) {
+        // Closed before the password was asked: nothing was changed, so nothing is written.
+        m_ended = true;
+        m_main.reset();
+        close();
+        return;
+    }
     if (!password.isEmpty()) {
         // Nothing of the catalogue shows while the prompt is up: the tick wait ends here.
         m_timer->stop();
@@ -109,9 +117,11 @@ void FrmSplash1::Form_Load()
             return;
         }
     }
+    // Changes a run that did not end cleanly left behind are offered before the catalogue shows.
+    m_main->offerRecovery();
     // After a start error or a password, the main window is shown at once; otherwise the start
-    // finishes once the tick counter reaches 15.
-    if (error || !password.isEmpty())
+    // finishes once the tick counter reaches 15; a close asked for meanwhile ends it at once.
+    if (error || !password.isEmpty() || m_closeRequested)
         finishStart();
 }
 
@@ -133,9 +143,43 @@ void FrmSplash1::finishStart()
         return;
     m_finished = true;
     m_timer->stop();
-    m_main->show();
+    frmMain *main = m_main.get();
+    // A close asked for during the start is carried out now, as the main window's own close
+    // (which saves), without showing it first.
+    if (!m_closeRequested)
+        main->show();
     close();
     Q_EMIT started();
+    if (m_closeRequested)
+        main->close();
+}
+
+void FrmSplash1::requestClose()
+{
+    if (m_finished || m_ended)
+        return;
+    m_closeRequested = true;
+    // The main window has loaded and the splash only waits for its ticks: the start finishes
+    // now, once the close event that asked for it is done.
+    if (m_mainLoaded && m_main)
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (m_main && !m_finished && !m_ended)
+                    finishStart();
+            },
+            Qt::QueuedConnection);
+}
+
+void FrmSplash1::closeEvent(QCloseEvent *event)
+{
+    // While the program starts, closing the splash closes the program once the start is done.
+    if (!m_finished && !m_ended) {
+        requestClose();
+        event->ignore();
+        return;
+    }
+    QWidget::closeEvent(event);
 }
 
 void FrmSplash1::reportStartError(const VbError &error)

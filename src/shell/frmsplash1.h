@@ -48,6 +48,12 @@ public:
     /// The main window, handed over to the caller once the start has finished.
     std::unique_ptr<frmMain> takeMainWindow();
 
+    /// Asks the program to close while it is still starting (the splash's close button, the
+    /// desktop ending the session): the close is carried out, through the main window's own
+    /// close, as soon as the start has finished. True when the close was taken.
+    void requestClose();
+    bool closeRequested() const { return m_closeRequested; }
+
     static QString installErrorTitle(int errorNumber);
     static QString problemMessage(int errorNumber);
     static const QString InstallErrorMessage;
@@ -55,6 +61,9 @@ public:
 Q_SIGNALS:
     /// The main window is shown and the splash has closed.
     void started();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
 
 private Q_SLOTS:
     void Timer1_Timer();
@@ -71,6 +80,7 @@ private:
     qint16 m_ticks = 0;
     bool m_ended = false;
     bool m_finished = false;
+    bool m_closeRequested = false;
     bool m_mainLoaded = false; ///< frmMain's Form_Load has returned
 };
 

@@ -93,6 +93,8 @@ void MainWindowActions::createMenuBar(QMainWindow *window)
     addMenu(bar->addMenu(QStringLiteral("1026")), QStringLiteral("mnuHelp"), HelpItems);
     action(QStringLiteral("mnuEditCopy"))->setShortcut(QKeySequence::Copy);
     action(QStringLiteral("mnuFileExit"))->setShortcut(QKeySequence::Quit);
+    action(QStringLiteral("mnuFileSave"))->setShortcut(QKeySequence::Save);
+    action(QStringLiteral("mnuFileSaveAs"))->setShortcut(QKeySequence::SaveAs);
     action(QStringLiteral("mnuHelpContents"))->setShortcut(QKeySequence::HelpContents);
 }
 

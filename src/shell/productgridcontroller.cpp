@@ -296,6 +296,42 @@ void ProductGridController::storePendingEdit()
         writeBackRow(currentBookmark());
 }
 
+int ProductGridController::pendingRow(Table &row) const
+{
+    const int at = currentBookmark();
+    const Table &catalogue = m_module.Catalogue();
+    if (!editMode() || at < 1 || at > catalogue.rowCount())
+        return 0;
+    const SideBoxTexts boxes { m_ui.TxtPrice->text(), m_ui.Txtincludes->toPlainText(),
+        m_ui.Txtnotes->toPlainText() };
+    Table shownSchedule(ProductRecord::PricePointCount, ScheduleFields);
+    PriceSchedule::PriceUpdate(catalogue, at, shownSchedule);
+    const SideBoxTexts shown = ProductRow::sideBoxes(catalogue, at, m_module.locale());
+    const Table &schedule = m_module.ScheduleTable();
+    bool scheduleShown = schedule.rowCount() == shownSchedule.rowCount()
+        && schedule.fieldCount() == shownSchedule.fieldCount();
+    for (int r = 1; scheduleShown && r <= schedule.rowCount(); ++r) {
+        for (int f = 1; scheduleShown && f <= schedule.fieldCount(); ++f)
+            scheduleShown = schedule.get(r, f) == shownSchedule.get(r, f);
+    }
+    if (scheduleShown && boxes.price == shown.price && boxes.includes == shown.includes
+        && boxes.notes == shown.notes)
+        return 0;
+    for (int field = 1; field <= ProductRecord::FieldCount; ++field)
+        row.put(1, field, catalogue.get(at, field));
+    Table scheduleCopy = schedule;
+    ProductRow::writeBack(row, 1, boxes, scheduleCopy, m_module.locale());
+    return at;
+}
+
+void ProductGridController::catalogueReplaced()
+{
+    m_gridModel->reload();
+    if (m_gridModel->rowCount() > 0)
+        moveToRow(0);
+    showCurrentRow();
+}
+
 void ProductGridController::insertProduct()
 {
     const int current = currentBookmark();

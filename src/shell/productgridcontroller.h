@@ -18,6 +18,7 @@ class IShellDialogs;
 class Module1;
 class ProductGridModel;
 class ScheduleModel;
+class Table;
 
 /// The product grid with its side boxes and the product commands that work on them: showing
 /// the current row, writing the side boxes back when a row is left in edit mode, sorting on a
@@ -58,6 +59,13 @@ public:
     void commitCurrentRow();
     /// Unload: stores the pending edit when the "Edit" button is pressed.
     void storePendingEdit();
+    /// The product being edited as storing its side boxes and schedule would leave it, in row
+    /// 1 of row (one row, fifteen fields), and its catalogue row; 0 while no product is being
+    /// edited or its boxes show what it holds. The recovery file keeps such edits.
+    int pendingRow(Table &row) const;
+    /// The catalogue was replaced as a whole (changes restored at start): shows it again from
+    /// its first product.
+    void catalogueReplaced();
     void insertProduct();
     void deleteProduct();
     void deleteAllProducts();

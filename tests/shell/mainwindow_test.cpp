@@ -74,9 +74,9 @@ TEST_F(MainWindowTest, TheToolbarHasItsKeysAndToolTips)
 TEST_F(MainWindowTest, TemplateMenuItemsAskForTheirCode)
 {
     frmMain *window = startAndWait();
-    const QStringList handlers { "mnuFileNew", "mnuFileSave", "mnuFileSaveAs", "mnuFileSaveAll",
-        "mnuFileProperties", "mnuFileSend", "mnuEditUndo", "mnuEditCut", "mnuEditPaste",
-        "mnuEditPasteSpecial", "mnuViewRefresh", "mnuViewWebBrowser" };
+    const QStringList handlers { "mnuFileNew", "mnuFileSaveAll", "mnuFileProperties", "mnuFileSend",
+        "mnuEditUndo", "mnuEditCut", "mnuEditPaste", "mnuEditPasteSpecial", "mnuViewRefresh",
+        "mnuViewWebBrowser" };
     for (const QString &name : handlers)
         window->actions().action(name)->trigger();
     QStringList expected;
@@ -86,11 +86,13 @@ TEST_F(MainWindowTest, TemplateMenuItemsAskForTheirCode)
     EXPECT_EQ(fakes->prompts.shown().front().style, MsgStyle::OkOnly);
 }
 
-TEST_F(MainWindowTest, TheSaveButtonLeadsToTheSameMessage)
+TEST_F(MainWindowTest, TheSaveButtonSavesTheCatalogueAtOnce)
 {
     frmMain *window = startAndWait();
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata.dat")));
     window->actions().button(QStringLiteral("Save"))->trigger();
-    EXPECT_EQ(fakes->prompts.texts(), QStringList { "Add 'mnuFileSave_Click' code." });
+    EXPECT_TRUE(fakes->prompts.texts().isEmpty());
+    EXPECT_TRUE(folder.exists(QStringLiteral("twdata.dat")));
 }
 
 TEST_F(MainWindowTest, TheHelpButtonOpensTheHelpFileAtMain)

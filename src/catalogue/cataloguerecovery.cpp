@@ -1,0 +1,194 @@
+#include "catalogue/cataloguerecovery.h"
+
+#include "catalogue/module1.h"
+#include "catalogue/productrecord.h"
+#include "catalogue/recoveryfile.h"
+#include "catalogue/table.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QThread>
+
+namespace tarnwick {
+
+CatalogueRecovery::CatalogueRecovery(Module1 &module, QObject *parent)
+    : QObject(parent), m_module(module)
+{
+    m_timer.setInterval(250);
+    connect(&m_timer, &QTimer::timeout, this, &CatalogueRecovery::check);
+}
+
+CatalogueRecovery::~CatalogueRecovery()
+{
+    waitForWrite();
+}
+
+QString CatalogueRecovery::path() const
+{
+    return recoveryFilePath(m_module.DataFile);
+}
+
+void CatalogueRecovery::setIntervals(int checkMilliseconds, int writeMilliseconds)
+{
+    m_timer.setInterval(checkMilliseconds);
+    m_writeInterval = writeMilliseconds;
+}
+
+void CatalogueRecovery::start(bool unsaved)
+{
+    m_savedState = currentState();
+    // Recovered changes are written again at once: the file then holds them as this run
+    // keeps them (sorted, in this run's form).
+    m_writtenState = unsaved ? State { 0, 0 } : m_savedState;
+    m_forcedUnsaved = unsaved;
+    m_fileExists = QFileInfo::exists(path());
+    setModified(unsaved);
+    m_sinceWrite.invalidate();
+    m_timer.start();
+}
+
+void CatalogueRecovery::stop()
+{
+    m_timer.stop();
+    waitForWrite();
+}
+
+int CatalogueRecovery::pendingRow(Table &row) const
+{
+    if (!m_pendingRow)
+        return 0;
+    row.redim(1, ProductRecord::FieldCount);
+    const int at = m_pendingRow(row);
+    const Table &catalogue = m_module.Catalogue();
+    if (at < 1 || at > catalogue.rowCount() || catalogue.fieldCount() != row.fieldCount())
+        return 0;
+    for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
+        if (!(row.get(1, field) == catalogue.get(at, field)))
+            return at;
+    }
+    return 0;
+}
+
+CatalogueRecovery::State CatalogueRecovery::currentState() const
+{
+    State state { m_module.Catalogue().generation(), 0 };
+    Table row;
+    const int at = pendingRow(row);
+    if (at > 0) {
+        size_t digest = qHash(at);
+        for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
+            const Cell &cell = row.get(1, field);
+            digest = qHashMulti(digest, int(cell.kind()), cell.asText(), cell.asNumber());
+        }
+        state.pendingEdit = digest == 0 ? 1 : digest;
+    }
+    return state;
+}
+
+void CatalogueRecovery::setModified(bool modified)
+{
+    if (m_modified == modified)
+        return;
+    m_modified = modified;
+    Q_EMIT modifiedChanged(modified);
+}
+
+void CatalogueRecovery::check()
+{
+    const State now = currentState();
+    setModified(m_forcedUnsaved || !(now == m_savedState));
+    if (m_worker || now == m_writtenState)
+        return;
+    if (now == m_savedState && !m_forcedUnsaved && !m_fileExists)
+        return;
+    // Changes are written at most once per write interval: a burst of typing costs one write.
+    if (m_sinceWrite.isValid() && m_sinceWrite.elapsed() < m_writeInterval)
+        return;
+    startWrite();
+}
+
+std::unique_ptr<Table> CatalogueRecovery::snapshot() const
+{
+    auto copy = std::make_unique<Table>(m_module.Catalogue());
+    Table row;
+    if (const int at = pendingRow(row); at > 0) {
+        for (int field = 1; field <= ProductRecord::FieldCount; ++field)
+            copy->put(at, field, row.get(1, field));
+    }
+    return copy;
+}
+
+void CatalogueRecovery::startWrite()
+{
+    m_writingState = currentState();
+    m_writing = snapshot();
+    m_sinceWrite.start();
+    const QString target = path();
+    const qint32 count = m_module.AllProducts().Count();
+    const QLocale locale = m_module.locale();
+    const Table *table = m_writing.get();
+    m_worker.reset(QThread::create([this, target, table, count, locale] {
+        m_writeResult = writeCatalogueCopy(target, *table, count, locale);
+    }));
+    connect(m_worker.get(), &QThread::finished, this, &CatalogueRecovery::writeFinished,
+        Qt::QueuedConnection);
+    m_worker->start(QThread::LowPriority);
+}
+
+void CatalogueRecovery::writeFinished()
+{
+    if (!m_worker)
+        return;
+    m_worker->wait();
+    m_worker.reset();
+    m_writing.reset();
+    if (m_writeResult.ok) {
+        m_writtenState = m_writingState;
+        m_fileExists = true;
+        m_lastError.clear();
+        Q_EMIT written();
+    } else if (m_lastError != m_writeResult.detail) {
+        m_lastError = m_writeResult.detail;
+        Q_EMIT writeFailed(m_lastError);
+    }
+}
+
+void CatalogueRecovery::waitForWrite()
+{
+    if (m_worker)
+        writeFinished();
+}
+
+bool CatalogueRecovery::writeNow()
+{
+    waitForWrite();
+    const State now = currentState();
+    if (now == m_writtenState && (m_fileExists || !m_modified))
+        return true;
+    const std::unique_ptr<Table> copy = snapshot();
+    const CatalogueWriteResult result =
+        writeCatalogueCopy(path(), *copy, m_module.AllProducts().Count(), m_module.locale());
+    if (!result.ok) {
+        m_lastError = result.detail;
+        return false;
+    }
+    m_writtenState = now;
+    m_fileExists = true;
+    m_lastError.clear();
+    return true;
+}
+
+void CatalogueRecovery::saved()
+{
+    waitForWrite();
+    // The pending edits were stored into the catalogue before the save.
+    m_savedState = currentState();
+    m_writtenState = m_savedState;
+    m_forcedUnsaved = false;
+    QFile::remove(path());
+    m_fileExists = false;
+    setModified(false);
+}
+
+} // namespace tarnwick

@@ -1,0 +1,135 @@
+#include "catalogue/recoveryfile.h"
+
+#include "catalogue/cataloguereader.h"
+#include "catalogue/cataloguewriter.h"
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "core/vberror.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+
+namespace tarnwick {
+
+namespace {
+
+QString sideFileName(const QString &dataFile, const QString &infix, const QString &stamp)
+{
+    const QFileInfo data(dataFile);
+    const QString suffix = data.suffix().isEmpty() ? QStringLiteral("dat") : data.suffix();
+    return data.dir().filePath(data.completeBaseName() + infix + stamp + QLatin1Char('.') + suffix);
+}
+
+bool sameProduct(const Table &a, int rowA, const Table &b, int rowB)
+{
+    for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
+        if (!(a.get(rowA, field) == b.get(rowB, field)))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+QString recoveryFilePath(const QString &dataFile)
+{
+    return sideFileName(dataFile, QStringLiteral("-recovery"), QString());
+}
+
+CatalogueWriteResult writeCatalogueCopy(
+    const QString &path, const Table &table, qint32 count, const QLocale &locale)
+{
+    CatalogueStreamResult content;
+    const auto writeContent = [&](QFileDevice &file) {
+        CatalogueFileSink sink(file);
+        content = streamCatalogueFile(table, locale, count, sink);
+        return content.ok && sink.finish();
+    };
+    CatalogueWriteResult result;
+    try {
+        result = writeCatalogueFile(path, writeContent, {}, BackupRule::NoBackup);
+    } catch (const VbError &error) {
+        result = {};
+        result.ok = false;
+        result.detail = QStringLiteral("its table cannot be read (error %1)").arg(error.number());
+        return result;
+    }
+    if (result.ok)
+        result.rowsWritten = content.rowsWritten;
+    return result;
+}
+
+CatalogueReadResult readCatalogueCopy(
+    const QString &path, Table &table, qint32 &count, const QLocale &locale)
+{
+    CatalogueReadResult result;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        result.status = QFileInfo::exists(path) ? CatalogueReadResult::Status::Failed
+                                                : CatalogueReadResult::Status::Missing;
+        result.errorNumber = ErrorNumber::DeviceIOError;
+        result.detail = file.errorString();
+        return result;
+    }
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        result.status = CatalogueReadResult::Status::Failed;
+        result.errorNumber = ErrorNumber::DeviceIOError;
+        result.detail = file.errorString();
+        return result;
+    }
+    table.redim(0, ProductRecord::FieldCount);
+    CatalogueReader reader(table, locale);
+    result = reader.read(std::move(bytes));
+    count = result.rowsRead;
+    table.redimPreserve(count, ProductRecord::FieldCount);
+    return result;
+}
+
+CatalogueChanges compareCatalogues(
+    const Table &saved, qint32 savedCount, const Table &recovered, qint32 recoveredCount)
+{
+    const int savedRows = std::min(savedCount, qint32(saved.rowCount()));
+    const int recoveredRows = std::min(recoveredCount, qint32(recovered.rowCount()));
+    // Part numbers are compared as the cells hold them; a part number that appears twice is
+    // matched with its occurrences in order.
+    QMultiHash<QString, int> savedRowsByPart;
+    for (int row = savedRows; row >= 1; --row)
+        savedRowsByPart.insert(saved.get(row, ProductRecord::PartNumber).asText(), row);
+    CatalogueChanges changes;
+    for (int row = 1; row <= recoveredRows; ++row) {
+        const QString part = recovered.get(row, ProductRecord::PartNumber).asText();
+        const auto match = savedRowsByPart.find(part);
+        if (match == savedRowsByPart.end()) {
+            ++changes.added;
+            continue;
+        }
+        if (!sameProduct(saved, match.value(), recovered, row))
+            ++changes.changed;
+        savedRowsByPart.erase(match);
+    }
+    changes.deleted = int(savedRowsByPart.size());
+    return changes;
+}
+
+QString keepRecoveryFile(const QString &dataFile, const QDateTime &when)
+{
+    const QString recovery = recoveryFilePath(dataFile);
+    const QString stamp = when.toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    for (int attempt = 1; attempt <= 1000; ++attempt) {
+        QString kept = sideFileName(dataFile, QStringLiteral("-recovered-"), stamp);
+        if (attempt > 1)
+            kept = sideFileName(dataFile, QStringLiteral("-recovered-"),
+                stamp + QLatin1Char('-') + QString::number(attempt));
+        if (QFileInfo::exists(kept))
+            continue;
+        if (QFile::rename(recovery, kept))
+            return QDir::toNativeSeparators(kept);
+        return {};
+    }
+    return {};
+}
+
+} // namespace tarnwick

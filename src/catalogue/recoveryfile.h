@@ -1,0 +1,47 @@
+#pragma once
+
+#include "catalogue/cataloguefile.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+
+namespace tarnwick {
+
+class Table;
+
+/// The file that keeps the changes not yet saved, beside the catalogue file:
+/// "twdata-recovery.dat" beside "twdata.dat". It holds a whole catalogue in the catalogue
+/// file's own form; a save and a normal close remove it, so finding it at start means the
+/// last run did not end cleanly.
+QString recoveryFilePath(const QString &dataFile);
+
+/// Writes every product of table as a catalogue file at path, safely (a temporary file that
+/// is flushed to the disk, then renamed), without touching any backup: the recovery file and
+/// the copies the user asks for.
+CatalogueWriteResult writeCatalogueCopy(
+    const QString &path, const Table &table, qint32 count, const QLocale &locale);
+
+/// Reads a catalogue file into table, which is re-dimensioned to the products read; count
+/// receives their number. The result says whether the whole file was read.
+CatalogueReadResult readCatalogueCopy(
+    const QString &path, Table &table, qint32 &count, const QLocale &locale);
+
+/// How a recovered catalogue differs from the saved one, product by product (by part number).
+struct CatalogueChanges
+{
+    int changed = 0;
+    int added = 0;
+    int deleted = 0;
+};
+
+/// Compares the products of recovered (rows 1..recoveredCount) with those of saved.
+CatalogueChanges compareCatalogues(
+    const Table &saved, qint32 savedCount, const Table &recovered, qint32 recoveredCount);
+
+/// Keeps the recovery file under a name no later run uses,
+/// "twdata-recovered-20261125-140512.dat" with the given time, and returns that path; an
+/// empty text when it could not be renamed.
+QString keepRecoveryFile(const QString &dataFile, const QDateTime &when);
+
+} // namespace tarnwick

@@ -1,0 +1,88 @@
+#include "shell/savecontroller.h"
+
+#include "catalogue/module1.h"
+#include "platform/appenvironment.h"
+#include "platform/appservices.h"
+#include "platform/ifiledialogs.h"
+#include "shell/cataloguelifecycle.h"
+#include "shell/gridview.h"
+#include "shell/mainwindowui.h"
+#include "shell/productgridcontroller.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMainWindow>
+
+namespace tarnwick {
+
+namespace {
+const QString CopyFilter = QStringLiteral("Catalogue Files (*.dat)|*.dat|All Files (*.*)|*.*");
+} // namespace
+
+SaveController::SaveController(const AppServices &services, Module1 &module,
+    CatalogueLifecycle &catalogue, ProductGridController &grid, MainWindowUi &ui,
+    QMainWindow *window)
+    : QObject(window), m_services(services), m_module(module), m_catalogue(catalogue), m_grid(grid),
+      m_ui(ui), m_window(window)
+{
+    CatalogueRecovery &recovery = m_catalogue.recovery();
+    recovery.setPendingRow([this](Table &row) { return m_grid.pendingRow(row); });
+    connect(
+        &recovery, &CatalogueRecovery::modifiedChanged, m_window, &QMainWindow::setWindowModified);
+    connect(&recovery, &CatalogueRecovery::writeFailed, this, [this](const QString &detail) {
+        m_ui.sbPanel1->setText(
+            QStringLiteral("Unsaved changes cannot be kept safe: %1. Save the catalogue.")
+                .arg(detail));
+    });
+}
+
+void SaveController::storeEdits()
+{
+    m_ui.GrdMain->commitPendingEdit();
+    m_grid.storePendingEdit();
+}
+
+void SaveController::save()
+{
+    storeEdits();
+    if (m_catalogue.saveNow())
+        m_ui.sbPanel1->setText(QStringLiteral("Catalogue saved"));
+}
+
+void SaveController::saveAs()
+{
+    FileDialogRequest request;
+    request.title = QStringLiteral("Save a Copy of the Catalogue");
+    request.filter = CopyFilter;
+    request.initialFolder = m_services.environment.appFolder();
+    request.fileName = QStringLiteral("twdata-copy.dat");
+    const std::optional<FileDialogResult> chosen = m_services.fileDialogs.getSaveFile(request);
+    if (!chosen || chosen->path.isEmpty())
+        return;
+    storeEdits();
+    // The program's own file chosen as the copy is simply saved, with its backup.
+    if (QFileInfo(chosen->path).absoluteFilePath()
+        == QFileInfo(m_module.DataFile).absoluteFilePath()) {
+        save();
+        return;
+    }
+    if (m_catalogue.saveCopy(chosen->path))
+        m_ui.sbPanel1->setText(
+            QStringLiteral("Copy saved as %1").arg(QDir::toNativeSeparators(chosen->path)));
+}
+
+void SaveController::offerRecovery()
+{
+    if (m_catalogue.offerRecovery())
+        m_grid.catalogueReplaced();
+    m_window->setWindowModified(m_catalogue.recovery().isModified());
+}
+
+void SaveController::sessionEnding()
+{
+    storeEdits();
+    m_catalogue.recovery().writeNow();
+}
+
+} // namespace tarnwick

@@ -1,0 +1,291 @@
+// The recovery file keeps the changes not yet saved: the table notices every change, the
+// copy is written whole beside the catalogue, compared with the saved products and kept under
+// a name of its own when the user does not restore it.
+#include "catalogue/cataloguerecovery.h"
+#include "catalogue/module1.h"
+#include "catalogue/recoveryfile.h"
+
+#include "cataloguefixture.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+
+namespace tarnwick::test {
+namespace {
+
+TEST(TableGenerationTest, ChangesOnlyWhenTheContentsChange)
+{
+    const QLocale locale(QLocale::English, QLocale::UnitedStates);
+    Table table(3, 2);
+    table.put(1, 1, QStringLiteral("B"));
+    table.put(2, 1, QStringLiteral("A"));
+    table.put(3, 1, QStringLiteral("C"));
+    quint64 before = table.generation();
+
+    table.put(1, 1, QStringLiteral("B"));
+    EXPECT_EQ(table.generation(), before) << "the same value written back is no change";
+    table.put(1, 2, Cell(1.5));
+    EXPECT_NE(table.generation(), before);
+
+    before = table.generation();
+    table.sortRows(1, 3, 1, Table::SortKind::Text, locale);
+    EXPECT_NE(table.generation(), before) << "a sort that moves rows";
+    before = table.generation();
+    table.sortRows(1, 3, 1, Table::SortKind::Text, locale);
+    EXPECT_EQ(table.generation(), before) << "a sort that moves nothing";
+
+    const Table copy = table;
+    EXPECT_EQ(copy.generation(), table.generation()) << "a copy holds the same contents";
+
+    before = table.generation();
+    table.insertRows(2);
+    EXPECT_NE(table.generation(), before);
+    before = table.generation();
+    table.clearRow(2); // already empty
+    EXPECT_EQ(table.generation(), before);
+    table.deleteRows(2);
+    EXPECT_NE(table.generation(), before);
+    before = table.generation();
+    table.redimPreserve(4, 2);
+    EXPECT_NE(table.generation(), before);
+}
+
+class RecoveryFileTest : public CatalogueFixture
+{
+protected:
+    void fill(Table &table, const QList<QStringList> &rows)
+    {
+        table.redim(int(rows.size()), 15);
+        for (int row = 1; row <= rows.size(); ++row) {
+            const QStringList &fields = rows[row - 1];
+            for (int field = 1; field <= fields.size(); ++field)
+                table.put(row, field, fields[field - 1]);
+        }
+    }
+};
+
+TEST_F(RecoveryFileTest, LivesBesideTheCatalogueFile)
+{
+    EXPECT_EQ(recoveryFilePath(dataFile()), folder.filePath(QStringLiteral("twdata-recovery.dat")));
+}
+
+TEST_F(RecoveryFileTest, CopyHoldsTheSameBytesAsASaveAndTouchesNoBackup)
+{
+    writeDataFile(productLine({ "OLD-1", "Old" }));
+    fill(catalogue, { { "P-1", "Pump", "12.5" }, { "P-2", "Valve\r\nbrass", "3" } });
+    const QString copy = folder.filePath(QStringLiteral("copy.dat"));
+
+    const CatalogueWriteResult written = writeCatalogueCopy(copy, catalogue, 2, locale);
+
+    ASSERT_TRUE(written.ok) << written.detail.toStdString();
+    EXPECT_EQ(written.rowsWritten, 2);
+    EXPECT_EQ(folder.fileNames(), QStringList({ "copy.dat", "twdata.dat" }));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("copy.dat")), dataFileBytes());
+}
+
+TEST_F(RecoveryFileTest, ACopyThatCannotBeWrittenLeavesTheOldFileAndSaysWhy)
+{
+    const QString file = folder.filePath(QStringLiteral("plain-file"));
+    folder.writeFile(QStringLiteral("plain-file"), "x");
+    fill(catalogue, { { "P-1", "Pump" } });
+
+    const CatalogueWriteResult written =
+        writeCatalogueCopy(file + QStringLiteral("/copy.dat"), catalogue, 1, locale);
+
+    EXPECT_FALSE(written.ok);
+    EXPECT_FALSE(written.detail.isEmpty());
+    EXPECT_EQ(folder.readFile(QStringLiteral("plain-file")), "x");
+}
+
+TEST_F(RecoveryFileTest, ReadsACopyBackIntoATableOfItsSize)
+{
+    folder.writeFile(QStringLiteral("copy.dat"),
+        productLine({ "P-1", "Pump", "12.5" }) + productLine({ "P-2", "Valve" }));
+    Table table(1000, 15);
+    qint32 count = -1;
+
+    const CatalogueReadResult read =
+        readCatalogueCopy(folder.filePath(QStringLiteral("copy.dat")), table, count, locale);
+
+    EXPECT_EQ(read.status, CatalogueReadResult::Status::Ok);
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(table.rowCount(), 2);
+    EXPECT_EQ(table.get(2, 2).asText(), QStringLiteral("Valve"));
+    EXPECT_FLOAT_EQ(float(table.get(1, 3).asNumber()), 12.5f);
+}
+
+TEST_F(RecoveryFileTest, CountsChangedAddedAndDeletedProductsByPartNumber)
+{
+    Table saved;
+    fill(saved, { { "A", "Alpha", "1" }, { "B", "Beta", "2" }, { "C", "Gamma", "3" } });
+    Table recovered;
+    // B's name changed, C deleted, D and E added, the order differs.
+    fill(recovered,
+        { { "E", "Epsilon" }, { "B", "Beta two", "2" }, { "A", "Alpha", "1" }, { "D", "Delta" } });
+
+    const CatalogueChanges changes = compareCatalogues(saved, 3, recovered, 4);
+
+    EXPECT_EQ(changes.changed, 1);
+    EXPECT_EQ(changes.added, 2);
+    EXPECT_EQ(changes.deleted, 1);
+    const CatalogueChanges none = compareCatalogues(saved, 3, saved, 3);
+    EXPECT_EQ(none.changed + none.added + none.deleted, 0);
+}
+
+TEST_F(RecoveryFileTest, IsKeptUnderANameOfItsOwnThatNoLaterRunUses)
+{
+    const QDateTime when(QDate(2026, 11, 25), QTime(14, 5, 12));
+    folder.writeFile(QStringLiteral("twdata-recovery.dat"), "first");
+
+    const QString kept = keepRecoveryFile(dataFile(), when);
+
+    EXPECT_EQ(kept,
+        QDir::toNativeSeparators(
+            folder.filePath(QStringLiteral("twdata-recovered-20261125-140512.dat"))));
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata-recovery.dat")));
+    folder.writeFile(QStringLiteral("twdata-recovery.dat"), "second");
+    EXPECT_TRUE(keepRecoveryFile(dataFile(), when).endsWith(QStringLiteral("-140512-2.dat")));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata-recovered-20261125-140512.dat")), "first");
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata-recovered-20261125-140512-2.dat")), "second");
+    EXPECT_TRUE(keepRecoveryFile(dataFile(), when).isEmpty()) << "nothing left to keep";
+}
+
+class CatalogueRecoveryTest : public ::testing::Test
+{
+protected:
+    CatalogueRecoveryTest()
+    {
+        module.DataFile = folder.filePath(QStringLiteral("twdata.dat"));
+        Table &table = module.Catalogue();
+        table.redim(2, 15);
+        table.put(1, 1, QStringLiteral("A-1"));
+        table.put(1, 2, QStringLiteral("Anchor"));
+        table.put(2, 1, QStringLiteral("B-2"));
+        table.put(2, 2, QStringLiteral("Bolt"));
+        module.AllProducts().setCount(2);
+        recovery.setIntervals(5, 0);
+    }
+
+    QString recoveryPath() const { return folder.filePath(QStringLiteral("twdata-recovery.dat")); }
+    /// The products the recovery file holds, as read back.
+    Table readRecovery()
+    {
+        Table table;
+        qint32 count = 0;
+        EXPECT_EQ(readCatalogueCopy(recoveryPath(), table, count, locale).status,
+            CatalogueReadResult::Status::Ok);
+        return table;
+    }
+
+    TempAppFolder folder;
+    FakePrompts prompts;
+    AppEnvironment environment = folder.environment();
+    QLocale locale { QLocale::English, QLocale::UnitedStates };
+    Module1 module { prompts, environment, locale };
+    CatalogueRecovery recovery { module };
+};
+
+TEST_F(CatalogueRecoveryTest, WritesAChangeToTheRecoveryFileAndMarksItUnsaved)
+{
+    QSignalSpy written(&recovery, &CatalogueRecovery::written);
+    QSignalSpy modified(&recovery, &CatalogueRecovery::modifiedChanged);
+    recovery.start();
+    EXPECT_FALSE(recovery.isModified());
+
+    module.Catalogue().put(2, 2, QStringLiteral("Bolt, zinc"));
+
+    ASSERT_TRUE(written.wait(5000));
+    EXPECT_TRUE(recovery.isModified());
+    ASSERT_GE(modified.size(), 1);
+    EXPECT_TRUE(modified.first().first().toBool());
+    EXPECT_EQ(readRecovery().get(2, 2).asText(), QStringLiteral("Bolt, zinc"));
+    EXPECT_FALSE(QFileInfo::exists(module.DataFile)) << "the catalogue file waits for a save";
+}
+
+TEST_F(CatalogueRecoveryTest, NothingIsWrittenWhileNothingChanged)
+{
+    recovery.start();
+    // A change made and written shows that the watch runs; before it, no file.
+    QSignalSpy written(&recovery, &CatalogueRecovery::written);
+    EXPECT_FALSE(written.wait(200));
+    EXPECT_FALSE(QFileInfo::exists(recoveryPath()));
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor")); // the same text again
+    EXPECT_FALSE(written.wait(200));
+    EXPECT_FALSE(QFileInfo::exists(recoveryPath()));
+    EXPECT_FALSE(recovery.isModified());
+}
+
+TEST_F(CatalogueRecoveryTest, HoldsThePendingEditOfTheRowBeingEdited)
+{
+    QSignalSpy written(&recovery, &CatalogueRecovery::written);
+    QString pendingName = QStringLiteral("Anchor");
+    recovery.setPendingRow([&](Table &row) {
+        for (int field = 1; field <= 15; ++field)
+            row.put(1, field, module.Catalogue().get(1, field));
+        row.put(1, 2, pendingName);
+        return 1;
+    });
+    recovery.start();
+    EXPECT_FALSE(written.wait(100)) << "a box showing what the row holds is no change";
+
+    pendingName = QStringLiteral("Anchor, heavy");
+
+    ASSERT_TRUE(written.wait(5000));
+    EXPECT_TRUE(recovery.isModified());
+    EXPECT_EQ(readRecovery().get(1, 2).asText(), QStringLiteral("Anchor, heavy"));
+    EXPECT_EQ(module.Catalogue().get(1, 2).asText(), QStringLiteral("Anchor"));
+}
+
+TEST_F(CatalogueRecoveryTest, ASaveRemovesTheFileAndClearsTheMark)
+{
+    QSignalSpy written(&recovery, &CatalogueRecovery::written);
+    recovery.start();
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor, steel"));
+    ASSERT_TRUE(written.wait(5000));
+    ASSERT_TRUE(QFileInfo::exists(recoveryPath()));
+
+    recovery.saved();
+
+    EXPECT_FALSE(QFileInfo::exists(recoveryPath()));
+    EXPECT_FALSE(recovery.isModified());
+    EXPECT_FALSE(written.wait(100)) << "nothing new to keep after the save";
+}
+
+TEST_F(CatalogueRecoveryTest, ARecoveredCatalogueCountsAsUnsavedAndIsKeptUntilSaved)
+{
+    recovery.start(true);
+    EXPECT_TRUE(recovery.isModified());
+    ASSERT_TRUE(recovery.writeNow());
+    EXPECT_TRUE(QFileInfo::exists(recoveryPath()));
+    EXPECT_EQ(readRecovery().get(2, 1).asText(), QStringLiteral("B-2"));
+}
+
+TEST_F(CatalogueRecoveryTest, WriteNowTakesTheLatestChangeAtOnce)
+{
+    recovery.setIntervals(60000, 60000);
+    recovery.start();
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor, last"));
+
+    ASSERT_TRUE(recovery.writeNow());
+
+    EXPECT_EQ(readRecovery().get(1, 2).asText(), QStringLiteral("Anchor, last"));
+}
+
+TEST_F(CatalogueRecoveryTest, AFolderThatTakesNoFileIsReportedOnce)
+{
+    module.DataFile = folder.filePath(QStringLiteral("missing-folder/twdata.dat"));
+    QSignalSpy failed(&recovery, &CatalogueRecovery::writeFailed);
+    recovery.start();
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor, lost?"));
+
+    ASSERT_TRUE(failed.wait(5000));
+    EXPECT_FALSE(recovery.lastError().isEmpty());
+    EXPECT_TRUE(recovery.isModified());
+    EXPECT_FALSE(failed.wait(100)) << "the same failure is not reported again and again";
+}
+
+} // namespace
+} // namespace tarnwick::test

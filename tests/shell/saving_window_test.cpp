@@ -1,0 +1,263 @@
+// Saving while the program runs and the recovery file: File → Save, Ctrl+S and the toolbar's
+// "Save" save at once, Save As writes a copy, the title marks unsaved changes, the changes
+// of a run that did not end cleanly are offered at the next start, and a close asked for
+// while the program starts is carried out once it has started.
+#include "shellfixture.h"
+
+#include "shell/mainwindowactions.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFileInfo>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+const QString RecoveryFile = QStringLiteral("twdata-recovery.dat");
+
+class SavingWindowTest : public SampleWindowTest
+{
+protected:
+    /// Renames the first product through the grid in edit mode, as typing would.
+    void renameFirstProduct(const QString &name)
+    {
+        if (!button("Edit")->isChecked())
+            button("Edit")->trigger();
+        goToRow(0);
+        ASSERT_TRUE(grid->model()->setData(grid->model()->index(0, 1), name));
+    }
+    bool waitForModified(bool modified)
+    {
+        return QTest::qWaitFor([&] { return window->isWindowModified() == modified; }, 5000);
+    }
+};
+
+TEST_F(SavingWindowTest, TheTitleMarksUnsavedChangesTheDesktopWay)
+{
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Tarnwick[*]"));
+    EXPECT_FALSE(window->isWindowModified());
+
+    renameFirstProduct(QStringLiteral("Anchor, steel"));
+
+    EXPECT_TRUE(waitForModified(true));
+}
+
+TEST_F(SavingWindowTest, FileSaveSavesAtOnceKeepingTheBackup)
+{
+    renameFirstProduct(QStringLiteral("Anchor, steel"));
+    ASSERT_TRUE(waitForModified(true));
+
+    action("mnuFileSave")->trigger();
+
+    const QByteArray saved = folder.readFile(QStringLiteral("twdata.dat"));
+    EXPECT_TRUE(saved.startsWith(catalogueLine({ "A-100", "Anchor, steel" }).left(22)));
+    EXPECT_TRUE(saved.contains("Anchor, steel"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
+TEST_F(SavingWindowTest, CtrlSAndTheToolbarButtonSaveToo)
+{
+    EXPECT_EQ(action("mnuFileSave")->shortcut(), QKeySequence(QKeySequence::Save));
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    renameFirstProduct(QStringLiteral("Anchor by keys"));
+    QTest::keyClick(grid, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Anchor by keys"));
+    EXPECT_FALSE(window->isWindowModified());
+
+    renameFirstProduct(QStringLiteral("Anchor by button"));
+    button("Save")->trigger();
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Anchor by button"));
+}
+
+TEST_F(SavingWindowTest, SaveStoresWhatIsTypedIntoTheSideBoxes)
+{
+    button("Edit")->trigger();
+    goToRow(2); // C-300
+    window->ui().Txtnotes->setPlainText(QStringLiteral("Typed, not yet stored"));
+
+    action("mnuFileSave")->trigger();
+
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Typed, not yet stored"));
+}
+
+TEST_F(SavingWindowTest, SaveAsWritesACopyAndKeepsUsingTheCatalogueFile)
+{
+    renameFirstProduct(QStringLiteral("Anchor in the copy"));
+    ASSERT_TRUE(waitForModified(true));
+    const QString copy = folder.filePath(QStringLiteral("backup/monday.dat"));
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(copy).absolutePath()));
+    fakes->fileDialogs.answer(FileDialogResult { copy, 1 });
+
+    action("mnuFileSaveAs")->trigger();
+
+    ASSERT_EQ(fakes->fileDialogs.requests().size(), 1u);
+    EXPECT_EQ(fakes->fileDialogs.requests().front().initialFolder, folder.path());
+    EXPECT_TRUE(
+        folder.readFile(QStringLiteral("backup/monday.dat")).contains("Anchor in the copy"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak")));
+    EXPECT_TRUE(window->isWindowModified()) << "the catalogue file itself is not saved yet";
+
+    fakes->fileDialogs.answer(std::nullopt); // Cancel writes nothing
+    action("mnuFileSaveAs")->trigger();
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
+TEST_F(SavingWindowTest, AFailedSaveIsReportedAndKeepsTheChangesMarked)
+{
+    renameFirstProduct(QStringLiteral("Anchor, unsaved"));
+    // The catalogue's name taken by a folder: the new file cannot take its place.
+    ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("twdata.dat"))));
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("twdata.dat")));
+
+    action("mnuFileSave")->trigger();
+
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    EXPECT_EQ(fakes->prompts.shown().front().title, QStringLiteral("Catalogue"));
+    EXPECT_TRUE(fakes->prompts.shown().front().text.startsWith(
+        QStringLiteral("The catalogue could not be saved to")));
+    EXPECT_TRUE(waitForModified(true));
+}
+
+TEST_F(SavingWindowTest, ChangesReachTheRecoveryFileAndACloseRemovesIt)
+{
+    renameFirstProduct(QStringLiteral("Anchor, kept safe"));
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return folder.exists(RecoveryFile); }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return folder.readFile(RecoveryFile).contains("Anchor, kept safe"); }, 5000));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+
+    EXPECT_TRUE(window->close());
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Anchor, kept safe"));
+}
+
+TEST_F(SavingWindowTest, TextTypedIntoASideBoxReachesTheRecoveryFile)
+{
+    button("Edit")->trigger();
+    goToRow(1); // B-200
+    window->ui().Txtincludes->setPlainText(QStringLiteral("Nut and washer"));
+
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return folder.readFile(RecoveryFile).contains("Nut and washer"); }, 5000));
+    EXPECT_TRUE(window->isWindowModified());
+}
+
+class RecoveryStartTest : public ShellTest
+{
+protected:
+    /// The sample catalogue with Bolt renamed, C-300 deleted and D-400 added, as a run that was
+    /// killed would have left it.
+    void leaveRecoveryFile()
+    {
+        folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+        folder.writeFile(RecoveryFile,
+            catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes", "Washer" })
+                + catalogueLine({ "B-200", "Bolt, galvanised", "2.5", "Zinc plated", "Nut", "1",
+                    "2.5", "100", "2" })
+                + catalogueLine({ "D-400", "Dowel" }));
+    }
+    QStringList partNumbers() const
+    {
+        QStringList parts;
+        for (int row = 1; row <= module->AllProducts().Count(); ++row)
+            parts << module->Catalogue().get(row, 1).asText();
+        return parts;
+    }
+};
+
+TEST_F(RecoveryStartTest, AsksBeforeTheWindowShowsAndYesRestoresTheChanges)
+{
+    leaveRecoveryFile();
+    fakes->prompts.answerMessage(MsgResult::Yes);
+
+    frmMain *window = startAndWait();
+
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown().front();
+    EXPECT_EQ(box.title, QStringLiteral("Tarnwick"));
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question);
+    EXPECT_TRUE(box.text.startsWith(
+        QStringLiteral("Tarnwick was not closed properly. Restore the changes made until ")));
+    EXPECT_TRUE(box.text.endsWith(QStringLiteral("?\n\n1 product changed, 1 added, 1 deleted.")))
+        << box.text.toStdString();
+    EXPECT_EQ(partNumbers(), QStringList({ "A-100", "B-200", "D-400" }));
+    EXPECT_EQ(window->ui().GrdMain->model()->index(1, 1).data().toString(),
+        QStringLiteral("Bolt, galvanised"));
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Dowel"));
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+}
+
+TEST_F(RecoveryStartTest, NoOpensTheCatalogueFileAndKeepsTheChangesAside)
+{
+    leaveRecoveryFile();
+    const QByteArray left = folder.readFile(RecoveryFile);
+    fakes->prompts.answerMessage(MsgResult::No);
+
+    frmMain *window = startAndWait();
+
+    EXPECT_EQ(partNumbers(), QStringList({ "A-100", "B-200", "C-300" }));
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+    const QStringList kept =
+        QDir(folder.path()).entryList({ QStringLiteral("twdata-recovered-*.dat") });
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(folder.readFile(kept.front()), left);
+}
+
+TEST_F(RecoveryStartTest, ACopyEqualToTheCatalogueIsNotOffered)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    folder.writeFile(RecoveryFile, sampleCatalogue());
+
+    startAndWait();
+
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+}
+
+TEST_F(RecoveryStartTest, WithAPasswordTheQuestionComesAfterThePassword)
+{
+    leaveRecoveryFile();
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    dialogs.answer = QStringLiteral("abc");
+    dialogs.whileAsking = [&] { EXPECT_TRUE(fakes->prompts.shown().empty()); };
+    fakes->prompts.answerMessage(MsgResult::Yes);
+
+    startAndWait();
+
+    EXPECT_EQ(dialogs.asked, 1);
+    EXPECT_EQ(fakes->prompts.shown().size(), 1u);
+}
+
+TEST_F(RecoveryStartTest, ACloseAskedForDuringTheStartIsCarriedOutWhenItEnds)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    tickMilliseconds = 60000; // the start would wait for a quarter of an hour
+    start();
+    ASSERT_FALSE(started);
+
+    EXPECT_FALSE(splash->close()) << "the splash stays until the start is done";
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return started; }, 5000));
+    ASSERT_NE(mainWindow, nullptr);
+    EXPECT_FALSE(mainWindow->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return folder.exists(QStringLiteral("twdata.bak")); }, 5000))
+        << "the close saved the catalogue";
+}
+
+} // namespace

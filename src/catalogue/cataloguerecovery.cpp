@@ -96,6 +96,12 @@ void CatalogueRecovery::setModified(bool modified)
 
 void CatalogueRecovery::check()
 {
+    lookAtCatalogue();
+    Q_EMIT checked();
+}
+
+void CatalogueRecovery::lookAtCatalogue()
+{
     const State now = currentState();
     setModified(m_forcedUnsaved || !(now == m_savedState));
     if (m_worker || now == m_writtenState)

@@ -71,6 +71,8 @@ Q_SIGNALS:
     void modifiedChanged(bool modified);
     /// A recovery file was written with the changes up to the given state (tests wait for it).
     void written();
+    /// The catalogue was looked at (tests count these instead of waiting for a time).
+    void checked();
     /// The recovery file could not be written; detail in plain words.
     void writeFailed(const QString &detail);
 
@@ -83,6 +85,7 @@ private:
     };
     State currentState() const;
     void check();
+    void lookAtCatalogue();
     /// The pending edit's row and its cells; row 0 when nothing differs from the catalogue.
     int pendingRow(Table &row) const;
     std::unique_ptr<Table> snapshot() const;

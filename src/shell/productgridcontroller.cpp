@@ -116,10 +116,12 @@ void ProductGridController::writeBackRow(int row)
     if (row < 1 || row > m_module.Catalogue().rowCount())
         return;
     m_ui.PriceSchedule->commitPendingEdit();
-    const SideBoxTexts boxes { m_ui.TxtPrice->text(), m_ui.Txtincludes->toPlainText(),
-        m_ui.Txtnotes->toPlainText() };
+    // Boxes that still show what the row holds change nothing: the row keeps its cells as
+    // read, and the catalogue does not count as changed.
+    if (boxesAsShown(row))
+        return;
     ProductRow::writeBack(
-        m_module.Catalogue(), row, boxes, m_module.ScheduleTable(), m_module.locale());
+        m_module.Catalogue(), row, boxTexts(), m_module.ScheduleTable(), m_module.locale());
     m_scheduleModel->reload();
     Q_EMIT m_gridModel->dataChanged(m_gridModel->index(row - 1, 0),
         m_gridModel->index(row - 1, m_gridModel->columnCount() - 1));
@@ -296,31 +298,47 @@ void ProductGridController::storePendingEdit()
         writeBackRow(currentBookmark());
 }
 
+SideBoxTexts ProductGridController::boxTexts() const
+{
+    // A multi-line box hands its lines over ended by LF; the catalogue keeps CR LF.
+    const auto lines = [](QString text) {
+        return text.replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+    };
+    return { m_ui.TxtPrice->text(), lines(m_ui.Txtincludes->toPlainText()),
+        lines(m_ui.Txtnotes->toPlainText()) };
+}
+
+bool ProductGridController::boxesAsShown(int row) const
+{
+    const Table &catalogue = m_module.Catalogue();
+    Table shownSchedule(ProductRecord::PricePointCount, ScheduleFields);
+    PriceSchedule::PriceUpdate(catalogue, row, shownSchedule);
+    const Table &schedule = m_module.ScheduleTable();
+    if (schedule.rowCount() != shownSchedule.rowCount()
+        || schedule.fieldCount() != shownSchedule.fieldCount())
+        return false;
+    for (int r = 1; r <= schedule.rowCount(); ++r) {
+        for (int f = 1; f <= schedule.fieldCount(); ++f) {
+            if (!(schedule.get(r, f) == shownSchedule.get(r, f)))
+                return false;
+        }
+    }
+    const SideBoxTexts shown = ProductRow::sideBoxes(catalogue, row, m_module.locale());
+    const SideBoxTexts boxes = boxTexts();
+    return boxes.price == shown.price && boxes.includes == shown.includes
+        && boxes.notes == shown.notes;
+}
+
 int ProductGridController::pendingRow(Table &row) const
 {
     const int at = currentBookmark();
     const Table &catalogue = m_module.Catalogue();
-    if (!editMode() || at < 1 || at > catalogue.rowCount())
-        return 0;
-    const SideBoxTexts boxes { m_ui.TxtPrice->text(), m_ui.Txtincludes->toPlainText(),
-        m_ui.Txtnotes->toPlainText() };
-    Table shownSchedule(ProductRecord::PricePointCount, ScheduleFields);
-    PriceSchedule::PriceUpdate(catalogue, at, shownSchedule);
-    const SideBoxTexts shown = ProductRow::sideBoxes(catalogue, at, m_module.locale());
-    const Table &schedule = m_module.ScheduleTable();
-    bool scheduleShown = schedule.rowCount() == shownSchedule.rowCount()
-        && schedule.fieldCount() == shownSchedule.fieldCount();
-    for (int r = 1; scheduleShown && r <= schedule.rowCount(); ++r) {
-        for (int f = 1; scheduleShown && f <= schedule.fieldCount(); ++f)
-            scheduleShown = schedule.get(r, f) == shownSchedule.get(r, f);
-    }
-    if (scheduleShown && boxes.price == shown.price && boxes.includes == shown.includes
-        && boxes.notes == shown.notes)
+    if (!editMode() || at < 1 || at > catalogue.rowCount() || boxesAsShown(at))
         return 0;
     for (int field = 1; field <= ProductRecord::FieldCount; ++field)
         row.put(1, field, catalogue.get(at, field));
-    Table scheduleCopy = schedule;
-    ProductRow::writeBack(row, 1, boxes, scheduleCopy, m_module.locale());
+    Table scheduleCopy = m_module.ScheduleTable();
+    ProductRow::writeBack(row, 1, boxTexts(), scheduleCopy, m_module.locale());
     return at;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "products/productrow.h"
+
 #include "products/productsearch.h"
 
 #include <QObject>
@@ -66,6 +68,10 @@ public:
     /// The catalogue was replaced as a whole (changes restored at start): shows it again from
     /// its first product.
     void catalogueReplaced();
+    /// The side boxes' texts as the catalogue keeps them (lines ended by CR LF).
+    SideBoxTexts boxTexts() const;
+    /// Whether the side boxes and the schedule still show what catalogue row holds.
+    bool boxesAsShown(int row) const;
     void insertProduct();
     void deleteProduct();
     void deleteAllProducts();

@@ -93,7 +93,7 @@ TEST_P(LocaleWindowTest, ThePriceBoxTakesEitherSeparatorAndTheFileKeepsTheDot)
     window->close();
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat"))
                     .startsWith(catalogueLine(
-                        { "A-100", "Anchor", "13.25", "Two lines\nof notes", "Washer" })))
+                        { "A-100", "Anchor", "13.25", "Two lines\r\nof notes", "Washer" })))
         << folder.readFile(QStringLiteral("twdata.dat")).left(200).toStdString();
 }
 
@@ -111,7 +111,7 @@ TEST_P(LocaleWindowTest, TheScheduleTakesEitherSeparatorAndGroupedQuantities)
     grid->setCurrentIndex(grid->model()->index(2, 0));
     window->close();
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat"))
-                    .startsWith(catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\nof notes",
+                    .startsWith(catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes",
                         "Washer", "10", "11.25", "1000", "9.5" })))
         << folder.readFile(QStringLiteral("twdata.dat")).left(200).toStdString();
 }

@@ -47,6 +47,28 @@ TEST_F(SavingWindowTest, TheTitleMarksUnsavedChangesTheDesktopWay)
     EXPECT_TRUE(waitForModified(true));
 }
 
+TEST_F(SavingWindowTest, MovingThroughProductsInEditModeChangesNothing)
+{
+    const quint64 before = catalogue().generation();
+    button("Edit")->trigger();
+    for (int row : { 0, 1, 2, 0 })
+        goToRow(row);
+    button("Edit")->trigger();
+
+    EXPECT_EQ(catalogue().generation(), before) << "no cell was written";
+    EXPECT_TRUE(catalogue().get(1, 3).isNumber()) << "the list price keeps its number";
+    EXPECT_EQ(catalogue().get(1, 4).asText(), QStringLiteral("Two lines\r\nof notes"));
+}
+
+TEST_F(SavingWindowTest, TypedNotesKeepTheirLineBreaksAsTheCatalogueFileHoldsThem)
+{
+    button("Edit")->trigger();
+    goToRow(2);
+    window->ui().Txtnotes->setPlainText(QStringLiteral("First line\nsecond line"));
+    goToRow(0);
+    EXPECT_EQ(catalogue().get(3, 4).asText(), QStringLiteral("First line\r\nsecond line"));
+}
+
 TEST_F(SavingWindowTest, FileSaveSavesAtOnceKeepingTheBackup)
 {
     renameFirstProduct(QStringLiteral("Anchor, steel"));

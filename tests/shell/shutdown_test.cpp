@@ -105,7 +105,7 @@ TEST_F(ShutdownTest, APendingEditIsStoredBeforeTheCatalogueIsWritten)
     window->close();
     const QByteArray written = folder.readFile(QStringLiteral("twdata.dat"));
     EXPECT_TRUE(
-        written.startsWith(catalogueLine({ "A-100", "Anchor", "14", "New\nnotes", "Washer" })))
+        written.startsWith(catalogueLine({ "A-100", "Anchor", "14", "New\r\nnotes", "Washer" })))
         << written.left(120).toStdString();
 }
 

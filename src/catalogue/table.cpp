@@ -29,6 +29,23 @@ Table::Table(int rows, int fields)
     redim(rows, fields);
 }
 
+Table::Table(const Table &other)
+    : m_rows(other.m_rows), m_fields(other.m_fields), m_cells(other.m_cells.size()),
+      m_generation(other.m_generation)
+{
+    Cell::copyAll(
+        other.m_cells.data(), other.m_cells.data() + other.m_cells.size(), m_cells.data());
+}
+
+Table &Table::operator=(const Table &other)
+{
+    if (this != &other) {
+        Table copy(other);
+        *this = std::move(copy);
+    }
+    return *this;
+}
+
 Table::~Table()
 {
     Cell::releaseAll(m_cells.data(), m_cells.data() + m_cells.size());

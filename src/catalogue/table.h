@@ -22,9 +22,9 @@ public:
 
     Table() = default;
     Table(int rows, int fields);
-    Table(const Table &) = default;
+    Table(const Table &other);
     Table(Table &&) noexcept = default;
-    Table &operator=(const Table &) = default;
+    Table &operator=(const Table &other);
     Table &operator=(Table &&) noexcept = default;
     ~Table();
 

@@ -48,6 +48,33 @@ void Cell::releaseAll(Cell *begin, Cell *end) noexcept
     giveBack();
 }
 
+void Cell::copyAll(const Cell *begin, const Cell *end, Cell *out) noexcept
+{
+    CellTextBlock *block = nullptr;
+    std::int32_t run = 0;
+    const auto takeReferences = [&] {
+        if (block)
+            block->ref.fetch_add(run, std::memory_order_relaxed);
+    };
+    for (const Cell *cell = begin; cell != end; ++cell, ++out) {
+        Q_ASSERT(out->isEmpty());
+        out->m_value = cell->m_value;
+        out->m_offset = cell->m_offset;
+        out->m_size = cell->m_size;
+        out->m_encoding = cell->m_encoding;
+        out->m_kind = cell->m_kind;
+        if (!cell->isText())
+            continue;
+        if (cell->m_value.block != block) {
+            takeReferences();
+            block = cell->m_value.block;
+            run = 0;
+        }
+        ++run;
+    }
+    takeReferences();
+}
+
 Cell Cell::null()
 {
     Cell cell;

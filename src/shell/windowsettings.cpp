@@ -92,7 +92,7 @@ MainWindowSettings settingsToSave(const MainWindowSettings &stored,
 QString saveMainWindowSettings(
     ISettingsStore &store, const MainWindowSettings &settings, const QLocale & /*locale*/)
 {
-    const std::pair<QLatin1String, QString> values[] = {
+    const QList<std::pair<QString, QString>> values {
         { SettingsKeys::MainLeft, stored::numberText(settings.left) },
         { SettingsKeys::MainTop, stored::numberText(settings.top) },
         { SettingsKeys::MainWidth, stored::numberText(settings.width) },
@@ -100,10 +100,8 @@ QString saveMainWindowSettings(
         { SettingsKeys::ScreenSplit, QString::number(settings.screenSplit) },
         { SettingsKeys::Colwidth, QString::number(settings.colwidth) },
     };
-    for (const auto &[key, value] : values) {
-        if (!store.save(SettingsKeys::Application, SettingsKeys::Section, key, value))
-            return store.writeError();
-    }
+    if (!store.saveAll(SettingsKeys::Application, SettingsKeys::Section, values))
+        return store.writeError();
     return {};
 }
 

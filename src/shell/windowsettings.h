@@ -61,8 +61,8 @@ MainWindowSettings settingsToSave(const MainWindowSettings &stored,
 MainWindowSettingsRead readMainWindowSettings(const ISettingsStore &store, const QLocale &locale);
 
 /// Writes the six values as stored numbers ("." as the decimal separator, no grouping), the
-/// same in every locale; reading also accepts the comma form of earlier versions. Stops at the
-/// first value the store cannot write and returns the store's reason; empty when all are saved.
+/// same in every locale; reading also accepts the comma form of earlier versions. All six go to
+/// the store at once; returns the store's reason when it could not write them, else empty.
 QString saveMainWindowSettings(
     ISettingsStore &store, const MainWindowSettings &settings, const QLocale &locale);
 

@@ -253,6 +253,27 @@ TEST_F(QtSettingsStoreDiskTest, AFullDiskKeepsEverySettingAndSaysWhy)
         (QStringList { QStringLiteral("filler.bin"), QStringLiteral("settings.ini") }));
 }
 
+TEST_F(QtSettingsStoreDiskTest, SeveralValuesAreSavedAllOrNone)
+{
+    const QList<std::pair<QString, QString>> first { { QStringLiteral("MainLeft"),
+                                                         QStringLiteral("1") },
+        { QStringLiteral("MainTop"), QStringLiteral("2") } };
+    ASSERT_TRUE(m_store.saveAll(App, Section, first));
+    EXPECT_EQ(m_store.get(App, Section, QStringLiteral("MainLeft")), QStringLiteral("1"));
+    EXPECT_EQ(m_store.get(App, Section, QStringLiteral("MainTop")), QStringLiteral("2"));
+    const QByteArray before = iniText();
+    m_disk->fillLeaving(0);
+    const QList<std::pair<QString, QString>> second { { QStringLiteral("MainLeft"),
+                                                          QStringLiteral("10") },
+        { QStringLiteral("MainTop"), QStringLiteral("20") } };
+    EXPECT_FALSE(m_store.saveAll(App, Section, second));
+    EXPECT_EQ(m_store.writeError(), QStringLiteral("the disk is full"))
+        << m_store.writeError().toStdString();
+    EXPECT_EQ(iniText(), before);
+    EXPECT_EQ(QtSettingsStore().get(App, Section, QStringLiteral("MainLeft")), QStringLiteral("1"));
+    EXPECT_EQ(QtSettingsStore().get(App, Section, QStringLiteral("MainTop")), QStringLiteral("2"));
+}
+
 TEST_F(QtSettingsStoreDiskTest, AnUnchangedValueNeedsNoRoom)
 {
     ASSERT_TRUE(m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("1234")));

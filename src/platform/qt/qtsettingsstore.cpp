@@ -160,7 +160,16 @@ QString QtSettingsStore::get(const QString &application, const QString &section,
 bool QtSettingsStore::save(
     const QString &application, const QString &section, const QString &key, const QString &value)
 {
-    return change(application, section, key, value);
+    return change(application, section, { Change { key, value } });
+}
+
+bool QtSettingsStore::saveAll(const QString &application, const QString &section,
+    const QList<std::pair<QString, QString>> &values)
+{
+    QList<Change> changes;
+    for (const auto &[key, value] : values)
+        changes.append(Change { key, value });
+    return change(application, section, changes);
 }
 
 bool QtSettingsStore::remove(const QString &application, const QString &section, const QString &key)
@@ -170,30 +179,34 @@ bool QtSettingsStore::remove(const QString &application, const QString &section,
         m_writeError.clear();
         return true;
     }
-    return change(application, section, key, std::nullopt);
+    return change(application, section, { Change { key, std::nullopt } });
 }
 
-bool QtSettingsStore::change(const QString &application, const QString &section, const QString &key,
-    const std::optional<QString> &value)
+bool QtSettingsStore::change(
+    const QString &application, const QString &section, const QList<Change> &changes)
 {
     m_writeError.clear();
     const std::unique_ptr<QSettings> settings = openApplication(application);
-    const QString path = storedSectionName(*settings, section) + QLatin1Char('/') + key;
+    const QString group = storedSectionName(*settings, section) + QLatin1Char('/');
 #ifdef Q_OS_WIN
-    if (value)
-        settings->setValue(path, *value);
-    else
-        settings->remove(path);
+    for (const auto &[key, value] : changes) {
+        if (value)
+            settings->setValue(group + key, *value);
+        else
+            settings->remove(group + key);
+    }
     settings->sync();
     if (settings->status() != QSettings::NoError)
         m_writeError = QStringLiteral("the registry refused the change");
 #else
     SettingsValues values = everySettingsValue(*settings);
     const SettingsValues before = values;
-    if (value)
-        values.insert(path, *value);
-    else
-        values.remove(path);
+    for (const auto &[key, value] : changes) {
+        if (value)
+            values.insert(group + key, *value);
+        else
+            values.remove(group + key);
+    }
     if (values != before)
         m_writeError = writeSettingsFile(settings->fileName(), values);
 #endif

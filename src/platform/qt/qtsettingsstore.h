@@ -25,6 +25,9 @@ public:
         const QString &defaultValue = QString()) const override;
     bool save(const QString &application, const QString &section, const QString &key,
         const QString &value) override;
+    /// All values in one write of the INI file: all of them are stored, or none.
+    bool saveAll(const QString &application, const QString &section,
+        const QList<std::pair<QString, QString>> &values) override;
     bool remove(const QString &application, const QString &section, const QString &key) override;
     QString writeError() const override { return m_writeError; }
 
@@ -35,9 +38,10 @@ public:
     static QString storedSectionName(const QSettings &settings, const QString &section);
 
 private:
-    /// Stores value under key, or removes the key when there is no value.
-    bool change(const QString &application, const QString &section, const QString &key,
-        const std::optional<QString> &value);
+    /// A key and its new text; no text removes the key.
+    using Change = std::pair<QString, std::optional<QString>>;
+    /// Makes the changes to section in one write.
+    bool change(const QString &application, const QString &section, const QList<Change> &changes);
 
     QString m_writeError;
 };

@@ -173,6 +173,35 @@ TEST_F(HandheldSend, AFullDiskIsReportedAndTheOldFileKept)
         (QStringList { "filler.bin", "Products.CSV" }));
 }
 
+TEST_F(HandheldSend, AnApplicationFolderThatTakesNoNewFilesKeepsTheOldFile)
+{
+    const QString app = folder.filePath("app");
+    ASSERT_TRUE(QDir().mkpath(app));
+    folder.writeFile("app/Products.CSV", "the previous file");
+    QFile::setPermissions(folder.filePath("app/Products.CSV"), QFileDevice::Permissions(0x6666));
+    const AppEnvironment readOnlyApp(app, QString());
+    AppServices readOnly { fakes.prompts, fakes.clipboard, fakes.settings, fakes.fileDialogs,
+        fakes.launcher, fakes.help, fakes.events, readOnlyApp };
+    fakes.prompts.answerMessage(MsgResult::Ok);
+    fakes.prompts.answerInput("Products");
+    SendResult sent = SendResult::Sent;
+    {
+        test::UnwritableFolder refusing(app, folder.path());
+        ASSERT_TRUE(refusing.blocksNewFiles());
+        sent = HandheldExport::Palmpilot(readOnly, threeProducts(), {}, 1, EnUs);
+    }
+    EXPECT_EQ(sent, SendResult::WriteFailed);
+    ASSERT_EQ(fakes.prompts.shown().size(), 3U);
+    EXPECT_EQ(fakes.prompts.shown()[2].text,
+        QStringLiteral("Error creating file for Palm application\n\n\"%1\" could not be "
+                       "written: you have no permission to write there.")
+            .arg(folder.filePath("app/Products.CSV")));
+    EXPECT_EQ(fakes.prompts.shown()[2].title, "Error:70");
+    EXPECT_EQ(folder.readFile("app/Products.CSV"), "the previous file");
+    EXPECT_EQ(QDir(app).entryList(QDir::Files), QStringList { "Products.CSV" });
+    EXPECT_TRUE(fakes.launcher.starts.empty());
+}
+
 TEST_F(HandheldSend, AGroupFolderThatIsAFileIsReported)
 {
     folder.writeFile("Pumps", "a plain file");

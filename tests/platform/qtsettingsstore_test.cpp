@@ -210,6 +210,47 @@ TEST_F(QtSettingsStoreTest, ASettingsFolderThatTakesNoNewFilesKeepsTheOldFile)
         QStringList { QStringLiteral("settings.ini") });
 }
 
+TEST_F(QtSettingsStoreTest, ASettingsFileCutShortWhileWrittenIsNeverTakenForTheNewOne)
+{
+    // Enough values that the new file is longer than the limit below.
+    for (int index = 0; index < 20; ++index)
+        ASSERT_TRUE(m_store.save(App, Section, QStringLiteral("Key%1").arg(index),
+            QStringLiteral("a value of some length, number %1").arg(index)));
+    const QByteArray before = iniText();
+    ASSERT_GT(before.size(), 600);
+    bool saved = true;
+    {
+        test::FileSizeLimit fullDisk(512);
+        ASSERT_TRUE(fullDisk.active());
+        saved = m_store.save(App, Section, QStringLiteral("Key0"), QStringLiteral("changed"));
+    }
+    EXPECT_FALSE(saved);
+    EXPECT_EQ(
+        m_store.writeError(), QStringLiteral("the file would be larger than the system allows"))
+        << m_store.writeError().toStdString();
+    EXPECT_EQ(iniText(), before);
+    EXPECT_EQ(QtSettingsStore().get(App, Section, QStringLiteral("Key0")),
+        QStringLiteral("a value of some length, number 0"));
+    EXPECT_EQ(QDir(QFileInfo(iniPath()).path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList { QStringLiteral("settings.ini") });
+}
+
+TEST_F(QtSettingsStoreTest, ASettingsFolderThatIsAFileIsReported)
+{
+    const QString settingsFolder = QFileInfo(iniPath()).path();
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(settingsFolder).path()));
+    QFile plain(settingsFolder);
+    ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
+    plain.write("a plain file");
+    plain.close();
+    EXPECT_FALSE(m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("1")));
+    EXPECT_EQ(m_store.writeError(),
+        QStringLiteral("the folder \"%1\" cannot be created")
+            .arg(QDir::toNativeSeparators(settingsFolder)));
+    ASSERT_TRUE(plain.open(QIODevice::ReadOnly));
+    EXPECT_EQ(plain.readAll(), QByteArray("a plain file"));
+}
+
 class QtSettingsStoreDiskTest : public QtSettingsStoreTest
 {
 protected:

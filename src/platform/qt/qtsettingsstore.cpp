@@ -13,8 +13,6 @@ namespace tarnwick {
 
 namespace {
 
-using SettingsValues = QMap<QString, QVariant>;
-
 /// The settings of application, entered into the group of section as it is stored.
 std::unique_ptr<QSettings> openSection(const QString &application, const QString &section)
 {
@@ -22,6 +20,11 @@ std::unique_ptr<QSettings> openSection(const QString &application, const QString
     settings->beginGroup(QtSettingsStore::storedSectionName(*settings, section));
     return settings;
 }
+
+#ifndef Q_OS_WIN
+// The INI file (the registry is written by QSettings itself).
+
+using SettingsValues = QMap<QString, QVariant>;
 
 SettingsValues everySettingsValue(const QSettings &settings)
 {
@@ -117,6 +120,8 @@ QString writeSettingsFile(const QString &fileName, const SettingsValues &values)
     markSettingsFileChanged(fileName, before);
     return {};
 }
+
+#endif
 
 } // namespace
 

@@ -3,11 +3,12 @@
 #include "exchange/handheldexport.h"
 #include "platform/appenvironment.h"
 #include "platform/chelp.h"
+#include "platform/filewrite.h"
 #include "platform/iprocesslauncher.h"
 #include "platform/iprompts.h"
 
+#include <QDir>
 #include <QFile>
-#include <QSaveFile>
 
 namespace tarnwick::HandheldExport {
 
@@ -23,16 +24,28 @@ bool askToSend(IPrompts &prompts, bool hasSelection)
 
 bool writeCsv(IPrompts &prompts, const QString &path, const QByteArray &bytes)
 {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
+    const FileWriteResult result = writeFileWhole(path, bytes);
+    if (result) {
         return true;
     }
-    prompts.msgBox(QStringLiteral("Error creating file for Palm application"), MsgStyle::OkOnly,
-        QStringLiteral("Error:") + QString::number(static_cast<int>(file.error())));
+    prompts.msgBox(
+        csvFailureText(path, result.reason), MsgStyle::OkOnly, csvFailureTitle(result.errorNumber));
     return false;
 }
 
 } // namespace
+
+QString csvFailureText(const QString &path, const QString &reason)
+{
+    return QStringLiteral("Error creating file for Palm application\n\n\"%1\" could not be "
+                          "written: %2.")
+        .arg(QDir::toNativeSeparators(path), reason);
+}
+
+QString csvFailureTitle(int errorNumber)
+{
+    return QStringLiteral("Error:") + QString::number(errorNumber);
+}
 
 SendResult Palmpilot(AppServices &services, const Table &catalogue,
     const std::vector<int> &selection, int currentRow, const QLocale &locale)

@@ -26,6 +26,12 @@ enum class SendResult {
 SendResult Palmpilot(AppServices &services, const Table &catalogue,
     const std::vector<int> &selection, int currentRow, const QLocale &locale);
 
+/// The message shown when the handheld file could not be written: the fixed first line, then
+/// the file and the cause. Any old file of that name keeps its bytes.
+QString csvFailureText(const QString &path, const QString &reason);
+/// Its title: "Error:" and the run-time error number (61 for a full disk).
+QString csvFailureTitle(int errorNumber);
+
 /// The help topic shown when the converter cannot be started.
 constexpr int ConverterHelpContext = HelpContext::HandheldConverter;
 

@@ -4,12 +4,11 @@
 #include "catalogue/productrecord.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "platform/filewrite.h"
 #include "platform/ifiledialogs.h"
 #include "platform/iprompts.h"
 
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace tarnwick::SpreadsheetExport {
 
@@ -84,7 +83,8 @@ std::optional<QString> chooseFile(IFileDialogs &dialogs, IPrompts &prompts)
         const int answer = prompts.msgBox(QStringLiteral("Overwrite existing file?"),
             MsgStyle::YesNo + MsgStyle::Question, QStringLiteral("Overwrite?"));
         if (answer == MsgResult::Yes) {
-            QFile::remove(chosen->path);
+            // The old file is not deleted first: the new one takes its place only once it has
+            // been written whole, so a failed export leaves it as it was.
             return chosen->path;
         }
         request.fileName = chosen->path;
@@ -93,13 +93,9 @@ std::optional<QString> chooseFile(IFileDialogs &dialogs, IPrompts &prompts)
 
 std::optional<QString> writeFile(const QString &path, const Table &catalogue, const QLocale &locale)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return file.errorString();
-    }
-    file.write(exportBytes(catalogue, locale));
-    if (!file.commit()) {
-        return file.errorString();
+    const FileWriteResult result = writeFileWhole(path, exportBytes(catalogue, locale));
+    if (!result) {
+        return result.reason;
     }
     return std::nullopt;
 }

@@ -25,11 +25,12 @@ QStringList headerWords();
 QByteArray exportBytes(const Table &catalogue, const QLocale &locale);
 
 /// Asks for the export file with the save dialog. An existing file is replaced only after
-/// "Overwrite existing file?" is answered Yes (then it is deleted); No shows the dialog again.
-/// A cancelled dialog gives no file.
+/// "Overwrite existing file?" is answered Yes; No shows the dialog again. A cancelled dialog
+/// gives no file. The old file stays until writeFile has written the new one whole.
 std::optional<QString> chooseFile(IFileDialogs &dialogs, IPrompts &prompts);
 
-/// Writes exportBytes to path. Returns the error text when the file could not be written.
+/// Writes exportBytes to path, whole or not at all (writeFileWhole). Returns the cause in plain
+/// words when the file could not be written; an old file at path then keeps its bytes.
 std::optional<QString> writeFile(
     const QString &path, const Table &catalogue, const QLocale &locale);
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+
+#include <utility>
 
 namespace tarnwick {
 
@@ -14,9 +17,26 @@ public:
     /// The stored text, or defaultValue when the key is not there.
     virtual QString get(const QString &application, const QString &section, const QString &key,
         const QString &defaultValue = QString()) const = 0;
-    virtual void save(const QString &application, const QString &section, const QString &key,
+    /// Stores value. False when the store could not be written: every stored value is then as
+    /// it was, and writeError() says why.
+    virtual bool save(const QString &application, const QString &section, const QString &key,
         const QString &value) = 0;
-    virtual void remove(const QString &application, const QString &section, const QString &key) = 0;
+    /// Stores several values of one section, each a key and its text. False at the first one
+    /// the store cannot write (writeError() says why); values before it may have been stored.
+    /// Stores that write a file write it once for all of them.
+    virtual bool saveAll(const QString &application, const QString &section,
+        const QList<std::pair<QString, QString>> &values)
+    {
+        for (const auto &[key, value] : values) {
+            if (!save(application, section, key, value))
+                return false;
+        }
+        return true;
+    }
+    /// Removes key; false as for save.
+    virtual bool remove(const QString &application, const QString &section, const QString &key) = 0;
+    /// Why the last save or remove failed, in plain words; empty after one that succeeded.
+    virtual QString writeError() const = 0;
 };
 
 } // namespace tarnwick

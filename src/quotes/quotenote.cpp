@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 
 namespace tarnwick::QuoteNote {
 
@@ -43,16 +42,23 @@ QString readText(const QString &path)
     return text;
 }
 
-bool saveText(const QString &path, const QString &text)
+QByteArray fileBytes(const QString &text)
 {
     QString lines = text;
     lines.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     lines.replace(QLatin1String("\n"), QLatin1String("\r\n"));
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(encodeCatalogueText(lines));
-    return file.commit();
+    return encodeCatalogueText(lines);
+}
+
+FileWriteResult saveText(const QString &path, const QString &text)
+{
+    return writeFileWhole(path, fileBytes(text));
+}
+
+FileWriteResult saveNotes(const QString &folder, const QString &heading, const QString &ending)
+{
+    return writeFilesWhole({ FileContent { endingPath(folder), fileBytes(ending) },
+        FileContent { headingPath(folder), fileBytes(heading) } });
 }
 
 QString readHeading(const QString &folder)
@@ -73,9 +79,9 @@ int noIncludes(const ISettingsStore &settings)
     return ok ? value : 0;
 }
 
-void saveNoIncludes(ISettingsStore &settings, int value)
+bool saveNoIncludes(ISettingsStore &settings, int value)
 {
-    settings.save(Application, Section, NoIncludesKey, QString::number(value));
+    return settings.save(Application, Section, NoIncludesKey, QString::number(value));
 }
 
 } // namespace tarnwick::QuoteNote

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/filewrite.h"
+
 #include <QString>
 
 namespace tarnwick {
@@ -24,16 +26,22 @@ QString endingPath(const QString &folder);
 /// The text of a note file, line ends as line feeds; a missing or unreadable file gives the
 /// empty text. Characters as in the catalogue file (UTF-8, else Windows-1252).
 QString readText(const QString &path);
-/// Saves text as plain text with CR LF line ends, safely (a failed save keeps the old file).
-/// Returns false when the file could not be written.
-bool saveText(const QString &path, const QString &text);
+/// text as a note file holds it: plain text, CR LF line ends, characters as in the catalogue.
+QByteArray fileBytes(const QString &text);
+/// Saves text as plain text with CR LF line ends, whole or not at all (a failed save keeps the
+/// old file and says why).
+FileWriteResult saveText(const QString &path, const QString &text);
+/// Saves the heading and the ending of folder together: both files are written completely
+/// before either replaces its old file, so a failure keeps both old files as they were.
+FileWriteResult saveNotes(const QString &folder, const QString &heading, const QString &ending);
 
 QString readHeading(const QString &folder);
 QString readEnding(const QString &folder);
 
 /// "NoIncludes" as an integer (default 0; a value that is no whole number counts as 0).
 int noIncludes(const ISettingsStore &settings);
-void saveNoIncludes(ISettingsStore &settings, int value);
+/// False when the setting could not be written (the store's writeError() says why).
+bool saveNoIncludes(ISettingsStore &settings, int value);
 
 } // namespace QuoteNote
 

@@ -304,8 +304,12 @@ bool frmMain::Form_Unload()
 
 void frmMain::savePlacement()
 {
-    saveMainWindowSettings(m_services.settings,
+    const QString error = saveMainWindowSettings(m_services.settings,
         settingsToSave(m_startStored, m_startApplied, currentSettings()), m_module.locale());
+    // The window closes all the same: the box only says why it will not open as it was left.
+    if (!error.isEmpty())
+        m_services.prompts.msgBox(settingsNotSavedMessage(error),
+            MsgStyle::OkOnly | MsgStyle::Exclamation, SettingsNotSavedTitle);
 }
 
 void frmMain::offerRecovery()

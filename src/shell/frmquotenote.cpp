@@ -1,6 +1,7 @@
 #include "shell/frmquotenote.h"
 
 #include "platform/iprompts.h"
+#include "platform/isettingsstore.h"
 #include "quotes/quotenote.h"
 #include "shell/accessiblenames.h"
 
@@ -79,19 +80,35 @@ void FrmQuoteNote::Form_Load()
     m_txttop->setPlainText(QuoteNote::readHeading(m_appFolder));
 }
 
+QString FrmQuoteNote::saveFailedText(const QString &reason)
+{
+    return QStringLiteral("The quote note could not be saved: %1. The heading and ending files "
+                          "were left as they were.")
+        .arg(reason);
+}
+
+QString FrmQuoteNote::settingFailedText(const QString &reason)
+{
+    return QStringLiteral("The setting could not be saved: %1.").arg(reason);
+}
+
 void FrmQuoteNote::Chkincludes_Click()
 {
-    QuoteNote::saveNoIncludes(m_settings, m_chkincludes->isChecked() ? 1 : 0);
+    const bool checked = m_chkincludes->isChecked();
+    if (!QuoteNote::saveNoIncludes(m_settings, checked ? 1 : 0)) {
+        m_chkincludes->setChecked(!checked);
+        m_prompts.msgBox(
+            settingFailedText(m_settings.writeError()), MsgStyle::Exclamation, SaveFailedTitle);
+    }
 }
 
 void FrmQuoteNote::cmdOK_Click()
 {
-    const bool saved =
-        QuoteNote::saveText(QuoteNote::endingPath(m_appFolder), m_txtbottom->toPlainText())
-        && QuoteNote::saveText(QuoteNote::headingPath(m_appFolder), m_txttop->toPlainText());
+    const FileWriteResult saved =
+        QuoteNote::saveNotes(m_appFolder, m_txttop->toPlainText(), m_txtbottom->toPlainText());
     if (!saved) {
         // The window stays open, so the user's text is not lost.
-        m_prompts.msgBox(SaveFailedText, MsgStyle::Exclamation, SaveFailedTitle);
+        m_prompts.msgBox(saveFailedText(saved.reason), MsgStyle::Exclamation, SaveFailedTitle);
         return;
     }
     close();

@@ -20,8 +20,11 @@ class FrmQuoteNote : public QWidget
     Q_OBJECT
 
 public:
-    static constexpr QLatin1String SaveFailedText { "The quote note could not be saved." };
     static constexpr QLatin1String SaveFailedTitle { "Quote Note" };
+    /// "The quote note could not be saved: <reason>. …": the texts stay in the window.
+    static QString saveFailedText(const QString &reason);
+    /// "The setting could not be saved: <reason>.": the check box goes back to what is stored.
+    static QString settingFailedText(const QString &reason);
 
     FrmQuoteNote(ISettingsStore &settings, IPrompts &prompts, const QString &appFolder,
         QWidget *parent = nullptr);

@@ -108,7 +108,7 @@ void FrmSplash1::Form_Load()
     if (!password.isEmpty()) {
         // Nothing of the catalogue shows while the prompt is up: the tick wait ends here.
         m_timer->stop();
-        if (!PasswordLock::admits(password, m_dialogs.askPassword())) {
+        if (!PasswordLock::unlock(m_services.settings, password, m_dialogs.askPassword())) {
             // One attempt per start: the program ends here and nothing is written.
             m_ended = true;
             m_timer->stop();

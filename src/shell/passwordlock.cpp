@@ -2,9 +2,35 @@
 
 #include "platform/iprompts.h"
 #include "platform/isettingsstore.h"
+#include "platform/passwordhash.h"
 #include "shell/settingskeys.h"
 
 namespace tarnwick::PasswordLock {
+
+namespace {
+
+bool storePasswordValue(ISettingsStore &settings, const QString &value)
+{
+    return settings.save(
+        SettingsKeys::Application, SettingsKeys::Section, SettingsKeys::UserPassword, value);
+}
+
+/// What the settings keep for password: the empty text for none, otherwise its hash.
+std::optional<QString> storedForm(const QString &password)
+{
+    if (password.isEmpty())
+        return QString();
+    return PasswordHash::hash(password);
+}
+
+} // namespace
+
+QString saveFailedMessage(const QString &reason)
+{
+    return QStringLiteral(
+        "The password could not be saved: %1. The previous password is still in force.")
+        .arg(reason);
+}
 
 bool change(IPrompts &prompts, ISettingsStore &settings)
 {
@@ -20,14 +46,35 @@ bool change(IPrompts &prompts, ISettingsStore &settings)
         prompts.msgBox(MismatchMessage, MsgStyle::OkOnly);
         return false;
     }
-    settings.save(
-        SettingsKeys::Application, SettingsKeys::Section, SettingsKeys::UserPassword, first);
+    const std::optional<QString> value = storedForm(first);
+    if (!value) {
+        prompts.msgBox(
+            saveFailedMessage(QStringLiteral("there is not enough memory to protect it")),
+            MsgStyle::OkOnly | MsgStyle::Exclamation, Title);
+        return false;
+    }
+    if (!storePasswordValue(settings, *value)) {
+        prompts.msgBox(saveFailedMessage(settings.writeError()),
+            MsgStyle::OkOnly | MsgStyle::Exclamation, Title);
+        return false;
+    }
     return true;
 }
 
 bool admits(const QString &storedPassword, const QString &confirmedText)
 {
-    return storedPassword.isEmpty() || storedPassword == confirmedText;
+    return storedPassword.isEmpty() || PasswordHash::matches(storedPassword, confirmedText);
+}
+
+bool unlock(ISettingsStore &settings, const QString &storedPassword, const QString &confirmedText)
+{
+    if (!admits(storedPassword, confirmedText))
+        return false;
+    if (!storedPassword.isEmpty() && !PasswordHash::isHash(storedPassword)) {
+        if (const std::optional<QString> hashed = PasswordHash::hash(confirmedText))
+            storePasswordValue(settings, *hashed);
+    }
+    return true;
 }
 
 } // namespace tarnwick::PasswordLock

@@ -8,7 +8,8 @@ class IPrompts;
 class ISettingsStore;
 
 /// The user's own start-up password: set, changed or removed from the "&Settings" menu, asked
-/// for at every start while one is set. It is stored as typed and compared exactly.
+/// for at every start while one is set. The settings keep a salted Argon2id hash of it
+/// (PasswordHash), never the password itself; an empty value means no password.
 namespace PasswordLock {
 
 inline constexpr QLatin1String Title("Password");
@@ -18,12 +19,22 @@ inline constexpr QLatin1String RemoveQuestion("Remove password?");
 inline constexpr QLatin1String MismatchMessage(
     "The two passwords are different. To prevent errors, they must be the same.");
 
-/// Asks for the new password twice and stores it when both answers agree. An empty first
-/// answer (or Cancel) asks whether to remove the lock. Returns true when the setting changed.
+/// "The password could not be saved: <reason>. The previous password is still in force."
+QString saveFailedMessage(const QString &reason);
+
+/// Asks for the new password twice and stores its hash when both answers agree. An empty first
+/// answer (or Cancel) asks whether to remove the lock, which stores the empty text. Returns
+/// true when the setting changed; a store that cannot be written is reported under Title.
 bool change(IPrompts &prompts, ISettingsStore &settings);
 
-/// True when the start may go on: no password is set, or the confirmed text equals it exactly.
+/// True when the start may go on: no password is set, or the confirmed text is the password
+/// (exactly: letter case and blanks count). A stored value that is not a hash is a password in
+/// clear text (see PasswordHash::isHash).
 bool admits(const QString &storedPassword, const QString &confirmedText);
+
+/// admits(), and when a password kept in clear text unlocks, it is replaced in the settings by
+/// its hash. If that cannot be written the start still goes on and the next unlock tries again.
+bool unlock(ISettingsStore &settings, const QString &storedPassword, const QString &confirmedText);
 
 } // namespace PasswordLock
 

@@ -6,6 +6,7 @@
 #include "shell/settingskeys.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnwick {
 
@@ -88,18 +89,27 @@ MainWindowSettings settingsToSave(const MainWindowSettings &stored,
     return result;
 }
 
-void saveMainWindowSettings(
+QString saveMainWindowSettings(
     ISettingsStore &store, const MainWindowSettings &settings, const QLocale & /*locale*/)
 {
-    const auto save = [&](QLatin1String key, const QString &value) {
-        store.save(SettingsKeys::Application, SettingsKeys::Section, key, value);
+    const QList<std::pair<QString, QString>> values {
+        { SettingsKeys::MainLeft, stored::numberText(settings.left) },
+        { SettingsKeys::MainTop, stored::numberText(settings.top) },
+        { SettingsKeys::MainWidth, stored::numberText(settings.width) },
+        { SettingsKeys::MainHeight, stored::numberText(settings.height) },
+        { SettingsKeys::ScreenSplit, QString::number(settings.screenSplit) },
+        { SettingsKeys::Colwidth, QString::number(settings.colwidth) },
     };
-    save(SettingsKeys::MainLeft, stored::numberText(settings.left));
-    save(SettingsKeys::MainTop, stored::numberText(settings.top));
-    save(SettingsKeys::MainWidth, stored::numberText(settings.width));
-    save(SettingsKeys::MainHeight, stored::numberText(settings.height));
-    save(SettingsKeys::ScreenSplit, QString::number(settings.screenSplit));
-    save(SettingsKeys::Colwidth, QString::number(settings.colwidth));
+    if (!store.saveAll(SettingsKeys::Application, SettingsKeys::Section, values))
+        return store.writeError();
+    return {};
+}
+
+QString settingsNotSavedMessage(const QString &reason)
+{
+    return QStringLiteral("The window's position and size could not be saved: %1. The window "
+                          "will open as before at the next start.")
+        .arg(reason);
 }
 
 QString readUserPassword(const ISettingsStore &store)

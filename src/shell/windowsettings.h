@@ -61,9 +61,15 @@ MainWindowSettings settingsToSave(const MainWindowSettings &stored,
 MainWindowSettingsRead readMainWindowSettings(const ISettingsStore &store, const QLocale &locale);
 
 /// Writes the six values as stored numbers ("." as the decimal separator, no grouping), the
-/// same in every locale; reading also accepts the comma form of earlier versions.
-void saveMainWindowSettings(
+/// same in every locale; reading also accepts the comma form of earlier versions. All six go to
+/// the store at once; returns the store's reason when it could not write them, else empty.
+QString saveMainWindowSettings(
     ISettingsStore &store, const MainWindowSettings &settings, const QLocale &locale);
+
+/// The title and text of the box that tells, at close, that the settings could not be saved.
+/// The close goes on all the same.
+inline constexpr QLatin1String SettingsNotSavedTitle("Tarnwick");
+QString settingsNotSavedMessage(const QString &reason);
 
 /// The user's start-up password; empty means no lock.
 QString readUserPassword(const ISettingsStore &store);

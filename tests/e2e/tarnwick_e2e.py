@@ -186,6 +186,11 @@ def scenario_password(run):
         check_clean_exit(s)
     finally:
         s.stop()
+    # the clear password typed into the file has been replaced by its hash
+    with open(run.settings_file()) as f:
+        stored = f.read()
+    check("$argon2id$" in stored and "UserPassword=abc" not in stored,
+          "the password is kept as a hash: %r" % stored)
     # a wrong answer ends the program and writes nothing
     os.remove(run.catalogue())
     shutil.copy(run.args.sample, run.catalogue())

@@ -5,6 +5,7 @@
 #include "exchange/exchangecommands.h"
 #include "exchange/handheldexport.h"
 #include "exchange/spreadsheetexport.h"
+#include "support/diskfaults.h"
 #include "support/fakeservices.h"
 #include "support/tempappfolder.h"
 
@@ -110,6 +111,36 @@ TEST_F(ExchangeCommandsTest, AFileThatCannotBeWrittenIsReported)
     EXPECT_EQ(fakes.prompts.shown()[0].title, "Export to File");
     EXPECT_EQ(fakes.prompts.shown()[0].style, MsgStyle::OkOnly + MsgStyle::Exclamation);
     EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST_F(ExchangeCommandsTest, AnExportThatFailsPartWayIsReportedAndTheReplacedFileKept)
+{
+    Table catalogue(1000, P::FieldCount);
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
+        catalogue.put(row, P::PartNumber, QStringLiteral("PN-%1").arg(row));
+        catalogue.put(row, P::ProductName, QStringLiteral("Product number %1").arg(row));
+    }
+    const QString path = folder.filePath("list.xls");
+    folder.writeFile("list.xls", "the previous export");
+    fakes.fileDialogs.answer(FileDialogResult { path, 3 });
+    fakes.prompts.answerMessage(MsgResult::Yes); // "Overwrite existing file?"
+    bool exported = true;
+    {
+        test::FileSizeLimit fullDisk(16384);
+        ASSERT_TRUE(fullDisk.active());
+        exported = EC::Export(fakes.fileDialogs, fakes.prompts, catalogue, EnUs, {});
+    }
+    EXPECT_FALSE(exported);
+    ASSERT_EQ(fakes.prompts.shown().size(), 2U);
+    EXPECT_EQ(fakes.prompts.shown()[0].text, "Overwrite existing file?");
+    EXPECT_EQ(fakes.prompts.shown()[1].text,
+        QStringLiteral("The products could not be written to \"%1\": the file would be larger "
+                       "than the system allows")
+            .arg(path));
+    EXPECT_EQ(fakes.prompts.shown()[1].title, "Export to File");
+    EXPECT_EQ(fakes.prompts.shown()[1].style, MsgStyle::OkOnly + MsgStyle::Exclamation);
+    EXPECT_EQ(folder.readFile("list.xls"), "the previous export");
+    EXPECT_EQ(folder.fileNames(), QStringList { "list.xls" });
 }
 
 TEST_F(ExchangeCommandsTest, TheOpenDialogOffersEveryWorkbookFormatFromTheApplicationFolder)

@@ -3,9 +3,11 @@
 #include "exchange/handheldexport.h"
 #include "exchange/handheldsend.h"
 #include "platform/qt/qtprocesslauncher.h"
+#include "support/diskfaults.h"
 #include "support/fakeservices.h"
 #include "support/tempappfolder.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTest>
 
@@ -105,6 +107,116 @@ TEST_F(HandheldSend, ConverterThatCannotStartOpensHelpAndKeepsTheFile)
     EXPECT_EQ(fakes.help.calls[0], folder.filePath("Tarnwick Help.chm") + "|15|2050");
     EXPECT_EQ(folder.readFile("Pumps.CSV"),
         HeaderLine + "0,C3,,\"\",\"\",\"\",\r\n0,A1,,\"\",\"\",\"\",\r\n");
+}
+
+namespace {
+
+Table manyProducts()
+{
+    Table catalogue(1000, P::FieldCount);
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
+        catalogue.put(row, P::PartNumber, QStringLiteral("PN-%1").arg(row));
+        catalogue.put(row, P::ProductName, QStringLiteral("Product number %1").arg(row));
+    }
+    return catalogue;
+}
+
+} // namespace
+
+TEST_F(HandheldSend, AFileThatFailsPartWayIsReportedAndNoConverterStarts)
+{
+    folder.writeFile("Products.CSV", "the previous file");
+    fakes.prompts.answerMessage(MsgResult::Ok);
+    fakes.prompts.answerInput("Products");
+    SendResult sent = SendResult::Sent;
+    {
+        test::FileSizeLimit fullDisk(16384);
+        ASSERT_TRUE(fullDisk.active());
+        sent = HandheldExport::Palmpilot(services, manyProducts(), {}, 1, EnUs);
+    }
+    EXPECT_EQ(sent, SendResult::WriteFailed);
+    EXPECT_TRUE(fakes.launcher.starts.empty());
+    ASSERT_EQ(fakes.prompts.shown().size(), 3U);
+    const test::ShownPrompt &box = fakes.prompts.shown()[2];
+    EXPECT_EQ(box.text,
+        QStringLiteral("Error creating file for Palm application\n\n\"%1\" could not be "
+                       "written: the file would be larger than the system allows.")
+            .arg(folder.filePath("Products.CSV")));
+    EXPECT_EQ(box.title, "Error:61");
+    EXPECT_EQ(box.style, MsgStyle::OkOnly);
+    EXPECT_EQ(folder.readFile("Products.CSV"), "the previous file");
+    EXPECT_EQ(folder.fileNames(), QStringList { "Products.CSV" });
+}
+
+TEST_F(HandheldSend, AFullDiskIsReportedAndTheOldFileKept)
+{
+    test::TinyDisk disk(folder.filePath("app"), 64);
+    if (!disk.mounted())
+        GTEST_SKIP() << "a small file system cannot be mounted here: "
+                     << disk.failure().toStdString();
+    const AppEnvironment onDisk(folder.filePath("app"), QString());
+    AppServices tiny { fakes.prompts, fakes.clipboard, fakes.settings, fakes.fileDialogs,
+        fakes.launcher, fakes.help, fakes.events, onDisk };
+    folder.writeFile("app/Products.CSV", "the previous file");
+    disk.fillLeaving(8192);
+    fakes.prompts.answerMessage(MsgResult::Ok);
+    fakes.prompts.answerInput("Products");
+    EXPECT_EQ(
+        HandheldExport::Palmpilot(tiny, manyProducts(), {}, 1, EnUs), SendResult::WriteFailed);
+    EXPECT_TRUE(fakes.launcher.starts.empty());
+    ASSERT_EQ(fakes.prompts.shown().size(), 3U);
+    EXPECT_TRUE(fakes.prompts.shown()[2].text.endsWith(
+        QStringLiteral("could not be written: the disk is full.")));
+    EXPECT_EQ(fakes.prompts.shown()[2].title, "Error:61");
+    EXPECT_EQ(folder.readFile("app/Products.CSV"), "the previous file");
+    EXPECT_EQ(QDir(folder.filePath("app")).entryList(QDir::Files),
+        (QStringList { "filler.bin", "Products.CSV" }));
+}
+
+TEST_F(HandheldSend, AnApplicationFolderThatTakesNoNewFilesKeepsTheOldFile)
+{
+    const QString app = folder.filePath("app");
+    ASSERT_TRUE(QDir().mkpath(app));
+    folder.writeFile("app/Products.CSV", "the previous file");
+    QFile::setPermissions(folder.filePath("app/Products.CSV"), QFileDevice::Permissions(0x6666));
+    const AppEnvironment readOnlyApp(app, QString());
+    AppServices readOnly { fakes.prompts, fakes.clipboard, fakes.settings, fakes.fileDialogs,
+        fakes.launcher, fakes.help, fakes.events, readOnlyApp };
+    fakes.prompts.answerMessage(MsgResult::Ok);
+    fakes.prompts.answerInput("Products");
+    SendResult sent = SendResult::Sent;
+    {
+        test::UnwritableFolder refusing(app, folder.path());
+        ASSERT_TRUE(refusing.blocksNewFiles());
+        sent = HandheldExport::Palmpilot(readOnly, threeProducts(), {}, 1, EnUs);
+    }
+    EXPECT_EQ(sent, SendResult::WriteFailed);
+    ASSERT_EQ(fakes.prompts.shown().size(), 3U);
+    EXPECT_EQ(fakes.prompts.shown()[2].text,
+        QStringLiteral("Error creating file for Palm application\n\n\"%1\" could not be "
+                       "written: you have no permission to write there.")
+            .arg(folder.filePath("app/Products.CSV")));
+    EXPECT_EQ(fakes.prompts.shown()[2].title, "Error:70");
+    EXPECT_EQ(folder.readFile("app/Products.CSV"), "the previous file");
+    EXPECT_EQ(QDir(app).entryList(QDir::Files), QStringList { "Products.CSV" });
+    EXPECT_TRUE(fakes.launcher.starts.empty());
+}
+
+TEST_F(HandheldSend, AGroupFolderThatIsAFileIsReported)
+{
+    folder.writeFile("Pumps", "a plain file");
+    fakes.prompts.answerMessage(MsgResult::Ok);
+    fakes.prompts.answerInput("Pumps");
+    const QString appFolder = folder.filePath("Pumps");
+    const AppEnvironment belowAFile(appFolder, QString());
+    AppServices broken { fakes.prompts, fakes.clipboard, fakes.settings, fakes.fileDialogs,
+        fakes.launcher, fakes.help, fakes.events, belowAFile };
+    EXPECT_EQ(
+        HandheldExport::Palmpilot(broken, threeProducts(), {}, 1, EnUs), SendResult::WriteFailed);
+    ASSERT_EQ(fakes.prompts.shown().size(), 3U);
+    EXPECT_EQ(fakes.prompts.shown()[2].title, "Error:76");
+    EXPECT_EQ(folder.readFile("Pumps"), "a plain file");
+    EXPECT_TRUE(fakes.launcher.starts.empty());
 }
 
 #ifdef Q_OS_UNIX

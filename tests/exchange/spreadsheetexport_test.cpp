@@ -1,8 +1,12 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "exchange/spreadsheetexport.h"
+#include "support/diskfaults.h"
 #include "support/fakeservices.h"
 #include "support/tempappfolder.h"
+
+#include <QDir>
+#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -95,7 +99,10 @@ TEST(SpreadsheetExport, WriteFileIntoAMissingFolderReportsAnError)
     const auto error = SpreadsheetExport::writeFile(
         folder.filePath("missing/out.xls"), Table(0, P::FieldCount), EnUs);
     ASSERT_TRUE(error.has_value());
-    EXPECT_FALSE(error->isEmpty());
+    EXPECT_EQ(*error,
+        QStringLiteral("the folder \"%1\" does not exist")
+            .arg(QDir::toNativeSeparators(folder.filePath("missing"))));
+    EXPECT_TRUE(folder.fileNames().isEmpty());
 }
 
 TEST(SpreadsheetExportChooseFile, NewFileIsTakenWithoutQuestion)
@@ -129,8 +136,9 @@ TEST(SpreadsheetExportChooseFile, NoShowsTheDialogAgainAndYesReplaces)
     EXPECT_EQ(fakes.prompts.shown()[0].text, "Overwrite existing file?");
     EXPECT_EQ(fakes.prompts.shown()[0].title, "Overwrite?");
     EXPECT_EQ(fakes.prompts.shown()[0].style, MsgStyle::YesNo + MsgStyle::Question);
-    EXPECT_TRUE(folder.exists("old.xls"));
-    EXPECT_FALSE(folder.exists("other.xls"));
+    EXPECT_EQ(folder.readFile("old.xls"), "old");
+    // The file to replace stays as it is until the new one has been written whole.
+    EXPECT_EQ(folder.readFile("other.xls"), "other");
 }
 
 TEST(SpreadsheetExportChooseFile, CancelGivesNoFile)
@@ -139,4 +147,73 @@ TEST(SpreadsheetExportChooseFile, CancelGivesNoFile)
     test::FakeServices fakes(folder.environment());
     fakes.fileDialogs.answer(std::nullopt);
     EXPECT_FALSE(SpreadsheetExport::chooseFile(fakes.fileDialogs, fakes.prompts).has_value());
+}
+
+namespace {
+
+/// A catalogue whose export is far larger than the faults below let through.
+Table largeCatalogue()
+{
+    Table catalogue(1000, P::FieldCount);
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
+        catalogue.put(row, P::PartNumber, QStringLiteral("PN-%1").arg(row));
+        catalogue.put(row, P::ProductName, QStringLiteral("Product number %1").arg(row));
+        catalogue.put(row, P::Price, double(row) + 0.5);
+    }
+    return catalogue;
+}
+
+} // namespace
+
+TEST(SpreadsheetExport, AWriteThatFailsPartWayKeepsTheOldFile)
+{
+    test::TempAppFolder folder;
+    folder.writeFile("out.xls", "old export");
+    std::optional<QString> error;
+    {
+        test::FileSizeLimit fullDisk(16384);
+        ASSERT_TRUE(fullDisk.active());
+        error = SpreadsheetExport::writeFile(folder.filePath("out.xls"), largeCatalogue(), EnUs);
+    }
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(*error, QStringLiteral("the file would be larger than the system allows"));
+    EXPECT_EQ(folder.readFile("out.xls"), "old export");
+    EXPECT_EQ(folder.fileNames(), QStringList { "out.xls" });
+}
+
+TEST(SpreadsheetExport, AFullDiskKeepsTheOldFile)
+{
+    test::TempAppFolder folder;
+    test::TinyDisk disk(folder.filePath("disk"), 64);
+    if (!disk.mounted())
+        GTEST_SKIP() << "a small file system cannot be mounted here: "
+                     << disk.failure().toStdString();
+    folder.writeFile("disk/out.xls", "old export");
+    disk.fillLeaving(16384);
+    const auto error =
+        SpreadsheetExport::writeFile(folder.filePath("disk/out.xls"), largeCatalogue(), EnUs);
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(*error, QStringLiteral("the disk is full"));
+    EXPECT_EQ(folder.readFile("disk/out.xls"), "old export");
+    EXPECT_EQ(QDir(folder.filePath("disk")).entryList(QDir::Files),
+        (QStringList { "filler.bin", "out.xls" }));
+}
+
+TEST(SpreadsheetExport, AFolderThatTakesNoNewFilesKeepsTheOldFile)
+{
+    test::TempAppFolder folder;
+    ASSERT_TRUE(QDir().mkpath(folder.filePath("out")));
+    folder.writeFile("out/list.xls", "old export");
+    QFile::setPermissions(folder.filePath("out/list.xls"), QFileDevice::Permissions(0x6666));
+    std::optional<QString> error;
+    {
+        test::UnwritableFolder readOnly(folder.filePath("out"), folder.path());
+        ASSERT_TRUE(readOnly.blocksNewFiles());
+        error =
+            SpreadsheetExport::writeFile(folder.filePath("out/list.xls"), largeCatalogue(), EnUs);
+    }
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(*error, QStringLiteral("you have no permission to write there"));
+    EXPECT_EQ(folder.readFile("out/list.xls"), "old export");
+    EXPECT_EQ(QDir(folder.filePath("out")).entryList(QDir::Files), QStringList { "list.xls" });
 }

@@ -1,5 +1,6 @@
 #include "platform/qt/qtsettingsstore.h"
 
+#include "support/diskfaults.h"
 #include "support/tempappfolder.h"
 
 #include <QDir>
@@ -165,6 +166,161 @@ TEST_F(QtSettingsStoreTest, SectionWrittenByHandInOtherCaseIsFound)
     m_store.save(App, Section, QStringLiteral("Colwidth"), QStringLiteral("800"));
     EXPECT_FALSE(iniText().contains("[Settings]")) << iniText().constData();
     EXPECT_TRUE(iniText().contains("Colwidth=800"));
+}
+
+TEST_F(QtSettingsStoreTest, ASuccessfulSaveLeavesOnlyTheIniFile)
+{
+    EXPECT_TRUE(m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("1")));
+    EXPECT_TRUE(m_store.writeError().isEmpty());
+    EXPECT_TRUE(m_store.remove(App, Section, QStringLiteral("MainLeft")));
+    EXPECT_TRUE(m_store.save(App, Section, QStringLiteral("MainTop"), QStringLiteral("2")));
+    EXPECT_EQ(QDir(QFileInfo(iniPath()).path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList { QStringLiteral("settings.ini") });
+}
+
+TEST_F(QtSettingsStoreTest, ValuesOfTheSameLengthSavedInARowAreReadBack)
+{
+    // QSettings takes a file of unchanged size and time for the one it has read.
+    for (int value = 1000; value < 1040; ++value) {
+        ASSERT_TRUE(m_store.save(App, Section, QStringLiteral("MainLeft"), QString::number(value)));
+        ASSERT_EQ(m_store.get(App, Section, QStringLiteral("MainLeft")), QString::number(value));
+    }
+}
+
+TEST_F(QtSettingsStoreTest, ASettingsFolderThatTakesNoNewFilesKeepsTheOldFile)
+{
+    ASSERT_TRUE(m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("1234")));
+    const QByteArray before = iniText();
+    const QString settingsFolder = QFileInfo(iniPath()).path();
+    bool saved = true;
+    {
+        // Everything on the way to the settings folder opens for others to read.
+        QFile::setPermissions(
+            m_folder.filePath(QStringLiteral("settings")), QFileDevice::Permissions(0x7755));
+        test::UnwritableFolder readOnly(settingsFolder, m_folder.path());
+        ASSERT_TRUE(readOnly.blocksNewFiles());
+        saved = m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("99"));
+    }
+    EXPECT_FALSE(saved);
+    EXPECT_EQ(m_store.writeError(), QStringLiteral("you have no permission to write there"))
+        << m_store.writeError().toStdString();
+    EXPECT_EQ(iniText(), before);
+    EXPECT_EQ(m_store.get(App, Section, QStringLiteral("MainLeft")), QStringLiteral("1234"));
+    EXPECT_EQ(QDir(settingsFolder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList { QStringLiteral("settings.ini") });
+}
+
+TEST_F(QtSettingsStoreTest, ASettingsFileCutShortWhileWrittenIsNeverTakenForTheNewOne)
+{
+    // Enough values that the new file is longer than the limit below.
+    for (int index = 0; index < 20; ++index)
+        ASSERT_TRUE(m_store.save(App, Section, QStringLiteral("Key%1").arg(index),
+            QStringLiteral("a value of some length, number %1").arg(index)));
+    const QByteArray before = iniText();
+    ASSERT_GT(before.size(), 600);
+    bool saved = true;
+    {
+        test::FileSizeLimit fullDisk(512);
+        ASSERT_TRUE(fullDisk.active());
+        saved = m_store.save(App, Section, QStringLiteral("Key0"), QStringLiteral("changed"));
+    }
+    EXPECT_FALSE(saved);
+    EXPECT_EQ(
+        m_store.writeError(), QStringLiteral("the file would be larger than the system allows"))
+        << m_store.writeError().toStdString();
+    EXPECT_EQ(iniText(), before);
+    EXPECT_EQ(QtSettingsStore().get(App, Section, QStringLiteral("Key0")),
+        QStringLiteral("a value of some length, number 0"));
+    EXPECT_EQ(QDir(QFileInfo(iniPath()).path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList { QStringLiteral("settings.ini") });
+}
+
+TEST_F(QtSettingsStoreTest, ASettingsFolderThatIsAFileIsReported)
+{
+    const QString settingsFolder = QFileInfo(iniPath()).path();
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(settingsFolder).path()));
+    QFile plain(settingsFolder);
+    ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
+    plain.write("a plain file");
+    plain.close();
+    EXPECT_FALSE(m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("1")));
+    EXPECT_EQ(m_store.writeError(),
+        QStringLiteral("the folder \"%1\" cannot be created")
+            .arg(QDir::toNativeSeparators(settingsFolder)));
+    ASSERT_TRUE(plain.open(QIODevice::ReadOnly));
+    EXPECT_EQ(plain.readAll(), QByteArray("a plain file"));
+}
+
+class QtSettingsStoreDiskTest : public QtSettingsStoreTest
+{
+protected:
+    void SetUp() override
+    {
+        // The settings folder of App is a tiny disk of its own.
+        m_disk = std::make_unique<test::TinyDisk>(QFileInfo(iniPath()).path(), 64);
+        if (!m_disk->mounted())
+            GTEST_SKIP() << "a small file system cannot be mounted here: "
+                         << m_disk->failure().toStdString();
+    }
+    void TearDown() override
+    {
+        QtSettingsStoreTest::TearDown();
+        m_disk.reset();
+    }
+
+    std::unique_ptr<test::TinyDisk> m_disk;
+};
+
+TEST_F(QtSettingsStoreDiskTest, AFullDiskKeepsEverySettingAndSaysWhy)
+{
+    ASSERT_TRUE(m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("1234")));
+    ASSERT_TRUE(m_store.save(App, Section, QStringLiteral("UserPassword"), QStringLiteral("pw")));
+    const QByteArray before = iniText();
+    m_disk->fillLeaving(0);
+
+    EXPECT_FALSE(m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("99")));
+    EXPECT_EQ(m_store.writeError(), QStringLiteral("the disk is full"))
+        << m_store.writeError().toStdString();
+    EXPECT_FALSE(m_store.remove(App, Section, QStringLiteral("UserPassword")));
+    EXPECT_EQ(m_store.writeError(), QStringLiteral("the disk is full"))
+        << m_store.writeError().toStdString();
+
+    EXPECT_EQ(iniText(), before);
+    EXPECT_EQ(
+        QtSettingsStore().get(App, Section, QStringLiteral("MainLeft")), QStringLiteral("1234"));
+    EXPECT_EQ(
+        QtSettingsStore().get(App, Section, QStringLiteral("UserPassword")), QStringLiteral("pw"));
+    EXPECT_EQ(QDir(QFileInfo(iniPath()).path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        (QStringList { QStringLiteral("filler.bin"), QStringLiteral("settings.ini") }));
+}
+
+TEST_F(QtSettingsStoreDiskTest, SeveralValuesAreSavedAllOrNone)
+{
+    const QList<std::pair<QString, QString>> first { { QStringLiteral("MainLeft"),
+                                                         QStringLiteral("1") },
+        { QStringLiteral("MainTop"), QStringLiteral("2") } };
+    ASSERT_TRUE(m_store.saveAll(App, Section, first));
+    EXPECT_EQ(m_store.get(App, Section, QStringLiteral("MainLeft")), QStringLiteral("1"));
+    EXPECT_EQ(m_store.get(App, Section, QStringLiteral("MainTop")), QStringLiteral("2"));
+    const QByteArray before = iniText();
+    m_disk->fillLeaving(0);
+    const QList<std::pair<QString, QString>> second { { QStringLiteral("MainLeft"),
+                                                          QStringLiteral("10") },
+        { QStringLiteral("MainTop"), QStringLiteral("20") } };
+    EXPECT_FALSE(m_store.saveAll(App, Section, second));
+    EXPECT_EQ(m_store.writeError(), QStringLiteral("the disk is full"))
+        << m_store.writeError().toStdString();
+    EXPECT_EQ(iniText(), before);
+    EXPECT_EQ(QtSettingsStore().get(App, Section, QStringLiteral("MainLeft")), QStringLiteral("1"));
+    EXPECT_EQ(QtSettingsStore().get(App, Section, QStringLiteral("MainTop")), QStringLiteral("2"));
+}
+
+TEST_F(QtSettingsStoreDiskTest, AnUnchangedValueNeedsNoRoom)
+{
+    ASSERT_TRUE(m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("1234")));
+    m_disk->fillLeaving(0);
+    EXPECT_TRUE(m_store.save(App, Section, QStringLiteral("MainLeft"), QStringLiteral("1234")));
+    EXPECT_TRUE(m_store.writeError().isEmpty());
 }
 #endif
 

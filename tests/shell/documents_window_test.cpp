@@ -2,6 +2,8 @@
 // reached from the real main window and on their own.
 #include "shellfixture.h"
 
+#include "support/diskfaults.h"
+
 #include "quotes/quotenote.h"
 #include "shell/documentscontroller.h"
 #include "shell/frmquotenote.h"
@@ -101,6 +103,63 @@ TEST_F(QuoteNoteWindowTest, TheCheckBoxIsSavedAtOnceAndKeptOnCancel)
     EXPECT_EQ(QuoteNote::noIncludes(settings), 1);
     open();
     QTest::mouseClick(child<QCheckBox>("Chkincludes"), Qt::LeftButton);
+    EXPECT_EQ(QuoteNote::noIncludes(settings), 0);
+}
+
+TEST_F(QuoteNoteWindowTest, AHeadingThatCannotBeWrittenIsReportedAndBothFilesKept)
+{
+    folder.writeFile(QStringLiteral("QuoteNoteHead.txt"), "old heading");
+    folder.writeFile(QStringLiteral("QuoteNote.txt"), "old ending");
+    open();
+    QString longHeading;
+    for (int line = 0; line < 2000; ++line)
+        longHeading += QStringLiteral("Heading line %1\n").arg(line);
+    child<QTextEdit>("txttop")->setPlainText(longHeading);
+    child<QTextEdit>("txtbottom")->setPlainText(QStringLiteral("new ending"));
+    {
+        FileSizeLimit fullDisk(4096);
+        ASSERT_TRUE(fullDisk.active());
+        QTest::mouseClick(child<QPushButton>("cmdOK"), Qt::LeftButton);
+    }
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_EQ(prompts.shown()[0].text,
+        QStringLiteral("The quote note could not be saved: the file would be larger than the "
+                       "system allows. The heading and ending files were left as they were."));
+    EXPECT_EQ(prompts.shown()[0].title, QStringLiteral("Quote Note"));
+    EXPECT_EQ(prompts.shown()[0].style, MsgStyle::Exclamation);
+    EXPECT_TRUE(window->isVisible()) << "the texts stay in the window";
+    EXPECT_EQ(child<QTextEdit>("txttop")->toPlainText(), longHeading);
+    EXPECT_EQ(folder.readFile(QStringLiteral("QuoteNoteHead.txt")), QByteArray("old heading"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("QuoteNote.txt")), QByteArray("old ending"));
+    EXPECT_EQ(folder.fileNames(),
+        (QStringList { QStringLiteral("QuoteNote.txt"), QStringLiteral("QuoteNoteHead.txt") }));
+}
+
+TEST_F(QuoteNoteWindowTest, AFolderThatIsAFileIsReported)
+{
+    folder.writeFile(QStringLiteral("app"), "a plain file");
+    window = std::make_unique<FrmQuoteNote>(settings, prompts, folder.filePath("app"));
+    window->show();
+    QTest::mouseClick(child<QPushButton>("cmdOK"), Qt::LeftButton);
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_EQ(prompts.shown()[0].text,
+        QStringLiteral("The quote note could not be saved: the folder \"%1\" does not exist. "
+                       "The heading and ending files were left as they were.")
+            .arg(QDir::toNativeSeparators(folder.filePath("app"))));
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(folder.readFile(QStringLiteral("app")), QByteArray("a plain file"));
+}
+
+TEST_F(QuoteNoteWindowTest, ACheckBoxSettingThatCannotBeWrittenIsReportedAndUndone)
+{
+    open();
+    settings.failWrites(QStringLiteral("the disk is full"));
+    QTest::mouseClick(child<QCheckBox>("Chkincludes"), Qt::LeftButton);
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_EQ(prompts.shown()[0].text,
+        QStringLiteral("The setting could not be saved: the disk is full."));
+    EXPECT_EQ(prompts.shown()[0].title, QStringLiteral("Quote Note"));
+    EXPECT_FALSE(child<QCheckBox>("Chkincludes")->isChecked());
     EXPECT_EQ(QuoteNote::noIncludes(settings), 0);
 }
 

@@ -2,6 +2,7 @@
 // changing and removing it from the "&Settings" menu.
 #include "shellfixture.h"
 
+#include "platform/passwordhash.h"
 #include "shell/frmpassword.h"
 #include "shell/mainwindowactions.h"
 #include "shell/passwordlock.h"
@@ -190,7 +191,11 @@ TEST_F(PasswordMenuTest, TwoEqualAnswersSetThePassword)
     fakes->prompts.answerInput(QStringLiteral("Secret"));
     fakes->prompts.answerInput(QStringLiteral("Secret"));
     choosePasswordMenu();
-    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("Secret"));
+    const QString stored = setting(QStringLiteral("UserPassword"));
+    EXPECT_NE(stored, QStringLiteral("Secret")) << "the password is never stored as typed";
+    EXPECT_FALSE(stored.contains(QStringLiteral("Secret")));
+    EXPECT_TRUE(PasswordHash::isHash(stored)) << stored.toStdString();
+    EXPECT_TRUE(PasswordHash::matches(stored, QStringLiteral("Secret")));
     const auto &shown = fakes->prompts.shown();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_EQ(shown[0].text, QStringLiteral("Please enter the new password."));
@@ -204,10 +209,12 @@ TEST_F(PasswordMenuTest, TwoDifferentAnswersKeepTheOldPassword)
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
     dialogs.answer = QStringLiteral("old");
     startAndWait();
+    const QString before = setting(QStringLiteral("UserPassword"));
     fakes->prompts.answerInput(QStringLiteral("one"));
     fakes->prompts.answerInput(QStringLiteral("two"));
     choosePasswordMenu();
-    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("old"));
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), before);
+    EXPECT_TRUE(PasswordHash::matches(before, QStringLiteral("old")));
     ASSERT_EQ(fakes->prompts.shown().size(), 3u);
     const ShownPrompt &box = fakes->prompts.shown()[2];
     EXPECT_EQ(box.text,
@@ -245,11 +252,105 @@ TEST_F(PasswordMenuTest, AnEmptyAnswerAndNoKeepTheLock)
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
     dialogs.answer = QStringLiteral("old");
     startAndWait();
+    const QString before = setting(QStringLiteral("UserPassword"));
     fakes->prompts.answerInput(QString());
     fakes->prompts.answerMessage(MsgResult::No);
     choosePasswordMenu();
-    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("old"));
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), before);
+    EXPECT_TRUE(PasswordHash::matches(before, QStringLiteral("old")));
     EXPECT_EQ(fakes->prompts.shown().size(), 2u);
+}
+
+TEST_F(PasswordMenuTest, APasswordThatCannotBeSavedIsReportedAndTheOldOneStays)
+{
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
+    dialogs.answer = QStringLiteral("old");
+    startAndWait();
+    const QString before = setting(QStringLiteral("UserPassword"));
+    fakes->settings.failWrites(QStringLiteral("the disk is full"));
+    fakes->prompts.answerInput(QStringLiteral("new"));
+    fakes->prompts.answerInput(QStringLiteral("new"));
+    choosePasswordMenu();
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), before);
+    ASSERT_EQ(fakes->prompts.shown().size(), 3u);
+    const ShownPrompt &box = fakes->prompts.shown()[2];
+    EXPECT_EQ(box.text,
+        QStringLiteral("The password could not be saved: the disk is full. The previous "
+                       "password is still in force."));
+    EXPECT_EQ(box.title, QStringLiteral("Password"));
+    EXPECT_EQ(box.style, MsgStyle::OkOnly | MsgStyle::Exclamation);
+}
+
+TEST_F(PasswordTest, AClearTextPasswordUnlocksAndIsReplacedByItsHash)
+{
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    dialogs.answer = QStringLiteral("abc");
+    start();
+    ASSERT_TRUE(started);
+    const QString stored = setting(QStringLiteral("UserPassword"));
+    EXPECT_NE(stored, QStringLiteral("abc"));
+    EXPECT_TRUE(PasswordHash::isHash(stored)) << stored.toStdString();
+
+    // The hash unlocks the next start with the same text, and nothing is rewritten then.
+    mainWindow->close();
+    const int savesBefore = fakes->settings.saveCount();
+    restart();
+    EXPECT_TRUE(started);
+    EXPECT_EQ(dialogs.asked, 2);
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), stored);
+    mainWindow->close();
+    EXPECT_EQ(fakes->settings.saveCount() - savesBefore, 6) << "only the six window settings";
+}
+
+TEST_F(PasswordTest, AHashedPasswordRefusesCapitalsAndATrailingBlankWithoutWriting)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("UserPassword"), *PasswordHash::hash(QStringLiteral("abc")));
+    const QString stored = setting(QStringLiteral("UserPassword"));
+    for (const QString &wrong : { QStringLiteral("ABC"), QStringLiteral("abc "), QString() }) {
+        dialogs.answer = wrong;
+        start();
+        expectProgramEndedWithoutWriting();
+        EXPECT_EQ(setting(QStringLiteral("UserPassword")), stored);
+    }
+}
+
+TEST_F(PasswordTest, AWrongAnswerLeavesAClearTextPasswordAsItWas)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    const int savesBefore = fakes->settings.saveCount();
+    dialogs.answer = QStringLiteral("abd");
+    start();
+    expectProgramEndedWithoutWriting();
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), QStringLiteral("abc"));
+    EXPECT_EQ(fakes->settings.saveCount(), savesBefore);
+}
+
+TEST(PasswordLockTest, UnlockReplacesOnlyAClearTextPasswordThatMatched)
+{
+    FakeSettingsStore settings;
+    const auto stored = [&] {
+        return settings.get(QStringLiteral("Tarnwick"), QStringLiteral("Settings"),
+            QStringLiteral("UserPassword"), QStringLiteral("<unset>"));
+    };
+    EXPECT_TRUE(PasswordLock::unlock(settings, QString(), QStringLiteral("x")));
+    EXPECT_EQ(stored(), QStringLiteral("<unset>"));
+    EXPECT_FALSE(PasswordLock::unlock(settings, QStringLiteral("abc"), QStringLiteral("abd")));
+    EXPECT_EQ(stored(), QStringLiteral("<unset>"));
+    EXPECT_TRUE(PasswordLock::unlock(settings, QStringLiteral("abc"), QStringLiteral("abc")));
+    const QString hashed = stored();
+    EXPECT_TRUE(PasswordHash::isHash(hashed));
+    EXPECT_TRUE(PasswordLock::unlock(settings, hashed, QStringLiteral("abc")));
+    EXPECT_EQ(stored(), hashed);
+    EXPECT_FALSE(PasswordLock::unlock(settings, hashed, QStringLiteral("ABC")));
+}
+
+TEST(PasswordLockTest, AClearTextPasswordStillUnlocksWhenItsHashCannotBeWritten)
+{
+    FakeSettingsStore settings;
+    settings.failWrites(QStringLiteral("the disk is full"));
+    EXPECT_TRUE(PasswordLock::unlock(settings, QStringLiteral("abc"), QStringLiteral("abc")));
 }
 
 TEST(PasswordLockTest, AdmitsOnlyTheExactText)

@@ -87,6 +87,27 @@ TEST_F(ShutdownTest, ClosingWhileMinimisedWritesTheCatalogueButKeepsTheSettings)
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).startsWith("A-100"));
 }
 
+TEST_F(ShutdownTest, SettingsThatCannotBeWrittenAreReportedAndTheWindowClosesAllTheSame)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("MainLeft"), QStringLiteral("2000"));
+    frmMain *window = startAndWait();
+    window->move(70, 30);
+    fakes->settings.failWrites(QStringLiteral("the disk is full"));
+    EXPECT_TRUE(window->close());
+    EXPECT_FALSE(window->isVisible());
+    ASSERT_FALSE(fakes->prompts.shown().empty());
+    const ShownPrompt &box = fakes->prompts.shown().back();
+    EXPECT_EQ(box.text,
+        QStringLiteral("The window's position and size could not be saved: the disk is full. "
+                       "The window will open as before at the next start."));
+    EXPECT_EQ(box.title, QStringLiteral("Tarnwick"));
+    EXPECT_EQ(box.style, MsgStyle::OkOnly | MsgStyle::Exclamation);
+    EXPECT_EQ(setting(QStringLiteral("MainLeft")), QStringLiteral("2000"));
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).startsWith("A-100"))
+        << "the catalogue is written all the same";
+}
+
 TEST_F(ShutdownTest, ExitFromTheFileMenuRunsTheShutDown)
 {
     frmMain *window = startAndWait();

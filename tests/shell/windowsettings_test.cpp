@@ -32,11 +32,27 @@ TEST(WindowSettingsTest, SavesTheTextFormsAndReadsThemBack)
 {
     FakeSettingsStore settings;
     const MainWindowSettings values { 1234.5f, 15, 9000, 6495, 37, 1650 };
-    saveMainWindowSettings(settings, values, EnUs);
+    EXPECT_EQ(saveMainWindowSettings(settings, values, EnUs), QString());
     EXPECT_EQ(settings.get("Tarnwick", "Settings", "MainLeft"), QStringLiteral("1234.5"));
     EXPECT_EQ(settings.get("Tarnwick", "Settings", "ScreenSplit"), QStringLiteral("37"));
     EXPECT_EQ(settings.get("Tarnwick", "Settings", "Colwidth"), QStringLiteral("1650"));
     EXPECT_EQ(readMainWindowSettings(settings, EnUs).values, values);
+}
+
+TEST(WindowSettingsTest, AStoreThatCannotBeWrittenGivesItsReasonAndKeepsTheValues)
+{
+    FakeSettingsStore settings;
+    store(settings, SettingsKeys::MainLeft, QStringLiteral("2000"));
+    settings.failWrites(QStringLiteral("the disk is full"));
+    const int savesBefore = settings.saveCount();
+    EXPECT_EQ(
+        saveMainWindowSettings(settings, MainWindowSettings { 1, 2, 3000, 4000, 5, 600 }, EnUs),
+        QStringLiteral("the disk is full"));
+    EXPECT_EQ(settings.saveCount() - savesBefore, 1) << "the first failure ends the attempt";
+    EXPECT_EQ(settings.get("Tarnwick", "Settings", "MainLeft"), QStringLiteral("2000"));
+    EXPECT_EQ(settingsNotSavedMessage(QStringLiteral("the disk is full")),
+        QStringLiteral("The window's position and size could not be saved: the disk is full. The "
+                       "window will open as before at the next start."));
 }
 
 TEST(WindowSettingsTest, SettingsAreStoredWithADotInEveryLocale)

@@ -14,17 +14,25 @@ QString FakeSettingsStore::get(const QString &application, const QString &sectio
     return m_values.value(path(application, section, key), defaultValue);
 }
 
-void FakeSettingsStore::save(
+bool FakeSettingsStore::save(
     const QString &application, const QString &section, const QString &key, const QString &value)
 {
     ++m_saveCount;
+    m_writeError = m_failReason;
+    if (!m_failReason.isEmpty())
+        return false;
     m_values.insert(path(application, section, key), value);
+    return true;
 }
 
-void FakeSettingsStore::remove(
+bool FakeSettingsStore::remove(
     const QString &application, const QString &section, const QString &key)
 {
+    m_writeError = m_failReason;
+    if (!m_failReason.isEmpty())
+        return false;
     m_values.remove(path(application, section, key));
+    return true;
 }
 
 bool FakeSettingsStore::contains(

@@ -13,9 +13,14 @@ class FakeSettingsStore : public ISettingsStore
 public:
     QString get(const QString &application, const QString &section, const QString &key,
         const QString &defaultValue = QString()) const override;
-    void save(const QString &application, const QString &section, const QString &key,
+    bool save(const QString &application, const QString &section, const QString &key,
         const QString &value) override;
-    void remove(const QString &application, const QString &section, const QString &key) override;
+    bool remove(const QString &application, const QString &section, const QString &key) override;
+    QString writeError() const override { return m_writeError; }
+
+    /// From now on every save and remove fails with reason and changes nothing (an empty
+    /// reason lets them succeed again).
+    void failWrites(const QString &reason) { m_failReason = reason; }
 
     bool contains(const QString &application, const QString &section, const QString &key) const;
     int saveCount() const { return m_saveCount; }
@@ -24,6 +29,8 @@ private:
     static QString path(const QString &application, const QString &section, const QString &key);
     QMap<QString, QString> m_values;
     int m_saveCount = 0;
+    QString m_failReason;
+    QString m_writeError;
 };
 
 } // namespace tarnwick::test

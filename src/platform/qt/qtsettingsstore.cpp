@@ -1,6 +1,13 @@
 #include "platform/qt/qtsettingsstore.h"
 
+#include "platform/filewrite.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QSettings>
+#include <QTemporaryDir>
 
 namespace tarnwick {
 
@@ -13,6 +20,108 @@ std::unique_ptr<QSettings> openSection(const QString &application, const QString
     settings->beginGroup(QtSettingsStore::storedSectionName(*settings, section));
     return settings;
 }
+
+#ifndef Q_OS_WIN
+// The INI file (the registry is written by QSettings itself).
+
+using SettingsValues = QMap<QString, QVariant>;
+
+SettingsValues everySettingsValue(const QSettings &settings)
+{
+    SettingsValues values;
+    const QStringList keys = settings.allKeys();
+    for (const QString &key : keys)
+        values.insert(key, settings.value(key));
+    return values;
+}
+
+/// The INI file that holds exactly values, as QSettings lays it out: written in a folder of its
+/// own inside folder, then read back under a new name (QSettings answers a name it has written
+/// from memory, not from the disk) and compared. Nothing when the written file does not hold
+/// them, as after a full disk.
+std::optional<QByteArray> laidOutSettingsFile(const QString &folder, const SettingsValues &values)
+{
+    if (values.isEmpty())
+        return QByteArray();
+    const QTemporaryDir staging(QDir(folder).filePath(QStringLiteral("settings-XXXXXX")));
+    if (!staging.isValid())
+        return std::nullopt;
+    const QString written = staging.filePath(QStringLiteral("written.ini"));
+    const QString checked = staging.filePath(QStringLiteral("checked.ini"));
+    {
+        QSettings layout(written, QSettings::IniFormat);
+        for (auto it = values.cbegin(); it != values.cend(); ++it)
+            layout.setValue(it.key(), it.value());
+        layout.sync();
+        if (layout.status() != QSettings::NoError)
+            return std::nullopt;
+    }
+    if (!QFile::rename(written, checked))
+        return std::nullopt;
+    const QSettings readBack(checked, QSettings::IniFormat);
+    if (readBack.status() != QSettings::NoError || everySettingsValue(readBack) != values)
+        return std::nullopt;
+    QFile file(checked);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return file.readAll();
+}
+
+/// Why nothing could be laid out in folder: a small file written there the safe way names the
+/// cause (a full disk, a read-only folder).
+QString settingsFolderCause(const QString &folder)
+{
+    const QString probe = QDir(folder).filePath(QStringLiteral("settings-probe.tmp"));
+    const FileWriteResult result = writeFileWhole(probe, QByteArray(16 * 1024, '\n'));
+    QFile::remove(probe);
+    return result ? QStringLiteral("the settings file could not be prepared") : result.reason;
+}
+
+/// The file's size and time as QSettings compares them to decide whether to read it again.
+struct SettingsFileStamp
+{
+    bool exists = false;
+    qint64 size = 0;
+    QDateTime modified;
+};
+
+SettingsFileStamp settingsFileStamp(const QString &fileName)
+{
+    const QFileInfo info(fileName);
+    return { info.exists(), info.size(), info.lastModified() };
+}
+
+/// QSettings takes a file whose size and time are unchanged for the one it read before: a new
+/// file of the old size written within the same millisecond is given a later time.
+void markSettingsFileChanged(const QString &fileName, const SettingsFileStamp &before)
+{
+    const SettingsFileStamp after = settingsFileStamp(fileName);
+    if (!before.exists || after.size != before.size || after.modified != before.modified)
+        return;
+    QFile file(fileName);
+    if (file.open(QIODevice::ReadOnly))
+        file.setFileTime(before.modified.addMSecs(1), QFileDevice::FileModificationTime);
+}
+
+/// Replaces the INI file fileName by one that holds values; the cause when it could not.
+QString writeSettingsFile(const QString &fileName, const SettingsValues &values)
+{
+    const QString folder = QFileInfo(fileName).absolutePath();
+    if (!QDir().mkpath(folder))
+        return QStringLiteral("the folder \"%1\" cannot be created")
+            .arg(QDir::toNativeSeparators(folder));
+    const std::optional<QByteArray> bytes = laidOutSettingsFile(folder, values);
+    if (!bytes)
+        return settingsFolderCause(folder);
+    const SettingsFileStamp before = settingsFileStamp(fileName);
+    const FileWriteResult written = writeFileWhole(fileName, *bytes);
+    if (!written)
+        return written.reason;
+    markSettingsFileChanged(fileName, before);
+    return {};
+}
+
+#endif
 
 } // namespace
 
@@ -53,22 +162,60 @@ QString QtSettingsStore::get(const QString &application, const QString &section,
     return value.toString();
 }
 
-void QtSettingsStore::save(
+bool QtSettingsStore::save(
     const QString &application, const QString &section, const QString &key, const QString &value)
 {
-    const std::unique_ptr<QSettings> settings = openSection(application, section);
-    settings->setValue(key, value);
-    settings->sync();
+    return change(application, section, { Change { key, value } });
 }
 
-void QtSettingsStore::remove(const QString &application, const QString &section, const QString &key)
+bool QtSettingsStore::saveAll(const QString &application, const QString &section,
+    const QList<std::pair<QString, QString>> &values)
+{
+    QList<Change> changes;
+    for (const auto &[key, value] : values)
+        changes.append(Change { key, value });
+    return change(application, section, changes);
+}
+
+bool QtSettingsStore::remove(const QString &application, const QString &section, const QString &key)
 {
     // QSettings would take an empty key for the whole section.
-    if (key.isEmpty())
-        return;
-    const std::unique_ptr<QSettings> settings = openSection(application, section);
-    settings->remove(key);
+    if (key.isEmpty()) {
+        m_writeError.clear();
+        return true;
+    }
+    return change(application, section, { Change { key, std::nullopt } });
+}
+
+bool QtSettingsStore::change(
+    const QString &application, const QString &section, const QList<Change> &changes)
+{
+    m_writeError.clear();
+    const std::unique_ptr<QSettings> settings = openApplication(application);
+    const QString group = storedSectionName(*settings, section) + QLatin1Char('/');
+#ifdef Q_OS_WIN
+    for (const auto &[key, value] : changes) {
+        if (value)
+            settings->setValue(group + key, *value);
+        else
+            settings->remove(group + key);
+    }
     settings->sync();
+    if (settings->status() != QSettings::NoError)
+        m_writeError = QStringLiteral("the registry refused the change");
+#else
+    SettingsValues values = everySettingsValue(*settings);
+    const SettingsValues before = values;
+    for (const auto &[key, value] : changes) {
+        if (value)
+            values.insert(group + key, *value);
+        else
+            values.remove(group + key);
+    }
+    if (values != before)
+        m_writeError = writeSettingsFile(settings->fileName(), values);
+#endif
+    return m_writeError.isEmpty();
 }
 
 } // namespace tarnwick

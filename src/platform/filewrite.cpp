@@ -1,0 +1,172 @@
+#include "platform/filewrite.h"
+
+#include "core/vberror.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <cerrno>
+#include <memory>
+#include <vector>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace tarnwick {
+
+namespace {
+
+FileWriteResult writeFailure(int systemError, const QString &reason)
+{
+    FileWriteResult result;
+    result.ok = false;
+    result.errorNumber = writeErrorNumber(systemError);
+    result.reason = reason;
+    return result;
+}
+
+/// Why a new file cannot be made at path, from the error of the failed open.
+FileWriteResult openFailure(int systemError, const QSaveFile &file)
+{
+    const QFileInfo info(file.fileName());
+    if (info.exists() && !info.isDir() && !info.isWritable())
+        return writeFailure(EACCES, QStringLiteral("the file is read-only"));
+    const QString folder = QDir::toNativeSeparators(info.absolutePath());
+    if (systemError == ENOENT || systemError == ENOTDIR)
+        return writeFailure(
+            systemError, QStringLiteral("the folder \"%1\" does not exist").arg(folder));
+    return writeFailure(systemError, plainWriteCause(systemError, file.errorString()));
+}
+
+/// Puts the file's bytes on the disk before it replaces anything: a rename of a file whose
+/// blocks are still only in memory can leave an empty file after a power cut.
+bool syncToDisk(QSaveFile &file)
+{
+#ifdef Q_OS_UNIX
+    return ::fsync(file.handle()) == 0;
+#else
+    Q_UNUSED(file);
+    return true;
+#endif
+}
+
+/// Makes the renames in folder durable. Not every file system can synchronise a folder; the
+/// files are whole either way, so a refusal is no failure.
+void syncFolder(const QString &path)
+{
+#ifdef Q_OS_UNIX
+    const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
+    const int handle = ::open(folder.constData(), O_RDONLY | O_DIRECTORY);
+    if (handle >= 0) {
+        static_cast<void>(::fsync(handle));
+        ::close(handle);
+    }
+#else
+    Q_UNUSED(path);
+#endif
+}
+
+/// Opens file and writes bytes to its temporary file, flushed and on the disk; the failure
+/// otherwise. Unbuffered, so every write reaches the system at once and a failing one is seen
+/// right there, with its error number.
+FileWriteResult writeTemporary(QSaveFile &file, const QByteArray &bytes)
+{
+    file.setDirectWriteFallback(false);
+    errno = 0;
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return openFailure(errno, file);
+    errno = 0;
+    if (!writeAllBytes(file, bytes) || !file.flush() || !syncToDisk(file)) {
+        const int systemError = errno;
+        file.cancelWriting();
+        return writeFailure(systemError, plainWriteCause(systemError, file.errorString()));
+    }
+    return {};
+}
+
+FileWriteResult commitFailure(const QSaveFile &file)
+{
+    const int systemError = errno;
+    return writeFailure(systemError, plainWriteCause(systemError, file.errorString()));
+}
+
+} // namespace
+
+QString plainWriteCause(int systemError, const QString &fallback)
+{
+    switch (systemError) {
+    case ENOSPC:
+    case EDQUOT:
+        return QStringLiteral("the disk is full");
+    case EFBIG:
+        return QStringLiteral("the file would be larger than the system allows");
+    case EROFS:
+        return QStringLiteral("the disk or folder is read-only");
+    case EACCES:
+    case EPERM:
+        return QStringLiteral("you have no permission to write there");
+    case EISDIR:
+        return QStringLiteral("a folder of that name is in the way");
+    default:
+        return fallback;
+    }
+}
+
+int writeErrorNumber(int systemError)
+{
+    switch (systemError) {
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return ErrorNumber::DiskFull;
+    case EROFS:
+    case EACCES:
+    case EPERM:
+        return ErrorNumber::PermissionDenied;
+    case ENOENT:
+    case ENOTDIR:
+        return ErrorNumber::PathNotFound;
+    default:
+        return ErrorNumber::DeviceIOError;
+    }
+}
+
+bool writeAllBytes(QIODevice &device, const QByteArray &bytes)
+{
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const qint64 written = device.write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0)
+            return false;
+        done += written;
+    }
+    return true;
+}
+
+FileWriteResult writeFileWhole(const QString &path, const QByteArray &bytes)
+{
+    return writeFilesWhole({ FileContent { path, bytes } });
+}
+
+FileWriteResult writeFilesWhole(const QList<FileContent> &files)
+{
+    std::vector<std::unique_ptr<QSaveFile>> written;
+    for (const FileContent &content : files) {
+        written.push_back(std::make_unique<QSaveFile>(content.path));
+        const FileWriteResult result = writeTemporary(*written.back(), content.bytes);
+        if (!result)
+            return result; // every temporary file is removed with its QSaveFile
+    }
+    for (const std::unique_ptr<QSaveFile> &file : written) {
+        errno = 0;
+        if (!file->commit())
+            return commitFailure(*file);
+        syncFolder(file->fileName());
+    }
+    return {};
+}
+
+} // namespace tarnwick

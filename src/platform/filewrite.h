@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+class QIODevice;
+
+namespace tarnwick {
+
+/// What writing a file came to.
+struct FileWriteResult
+{
+    bool ok = true;
+    /// The run-time error number of the failure (61 the disk is full, 70 no permission, 76 no
+    /// such folder, 57 any other input/output error); 0 when the file was written.
+    int errorNumber = 0;
+    /// The cause of the failure in plain words ("the disk is full"), to follow a sentence that
+    /// names the file; empty when the file was written.
+    QString reason;
+
+    explicit operator bool() const { return ok; }
+};
+
+/// One file of a group written together.
+struct FileContent
+{
+    QString path;
+    QByteArray bytes;
+};
+
+/// Writes bytes as the file at path, whole or not at all. The bytes go to a temporary file in
+/// the same folder; every write is checked (a short write goes on with the rest, a write that
+/// takes nothing fails), the file is flushed and synchronised to the disk, and only then does
+/// it take the old file's place in one rename. On any failure the old file keeps its bytes,
+/// the temporary file is removed and the result says why.
+FileWriteResult writeFileWhole(const QString &path, const QByteArray &bytes);
+
+/// As writeFileWhole for several files: every file is first written completely to its
+/// temporary file, and only when all of them are on the disk does each take its old file's
+/// place, so a full disk or a refusing folder changes none of them.
+FileWriteResult writeFilesWhole(const QList<FileContent> &files);
+
+/// Writes all of bytes to device: a write that takes part of them goes on with the rest; false
+/// as soon as a write takes nothing (device's errorString() then says why).
+bool writeAllBytes(QIODevice &device, const QByteArray &bytes);
+
+/// The plain words for a system error number a user can act on ("the disk is full"); fallback
+/// for the others.
+QString plainWriteCause(int systemError, const QString &fallback);
+
+/// The run-time error number that stands for a system error number (61, 70, 76 or 57).
+int writeErrorNumber(int systemError);
+
+} // namespace tarnwick

@@ -160,6 +160,15 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
         return failedSave(QStringLiteral("the new file could not be written: %1")
                               .arg(plainCause(systemError, file)));
     }
+#ifdef Q_OS_UNIX
+    // On the disk before it takes the old file's name: after a power cut the name holds the
+    // old catalogue or the whole new one, never a file whose bytes never reached the disk.
+    if (::fsync(file.handle()) != 0) {
+        const int systemError = errno;
+        return failedSave(QStringLiteral("the new file could not be written: %1")
+                              .arg(plainCause(systemError)));
+    }
+#endif
     QString error;
     if (backupRule == BackupRule::KeepPrevious && !keepPreviousAsBackup(path, &error)) {
         const QString backupName = QFileInfo(catalogueBackupPath(path)).fileName();

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace tarnwick::WorkbookReaderChild {
+
+/// The argument that makes the program a workbook reader: "tarnwick --read-workbook <path>"
+/// reads the first worksheet of path and writes it to standard output (WorkbookWire), then ends.
+inline constexpr char ReadWorkbookArgument[] = "--read-workbook";
+
+/// What a reader that ran out of memory under its limits returns; the parent reports the file
+/// with the error number for "Out of memory".
+constexpr int ExitOutOfMemory = 3;
+/// What a reader returns when its output could not be written.
+constexpr int ExitOutputFailed = 4;
+
+/// The CPU seconds a reader may use before the system ends it, and its address space.
+constexpr int DefaultCpuSeconds = 30;
+constexpr qint64 AddressSpaceBytes = qint64(1) << 30;
+
+/// Sets the limits of a reader on the process itself (on Linux: address space, CPU time, no
+/// core dump, no file written); elsewhere it does nothing and the reader simply runs.
+void applyLimits(int cpuSeconds = DefaultCpuSeconds);
+
+/// Reads the file and writes the worksheet or the error to standard output; returns the exit
+/// code. The limits are applied first.
+int run(const QString &path);
+
+/// When the command line asks for a reader (argv[1] is ReadWorkbookArgument and argv[2] the
+/// path), runs it and returns its exit code; otherwise nothing. Called before any application
+/// object exists.
+std::optional<int> runIfAsked(int argc, char *argv[]);
+
+} // namespace tarnwick::WorkbookReaderChild

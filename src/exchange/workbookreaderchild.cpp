@@ -50,7 +50,6 @@ void applyLimits(int cpuSeconds)
 #if defined(Q_OS_LINUX)
     setReaderLimit(RLIMIT_CORE, 0);
     prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
-    setReaderLimit(RLIMIT_FSIZE, 0);
     // The soft limit sends SIGXCPU, which ends the reader; the hard one a second later kills it.
     const rlimit cpu { rlim_t(cpuSeconds), rlim_t(cpuSeconds) + 1 };
     setrlimit(RLIMIT_CPU, &cpu);

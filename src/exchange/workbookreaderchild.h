@@ -21,7 +21,7 @@ constexpr int DefaultCpuSeconds = 30;
 constexpr qint64 AddressSpaceBytes = qint64(1) << 30;
 
 /// Sets the limits of a reader on the process itself (on Linux: address space, CPU time, no
-/// core dump, no file written); elsewhere it does nothing and the reader simply runs.
+/// core dump); elsewhere it does nothing and the reader simply runs.
 void applyLimits(int cpuSeconds = DefaultCpuSeconds);
 
 /// Reads the file and writes the worksheet or the error to standard output; returns the exit

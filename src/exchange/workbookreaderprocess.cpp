@@ -8,8 +8,6 @@
 
 namespace tarnwick {
 
-using WorkbookWire::Decoder;
-
 WorkbookReaderOptions WorkbookReaderOptions::thisProgram()
 {
     WorkbookReaderOptions options;
@@ -35,7 +33,7 @@ void WorkbookReaderProcess::start(const QString &path)
 {
     if (isRunning())
         cancel();
-    m_decoder = std::make_unique<Decoder>();
+    m_decoder = std::make_unique<WorkbookWire::Decoder>();
     m_received = 0;
     m_result = WorkbookOpenResult {};
     m_outcome = Outcome::Cancelled;
@@ -81,7 +79,7 @@ void WorkbookReaderProcess::readOutput()
         fail(Failure::OutputTooLarge);
         return;
     }
-    if (m_decoder->feed(bytes) == Decoder::State::Malformed) {
+    if (m_decoder->feed(bytes) == WorkbookWire::Decoder::State::Malformed) {
         fail(Failure::Malformed);
         return;
     }
@@ -100,12 +98,12 @@ void WorkbookReaderProcess::processFinished(int exitCode, QProcess::ExitStatus s
         end(Outcome::Unreadable, Failure::OutOfMemory, OutOfMemoryError);
         return;
     }
-    const Decoder::State state = m_decoder->finish();
+    const WorkbookWire::Decoder::State state = m_decoder->finish();
     if (status != QProcess::NormalExit || exitCode != 0) {
         fail(Failure::Crashed);
-    } else if (state == Decoder::State::Malformed) {
+    } else if (state == WorkbookWire::Decoder::State::Malformed) {
         fail(Failure::Malformed);
-    } else if (state == Decoder::State::Failed) {
+    } else if (state == WorkbookWire::Decoder::State::Failed) {
         end(Outcome::Unreadable, Failure::NotAWorkbook, m_decoder->errorNumber());
     } else {
         m_result.workbook = m_decoder->takeWorkbook();

@@ -11,7 +11,7 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 python3 "$here/../tests/exchange/make_hostile_workbooks.py" "$folder"
 printf '%-16s %8s %8s %8s %s\n' file wall-s cpu-s peak-MB end
-for file in claims-4gb.xlsx bomb.xlsx repeat.ods longref.xlsx; do
+for file in crash.xls claims-4gb.xlsx bomb.xlsx repeat.ods longref.xlsx; do
     /usr/bin/time -o "$folder/time" -f '%e %U %S %M %x' \
         "$program" --read-workbook "$folder/$file" 2>/dev/null | wc -c > "$folder/bytes" || true
     # time(1) puts "Command terminated by signal N" or "... non-zero status N" before its line.

@@ -14,16 +14,6 @@
 #include <sys/resource.h>
 #endif
 
-// The sanitizers reserve terabytes of address space for their shadow memory: a reader built
-// with them runs without the address-space limit (the CPU limit and the parent's checks stay).
-#if defined(__SANITIZE_ADDRESS__)
-#define TARNWICK_READER_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TARNWICK_READER_SANITIZED 1
-#endif
-#endif
-
 namespace tarnwick::WorkbookReaderChild {
 
 namespace {

@@ -4,6 +4,17 @@
 
 #include <optional>
 
+// The address sanitizer reserves terabytes of address space for its shadow memory: a reader
+// built with it runs without the address-space limit, and the parent gives it the sanitizer's
+// own limit of resident memory instead (the CPU limit and the parent's checks stay).
+#if defined(__SANITIZE_ADDRESS__)
+#define TARNWICK_READER_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TARNWICK_READER_SANITIZED 1
+#endif
+#endif
+
 namespace tarnwick::WorkbookReaderChild {
 
 /// The argument that makes the program a workbook reader: "tarnwick --read-workbook <path>"

@@ -44,6 +44,13 @@ void WorkbookReaderProcess::start(const QString &path)
     m_process->setStandardInputFile(QProcess::nullDevice());
     m_process->setStandardErrorFile(QProcess::nullDevice());
     m_process->setReadChannel(QProcess::StandardOutput);
+#if defined(TARNWICK_READER_SANITIZED)
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("ASAN_OPTIONS"),
+        environment.value(QStringLiteral("ASAN_OPTIONS"))
+            + QStringLiteral(":hard_rss_limit_mb=2048"));
+    m_process->setProcessEnvironment(environment);
+#endif
     connect(
         m_process, &QProcess::readyReadStandardOutput, this, &WorkbookReaderProcess::readOutput);
     connect(m_process, &QProcess::finished, this, &WorkbookReaderProcess::processFinished);

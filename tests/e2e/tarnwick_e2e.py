@@ -346,14 +346,15 @@ def peak_memory_kb(pid):
 
 
 def scenario_hostile(run):
-    """Workbooks made to hurt a reader (zip headers that claim 4 GB, a zip bomb, a row of 16,384
-    cells repeated a million times) cannot take the program down: each ends in the message that
+    """Workbooks made to hurt a reader (an Excel 97 file that crashes its reader, zip headers that
+    claim 4 GB, a zip bomb, a row of 16,384 cells repeated a million times) cannot take the
+    program down: each ends in the message that
     the file is no workbook, or in its columns, within seconds; the program stays, and a product
     typed before is still there and saved at close."""
     sys.path.insert(0, os.path.join(run.args.source, "tests", "exchange"))
     import make_hostile_workbooks  # noqa: E402 - beside the exchange tests
     folder = os.path.join(run.tmp, "hostile")
-    names = ["claims-4gb.xlsx", "bomb.xlsx", "repeat.ods"]
+    names = ["crash.xls", "claims-4gb.xlsx", "bomb.xlsx", "repeat.ods"]
     os.makedirs(folder)
     for name in names:
         make_hostile_workbooks.MAKERS[name](os.path.join(folder, name))

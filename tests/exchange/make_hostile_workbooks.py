@@ -5,6 +5,8 @@
   bomb.xlsx         a worksheet member of 1.5 GB of zero bytes, compressed to about 1.5 MB
   repeat.ods        a header row, then a row repeated 1,048,575 times of a cell repeated 16,384 times
   longref.xlsx      a header row and a cell whose reference has 20 letters
+  crash.xls         the sample.xls of these tests with one byte of a record set to 0, which makes
+                    freexl (Debian 12) read outside its buffers and crash
 
 Usage: make_hostile_workbooks.py FOLDER [NAME ...]
 """
@@ -120,8 +122,16 @@ def long_reference(path):
                       (b'ABCDEFGHIJKLMNOPQRST1', b'twenty letters')]))
 
 
+def crash_xls(path):
+    here = os.path.dirname(os.path.abspath(__file__))
+    data = bytearray(open(os.path.join(here, 'data', 'sample.xls'), 'rb').read())
+    assert data[4390] == 126, 'sample.xls changed: find another byte'
+    data[4390] = 0
+    open(path, 'wb').write(bytes(data))
+
+
 MAKERS = {'claims-4gb.xlsx': claims_4gb, 'bomb.xlsx': bomb, 'repeat.ods': repeat_ods,
-          'longref.xlsx': long_reference}
+          'longref.xlsx': long_reference, 'crash.xls': crash_xls}
 
 
 def main():

@@ -252,3 +252,18 @@ TEST(WorkbookReaderProcess, HostileWorkbooksCannotHurtTheProgram)
         expectALaterReadWorks(reader);
     }
 }
+
+TEST(WorkbookReaderChild, OnlyTheReadersArgumentsMakeTheProgramAReader)
+{
+    char program[] = "tarnwick";
+    char test[] = "test";
+    char argument[] = "--read-workbook";
+    char *alone[] = { program, nullptr };
+    char *asTest[] = { program, test, nullptr };
+    char *withoutPath[] = { program, argument, nullptr };
+    char *twoPaths[] = { program, argument, test, test, nullptr };
+    EXPECT_EQ(WorkbookReaderChild::runIfAsked(1, alone), std::nullopt);
+    EXPECT_EQ(WorkbookReaderChild::runIfAsked(2, asTest), std::nullopt);
+    EXPECT_EQ(WorkbookReaderChild::runIfAsked(2, withoutPath), std::nullopt);
+    EXPECT_EQ(WorkbookReaderChild::runIfAsked(4, twoPaths), std::nullopt);
+}

@@ -345,6 +345,14 @@ def peak_memory_kb(pid):
     return 0
 
 
+def reading_window(s):
+    """True while the window that shows the reading of a workbook is there."""
+    try:
+        return "showing" in s.widget("CmdCancelRead")["states"]
+    except Exception:  # noqa: BLE001 - not found: the window is gone
+        return False
+
+
 def scenario_hostile(run):
     """Workbooks made to hurt a reader (an Excel 97 file that crashes its reader, zip headers that
     claim 4 GB, a zip bomb, a row of 16,384 cells repeated a million times) cannot take the
@@ -385,6 +393,19 @@ def scenario_hostile(run):
             s.key("Escape", window="Update")
             s.wait_window_gone("Update", timeout=15)
             check(s.running(), "the program is still there after %s" % name)
+        # A workbook that takes a while shows the reading window; its Cancel stops the read.
+        s.menu("&File/&Open...")
+        s.answer_next_box("Yes", title="Input Excel Data")
+        choose_file(s, "Open", os.path.join(folder, "repeat.ods"))
+        wait_for(lambda: reading_window(s), 10, "the reading window")
+        started = time.monotonic()
+        s.press("CmdCancelRead", how="click")
+        wait_for(lambda: not reading_window(s), 10, "the reading window gone")
+        print("%-16s %-10s %5.1f s from Cancel to the window gone"
+              % ("repeat.ods", "Cancel", time.monotonic() - started))
+        titles = [w["title"] for w in s.windows()]
+        check(not [t for t in titles if t.startswith("Error ") or t == "Update"],
+              "nothing opens after Cancel: %r" % titles)
         rows = s.read_table("GrdMain")
         check([r for r in rows if r[0] == "W-250" and r[1] == "Typed before"],
               "the product typed before is still in the grid")

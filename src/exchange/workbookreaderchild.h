@@ -6,7 +6,9 @@
 
 // The address sanitizer reserves terabytes of address space for its shadow memory: a reader
 // built with it runs without the address-space limit, and the parent gives it the sanitizer's
-// own limit of resident memory instead (the CPU limit and the parent's checks stay).
+// own limit of resident memory instead (the CPU limit and the parent's checks stay). Its leaks
+// are not checked: it ends by a signal as often as not, and the readers' leaks are checked where
+// the tests run them in their own process.
 #if defined(__SANITIZE_ADDRESS__)
 #define TARNWICK_READER_SANITIZED 1
 #elif defined(__has_feature)

@@ -48,7 +48,7 @@ void WorkbookReaderProcess::start(const QString &path)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("ASAN_OPTIONS"),
         environment.value(QStringLiteral("ASAN_OPTIONS"))
-            + QStringLiteral(":hard_rss_limit_mb=2048"));
+            + QStringLiteral(":hard_rss_limit_mb=1024:detect_leaks=0"));
     m_process->setProcessEnvironment(environment);
 #endif
     connect(

@@ -2,6 +2,7 @@
 // only one copy runs on the application folder and hands over to the splash window.
 #include "catalogue/module1.h"
 #include "core/formats.h"
+#include "exchange/workbookreaderchild.h"
 #include "platform/appenvironment.h"
 #include "platform/appfolder.h"
 #include "platform/appservices.h"
@@ -41,6 +42,9 @@ QIcon applicationIcon()
 
 int main(int argc, char *argv[])
 {
+    // Started by the program itself to read a workbook: no window, no application object.
+    if (const std::optional<int> code = WorkbookReaderChild::runIfAsked(argc, argv))
+        return *code;
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarnwick"));
     QApplication::setApplicationVersion(QStringLiteral(TARNWICK_VERSION_STRING));

@@ -59,16 +59,15 @@ std::array<int, ListCount> preselection(const QStringList &entries)
     return positions;
 }
 
-ColumnListing listColumns(const QString &path)
+ColumnListing listColumns(const WorkbookOpenResult &read)
 {
     ColumnListing listing;
-    const WorkbookOpenResult result = openWorkbook(path);
-    if (!result.workbook) {
-        listing.errorNumber = result.errorNumber;
+    if (!read.workbook) {
+        listing.errorNumber = read.errorNumber;
         return listing;
     }
     listing.opened = true;
-    listing.entries = columnEntries(*result.workbook);
+    listing.entries = columnEntries(*read.workbook);
     listing.preselection = preselection(listing.entries);
     return listing;
 }

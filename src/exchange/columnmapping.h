@@ -41,9 +41,9 @@ inline bool requiredFieldsMapped(const std::array<int, ListCount> &positions)
     return positions[PartNumberList] >= 0 && positions[ProductNameList] >= 0;
 }
 
-/// What the import window lists for a workbook file: the column entries of its header row and
-/// the positions to preselect, or, when the file cannot be opened as a workbook, the error
-/// number its message shows.
+/// What the import window lists for a workbook that was read: the column entries of its header
+/// row and the positions to preselect, or, when the file could not be read as a workbook, the
+/// error number its message shows.
 struct ColumnListing
 {
     bool opened = false;
@@ -51,7 +51,7 @@ struct ColumnListing
     QStringList entries;
     std::array<int, ListCount> preselection {};
 };
-ColumnListing listColumns(const QString &path);
+ColumnListing listColumns(const WorkbookOpenResult &read);
 
 /// True when the letter means that the field is not read.
 inline bool isUnread(QChar letter)

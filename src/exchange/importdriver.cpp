@@ -21,12 +21,6 @@ ImportDriver::ImportDriver(
 
 ImportDriver::~ImportDriver() = default;
 
-void ImportDriver::start(const QString &path, const QString &letters, bool firstRowHasHeaders)
-{
-    WorkbookOpenResult opened = openWorkbook(path);
-    start(std::move(opened.workbook), letters, firstRowHasHeaders);
-}
-
 void ImportDriver::start(
     std::unique_ptr<IWorkbook> workbook, const QString &letters, bool firstRowHasHeaders)
 {

@@ -31,10 +31,8 @@ public:
         Table &catalogue, Products &products, const QLocale &locale, QObject *parent = nullptr);
     ~ImportDriver() override;
 
-    /// Opens the workbook again and starts the import. A workbook that cannot be opened is
-    /// reported as failed rows and finishes the import at once, with nothing added.
-    void start(const QString &path, const QString &letters, bool firstRowHasHeaders);
-    /// The same with a workbook already opened.
+    /// Starts the import of a workbook that was read. No workbook (nullptr) is reported as
+    /// failed rows and finishes the import at once, with nothing added.
     void start(
         std::unique_ptr<IWorkbook> workbook, const QString &letters, bool firstRowHasHeaders);
 

@@ -5,6 +5,7 @@
 #include "exchange/handheldexport.h"
 #include "exchange/handheldsend.h"
 #include "exchange/ui/frmupdate.h"
+#include "exchange/ui/workbookreaddialog.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "products/productgridmodel.h"
@@ -56,18 +57,18 @@ void ExchangeController::storePendingEdits()
 
 void ExchangeController::openWorkbook()
 {
-    if (m_update || !ExchangeCommands::askOpenWorkbook(m_services.prompts))
+    if (m_update || m_read || !ExchangeCommands::askOpenWorkbook(m_services.prompts))
         return;
     Getfile();
-    showImportWindow();
+    readImportFile();
 }
 
 void ExchangeController::modifyWithWorkbook()
 {
-    if (m_update || !ExchangeCommands::askModifyWithWorkbook(m_services.prompts))
+    if (m_update || m_read || !ExchangeCommands::askModifyWithWorkbook(m_services.prompts))
         return;
     Getfile();
-    showImportWindow();
+    readImportFile();
 }
 
 QString ExchangeController::Getfile()
@@ -77,7 +78,9 @@ QString ExchangeController::Getfile()
     return m_importFile;
 }
 
-void ExchangeController::showImportWindow()
+/// Reads the chosen workbook in its reader process; the main window is busy meanwhile and the
+/// "Update" window opens when the cells are in.
+void ExchangeController::readImportFile()
 {
     if (m_importFile.isEmpty())
         return;
@@ -85,8 +88,33 @@ void ExchangeController::showImportWindow()
     storePendingEdits();
     leaveEditMode();
     setMainWindowBusy(true);
+    m_read = new WorkbookReadDialog(m_readerOptions, m_importFile, m_owner);
+    // Queued: the window opens from the event loop, not from inside the reader's signal.
+    connect(m_read, &WorkbookReadDialog::done, this, &ExchangeController::workbookRead,
+        Qt::QueuedConnection);
+    m_read->start();
+}
+
+/// A read that was cancelled gives the main window back; any other end opens "Update", which
+/// lists the columns or says that the file is no workbook.
+void ExchangeController::workbookRead(WorkbookReaderProcess::Outcome outcome)
+{
+    if (!m_read)
+        return;
+    WorkbookOpenResult workbook = m_read->reader().takeResult();
+    m_read->deleteLater();
+    m_read = nullptr;
+    if (outcome == WorkbookReaderProcess::Outcome::Cancelled) {
+        setMainWindowBusy(false);
+        return;
+    }
+    showImportWindow(std::move(workbook));
+}
+
+void ExchangeController::showImportWindow(WorkbookOpenResult workbook)
+{
     m_update = new FrmUpdate(m_services, m_module.Catalogue(), m_module.AllProducts(),
-        m_module.locale(), m_importFile, m_owner);
+        m_module.locale(), std::move(workbook), m_owner);
     m_update->setAttribute(Qt::WA_DeleteOnClose);
     connect(
         m_update, &FrmUpdate::catalogueChanged, this, &ExchangeController::showImportedCatalogue);
@@ -121,8 +149,19 @@ void ExchangeController::showImportedCatalogue()
 
 void ExchangeController::closeImportWindow()
 {
+    if (m_read) {
+        m_read->reader().cancel();
+        m_read->deleteLater();
+        m_read = nullptr;
+        setMainWindowBusy(false);
+    }
     if (m_update)
         m_update->close();
+}
+
+WorkbookReadDialog *ExchangeController::readWindow() const
+{
+    return m_read.data();
 }
 
 FrmUpdate *ExchangeController::importWindow() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "exchange/workbookreaderprocess.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -15,13 +17,16 @@ namespace tarnwick {
 struct AppServices;
 struct MainWindowUi;
 class FrmUpdate;
+class WorkbookReadDialog;
 class Module1;
 class ProductGridController;
 
 /// The main window's data exchange: the spreadsheet export (the file menu's "&Close" and the
 /// toolbar's "Export"), the workbook import through the "Update" window (File → "&Open...",
 /// the toolbar's "New" and "Open") and the handheld export (the toolbar's "Palm"). While the
-/// "Update" window is open the main window shows the busy pointer and takes no commands.
+/// "Update" window is open the main window shows the busy pointer and takes no commands. The
+/// workbook is read once, before "Update" opens, in a reader process of its own (see
+/// WorkbookReaderProcess) while a small window shows the progress and offers Cancel.
 class ExchangeController : public QObject
 {
     Q_OBJECT
@@ -37,8 +42,8 @@ public:
     void exportFromToolbar();
     /// Asks for the file and writes the catalogue to it, with what the user is still editing.
     void Export();
-    /// File → "&Open..." and the toolbar's "Open": asks, lets the user choose the workbook and
-    /// shows the "Update" window.
+    /// File → "&Open..." and the toolbar's "Open": asks, lets the user choose the workbook,
+    /// reads it and shows the "Update" window.
     void openWorkbook();
     /// The toolbar's "New": asks in its own words, then as openWorkbook.
     void modifyWithWorkbook();
@@ -48,14 +53,20 @@ public:
     /// The toolbar's "Palm": the selected products, or all, go to the handheld.
     void Palmpilot();
     /// Closes the "Update" window if it is open; an import stops after the row in hand and
-    /// keeps what it added.
+    /// keeps what it added. A read still running is cancelled.
     void closeImportWindow();
 
     FrmUpdate *importWindow() const;
+    /// The window of a read still running, or nullptr.
+    WorkbookReadDialog *readWindow() const;
+    /// The program that reads workbooks (this program unless changed) and its bounds.
+    void setReaderOptions(const WorkbookReaderOptions &options) { m_readerOptions = options; }
     QString importFile() const { return m_importFile; }
 
 private:
-    void showImportWindow();
+    void readImportFile();
+    void workbookRead(WorkbookReaderProcess::Outcome outcome);
+    void showImportWindow(WorkbookOpenResult workbook);
     void storePendingEdits();
     void leaveEditMode();
     void setMainWindowBusy(bool busy);
@@ -72,6 +83,8 @@ private:
     /// The workbook chosen last ("" when the last choice was cancelled).
     QString m_importFile;
     QPointer<FrmUpdate> m_update;
+    QPointer<WorkbookReadDialog> m_read;
+    WorkbookReaderOptions m_readerOptions = WorkbookReaderOptions::thisProgram();
 };
 
 } // namespace tarnwick

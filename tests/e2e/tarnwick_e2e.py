@@ -341,6 +341,86 @@ def scenario_exchange(run):
         check(found[0] == want, "mapped fields of %r: %r" % (new[0], found[0]))
 
 
+def peak_memory_kb(pid):
+    """The peak resident memory of a running process (VmHWM), in kilobytes."""
+    with open("/proc/%d/status" % pid) as f:
+        for line in f:
+            if line.startswith("VmHWM:"):
+                return int(line.split()[1])
+    return 0
+
+
+def reading_window(s):
+    """True while the window that shows the reading of a workbook is there."""
+    try:
+        return "showing" in s.widget("CmdCancelRead")["states"]
+    except Exception:  # noqa: BLE001 - not found: the window is gone
+        return False
+
+
+def scenario_hostile(run):
+    """Workbooks made to hurt a reader (an Excel 97 file that crashes its reader, zip headers that
+    claim 4 GB, a zip bomb, a row of 16,384 cells repeated a million times) cannot take the
+    program down: each ends in the message that
+    the file is no workbook, or in its columns, within seconds; the program stays, and a product
+    typed before is still there and saved at close."""
+    sys.path.insert(0, os.path.join(run.args.source, "tests", "exchange"))
+    import make_hostile_workbooks  # noqa: E402 - beside the exchange tests
+    folder = os.path.join(run.tmp, "hostile")
+    names = ["crash.xls", "claims-4gb.xlsx", "bomb.xlsx", "repeat.ods"]
+    os.makedirs(folder)
+    for name in names:
+        make_hostile_workbooks.MAKERS[name](os.path.join(folder, name))
+    s = run.start()
+    try:
+        s.click_cell("GrdMain", 2, 0)
+        s.menu("&Products/&Add")
+        wait_for(lambda: s.read_table("GrdMain")[2][0] == "", 5, "the empty new row")
+        s.click_cell("GrdMain", 2, 0)
+        s.type_keys("W-250\tTyped before\n", delay=5)
+        wait_for(lambda: [r for r in s.read_table("GrdMain") if r[0] == "W-250"], 5,
+                 "the typed product in the grid")
+        for name in names:
+            s.menu("&File/&Open...")
+            s.answer_next_box("Yes", title="Input Excel Data")
+            started = time.monotonic()
+            choose_file(s, "Open", os.path.join(folder, name))
+            ended = wait_for(lambda: [w["title"] for w in s.windows()
+                                      if w["title"].startswith("Error ") or w["title"] == "Update"],
+                             60, "the message or the Update window after %s" % name)
+            seconds = time.monotonic() - started
+            if ended[0].startswith("Error "):
+                box = s.answer_next_box("OK", title=ended[0])
+                check(box.text == "This file is not an Excel 97 file.", "message: %r" % (box,))
+            print("%-16s %-10s %5.1f s to the message, program peak %d MB"
+                  % (name, ended[0], seconds, peak_memory_kb(s.pid) // 1024))
+            s.wait_for_window("Update", timeout=15)
+            s.key("Escape", window="Update")
+            s.wait_window_gone("Update", timeout=15)
+            check(s.running(), "the program is still there after %s" % name)
+        # A workbook that takes a while shows the reading window; its Cancel stops the read.
+        s.menu("&File/&Open...")
+        s.answer_next_box("Yes", title="Input Excel Data")
+        choose_file(s, "Open", os.path.join(folder, "repeat.ods"))
+        wait_for(lambda: reading_window(s), 10, "the reading window")
+        started = time.monotonic()
+        s.press("CmdCancelRead", how="click")
+        wait_for(lambda: not reading_window(s), 10, "the reading window gone")
+        print("%-16s %-10s %5.1f s from Cancel to the window gone"
+              % ("repeat.ods", "Cancel", time.monotonic() - started))
+        titles = [w["title"] for w in s.windows()]
+        check(not [t for t in titles if t.startswith("Error ") or t == "Update"],
+              "nothing opens after Cancel: %r" % titles)
+        rows = s.read_table("GrdMain")
+        check([r for r in rows if r[0] == "W-250" and r[1] == "Typed before"],
+              "the product typed before is still in the grid")
+        check_clean_exit(s)
+    finally:
+        s.stop()
+    saved = [r for r in records(run.catalogue()) if r[0] == b"W-250"]
+    check(len(saved) == 1 and saved[0][1] == b"Typed before", "saved at close: %r" % saved)
+
+
 def scenario_help(run):
     """Help → Contents opens the manual at its first page, F1 in "Update" turns the same help
     window to the import page, and the About box shows the build's version."""

@@ -148,7 +148,7 @@ TEST_F(FrmUpdateTest, AnEmptyHeaderCellHidesTheColumnsToItsRight)
 TEST_F(FrmUpdateTest, AFileThatIsNoWorkbookIsReportedAndChangesNothing)
 {
     open(workbook("notaworkbook.xls"));
-    const int number = ColumnMapping::listColumns(workbook("notaworkbook.xls")).errorNumber;
+    const int number = openWorkbook(workbook("notaworkbook.xls")).errorNumber;
     ASSERT_EQ(fakes.prompts.shown().size(), 1U);
     EXPECT_EQ(fakes.prompts.shown()[0].text, "This file is not an Excel 97 file.");
     EXPECT_EQ(fakes.prompts.shown()[0].title, QStringLiteral("Error %1").arg(number));

@@ -8,6 +8,14 @@
 
 namespace tarnwick::test {
 
+WorkbookReaderOptions testReader()
+{
+    WorkbookReaderOptions options;
+    options.program = QStringLiteral(TARNWICK_TEST_READER);
+    options.arguments = QStringList { QStringLiteral("--read-workbook") };
+    return options;
+}
+
 QString workbook(const QString &name)
 {
     return QDir(QStringLiteral(TARNWICK_WORKBOOKS)).filePath(name);
@@ -29,7 +37,8 @@ FrmUpdateTest::~FrmUpdateTest()
 FrmUpdate &FrmUpdateTest::open(const QString &file)
 {
     delete window.data();
-    window = new FrmUpdate(services, catalogue, products, locale, file);
+    window = new FrmUpdate(
+        services, catalogue, products, locale, WorkbookReaderProcess::read(file, testReader()));
     QObject::connect(window, &FrmUpdate::catalogueChanged, [this] { ++catalogueChanges; });
     QObject::connect(window, &FrmUpdate::unloaded, [this] { ++unloads; });
     window->show();

@@ -3,6 +3,7 @@
 #include "catalogue/products.h"
 #include "catalogue/table.h"
 #include "exchange/ui/frmupdate.h"
+#include "exchange/workbookreaderprocess.h"
 #include "support/fakeservices.h"
 #include "support/tempappfolder.h"
 
@@ -16,6 +17,8 @@
 
 namespace tarnwick::test {
 
+/// The reader program of the tests (the program's own reader in a test executable).
+WorkbookReaderOptions testReader();
 /// A workbook of the exchange tests (made by LibreOffice).
 QString workbook(const QString &name);
 
@@ -27,8 +30,8 @@ protected:
     FrmUpdateTest();
     ~FrmUpdateTest() override;
 
-    /// Builds the window on the file (running its load and column listing) and shows it, in
-    /// place of the window opened before.
+    /// Reads the file through the reader process, builds the window on it (running its load and
+    /// column listing) and shows it, in place of the window opened before.
     FrmUpdate &open(const QString &file);
     QComboBox *list(int index) const;
     /// Selects position in list index with the keyboard, as a user would: the list gets the

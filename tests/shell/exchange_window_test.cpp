@@ -4,6 +4,7 @@
 
 #include "exchange/spreadsheetexport.h"
 #include "exchange/ui/frmupdate.h"
+#include "exchange/ui/workbookreaddialog.h"
 #include "shell/exchangecontroller.h"
 #include "shell/mainwindowactions.h"
 
@@ -31,11 +32,24 @@ class ExchangeWindowTest : public SampleWindowTest
 protected:
     FrmUpdate *updateWindow() const { return window->exchange().importWindow(); }
 
-    /// Answers the import question with Yes and the open dialog with file.
-    void chooseWorkbook(const QString &file)
+    /// Answers the import question with Yes and the open dialog with file, which the reader of
+    /// the tests reads (with fault: a reader that fails that way).
+    void chooseWorkbook(const QString &file, const char *fault = nullptr)
     {
+        WorkbookReaderOptions reader;
+        reader.program = QStringLiteral(TARNWICK_TEST_READER);
+        reader.arguments = QStringList { QStringLiteral("--read-workbook") };
+        if (fault)
+            reader.arguments = QStringList { "--fault", fault } + reader.arguments;
+        window->exchange().setReaderOptions(reader);
         fakes->prompts.answerMessage(MsgResult::Yes);
         fakes->fileDialogs.answer(FileDialogResult { file, 3 });
+    }
+
+    /// Waits until the workbook was read and "Update" opened.
+    bool waitForUpdateWindow() const
+    {
+        return QTest::qWaitFor([this] { return updateWindow() != nullptr; }, 20000);
     }
 
     void expectMainWindowBusy(bool busy) const
@@ -82,6 +96,8 @@ TEST_F(ExchangeWindowTest, FileOpenAsksChoosesTheWorkbookAndShowsTheUpdateWindow
 {
     chooseWorkbook(workbook("sample.xls"));
     action("mnuFileOpen")->trigger();
+    expectMainWindowBusy(true);
+    ASSERT_TRUE(waitForUpdateWindow());
     ASSERT_EQ(fakes->prompts.shown().size(), 1U);
     EXPECT_EQ(
         fakes->prompts.shown()[0].text, "Do you want to get products from an Excel Spreadsheet?");
@@ -105,6 +121,7 @@ TEST_F(ExchangeWindowTest, TheImportAddsTheNewProductsToTheGridAndGivesTheWindow
 {
     chooseWorkbook(workbook("sample.xlsx"));
     action("mnuFileOpen")->trigger();
+    ASSERT_TRUE(waitForUpdateWindow());
     importPartAndName();
     // AB-100, AB-101, AB-102 and OLD-1 are new; the repeated AB-100 is not.
     EXPECT_EQ(fakes->prompts.texts().last(), "4 changes have been made to the knowledge base.");
@@ -137,6 +154,7 @@ TEST_F(ExchangeWindowTest, ToolbarNewAsksInItsOwnWordsAndOpenAsFileOpen)
 {
     chooseWorkbook(workbook("sample.ods"));
     button("New")->trigger();
+    ASSERT_TRUE(waitForUpdateWindow());
     ASSERT_EQ(fakes->prompts.shown().size(), 1U);
     EXPECT_EQ(fakes->prompts.shown()[0].text,
         "Do you want to modify the products with an Excel spreadsheet?");
@@ -149,6 +167,7 @@ TEST_F(ExchangeWindowTest, ToolbarNewAsksInItsOwnWordsAndOpenAsFileOpen)
 
     chooseWorkbook(workbook("sample.ods"));
     button("Open")->trigger();
+    ASSERT_TRUE(waitForUpdateWindow());
     EXPECT_EQ(fakes->prompts.shown().back().text,
         "Do you want to get products from an Excel Spreadsheet?");
     EXPECT_NE(updateWindow(), nullptr);
@@ -171,6 +190,7 @@ TEST_F(ExchangeWindowTest, ClosingTheMainWindowClosesTheUpdateWindowFirst)
 {
     chooseWorkbook(workbook("sample.xls"));
     action("mnuFileOpen")->trigger();
+    ASSERT_TRUE(waitForUpdateWindow());
     const QPointer<FrmUpdate> update = updateWindow();
     ASSERT_NE(update, nullptr);
     EXPECT_TRUE(window->close());
@@ -277,4 +297,64 @@ TEST_F(ExchangeWindowTest, PalmWritesTheSelectedRows)
     EXPECT_TRUE(csv.contains("Discounts\r\n0,C-300,Clamp,"));
     EXPECT_GT(csv.indexOf("\r\n0,A-100,Anchor,"), csv.indexOf("\r\n0,C-300,"));
     EXPECT_FALSE(csv.contains("B-200"));
+}
+
+TEST_F(ExchangeWindowTest, AReaderThatCrashesIsReportedAndTheEditsStay)
+{
+    goToRow(1);
+    button("Edit")->trigger();
+    window->ui().Txtnotes->setPlainText(QStringLiteral("Typed before the crash"));
+    const int count = module->AllProducts().Count();
+    chooseWorkbook(workbook("sample.xls"), "segv");
+    action("mnuFileOpen")->trigger();
+    ASSERT_TRUE(waitForUpdateWindow());
+    ASSERT_EQ(fakes->prompts.shown().size(), 2U);
+    EXPECT_EQ(fakes->prompts.shown()[1].text, "This file is not an Excel 97 file.");
+    EXPECT_EQ(fakes->prompts.shown()[1].title, "Error 51");
+    EXPECT_EQ(updateWindow()->findChild<QComboBox *>("CmbField(0)")->count(), 0);
+    updateWindow()->close();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return updateWindow() == nullptr; }));
+    expectMainWindowBusy(false);
+    EXPECT_EQ(module->AllProducts().Count(), count);
+    EXPECT_EQ(catalogue().get(2, 4), Cell("Typed before the crash"));
+
+    // A later read works, and the edit is saved at close.
+    chooseWorkbook(workbook("sample.xlsx"));
+    action("mnuFileOpen")->trigger();
+    ASSERT_TRUE(waitForUpdateWindow());
+    EXPECT_EQ(updateWindow()->findChild<QComboBox *>("CmbField(0)")->count(), 7);
+    EXPECT_TRUE(window->close());
+    restart();
+    EXPECT_EQ(module->AllProducts().Count(), count);
+    EXPECT_EQ(catalogue().get(2, 4), Cell("Typed before the crash"));
+}
+
+TEST_F(ExchangeWindowTest, CancelWhileTheWorkbookIsReadGivesTheWindowBack)
+{
+    chooseWorkbook(workbook("sample.xlsx"), "slow");
+    action("mnuFileOpen")->trigger();
+    ASSERT_TRUE(QTest::qWaitFor([this] {
+        return window->exchange().readWindow() && window->exchange().readWindow()->isVisible();
+    }));
+    expectMainWindowBusy(true);
+    const QPointer<WorkbookReadDialog> reading = window->exchange().readWindow();
+    EXPECT_EQ(reading->windowTitle(), "Tarnwick");
+    QTest::mouseClick(reading->findChild<QPushButton *>("CmdCancelRead"), Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !reading; }));
+    EXPECT_EQ(window->exchange().readWindow(), nullptr);
+    EXPECT_EQ(updateWindow(), nullptr);
+    expectMainWindowBusy(false);
+    EXPECT_EQ(fakes->prompts.shown().size(), 1U) << "only the question before the file dialog";
+}
+
+TEST_F(ExchangeWindowTest, ClosingTheMainWindowWhileAWorkbookIsReadStopsTheRead)
+{
+    chooseWorkbook(workbook("sample.xlsx"), "sleep");
+    action("mnuFileOpen")->trigger();
+    ASSERT_NE(window->exchange().readWindow(), nullptr);
+    const QPointer<WorkbookReadDialog> reading = window->exchange().readWindow();
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(window->exchange().readWindow(), nullptr);
+    EXPECT_TRUE(!reading || !reading->reader().isRunning());
+    EXPECT_TRUE(folder.exists("twdata.dat"));
 }

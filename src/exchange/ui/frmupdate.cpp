@@ -11,7 +11,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QPushButton>
@@ -35,8 +34,8 @@ bool isRequired(int index)
 } // namespace
 
 FrmUpdate::FrmUpdate(const AppServices &services, Table &catalogue, Products &products,
-    const QLocale &locale, const QString &importFile, QWidget *parent)
-    : QDialog(parent), m_services(services), m_importFile(importFile)
+    const QLocale &locale, WorkbookOpenResult workbook, QWidget *parent)
+    : QDialog(parent), m_services(services), m_workbook(std::move(workbook))
 {
     m_ui.setupUi(this);
     m_ui.Timer1->setInterval(ProgressInterval);
@@ -75,9 +74,7 @@ void FrmUpdate::Form_Load()
 /// ones; a file that is no workbook leaves the lists as they are and says so.
 void FrmUpdate::ListColumns()
 {
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const ColumnMapping::ColumnListing listing = ColumnMapping::listColumns(m_importFile);
-    QGuiApplication::restoreOverrideCursor();
+    const ColumnMapping::ColumnListing listing = ColumnMapping::listColumns(m_workbook);
     if (!listing.opened) {
         m_services.prompts.msgBox(NotAWorkbook, MsgStyle::OkOnly + MsgStyle::Exclamation,
             QStringLiteral("Error ") + QString::number(listing.errorNumber));
@@ -109,8 +106,8 @@ void FrmUpdate::CmdOK_Click()
     setMappingEnabled(false);
     setCursor(Qt::WaitCursor);
     m_ui.Timer1->start();
-    m_driver->start(
-        m_importFile, ColumnMapping::columnLetters(positions), m_ui.ChkIgnore->isChecked());
+    m_driver->start(std::move(m_workbook.workbook), ColumnMapping::columnLetters(positions),
+        m_ui.ChkIgnore->isChecked());
 }
 
 void FrmUpdate::setMappingEnabled(bool enabled)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exchange/ui/frmupdateui.h"
+#include "exchange/workbook.h"
 
 #include <QDialog>
 #include <QString>
@@ -16,12 +17,13 @@ class ImportDriver;
 class Products;
 class Table;
 
-/// The "Update" window of the workbook import: lists the columns of the workbook's first
-/// worksheet in the fifteen field lists, lets the user map them and, on OK, adds every row
-/// whose part number is new. While the import runs the caption alternates between
-/// "Please wait" and "N products analyzed"; closing the window stops it after the row in hand.
-/// The window is shown not modal; unloading it emits unloaded() so the owner can give the main
-/// window back, and catalogueChanged() tells it to show the catalogue again after an import.
+/// The "Update" window of the workbook import: lists the columns of the first worksheet of the
+/// workbook read before it opened in the fifteen field lists, lets the user map them and, on OK,
+/// adds every row whose part number is new, from the same cells: the file is not read again. While
+/// the import runs the caption alternates between "Please wait" and "N products analyzed"; closing
+/// the window stops it after the row in hand. The window is shown not modal; unloading it emits
+/// unloaded() so the owner can give the main window back, and catalogueChanged() tells it to show
+/// the catalogue again after an import.
 class FrmUpdate : public QDialog
 {
     Q_OBJECT
@@ -31,7 +33,7 @@ public:
     static constexpr int ProgressInterval = 2000;
 
     FrmUpdate(const AppServices &services, Table &catalogue, Products &products,
-        const QLocale &locale, const QString &importFile, QWidget *parent = nullptr);
+        const QLocale &locale, WorkbookOpenResult workbook, QWidget *parent = nullptr);
     ~FrmUpdate() override;
 
     const FrmUpdateUi &ui() const { return m_ui; }
@@ -70,7 +72,8 @@ private:
     void importFinished(int changes);
 
     const AppServices &m_services;
-    QString m_importFile;
+    /// The workbook read for this window, until OK hands it to the import.
+    WorkbookOpenResult m_workbook;
     FrmUpdateUi m_ui;
     ImportDriver *m_driver = nullptr;
 };

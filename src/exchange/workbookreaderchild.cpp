@@ -1,0 +1,84 @@
+#include "exchange/workbookreaderchild.h"
+
+#include "exchange/workbook.h"
+#include "exchange/workbookwire.h"
+
+#include <QFile>
+
+#include <cstdio>
+#include <cstring>
+#include <new>
+
+#if defined(Q_OS_LINUX)
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#endif
+
+namespace tarnwick::WorkbookReaderChild {
+
+namespace {
+
+#if defined(Q_OS_LINUX)
+void setReaderLimit(int resource, rlim_t value)
+{
+    const rlimit limit { value, value };
+    setrlimit(resource, &limit);
+}
+#endif
+
+/// Writes all bytes to standard output; false when the parent is gone.
+bool writeToParent(const QByteArray &bytes)
+{
+    return std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stdout)
+        == std::size_t(bytes.size());
+}
+
+} // namespace
+
+void applyLimits(int cpuSeconds)
+{
+#if defined(Q_OS_LINUX)
+    setReaderLimit(RLIMIT_CORE, 0);
+    prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
+    // The soft limit sends SIGXCPU, which ends the reader; the hard one a second later kills it.
+    const rlimit cpu { rlim_t(cpuSeconds), rlim_t(cpuSeconds) + 1 };
+    setrlimit(RLIMIT_CPU, &cpu);
+#if !defined(TARNWICK_READER_SANITIZED)
+    setReaderLimit(RLIMIT_AS, rlim_t(AddressSpaceBytes));
+#endif
+#else
+    Q_UNUSED(cpuSeconds);
+#endif
+}
+
+int run(const QString &path)
+{
+    applyLimits();
+    static char buffer[1 << 16];
+    std::setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
+    bool written = true;
+    try {
+        const WorkbookOpenResult opened = openWorkbook(path);
+        if (!opened.workbook) {
+            written =
+                writeToParent(WorkbookWire::failureMessage(opened.errorNumber, opened.errorText));
+        } else {
+            WorkbookWire::writeWorkbook(*opened.workbook,
+                [&written](const QByteArray &bytes) { written = written && writeToParent(bytes); });
+        }
+    } catch (const std::bad_alloc &) {
+        return ExitOutOfMemory;
+    }
+    if (std::fflush(stdout) != 0 || !written)
+        return ExitOutputFailed;
+    return 0;
+}
+
+std::optional<int> runIfAsked(int argc, char *argv[])
+{
+    if (argc != 3 || std::strcmp(argv[1], ReadWorkbookArgument) != 0)
+        return std::nullopt;
+    return run(QFile::decodeName(argv[2]));
+}
+
+} // namespace tarnwick::WorkbookReaderChild

@@ -1,0 +1,166 @@
+#include "exchange/workbookreaderprocess.h"
+
+#include "exchange/workbookreaderchild.h"
+#include "exchange/workbookwire.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+
+namespace tarnwick {
+
+WorkbookReaderOptions WorkbookReaderOptions::thisProgram()
+{
+    WorkbookReaderOptions options;
+    options.program = QCoreApplication::applicationFilePath();
+    options.arguments =
+        QStringList { QString::fromLatin1(WorkbookReaderChild::ReadWorkbookArgument) };
+    return options;
+}
+
+WorkbookReaderProcess::WorkbookReaderProcess(WorkbookReaderOptions options, QObject *parent)
+    : QObject(parent), m_options(std::move(options))
+{
+    m_timeLimit.setSingleShot(true);
+    connect(&m_timeLimit, &QTimer::timeout, this, [this] { fail(Failure::TimedOut); });
+}
+
+WorkbookReaderProcess::~WorkbookReaderProcess()
+{
+    stopProcess();
+}
+
+void WorkbookReaderProcess::start(const QString &path)
+{
+    if (isRunning())
+        cancel();
+    m_decoder = std::make_unique<WorkbookWire::Decoder>();
+    m_received = 0;
+    m_result = WorkbookOpenResult {};
+    m_outcome = Outcome::Cancelled;
+    m_failure = Failure::None;
+    m_process = new QProcess(this);
+    m_process->setProgram(m_options.program);
+    m_process->setArguments(m_options.arguments + QStringList { path });
+    m_process->setStandardInputFile(QProcess::nullDevice());
+    m_process->setStandardErrorFile(QProcess::nullDevice());
+    m_process->setReadChannel(QProcess::StandardOutput);
+#if defined(TARNWICK_READER_SANITIZED)
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("ASAN_OPTIONS"),
+        environment.value(QStringLiteral("ASAN_OPTIONS"))
+            + QStringLiteral(":hard_rss_limit_mb=1024:detect_leaks=0"));
+    m_process->setProcessEnvironment(environment);
+#endif
+    connect(
+        m_process, &QProcess::readyReadStandardOutput, this, &WorkbookReaderProcess::readOutput);
+    connect(m_process, &QProcess::finished, this, &WorkbookReaderProcess::processFinished);
+    connect(m_process, &QProcess::errorOccurred, this, &WorkbookReaderProcess::processFailed);
+    m_timeLimit.start(m_options.timeLimit);
+    m_process->start(QIODevice::ReadOnly);
+}
+
+void WorkbookReaderProcess::cancel()
+{
+    if (isRunning())
+        end(Outcome::Cancelled);
+}
+
+int WorkbookReaderProcess::rowsRead() const
+{
+    return m_decoder ? m_decoder->rows() : 0;
+}
+
+WorkbookOpenResult WorkbookReaderProcess::takeResult()
+{
+    return std::move(m_result);
+}
+
+void WorkbookReaderProcess::readOutput()
+{
+    if (!m_process)
+        return;
+    const int rowsBefore = m_decoder->rows();
+    const QByteArray bytes = m_process->readAllStandardOutput();
+    m_received += bytes.size();
+    if (m_received > m_options.outputLimit) {
+        fail(Failure::OutputTooLarge);
+        return;
+    }
+    if (m_decoder->feed(bytes) == WorkbookWire::Decoder::State::Malformed) {
+        fail(Failure::Malformed);
+        return;
+    }
+    if (m_decoder->rows() != rowsBefore)
+        Q_EMIT progress(m_decoder->rows());
+}
+
+void WorkbookReaderProcess::processFinished(int exitCode, QProcess::ExitStatus status)
+{
+    if (!m_process)
+        return;
+    readOutput();
+    if (!m_process)
+        return;
+    if (status == QProcess::NormalExit && exitCode == WorkbookReaderChild::ExitOutOfMemory) {
+        end(Outcome::Unreadable, Failure::OutOfMemory, OutOfMemoryError);
+        return;
+    }
+    const WorkbookWire::Decoder::State state = m_decoder->finish();
+    if (status != QProcess::NormalExit || exitCode != 0) {
+        fail(Failure::Crashed);
+    } else if (state == WorkbookWire::Decoder::State::Malformed) {
+        fail(Failure::Malformed);
+    } else if (state == WorkbookWire::Decoder::State::Failed) {
+        end(Outcome::Unreadable, Failure::NotAWorkbook, m_decoder->errorNumber());
+    } else {
+        m_result.workbook = m_decoder->takeWorkbook();
+        end(Outcome::Read);
+    }
+}
+
+void WorkbookReaderProcess::processFailed(QProcess::ProcessError error)
+{
+    // A crash is reported by finished() as well, with what the reader wrote before it.
+    if (m_process && error == QProcess::FailedToStart)
+        fail(Failure::NotStarted);
+}
+
+void WorkbookReaderProcess::end(Outcome outcome, Failure failure, int errorNumber)
+{
+    stopProcess();
+    m_decoder.reset();
+    m_outcome = outcome;
+    m_failure = failure;
+    if (outcome == Outcome::Unreadable)
+        m_result = notAWorkbook(errorNumber);
+    Q_EMIT finished();
+}
+
+void WorkbookReaderProcess::stopProcess()
+{
+    m_timeLimit.stop();
+    QProcess *process = m_process;
+    if (!process)
+        return;
+    m_process = nullptr;
+    process->disconnect(this);
+    if (process->state() != QProcess::NotRunning) {
+        process->kill();
+        process->waitForFinished(1000);
+    }
+    process->deleteLater();
+}
+
+WorkbookOpenResult WorkbookReaderProcess::read(
+    const QString &path, const WorkbookReaderOptions &options)
+{
+    WorkbookReaderProcess reader(options);
+    QEventLoop loop;
+    connect(&reader, &WorkbookReaderProcess::finished, &loop, &QEventLoop::quit);
+    reader.start(path);
+    if (reader.isRunning())
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    return reader.takeResult();
+}
+
+} // namespace tarnwick

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "exchange/workbook.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tarnwick::WorkbookWire {
+
+/// The columns that travel: A to R, all the import window ever offers or reads.
+constexpr int Columns = 18;
+/// The rows of the largest worksheet a spreadsheet holds.
+constexpr int MaxRows = 1048576;
+/// The longest cell text that travels, in UTF-8 bytes; a longer text is cut.
+constexpr int MaxCellBytes = 1 << 20;
+/// The longest error text that travels.
+constexpr int MaxErrorBytes = 4096;
+
+/// Writes the worksheet as the reader process hands it over: a header, then each non-empty cell
+/// of columns A to R as (row, column, text) row after row, then the number of rows. It stops at
+/// the first row whose cells A to R are all empty: the import stops at an empty part number,
+/// whichever column holds it, so no row after that one is ever read. sink receives the bytes in
+/// pieces of about chunkBytes.
+void writeWorkbook(const IWorkbook &workbook, const std::function<void(const QByteArray &)> &sink,
+    int chunkBytes = 1 << 16);
+
+/// The whole output for a file that could not be opened: the header and the error.
+QByteArray failureMessage(int errorNumber, const QString &text);
+
+/// Reads what the reader process writes, piece by piece as it arrives. Every kind of input is
+/// safe: frames are checked before anything is kept, cells must come in order (each row the
+/// same as or right after the last), and what is kept grows with the input, never faster than a
+/// few bytes per byte read, so a stream cut short or made up gives Malformed, never a crash.
+class Decoder
+{
+public:
+    enum class State { Reading, Read, Failed, Malformed };
+
+    Decoder();
+    ~Decoder();
+    Decoder(const Decoder &) = delete;
+    Decoder &operator=(const Decoder &) = delete;
+
+    /// Takes the next bytes; returns the state after them.
+    State feed(QByteArrayView bytes);
+    /// The end of the stream: a stream that stopped before its end is Malformed.
+    State finish();
+    State state() const { return m_state; }
+    /// The rows that arrived so far.
+    int rows() const { return m_rows; }
+    /// After Read: the worksheet (once).
+    std::unique_ptr<IWorkbook> takeWorkbook();
+    /// After Failed: the error the reader reported.
+    int errorNumber() const { return m_errorNumber; }
+    QString errorText() const { return m_errorText; }
+
+private:
+    /// Reads one frame at the start of bytes; returns its length, 0 when it is not complete
+    /// yet, or -1 when it is malformed.
+    qsizetype readFrame(QByteArrayView bytes);
+    qsizetype readCell(QByteArrayView bytes);
+    qsizetype readEnd(QByteArrayView bytes);
+    qsizetype readFailure(QByteArrayView bytes);
+
+    State m_state = State::Reading;
+    bool m_headerRead = false;
+    QByteArray m_pending;
+    QByteArray m_text;
+    /// Where each cell's text starts in m_text, Columns per row; the cell after the last starts
+    /// where the last ends.
+    std::vector<quint32> m_starts;
+    int m_rows = 0;
+    int m_errorNumber = 0;
+    QString m_errorText;
+};
+
+} // namespace tarnwick::WorkbookWire

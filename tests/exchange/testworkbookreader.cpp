@@ -1,0 +1,108 @@
+// The workbook reader of the tests: the program's own reader, or, with "--fault <kind>" before
+// its arguments, a reader that fails in that way, so the tests can prove that the program
+// survives any reader. Kinds: segv, abort, spin (busy until stopped), cpu (busy under a CPU
+// limit of one second), sleep, allocate (until the memory limit), flood (valid cells without
+// end), garbage, early (ends in the middle of its output), slow (a row every few milliseconds,
+// without end).
+#include "exchange/workbookreaderchild.h"
+#include "exchange/workbookwire.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QtEndian>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <thread>
+#include <vector>
+
+using namespace tarnwick;
+
+namespace {
+
+void put(const QByteArray &bytes)
+{
+    std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stdout);
+    std::fflush(stdout);
+}
+
+/// The bytes of one cell as the program's reader writes them.
+QByteArray cellBytes(int row, int column, const QByteArray &text)
+{
+    QByteArray out(1, 'C');
+    char number[4];
+    qToLittleEndian(quint32(row), number);
+    out.append(number, 4);
+    out.append(char(column));
+    qToLittleEndian(quint32(text.size()), number);
+    out.append(number, 4);
+    return out + text;
+}
+
+const QByteArray Header("TWWBK01\n");
+
+[[noreturn]] void spin()
+{
+    volatile unsigned long counter = 0;
+    for (;;)
+        counter = counter + 1;
+}
+
+int allocateUntilRefused()
+{
+    std::vector<char *> blocks;
+    try {
+        for (int block = 0; block < 64; ++block) {
+            char *bytes = new char[std::size_t(64) << 20];
+            std::memset(bytes, 1, std::size_t(64) << 20);
+            blocks.push_back(bytes);
+        }
+    } catch (const std::bad_alloc &) {
+        return WorkbookReaderChild::ExitOutOfMemory;
+    }
+    return 9; // four gigabytes and never refused: the limit did not work
+}
+
+int fault(const char *kind)
+{
+    const std::string name(kind);
+    WorkbookReaderChild::applyLimits(name == "cpu" ? 1 : WorkbookReaderChild::DefaultCpuSeconds);
+    if (name == "segv")
+        std::raise(SIGSEGV);
+    if (name == "abort")
+        std::abort();
+    if (name == "spin" || name == "cpu")
+        spin();
+    if (name == "sleep")
+        std::this_thread::sleep_for(std::chrono::hours(1));
+    if (name == "allocate")
+        return allocateUntilRefused();
+    put(Header);
+    if (name == "garbage")
+        put(QByteArray("\x01\x02 no frame of the reader \xff\xfe"));
+    if (name == "early")
+        put(cellBytes(1, 0, "Part Number").left(8));
+    for (int row = 1; name == "flood" && row <= WorkbookWire::MaxRows; ++row)
+        put(cellBytes(row, 0, QByteArray(60000, 'x')));
+    for (int row = 1; name == "slow" && row <= WorkbookWire::MaxRows; ++row) {
+        put(cellBytes(row, 0, "Part " + QByteArray::number(row)) + cellBytes(row, 1, "Name"));
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (argc >= 3 && std::strcmp(argv[1], "--fault") == 0)
+        return fault(argv[2]);
+    if (const std::optional<int> code = WorkbookReaderChild::runIfAsked(argc, argv))
+        return *code;
+    std::fprintf(stderr, "usage: %s [--fault kind] --read-workbook path\n", argv[0]);
+    return 2;
+}

@@ -1,0 +1,237 @@
+// The reader process's output: what the reader writes reads back as the same cells, and any
+// other bytes (cut short, reordered, made up) give Malformed, never a crash.
+#include "exchange/gridworkbook.h"
+#include "exchange/workbookwire.h"
+
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+using WorkbookWire::Decoder;
+
+namespace {
+
+QByteArray encoded(const IWorkbook &workbook, int chunkBytes = 1 << 16)
+{
+    QByteArray out;
+    int pieces = 0;
+    WorkbookWire::writeWorkbook(
+        workbook,
+        [&](const QByteArray &bytes) {
+            out += bytes;
+            ++pieces;
+        },
+        chunkBytes);
+    EXPECT_GE(pieces, 1);
+    return out;
+}
+
+/// Feeds bytes in pieces of the given sizes, in turn, then ends the stream.
+Decoder::State decodeInPieces(Decoder &decoder, const QByteArray &bytes, std::vector<int> sizes)
+{
+    qsizetype at = 0;
+    for (std::size_t i = 0; at < bytes.size(); ++i) {
+        const qsizetype size = std::min<qsizetype>(sizes[i % sizes.size()], bytes.size() - at);
+        decoder.feed(QByteArrayView(bytes).sliced(at, size));
+        at += size;
+    }
+    return decoder.finish();
+}
+
+GridWorkbook sampleSheet()
+{
+    GridWorkbook sheet;
+    sheet.setCell(0, 1, QStringLiteral("Part Number"));
+    sheet.setCell(1, 1, QStringLiteral("Product Name"));
+    sheet.setCell(17, 1, QStringLiteral("Column R"));
+    sheet.setCell(18, 1, QStringLiteral("Column S never travels"));
+    sheet.setCell(0, 2, QStringLiteral("AB-100"));
+    sheet.setCell(1, 2, QStringLiteral("Grüne Tasse \u20ac 12,50 \U0001F600"));
+    sheet.setCell(2, 2, QStringLiteral("12.5"));
+    sheet.setCell(3, 3, QStringLiteral("only D"));
+    sheet.setCell(4, 4, QStringLiteral("Line one\nLine two\tand a tab"));
+    // Row 5 is empty in A to R: nothing after it is ever read.
+    sheet.setCell(20, 5, QStringLiteral("beyond R"));
+    sheet.setCell(0, 6, QStringLiteral("after the empty row"));
+    return sheet;
+}
+
+void expectSameCellsUpToRow(const IWorkbook &expected, const IWorkbook &actual, int rows)
+{
+    for (int row = 0; row <= rows + 1; ++row) {
+        for (int column = -1; column <= WorkbookWire::Columns; ++column) {
+            const QString want =
+                (column >= 0 && column < WorkbookWire::Columns && row >= 1 && row <= rows)
+                ? expected.cellText(column, row)
+                : QString();
+            EXPECT_EQ(actual.cellText(column, row), want) << "column " << column << " row " << row;
+        }
+    }
+}
+
+} // namespace
+
+TEST(WorkbookWire, CellsOfColumnsAToRReadBackUpToTheFirstEmptyRow)
+{
+    const GridWorkbook sheet = sampleSheet();
+    for (const std::vector<int> &sizes : { std::vector<int> { 1 << 20 }, std::vector<int> { 1 },
+             std::vector<int> { 3, 7, 1, 11 } }) {
+        Decoder decoder;
+        ASSERT_EQ(decodeInPieces(decoder, encoded(sheet), sizes), Decoder::State::Read);
+        EXPECT_EQ(decoder.rows(), 4);
+        const std::unique_ptr<IWorkbook> read = decoder.takeWorkbook();
+        ASSERT_NE(read, nullptr);
+        expectSameCellsUpToRow(sheet, *read, 4);
+        EXPECT_EQ(read->cellText(1, 2), QStringLiteral("Grüne Tasse \u20ac 12,50 \U0001F600"));
+        EXPECT_EQ(read->cellText(18, 1), QString());
+        EXPECT_EQ(read->cellText(0, 6), QString());
+        EXPECT_EQ(decoder.takeWorkbook(), nullptr) << "the worksheet is handed over once";
+    }
+}
+
+TEST(WorkbookWire, AnEmptySheetIsReadAsNoRows)
+{
+    Decoder decoder;
+    ASSERT_EQ(decodeInPieces(decoder, encoded(GridWorkbook()), { 2 }), Decoder::State::Read);
+    EXPECT_EQ(decoder.rows(), 0);
+    EXPECT_EQ(decoder.takeWorkbook()->cellText(0, 1), QString());
+}
+
+TEST(WorkbookWire, ALargeSheetTravelsInPieces)
+{
+    GridWorkbook sheet;
+    for (int row = 1; row <= 3000; ++row) {
+        for (int column = 0; column < WorkbookWire::Columns; column += 2)
+            sheet.setCell(column, row, QStringLiteral("R%1C%2").arg(row).arg(column));
+    }
+    QByteArray out;
+    int pieces = 0;
+    WorkbookWire::writeWorkbook(
+        sheet,
+        [&](const QByteArray &bytes) {
+            out += bytes;
+            ++pieces;
+        },
+        4096);
+    EXPECT_GT(pieces, 10);
+    Decoder decoder;
+    ASSERT_EQ(decodeInPieces(decoder, out, { 1000, 17 }), Decoder::State::Read);
+    expectSameCellsUpToRow(sheet, *decoder.takeWorkbook(), 3000);
+}
+
+TEST(WorkbookWire, AVeryLongCellIsCutWithoutSplittingACharacter)
+{
+    GridWorkbook sheet;
+    sheet.setCell(0, 1, QString(WorkbookWire::MaxCellBytes, QChar(0x20ac)));
+    Decoder decoder;
+    ASSERT_EQ(decodeInPieces(decoder, encoded(sheet), { 65536 }), Decoder::State::Read);
+    const QString text = decoder.takeWorkbook()->cellText(0, 1);
+    EXPECT_EQ(text.size(), WorkbookWire::MaxCellBytes / 3);
+    EXPECT_EQ(text, QString(text.size(), QChar(0x20ac)));
+}
+
+TEST(WorkbookWire, TheReadersErrorTravelsWithItsNumber)
+{
+    Decoder decoder;
+    const QByteArray bytes = WorkbookWire::failureMessage(21, QStringLiteral("Not a workbook"));
+    ASSERT_EQ(decodeInPieces(decoder, bytes, { 5 }), Decoder::State::Failed);
+    EXPECT_EQ(decoder.errorNumber(), 21);
+    EXPECT_EQ(decoder.errorText(), QStringLiteral("Not a workbook"));
+    EXPECT_EQ(decoder.takeWorkbook(), nullptr);
+}
+
+TEST(WorkbookWire, AStreamCutShortAnywhereIsMalformed)
+{
+    const QByteArray bytes = encoded(sampleSheet());
+    for (qsizetype length = 0; length < bytes.size(); ++length) {
+        Decoder decoder;
+        decoder.feed(bytes.first(length));
+        EXPECT_EQ(decoder.finish(), Decoder::State::Malformed) << length;
+        EXPECT_EQ(decoder.takeWorkbook(), nullptr);
+    }
+}
+
+TEST(WorkbookWire, BytesThatBreakTheRulesAreMalformed)
+{
+    const QByteArray header("TWWBK01\n");
+    auto cell = [](quint32 row, char column, quint32 length, const QByteArray &text) {
+        QByteArray out(1, 'C');
+        out.append(reinterpret_cast<const char *>(&row), 4); // the test machines are little-endian
+        out.append(column);
+        out.append(reinterpret_cast<const char *>(&length), 4);
+        return out + text;
+    };
+    auto end = [](quint32 rows) {
+        return QByteArray(1, 'E') + QByteArray(reinterpret_cast<const char *>(&rows), 4);
+    };
+    const std::vector<std::pair<const char *, QByteArray>> cases {
+        { "another header", QByteArray("TWWBK02\n") + end(0) },
+        { "no header", end(0) },
+        { "unknown frame", header + "Z" + end(0) },
+        { "row 0", header + cell(0, 0, 1, "x") + end(0) },
+        { "a row skipped", header + cell(1, 0, 1, "x") + cell(3, 0, 1, "y") + end(3) },
+        { "first row is 2", header + cell(2, 0, 1, "x") + end(2) },
+        { "column S", header + cell(1, 18, 1, "x") + end(1) },
+        { "column 255", header + cell(1, char(255), 1, "x") + end(1) },
+        { "cells out of order", header + cell(1, 3, 1, "x") + cell(1, 2, 1, "y") + end(1) },
+        { "a cell twice", header + cell(1, 3, 1, "x") + cell(1, 3, 1, "y") + end(1) },
+        { "back to an earlier row",
+            header + cell(1, 0, 1, "x") + cell(2, 0, 1, "y") + cell(1, 5, 1, "z") + end(2) },
+        { "wrong row count", header + cell(1, 0, 1, "x") + end(2) },
+        { "bytes after the end", header + end(0) + "C" },
+        { "two ends", header + end(0) + end(0) },
+        { "an error text too long",
+            header + "F" + QByteArray(4, '\1') + QByteArray("\xff\xff", 2) + QByteArray(2, '\0') },
+    };
+    for (const auto &[what, bytes] : cases) {
+        Decoder decoder;
+        decoder.feed(bytes);
+        EXPECT_EQ(decoder.finish(), Decoder::State::Malformed) << what;
+        EXPECT_EQ(decoder.takeWorkbook(), nullptr) << what;
+    }
+}
+
+TEST(WorkbookWire, ALengthBeyondTheLimitIsRefusedBeforeItsBytesArrive)
+{
+    Decoder decoder;
+    QByteArray bytes("TWWBK01\nC");
+    const quint32 row = 1;
+    const quint32 length = WorkbookWire::MaxCellBytes + 1;
+    bytes.append(reinterpret_cast<const char *>(&row), 4);
+    bytes.append('\0');
+    bytes.append(reinterpret_cast<const char *>(&length), 4);
+    EXPECT_EQ(decoder.feed(bytes), Decoder::State::Malformed);
+}
+
+TEST(WorkbookWire, RandomAndDamagedBytesNeverCrashTheDecoder)
+{
+    QRandomGenerator random(20261125);
+    const QByteArray valid = encoded(sampleSheet());
+    for (int round = 0; round < 3000; ++round) {
+        QByteArray bytes;
+        if (round % 3 == 0) {
+            bytes.resize(random.bounded(1, 400));
+            for (char &byte : bytes)
+                byte = char(random.bounded(256));
+            if (round % 2 == 0)
+                bytes.prepend("TWWBK01\n");
+        } else {
+            bytes = valid;
+            for (int flips = random.bounded(1, 6); flips > 0; --flips)
+                bytes[random.bounded(bytes.size())] = char(random.bounded(256));
+        }
+        Decoder decoder;
+        const Decoder::State state = decodeInPieces(decoder, bytes, { random.bounded(1, 64) });
+        ASSERT_NE(state, Decoder::State::Reading);
+        if (state == Decoder::State::Read) {
+            const std::unique_ptr<IWorkbook> read = decoder.takeWorkbook();
+            ASSERT_NE(read, nullptr);
+            ASSERT_LE(decoder.rows(), bytes.size() / 10) << "each row takes a frame";
+            for (int row = 0; row <= decoder.rows() + 1; ++row) {
+                for (int column = -1; column <= WorkbookWire::Columns; ++column)
+                    EXPECT_LE(read->cellText(column, row).size(), bytes.size());
+            }
+        }
+    }
+}

@@ -182,6 +182,77 @@ def scenario_save(run):
     check(not os.path.exists(recovery_path(run)), "no recovery file after a clean end")
 
 
+def scenario_close_while_starting(run):
+    """A close asked for while a large catalogue is still loading is carried out when the load
+    ends: the program saves and exits without waiting for a second close."""
+    line = (b"P%06d" + e2e.FIELD_END + b"Generated product number %d with a longer name"
+            + e2e.FIELD_END + b"12.5" + e2e.FIELD_END + b"Notes of the product" + e2e.FIELD_END
+            + b"Includes" + e2e.FIELD_END + b"1" + e2e.FIELD_END + b"12.5" + e2e.FIELD_END
+            + b"10" + e2e.FIELD_END + b"11" + e2e.FIELD_END * 7 + b"\r\n")
+    with open(run.catalogue(), "wb") as f:
+        for n in range(100000):
+            f.write(line % (n, n))
+    s = run.start(wait_grid=False)
+    try:
+        s.close(wait=False)
+        code = s.wait_exit(60)
+        check(code == 0, "the program ends cleanly after the start: %r" % code)
+    finally:
+        s.stop()
+    check(os.path.exists(os.path.join(run.app, "twdata.bak")), "the close saved the catalogue")
+    check(len(records(run.catalogue())) == 100000, "every product saved")
+
+
+def scenario_full_disk(run):
+    """On a full disk nothing is lost: the recovery file and the save report the disk, the
+    files keep their bytes, and once there is room again the save goes through."""
+    import subprocess
+    disk = os.path.join(run.tmp, "disk")
+    os.makedirs(disk)
+    mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "tmpfs", disk],
+                             stderr=subprocess.PIPE)
+    check(mounted.returncode == 0, "a tiny tmpfs for the full disk (needs root): %s"
+          % mounted.stderr.decode(errors="replace"))
+    try:
+        sample = run.sample_bytes()
+        data = os.path.join(disk, "twdata.dat")
+        with open(data, "wb") as f:
+            f.write(sample)
+        filler = os.path.join(disk, "filler")
+        fd = os.open(filler, os.O_WRONLY | os.O_CREAT)
+        try:
+            while os.write(fd, b"\0" * 512) > 0:
+                pass
+        except OSError:
+            pass
+        finally:
+            os.close(fd)
+        s = run.start(env={"LANG": "C.UTF-8", "TARNWICK_APP_DIR": disk})
+        try:
+            s.toolbar("Edit")
+            wait_for(lambda: s.is_checked("Edit"), 5, "edit mode")
+            rename_product(s, 0, "Typed on a full disk")
+            wait_for(lambda: "cannot be kept safe" in s.status_text(), 10,
+                     "the status bar saying the changes cannot be kept")
+            s.key("ctrl+s")
+            box = s.answer_next_box("OK", title="Catalogue")
+            check(box.text.startswith("The catalogue could not be saved") and
+                  "the disk is full" in box.text, "the save's message: %r" % (box.text,))
+            check(open(data, "rb").read() == sample, "the catalogue file kept its bytes")
+            check(sorted(os.listdir(disk)) == ["filler", "tarnwick.lock", "twdata.dat"]
+                  or sorted(os.listdir(disk)) == ["filler", "twdata.dat"],
+                  "no partial file left: %r" % os.listdir(disk))
+            os.remove(filler)
+            s.key("ctrl+s")
+            wait_for(lambda: b"Typed on a full disk" in open(data, "rb").read(), 10,
+                     "the save once there is room")
+            check_clean_exit(s)
+        finally:
+            s.stop()
+    finally:
+        subprocess.run(["umount", "-l", disk])
+
+
 SCENARIOS = {name[len("scenario_"):]: fn for name, fn in globals().items()
              if name.startswith("scenario_")}
 

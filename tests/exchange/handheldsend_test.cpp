@@ -152,8 +152,9 @@ TEST_F(HandheldSend, AFullDiskIsReportedAndTheOldFileKept)
 {
     test::TinyDisk disk(folder.filePath("app"), 64);
     if (!disk.mounted())
-        GTEST_SKIP() << "a small file system cannot be mounted here: "
-                     << disk.failure().toStdString();
+        FAIL() << "the full-disk check needs a small file system, which cannot be mounted here "
+                  "(the tests run as root): "
+               << disk.failure().toStdString();
     const AppEnvironment onDisk(folder.filePath("app"), QString());
     AppServices tiny { fakes.prompts, fakes.clipboard, fakes.settings, fakes.fileDialogs,
         fakes.launcher, fakes.help, fakes.events, onDisk };

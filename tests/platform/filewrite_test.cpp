@@ -146,8 +146,9 @@ TEST_F(FileWriteTest, AFullDiskKeepsTheOldFile)
 {
     TinyDisk disk(path("disk"), 64);
     if (!disk.mounted())
-        GTEST_SKIP() << "a small file system cannot be mounted here: "
-                     << disk.failure().toStdString();
+        FAIL() << "the full-disk check needs a small file system, which cannot be mounted here "
+                  "(the tests run as root): "
+               << disk.failure().toStdString();
     const QString target = path("disk/out.txt");
     ASSERT_TRUE(writeFileWhole(target, OldBytes).ok);
     disk.fillLeaving(16384);
@@ -163,8 +164,9 @@ TEST_F(FileWriteTest, AFullDiskAlsoStopsASmallFileThatFitsTheWriteBuffer)
 {
     TinyDisk disk(path("disk"), 64);
     if (!disk.mounted())
-        GTEST_SKIP() << "a small file system cannot be mounted here: "
-                     << disk.failure().toStdString();
+        FAIL() << "the full-disk check needs a small file system, which cannot be mounted here "
+                  "(the tests run as root): "
+               << disk.failure().toStdString();
     const QString target = path("disk/out.txt");
     ASSERT_TRUE(writeFileWhole(target, OldBytes).ok);
     disk.fillLeaving(0);

@@ -259,8 +259,9 @@ protected:
         // The settings folder of App is a tiny disk of its own.
         m_disk = std::make_unique<test::TinyDisk>(QFileInfo(iniPath()).path(), 64);
         if (!m_disk->mounted())
-            GTEST_SKIP() << "a small file system cannot be mounted here: "
-                         << m_disk->failure().toStdString();
+            FAIL() << "the full-disk check needs a small file system, which cannot be mounted here "
+                      "(the tests run as root): "
+                   << m_disk->failure().toStdString();
     }
     void TearDown() override
     {

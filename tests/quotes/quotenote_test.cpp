@@ -66,8 +66,9 @@ TEST(QuoteNoteFiles, AFullDiskKeepsBothOldFiles)
     TempAppFolder folder;
     test::TinyDisk disk(folder.filePath("app"), 64);
     if (!disk.mounted())
-        GTEST_SKIP() << "a small file system cannot be mounted here: "
-                     << disk.failure().toStdString();
+        FAIL() << "the full-disk check needs a small file system, which cannot be mounted here "
+                  "(the tests run as root): "
+               << disk.failure().toStdString();
     const QString app = folder.filePath("app");
     folder.writeFile("app/QuoteNoteHead.txt", "old heading");
     folder.writeFile("app/QuoteNote.txt", "old ending");

@@ -1,4 +1,5 @@
 #include "shell/singleinstance.h"
+#include "support/diskfaults.h"
 #include "support/tempappfolder.h"
 
 #include <gtest/gtest.h>
@@ -26,6 +27,26 @@ TEST(SingleInstanceTest, TheFolderIsFreeAgainWhenTheFirstCopyEnds)
         ASSERT_TRUE(first.isOnlyInstance());
     }
     SingleInstance next(folder.path());
+    EXPECT_TRUE(next.isOnlyInstance());
+}
+
+TEST(SingleInstanceTest, AFullDiskStillStartsOneCopyAndRefusesTheSecond)
+{
+    TempAppFolder folder;
+    const QString disk = folder.filePath(QStringLiteral("disk"));
+    TinyDisk tiny(disk, 64);
+    if (!tiny.mounted())
+        FAIL() << "the full-disk check needs a small file system, which cannot be mounted here "
+                  "(the tests run as root): "
+               << tiny.failure().toStdString();
+    tiny.fillLeaving(0);
+
+    auto first = std::make_unique<SingleInstance>(disk);
+    EXPECT_TRUE(first->isOnlyInstance()) << "a full disk is no other copy";
+    SingleInstance second(disk);
+    EXPECT_FALSE(second.isOnlyInstance());
+    first.reset();
+    SingleInstance next(disk);
     EXPECT_TRUE(next.isOnlyInstance());
 }
 

@@ -210,12 +210,31 @@ def scenario_order(run):
         check(after[3] == before[3], "TW-400 unchanged: %r" % after[3])
         check([after[i] for i in (0, 2, 4)] == [before[i] for i in (0, 2, 4)],
               "the other rows unchanged: %r" % after)
+
+        # The same with xdotool: the keys, then the click from a second X client at once.
+        again = "Gadget Gamma"
+        s.toolbar("Edit")
+        s.click_cell("GrdMain", 2, 1)  # TW-300's name
+        s.hover(table="GrdMain", cell=(0, 0))  # TW-100's row
+        s.activate()
+        s.xdotool("type", "--delay", "0", again)
+        s.xdotool("click", "1")
+        s.toolbar("Edit")
+        wait_for(lambda: not s.is_checked("Edit"), 5, "the end of edit mode")
+        last = s.read_table("GrdMain")
+        name3 = last[2][1]
+        check(name3 and again.startswith(name3), "TW-300's name is what was typed: %r" % name3)
+        check(last[0] == before[0], "TW-100 unchanged: %r" % last[0])
+        check([last[i] for i in (1, 3, 4)] == [after[i] for i in (1, 3, 4)],
+              "the other rows unchanged: %r" % last)
         check_clean_exit(s)
     finally:
         s.stop()
     saved = records(run.catalogue())
     check([r[0] for r in saved] == [p[0] for p in products], "part numbers saved: %r" % saved)
     check(saved[1][1] == name.encode(), "TW-200's name saved: %r" % saved[1])
+    check(saved[2][1] == name3.encode(), "TW-300's name saved: %r" % saved[2])
+    check(saved[0][:3] == products[0], "TW-100 saved unchanged: %r" % saved[0])
     check(saved[3][:3] == products[3], "TW-400 saved unchanged: %r" % saved[3])
 
 

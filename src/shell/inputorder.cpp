@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
@@ -63,7 +64,11 @@ bool InputOrder::eventFilter(QObject *watched, QEvent *event)
             keyAtWidget(watched, key);
     } else if (isMouseButtonEvent(event) && event->spontaneous() && !m_onTheirWay.empty()
         && !m_waiting) {
+        const QPointer<QObject> receiver(watched);
         waitForKeysOnTheirWay();
+        // A key handled meanwhile may have closed the window clicked: the click goes nowhere.
+        if (!receiver)
+            return true;
     }
     return false;
 }
@@ -72,8 +77,11 @@ void InputOrder::keyAtWindow(const QKeyEvent *event)
 {
     ++m_windowEntries;
     // A key from the keyboard enters spontaneously; the bridge's later copy of it does not.
-    if (event->spontaneous())
-        m_onTheirWay.push_back(typedKey(event, m_clock.elapsed()));
+    if (event->spontaneous()) {
+        const qint64 now = m_clock.elapsed();
+        forgetKeysOlderThan(now - MaxWaitMs);
+        m_onTheirWay.push_back(typedKey(event, now));
+    }
 }
 
 void InputOrder::keyAtWidget(const QObject *receiver, const QKeyEvent *event)

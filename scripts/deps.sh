@@ -11,6 +11,8 @@ tarnwick_packages=(
     clang-format fonts-dejavu-core
     # icon drawing, install-tree validation and the Debian package
     librsvg2-bin desktop-file-utils appstream dpkg-dev file lintian
+    # hardening-check, which checks the packaged program's hardening
+    devscripts
     # end-to-end checks of the real executable under Xvfb
     xvfb xdotool xclip imagemagick openbox dbus-daemon at-spi2-core
     python3 python3-gi gir1.2-atspi-2.0 python3-xlib

@@ -11,6 +11,7 @@
 #include "products/productrow.h"
 #include "products/schedulemodel.h"
 #include "shell/gridview.h"
+#include "shell/inputorder.h"
 #include "shell/mainwindowui.h"
 #include "shell/shelldialogs.h"
 
@@ -41,6 +42,9 @@ ProductGridController::ProductGridController(const AppServices &services, Module
       m_gridMenu(gridMenu), m_scheduleMenu(scheduleMenu),
       m_search(services.prompts, &services.events)
 {
+    // Keys typed into a cell just before a click on another row belong to the cell typed in:
+    // the click waits for keys still on their way through the accessibility bus.
+    new InputOrder(this);
 }
 
 void ProductGridController::bind(int firstColumnWidth)

@@ -165,8 +165,8 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
     // old catalogue or the whole new one, never a file whose bytes never reached the disk.
     if (::fsync(file.handle()) != 0) {
         const int systemError = errno;
-        return failedSave(QStringLiteral("the new file could not be written: %1")
-                              .arg(plainCause(systemError)));
+        return failedSave(
+            QStringLiteral("the new file could not be written: %1").arg(plainCause(systemError)));
     }
 #endif
     QString error;

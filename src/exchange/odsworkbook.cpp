@@ -1,106 +1,232 @@
-#include "exchange/gridworkbook.h"
+// The OpenDocument spreadsheet reader: the first table of "content.xml", read as it is
+// inflated.
+#include "exchange/sheetcells.h"
+#include "exchange/sheetvalue.h"
+#include "exchange/workbookformats.h"
+#include "exchange/xmlpull.h"
 #include "exchange/ziparchive.h"
 
-#include <QXmlStreamReader>
+#include <charconv>
 
 namespace tarnwick {
 
 namespace {
 
-// Repeats beyond these are the spreadsheet's empty filler up to its last row and column.
-constexpr int MaxRows = 1048576;
-constexpr int MaxColumns = 16384;
+using Token = XmlPull::Token;
 
-int repeats(const QXmlStreamReader &xml, QLatin1String attribute)
+/// Repeats beyond this are filler up to the spreadsheet's last column.
+constexpr qint64 OdsMaxColumnRepeat = qint64(1) << 20;
+
+/// A repeat count attribute: at least 1, at most limit.
+qint64 odsRepeat(std::string_view value, qint64 limit)
 {
-    const int count = xml.attributes().value(attribute).toInt();
-    return count > 0 ? count : 1;
+    qint64 count = 1;
+    const auto result = std::from_chars(value.data(), value.data() + value.size(), count);
+    if (result.ec == std::errc::result_out_of_range)
+        return limit;
+    return result.ec != std::errc() || count < 1 ? 1 : std::min(count, limit);
 }
 
-/// The paragraphs of a cell joined by line breaks, for a text cell.
-QString paragraphs(QXmlStreamReader &xml)
+class OdsTableReader
 {
-    QStringList lines;
-    while (xml.readNextStartElement()) {
-        if (xml.name() == QLatin1String("p")) {
-            lines << xml.readElementText(QXmlStreamReader::IncludeChildElements);
+public:
+    OdsTableReader(XmlPull &xml, SheetCells &cells) : m_xml(xml), m_cells(cells) { }
+
+    /// Reads the table whose start the parser is on; false when the XML is invalid.
+    bool read()
+    {
+        const int depth = m_xml.depth();
+        for (;;) {
+            const Token token = m_xml.next();
+            if (token == Token::Invalid || token == Token::End)
+                return false;
+            if (token == Token::EndElement && m_xml.depth() == depth)
+                return true;
+            if (token != Token::StartElement)
+                continue;
+            const std::string_view name = m_xml.name();
+            if (name == "table:table-row") {
+                if (!readRow())
+                    return false;
+                if (m_cells.stopped() || m_row > SheetCells::MaxRows)
+                    return true;
+            } else if (name != "table:table-header-rows" && name != "table:table-row-group"
+                && name != "table:table-rows" && !m_xml.skipElement()) {
+                return false;
+            }
+        }
+    }
+
+private:
+    bool readRow()
+    {
+        const int depth = m_xml.depth();
+        const qint64 repeat =
+            odsRepeat(m_xml.attribute("table:number-rows-repeated"), qint64(SheetCells::MaxRows));
+        qint64 column = 0;
+        for (;;) {
+            const Token token = m_xml.next();
+            if (token == Token::Invalid || token == Token::End)
+                return false;
+            if (token == Token::EndElement && m_xml.depth() == depth)
+                break;
+            if (token != Token::StartElement)
+                continue;
+            const std::string_view name = m_xml.name();
+            if (name != "table:table-cell" && name != "table:covered-table-cell") {
+                if (!m_xml.skipElement())
+                    return false;
+                continue;
+            }
+            const qint64 cellRepeat =
+                odsRepeat(m_xml.attribute("table:number-columns-repeated"), OdsMaxColumnRepeat);
+            if (column < SheetCells::Columns) {
+                if (!readCell(int(column), int(std::min<qint64>(column + cellRepeat, 64))))
+                    return false;
+            } else if (!m_xml.skipElement()) {
+                return false;
+            }
+            column += cellRepeat;
+        }
+        m_cells.repeatRow(int(m_row), int(repeat));
+        m_row += repeat;
+        return true;
+    }
+
+    /// Reads the cell the parser is on into columns [first, last).
+    bool readCell(int first, int last)
+    {
+        const auto row = int(m_row);
+        const std::string_view valueType = m_xml.attribute("office:value-type");
+        if (m_xml.attribute("calcext:value-type") == "error") {
+            for (int column = first; column < last; ++column)
+                m_cells.putError(row, column);
+            return m_xml.skipElement();
+        }
+        std::string &texts = m_cells.texts();
+        const std::size_t start = texts.size();
+        bool fromAttribute = true;
+        double number = 0;
+        std::int64_t day = 0;
+        std::int64_t seconds = 0;
+        if ((valueType == "float" || valueType == "percentage" || valueType == "currency")
+            && SheetValue::parseNumber(m_xml.attribute("office:value"), number)) {
+            SheetValue::appendNumber(texts, number);
+        } else if (valueType == "date"
+            && SheetValue::parseIsoDateTime(m_xml.attribute("office:date-value"), day, seconds)) {
+            SheetValue::appendDayAndSeconds(texts, day, seconds);
+        } else if (valueType == "time"
+            && SheetValue::parseIsoDuration(m_xml.attribute("office:time-value"), number)) {
+            SheetValue::appendTime(texts, number);
+        } else if (valueType == "boolean") {
+            const std::string_view value = m_xml.attribute("office:boolean-value");
+            texts += value == "true" || value == "1" ? "TRUE" : "FALSE";
+        } else if (valueType == "string" && m_xml.hasAttribute("office:string-value")) {
+            SheetValue::appendText(texts, m_xml.attribute("office:string-value"));
         } else {
-            xml.skipCurrentElement();
+            fromAttribute = false;
         }
+        if (fromAttribute ? !m_xml.skipElement() : !readParagraphs(start))
+            return false;
+        const SheetText text = m_cells.checkedTextFrom(start);
+        for (int column = first; column < last; ++column)
+            m_cells.put(row, column, text);
+        return true;
     }
-    return lines.join(QLatin1Char('\n'));
-}
 
-QString cellValue(QXmlStreamReader &xml)
-{
-    const auto attributes = xml.attributes();
-    const QString type = attributes.value(QLatin1String("office:value-type")).toString();
-    if (type == QLatin1String("float") || type == QLatin1String("currency")
-        || type == QLatin1String("percentage")) {
-        xml.skipCurrentElement();
-        return numberCellText(attributes.value(QLatin1String("office:value")).toDouble());
+    /// The paragraphs of the cell the parser is on, joined by line breaks.
+    bool readParagraphs(std::size_t start)
+    {
+        const int depth = m_xml.depth();
+        bool first = true;
+        for (;;) {
+            const Token token = m_xml.next();
+            if (token == Token::Invalid || token == Token::End)
+                return false;
+            if (token == Token::EndElement && m_xml.depth() == depth)
+                return true;
+            if (token != Token::StartElement)
+                continue;
+            if (m_xml.name() != "text:p" && m_xml.name() != "text:h") {
+                // Comments, drawings and other content of the cell are no part of its value.
+                if (!m_xml.skipElement())
+                    return false;
+                continue;
+            }
+            if (!first)
+                appendLimited(start, "\r\n");
+            first = false;
+            if (!readParagraph(start))
+                return false;
+        }
     }
-    if (type == QLatin1String("boolean")) {
-        xml.skipCurrentElement();
-        return attributes.value(QLatin1String("office:boolean-value")) == QLatin1String("true")
-            ? QStringLiteral("TRUE")
-            : QStringLiteral("FALSE");
-    }
-    return paragraphs(xml);
-}
 
-/// Reads one table row (the reader is on its start) into rows row.. of the workbook; returns
-/// the number of rows it stands for.
-int readRow(QXmlStreamReader &xml, int row, GridWorkbook &book)
-{
-    const int rowCount = repeats(xml, QLatin1String("table:number-rows-repeated"));
-    int column = 0;
-    bool hasText = false;
-    std::vector<std::pair<int, QString>> cells;
-    while (xml.readNextStartElement()) {
-        const int count = repeats(xml, QLatin1String("table:number-columns-repeated"));
-        const QString text = cellValue(xml);
-        for (int k = 0; !text.isEmpty() && k < count && column + k < MaxColumns; ++k) {
-            cells.emplace_back(column + k, text);
-            hasText = true;
+    bool readParagraph(std::size_t start)
+    {
+        const int depth = m_xml.depth();
+        for (;;) {
+            const Token token = m_xml.next();
+            if (token == Token::Invalid || token == Token::End)
+                return false;
+            if (token == Token::EndElement && m_xml.depth() == depth)
+                return true;
+            if (token == Token::Text) {
+                appendLimited(start, m_xml.text());
+                continue;
+            }
+            if (token != Token::StartElement)
+                continue;
+            const std::string_view name = m_xml.name();
+            if (name == "text:s") {
+                const auto count = std::size_t(
+                    odsRepeat(m_xml.attribute("text:c"), qint64(SheetCells::MaxCellBytes)));
+                if (room(start) > 0)
+                    m_cells.texts().append(std::min(count, room(start)), ' ');
+            } else if (name == "text:tab") {
+                appendLimited(start, "\t");
+            } else if (name == "text:line-break") {
+                appendLimited(start, "\r\n");
+            } else if ((name == "office:annotation" || name == "text:note")
+                && !m_xml.skipElement()) {
+                return false;
+            }
         }
-        column += count;
     }
-    for (int r = 0; hasText && r < rowCount && row + r <= MaxRows; ++r) {
-        for (const auto &[c, text] : cells) {
-            book.setCell(c, row + r, text);
-        }
+
+    /// How many bytes the cell begun at start may still take (one more than a cell keeps, so
+    /// a cut can be made at a character's end).
+    std::size_t room(std::size_t start) const
+    {
+        const std::size_t used = m_cells.texts().size() - start;
+        return used > SheetCells::MaxCellBytes ? 0 : SheetCells::MaxCellBytes + 4 - used;
     }
-    return rowCount;
-}
+
+    void appendLimited(std::size_t start, std::string_view text)
+    {
+        if (room(start) > 0)
+            SheetValue::appendText(m_cells.texts(), text.substr(0, room(start)));
+    }
+
+    XmlPull &m_xml;
+    SheetCells &m_cells;
+    qint64 m_row = 1;
+};
 
 } // namespace
 
-WorkbookOpenResult openOdsWorkbook(const QString &path)
+bool readOdsSheet(ZipArchive &archive, SheetCells &cells)
 {
-    const auto content = readZipMember(path, QStringLiteral("content.xml"));
-    if (!content) {
-        return notAWorkbook(1);
+    const std::unique_ptr<ZipArchive::Member> content = archive.member("content.xml");
+    if (!content)
+        return false;
+    XmlPull xml([&content](char *data, qint64 size) { return content->read(data, size); });
+    for (;;) {
+        const Token token = xml.next();
+        if (token == Token::Invalid || token == Token::End)
+            return false;
+        if (token == Token::StartElement && xml.name() == "table:table")
+            return OdsTableReader(xml, cells).read();
     }
-    auto book = std::make_unique<GridWorkbook>();
-    QXmlStreamReader xml(*content);
-    bool inTable = false;
-    int row = 1;
-    while (!xml.atEnd()) {
-        xml.readNext();
-        if (xml.isStartElement() && xml.qualifiedName() == QLatin1String("table:table")) {
-            inTable = true;
-        } else if (xml.isEndElement() && xml.qualifiedName() == QLatin1String("table:table")) {
-            break;
-        } else if (inTable && xml.isStartElement()
-            && xml.qualifiedName() == QLatin1String("table:table-row")) {
-            row += readRow(xml, row, *book);
-        }
-    }
-    if (xml.hasError() || !inTable) {
-        return notAWorkbook(1);
-    }
-    return WorkbookOpenResult { std::move(book), 0, {} };
 }
 
 } // namespace tarnwick

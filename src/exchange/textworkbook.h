@@ -1,16 +1,20 @@
 #pragma once
 
-#include "exchange/workbook.h"
+#include "exchange/sheetcells.h"
 
 #include <QByteArray>
-#include <QStringList>
-
-#include <vector>
 
 namespace tarnwick {
 
-/// Tab-separated text as one worksheet: lines end in CR LF or LF, cells are separated by one
-/// tab, nothing is quoted. Characters are read as the catalogue file's are.
+/// Tab-separated text as one worksheet: the export's own files and the text spreadsheets save.
+/// Lines end in CR LF or LF and cells are separated by one tab. Characters are read as the
+/// catalogue file's are (UTF-8, else Windows-1252); text that starts with a byte-order mark of
+/// UTF-16 is read as UTF-16.
+///
+/// A cell that starts with a double quote and whose closing quote is followed by a tab, a line
+/// end or the end of the text is quoted, as spreadsheets write cells: the quotes go, a doubled
+/// quote inside stands for one ("P0001" gives P0001, """" gives "), and tabs and line breaks
+/// inside belong to the cell. Any other cell is taken as it stands.
 ///
 /// The export writes a line break inside a field as it stands, so a product with a note of two
 /// lines spans two lines of the file. A line that holds fewer cells than the first line (the
@@ -21,10 +25,10 @@ class TextWorkbook : public IWorkbook
 {
 public:
     explicit TextWorkbook(const QByteArray &bytes);
-    QString cellText(int column, int row) const override;
+    QString cellText(int column, int row) const override { return m_cells.cellText(column, row); }
 
 private:
-    std::vector<QStringList> m_rows;
+    SheetCells m_cells;
 };
 
 } // namespace tarnwick

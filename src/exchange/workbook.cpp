@@ -1,44 +1,132 @@
 #include "exchange/workbook.h"
 
-#include "exchange/gridworkbook.h"
-#include "exchange/textworkbook.h"
-#include "exchange/xlsworkbook.h"
+#include "core/vberror.h"
+#include "exchange/compounddocument.h"
+#include "exchange/sheetcells.h"
+#include "exchange/workbookformats.h"
+#include "exchange/ziparchive.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QLocale>
+
+#include <array>
 
 namespace tarnwick {
 
-QString numberCellText(double value)
+namespace {
+
+const QString NotAnExcelFile = QStringLiteral("This file is not an Excel 97 file.");
+
+bool startsWith(QByteArrayView bytes, QByteArrayView start)
 {
-    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+    return bytes.size() >= start.size() && bytes.first(start.size()) == start;
+}
+
+/// Text, as far as its bytes tell: no control characters but tab, line feed, form feed and
+/// carriage return (a file that starts with a UTF-16 byte-order mark is text too).
+bool looksLikeText(QByteArrayView bytes)
+{
+    if (startsWith(bytes, "\xFF\xFE") || startsWith(bytes, "\xFE\xFF"))
+        return true;
+    static const std::array<bool, 256> control = [] {
+        std::array<bool, 256> table {};
+        for (int c = 0; c < 0x20; ++c)
+            table[std::size_t(c)] = c != '\t' && c != '\n' && c != '\f' && c != '\r';
+        table[0x7F] = false;
+        return table;
+    }();
+    for (const char c : bytes) {
+        if (control[quint8(c)])
+            return false;
+    }
+    return true;
+}
+
+SheetReadResult readZippedSheet(QByteArrayView bytes, SheetCells &cells)
+{
+    const std::unique_ptr<ZipArchive> archive = ZipArchive::open(bytes);
+    bool read = false;
+    if (archive && archive->contains("xl/workbook.xml"))
+        read = readXlsxSheet(*archive, cells);
+    else if (archive && archive->contains("content.xml"))
+        read = readOdsSheet(*archive, cells);
+    return read ? SheetReadResult {} : sheetNotRead(WorkbookError::NotAWorkbook);
+}
+
+WorkbookOpenResult asWorkbook(SheetReadResult read)
+{
+    return WorkbookOpenResult { std::move(read.cells), read.errorNumber, read.errorText };
+}
+
+} // namespace
+
+QString readCellText(const IWorkbook &workbook, int column, int row)
+{
+    if (workbook.isError(column, row))
+        throw VbError(ErrorNumber::TypeMismatch);
+    return workbook.cellText(column, row);
 }
 
 WorkbookOpenResult notAWorkbook(int errorNumber)
 {
-    return WorkbookOpenResult { nullptr, errorNumber,
-        QStringLiteral("This file is not an Excel 97 file.") };
+    return WorkbookOpenResult { nullptr, errorNumber, NotAnExcelFile };
+}
+
+SheetReadResult sheetNotRead(int errorNumber)
+{
+    return SheetReadResult { nullptr, errorNumber, NotAnExcelFile };
+}
+
+SheetReadResult readSheet(QByteArrayView bytes)
+{
+    auto cells = std::make_unique<SheetCells>();
+    if (startsWith(bytes, "PK\x03\x04") || startsWith(bytes, "PK\x05\x06")) {
+        SheetReadResult zipped = readZippedSheet(bytes, *cells);
+        if (zipped.errorNumber != 0)
+            return zipped;
+    } else if (startsWith(bytes, QByteArrayView(CompoundDocumentSignature, 8))) {
+        if (!readXlsSheet(bytes, *cells))
+            return sheetNotRead(WorkbookError::NotAWorkbook);
+    } else if (looksLikeText(bytes)) {
+        readTextSheet(bytes, *cells);
+    } else {
+        return sheetNotRead(WorkbookError::NotAWorkbook);
+    }
+    if (cells->overflowed())
+        return sheetNotRead(WorkbookError::NotAWorkbook);
+    cells->finish();
+    return SheetReadResult { std::move(cells), 0, {} };
+}
+
+SheetReadResult readSheetFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists())
+        return sheetNotRead(WorkbookError::FileNotFound);
+    if (!file.open(QIODevice::ReadOnly))
+        return sheetNotRead(WorkbookError::FileAccess);
+    if (file.size() > MaxWorkbookFileBytes)
+        return sheetNotRead(WorkbookError::TooLarge);
+    if (file.size() == 0)
+        return readSheet(QByteArrayView());
+    // A mapped file costs no copy; a file that cannot be mapped is read.
+    if (const uchar *mapped = file.map(0, file.size()))
+        return readSheet(QByteArrayView(reinterpret_cast<const char *>(mapped), file.size()));
+    const QByteArray bytes = file.read(MaxWorkbookFileBytes + 1);
+    if (bytes.size() > MaxWorkbookFileBytes)
+        return sheetNotRead(WorkbookError::TooLarge);
+    if (file.error() != QFileDevice::NoError)
+        return sheetNotRead(WorkbookError::FileAccess);
+    return readSheet(bytes);
+}
+
+WorkbookOpenResult readWorkbook(QByteArrayView bytes)
+{
+    return asWorkbook(readSheet(bytes));
 }
 
 WorkbookOpenResult openWorkbook(const QString &path)
 {
-    const QString suffix = QFileInfo(path).suffix().toLower();
-    if (suffix == QLatin1String("txt") || suffix == QLatin1String("tab")
-        || suffix == QLatin1String("tsv")) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly)) {
-            return WorkbookOpenResult { nullptr, int(file.error()), file.errorString() };
-        }
-        return WorkbookOpenResult { std::make_unique<TextWorkbook>(file.readAll()), 0, {} };
-    }
-    if (suffix == QLatin1String("xlsx")) {
-        return openXlsxWorkbook(path);
-    }
-    if (suffix == QLatin1String("ods")) {
-        return openOdsWorkbook(path);
-    }
-    return openXlsWorkbook(path);
+    return asWorkbook(readSheetFile(path));
 }
 
 } // namespace tarnwick

@@ -1,21 +1,38 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 
 #include <memory>
 
 namespace tarnwick {
 
-/// The first worksheet of a workbook, read-only. Cells are handed over as text the way a
-/// spreadsheet shows them: 12.5 as "12.5", 3 as "3", 0.1 as "0.1", text as it stands, a cell
-/// outside the used range as "".
+class SheetCells;
+
+/// The first worksheet of a workbook, read-only. Every format hands a cell over by the same
+/// rules: text as typed (line breaks as CR LF), a number as its shortest decimal of at most 15
+/// significant digits without grouping ("12.5", "10003"), a formula as its result, a date as
+/// ISO text ("2024-03-12", "2024-03-12 14:30:00"), TRUE or FALSE, a percent as its value
+/// ("0.125"); an error value (#DIV/0!, #N/A) has no text and isError() says so. A cell outside
+/// the used range is "".
 class IWorkbook
 {
 public:
     virtual ~IWorkbook() = default;
     /// The text of the cell at column (0 is column A) and row (1 is the first row).
     virtual QString cellText(int column, int row) const = 0;
+    /// True when the cell holds an error value instead of a value.
+    virtual bool isError(int column, int row) const
+    {
+        Q_UNUSED(column);
+        Q_UNUSED(row);
+        return false;
+    }
 };
+
+/// The text of a cell as the import reads it: an error cell raises "Type mismatch" (13), so
+/// the import counts it as a cell it could not read and takes it as empty.
+QString readCellText(const IWorkbook &workbook, int column, int row);
 
 /// A workbook that was opened, or the error number and text of one that could not be.
 struct WorkbookOpenResult
@@ -25,17 +42,46 @@ struct WorkbookOpenResult
     QString errorText;
 };
 
+/// A worksheet as the readers keep it, or the error of a file that could not be read.
+struct SheetReadResult
+{
+    std::unique_ptr<SheetCells> cells;
+    int errorNumber = 0;
+    QString errorText;
+};
+
+/// The error numbers of a file that cannot be read.
+namespace WorkbookError {
+/// There is no such file.
+constexpr int FileNotFound = 53;
+/// The file cannot be opened or read ("Path/File access error").
+constexpr int FileAccess = 75;
+/// The file is larger than the readers take ("Out of memory").
+constexpr int TooLarge = 7;
+/// The file is no workbook this program reads, or a damaged one ("File name or class name not
+/// found during Automation operation", as the spreadsheet automation said of such files).
+constexpr int NotAWorkbook = 432;
+} // namespace WorkbookError
+
 /// The result for a file that is no workbook this program reads: error number and the words
 /// the user is shown ("This file is not an Excel 97 file.").
 WorkbookOpenResult notAWorkbook(int errorNumber);
+SheetReadResult sheetNotRead(int errorNumber);
 
-/// Opens the first worksheet of the file, chosen by its extension: an Office Open XML workbook
-/// (".xlsx"), an OpenDocument spreadsheet (".ods"), tab-separated text (".txt", ".tab", ".tsv",
-/// as the export writes it) or else an Excel 97 workbook (".xls").
+/// Reads the first worksheet of a workbook held in memory. The format is known from the bytes,
+/// whatever the file is called: a zip holding "xl/workbook.xml" is an Office Open XML workbook
+/// (".xlsx"), a zip holding "content.xml" an OpenDocument spreadsheet (".ods"), a compound
+/// document an Excel 97 workbook (".xls"), and other text tab-separated text (as the export
+/// writes it). Anything else, and a damaged file, gives NotAWorkbook.
+SheetReadResult readSheet(QByteArrayView bytes);
+/// Reads the first worksheet of a file as readSheet does.
+SheetReadResult readSheetFile(const QString &path);
+
+/// The same as an IWorkbook.
+WorkbookOpenResult readWorkbook(QByteArrayView bytes);
 WorkbookOpenResult openWorkbook(const QString &path);
 
-/// The text of a number as a spreadsheet hands it over: the shortest form that reads back as
-/// the same double, without grouping.
-QString numberCellText(double value);
+/// The largest file the readers take.
+constexpr qint64 MaxWorkbookFileBytes = qint64(512) << 20;
 
 } // namespace tarnwick

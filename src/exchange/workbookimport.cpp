@@ -43,7 +43,7 @@ std::optional<QString> WorkbookImport::readCell(int listIndex)
         return QString();
     }
     QString text;
-    if (!m_trap.step([&] { text = m_workbook.cellText(columnOf(letter), m_row); })) {
+    if (!m_trap.step([&] { text = readCellText(m_workbook, columnOf(letter), m_row); })) {
         return std::nullopt;
     }
     return text;

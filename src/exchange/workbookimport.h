@@ -27,9 +27,9 @@ public:
         bool firstRowHasHeaders, const QLocale &locale);
 
     /// Handles the current row. Returns false once the import is over: the row's part number
-    /// was empty, or the letter table cannot be used. A cell that cannot be read is taken as
-    /// empty and remembered (firstError); a row whose part number cannot be read is passed
-    /// over, so the rest of the sheet is still handled.
+    /// was empty, or the letter table cannot be used. A cell that cannot be read, an error cell
+    /// (#DIV/0!, #N/A) among them, is taken as empty and remembered (firstError); a row whose
+    /// part number cannot be read is passed over, so the rest of the sheet is still handled.
     bool step();
     /// Runs step() until the import is over.
     void runAll();

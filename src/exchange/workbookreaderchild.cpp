@@ -1,5 +1,6 @@
 #include "exchange/workbookreaderchild.h"
 
+#include "exchange/sheetcells.h"
 #include "exchange/workbook.h"
 #include "exchange/workbookwire.h"
 
@@ -58,12 +59,11 @@ int run(const QString &path)
     std::setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
     bool written = true;
     try {
-        const WorkbookOpenResult opened = openWorkbook(path);
-        if (!opened.workbook) {
-            written =
-                writeToParent(WorkbookWire::failureMessage(opened.errorNumber, opened.errorText));
+        const SheetReadResult read = readSheetFile(path);
+        if (!read.cells) {
+            written = writeToParent(WorkbookWire::failureMessage(read.errorNumber, read.errorText));
         } else {
-            WorkbookWire::writeWorkbook(*opened.workbook,
+            WorkbookWire::writeWorkbook(*read.cells,
                 [&written](const QByteArray &bytes) { written = written && writeToParent(bytes); });
         }
     } catch (const std::bad_alloc &) {

@@ -1,7 +1,11 @@
 #include "exchange/workbookwire.h"
 
+#include "core/celltext.h"
+#include "exchange/sheetvalue.h"
+
 #include <QtEndian>
 
+#include <algorithm>
 #include <limits>
 
 namespace tarnwick::WorkbookWire {
@@ -9,14 +13,16 @@ namespace tarnwick::WorkbookWire {
 namespace {
 
 // The stream starts with these bytes; a new layout gets a new last digit.
-constexpr char WireHeader[] = "TWWBK01\n";
+constexpr char WireHeader[] = "TWWBK02\n";
 constexpr qsizetype WireHeaderSize = sizeof(WireHeader) - 1;
 
 constexpr char CellTag = 'C';
+constexpr char ErrorCellTag = 'X';
 constexpr char EndTag = 'E';
 constexpr char FailureTag = 'F';
-// tag, row, column, length; tag, rows; tag, error number, length.
+// tag, row, column, length; tag, row, column; tag, rows; tag, error number, length.
 constexpr qsizetype CellFrameHead = 1 + 4 + 1 + 4;
+constexpr qsizetype ErrorCellFrameSize = 1 + 4 + 1;
 constexpr qsizetype EndFrameSize = 1 + 4;
 constexpr qsizetype FailureFrameHead = 1 + 4 + 4;
 
@@ -49,8 +55,10 @@ QByteArray utf8Within(const QString &text, int limit)
 class WireWorkbook : public IWorkbook
 {
 public:
-    WireWorkbook(QByteArray text, std::vector<quint32> starts, int rows)
-        : m_text(std::move(text)), m_starts(std::move(starts)), m_rows(rows)
+    WireWorkbook(
+        QByteArray text, std::vector<quint32> starts, std::vector<quint32> errors, int rows)
+        : m_text(std::move(text)), m_starts(std::move(starts)), m_errors(std::move(errors)),
+          m_rows(rows)
     {
     }
     QString cellText(int column, int row) const override
@@ -61,45 +69,53 @@ public:
         const quint32 start = m_starts[index];
         return QString::fromUtf8(m_text.constData() + start, m_starts[index + 1] - start);
     }
+    bool isError(int column, int row) const override
+    {
+        if (row < 1 || row > m_rows || column < 0 || column >= Columns)
+            return false;
+        const auto index = quint32(std::size_t(row - 1) * Columns + std::size_t(column));
+        return std::binary_search(m_errors.begin(), m_errors.end(), index);
+    }
 
 private:
     QByteArray m_text;
     std::vector<quint32> m_starts;
+    std::vector<quint32> m_errors;
     int m_rows;
 };
 
 } // namespace
 
 void writeWorkbook(
-    const IWorkbook &workbook, const std::function<void(const QByteArray &)> &sink, int chunkBytes)
+    const SheetCells &cells, const std::function<void(const QByteArray &)> &sink, int chunkBytes)
 {
-    QByteArray out(WireHeader, WireHeaderSize);
-    int rows = 0;
-    for (int row = 1; row <= MaxRows; ++row) {
-        bool hasText = false;
-        for (int column = 0; column < Columns; ++column) {
-            const QString text = workbook.cellText(column, row);
-            if (text.isEmpty())
-                continue;
-            const QByteArray bytes = utf8Within(text, MaxCellBytes);
-            out.append(CellTag);
-            appendWireNumber(out, quint32(row));
-            out.append(char(column));
-            appendWireNumber(out, quint32(bytes.size()));
-            out.append(bytes);
-            hasText = true;
+    // Frames are laid out in a plain buffer and handed over without a copy: millions of small
+    // cells cost no more than their bytes.
+    std::string out(WireHeader, std::size_t(WireHeaderSize));
+    out.reserve(std::size_t(chunkBytes) + std::size_t(MaxCellBytes) + CellFrameHead);
+    char number[4];
+    const auto flush = [&out, &sink] {
+        sink(QByteArray::fromRawData(out.data(), qsizetype(out.size())));
+        out.clear();
+    };
+    cells.forEachCell([&](int row, int column, bool error, std::string_view text) {
+        out += error ? ErrorCellTag : CellTag;
+        qToLittleEndian(quint32(row), number);
+        out.append(number, 4);
+        out += char(column);
+        if (!error) {
+            const std::string_view kept = SheetValue::utf8Prefix(text, std::size_t(MaxCellBytes));
+            qToLittleEndian(quint32(kept.size()), number);
+            out.append(number, 4);
+            out.append(kept);
         }
-        if (!hasText)
-            break;
-        rows = row;
-        if (out.size() >= chunkBytes) {
-            sink(out);
-            out.clear();
-        }
-    }
-    out.append(EndTag);
-    appendWireNumber(out, quint32(rows));
-    sink(out);
+        if (out.size() >= std::size_t(chunkBytes))
+            flush();
+    });
+    out += EndTag;
+    qToLittleEndian(quint32(cells.rowCount()), number);
+    out.append(number, 4);
+    flush();
 }
 
 QByteArray failureMessage(int errorNumber, const QString &text)
@@ -165,9 +181,11 @@ std::unique_ptr<IWorkbook> Decoder::takeWorkbook()
 {
     if (m_state != State::Read)
         return nullptr;
-    auto workbook = std::make_unique<WireWorkbook>(std::move(m_text), std::move(m_starts), m_rows);
+    auto workbook = std::make_unique<WireWorkbook>(
+        std::move(m_text), std::move(m_starts), std::move(m_errors), m_rows);
     m_text.clear();
     m_starts.clear();
+    m_errors.clear();
     m_state = State::Malformed;
     return workbook;
 }
@@ -177,6 +195,8 @@ qsizetype Decoder::readFrame(QByteArrayView bytes)
     switch (bytes.front()) {
     case CellTag:
         return readCell(bytes);
+    case ErrorCellTag:
+        return readErrorCell(bytes);
     case EndTag:
         return readEnd(bytes);
     case FailureTag:
@@ -186,6 +206,21 @@ qsizetype Decoder::readFrame(QByteArrayView bytes)
     }
 }
 
+bool Decoder::placeCell(quint32 row, int column, quint32 length)
+{
+    // Each row is the one of the cell before or the next one; cells of a row come left to right.
+    if (row < 1 || row > quint32(MaxRows) || (row != quint32(m_rows) && row != quint32(m_rows) + 1)
+        || column >= Columns || length > quint32(MaxCellBytes)
+        || quint64(m_text.size()) + length >= std::numeric_limits<quint32>::max())
+        return false;
+    const std::size_t index = std::size_t(row - 1) * Columns + std::size_t(column);
+    if (index < m_starts.size())
+        return false;
+    m_starts.resize(index + 1, quint32(m_text.size()));
+    m_rows = int(row);
+    return true;
+}
+
 qsizetype Decoder::readCell(QByteArrayView bytes)
 {
     if (bytes.size() < CellFrameHead)
@@ -193,20 +228,30 @@ qsizetype Decoder::readCell(QByteArrayView bytes)
     const quint32 row = wireNumberAt(bytes, 1);
     const int column = uchar(bytes[5]);
     const quint32 length = wireNumberAt(bytes, 6);
-    // Each row is the one of the cell before or the next one; cells of a row come left to right.
+    // The place is checked before the text arrives, so a length beyond the limit is refused
+    // at once; it is taken only with the whole text.
     if (row < 1 || row > quint32(MaxRows) || (row != quint32(m_rows) && row != quint32(m_rows) + 1)
-        || column >= Columns || length > quint32(MaxCellBytes)
-        || quint64(m_text.size()) + length >= std::numeric_limits<quint32>::max())
-        return -1;
-    const std::size_t index = std::size_t(row - 1) * Columns + std::size_t(column);
-    if (index < m_starts.size())
+        || column >= Columns || length > quint32(MaxCellBytes))
         return -1;
     if (bytes.size() < CellFrameHead + qsizetype(length))
         return 0;
-    m_starts.resize(index + 1, quint32(m_text.size()));
-    m_text.append(bytes.sliced(CellFrameHead, length));
-    m_rows = int(row);
+    const QByteArrayView text = bytes.sliced(CellFrameHead, length);
+    if (!celltext::isValidUtf8(text.data(), text.size()) || !placeCell(row, column, length))
+        return -1;
+    m_text.append(text);
     return CellFrameHead + length;
+}
+
+qsizetype Decoder::readErrorCell(QByteArrayView bytes)
+{
+    if (bytes.size() < ErrorCellFrameSize)
+        return 0;
+    const quint32 row = wireNumberAt(bytes, 1);
+    const int column = uchar(bytes[5]);
+    if (!placeCell(row, column, 0))
+        return -1;
+    m_errors.push_back(quint32(m_starts.size() - 1));
+    return ErrorCellFrameSize;
 }
 
 qsizetype Decoder::readEnd(QByteArrayView bytes)
@@ -233,6 +278,7 @@ qsizetype Decoder::readFailure(QByteArrayView bytes)
     m_errorText = QString::fromUtf8(bytes.sliced(FailureFrameHead, length));
     m_text.clear();
     m_starts.clear();
+    m_errors.clear();
     m_state = State::Failed;
     return FailureFrameHead + length;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchange/sheetcells.h"
 #include "exchange/workbook.h"
 
 #include <QByteArray>
@@ -13,20 +14,20 @@
 namespace tarnwick::WorkbookWire {
 
 /// The columns that travel: A to R, all the import window ever offers or reads.
-constexpr int Columns = 18;
+constexpr int Columns = SheetCells::Columns;
 /// The rows of the largest worksheet a spreadsheet holds.
-constexpr int MaxRows = 1048576;
+constexpr int MaxRows = SheetCells::MaxRows;
 /// The longest cell text that travels, in UTF-8 bytes; a longer text is cut.
-constexpr int MaxCellBytes = 1 << 20;
+constexpr int MaxCellBytes = int(SheetCells::MaxCellBytes);
 /// The longest error text that travels.
 constexpr int MaxErrorBytes = 4096;
 
-/// Writes the worksheet as the reader process hands it over: a header, then each non-empty cell
-/// of columns A to R as (row, column, text) row after row, then the number of rows. It stops at
-/// the first row whose cells A to R are all empty: the import stops at an empty part number,
-/// whichever column holds it, so no row after that one is ever read. sink receives the bytes in
-/// pieces of about chunkBytes.
-void writeWorkbook(const IWorkbook &workbook, const std::function<void(const QByteArray &)> &sink,
+/// Writes the worksheet as the reader process hands it over: a header, then each cell the
+/// reader kept (columns A to R, down to the first row that is empty in all of them: the import
+/// stops at an empty part number, whichever column holds it, so no row after that one is ever
+/// read) as (row, column, text), or (row, column) for an error cell, row after row, then the
+/// number of rows. sink receives the bytes in pieces of about chunkBytes.
+void writeWorkbook(const SheetCells &cells, const std::function<void(const QByteArray &)> &sink,
     int chunkBytes = 1 << 16);
 
 /// The whole output for a file that could not be opened: the header and the error.
@@ -34,8 +35,9 @@ QByteArray failureMessage(int errorNumber, const QString &text);
 
 /// Reads what the reader process writes, piece by piece as it arrives. Every kind of input is
 /// safe: frames are checked before anything is kept, cells must come in order (each row the
-/// same as or right after the last), and what is kept grows with the input, never faster than a
-/// few bytes per byte read, so a stream cut short or made up gives Malformed, never a crash.
+/// same as or right after the last), texts must be valid UTF-8, and what is kept grows with the
+/// input, never faster than a few bytes per byte read, so a stream cut short or made up gives
+/// Malformed, never a crash.
 class Decoder
 {
 public:
@@ -64,6 +66,10 @@ private:
     /// yet, or -1 when it is malformed.
     qsizetype readFrame(QByteArrayView bytes);
     qsizetype readCell(QByteArrayView bytes);
+    qsizetype readErrorCell(QByteArrayView bytes);
+    /// Keeps the place of the cell at (row, column) for a text of length bytes; false when it
+    /// breaks the order of the cells.
+    bool placeCell(quint32 row, int column, quint32 length);
     qsizetype readEnd(QByteArrayView bytes);
     qsizetype readFailure(QByteArrayView bytes);
 
@@ -74,6 +80,8 @@ private:
     /// Where each cell's text starts in m_text, Columns per row; the cell after the last starts
     /// where the last ends.
     std::vector<quint32> m_starts;
+    /// The indexes (as in m_starts) of the error cells, in order.
+    std::vector<quint32> m_errors;
     int m_rows = 0;
     int m_errorNumber = 0;
     QString m_errorText;

@@ -1,148 +1,228 @@
-#include "exchange/gridworkbook.h"
+// The Office Open XML workbook reader: the first worksheet, read as it is inflated, with the
+// shared strings and the cell formats that tell dates from numbers.
+#include "exchange/sheetcells.h"
+#include "exchange/sheetvalue.h"
+#include "exchange/workbookformats.h"
+#include "exchange/xlsxparts.h"
+#include "exchange/xmlpull.h"
 #include "exchange/ziparchive.h"
 
-#include <QStringList>
-#include <QXmlStreamReader>
+#include <charconv>
 
 namespace tarnwick {
 
 namespace {
 
-/// The text of every <t> inside the current element, which the reader has just entered.
-QString textsUntilEnd(QXmlStreamReader &xml)
-{
-    QString text;
-    const QString element = xml.name().toString();
-    while (!xml.atEnd() && !(xml.isEndElement() && xml.name() == element)) {
-        xml.readNext();
-        if (xml.isStartElement() && xml.name() == QLatin1String("t")) {
-            text += xml.readElementText();
-        }
-    }
-    return text;
-}
+using Token = XmlPull::Token;
 
-QStringList sharedStrings(const QByteArray &bytes)
+/// Column and row of a reference such as "BC12" (column 54, row 12); false when it is none or
+/// lies beyond the largest worksheet.
+bool parseCellReference(std::string_view reference, int &column, int &row)
 {
-    QStringList strings;
-    QXmlStreamReader xml(bytes);
-    while (!xml.atEnd()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("si")) {
-            strings << textsUntilEnd(xml);
-        }
-    }
-    return strings;
-}
-
-/// "BC12" gives column 54 and row 12; false when the reference cannot be read.
-bool parseReference(const QString &reference, int &column, int &row)
-{
+    std::size_t at = 0;
+    int letters = 0;
     column = 0;
-    int i = 0;
-    for (; i < reference.size() && reference[i].isLetter(); ++i) {
-        column = column * 26 + (reference[i].toUpper().unicode() - 'A' + 1);
+    for (; at < reference.size() && letters < 4; ++at, ++letters) {
+        const char c = reference[at];
+        if (c >= 'A' && c <= 'Z')
+            column = column * 26 + (c - 'A' + 1);
+        else if (c >= 'a' && c <= 'z')
+            column = column * 26 + (c - 'a' + 1);
+        else
+            break;
     }
-    bool ok = false;
-    row = reference.mid(i).toInt(&ok);
     --column;
-    return ok && i > 0 && column >= 0 && row >= 1;
+    const auto result =
+        std::from_chars(reference.data() + at, reference.data() + reference.size(), row);
+    return letters >= 1 && letters <= 3 && result.ec == std::errc()
+        && result.ptr == reference.data() + reference.size() && column < 16384 && row >= 1
+        && row <= SheetCells::MaxRows;
 }
 
-QString cellValue(const QString &type, const QString &value, const QStringList &strings)
+enum class XlsxCellType { Number, SharedString, Text, Boolean, Error, Date };
+
+XlsxCellType xlsxCellType(std::string_view type)
 {
-    if (type == QLatin1String("s")) {
-        const int index = value.toInt();
-        return index >= 0 && index < strings.size() ? strings[index] : QString();
-    }
-    if (type == QLatin1String("b")) {
-        return value == QLatin1String("1") ? QStringLiteral("TRUE") : QStringLiteral("FALSE");
-    }
-    bool isNumber = false;
-    const double number = value.toDouble(&isNumber);
-    if ((type.isEmpty() || type == QLatin1String("n")) && isNumber) {
-        return numberCellText(number);
-    }
-    return value;
+    if (type == "s")
+        return XlsxCellType::SharedString;
+    if (type == "str" || type == "inlineStr")
+        return XlsxCellType::Text;
+    if (type == "b")
+        return XlsxCellType::Boolean;
+    if (type == "e")
+        return XlsxCellType::Error;
+    if (type == "d")
+        return XlsxCellType::Date;
+    return XlsxCellType::Number;
 }
 
-/// Reads one <c> element into the workbook.
-void readCell(QXmlStreamReader &xml, const QStringList &strings, GridWorkbook &book)
+class XlsxSheetReader
 {
-    int column = 0;
-    int row = 0;
-    if (!parseReference(xml.attributes().value(QLatin1String("r")).toString(), column, row)) {
-        xml.skipCurrentElement();
-        return;
+public:
+    XlsxSheetReader(XmlPull &xml, SheetCells &cells, const std::vector<SheetText> &strings,
+        const std::vector<SheetValue::FormatKind> &formats, bool system1904)
+        : m_xml(xml), m_cells(cells), m_strings(strings), m_formats(formats),
+          m_system1904(system1904)
+    {
     }
-    const QString type = xml.attributes().value(QLatin1String("t")).toString();
-    QString value;
-    while (xml.readNextStartElement()) {
-        if (xml.name() == QLatin1String("v")) {
-            value = xml.readElementText();
-        } else if (xml.name() == QLatin1String("is")) {
-            value = textsUntilEnd(xml);
-        } else {
-            xml.skipCurrentElement();
-        }
-    }
-    book.setCell(
-        column, row, type == QLatin1String("inlineStr") ? value : cellValue(type, value, strings));
-}
 
-/// The member name of the first worksheet, from the workbook and its relationships.
-QString firstSheetMember(const QString &path)
-{
-    const auto workbook = readZipMember(path, QStringLiteral("xl/workbook.xml"));
-    const auto rels = readZipMember(path, QStringLiteral("xl/_rels/workbook.xml.rels"));
-    if (!workbook || !rels) {
-        return QString();
-    }
-    QString id;
-    QXmlStreamReader xml(*workbook);
-    while (!xml.atEnd() && id.isEmpty()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement
-            && xml.name() == QLatin1String("sheet")) {
-            for (const auto &attribute : xml.attributes()) {
-                if (attribute.name() == QLatin1String("id")) {
-                    id = attribute.value().toString();
-                }
+    bool read()
+    {
+        for (;;) {
+            const Token token = m_xml.next();
+            if (token == Token::Invalid)
+                return false;
+            if (token == Token::End || m_cells.stopped())
+                return true;
+            if (token != Token::StartElement)
+                continue;
+            const std::string_view name = m_xml.localName();
+            if (name == "row") {
+                int row = 0;
+                const std::string_view number = m_xml.attribute("r");
+                const auto result =
+                    std::from_chars(number.data(), number.data() + number.size(), row);
+                m_row = result.ec == std::errc() && row >= 1 ? row : m_row + 1;
+                m_column = -1;
+            } else if (name == "c") {
+                if (!readCell())
+                    return false;
             }
         }
     }
-    QXmlStreamReader relations(*rels);
-    while (!relations.atEnd()) {
-        if (relations.readNext() == QXmlStreamReader::StartElement
-            && relations.attributes().value(QLatin1String("Id")) == id) {
-            const QString target = relations.attributes().value(QLatin1String("Target")).toString();
-            return target.startsWith(QLatin1Char('/')) ? target.mid(1)
-                                                       : QStringLiteral("xl/") + target;
+
+private:
+    bool readCell()
+    {
+        int column = m_column + 1;
+        int row = m_row;
+        const std::string_view reference = m_xml.attribute("r");
+        const bool placed = reference.empty() || parseCellReference(reference, column, row);
+        int style = 0;
+        const std::string_view styleText = m_xml.attribute("s");
+        std::from_chars(styleText.data(), styleText.data() + styleText.size(), style);
+        const XlsxCellType type = xlsxCellType(m_xml.attribute("t"));
+        std::string &texts = m_cells.texts();
+        const std::size_t start = texts.size();
+        m_value.clear();
+        bool hasValue = false;
+        const int depth = m_xml.depth();
+        for (;;) {
+            const Token token = m_xml.next();
+            if (token == Token::Invalid || token == Token::End)
+                return false;
+            if (token == Token::EndElement && m_xml.depth() == depth)
+                break;
+            if (token != Token::StartElement)
+                continue;
+            if (m_xml.localName() == "v") {
+                hasValue = true;
+                if (!readValue())
+                    return false;
+            } else if (m_xml.localName() == "is") {
+                hasValue = true;
+                if (!XlsxParts::appendStringItem(m_xml, texts))
+                    return false;
+            } else if (!m_xml.skipElement()) {
+                return false;
+            }
+        }
+        if (!placed) {
+            texts.resize(start);
+            return true;
+        }
+        m_column = column;
+        m_row = row;
+        if (column >= SheetCells::Columns || !hasValue)
+            return true;
+        return putValue(row, column, type, style, start);
+    }
+
+    bool readValue()
+    {
+        const int depth = m_xml.depth();
+        for (;;) {
+            const Token token = m_xml.next();
+            if (token == Token::Invalid || token == Token::End)
+                return false;
+            if (token == Token::EndElement && m_xml.depth() == depth)
+                return true;
+            if (token == Token::Text && m_value.size() <= SheetCells::MaxCellBytes)
+                m_value.append(m_xml.text());
         }
     }
-    return QString();
-}
+
+    bool putValue(int row, int column, XlsxCellType type, int style, std::size_t start)
+    {
+        std::string &texts = m_cells.texts();
+        double number = 0;
+        std::int64_t day = 0;
+        std::int64_t seconds = 0;
+        switch (type) {
+        case XlsxCellType::SharedString: {
+            std::size_t index = 0;
+            const auto result =
+                std::from_chars(m_value.data(), m_value.data() + m_value.size(), index);
+            if (result.ec != std::errc() || index >= m_strings.size())
+                return false;
+            m_cells.put(row, column, m_strings[index]);
+            return true;
+        }
+        case XlsxCellType::Error:
+            m_cells.putError(row, column);
+            return true;
+        case XlsxCellType::Boolean:
+            texts += m_value == "1" || m_value == "true" ? "TRUE" : "FALSE";
+            break;
+        case XlsxCellType::Date:
+            if (SheetValue::parseIsoDateTime(m_value, day, seconds))
+                SheetValue::appendDayAndSeconds(texts, day, seconds);
+            else
+                SheetValue::appendText(texts, m_value);
+            break;
+        case XlsxCellType::Number:
+            if (SheetValue::parseNumber(m_value, number)) {
+                const auto kind = style >= 0 && std::size_t(style) < m_formats.size()
+                    ? m_formats[std::size_t(style)]
+                    : SheetValue::FormatKind::Number;
+                SheetValue::appendValue(texts, number, kind, m_system1904);
+                break;
+            }
+            [[fallthrough]];
+        case XlsxCellType::Text:
+            SheetValue::appendText(texts, m_value);
+            break;
+        }
+        m_cells.put(row, column, m_cells.checkedTextFrom(start));
+        return !m_cells.overflowed();
+    }
+
+    XmlPull &m_xml;
+    SheetCells &m_cells;
+    const std::vector<SheetText> &m_strings;
+    const std::vector<SheetValue::FormatKind> &m_formats;
+    const bool m_system1904;
+    int m_row = 0;
+    int m_column = -1;
+    std::string m_value;
+};
 
 } // namespace
 
-WorkbookOpenResult openXlsxWorkbook(const QString &path)
+bool readXlsxSheet(ZipArchive &archive, SheetCells &cells)
 {
-    const QString member = firstSheetMember(path);
-    const auto sheet = member.isEmpty() ? std::nullopt : readZipMember(path, member);
-    if (!sheet) {
-        return notAWorkbook(1);
-    }
-    const auto stringBytes = readZipMember(path, QStringLiteral("xl/sharedStrings.xml"));
-    const QStringList strings = stringBytes ? sharedStrings(*stringBytes) : QStringList();
-    auto book = std::make_unique<GridWorkbook>();
-    QXmlStreamReader xml(*sheet);
-    while (!xml.atEnd()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("c")) {
-            readCell(xml, strings, *book);
-        }
-    }
-    if (xml.hasError()) {
-        return notAWorkbook(1);
-    }
-    return WorkbookOpenResult { std::move(book), 0, {} };
+    XlsxParts::Workbook workbook;
+    std::vector<SheetValue::FormatKind> formats;
+    std::vector<SheetText> strings;
+    if (!XlsxParts::readWorkbook(archive, workbook)
+        || !XlsxParts::readCellFormats(archive, workbook.styles, formats)
+        || !XlsxParts::readSharedStrings(archive, workbook.sharedStrings, cells, strings))
+        return false;
+    const std::unique_ptr<ZipArchive::Member> sheet = archive.member(workbook.sheet);
+    if (!sheet)
+        return false;
+    XmlPull xml([&sheet](char *data, qint64 size) { return sheet->read(data, size); });
+    return XlsxSheetReader(xml, cells, strings, formats, workbook.system1904).read();
 }
 
 } // namespace tarnwick

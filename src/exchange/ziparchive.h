@@ -1,14 +1,46 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include <QByteArrayView>
 
-#include <optional>
+#include <memory>
+#include <string_view>
 
 namespace tarnwick {
 
-/// The bytes of one member of a zip archive, or nothing when the file is no zip archive or
-/// has no such member. Only this pair of files uses libzip.
-std::optional<QByteArray> readZipMember(const QString &archivePath, const QString &memberName);
+/// A zip archive held in memory, whose members are read in pieces as they are inflated, so a
+/// member is never held whole. Only ziparchive.cpp uses libzip.
+class ZipArchive
+{
+public:
+    /// The most bytes a member may inflate to; a larger one reads as damaged.
+    static constexpr qint64 MaxMemberBytes = qint64(1) << 30;
+
+    /// One member being read.
+    class Member
+    {
+    public:
+        virtual ~Member() = default;
+        /// Reads up to size inflated bytes into data; returns how many, 0 at the end of the
+        /// member, -1 when it is damaged or inflates beyond MaxMemberBytes.
+        virtual qint64 read(char *data, qint64 size) = 0;
+    };
+
+    /// The archive in bytes (which must outlive it), or nullptr when they are no zip archive.
+    static std::unique_ptr<ZipArchive> open(QByteArrayView bytes);
+    ~ZipArchive();
+    ZipArchive(const ZipArchive &) = delete;
+    ZipArchive &operator=(const ZipArchive &) = delete;
+
+    /// Whether the archive holds a member of that name (letter case aside, as the workbook
+    /// formats name their parts).
+    bool contains(std::string_view name) const;
+    /// The member of that name opened for reading, or nullptr.
+    std::unique_ptr<Member> member(std::string_view name) const;
+
+private:
+    struct Handle;
+    explicit ZipArchive(std::unique_ptr<Handle> handle);
+    std::unique_ptr<Handle> m_handle;
+};
 
 } // namespace tarnwick

@@ -43,7 +43,7 @@ QByteArray cellBytes(int row, int column, const QByteArray &text)
     return out + text;
 }
 
-const QByteArray Header("TWWBK01\n");
+const QByteArray Header("TWWBK02\n");
 
 [[noreturn]] void spin()
 {

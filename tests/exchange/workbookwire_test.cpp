@@ -1,6 +1,6 @@
 // The reader process's output: what the reader writes reads back as the same cells, and any
 // other bytes (cut short, reordered, made up) give Malformed, never a crash.
-#include "exchange/gridworkbook.h"
+#include "exchange/sheetcells.h"
 #include "exchange/workbookwire.h"
 
 #include <QRandomGenerator>
@@ -12,7 +12,7 @@ using WorkbookWire::Decoder;
 
 namespace {
 
-QByteArray encoded(const IWorkbook &workbook, int chunkBytes = 1 << 16)
+QByteArray encoded(const SheetCells &workbook, int chunkBytes = 1 << 16)
 {
     QByteArray out;
     int pieces = 0;
@@ -39,21 +39,30 @@ Decoder::State decodeInPieces(Decoder &decoder, const QByteArray &bytes, std::ve
     return decoder.finish();
 }
 
-GridWorkbook sampleSheet()
+/// Puts a text into a cell, as a reader does.
+void setCell(SheetCells &sheet, int column, int row, const QString &text)
 {
-    GridWorkbook sheet;
-    sheet.setCell(0, 1, QStringLiteral("Part Number"));
-    sheet.setCell(1, 1, QStringLiteral("Product Name"));
-    sheet.setCell(17, 1, QStringLiteral("Column R"));
-    sheet.setCell(18, 1, QStringLiteral("Column S never travels"));
-    sheet.setCell(0, 2, QStringLiteral("AB-100"));
-    sheet.setCell(1, 2, QStringLiteral("Grüne Tasse \u20ac 12,50 \U0001F600"));
-    sheet.setCell(2, 2, QStringLiteral("12.5"));
-    sheet.setCell(3, 3, QStringLiteral("only D"));
-    sheet.setCell(4, 4, QStringLiteral("Line one\nLine two\tand a tab"));
+    const QByteArray bytes = text.toUtf8();
+    sheet.put(row, column, sheet.addText(std::string_view(bytes.constData(), bytes.size())));
+}
+
+/// A sheet as the readers keep it: what lies beyond column R or below an empty row is not kept.
+SheetCells sampleSheet()
+{
+    SheetCells sheet;
+    setCell(sheet, 0, 1, QStringLiteral("Part Number"));
+    setCell(sheet, 1, 1, QStringLiteral("Product Name"));
+    setCell(sheet, 17, 1, QStringLiteral("Column R"));
+    setCell(sheet, 18, 1, QStringLiteral("Column S never travels"));
+    setCell(sheet, 0, 2, QStringLiteral("AB-100"));
+    setCell(sheet, 1, 2, QStringLiteral("Grüne Tasse \u20ac 12,50 \U0001F600"));
+    setCell(sheet, 2, 2, QStringLiteral("12.5"));
+    setCell(sheet, 3, 3, QStringLiteral("only D"));
+    setCell(sheet, 4, 4, QStringLiteral("Line one\nLine two\tand a tab"));
     // Row 5 is empty in A to R: nothing after it is ever read.
-    sheet.setCell(20, 5, QStringLiteral("beyond R"));
-    sheet.setCell(0, 6, QStringLiteral("after the empty row"));
+    setCell(sheet, 20, 5, QStringLiteral("beyond R"));
+    setCell(sheet, 0, 6, QStringLiteral("after the empty row"));
+    sheet.finish();
     return sheet;
 }
 
@@ -74,7 +83,7 @@ void expectSameCellsUpToRow(const IWorkbook &expected, const IWorkbook &actual, 
 
 TEST(WorkbookWire, CellsOfColumnsAToRReadBackUpToTheFirstEmptyRow)
 {
-    const GridWorkbook sheet = sampleSheet();
+    const SheetCells sheet = sampleSheet();
     for (const std::vector<int> &sizes : { std::vector<int> { 1 << 20 }, std::vector<int> { 1 },
              std::vector<int> { 3, 7, 1, 11 } }) {
         Decoder decoder;
@@ -90,21 +99,54 @@ TEST(WorkbookWire, CellsOfColumnsAToRReadBackUpToTheFirstEmptyRow)
     }
 }
 
+TEST(WorkbookWire, ErrorCellsTravelAsErrorsWithoutText)
+{
+    SheetCells sheet;
+    setCell(sheet, 0, 1, QStringLiteral("Part Number"));
+    sheet.putError(1, 2);
+    sheet.putError(2, 0);
+    setCell(sheet, 1, 2, QStringLiteral("after an error"));
+    sheet.putError(2, 17);
+    sheet.finish();
+    Decoder decoder;
+    ASSERT_EQ(decodeInPieces(decoder, encoded(sheet), { 3 }), Decoder::State::Read);
+    EXPECT_EQ(decoder.rows(), 2) << "a row of errors is no empty row";
+    const std::unique_ptr<IWorkbook> read = decoder.takeWorkbook();
+    for (int row = 1; row <= 3; ++row) {
+        for (int column = 0; column < WorkbookWire::Columns; ++column) {
+            EXPECT_EQ(read->isError(column, row), sheet.isError(column, row))
+                << "column " << column << " row " << row;
+            EXPECT_EQ(read->cellText(column, row), sheet.cellText(column, row));
+        }
+    }
+    EXPECT_TRUE(read->isError(2, 1));
+    EXPECT_TRUE(read->isError(0, 2));
+    EXPECT_TRUE(read->isError(17, 2));
+    EXPECT_FALSE(read->isError(1, 2));
+    EXPECT_EQ(read->cellText(2, 1), QString());
+    EXPECT_EQ(read->cellText(1, 2), QStringLiteral("after an error"));
+    EXPECT_FALSE(read->isError(-1, 1));
+    EXPECT_FALSE(read->isError(18, 2));
+}
+
 TEST(WorkbookWire, AnEmptySheetIsReadAsNoRows)
 {
     Decoder decoder;
-    ASSERT_EQ(decodeInPieces(decoder, encoded(GridWorkbook()), { 2 }), Decoder::State::Read);
+    SheetCells empty;
+    empty.finish();
+    ASSERT_EQ(decodeInPieces(decoder, encoded(empty), { 2 }), Decoder::State::Read);
     EXPECT_EQ(decoder.rows(), 0);
     EXPECT_EQ(decoder.takeWorkbook()->cellText(0, 1), QString());
 }
 
 TEST(WorkbookWire, ALargeSheetTravelsInPieces)
 {
-    GridWorkbook sheet;
+    SheetCells sheet;
     for (int row = 1; row <= 3000; ++row) {
         for (int column = 0; column < WorkbookWire::Columns; column += 2)
-            sheet.setCell(column, row, QStringLiteral("R%1C%2").arg(row).arg(column));
+            setCell(sheet, column, row, QStringLiteral("R%1C%2").arg(row).arg(column));
     }
+    sheet.finish();
     QByteArray out;
     int pieces = 0;
     WorkbookWire::writeWorkbook(
@@ -122,8 +164,9 @@ TEST(WorkbookWire, ALargeSheetTravelsInPieces)
 
 TEST(WorkbookWire, AVeryLongCellIsCutWithoutSplittingACharacter)
 {
-    GridWorkbook sheet;
-    sheet.setCell(0, 1, QString(WorkbookWire::MaxCellBytes, QChar(0x20ac)));
+    SheetCells sheet;
+    setCell(sheet, 0, 1, QString(WorkbookWire::MaxCellBytes, QChar(0x20ac)));
+    sheet.finish();
     Decoder decoder;
     ASSERT_EQ(decodeInPieces(decoder, encoded(sheet), { 65536 }), Decoder::State::Read);
     const QString text = decoder.takeWorkbook()->cellText(0, 1);
@@ -154,7 +197,7 @@ TEST(WorkbookWire, AStreamCutShortAnywhereIsMalformed)
 
 TEST(WorkbookWire, BytesThatBreakTheRulesAreMalformed)
 {
-    const QByteArray header("TWWBK01\n");
+    const QByteArray header("TWWBK02\n");
     auto cell = [](quint32 row, char column, quint32 length, const QByteArray &text) {
         QByteArray out(1, 'C');
         out.append(reinterpret_cast<const char *>(&row), 4); // the test machines are little-endian
@@ -165,8 +208,19 @@ TEST(WorkbookWire, BytesThatBreakTheRulesAreMalformed)
     auto end = [](quint32 rows) {
         return QByteArray(1, 'E') + QByteArray(reinterpret_cast<const char *>(&rows), 4);
     };
+    auto errorCell = [](quint32 row, char column) {
+        return QByteArray(1, 'X') + QByteArray(reinterpret_cast<const char *>(&row), 4) + column;
+    };
     const std::vector<std::pair<const char *, QByteArray>> cases {
-        { "another header", QByteArray("TWWBK02\n") + end(0) },
+        { "a text that is no UTF-8", header + cell(1, 0, 2, "\xC3(") + end(1) },
+        { "a text cut inside a character", header + cell(1, 0, 1, "\xC3") + end(1) },
+        { "an error cell in column S", header + errorCell(1, 18) + end(1) },
+        { "an error cell before the cell to its left",
+            header + cell(1, 3, 1, "x") + errorCell(1, 2) + end(1) },
+        { "an error cell where a text was",
+            header + cell(1, 3, 1, "x") + errorCell(1, 3) + end(1) },
+        { "an error cell a row too far", header + errorCell(2, 0) + end(2) },
+        { "another header", QByteArray("TWWBK01\n") + end(0) },
         { "no header", end(0) },
         { "unknown frame", header + "Z" + end(0) },
         { "row 0", header + cell(0, 0, 1, "x") + end(0) },
@@ -195,7 +249,7 @@ TEST(WorkbookWire, BytesThatBreakTheRulesAreMalformed)
 TEST(WorkbookWire, ALengthBeyondTheLimitIsRefusedBeforeItsBytesArrive)
 {
     Decoder decoder;
-    QByteArray bytes("TWWBK01\nC");
+    QByteArray bytes("TWWBK02\nC");
     const quint32 row = 1;
     const quint32 length = WorkbookWire::MaxCellBytes + 1;
     bytes.append(reinterpret_cast<const char *>(&row), 4);
@@ -215,7 +269,7 @@ TEST(WorkbookWire, RandomAndDamagedBytesNeverCrashTheDecoder)
             for (char &byte : bytes)
                 byte = char(random.bounded(256));
             if (round % 2 == 0)
-                bytes.prepend("TWWBK01\n");
+                bytes.prepend("TWWBK02\n");
         } else {
             bytes = valid;
             for (int flips = random.bounded(1, 6); flips > 0; --flips)

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+/// A small pull parser for the XML parts of the zipped workbooks, read as they are inflated:
+/// it holds one piece of the input at a time, never the whole part. It knows what those parts
+/// use: elements, attributes, character data with the five named entities and character
+/// references, CDATA sections, comments and processing instructions. A document type
+/// declaration, an unknown entity, a wrongly nested end tag, a markup item longer than
+/// MaxMarkupBytes or non-blank text outside the root element make it Invalid, and it stays so.
+/// Names are compared as written (with their prefix); the readers use the prefixes the formats
+/// are written with.
+///
+/// The views it hands out (names, attribute values, text) stay valid until the next call of
+/// next(). Long character data may come as several Text tokens in a row.
+class XmlPull
+{
+public:
+    /// Reads up to size bytes into data; returns how many, 0 at the end of the input and -1 when
+    /// the input cannot be read.
+    using Source = std::function<qint64(char *data, qint64 size)>;
+    enum class Token { StartElement, EndElement, Text, End, Invalid };
+
+    static constexpr qint64 MaxMarkupBytes = qint64(16) << 20;
+
+    explicit XmlPull(Source source);
+
+    Token next();
+    Token token() const { return m_token; }
+    /// Of a start or end element: its name as written ("table:table-cell", "c").
+    std::string_view name() const { return m_name; }
+    /// The name without its prefix ("table-cell", "c").
+    std::string_view localName() const;
+    /// The depth of the current element (1 for the root), for its start and its end alike.
+    int depth() const { return m_depth; }
+    /// Of a start element: the value of the attribute of that name as written, with entities
+    /// replaced; absent is an empty view and false from hasAttribute.
+    std::string_view attribute(std::string_view name) const;
+    bool hasAttribute(std::string_view name) const;
+    /// The value of the first attribute whose name without its prefix is localName.
+    std::string_view attributeByLocalName(std::string_view localName) const;
+    /// Of a text token: the characters, entities replaced and line ends as LF.
+    std::string_view text() const { return m_text; }
+
+    /// After a start element: reads up to and including its end. False when the input ends or
+    /// is invalid first.
+    bool skipElement();
+
+private:
+    struct Attribute
+    {
+        std::string_view name;
+        std::string_view value;
+    };
+
+    bool fill();
+    Token fail();
+    Token readText();
+    Token readMarkup();
+    Token readStartTag(std::size_t end);
+    Token readEndTag(std::size_t end);
+    /// Finds the end of the markup starting at the current position ('>' outside quotes, or
+    /// the end of a comment, processing instruction or CDATA section), reading more input as
+    /// needed; npos when there is none.
+    std::size_t findMarkupEnd(std::string_view terminator, bool quotes);
+    bool decodeInto(std::string &out, std::string_view raw, bool attributeValue);
+
+    Source m_source;
+    std::vector<char> m_buffer;
+    std::size_t m_begin = 0;
+    std::size_t m_end = 0;
+    std::size_t m_consumed = 0;
+    bool m_atEnd = false;
+    bool m_sourceFailed = false;
+    bool m_atStart = true;
+    bool m_sawRoot = false;
+    bool m_pendingEnd = false;
+
+    Token m_token = Token::End;
+    std::string_view m_name;
+    std::string_view m_text;
+    int m_depth = 0;
+    std::vector<Attribute> m_attributes;
+    std::string m_decoded;
+    std::string m_textStore;
+    std::string m_openNames;
+    std::vector<std::size_t> m_openStarts;
+};
+
+} // namespace tarnwick

@@ -6,7 +6,7 @@ set -euo pipefail
 tarnwick_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-base-dev-tools libgl-dev
-    libfreexl-dev libzip-dev libsodium-dev
+    libgsf-1-dev libzip-dev libsodium-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang-format fonts-dejavu-core
     # icon drawing, install-tree validation and the Debian package

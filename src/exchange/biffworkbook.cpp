@@ -206,8 +206,23 @@ bool BiffReader::readSheet()
 bool BiffReader::readCellRecord(const Record &record, RecordReader &records)
 {
     const QByteArrayView data = record.data;
-    if (record.type != RecordType::String && record.type != RecordType::Continue)
+    switch (record.type) {
+    case RecordType::Number:
+    case RecordType::Rk:
+    case RecordType::MulRk:
+    case RecordType::LabelSst:
+    case RecordType::Label:
+    case RecordType::RString:
+    case RecordType::BoolErr:
+    case RecordType::Formula:
+    case RecordType::Blank:
+    case RecordType::MulBlank:
+        // The text result of a formula comes right after it, before any other cell.
         m_pendingRow = -1;
+        break;
+    default:
+        break;
+    }
     switch (record.type) {
     case RecordType::Number:
         if (data.size() < 14)

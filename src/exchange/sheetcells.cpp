@@ -53,7 +53,7 @@ bool SheetCells::keeps(int row, int column)
 {
     if (m_stopped || column < 0 || column >= Columns || row < 1 || row > MaxRows)
         return false;
-    if (m_ordered && row > m_lastRow + 1) {
+    if (m_ordered && m_lastRow >= 1 && row > m_lastRow + 1) {
         // An empty row above this one: nothing from here on is ever read.
         m_stopped = true;
         return false;

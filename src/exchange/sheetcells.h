@@ -26,10 +26,10 @@ struct SheetText
 /// reader may put a text into the store once (a shared string) and give it to many cells.
 /// Error cells (#DIV/0!, #N/A) have no text and are marked as errors.
 ///
-/// Readers put cells row by row. When a row arrives that leaves an empty row above it (in the
-/// order the rows came), stopped() turns true and nothing more is kept: the reader can end
-/// there. Cells that arrive out of order are sorted at finish(); a cell given twice keeps the
-/// later value.
+/// Readers put cells row by row. When a row arrives that leaves an empty row between it and
+/// the rows before it (in the order the rows came), stopped() turns true and nothing more is
+/// kept: the reader can end there. Cells that arrive out of order are sorted at finish(); a
+/// cell given twice keeps the later value.
 class SheetCells : public IWorkbook
 {
 public:

@@ -170,7 +170,9 @@ void appendNumber(std::string &out, double value)
     auto result =
         std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, 14);
     double rounded = 0;
-    std::from_chars(buffer, result.ptr, rounded);
+    // Near the largest double the rounded digits lie beyond it: the number stays as it is.
+    if (std::from_chars(buffer, result.ptr, rounded).ec != std::errc())
+        rounded = value;
     if (rounded == 0) {
         out += '0';
         return;

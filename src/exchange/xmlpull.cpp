@@ -304,8 +304,14 @@ XmlPull::Token XmlPull::readMarkup()
             return Token::Invalid;
         const std::string_view raw(m_buffer.data() + m_begin + 9, end - m_begin - 12);
         m_consumed = end;
+        // Characters as they stand, only their line ends made LF.
         m_textStore.clear();
-        decodeInto(m_textStore, raw, false);
+        for (std::size_t at = 0; at < raw.size(); ++at) {
+            if (raw[at] != '\r')
+                m_textStore += raw[at];
+            else if (at + 1 >= raw.size() || raw[at + 1] != '\n')
+                m_textStore += '\n';
+        }
         m_text = m_textStore;
         return Token::Text;
     } else if (start.substr(0, 2) == "<!") {

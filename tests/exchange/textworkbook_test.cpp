@@ -1,0 +1,58 @@
+// Tab-separated text: quoted cells as spreadsheets write them, the export's own lines, and the
+// characters of either.
+#include "exchange/textworkbook.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+
+TEST(TextWorkbook, QuotedCellsAreUnquotedAsSpreadsheetsWriteThem)
+{
+    const TextWorkbook sheet(QByteArray("\"Part Number\"\t\"Notes\"\t\"Price\"\r\n"
+                                        "\"P0001\"\t\"\"\"\"\t12.5\r\n"
+                                        "\"P0002\"\t\"say \"\"hi\"\"\"\t\"\"\r\n"
+                                        "\"P0003\"\t\"tab\there and\nline\r\nbreaks\"\t1\n"
+                                        "\"P0004\"\t\"last\""));
+    EXPECT_EQ(sheet.cellText(0, 1), "Part Number");
+    EXPECT_EQ(sheet.cellText(0, 2), "P0001");
+    EXPECT_EQ(sheet.cellText(1, 2), "\"");
+    EXPECT_EQ(sheet.cellText(2, 2), "12.5");
+    EXPECT_EQ(sheet.cellText(1, 3), "say \"hi\"");
+    EXPECT_EQ(sheet.cellText(2, 3), "");
+    EXPECT_EQ(sheet.cellText(1, 4), "tab\there and\r\nline\r\nbreaks");
+    EXPECT_EQ(sheet.cellText(2, 4), "1");
+    EXPECT_EQ(sheet.cellText(0, 5), "P0004");
+    EXPECT_EQ(sheet.cellText(1, 5), "last");
+}
+
+TEST(TextWorkbook, QuotesThatDoNotCloseACellStayAsTheyAre)
+{
+    const TextWorkbook sheet(QByteArray("A\tB\tC\r\n"
+                                        "\"Best\" seller\tx\ty\r\n"
+                                        "\"open\tz\tw\r\n"
+                                        "in\"side\"\t\"\"\"a\"\"b\"\"\"\t5\r\n"));
+    EXPECT_EQ(sheet.cellText(0, 2), "\"Best\" seller");
+    EXPECT_EQ(sheet.cellText(1, 2), "x");
+    EXPECT_EQ(sheet.cellText(0, 3), "\"open");
+    EXPECT_EQ(sheet.cellText(1, 3), "z");
+    EXPECT_EQ(sheet.cellText(0, 4), "in\"side\"");
+    EXPECT_EQ(sheet.cellText(1, 4), "\"a\"b\"");
+    EXPECT_EQ(sheet.cellText(2, 4), "5");
+}
+
+TEST(TextWorkbook, CharactersOfEveryEncodingTheTextMayHave)
+{
+    const TextWorkbook utf8(QByteArray("\xEF\xBB\xBFM\xC3\xBCller\t\xE2\x82\xAC\r\n"));
+    EXPECT_EQ(utf8.cellText(0, 1), QStringLiteral("Müller"));
+    EXPECT_EQ(utf8.cellText(1, 1), QStringLiteral("€"));
+    const TextWorkbook windows1252(QByteArray("M\xFCller\t\x80\r\n"));
+    EXPECT_EQ(windows1252.cellText(0, 1), QStringLiteral("Müller"));
+    EXPECT_EQ(windows1252.cellText(1, 1), QStringLiteral("€"));
+    const QString text = QStringLiteral("Part\tPreis \u20ac\r\nP-1\tZw\u00f6lf\r\n");
+    QByteArray utf16("\xFF\xFE", 2);
+    for (const QChar c : text)
+        utf16 += QByteArray(1, char(c.unicode() & 0xFF)) + QByteArray(1, char(c.unicode() >> 8));
+    const TextWorkbook unicodeText(utf16);
+    EXPECT_EQ(unicodeText.cellText(1, 1), QStringLiteral("Preis \u20ac"));
+    EXPECT_EQ(unicodeText.cellText(1, 2), QStringLiteral("Zw\u00f6lf"));
+}

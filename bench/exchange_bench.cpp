@@ -1,28 +1,57 @@
-// How long the workbook import takes: 10,000 new rows into a catalogue of 10,000 products,
-// beside reading the same Excel 97 workbook alone. The workbook is made at start by
-// LibreOffice ("soffice" on the PATH) from generated text, so no large file is kept.
+// How long the workbook import takes: 100,000 new rows (.xlsx, .ods; 60,000 for .xls, near the
+// format's 65,536 rows) of the export's fifteen columns into a catalogue of 10,000 products,
+// beside the floor (floorworkbook.h: the fastest plain read of the same cells) and beside
+// LibreOffice converting the same workbook to CSV. Measured: the floor, the program's reader in
+// this process, the read through the reader process (the child reads, the wire carries the
+// cells, this process decodes them), and the whole import (that read, then the rows added and
+// the catalogue sorted). The workbooks are made once by LibreOffice ("soffice" on the PATH) and
+// kept in the temporary folder for later runs.
+//
+//     tarnwick_exchange_bench [--benchmark_repetitions=3]
+//     tarnwick_exchange_bench --measure-import <workbook>   one import: seconds and peak memory
+//                                                           of this process and of the reader
+#include "floorworkbook.h"
+
 #include "catalogue/products.h"
 #include "catalogue/table.h"
 #include "exchange/columnmapping.h"
+#include "exchange/sheetcells.h"
 #include "exchange/workbook.h"
 #include "exchange/workbookimport.h"
+#include "exchange/workbookreaderchild.h"
+#include "exchange/workbookreaderprocess.h"
 #include "platform/appenvironment.h"
 #include "platform/iprompts.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
+#include <sys/resource.h>
+
+#include <cstdio>
+#include <cstring>
+#include <map>
+
 namespace {
 
 using namespace tarnwick;
 
-constexpr int Rows10k = 10000;
+constexpr int CatalogueProducts = 10000;
 const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+const char *const Formats[] = { "xlsx", "ods", "xls" };
+
+int rowsOf(const QString &format)
+{
+    return format == QLatin1String("xls") ? 60000 : 100000;
+}
 
 class SilentPrompts : public IPrompts
 {
@@ -31,96 +60,292 @@ public:
     QString inputBox(const QString &, const QString &, const QString &) override { return {}; }
 };
 
-/// The path of the 10,000-row workbook, or an empty text when LibreOffice could not make it.
-QString workbookPath()
+QString workbookFolder()
 {
-    static QTemporaryDir dir;
-    static const QString path = [] {
-        QFile csv(dir.filePath(QStringLiteral("import10k.csv")));
-        if (!csv.open(QIODevice::WriteOnly)) {
-            return QString();
-        }
-        csv.write("Part Number,Product Name,Price,Notes,Includes,Price Point 1,Price 1\n");
-        for (int i = 0; i < Rows10k; ++i) {
-            csv.write(QStringLiteral("N-%1,New product %2,%3.5,Notes %2,Cable,10,%4.25\n")
-                          .arg(i, 5, 10, QLatin1Char('0'))
-                          .arg(i)
-                          .arg(i % 500)
-                          .arg(i % 400)
-                          .toUtf8());
-        }
-        csv.close();
-        QProcess::execute(QStringLiteral("soffice"),
-            { QStringLiteral("--headless"), QStringLiteral("--convert-to"), QStringLiteral("xls"),
-                QStringLiteral("--outdir"), dir.path(), csv.fileName() });
-        const QString xls = dir.filePath(QStringLiteral("import10k.xls"));
-        return QFile::exists(xls) ? xls : QString();
-    }();
+    const QString folder = QDir::temp().filePath(QStringLiteral("tarnwick-bench-workbooks"));
+    QDir().mkpath(folder);
+    return folder;
+}
+
+/// The CSV LibreOffice makes the workbooks from: the export's header and rows = new products.
+QString writeCsv(int rows)
+{
+    const QString path = QDir(workbookFolder()).filePath(QStringLiteral("import%1.csv").arg(rows));
+    if (QFile::exists(path))
+        return path;
+    QFile csv(path);
+    if (!csv.open(QIODevice::WriteOnly))
+        return QString();
+    QByteArray header = "Part Number,Product Name,Price,Notes,Includes";
+    for (int k = 1; k <= 5; ++k)
+        header += QStringLiteral(",Price Point %1,Price %1").arg(k).toUtf8();
+    csv.write(header + '\n');
+    for (int i = 0; i < rows; ++i) {
+        const double price = (i % 500) + 0.5;
+        QString line =
+            QStringLiteral("N-%1,New product %2,%3,Notes for product %2,%4")
+                .arg(i, 6, 10, QLatin1Char('0'))
+                .arg(i)
+                .arg(price, 0, 'f', 2)
+                .arg(i % 2 ? QStringLiteral("\"Cable, plug\"") : QStringLiteral("Cable"));
+        for (int k = 1; k <= 5; ++k)
+            line += QStringLiteral(",%1,%2").arg(10 * k).arg(price * (1 - 0.05 * k), 0, 'f', 2);
+        csv.write(line.toUtf8() + '\n');
+    }
     return path;
+}
+
+/// The workbook of the format, made by LibreOffice when it is not there yet; empty when it
+/// cannot be made.
+QString workbookPath(const QString &format)
+{
+    const QString csv = writeCsv(rowsOf(format));
+    const QString path =
+        QDir(workbookFolder())
+            .filePath(QStringLiteral("import%1.%2").arg(rowsOf(format)).arg(format));
+    if (!QFile::exists(path) && !csv.isEmpty()) {
+        QProcess::execute(QStringLiteral("soffice"),
+            { QStringLiteral("--headless"), QStringLiteral("--convert-to"), format,
+                QStringLiteral("--outdir"), workbookFolder(), csv });
+    }
+    return QFile::exists(path) ? path : QString();
+}
+
+QString allColumnsLetters()
+{
+    std::array<int, ColumnMapping::ListCount> positions {};
+    for (int index = 0; index < ColumnMapping::ListCount; ++index) {
+        const int column = ColumnMapping::catalogueField(index) - 1;
+        positions[std::size_t(index)] =
+            index <= ColumnMapping::ProductNameList ? column : column + 1;
+    }
+    return ColumnMapping::columnLetters(positions);
 }
 
 void fillCatalogue(Table &table)
 {
-    table.redim(Rows10k, 15);
-    for (int row = 1; row <= Rows10k; ++row) {
+    table.redim(CatalogueProducts, 15);
+    for (int row = 1; row <= CatalogueProducts; ++row) {
         table.put(row, 1, QStringLiteral("OLD-%1").arg(row, 5, 10, QLatin1Char('0')));
         table.put(row, 2, QStringLiteral("Existing product %1").arg(row));
     }
 }
 
-QString letters()
+/// The whole import of a workbook into a catalogue of 10,000 products; the products added.
+int importWorkbook(const QString &path, Table &catalogue, Products &products)
 {
-    std::array<int, ColumnMapping::ListCount> positions;
-    positions.fill(0);
-    positions[0] = 0;
-    positions[1] = 1;
-    positions[3] = 3;
-    positions[7] = 4;
-    positions[6] = 5;
-    positions[2] = 6;
-    positions[4] = 7;
-    return ColumnMapping::columnLetters(positions);
+    WorkbookOpenResult read = WorkbookReaderProcess::read(path);
+    if (!read.workbook)
+        return -1;
+    WorkbookImport import(*read.workbook, catalogue, allColumnsLetters(), true, EnUs);
+    import.runAll();
+    finishImport(catalogue, products, import.changes(), EnUs);
+    return import.changes();
 }
 
-void BM_ReadXlsWithFreexl(benchmark::State &state)
+bool skipWithoutWorkbook(benchmark::State &state, const QString &path)
 {
-    const QString path = workbookPath();
-    if (path.isEmpty()) {
+    if (path.isEmpty())
         state.SkipWithError("LibreOffice could not make the workbook");
+    return path.isEmpty();
+}
+
+void BM_Floor(benchmark::State &state, const char *format)
+{
+    const QString path = workbookPath(QString::fromLatin1(format));
+    if (skipWithoutWorkbook(state, path))
         return;
-    }
+    const QByteArray name = QFile::encodeName(path);
+    const auto reader = std::strcmp(format, "xlsx") == 0 ? bench::floorReadXlsx
+        : std::strcmp(format, "ods") == 0                ? bench::floorReadOds
+                                                         : bench::floorReadXls;
     for (auto _ : state) {
-        WorkbookOpenResult result = openWorkbook(path);
-        benchmark::DoNotOptimize(result.workbook.get());
+        bench::FloorSheet sheet;
+        if (!reader(name.constData(), sheet))
+            state.SkipWithError("the floor could not read the workbook");
+        benchmark::DoNotOptimize(sheet.cells.data());
     }
 }
-BENCHMARK(BM_ReadXlsWithFreexl)->Unit(benchmark::kMillisecond);
 
-void BM_Import10kInto10k(benchmark::State &state)
+void BM_ReadInThisProcess(benchmark::State &state, const char *format)
 {
-    const QString path = workbookPath();
-    const WorkbookOpenResult workbook = path.isEmpty() ? WorkbookOpenResult {} : openWorkbook(path);
-    if (!workbook.workbook) {
-        state.SkipWithError("LibreOffice could not make the workbook");
+    const QString path = workbookPath(QString::fromLatin1(format));
+    if (skipWithoutWorkbook(state, path))
         return;
+    for (auto _ : state) {
+        const SheetReadResult read = readSheetFile(path);
+        if (!read.cells)
+            state.SkipWithError("the workbook could not be read");
+        benchmark::DoNotOptimize(read.cells.get());
     }
+}
+
+void BM_ReadThroughReaderProcess(benchmark::State &state, const char *format)
+{
+    const QString path = workbookPath(QString::fromLatin1(format));
+    if (skipWithoutWorkbook(state, path))
+        return;
+    for (auto _ : state) {
+        const WorkbookOpenResult read = WorkbookReaderProcess::read(path);
+        if (!read.workbook)
+            state.SkipWithError("the reader process could not read the workbook");
+        benchmark::DoNotOptimize(read.workbook.get());
+    }
+}
+
+void BM_Import(benchmark::State &state, const char *format)
+{
+    const QString path = workbookPath(QString::fromLatin1(format));
+    if (skipWithoutWorkbook(state, path))
+        return;
     SilentPrompts prompts;
     const AppEnvironment environment(QDir::tempPath(), QString());
     for (auto _ : state) {
         state.PauseTiming();
-        Table catalogue;
-        fillCatalogue(catalogue);
-        Products products(catalogue, prompts, environment, EnUs);
-        products.setCount(Rows10k);
+        auto catalogue = std::make_unique<Table>();
+        fillCatalogue(*catalogue);
+        auto products = std::make_unique<Products>(*catalogue, prompts, environment, EnUs);
+        products->setCount(CatalogueProducts);
         state.ResumeTiming();
-        WorkbookImport import(*workbook.workbook, catalogue, letters(), true, EnUs);
-        import.runAll();
-        finishImport(catalogue, products, import.changes(), EnUs);
-        benchmark::DoNotOptimize(import.changes());
+        if (importWorkbook(path, *catalogue, *products) != rowsOf(QString::fromLatin1(format)))
+            state.SkipWithError("the import did not add every row");
+        state.PauseTiming();
+        products.reset();
+        catalogue.reset();
+        state.ResumeTiming();
     }
 }
-BENCHMARK(BM_Import10kInto10k)->Unit(benchmark::kMillisecond);
+
+void BM_LibreOfficeCsv(benchmark::State &state, const char *format)
+{
+    const QString path = workbookPath(QString::fromLatin1(format));
+    if (skipWithoutWorkbook(state, path))
+        return;
+    for (auto _ : state) {
+        QTemporaryDir out;
+        const int code = QProcess::execute(QStringLiteral("soffice"),
+            { QStringLiteral("--headless"), QStringLiteral("--convert-to"), QStringLiteral("csv"),
+                QStringLiteral("--outdir"), out.path(), path });
+        if (code != 0)
+            state.SkipWithError("LibreOffice could not convert the workbook");
+    }
+}
+
+void registerBenchmarks()
+{
+    for (const char *format : Formats) {
+        const std::string suffix = std::string("/") + format;
+        benchmark::RegisterBenchmark(("Floor" + suffix).c_str(), BM_Floor, format)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
+        benchmark::RegisterBenchmark(
+            ("ReadInThisProcess" + suffix).c_str(), BM_ReadInThisProcess, format)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
+        benchmark::RegisterBenchmark(
+            ("ReadThroughReaderProcess" + suffix).c_str(), BM_ReadThroughReaderProcess, format)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
+        benchmark::RegisterBenchmark(("Import" + suffix).c_str(), BM_Import, format)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime()
+            ->Iterations(3);
+        benchmark::RegisterBenchmark(("LibreOfficeCsv" + suffix).c_str(), BM_LibreOfficeCsv, format)
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime()
+            ->Iterations(1);
+    }
+}
+
+/// Keeps the fastest repetition of every benchmark for the table of ratios.
+class FastestReporter : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run &run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred)
+                continue;
+            auto [it, inserted] =
+                fastest.emplace(run.run_name.function_name, run.GetAdjustedRealTime());
+            if (!inserted)
+                it->second = std::min(it->second, run.GetAdjustedRealTime());
+        }
+    }
+    std::map<std::string, double> fastest;
+};
+
+void printRatios(const FastestReporter &reporter)
+{
+    std::printf("\n%-6s %9s %9s %9s %9s %9s %11s %12s\n", "format", "floor ms", "read ms",
+        "process", "import ms", "LO ms", "import/floor", "LO/import");
+    for (const char *format : Formats) {
+        const auto time = [&](const char *work) {
+            const auto found = reporter.fastest.find(std::string(work) + "/" + format);
+            return found == reporter.fastest.end() ? 0.0 : found->second;
+        };
+        const double import = time("Import");
+        std::printf("%-6s %9.0f %9.0f %9.0f %9.0f %9.0f %10.2fx %11.1fx\n", format, time("Floor"),
+            time("ReadInThisProcess"), time("ReadThroughReaderProcess"), import,
+            time("LibreOfficeCsv"), time("Floor") > 0 ? import / time("Floor") : 0.0,
+            import > 0 ? time("LibreOfficeCsv") / import : 0.0);
+    }
+    std::printf("goals: import at most 2x the floor, at least 5x less than LibreOffice\n");
+}
+
+/// One import in this process: its time and the peak memory of this process and of the reader.
+int measureImport(const QString &path)
+{
+    SilentPrompts prompts;
+    const AppEnvironment environment(QDir::tempPath(), QString());
+    Table catalogue;
+    fillCatalogue(catalogue);
+    Products products(catalogue, prompts, environment, EnUs);
+    products.setCount(CatalogueProducts);
+    rusage before {};
+    getrusage(RUSAGE_SELF, &before);
+    QElapsedTimer clock;
+    clock.start();
+    const int added = importWorkbook(path, catalogue, products);
+    const qint64 ms = clock.elapsed();
+    rusage self {};
+    rusage children {};
+    getrusage(RUSAGE_SELF, &self);
+    getrusage(RUSAGE_CHILDREN, &children);
+    const auto cpuMs = [](const rusage &usage) {
+        return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1000L
+            + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1000L;
+    };
+    std::printf("%s: %d rows added in %lld ms; processor time: this process %ld ms, the reader "
+                "%ld ms; peak memory: this process %ld MiB (%ld MiB before the import), the "
+                "reader %ld MiB\n",
+        qPrintable(QFileInfo(path).fileName()), added, static_cast<long long>(ms),
+        cpuMs(self) - cpuMs(before), cpuMs(children), self.ru_maxrss / 1024,
+        before.ru_maxrss / 1024, children.ru_maxrss / 1024);
+    return added >= 0 ? 0 : 1;
+}
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char **argv)
+{
+    // The bench is its own reader process, as the program is.
+    if (const std::optional<int> code = WorkbookReaderChild::runIfAsked(argc, argv))
+        return *code;
+    QCoreApplication app(argc, argv);
+    if (argc == 3 && std::strcmp(argv[1], "--measure-import") == 0)
+        return measureImport(QString::fromLocal8Bit(argv[2]));
+    if (argc == 3 && std::strcmp(argv[1], "--make-workbook") == 0) {
+        const QString path = workbookPath(QString::fromLocal8Bit(argv[2]));
+        std::printf("%s\n", qPrintable(path));
+        return path.isEmpty() ? 1 : 0;
+    }
+    registerBenchmarks();
+    benchmark::Initialize(&argc, argv);
+    FastestReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    printRatios(reporter);
+    benchmark::Shutdown();
+    return 0;
+}

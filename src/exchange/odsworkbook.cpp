@@ -109,8 +109,10 @@ private:
         double number = 0;
         std::int64_t day = 0;
         std::int64_t seconds = 0;
-        if ((valueType == "float" || valueType == "percentage" || valueType == "currency")
-            && SheetValue::parseNumber(m_xml.attribute("office:value"), number)) {
+        const bool isNumber =
+            valueType == "float" || valueType == "percentage" || valueType == "currency";
+        if (isNumber && SheetValue::appendPlainDecimal(texts, m_xml.attribute("office:value"))) {
+        } else if (isNumber && SheetValue::parseNumber(m_xml.attribute("office:value"), number)) {
             SheetValue::appendNumber(texts, number);
         } else if (valueType == "date"
             && SheetValue::parseIsoDateTime(m_xml.attribute("office:date-value"), day, seconds)) {

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -166,19 +167,82 @@ void appendNumber(std::string &out, double value)
 {
     if (!std::isfinite(value))
         return;
+    if (value == 0) {
+        out += '0';
+        return;
+    }
     char buffer[400];
-    auto result =
+    // Whole numbers below 10^15 are written as they are.
+    if (std::fabs(value) < 1e15 && value == std::trunc(value)) {
+        const auto result = std::to_chars(buffer, buffer + sizeof buffer, std::int64_t(value));
+        out.append(buffer, result.ptr);
+        return;
+    }
+    // The shortest form is the answer when it has at most 15 significant digits: rounding to
+    // 15 digits would give the same number.
+    auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);
+    const std::string_view shortest(buffer, std::size_t(result.ptr - buffer));
+    const std::size_t first = shortest.find_first_not_of("-0.");
+    const std::size_t digits = first == std::string_view::npos
+        ? 0
+        : std::size_t(std::count_if(shortest.begin() + std::ptrdiff_t(first), shortest.end(),
+            [](char c) { return c >= '0' && c <= '9'; }));
+    if (digits <= 15) {
+        out.append(shortest);
+        return;
+    }
+    result =
         std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, 14);
     double rounded = 0;
     // Near the largest double the rounded digits lie beyond it: the number stays as it is.
     if (std::from_chars(buffer, result.ptr, rounded).ec != std::errc())
         rounded = value;
-    if (rounded == 0) {
-        out += '0';
-        return;
-    }
     result = std::to_chars(buffer, buffer + sizeof buffer, rounded, std::chars_format::fixed);
     out.append(buffer, result.ptr);
+}
+
+bool appendPlainDecimal(std::string &out, std::string_view text)
+{
+    const bool negative = !text.empty() && text.front() == '-';
+    if (negative)
+        text.remove_prefix(1);
+    const std::size_t point = text.find('.');
+    std::string_view whole = text.substr(0, point);
+    std::string_view fraction =
+        point == std::string_view::npos ? std::string_view() : text.substr(point + 1);
+    const auto digits = [](std::string_view part) {
+        return std::all_of(part.begin(), part.end(), [](char c) { return c >= '0' && c <= '9'; });
+    };
+    // Beyond 300 digits a decimal may lie outside the range of a double.
+    if ((whole.empty() && fraction.empty()) || !digits(whole) || !digits(fraction)
+        || whole.size() > 300 || fraction.size() > 300)
+        return false;
+    while (!whole.empty() && whole.front() == '0')
+        whole.remove_prefix(1);
+    while (!fraction.empty() && fraction.back() == '0')
+        fraction.remove_suffix(1);
+    // The digits from the first that is not 0 to the last that is not 0.
+    std::size_t significant = whole.size() + fraction.size();
+    if (whole.empty())
+        significant = fraction.size() - std::min(fraction.size(), fraction.find_first_not_of('0'));
+    else if (fraction.empty())
+        significant = whole.find_last_not_of('0') + 1;
+    if (significant > 15)
+        return false;
+    if (whole.empty() && fraction.empty()) {
+        out += '0';
+        return true;
+    }
+    if (negative)
+        out += '-';
+    if (whole.empty())
+        out += '0';
+    out.append(whole);
+    if (!fraction.empty()) {
+        out += '.';
+        out.append(fraction);
+    }
+    return true;
 }
 
 void appendDayAndSeconds(std::string &out, std::int64_t day, std::int64_t seconds)

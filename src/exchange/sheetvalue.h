@@ -29,6 +29,12 @@ FormatKind kindOfBuiltInFormat(int id);
 /// a sum stored as 0.30000000000000004, 0.00000015. Negative zero is 0.
 void appendNumber(std::string &out, double value);
 
+/// Appends a number written as a plain decimal ("12.50", "-3", "0.000125") by the rule of
+/// appendNumber without converting it, when it has at most 15 significant digits and no
+/// exponent (such a decimal is its own shortest form); false, with nothing appended, for any
+/// other text.
+bool appendPlainDecimal(std::string &out, std::string_view text);
+
 /// Appends a date serial number (days since the date system's start, the time of day as the
 /// fraction): "2024-03-12", or "2024-03-12 14:30:00" when it has a time of day, to the nearest
 /// second. In the 1900 system serial 1 is 1900-01-01 and serial 61 is 1900-03-01 (serial 60 is

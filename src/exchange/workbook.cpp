@@ -66,6 +66,13 @@ QString readCellText(const IWorkbook &workbook, int column, int row)
     return workbook.cellText(column, row);
 }
 
+Cell readTextCell(const IWorkbook &workbook, int column, int row)
+{
+    if (workbook.isError(column, row))
+        throw VbError(ErrorNumber::TypeMismatch);
+    return workbook.textCell(column, row);
+}
+
 WorkbookOpenResult notAWorkbook(int errorNumber)
 {
     return WorkbookOpenResult { nullptr, errorNumber, NotAnExcelFile };

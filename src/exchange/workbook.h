@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/cell.h"
+
 #include <QByteArrayView>
 #include <QString>
 
@@ -28,11 +30,16 @@ public:
         Q_UNUSED(row);
         return false;
     }
+    /// The cell's text as a catalogue cell (a text cell, empty text included). A workbook that
+    /// keeps its texts in one block hands out cells that point into it, without a copy.
+    virtual Cell textCell(int column, int row) const { return Cell(cellText(column, row)); }
 };
 
 /// The text of a cell as the import reads it: an error cell raises "Type mismatch" (13), so
 /// the import counts it as a cell it could not read and takes it as empty.
 QString readCellText(const IWorkbook &workbook, int column, int row);
+/// The same as a catalogue cell (IWorkbook::textCell).
+Cell readTextCell(const IWorkbook &workbook, int column, int row);
 
 /// A workbook that was opened, or the error number and text of one that could not be.
 struct WorkbookOpenResult

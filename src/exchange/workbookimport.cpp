@@ -54,6 +54,15 @@ QString WorkbookImport::cell(int listIndex)
     return readCell(listIndex).value_or(QString());
 }
 
+Cell WorkbookImport::textCell(int listIndex)
+{
+    const QChar letter = m_letters[listIndex];
+    Cell cell = m_emptyText;
+    if (!ColumnMapping::isUnread(letter))
+        m_trap.step([&] { cell = readTextCell(m_workbook, columnOf(letter), m_row); });
+    return cell;
+}
+
 bool WorkbookImport::step()
 {
     if (m_done) {
@@ -100,10 +109,9 @@ void WorkbookImport::addProduct(const QString &partNumber)
     m_catalogue.put(row, P::ProductName, name.left(MaxNameLength));
     for (int index = 2; index < ColumnMapping::ListCount; ++index) {
         const int field = ColumnMapping::catalogueField(index);
-        const QString text = cell(index);
         if (field != P::Price) {
-            m_catalogue.put(row, field, text);
-        } else if (const auto price = conv::parseNumber(text, m_locale)) {
+            m_catalogue.put(row, field, textCell(index));
+        } else if (const auto price = conv::parseNumber(cell(index), m_locale)) {
             m_catalogue.put(row, field, float(*price));
         }
     }

@@ -48,6 +48,8 @@ private:
     /// The text of the current row's cell of a list, or nothing when it could not be read.
     std::optional<QString> readCell(int listIndex);
     QString cell(int listIndex);
+    /// The same as a catalogue cell, without a copy of its text where the workbook allows.
+    Cell textCell(int listIndex);
     void addProduct(const QString &partNumber);
 
     const IWorkbook &m_workbook;
@@ -60,6 +62,8 @@ private:
     bool m_done = false;
     int m_unreadableRows = 0;
     ErrorTrap m_trap;
+    /// The empty text an unmapped or unreadable field gets, shared by all of them.
+    const Cell m_emptyText { QString() };
 };
 
 /// The import window's caption at the next tick of its timer: "Please wait" and

@@ -51,23 +51,31 @@ QByteArray utf8Within(const QString &text, int limit)
     return bytes;
 }
 
-/// The worksheet the decoder built: the texts of all cells in one buffer and where each starts.
+/// The worksheet the decoder built: the texts of all cells in one block (checked to be UTF-8)
+/// and where each starts. Its text cells point into the block, so an import keeps the texts
+/// of the cells it takes without a copy each.
 class WireWorkbook : public IWorkbook
 {
 public:
     WireWorkbook(
         QByteArray text, std::vector<quint32> starts, std::vector<quint32> errors, int rows)
-        : m_text(std::move(text)), m_starts(std::move(starts)), m_errors(std::move(errors)),
+        : m_block(new CellTextBlock), m_starts(std::move(starts)), m_errors(std::move(errors)),
           m_rows(rows)
     {
+        m_block->bytes = std::move(text);
     }
+    ~WireWorkbook() override
+    {
+        if (m_block->ref.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete m_block;
+    }
+    WireWorkbook(const WireWorkbook &) = delete;
+    WireWorkbook &operator=(const WireWorkbook &) = delete;
+
     QString cellText(int column, int row) const override
     {
-        if (row < 1 || row > m_rows || column < 0 || column >= Columns)
-            return QString();
-        const std::size_t index = std::size_t(row - 1) * Columns + std::size_t(column);
-        const quint32 start = m_starts[index];
-        return QString::fromUtf8(m_text.constData() + start, m_starts[index + 1] - start);
+        const auto [start, size] = place(column, row);
+        return QString::fromUtf8(m_block->bytes.constData() + start, size);
     }
     bool isError(int column, int row) const override
     {
@@ -76,9 +84,23 @@ public:
         const auto index = quint32(std::size_t(row - 1) * Columns + std::size_t(column));
         return std::binary_search(m_errors.begin(), m_errors.end(), index);
     }
+    Cell textCell(int column, int row) const override
+    {
+        const auto [start, size] = place(column, row);
+        return Cell::inBlock(m_block, start, size, TextEncoding::Utf8);
+    }
 
 private:
-    QByteArray m_text;
+    /// Where the cell's text starts in the block and how long it is (0 outside the sheet).
+    std::pair<qsizetype, qsizetype> place(int column, int row) const
+    {
+        if (row < 1 || row > m_rows || column < 0 || column >= Columns)
+            return { 0, 0 };
+        const std::size_t index = std::size_t(row - 1) * Columns + std::size_t(column);
+        return { qsizetype(m_starts[index]), qsizetype(m_starts[index + 1] - m_starts[index]) };
+    }
+
+    CellTextBlock *m_block;
     std::vector<quint32> m_starts;
     std::vector<quint32> m_errors;
     int m_rows;

@@ -180,15 +180,19 @@ private:
             else
                 SheetValue::appendText(texts, m_value);
             break;
-        case XlsxCellType::Number:
+        case XlsxCellType::Number: {
+            const auto kind = style >= 0 && std::size_t(style) < m_formats.size()
+                ? m_formats[std::size_t(style)]
+                : SheetValue::FormatKind::Number;
+            if (kind == SheetValue::FormatKind::Number
+                && SheetValue::appendPlainDecimal(texts, m_value))
+                break;
             if (SheetValue::parseNumber(m_value, number)) {
-                const auto kind = style >= 0 && std::size_t(style) < m_formats.size()
-                    ? m_formats[std::size_t(style)]
-                    : SheetValue::FormatKind::Number;
                 SheetValue::appendValue(texts, number, kind, m_system1904);
                 break;
             }
             [[fallthrough]];
+        }
         case XlsxCellType::Text:
             SheetValue::appendText(texts, m_value);
             break;

@@ -1,6 +1,8 @@
 #include "exchange/xmlpull.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 
 namespace tarnwick {
@@ -10,6 +12,15 @@ namespace {
 constexpr qint64 XmlReadBytes = qint64(256) << 10;
 /// Character data longer than this without markup is handed over in pieces.
 constexpr std::size_t XmlTextPieceBytes = std::size_t(256) << 10;
+
+/// The characters that make an attribute value need decoding: references, blanks other than
+/// the space (which XML turns into spaces) and '<', which a value may not hold.
+constexpr std::array<bool, 256> XmlSpecialInValue = [] {
+    std::array<bool, 256> table {};
+    for (const char c : { '&', '\t', '\n', '\r', '<' })
+        table[std::uint8_t(c)] = true;
+    return table;
+}();
 
 bool isXmlBlank(char c)
 {
@@ -80,6 +91,13 @@ char32_t entityCharacter(std::string_view entity)
 
 } // namespace
 
+void XmlPull::addAttribute(std::string_view name, std::string_view value)
+{
+    if (m_attributeCount == m_attributes.size())
+        m_attributes.emplace_back();
+    m_attributes[m_attributeCount++] = Attribute { name, value };
+}
+
 XmlPull::XmlPull(Source source) : m_source(std::move(source))
 {
     m_buffer.resize(std::size_t(2 * XmlReadBytes));
@@ -93,22 +111,24 @@ std::string_view XmlPull::localName() const
 
 std::string_view XmlPull::attribute(std::string_view name) const
 {
-    for (const Attribute &attribute : m_attributes) {
-        if (attribute.name == name)
-            return attribute.value;
+    for (std::size_t i = 0; i < m_attributeCount; ++i) {
+        if (m_attributes[i].name == name)
+            return m_attributes[i].value;
     }
     return {};
 }
 
 bool XmlPull::hasAttribute(std::string_view name) const
 {
-    return std::any_of(m_attributes.begin(), m_attributes.end(),
+    return std::any_of(m_attributes.begin(),
+        m_attributes.begin() + std::ptrdiff_t(m_attributeCount),
         [name](const Attribute &attribute) { return attribute.name == name; });
 }
 
 std::string_view XmlPull::attributeByLocalName(std::string_view localName) const
 {
-    for (const Attribute &attribute : m_attributes) {
+    for (std::size_t i = 0; i < m_attributeCount; ++i) {
+        const Attribute &attribute = m_attributes[i];
         const std::size_t colon = attribute.name.rfind(':');
         const std::string_view local =
             colon == std::string_view::npos ? attribute.name : attribute.name.substr(colon + 1);
@@ -159,7 +179,7 @@ XmlPull::Token XmlPull::fail()
     m_token = Token::Invalid;
     m_name = {};
     m_text = {};
-    m_attributes.clear();
+    m_attributeCount = 0;
     return m_token;
 }
 
@@ -167,7 +187,7 @@ XmlPull::Token XmlPull::next()
 {
     if (m_token == Token::Invalid)
         return m_token;
-    m_attributes.clear();
+    m_attributeCount = 0;
     m_text = {};
     if (m_pendingEnd) {
         m_pendingEnd = false;
@@ -247,7 +267,8 @@ XmlPull::Token XmlPull::readText()
     m_consumed = stop;
     if (m_openStarts.empty())
         return isBlankText(raw) ? Token::End : Token::Invalid;
-    if (raw.find_first_of("&\r") == std::string_view::npos) {
+    if (std::memchr(raw.data(), '&', raw.size()) == nullptr
+        && std::memchr(raw.data(), '\r', raw.size()) == nullptr) {
         m_text = raw;
     } else {
         m_textStore.clear();
@@ -258,31 +279,16 @@ XmlPull::Token XmlPull::readText()
     return Token::Text;
 }
 
-std::size_t XmlPull::findMarkupEnd(std::string_view terminator, bool quotes)
+std::size_t XmlPull::findMarkupEnd(std::string_view terminator)
 {
     std::size_t scanned = 1;
-    char quote = 0;
     for (;;) {
         const std::string_view data(m_buffer.data() + m_begin, m_end - m_begin);
-        if (quotes) {
-            for (; scanned < data.size(); ++scanned) {
-                const char c = data[scanned];
-                if (quote != 0) {
-                    if (c == quote)
-                        quote = 0;
-                } else if (c == '"' || c == '\'') {
-                    quote = c;
-                } else if (c == '>') {
-                    return m_begin + scanned + 1;
-                }
-            }
-        } else {
-            const std::size_t from = scanned > terminator.size() ? scanned - terminator.size() : 1;
-            const std::size_t at = data.find(terminator, from);
-            if (at != std::string_view::npos)
-                return m_begin + at + terminator.size();
-            scanned = data.size();
-        }
+        const std::size_t from = scanned > terminator.size() ? scanned - terminator.size() : 1;
+        const std::size_t at = data.find(terminator, from);
+        if (at != std::string_view::npos)
+            return m_begin + at + terminator.size();
+        scanned = data.size();
         if (qint64(m_end - m_begin) > MaxMarkupBytes || !fill())
             return std::string::npos;
     }
@@ -295,11 +301,11 @@ XmlPull::Token XmlPull::readMarkup()
         m_buffer.data() + m_begin, std::min<std::size_t>(9, m_end - m_begin));
     std::size_t end = std::string::npos;
     if (start.substr(0, 2) == "<?") {
-        end = findMarkupEnd("?>", false);
+        end = findMarkupEnd("?>");
     } else if (start.substr(0, 4) == "<!--") {
-        end = findMarkupEnd("-->", false);
+        end = findMarkupEnd("-->");
     } else if (start == "<![CDATA[") {
-        end = findMarkupEnd("]]>", false);
+        end = findMarkupEnd("]]>");
         if (end == std::string::npos || m_openStarts.empty())
             return Token::Invalid;
         const std::string_view raw(m_buffer.data() + m_begin + 9, end - m_begin - 12);
@@ -317,11 +323,10 @@ XmlPull::Token XmlPull::readMarkup()
     } else if (start.substr(0, 2) == "<!") {
         return Token::Invalid;
     } else if (start.substr(0, 2) == "</") {
-        end = findMarkupEnd(">", false);
+        end = findMarkupEnd(">");
         return end == std::string::npos ? Token::Invalid : readEndTag(end);
     } else {
-        end = findMarkupEnd(">", true);
-        return end == std::string::npos ? Token::Invalid : readStartTag(end);
+        return readStartTag();
     }
     if (end == std::string::npos)
         return Token::Invalid;
@@ -329,61 +334,102 @@ XmlPull::Token XmlPull::readMarkup()
     return Token::End;
 }
 
-XmlPull::Token XmlPull::readStartTag(std::size_t end)
+XmlPull::Token XmlPull::readStartTag()
 {
     if (m_openStarts.empty() && m_sawRoot)
         return Token::Invalid;
-    const std::string_view tag(m_buffer.data() + m_begin, end - m_begin);
-    const bool empty = tag.size() >= 3 && tag[tag.size() - 2] == '/';
-    const std::string_view body = tag.substr(1, tag.size() - (empty ? 3 : 2));
-    std::size_t at = 0;
-    while (at < body.size() && !isXmlBlank(body[at]))
-        ++at;
-    const std::string_view name = body.substr(0, at);
-    if (name.empty())
-        return Token::Invalid;
-    m_decoded.clear();
-    m_decoded.reserve(tag.size());
+    // The tag is read where it stands; when the input so far ends inside it, more is read and
+    // the tag read again from its start.
     for (;;) {
-        while (at < body.size() && isXmlBlank(body[at]))
-            ++at;
-        if (at >= body.size())
+        const TagRead read = readTagInBuffer();
+        if (read == TagRead::Invalid)
+            return Token::Invalid;
+        if (read == TagRead::Complete)
             break;
-        const std::size_t nameStart = at;
-        while (at < body.size() && body[at] != '=' && !isXmlBlank(body[at]))
-            ++at;
-        const std::string_view attributeName = body.substr(nameStart, at - nameStart);
-        while (at < body.size() && isXmlBlank(body[at]))
-            ++at;
-        if (attributeName.empty() || at + 1 >= body.size() || body[at] != '=')
+        if (qint64(m_end - m_begin) > MaxMarkupBytes || !fill())
             return Token::Invalid;
-        ++at;
-        while (at < body.size() && isXmlBlank(body[at]))
-            ++at;
-        const char quote = at < body.size() ? body[at] : 0;
-        const std::size_t close =
-            quote == '"' || quote == '\'' ? body.find(quote, at + 1) : std::string_view::npos;
-        if (close == std::string_view::npos)
-            return Token::Invalid;
-        const std::string_view raw = body.substr(at + 1, close - at - 1);
-        at = close + 1;
-        std::string_view value = raw;
-        if (raw.find_first_of("&\t\n\r") != std::string_view::npos) {
-            const std::size_t from = m_decoded.size();
-            if (!decodeInto(m_decoded, raw, true))
-                return Token::Invalid;
-            value = std::string_view(m_decoded).substr(from);
-        }
-        m_attributes.push_back(Attribute { attributeName, value });
     }
     m_sawRoot = true;
-    m_name = name;
     m_openStarts.push_back(m_openNames.size());
-    m_openNames.append(name);
+    m_openNames.append(m_name);
     m_depth = int(m_openStarts.size());
-    m_pendingEnd = empty;
-    m_consumed = end;
     return Token::StartElement;
+}
+
+XmlPull::TagRead XmlPull::readTagInBuffer()
+{
+    const char *data = m_buffer.data();
+    const std::size_t end = m_end;
+    std::size_t at = m_begin + 1;
+    while (at < end && !isXmlBlank(data[at]) && data[at] != '/' && data[at] != '>')
+        ++at;
+    if (at >= end)
+        return TagRead::Incomplete;
+    if (at == m_begin + 1)
+        return TagRead::Invalid;
+    m_name = std::string_view(data + m_begin + 1, at - m_begin - 1);
+    m_attributeCount = 0;
+    m_decodedAt.clear();
+    m_decoded.clear();
+    for (;;) {
+        while (at < end && isXmlBlank(data[at]))
+            ++at;
+        if (at >= end)
+            return TagRead::Incomplete;
+        if (data[at] == '>' || data[at] == '/') {
+            if (data[at] == '/' && at + 1 >= end)
+                return TagRead::Incomplete;
+            m_pendingEnd = data[at] == '/';
+            if (m_pendingEnd && data[at + 1] != '>')
+                return TagRead::Invalid;
+            m_consumed = at + (m_pendingEnd ? 2 : 1);
+            break;
+        }
+        const std::size_t nameStart = at;
+        while (at < end && data[at] != '=' && !isXmlBlank(data[at]) && data[at] != '>'
+            && data[at] != '/')
+            ++at;
+        const std::string_view name(data + nameStart, at - nameStart);
+        while (at < end && isXmlBlank(data[at]))
+            ++at;
+        if (at + 1 >= end)
+            return TagRead::Incomplete;
+        if (name.empty() || data[at] != '=')
+            return TagRead::Invalid;
+        ++at;
+        while (at < end && isXmlBlank(data[at]))
+            ++at;
+        if (at >= end)
+            return TagRead::Incomplete;
+        const char quote = data[at];
+        if (quote != '"' && quote != '\'')
+            return TagRead::Invalid;
+        // One pass finds the closing quote and whether the value needs decoding.
+        std::size_t close = at + 1;
+        bool plain = true;
+        for (; close < end && data[close] != quote; ++close) {
+            if (XmlSpecialInValue[std::uint8_t(data[close])])
+                plain = false;
+        }
+        if (close >= end)
+            return TagRead::Incomplete;
+        const std::string_view raw(data + at + 1, close - at - 1);
+        at = close + 1;
+        if (plain) {
+            addAttribute(name, raw);
+            continue;
+        }
+        // Decoded values are kept in one buffer; their views are made once the tag is read.
+        const std::size_t from = m_decoded.size();
+        if (!decodeInto(m_decoded, raw, true))
+            return TagRead::Invalid;
+        m_decodedAt.push_back(DecodedValue { m_attributeCount, from, m_decoded.size() - from });
+        addAttribute(name, {});
+    }
+    for (const DecodedValue &value : m_decodedAt)
+        m_attributes[value.attribute].value =
+            std::string_view(m_decoded).substr(value.offset, value.size);
+    return TagRead::Complete;
 }
 
 XmlPull::Token XmlPull::readEndTag(std::size_t end)
@@ -405,7 +451,7 @@ bool XmlPull::decodeInto(std::string &out, std::string_view raw, bool attributeV
 {
     std::size_t at = 0;
     while (at < raw.size()) {
-        const std::size_t special = raw.find_first_of(attributeValue ? "&\t\n\r" : "&\r", at);
+        const std::size_t special = raw.find_first_of(attributeValue ? "&\t\n\r<" : "&\r", at);
         if (special == std::string_view::npos) {
             out.append(raw.substr(at));
             break;
@@ -422,6 +468,8 @@ bool XmlPull::decodeInto(std::string &out, std::string_view raw, bool attributeV
                 return false;
             appendCodePoint(out, character);
             at = semicolon + 1;
+        } else if (c == '<') {
+            return false;
         } else if (c == '\r') {
             // A line end is LF, whether written CR LF or CR; in an attribute it is a blank.
             if (at < raw.size() && raw[at] == '\n')

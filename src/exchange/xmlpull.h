@@ -64,12 +64,15 @@ private:
     Token fail();
     Token readText();
     Token readMarkup();
-    Token readStartTag(std::size_t end);
+    enum class TagRead { Complete, Incomplete, Invalid };
+    Token readStartTag();
+    /// Reads the start tag at the current position from the input held so far.
+    TagRead readTagInBuffer();
     Token readEndTag(std::size_t end);
-    /// Finds the end of the markup starting at the current position ('>' outside quotes, or
-    /// the end of a comment, processing instruction or CDATA section), reading more input as
-    /// needed; npos when there is none.
-    std::size_t findMarkupEnd(std::string_view terminator, bool quotes);
+    /// Finds the end of the markup starting at the current position (the end of an end tag,
+    /// comment, processing instruction or CDATA section), reading more input as needed; npos
+    /// when there is none.
+    std::size_t findMarkupEnd(std::string_view terminator);
     bool decodeInto(std::string &out, std::string_view raw, bool attributeValue);
 
     Source m_source;
@@ -87,7 +90,17 @@ private:
     std::string_view m_name;
     std::string_view m_text;
     int m_depth = 0;
+    struct DecodedValue
+    {
+        std::size_t attribute;
+        std::size_t offset;
+        std::size_t size;
+    };
+    void addAttribute(std::string_view name, std::string_view value);
+    /// The attributes of the current start element: the first m_attributeCount of the list.
     std::vector<Attribute> m_attributes;
+    std::size_t m_attributeCount = 0;
+    std::vector<DecodedValue> m_decodedAt;
     std::string m_decoded;
     std::string m_textStore;
     std::string m_openNames;

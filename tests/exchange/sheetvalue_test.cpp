@@ -267,3 +267,22 @@ TEST(SheetCells, ATextIsCheckedAndCutAtTheLongestCell)
     cells.finish();
     EXPECT_EQ(cells.cellText(0, 1), QStringLiteral("\uFFFD ok"));
 }
+
+TEST(SheetValue, APlainDecimalIsWrittenAsTheRuleWritesItsNumber)
+{
+    for (const char *decimal : { "12.5", "12.50", "0012.500", "-3.25", "0.1", "0.000125", "10003",
+             "-0", "0.000", "-0.0", "123456789012345", "0.123456789012345", "1234567.891", "5.",
+             ".5", "-.25", "100000000000000000000" }) {
+        std::string fast;
+        ASSERT_TRUE(SheetValue::appendPlainDecimal(fast, decimal)) << decimal;
+        double value = 0;
+        ASSERT_TRUE(SheetValue::parseNumber(decimal, value)) << decimal;
+        EXPECT_EQ(fast, number(value)) << decimal;
+    }
+    for (const char *other : { "1234567890123456", "0.1234567890123456", "1e5", "1.5E-007", "+2",
+             "", "-", ".", "1,5", "12a", " 1", "--1" }) {
+        std::string out;
+        EXPECT_FALSE(SheetValue::appendPlainDecimal(out, other)) << other;
+        EXPECT_EQ(out, "") << other;
+    }
+}

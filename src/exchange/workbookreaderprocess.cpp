@@ -35,6 +35,8 @@ void WorkbookReaderProcess::start(const QString &path)
         cancel();
     m_decoder = std::make_unique<WorkbookWire::Decoder>();
     m_received = 0;
+    m_exited = false;
+    m_readScheduled = false;
     m_result = WorkbookOpenResult {};
     m_outcome = Outcome::Cancelled;
     m_failure = Failure::None;
@@ -77,10 +79,11 @@ WorkbookOpenResult WorkbookReaderProcess::takeResult()
 
 void WorkbookReaderProcess::readOutput()
 {
+    m_readScheduled = false;
     if (!m_process)
         return;
     const int rowsBefore = m_decoder->rows();
-    const QByteArray bytes = m_process->readAllStandardOutput();
+    const QByteArray bytes = m_process->read(OutputSlice);
     m_received += bytes.size();
     if (m_received > m_options.outputLimit) {
         fail(Failure::OutputTooLarge);
@@ -92,15 +95,40 @@ void WorkbookReaderProcess::readOutput()
     }
     if (m_decoder->rows() != rowsBefore)
         Q_EMIT progress(m_decoder->rows());
+    // What is left is decoded in the next pass of the event loop, so a reader that writes
+    // faster than this process decodes never keeps the window from painting or from Cancel.
+    if (m_process->bytesAvailable() > 0) {
+        scheduleRead();
+    } else if (m_exited) {
+        readerEnded();
+    }
+}
+
+void WorkbookReaderProcess::scheduleRead()
+{
+    if (m_readScheduled)
+        return;
+    m_readScheduled = true;
+    QTimer::singleShot(0, this, &WorkbookReaderProcess::readOutput);
 }
 
 void WorkbookReaderProcess::processFinished(int exitCode, QProcess::ExitStatus status)
 {
     if (!m_process)
         return;
-    readOutput();
-    if (!m_process)
-        return;
+    m_exited = true;
+    m_exitCode = exitCode;
+    m_exitStatus = status;
+    if (m_process->bytesAvailable() > 0)
+        scheduleRead();
+    else
+        readerEnded();
+}
+
+void WorkbookReaderProcess::readerEnded()
+{
+    const int exitCode = m_exitCode;
+    const QProcess::ExitStatus status = m_exitStatus;
     if (status == QProcess::NormalExit && exitCode == WorkbookReaderChild::ExitOutOfMemory) {
         end(Outcome::Unreadable, Failure::OutOfMemory, OutOfMemoryError);
         return;

@@ -65,6 +65,8 @@ public:
     /// Error numbers of the unreadable results that do not come from the reader itself.
     static constexpr int OutOfMemoryError = 7;
     static constexpr int ReaderFailedError = 51;
+    /// The most output decoded in one pass of the event loop.
+    static constexpr qint64 OutputSlice = qint64(1) << 20;
 
     explicit WorkbookReaderProcess(
         WorkbookReaderOptions options = WorkbookReaderOptions::thisProgram(),
@@ -100,8 +102,12 @@ Q_SIGNALS:
     void finished();
 
 private:
+    /// Decodes at most OutputSlice bytes of the reader's output, the rest in later passes.
     void readOutput();
+    void scheduleRead();
     void processFinished(int exitCode, QProcess::ExitStatus status);
+    /// The reader has ended and all it wrote is decoded: the result.
+    void readerEnded();
     void processFailed(QProcess::ProcessError error);
     void end(Outcome outcome, Failure failure = Failure::None, int errorNumber = 0);
     void fail(Failure failure) { end(Outcome::Unreadable, failure, ReaderFailedError); }
@@ -112,6 +118,10 @@ private:
     QTimer m_timeLimit;
     std::unique_ptr<WorkbookWire::Decoder> m_decoder;
     qint64 m_received = 0;
+    bool m_readScheduled = false;
+    bool m_exited = false;
+    int m_exitCode = 0;
+    QProcess::ExitStatus m_exitStatus = QProcess::NormalExit;
     Outcome m_outcome = Outcome::Cancelled;
     Failure m_failure = Failure::None;
     WorkbookOpenResult m_result;

@@ -112,7 +112,10 @@ std::string_view XmlPull::localName() const
 std::string_view XmlPull::attribute(std::string_view name) const
 {
     for (std::size_t i = 0; i < m_attributeCount; ++i) {
-        if (m_attributes[i].name == name)
+        const std::string_view candidate = m_attributes[i].name;
+        // Most names differ in their length or first letter: no compare call for them.
+        if (candidate.size() == name.size() && !name.empty() && candidate[0] == name[0]
+            && candidate == name)
             return m_attributes[i].value;
     }
     return {};

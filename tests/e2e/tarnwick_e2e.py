@@ -200,7 +200,7 @@ def scenario_order(run):
         check(s.is_checked("Edit"), "edit mode")
         s.click_cell("GrdMain", 1, 1)  # TW-200's name
         s.hover(table="GrdMain", cell=(3, 0))  # TW-400's row, clicked right after the keys
-        s.activate()
+        s.activate(timeout=15)
         type_then_click(s, typed)
         s.toolbar("Edit")  # stores the cell being edited
         wait_for(lambda: not s.is_checked("Edit"), 5, "the end of edit mode")
@@ -217,7 +217,7 @@ def scenario_order(run):
         s.toolbar("Edit")
         s.click_cell("GrdMain", 2, 1)  # TW-300's name
         s.hover(table="GrdMain", cell=(0, 0))  # TW-100's row
-        s.activate()
+        s.activate(timeout=15)
         s.xdotool("type", "--delay", "0", again)
         s.xdotool("click", "1")
         s.toolbar("Edit")

@@ -19,6 +19,21 @@ struct GObjectRelease
 };
 template <typename T> using GsfPointer = std::unique_ptr<T, GObjectRelease>;
 
+/// libgsf warns on standard error about the damage it meets; a damaged file is this program's
+/// ordinary business, reported by the result alone.
+void quietCompoundDocumentWarnings()
+{
+    static const bool quiet = [] {
+        g_log_set_handler(
+            "libgsf:msole",
+            GLogLevelFlags(
+                G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE | G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG),
+            [](const gchar *, GLogLevelFlags, const gchar *, gpointer) {}, nullptr);
+        return true;
+    }();
+    Q_UNUSED(quiet);
+}
+
 /// The child of the root storage whose name is name, letter case aside.
 GsfPointer<GsfInput> childStream(GsfInfile *root, std::string_view name)
 {
@@ -40,6 +55,7 @@ std::optional<QByteArray> readCompoundStream(QByteArrayView bytes, std::string_v
     if (bytes.size() < 512
         || QByteArrayView(bytes.data(), 8) != QByteArrayView(CompoundDocumentSignature, 8))
         return std::nullopt;
+    quietCompoundDocumentWarnings();
     GsfPointer<GsfInput> input(gsf_input_memory_new(
         reinterpret_cast<const guint8 *>(bytes.data()), gsf_off_t(bytes.size()), FALSE));
     if (!input)

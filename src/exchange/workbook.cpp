@@ -7,6 +7,7 @@
 #include "exchange/ziparchive.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <array>
 
@@ -109,7 +110,7 @@ SheetReadResult readSheetFile(const QString &path)
     QFile file(path);
     if (!file.exists())
         return sheetNotRead(WorkbookError::FileNotFound);
-    if (!file.open(QIODevice::ReadOnly))
+    if (QFileInfo(path).isDir() || !file.open(QIODevice::ReadOnly))
         return sheetNotRead(WorkbookError::FileAccess);
     if (file.size() > MaxWorkbookFileBytes)
         return sheetNotRead(WorkbookError::TooLarge);

@@ -4,6 +4,7 @@
 #include "catalogue/cataloguewriter.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
+#include "core/celltext.h"
 #include "exchange/columnmapping.h"
 #include "exchange/sheetcells.h"
 #include "exchange/spreadsheetexport.h"
@@ -12,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -314,4 +316,39 @@ TEST(WorkbookReaders, FilesThatAreNoWorkbookOfAnyKindAreRefused)
     const QByteArray binary("GIF89a\x01\x00\x01\x00\x00\xff\x00", 13);
     EXPECT_EQ(readWorkbook(binary).errorNumber, WorkbookError::NotAWorkbook);
     EXPECT_EQ(openWorkbook(dataFile("no-such-file.xls")).errorNumber, WorkbookError::FileNotFound);
+    EXPECT_EQ(
+        openWorkbook(QStringLiteral(TARNWICK_TEST_DATA)).errorNumber, WorkbookError::FileAccess)
+        << "a folder";
+}
+
+TEST(WorkbookReaders, RandomDamageToTheWorkbooksNeverHurtsTheReaders)
+{
+    QRandomGenerator random(20);
+    for (const char *name : { "values.xls", "values.xlsx", "values.ods", "values-quoted.txt",
+             "repeats.xls", "dates1904.xlsx" }) {
+        QFile file(dataFile(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        const QByteArray original = file.readAll();
+        for (int round = 0; round < 150; ++round) {
+            QByteArray bytes = original;
+            for (int flips = random.bounded(1, 10); flips > 0; --flips)
+                bytes[random.bounded(bytes.size())] = char(random.bounded(256));
+            if (round % 4 == 0)
+                bytes.truncate(random.bounded(bytes.size()));
+            const SheetReadResult read = readSheet(bytes);
+            if (!read.cells) {
+                EXPECT_EQ(read.errorNumber, WorkbookError::NotAWorkbook) << name;
+                continue;
+            }
+            // Whatever was read keeps the readers' bounds.
+            EXPECT_LE(read.cells->rowCount(), SheetCells::MaxRows) << name;
+            for (int row = 1; row <= std::min(read.cells->rowCount(), 50); ++row) {
+                for (int column = 0; column < SheetCells::Columns; ++column) {
+                    const std::string_view text = read.cells->textView(column, row);
+                    EXPECT_LE(text.size(), SheetCells::MaxCellBytes) << name;
+                    EXPECT_TRUE(celltext::isValidUtf8(text.data(), qsizetype(text.size()))) << name;
+                }
+            }
+        }
+    }
 }

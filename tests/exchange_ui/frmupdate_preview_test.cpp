@@ -99,6 +99,11 @@ TEST_F(FrmUpdatePreviewTest, TheActionsOfferUpdatingExistingProducts)
     EXPECT_EQ(frame, form.findChild<QWidget *>("OptAdd")->parentWidget());
     QTest::keyClick(&form, Qt::Key_U, Qt::AltModifier);
     EXPECT_EQ(QApplication::focusWidget(), update);
+    auto *add = form.findChild<QRadioButton *>(QStringLiteral("OptAdd"));
+    add->setFocus();
+    QTest::keyClick(add, Qt::Key_Down);
+    EXPECT_EQ(QApplication::focusWidget(), update);
+    EXPECT_TRUE(update->isChecked()) << "the arrow keys choose between the actions";
 }
 
 TEST_F(FrmUpdatePreviewTest, UpdatingAsksForThePartNumberOnly)

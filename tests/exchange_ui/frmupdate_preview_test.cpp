@@ -158,6 +158,16 @@ TEST_F(FrmUpdatePreviewTest, OkShowsEveryChangeAndTheCountsBeforeAnythingChanges
     }
 }
 
+TEST_F(FrmUpdatePreviewTest, F1InThePreviewOpensTheImportsHelpTopic)
+{
+    FrmImportPreview *preview = previewSample();
+    ASSERT_NE(preview, nullptr);
+    QTest::keyClick(preview, Qt::Key_F1);
+    EXPECT_EQ(fakes.help.calls,
+        QStringList { folder.filePath(QStringLiteral("Tarnwick Help.chm")) + "|15|1090" });
+    EXPECT_TRUE(preview->isVisible());
+}
+
 TEST_F(FrmUpdatePreviewTest, ApplyChangesTheCatalogueAndTheMessageGivesTheSameCounts)
 {
     FrmImportPreview *preview = previewSample();

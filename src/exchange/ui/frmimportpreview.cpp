@@ -5,6 +5,7 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QTableView>
@@ -92,6 +93,16 @@ void FrmImportPreview::setupUi()
     setTabOrder(skipped, m_apply);
     setTabOrder(m_apply, m_cancel);
     resize(720, 520);
+}
+
+void FrmImportPreview::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_F1 && m_help) {
+        m_help();
+        event->accept();
+        return;
+    }
+    QDialog::keyPressEvent(event);
 }
 
 void FrmImportPreview::CmdApply_Click()

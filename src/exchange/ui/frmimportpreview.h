@@ -5,7 +5,10 @@
 #include <QDialog>
 #include <QLocale>
 
+#include <functional>
+
 class QAbstractItemModel;
+class QKeyEvent;
 class QLabel;
 class QPushButton;
 class QTableView;
@@ -19,8 +22,9 @@ class SkippedRowsModel;
 /// counts of products added, changed and unchanged and of rows skipped with their reasons
 /// (LblAdded, LblChanged, LblUnchanged, LblSkipped), every change product by product and field
 /// by field with its old and new value (GrdChanges), the skipped rows with the reason
-/// (GrdSkipped), "Apply" (CmdApply, accepts) and "Cancel" (CmdCancel and Escape, rejects). The
-/// window holds the plan; whoever opened it applies plan() when it is accepted.
+/// (GrdSkipped), "Apply" (CmdApply, accepts) and "Cancel" (CmdCancel and Escape, rejects); F1
+/// asks for help. The window holds the plan; whoever opened it applies plan() when it is
+/// accepted.
 class FrmImportPreview : public QDialog
 {
     Q_OBJECT
@@ -30,6 +34,11 @@ public:
     ~FrmImportPreview() override;
 
     const ImportPlan &plan() const { return m_plan; }
+    /// What F1 does: the owner opens the import's help topic.
+    void setHelpRequest(std::function<void()> help) { m_help = std::move(help); }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 
 private Q_SLOTS:
     void CmdApply_Click();
@@ -44,6 +53,7 @@ private:
     SkippedRowsModel *m_skipped = nullptr;
     QPushButton *m_apply = nullptr;
     QPushButton *m_cancel = nullptr;
+    std::function<void()> m_help;
 };
 
 } // namespace tarnwick

@@ -210,6 +210,7 @@ void FrmUpdate::showPreview()
     setWindowTitle(WindowCaption);
     m_preview = new FrmImportPreview(m_driver->takePlan(), m_locale, this);
     m_preview->setAttribute(Qt::WA_DeleteOnClose);
+    m_preview->setHelpRequest([this] { Form_KeyDown(Qt::Key_F1, Qt::NoModifier); });
     connect(m_preview, &QDialog::accepted, this, &FrmUpdate::applyPreviewedPlan);
     connect(m_preview, &QDialog::rejected, this, &FrmUpdate::backToMapping);
     m_preview->open();

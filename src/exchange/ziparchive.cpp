@@ -23,7 +23,7 @@ ZipArchive::ZipArchive(const QString &path)
 
 ZipArchive::ZipArchive(const QByteArray &bytes) : m_bytes(bytes)
 {
-    // The source reads m_bytes in place; the archive keeps them alive as long as it is open.
+    // The source reads m_bytes in place; this object keeps them while the archive is open.
     zip_source_t *source =
         zip_source_buffer_create(m_bytes.constData(), zip_uint64_t(m_bytes.size()), 0, nullptr);
     if (source == nullptr) {

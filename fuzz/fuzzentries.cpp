@@ -1,4 +1,5 @@
 #include "fuzzentries.h"
+#include "fuzzone.h"
 
 #include <QByteArray>
 
@@ -50,18 +51,18 @@ QStringList brokenRules(const Target &target, const Verdict &verdict)
     return broken;
 }
 
-int fuzzOne(QLatin1StringView targetName, const std::uint8_t *data, std::size_t size)
+int fuzzOne(const char *targetName, const std::uint8_t *data, std::size_t size)
 {
-    const Target *target = findTarget(targetName);
+    const Target *target = findTarget(QLatin1StringView(targetName));
     if (target == nullptr) {
-        std::fprintf(stderr, "no fuzz target %s\n", targetName.data());
+        std::fprintf(stderr, "no fuzz target %s\n", targetName);
         std::abort();
     }
     const QByteArrayView input(data, qsizetype(size));
     const QStringList broken = brokenRules(*target, target->entry(input));
     if (!broken.isEmpty()) {
         for (const QString &rule : broken) {
-            std::fprintf(stderr, "%s: %s\n", targetName.data(), rule.toLocal8Bit().constData());
+            std::fprintf(stderr, "%s: %s\n", targetName, rule.toLocal8Bit().constData());
         }
         std::abort();
     }

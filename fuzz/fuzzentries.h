@@ -5,8 +5,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <cstddef>
-#include <cstdint>
 #include <span>
 
 namespace tarnwick::fuzzing {
@@ -70,9 +68,5 @@ const Target *findTarget(QLatin1StringView name);
 /// The rules a verdict of the target breaks: the entry's own, and an outcome the target does
 /// not have.
 QStringList brokenRules(const Target &target, const Verdict &verdict);
-
-/// The body of a fuzz target: runs the named target's entry on the input and, when it broke a
-/// rule, prints which and aborts, so the fuzzer keeps the input as a finding.
-int fuzzOne(QLatin1StringView targetName, const std::uint8_t *data, std::size_t size);
 
 } // namespace tarnwick::fuzzing

@@ -16,7 +16,7 @@ namespace {
 /// The rows of a worksheet that go through the wire here; the wire's own limits are the wire
 /// decoder target's business, and a worksheet of a million repeated rows must not make every
 /// run of the reader's target slow.
-constexpr int WireRows = 2000;
+constexpr int WireRows = 256;
 
 /// The first rows of a worksheet; every later row is empty.
 class FirstRows : public IWorkbook

@@ -15,9 +15,10 @@
 #include "catalogue/products.h"
 #include "catalogue/table.h"
 #include "exchange/columnmapping.h"
+#include "exchange/importapply.h"
+#include "exchange/importplan.h"
 #include "exchange/sheetcells.h"
 #include "exchange/workbook.h"
-#include "exchange/workbookimport.h"
 #include "exchange/workbookreaderchild.h"
 #include "exchange/workbookreaderprocess.h"
 #include "platform/appenvironment.h"
@@ -137,10 +138,12 @@ int importWorkbook(const QString &path, Table &catalogue, Products &products)
     WorkbookOpenResult read = WorkbookReaderProcess::read(path);
     if (!read.workbook)
         return -1;
-    WorkbookImport import(*read.workbook, catalogue, allColumnsLetters(), true, EnUs);
-    import.runAll();
-    finishImport(catalogue, products, import.changes(), EnUs);
-    return import.changes();
+    ImportPlanner planner(
+        *read.workbook, catalogue, allColumnsLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan plan = planner.takePlan();
+    applyImportPlan(plan, catalogue, products, EnUs);
+    return plan.addedCount();
 }
 
 bool skipWithoutWorkbook(benchmark::State &state, const QString &path)

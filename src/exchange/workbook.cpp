@@ -127,6 +127,45 @@ SheetReadResult readSheetFile(const QString &path)
     return readSheet(bytes);
 }
 
+namespace {
+
+/// The cells read by one format's reader, or NotAWorkbook.
+template <typename Read> WorkbookOpenResult readOneFormat(Read &&read)
+{
+    auto cells = std::make_unique<SheetCells>();
+    if (!read(*cells) || cells->overflowed())
+        return notAWorkbook(WorkbookError::NotAWorkbook);
+    cells->finish();
+    return WorkbookOpenResult { std::move(cells), 0, {} };
+}
+
+/// The cells of a zipped format's reader, when the bytes are a zip archive holding member.
+template <typename Read>
+WorkbookOpenResult readZippedFormat(QByteArrayView bytes, const char *member, Read &&read)
+{
+    return readOneFormat([&](SheetCells &cells) {
+        const std::unique_ptr<ZipArchive> archive = ZipArchive::open(bytes);
+        return archive && archive->contains(member) && read(*archive, cells);
+    });
+}
+
+} // namespace
+
+WorkbookOpenResult openXlsxWorkbookData(QByteArrayView bytes)
+{
+    return readZippedFormat(bytes, "xl/workbook.xml", readXlsxSheet);
+}
+
+WorkbookOpenResult openOdsWorkbookData(QByteArrayView bytes)
+{
+    return readZippedFormat(bytes, "content.xml", readOdsSheet);
+}
+
+WorkbookOpenResult openXlsWorkbookData(QByteArrayView bytes)
+{
+    return readOneFormat([&](SheetCells &cells) { return readXlsSheet(bytes, cells); });
+}
+
 WorkbookOpenResult readWorkbook(QByteArrayView bytes)
 {
     return asWorkbook(readSheet(bytes));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "exchange/workbook.h"
+
 #include <QByteArrayView>
 
 namespace tarnwick {
@@ -15,5 +17,11 @@ bool readOdsSheet(ZipArchive &archive, SheetCells &cells);
 bool readXlsSheet(QByteArrayView bytes, SheetCells &cells);
 /// Tab-separated text is always read.
 void readTextSheet(QByteArrayView bytes, SheetCells &cells);
+
+/// One format's reader on a file's bytes, whatever else the bytes are (for the fuzz targets and
+/// the tests that hold a format's bytes): bytes that are no such workbook give NotAWorkbook.
+WorkbookOpenResult openXlsxWorkbookData(QByteArrayView bytes);
+WorkbookOpenResult openOdsWorkbookData(QByteArrayView bytes);
+WorkbookOpenResult openXlsWorkbookData(QByteArrayView bytes);
 
 } // namespace tarnwick

@@ -140,6 +140,33 @@ void writeWorkbook(
     flush();
 }
 
+void writeWorkbook(
+    const IWorkbook &workbook, const std::function<void(const QByteArray &)> &sink, int chunkBytes)
+{
+    SheetCells cells;
+    bool rowHasCell = true;
+    for (int row = 1; row <= MaxRows && rowHasCell; ++row) {
+        rowHasCell = false;
+        for (int column = 0; column < Columns; ++column) {
+            if (workbook.isError(column, row)) {
+                cells.putError(row, column);
+                rowHasCell = true;
+                continue;
+            }
+            const QByteArray text = workbook.cellText(column, row).toUtf8();
+            if (!text.isEmpty()) {
+                cells.put(row, column,
+                    cells.checkedTextFrom(
+                        cells.addText(std::string_view(text.constData(), std::size_t(text.size())))
+                            .offset));
+                rowHasCell = true;
+            }
+        }
+    }
+    cells.finish();
+    writeWorkbook(cells, sink, chunkBytes);
+}
+
 QByteArray failureMessage(int errorNumber, const QString &text)
 {
     const QByteArray bytes = utf8Within(text, MaxErrorBytes);

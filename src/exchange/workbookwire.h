@@ -30,6 +30,11 @@ constexpr int MaxErrorBytes = 4096;
 void writeWorkbook(const SheetCells &cells, const std::function<void(const QByteArray &)> &sink,
     int chunkBytes = 1 << 16);
 
+/// The same for any worksheet: its cells of columns A to R (texts, and error cells) row by row
+/// down to the first row that holds none of them.
+void writeWorkbook(const IWorkbook &workbook, const std::function<void(const QByteArray &)> &sink,
+    int chunkBytes = 1 << 16);
+
 /// The whole output for a file that could not be opened: the header and the error.
 QByteArray failureMessage(int errorNumber, const QString &text);
 

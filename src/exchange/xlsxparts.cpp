@@ -179,7 +179,10 @@ bool readWorkbook(const ZipArchive &archive, Workbook &workbook)
     }
     for (const std::string &id : sheetIds) {
         const auto found = relationships.find(id);
-        if (found != relationships.end() && endsWith(found->second.type, "/worksheet")) {
+        // A relationship without a type is taken for the worksheet it names; chart sheets
+        // and dialog sheets say what they are.
+        if (found != relationships.end()
+            && (found->second.type.empty() || endsWith(found->second.type, "/worksheet"))) {
             workbook.sheet = found->second.target;
             return true;
         }

@@ -22,7 +22,8 @@ namespace {
 class ZipMemberReader : public ZipArchive::Member
 {
 public:
-    ZipMemberReader(zip_file_t *file, qint64 declaredSize) : m_file(file), m_declared(declaredSize)
+    ZipMemberReader(zip_file_t *file, qint64 declaredSize, qint64 limit)
+        : m_file(file), m_declared(declaredSize), m_limit(limit)
     {
     }
     ~ZipMemberReader() override { zip_fclose(m_file); }
@@ -36,7 +37,7 @@ public:
         const zip_int64_t count = zip_fread(m_file, data, zip_uint64_t(size));
         m_total += count > 0 ? count : 0;
         // A member that inflates to other than the size its headers give is damaged.
-        if (count < 0 || m_total > ZipArchive::MaxMemberBytes || m_total > m_declared
+        if (count < 0 || m_total > m_limit || m_total > m_declared
             || (count == 0 && m_total != m_declared)) {
             m_failed = true;
             return -1;
@@ -47,6 +48,7 @@ public:
 private:
     zip_file_t *m_file;
     qint64 m_declared;
+    qint64 m_limit;
     qint64 m_total = 0;
     bool m_failed = false;
 };
@@ -84,7 +86,7 @@ bool ZipArchive::contains(std::string_view name) const
     return zip_name_locate(m_handle->archive, terminated.c_str(), ZIP_FL_NOCASE) >= 0;
 }
 
-std::unique_ptr<ZipArchive::Member> ZipArchive::member(std::string_view name) const
+std::unique_ptr<ZipArchive::Member> ZipArchive::member(std::string_view name, qint64 limit) const
 {
     const std::string terminated(name);
     const zip_int64_t index = zip_name_locate(m_handle->archive, terminated.c_str(), ZIP_FL_NOCASE);
@@ -98,8 +100,8 @@ std::unique_ptr<ZipArchive::Member> ZipArchive::member(std::string_view name) co
     zip_file_t *file = zip_fopen_index(m_handle->archive, zip_uint64_t(index), 0);
     if (file == nullptr)
         return nullptr;
-    return std::make_unique<ZipMemberReader>(file,
-        qint64(std::min<zip_uint64_t>(stat.size, zip_uint64_t(ZipArchive::MaxMemberBytes) + 1)));
+    return std::make_unique<ZipMemberReader>(
+        file, qint64(std::min<zip_uint64_t>(stat.size, zip_uint64_t(MaxMemberBytes) + 1)), limit);
 }
 
 } // namespace tarnwick

@@ -21,7 +21,8 @@ public:
     public:
         virtual ~Member() = default;
         /// Reads up to size inflated bytes into data; returns how many, 0 at the end of the
-        /// member, -1 when it is damaged or inflates beyond MaxMemberBytes.
+        /// member, -1 when it is damaged (its data, its checksum or another size than its
+        /// headers say) or inflates beyond its limit.
         virtual qint64 read(char *data, qint64 size) = 0;
     };
 
@@ -34,8 +35,9 @@ public:
     /// Whether the archive holds a member of that name (letter case aside, as the workbook
     /// formats name their parts).
     bool contains(std::string_view name) const;
-    /// The member of that name opened for reading, or nullptr.
-    std::unique_ptr<Member> member(std::string_view name) const;
+    /// The member of that name opened for reading, or nullptr. Reading it fails once it
+    /// inflates beyond limit bytes.
+    std::unique_ptr<Member> member(std::string_view name, qint64 limit = MaxMemberBytes) const;
 
 private:
     struct Handle;

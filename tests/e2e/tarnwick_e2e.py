@@ -412,7 +412,8 @@ def scenario_exchange(run):
             check(shown, "%s mapped" % name)
         s.key("Return", window="Update")
         box = s.answer_next_box("OK", title="Success!", timeout=30)
-        check(box.text == "%d changes have been made to the knowledge base." % len(added),
+        check(box.text == "%d changes have been made to the knowledge base. 1 row was skipped "
+              "because its part number already exists." % len(added),
               "import result: %r" % (box,))
         s.wait_window_gone("Update", timeout=15)
         rows = wait_for(lambda: [r for r in s.read_table("GrdMain") if r[0]], 10, "the grid")

@@ -3,13 +3,17 @@
 // say, and the same catalogue byte for byte.
 #include "catalogue/cataloguewriter.h"
 #include "catalogue/productrecord.h"
+#include "catalogue/products.h"
 #include "catalogue/table.h"
 #include "core/celltext.h"
 #include "exchange/columnmapping.h"
+#include "exchange/importapply.h"
+#include "exchange/importplan.h"
 #include "exchange/sheetcells.h"
 #include "exchange/spreadsheetexport.h"
 #include "exchange/workbook.h"
-#include "exchange/workbookimport.h"
+#include "platform/appenvironment.h"
+#include "support/fakeprompts.h"
 
 #include <QDir>
 #include <QFile>
@@ -106,17 +110,24 @@ QString allColumnsLetters()
 struct Imported
 {
     Table catalogue { 0, P::FieldCount };
+    test::FakePrompts prompts;
+    AppEnvironment environment { QString(), QString() };
+    Products products { catalogue, prompts, environment, EnUs };
     int changes = 0;
     std::optional<VbError> firstError;
 };
 
-Imported importAll(const IWorkbook &workbook)
+/// Adds the sheet's products to an empty catalogue, as "Add new products" does.
+std::unique_ptr<Imported> importAll(const IWorkbook &workbook)
 {
-    Imported result;
-    WorkbookImport import(workbook, result.catalogue, allColumnsLetters(), true, EnUs);
-    import.runAll();
-    result.changes = import.changes();
-    result.firstError = import.firstError();
+    auto result = std::make_unique<Imported>();
+    ImportPlanner planner(
+        workbook, result->catalogue, allColumnsLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan plan = planner.takePlan();
+    applyImportPlan(plan, result->catalogue, result->products, EnUs);
+    result->changes = plan.addedCount();
+    result->firstError = plan.firstError;
     return result;
 }
 
@@ -151,18 +162,18 @@ TEST(WorkbookReaders, EveryFormatGivesTheSameCatalogueByteForByte)
 {
     const auto reference = openData("values.xlsx");
     ASSERT_TRUE(reference);
-    const Imported fromXlsx = importAll(*reference);
-    EXPECT_EQ(fromXlsx.changes, 10);
-    const QByteArray bytes = catalogueBytes(fromXlsx.catalogue);
+    const auto fromXlsx = importAll(*reference);
+    EXPECT_EQ(fromXlsx->changes, 10);
+    const QByteArray bytes = catalogueBytes(fromXlsx->catalogue);
     for (const char *name : ValuesWorkbooks) {
         const auto workbook = openData(name);
         ASSERT_TRUE(workbook);
-        const Imported imported = importAll(*workbook);
-        EXPECT_EQ(imported.changes, 10) << name;
-        EXPECT_EQ(catalogueBytes(imported.catalogue), bytes) << name;
+        const auto imported = importAll(*workbook);
+        EXPECT_EQ(imported->changes, 10) << name;
+        EXPECT_EQ(catalogueBytes(imported->catalogue), bytes) << name;
         // The error cells are counted for the message about errors in the sheet.
-        ASSERT_TRUE(imported.firstError.has_value()) << name;
-        EXPECT_EQ(imported.firstError->number(), ErrorNumber::TypeMismatch) << name;
+        ASSERT_TRUE(imported->firstError.has_value()) << name;
+        EXPECT_EQ(imported->firstError->number(), ErrorNumber::TypeMismatch) << name;
     }
 }
 
@@ -170,36 +181,38 @@ TEST(WorkbookReaders, ErrorCellsArriveEmptyAndTheRestOfTheRowIsImported)
 {
     const auto workbook = openData("values.xls");
     ASSERT_TRUE(workbook);
-    const Imported imported = importAll(*workbook);
-    const int row = imported.catalogue.find(P::PartNumber, Cell(QStringLiteral("P0004")), 1);
+    const auto imported = importAll(*workbook);
+    const Table &catalogue = imported->catalogue;
+    const int row = catalogue.find(P::PartNumber, Cell(QStringLiteral("P0004")), 1);
     ASSERT_GE(row, 1);
-    EXPECT_TRUE(imported.catalogue.get(row, P::Price).isEmpty()) << "no price from #DIV/0!";
-    EXPECT_EQ(imported.catalogue.get(row, P::Notes).asText(), "");
-    EXPECT_EQ(imported.catalogue.get(row, P::Includes).asText(), "");
-    EXPECT_EQ(imported.catalogue.get(row, P::PricePoint2).asText(), "12.50");
-    EXPECT_EQ(imported.catalogue.get(row, P::Price5).asText(), "say \"hi\"");
+    EXPECT_TRUE(catalogue.get(row, P::Price).isEmpty()) << "no price from #DIV/0!";
+    EXPECT_EQ(catalogue.get(row, P::Notes).asText(), "");
+    EXPECT_EQ(catalogue.get(row, P::Includes).asText(), "");
+    EXPECT_EQ(catalogue.get(row, P::PricePoint2).asText(), "12.50");
+    EXPECT_EQ(catalogue.get(row, P::Price5).asText(), "say \"hi\"");
 }
 
 TEST(WorkbookReaders, TheExportComesBackUnderItsExcelName)
 {
     const auto workbook = openData("values.ods");
     ASSERT_TRUE(workbook);
-    const Imported original = importAll(*workbook);
+    const auto imported = importAll(*workbook);
+    const Table &original = imported->catalogue;
     QTemporaryDir folder;
     ASSERT_TRUE(folder.isValid());
     QFile file(folder.filePath(QStringLiteral("export.xls")));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(SpreadsheetExport::exportBytes(original.catalogue, EnUs));
+    file.write(SpreadsheetExport::exportBytes(original, EnUs));
     file.close();
     const WorkbookOpenResult exported = openWorkbook(file.fileName());
     ASSERT_TRUE(exported.workbook) << exported.errorNumber;
-    const Imported back = importAll(*exported.workbook);
-    ASSERT_EQ(back.changes, original.changes);
-    for (int row = 1; row <= original.catalogue.rowCount(); ++row) {
-        const QString part = original.catalogue.get(row, P::PartNumber).asText();
+    const auto back = importAll(*exported.workbook);
+    ASSERT_EQ(back->changes, imported->changes);
+    for (int row = 1; row <= original.rowCount(); ++row) {
+        const QString part = original.get(row, P::PartNumber).asText();
         for (int field = 1; field <= P::FieldCount; ++field) {
-            const Cell &before = original.catalogue.get(row, field);
-            const Cell &after = back.catalogue.get(row, field);
+            const Cell &before = original.get(row, field);
+            const Cell &after = back->catalogue.get(row, field);
             if (part == "P0001" && field >= P::Includes) {
                 // The export writes a tab inside a field as it stands, which starts a new cell:
                 // the includes text "Cable<tab>Plug" moves the fields after it one to the right.
@@ -209,11 +222,11 @@ TEST(WorkbookReaders, TheExportComesBackUnderItsExcelName)
             EXPECT_EQ(after.isNumber(), before.isNumber()) << qPrintable(part) << " " << field;
         }
     }
-    const int p0001 = back.catalogue.find(P::PartNumber, Cell(QStringLiteral("P0001")), 1);
+    const int p0001 = back->catalogue.find(P::PartNumber, Cell(QStringLiteral("P0001")), 1);
     ASSERT_GE(p0001, 1);
-    EXPECT_EQ(back.catalogue.get(p0001, P::Includes).asText(), "Cable");
-    EXPECT_EQ(back.catalogue.get(p0001, P::PricePoint1).asText(), "Plug");
-    EXPECT_EQ(back.catalogue.get(p0001, P::Price1).asText(), "10");
+    EXPECT_EQ(back->catalogue.get(p0001, P::Includes).asText(), "Cable");
+    EXPECT_EQ(back->catalogue.get(p0001, P::PricePoint1).asText(), "Plug");
+    EXPECT_EQ(back->catalogue.get(p0001, P::Price1).asText(), "10");
 }
 
 TEST(WorkbookReaders, TabSeparatedTextSavedWithQuotesIsUnquoted)

@@ -1,5 +1,6 @@
 # Runs one fuzz target as a CTest test (see TarnwickFuzz.cmake): cmake -DFUZZER=… -DNAME=…
-# -DCORPUS=… -DFINDINGS=… -DREGRESSIONS=… -DOPTIONS=a|b -DSEEDS=a|b -P RunFuzzer.cmake
+# -DCORPUS=… -DFINDINGS=… -DREGRESSIONS=… -DOPTIONS=a|b -DSEEDS=a|b [-DFULL_STACKS=ON]
+# -P RunFuzzer.cmake
 # Any finding (crash, leak, undefined behaviour, time-out, memory) fails the test, and the input
 # that caused it stays in FINDINGS; its path is printed with what to do with it.
 string(REPLACE "|" ";" options "${OPTIONS}")
@@ -13,8 +14,16 @@ endforeach()
 file(MAKE_DIRECTORY "${CORPUS}" "${FINDINGS}")
 file(GLOB earlier "${FINDINGS}/*")
 
-set(ENV{ASAN_OPTIONS} "detect_leaks=1:detect_stack_use_after_return=0:symbolize=1")
+set(asan_options "detect_leaks=1:detect_stack_use_after_return=0:symbolize=1")
+if(FULL_STACKS)
+    set(asan_options "${asan_options}:fast_unwind_on_malloc=0")
+endif()
+set(ENV{ASAN_OPTIONS} "${asan_options}")
 set(ENV{UBSAN_OPTIONS} "halt_on_error=1:print_stacktrace=1")
+# The leaks inside third-party libraries the test builds know of (libgsf's on refusing a damaged
+# compound document); the project's own code is never listed there.
+set(ENV{LSAN_OPTIONS}
+    "suppressions=${CMAKE_CURRENT_LIST_DIR}/../scripts/lsan.supp:print_suppressions=0")
 execute_process(COMMAND "${FUZZER}" ${options} "-artifact_prefix=${FINDINGS}/" "${CORPUS}"
                         ${folders}
                 RESULT_VARIABLE result)

@@ -3,7 +3,11 @@
 # fuzz target and a CTest test (label "fuzz") that runs it for TARNWICK_FUZZ_SECONDS. Without
 # the option the calls do nothing, so they stand in fuzz/CMakeLists.txt unconditionally.
 #
-#   tarnwick_add_fuzzer(<name> <source> [MAX_LEN <bytes>] [DICT <file>] [SEEDS <folder>...])
+#   tarnwick_add_fuzzer(<name> <source> [MAX_LEN <bytes>] [DICT <file>] [SEEDS <folder>...]
+#                       [FULL_STACKS])
+#
+# FULL_STACKS: the target reaches a library built without frame pointers whose known leaks
+# (scripts/lsan.supp) are recognised only by an allocation's whole stack, which costs speed.
 #
 # <source> defines LLVMFuzzerTestOneInput, usually by calling tarnwick::fuzzing::fuzzOne with
 # <name> (see fuzz/fuzzentries.h, where the target's entry is listed so that the inputs kept in
@@ -26,7 +30,7 @@ function(tarnwick_add_fuzzer name source)
     if(NOT TARNWICK_BUILD_FUZZERS)
         return()
     endif()
-    cmake_parse_arguments(PARSE_ARGV 2 FUZZ "" "MAX_LEN;DICT" "SEEDS")
+    cmake_parse_arguments(PARSE_ARGV 2 FUZZ "FULL_STACKS" "MAX_LEN;DICT" "SEEDS")
     if(NOT FUZZ_MAX_LEN)
         set(FUZZ_MAX_LEN 16384)
     endif()
@@ -53,6 +57,7 @@ function(tarnwick_add_fuzzer name source)
                      -DFINDINGS=${CMAKE_BINARY_DIR}/fuzz/findings/${name}
                      -DREGRESSIONS=${PROJECT_SOURCE_DIR}/fuzz/regressions/${name}
                      "-DOPTIONS=${options}" "-DSEEDS=${seeds}"
+                     -DFULL_STACKS=${FUZZ_FULL_STACKS}
                      -P ${PROJECT_SOURCE_DIR}/cmake/RunFuzzer.cmake)
     math(EXPR timeout "${TARNWICK_FUZZ_SECONDS} + 120")
     set_tests_properties(fuzz.${name} PROPERTIES LABELS fuzz TIMEOUT ${timeout})

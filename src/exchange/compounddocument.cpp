@@ -19,15 +19,16 @@ struct GObjectRelease
 };
 template <typename T> using GsfPointer = std::unique_ptr<T, GObjectRelease>;
 
-/// libgsf warns on standard error about the damage it meets; a damaged file is this program's
-/// ordinary business, reported by the result alone.
+/// libgsf warns on standard error about the damage it meets (and reports the checks a damaged
+/// directory fails as critical); a damaged file is this program's ordinary business, reported
+/// by the result alone.
 void quietCompoundDocumentWarnings()
 {
     static const bool quiet = [] {
         g_log_set_handler(
             "libgsf:msole",
-            GLogLevelFlags(
-                G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE | G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG),
+            GLogLevelFlags(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE
+                | G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG),
             [](const gchar *, GLogLevelFlags, const gchar *, gpointer) {}, nullptr);
         return true;
     }();

@@ -25,11 +25,12 @@ template <typename T> using GsfPointer = std::unique_ptr<T, GObjectRelease>;
 void quietCompoundDocumentWarnings()
 {
     static const bool quiet = [] {
-        g_log_set_handler(
-            "libgsf:msole",
-            GLogLevelFlags(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE
-                | G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG),
-            [](const gchar *, GLogLevelFlags, const gchar *, gpointer) {}, nullptr);
+        const auto levels = GLogLevelFlags(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING
+            | G_LOG_LEVEL_MESSAGE | G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG);
+        const GLogFunc ignore = [](const gchar *, GLogLevelFlags, const gchar *, gpointer) {};
+        g_log_set_handler("libgsf:msole", levels, ignore, nullptr);
+        // The storage itself warns without a domain of its own about a child it cannot open.
+        g_log_set_handler(nullptr, GLogLevelFlags(G_LOG_LEVEL_WARNING), ignore, nullptr);
         return true;
     }();
     Q_UNUSED(quiet);

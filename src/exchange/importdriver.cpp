@@ -1,5 +1,7 @@
 #include "exchange/importdriver.h"
 
+#include "catalogue/productchanges.h"
+#include "catalogue/productrecord.h"
 #include "exchange/workbook.h"
 #include "exchange/workbookimport.h"
 
@@ -34,8 +36,9 @@ void ImportDriver::start(
         Q_EMIT finished(0);
         return;
     }
+    m_added.redim(0, ProductRecord::FieldCount);
     m_import = std::make_unique<WorkbookImport>(
-        *m_workbook, m_catalogue, letters, firstRowHasHeaders, m_locale);
+        *m_workbook, m_catalogue, m_added, letters, firstRowHasHeaders, m_locale);
     m_timer.start();
 }
 
@@ -94,7 +97,15 @@ void ImportDriver::finish()
     m_lastRow = m_import->currentRow();
     m_import.reset();
     m_workbook.reset();
-    finishImport(m_catalogue, m_products, changes, m_locale);
+    ProductChanges found;
+    found.added = std::move(m_added);
+    m_added = Table();
+    if (m_apply) {
+        m_apply(std::move(found));
+    } else {
+        m_catalogue.insertTable(m_catalogue.rowCount() + 1, std::move(found.added));
+        finishImport(m_catalogue, m_products, changes, m_locale);
+    }
     Q_EMIT finished(changes);
 }
 

@@ -1,25 +1,30 @@
 #pragma once
 
+#include "catalogue/table.h"
+
 #include <QLocale>
 #include <QObject>
 #include <QString>
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace tarnwick {
 
 class IWorkbook;
 class Products;
-class Table;
+struct ProductChanges;
 class WorkbookImport;
 
 /// Runs a workbook import while the event loop keeps going: every pass of the loop handles
 /// rows for about BatchTime, so the import window stays responsive, its caption can change and
 /// it can be closed, and nothing is repainted per row. Stopping takes effect after the row in
-/// hand; what was added so far is kept. At the end the added products are counted into Count
-/// and the catalogue is sorted on the part number, as at start-up.
+/// hand; what was added so far is kept. The new products are gathered in a table of their own
+/// and put into the catalogue at the end, all at once: by the owner's apply function (which
+/// makes the import one step of its history), or else appended, counted into Count and the
+/// catalogue sorted on the part number, as at start-up.
 class ImportDriver : public QObject
 {
     Q_OBJECT
@@ -48,6 +53,10 @@ public:
     /// one row per pass).
     void setBatchTime(std::chrono::milliseconds time) { m_batchTime = time; }
 
+    /// Puts what an import found into the catalogue (and sorts it on the part number).
+    using Apply = std::function<void(ProductChanges changes)>;
+    void setApply(Apply apply) { m_apply = std::move(apply); }
+
 Q_SIGNALS:
     /// A row could not be read completely; sent once per import. The rest is still handled.
     void rowsFailed();
@@ -64,6 +73,9 @@ private:
     QTimer m_timer;
     std::unique_ptr<IWorkbook> m_workbook;
     std::unique_ptr<WorkbookImport> m_import;
+    /// The products found so far, fifteen fields each.
+    Table m_added;
+    Apply m_apply;
     std::chrono::milliseconds m_batchTime = BatchTime;
     int m_lastRow = 0;
     bool m_failureReported = false;

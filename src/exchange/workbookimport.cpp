@@ -21,15 +21,23 @@ int columnOf(QChar letter)
 
 WorkbookImport::WorkbookImport(const IWorkbook &workbook, Table &catalogue, const QString &letters,
     bool firstRowHasHeaders, const QLocale &locale)
-    : m_workbook(workbook), m_catalogue(catalogue), m_letters(letters), m_locale(locale),
+    : WorkbookImport(workbook, catalogue, catalogue, letters, firstRowHasHeaders, locale)
+{
+}
+
+WorkbookImport::WorkbookImport(const IWorkbook &workbook, const Table &catalogue, Table &added,
+    const QString &letters, bool firstRowHasHeaders, const QLocale &locale)
+    : m_workbook(workbook), m_target(added), m_letters(letters), m_locale(locale),
       m_row(firstRowHasHeaders ? 2 : 1)
 {
     m_done = m_letters.size() != ColumnMapping::ListCount
         || ColumnMapping::isUnread(m_letters[ColumnMapping::PartNumberList]);
-    m_partNumbers.reserve(m_catalogue.rowCount());
+    if (&added != &catalogue && added.fieldCount() != ProductRecord::FieldCount)
+        added.redim(0, ProductRecord::FieldCount);
+    m_partNumbers.reserve(catalogue.rowCount());
     // From the last row up, so the first entry of a repeated part number wins.
-    for (int row = m_catalogue.rowCount(); row >= 1; --row) {
-        const Cell &part = m_catalogue.get(row, ProductRecord::PartNumber);
+    for (int row = catalogue.rowCount(); row >= 1; --row) {
+        const Cell &part = catalogue.get(row, ProductRecord::PartNumber);
         if (part.isText()) {
             m_partNumbers.insert(part.asText(), row);
         }
@@ -88,23 +96,23 @@ void WorkbookImport::runAll()
 void WorkbookImport::addProduct(const QString &partNumber)
 {
     namespace P = ProductRecord;
-    const int row = m_catalogue.rowCount() + 1;
-    m_catalogue.insertRows(row);
+    const int row = m_target.rowCount() + 1;
+    m_target.insertRows(row);
     ++m_changes;
     m_partNumbers.insert(partNumber, row);
-    m_catalogue.put(row, P::PartNumber, partNumber);
+    m_target.put(row, P::PartNumber, partNumber);
     QString name = cell(ColumnMapping::ProductNameList);
     if (name.isEmpty()) {
         name = MissingName;
     }
-    m_catalogue.put(row, P::ProductName, name.left(MaxNameLength));
+    m_target.put(row, P::ProductName, name.left(MaxNameLength));
     for (int index = 2; index < ColumnMapping::ListCount; ++index) {
         const int field = ColumnMapping::catalogueField(index);
         const QString text = cell(index);
         if (field != P::Price) {
-            m_catalogue.put(row, field, text);
+            m_target.put(row, field, text);
         } else if (const auto price = conv::parseNumber(text, m_locale)) {
-            m_catalogue.put(row, field, float(*price));
+            m_target.put(row, field, float(*price));
         }
     }
 }

@@ -25,6 +25,10 @@ public:
     /// skips row 1.
     WorkbookImport(const IWorkbook &workbook, Table &catalogue, const QString &letters,
         bool firstRowHasHeaders, const QLocale &locale);
+    /// As above, the new products going to the end of added (fifteen fields) while the
+    /// catalogue is only read, so the whole import can be put into the catalogue at once.
+    WorkbookImport(const IWorkbook &workbook, const Table &catalogue, Table &added,
+        const QString &letters, bool firstRowHasHeaders, const QLocale &locale);
 
     /// Handles the current row. Returns false once the import is over: the row's part number
     /// was empty, or the letter table cannot be used. A cell that cannot be read is taken as
@@ -51,7 +55,8 @@ private:
     void addProduct(const QString &partNumber);
 
     const IWorkbook &m_workbook;
-    Table &m_catalogue;
+    /// Where the new products go: the catalogue itself, or a table of their own.
+    Table &m_target;
     QString m_letters;
     QLocale m_locale;
     QHash<QString, int> m_partNumbers;

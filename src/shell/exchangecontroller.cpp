@@ -1,9 +1,12 @@
 #include "shell/exchangecontroller.h"
 
 #include "catalogue/module1.h"
+#include "catalogue/productchanges.h"
+#include "commands/catalogueedits.h"
 #include "exchange/exchangecommands.h"
 #include "exchange/handheldexport.h"
 #include "exchange/handheldsend.h"
+#include "exchange/importdriver.h"
 #include "exchange/ui/frmupdate.h"
 #include "exchange/ui/workbookreaddialog.h"
 #include "platform/appenvironment.h"
@@ -21,10 +24,10 @@
 namespace tarnwick {
 
 ExchangeController::ExchangeController(const AppServices &services, Module1 &module,
-    MainWindowUi &ui, ProductGridController &grid, QAction *editButton, QToolBar *toolBar,
-    QMainWindow *owner)
-    : QObject(owner), m_services(services), m_module(module), m_ui(ui), m_grid(grid),
-      m_editButton(editButton), m_toolBar(toolBar), m_owner(owner)
+    EditHistory &history, MainWindowUi &ui, ProductGridController &grid, QAction *editButton,
+    QToolBar *toolBar, QMainWindow *owner)
+    : QObject(owner), m_services(services), m_module(module), m_history(history), m_ui(ui),
+      m_grid(grid), m_editButton(editButton), m_toolBar(toolBar), m_owner(owner)
 {
 }
 
@@ -116,6 +119,10 @@ void ExchangeController::showImportWindow(WorkbookOpenResult workbook)
     m_update = new FrmUpdate(m_services, m_module.Catalogue(), m_module.AllProducts(),
         m_module.locale(), std::move(workbook), m_owner);
     m_update->setAttribute(Qt::WA_DeleteOnClose);
+    // The whole import is one step: it can be undone at once.
+    m_update->importDriver().setApply([this](ProductChanges changes) {
+        CatalogueEdits::import(m_history, m_grid.currentView(), std::move(changes));
+    });
     connect(
         m_update, &FrmUpdate::catalogueChanged, this, &ExchangeController::showImportedCatalogue);
     connect(m_update, &FrmUpdate::unloaded, this, [this] { setMainWindowBusy(false); });
@@ -142,7 +149,6 @@ void ExchangeController::setMainWindowBusy(bool busy)
 
 void ExchangeController::showImportedCatalogue()
 {
-    m_module.SortedByPart = true;
     m_grid.MainRefresh(false);
     m_grid.moveToRow(0);
 }

@@ -1,6 +1,7 @@
 #include "shell/frmmain.h"
 
 #include "catalogue/module1.h"
+#include "commands/edithistory.h"
 #include "core/conversions.h"
 #include "core/errortrap.h"
 #include "platform/appenvironment.h"
@@ -11,6 +12,7 @@
 #include "shell/documentscontroller.h"
 #include "shell/exchangecontroller.h"
 #include "shell/gridview.h"
+#include "shell/historycontroller.h"
 #include "shell/mainwindowactions.h"
 #include "shell/passwordlock.h"
 #include "shell/productgridcontroller.h"
@@ -49,14 +51,16 @@ frmMain::frmMain(
     setWindowTitle(QStringLiteral("Tarnwick[*]"));
     m_ui.setupUi(this);
     m_actions = std::make_unique<MainWindowActions>(this);
-    m_grid =
-        new ProductGridController(services, module, m_ui, m_actions->button(QStringLiteral("Edit")),
-            m_actions->mnuMainGrid(), m_actions->mnups(), this);
-    m_quote = new QuoteController(services, module, m_ui, m_actions->mnuQuote(), this);
+    m_history = new EditHistory(module, this);
+    m_grid = new ProductGridController(services, module, *m_history, m_ui,
+        m_actions->button(QStringLiteral("Edit")), m_actions->mnuMainGrid(), m_actions->mnups(),
+        this);
+    m_quote = new QuoteController(services, module, *m_history, m_ui, m_actions->mnuQuote(), this);
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
-    m_exchange = new ExchangeController(services, module, m_ui, *m_grid,
+    m_exchange = new ExchangeController(services, module, *m_history, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
-    m_save = new SaveController(services, module, m_catalogue, *m_grid, m_ui, this);
+    m_save = new SaveController(services, module, m_catalogue, *m_history, *m_grid, m_ui, this);
+    connectUndoItems();
     connectHandlers();
     watchMouse();
     exposeObjectNames(this);
@@ -74,6 +78,8 @@ frmMain::~frmMain()
         box->removeEventFilter(this);
         disconnect(box, nullptr, this, nullptr);
     }
+    delete m_undo; // no more keys through its filter
+    m_undo = nullptr;
     delete m_grid;
     m_grid = nullptr;
     delete m_quote;
@@ -130,7 +136,6 @@ void frmMain::connectTemplateItems()
     on("mnuFileSaveAll", &frmMain::mnuFileSaveAll_Click);
     on("mnuFileProperties", &frmMain::mnuFileProperties_Click);
     on("mnuFileSend", &frmMain::mnuFileSend_Click);
-    on("mnuEditUndo", &frmMain::mnuEditUndo_Click);
     on("mnuEditCut", &frmMain::mnuEditCut_Click);
     on("mnuEditPaste", &frmMain::mnuEditPaste_Click);
     on("mnuEditPasteSpecial", &frmMain::mnuEditPasteSpecial_Click);
@@ -567,10 +572,6 @@ void frmMain::mnuFileProperties_Click()
 void frmMain::mnuFileSend_Click()
 {
     addCodeMessage("mnuFileSend_Click");
-}
-void frmMain::mnuEditUndo_Click()
-{
-    addCodeMessage("mnuEditUndo_Click");
 }
 void frmMain::mnuEditCut_Click()
 {

@@ -75,7 +75,7 @@ TEST_F(MainWindowTest, TemplateMenuItemsAskForTheirCode)
 {
     frmMain *window = startAndWait();
     const QStringList handlers { "mnuFileNew", "mnuFileSaveAll", "mnuFileProperties", "mnuFileSend",
-        "mnuEditUndo", "mnuEditCut", "mnuEditPaste", "mnuEditPasteSpecial", "mnuViewRefresh",
+        "mnuEditCut", "mnuEditPaste", "mnuEditPasteSpecial", "mnuViewRefresh",
         "mnuViewWebBrowser" };
     for (const QString &name : handlers)
         window->actions().action(name)->trigger();

@@ -1,5 +1,6 @@
 // The import driven by the event loop: whole sheets, a stop between rows, rows that cannot be
 // read and a workbook that cannot be opened again.
+#include "catalogue/productchanges.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/products.h"
 #include "catalogue/table.h"
@@ -143,6 +144,41 @@ TEST_F(ImportDriverTest, ASheetThatNeverReadsEndsTheImport)
     EXPECT_EQ(failed.size(), 1);
     EXPECT_EQ(finished.first().first().toInt(), 0);
     EXPECT_EQ(driver.currentRow(), 2 + WorkbookImport::MaxUnreadableRows);
+}
+
+TEST_F(ImportDriverTest, TheOwnersApplyTakesEveryProductFoundAtOnceAndTheCatalogueWaits)
+{
+    std::vector<ProductChanges> applied;
+    driver.setApply([&](ProductChanges changes) {
+        EXPECT_EQ(catalogue.rowCount(), 1) << "nothing was added while the import ran";
+        applied.push_back(std::move(changes));
+    });
+    driver.start(
+        std::make_unique<GeneratedWorkbook>(30, std::vector<int> {}), partAndNameLetters(), true);
+    ASSERT_TRUE(waitForTheEnd());
+    ASSERT_EQ(applied.size(), 1u);
+    const Table &added = applied[0].added;
+    ASSERT_EQ(added.rowCount(), 29) << "rows 2 to 30";
+    EXPECT_EQ(added.fieldCount(), P::FieldCount);
+    EXPECT_EQ(added.get(1, P::PartNumber).asText(), "P-2");
+    EXPECT_EQ(added.get(29, P::ProductName).asText(), "Name 30");
+    EXPECT_TRUE(applied[0].updated.empty());
+    EXPECT_EQ(catalogue.rowCount(), 1) << "the apply puts them in, not the driver";
+    EXPECT_EQ(products.Count(), 1);
+    ASSERT_EQ(finished.size(), 1);
+    EXPECT_EQ(finished.first().first().toInt(), 29);
+}
+
+TEST_F(ImportDriverTest, AStoppedImportAppliesWhatItFoundSoFar)
+{
+    int applied = -1;
+    driver.setApply([&](ProductChanges changes) { applied = changes.added.rowCount(); });
+    driver.start(std::make_unique<GeneratedWorkbook>(100000, std::vector<int> {}),
+        partAndNameLetters(), true);
+    driver.runBatch(std::chrono::milliseconds(0));
+    driver.runBatch(std::chrono::milliseconds(0));
+    driver.stop();
+    EXPECT_EQ(applied, 2);
 }
 
 TEST_F(ImportDriverTest, NoWorkbookChangesNothing)

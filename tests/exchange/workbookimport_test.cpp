@@ -194,6 +194,25 @@ TEST(WorkbookImport, AddsNewRowsUntilTheFirstEmptyPartNumber)
     EXPECT_EQ(result->catalogue.find(P::PartNumber, "ZZ-9"), 0);
 }
 
+TEST(WorkbookImport, NewProductsCanGoToATableOfTheirOwn)
+{
+    Table catalogue(1, P::FieldCount);
+    catalogue.put(1, P::PartNumber, "AB-101");
+    Table added;
+    const auto workbook = open("sample.xls");
+    ASSERT_NE(workbook, nullptr);
+    WorkbookImport import(*workbook, catalogue, added, sampleLetters(), true, EnUs);
+    import.runAll();
+    EXPECT_EQ(import.changes(), 3) << "AB-100, the long name and OLD-1; AB-101 is there";
+    EXPECT_EQ(catalogue.rowCount(), 1) << "the catalogue is only read";
+    ASSERT_EQ(added.rowCount(), 3);
+    EXPECT_EQ(added.fieldCount(), P::FieldCount);
+    EXPECT_EQ(rowTexts(added, 1),
+        (QStringList { "AB-100", "Widget", "#12.5", "Red only", "Cable", "10", "11.5", "", "", "",
+            "", "", "", "", "" }));
+    EXPECT_EQ(added.get(3, P::PartNumber).asText(), "OLD-1");
+}
+
 TEST(WorkbookImport, HeaderRowIsImportedWhenNotIgnored)
 {
     const auto result = importSample("sample.xls", false);

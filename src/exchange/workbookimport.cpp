@@ -27,7 +27,7 @@ WorkbookImport::WorkbookImport(const IWorkbook &workbook, Table &catalogue, cons
 
 WorkbookImport::WorkbookImport(const IWorkbook &workbook, const Table &catalogue, Table &added,
     const QString &letters, bool firstRowHasHeaders, const QLocale &locale)
-    : m_workbook(workbook), m_target(added), m_letters(letters), m_locale(locale),
+    : m_workbook(workbook), m_catalogue(added), m_letters(letters), m_locale(locale),
       m_row(firstRowHasHeaders ? 2 : 1)
 {
     m_done = m_letters.size() != ColumnMapping::ListCount
@@ -96,23 +96,23 @@ void WorkbookImport::runAll()
 void WorkbookImport::addProduct(const QString &partNumber)
 {
     namespace P = ProductRecord;
-    const int row = m_target.rowCount() + 1;
-    m_target.insertRows(row);
+    const int row = m_catalogue.rowCount() + 1;
+    m_catalogue.insertRows(row);
     ++m_changes;
     m_partNumbers.insert(partNumber, row);
-    m_target.put(row, P::PartNumber, partNumber);
+    m_catalogue.put(row, P::PartNumber, partNumber);
     QString name = cell(ColumnMapping::ProductNameList);
     if (name.isEmpty()) {
         name = MissingName;
     }
-    m_target.put(row, P::ProductName, name.left(MaxNameLength));
+    m_catalogue.put(row, P::ProductName, name.left(MaxNameLength));
     for (int index = 2; index < ColumnMapping::ListCount; ++index) {
         const int field = ColumnMapping::catalogueField(index);
         const QString text = cell(index);
         if (field != P::Price) {
-            m_target.put(row, field, text);
+            m_catalogue.put(row, field, text);
         } else if (const auto price = conv::parseNumber(text, m_locale)) {
-            m_target.put(row, field, float(*price));
+            m_catalogue.put(row, field, float(*price));
         }
     }
 }

@@ -56,7 +56,7 @@ private:
 
     const IWorkbook &m_workbook;
     /// Where the new products go: the catalogue itself, or a table of their own.
-    Table &m_target;
+    Table &m_catalogue;
     QString m_letters;
     QLocale m_locale;
     QHash<QString, int> m_partNumbers;

@@ -3,19 +3,23 @@
 // beside the floor (floorworkbook.h: the fastest plain read of the same cells) and beside
 // LibreOffice converting the same workbook to CSV. Measured: the floor, the program's reader in
 // this process, the read through the reader process (the child reads, the wire carries the
-// cells, this process decodes them), and the whole import (that read, then the rows added and
-// the catalogue sorted). The workbooks are made once by LibreOffice ("soffice" on the PATH) and
-// kept in the temporary folder for later runs.
+// cells, this process decodes them), and the whole import (that read, then the import planned
+// and made one step of the history of changes: the rows added and the catalogue sorted). The
+// workbooks are made once by LibreOffice ("soffice" on the PATH) and kept in the temporary folder
+// for later runs.
 //
 //     tarnwick_exchange_bench [--benchmark_repetitions=3]
 //     tarnwick_exchange_bench --measure-import <workbook>   one import: seconds and peak memory
 //                                                           of this process and of the reader
 #include "floorworkbook.h"
 
+#include "catalogue/module1.h"
 #include "catalogue/products.h"
 #include "catalogue/table.h"
+#include "commands/catalogueedits.h"
+#include "commands/edithistory.h"
 #include "exchange/columnmapping.h"
-#include "exchange/importapply.h"
+#include "exchange/importchanges.h"
 #include "exchange/importplan.h"
 #include "exchange/sheetcells.h"
 #include "exchange/workbook.h"
@@ -132,18 +136,34 @@ void fillCatalogue(Table &table)
     }
 }
 
-/// The whole import of a workbook into a catalogue of 10,000 products; the products added.
-int importWorkbook(const QString &path, Table &catalogue, Products &products)
+/// A catalogue of 10,000 products with its history of changes, as the program holds them.
+struct Program
+{
+    Program(IPrompts &prompts, const AppEnvironment &environment)
+        : module(prompts, environment, EnUs), history(module)
+    {
+        fillCatalogue(module.Catalogue());
+        module.AllProducts().setCount(CatalogueProducts);
+    }
+    Module1 module;
+    EditHistory history;
+};
+
+/// The whole import of a workbook into the catalogue, as the program makes it; the products
+/// added.
+int importWorkbook(const QString &path, Program &program)
 {
     WorkbookOpenResult read = WorkbookReaderProcess::read(path);
     if (!read.workbook)
         return -1;
+    Table &catalogue = program.module.Catalogue();
     ImportPlanner planner(
         *read.workbook, catalogue, allColumnsLetters(), true, ImportAction::AddNew, EnUs);
     planner.runAll();
-    const ImportPlan plan = planner.takePlan();
-    applyImportPlan(plan, catalogue, products, EnUs);
-    return plan.addedCount();
+    ImportPlan plan = planner.takePlan();
+    const int added = plan.addedCount();
+    CatalogueEdits::import(program.history, {}, importChanges(std::move(plan), catalogue));
+    return added;
 }
 
 bool skipWithoutWorkbook(benchmark::State &state, const QString &path)
@@ -205,16 +225,12 @@ void BM_Import(benchmark::State &state, const char *format)
     const AppEnvironment environment(QDir::tempPath(), QString());
     for (auto _ : state) {
         state.PauseTiming();
-        auto catalogue = std::make_unique<Table>();
-        fillCatalogue(*catalogue);
-        auto products = std::make_unique<Products>(*catalogue, prompts, environment, EnUs);
-        products->setCount(CatalogueProducts);
+        auto program = std::make_unique<Program>(prompts, environment);
         state.ResumeTiming();
-        if (importWorkbook(path, *catalogue, *products) != rowsOf(QString::fromLatin1(format)))
+        if (importWorkbook(path, *program) != rowsOf(QString::fromLatin1(format)))
             state.SkipWithError("the import did not add every row");
         state.PauseTiming();
-        products.reset();
-        catalogue.reset();
+        program.reset();
         state.ResumeTiming();
     }
 }
@@ -302,15 +318,12 @@ int measureImport(const QString &path)
 {
     SilentPrompts prompts;
     const AppEnvironment environment(QDir::tempPath(), QString());
-    Table catalogue;
-    fillCatalogue(catalogue);
-    Products products(catalogue, prompts, environment, EnUs);
-    products.setCount(CatalogueProducts);
+    Program program(prompts, environment);
     rusage before {};
     getrusage(RUSAGE_SELF, &before);
     QElapsedTimer clock;
     clock.start();
-    const int added = importWorkbook(path, catalogue, products);
+    const int added = importWorkbook(path, program);
     const qint64 ms = clock.elapsed();
     rusage self {};
     rusage children {};

@@ -2,12 +2,15 @@
 // every format (and the variants other programs write) give the same cells, each as the rules
 // say, and the same catalogue byte for byte.
 #include "catalogue/cataloguewriter.h"
+#include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/products.h"
 #include "catalogue/table.h"
+#include "commands/catalogueedits.h"
+#include "commands/edithistory.h"
 #include "core/celltext.h"
 #include "exchange/columnmapping.h"
-#include "exchange/importapply.h"
+#include "exchange/importchanges.h"
 #include "exchange/importplan.h"
 #include "exchange/sheetcells.h"
 #include "exchange/spreadsheetexport.h"
@@ -109,25 +112,28 @@ QString allColumnsLetters()
 
 struct Imported
 {
-    Table catalogue { 0, P::FieldCount };
     test::FakePrompts prompts;
     AppEnvironment environment { QString(), QString() };
-    Products products { catalogue, prompts, environment, EnUs };
+    Module1 module { prompts, environment, EnUs };
+    Table &catalogue = module.Catalogue();
+    EditHistory history { module };
     int changes = 0;
     std::optional<VbError> firstError;
 };
 
-/// Adds the sheet's products to an empty catalogue, as "Add new products" does.
+/// Adds the sheet's products to an empty catalogue, as "Add new products" does: planned, then
+/// made one step of the history of changes.
 std::unique_ptr<Imported> importAll(const IWorkbook &workbook)
 {
     auto result = std::make_unique<Imported>();
+    result->catalogue.redim(0, P::FieldCount);
     ImportPlanner planner(
         workbook, result->catalogue, allColumnsLetters(), true, ImportAction::AddNew, EnUs);
     planner.runAll();
-    const ImportPlan plan = planner.takePlan();
-    applyImportPlan(plan, result->catalogue, result->products, EnUs);
+    ImportPlan plan = planner.takePlan();
     result->changes = plan.addedCount();
     result->firstError = plan.firstError;
+    CatalogueEdits::import(result->history, {}, importChanges(std::move(plan), result->catalogue));
     return result;
 }
 

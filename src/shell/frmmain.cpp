@@ -8,11 +8,13 @@
 #include "platform/iclipboard.h"
 #include "platform/iprompts.h"
 #include "shell/accessiblenames.h"
+#include "shell/columnwidths.h"
 #include "shell/documentscontroller.h"
 #include "shell/editcontroller.h"
 #include "shell/exchangecontroller.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
+#include "shell/panefocus.h"
 #include "shell/passwordlock.h"
 #include "shell/productgridcontroller.h"
 #include "shell/quotecontroller.h"
@@ -59,6 +61,7 @@ frmMain::frmMain(
     m_save = new SaveController(services, module, m_catalogue, *m_grid, m_ui, this);
     m_edit = new EditController(services.clipboard, this);
     connectHandlers();
+    new PaneFocus(m_ui, this);
     watchMouse();
     m_edit->watch();
     exposeObjectNames(this);
@@ -172,8 +175,7 @@ std::optional<VbError> frmMain::Form_Load()
     m_catalogue.load();
     m_grid->bind(Twips::toPixels(m_colwidth, twipsPerPixel()));
     m_quote->bind();
-    if (!settings.sizeStored)
-        widenColumnsToContents();
+    m_fitColumnsOnShow = !settings.sizeStored;
     m_ui.SSTabmain->setCurrentIndex(0);
     rememberStartSettings(settings);
     m_loaded = true;
@@ -212,16 +214,11 @@ qint16 frmMain::minimumTabShare() const
 
 void frmMain::widenColumnsToContents()
 {
-    // A first run starts each product column wide enough for its caption and values; the
-    // product name keeps its width so the prices stay in view.
-    QTableView *grid = m_ui.GrdMain;
-    for (int column = 0; column < grid->model()->columnCount(); ++column) {
-        if (column == 1)
-            continue;
-        const int before = grid->columnWidth(column);
-        grid->resizeColumnToContents(column);
-        grid->setColumnWidth(column, qMax(before, grid->columnWidth(column)));
-    }
+    // A first run starts each product column wide enough for its caption and values, and the
+    // product names as wide as the grid can show them beside part number and price. The grid
+    // has its final width only once the window is shown.
+    m_fitColumnsOnShow = false;
+    ColumnWidths::fitProductGrid(m_ui.GrdMain, 1);
 }
 
 void frmMain::rememberStartSettings(const MainWindowSettingsRead &read)
@@ -262,6 +259,8 @@ void frmMain::showEvent(QShowEvent *event)
     QMainWindow::showEvent(event);
     if (m_loaded && !m_unloaded)
         addTrayIcon();
+    if (m_fitColumnsOnShow)
+        widenColumnsToContents();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QKeySequence>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -110,6 +111,11 @@ void MainWindowActions::createContextMenus(QMainWindow *window)
         new QMenu(QObject::tr("Price Schedule"), window), QStringLiteral("mnups"), ScheduleItems);
     m_mnusystray = addMenu(
         new QMenu(QStringLiteral("Tarnwick"), window), QStringLiteral("mnusystray"), TrayItems);
+    // The grid's menu is not part of the window, so its key is given to the window as well.
+    QAction *addToQuote = action(QStringLiteral("mnuGrdMainQuote"));
+    addToQuote->setShortcut(addToQuoteShortcut());
+    addToQuote->setShortcutVisibleInContextMenu(true);
+    window->addAction(addToQuote);
 }
 
 void MainWindowActions::createToolBar(QMainWindow *window)
@@ -147,6 +153,11 @@ QAction *MainWindowActions::action(const QString &name) const
 QAction *MainWindowActions::button(const QString &key) const
 {
     return m_buttons.value(key);
+}
+
+QKeySequence MainWindowActions::addToQuoteShortcut()
+{
+    return QKeySequence(Qt::CTRL | Qt::Key_D);
 }
 
 QStringList MainWindowActions::buttonKeys()

@@ -67,6 +67,7 @@ void ProductGridController::bind(int firstColumnWidth)
     m_scheduleModel = new ScheduleModel(m_module.ScheduleTable(), m_module.locale(), this);
     m_ui.PriceSchedule->setModel(m_scheduleModel);
     m_ui.PriceSchedule->viewport()->installEventFilter(this);
+    m_ui.PriceSchedule->installEventFilter(this);
     m_ui.TxtPrice->installEventFilter(this);
     m_ui.PriceSchedule->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     setEditMode(false);
@@ -228,12 +229,19 @@ bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
         GrdMain_MouseUp(mouse->button(), mouse->position().toPoint());
     } else if (watched == grid->viewport() && event->type() == QEvent::MouseMove) {
         GrdMain_MouseMove();
+    } else if (watched == m_ui.PriceSchedule && event->type() == QEvent::ContextMenu) {
+        // The menu key and Shift+F10 open the schedule's menu at its current cell.
+        const auto *menuEvent = static_cast<QContextMenuEvent *>(event);
+        if (menuEvent->reason() == QContextMenuEvent::Keyboard
+            && m_ui.PriceSchedule->currentIndex().isValid())
+            m_scheduleMenu->popup(m_ui.PriceSchedule->keyboardMenuPosition());
+        return true;
     } else if (watched == grid && event->type() == QEvent::ContextMenu) {
-        // The menu key opens the menu for the current row; a right click opens it on release.
+        // The menu key and Shift+F10 open the menu for the current row; a right click opens it
+        // on release.
         const auto *menuEvent = static_cast<QContextMenuEvent *>(event);
         if (menuEvent->reason() == QContextMenuEvent::Keyboard && grid->currentIndex().isValid())
-            popUpGridMenu(
-                grid->viewport()->mapToGlobal(grid->visualRect(grid->currentIndex()).center()));
+            popUpGridMenu(grid->keyboardMenuPosition());
         return true;
     }
     return QObject::eventFilter(watched, event);

@@ -516,7 +516,7 @@ void frmMain::mnuFileSaveAll_Click()
 }
 void frmMain::mnuFileProperties_Click()
 {
-    addCodeMessage("mnuFileProperties_Click");
+    showProperties();
 }
 void frmMain::mnuFileSend_Click()
 {
@@ -540,11 +540,11 @@ void frmMain::mnuEditPasteSpecial_Click()
 }
 void frmMain::mnuViewRefresh_Click()
 {
-    addCodeMessage("mnuViewRefresh_Click");
+    refreshView();
 }
 void frmMain::mnuViewWebBrowser_Click()
 {
-    addCodeMessage("mnuViewWebBrowser_Click");
+    openManualInBrowser();
 }
 
 } // namespace tarnwick

@@ -149,6 +149,9 @@ private:
     void addTrayIcon();
     void removeTrayIcon();
     void addCodeMessage(const char *handler);
+    void showProperties();
+    void refreshView();
+    void openManualInBrowser();
 
     const AppServices &m_services;
     Module1 &m_module;

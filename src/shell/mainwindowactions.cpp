@@ -99,6 +99,7 @@ void MainWindowActions::createMenuBar(QMainWindow *window)
     action(QStringLiteral("mnuFileSave"))->setShortcut(QKeySequence::Save);
     action(QStringLiteral("mnuFileSaveAs"))->setShortcut(QKeySequence::SaveAs);
     action(QStringLiteral("mnuHelpContents"))->setShortcut(QKeySequence::HelpContents);
+    action(QStringLiteral("mnuViewRefresh"))->setShortcut(QKeySequence::Refresh);
 }
 
 void MainWindowActions::createContextMenus(QMainWindow *window)

@@ -415,4 +415,30 @@ void ProductGridController::findProduct(IShellDialogs &dialogs)
         m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row, 0));
 }
 
+void ProductGridController::refresh()
+{
+    m_ui.GrdMain->commitPendingEdit();
+    const int current = currentBookmark();
+    if (editMode() && m_gridTag != AddingNew)
+        writeBackRow(current);
+    Table &catalogue = m_module.Catalogue();
+    Table product(1, ProductRecord::FieldCount);
+    if (current >= 1 && current <= catalogue.rowCount()) {
+        for (int field = 1; field <= ProductRecord::FieldCount; ++field)
+            product.put(1, field, catalogue.get(current, field));
+    }
+    ProductCommands::sortCatalogue(
+        catalogue, m_module.AllProducts(), ProductRecord::PartNumber, m_module.locale());
+    m_module.SortedByPart = true;
+    MainRefresh(false);
+    const int row = current >= 1 ? ProductCommands::findProduct(catalogue, product) : 0;
+    if (row < 1)
+        return;
+    m_repositioning = true;
+    m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row - 1, 0));
+    m_repositioning = false;
+    m_ui.GrdMain->scrollTo(m_ui.GrdMain->currentIndex());
+    showCurrentRow();
+}
+
 } // namespace tarnwick

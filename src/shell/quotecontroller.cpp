@@ -191,4 +191,14 @@ bool QuoteController::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
+void QuoteController::redraw()
+{
+    const QModelIndex current = m_ui.GrdQuote->currentIndex();
+    m_model->reload();
+    if (current.isValid())
+        moveToRow(current.row(), current.column());
+    if (QuoteLine::lineCount(m_module.QuoteTable()) > 0)
+        QuotePrice();
+}
+
 } // namespace tarnwick

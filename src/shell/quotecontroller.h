@@ -43,6 +43,9 @@ public:
 
     /// The quote grid's current row (0-based), -1 when there is none.
     int currentGridRow() const;
+    /// View → Refresh: reads the quote table into the grid again, the same cell current, and
+    /// recomputes the totals.
+    void redraw();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

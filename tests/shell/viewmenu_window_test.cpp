@@ -114,6 +114,29 @@ TEST_F(ViewMenuWindowTest, RefreshSortsOnThePartNumberAndKeepsTheSameProductCurr
     EXPECT_EQ(window->ui().TxtPrice->text(), QStringLiteral("$12.50"));
 }
 
+TEST_F(ViewMenuWindowTest, RefreshIsOneStepThatUndoTakesBack)
+{
+    window->grid().GrdMain_HeadClick(2); // by price: B-200, A-100, C-300
+    goToRow(1);
+    action("mnuViewRefresh")->trigger();
+    ASSERT_EQ(parts(), QStringList({ "A-100", "B-200", "C-300" }));
+    EXPECT_EQ(action("mnuEditUndo")->text(), QStringLiteral("&Undo Refresh"));
+    action("mnuEditUndo")->trigger();
+    EXPECT_EQ(parts(), QStringList({ "B-200", "A-100", "C-300" }));
+    EXPECT_EQ(grid->currentIndex().row(), 1);
+    EXPECT_EQ(window->ui().TxtPrice->text(), QStringLiteral("$12.50"));
+    action("mnuEditUndo")->trigger(); // the header sort
+    EXPECT_EQ(parts(), QStringList({ "A-100", "B-200", "C-300" }));
+}
+
+TEST_F(ViewMenuWindowTest, RefreshOfASortedCatalogueMakesNoStep)
+{
+    goToRow(2);
+    action("mnuViewRefresh")->trigger();
+    EXPECT_FALSE(action("mnuEditUndo")->isEnabled());
+    EXPECT_EQ(grid->currentIndex().row(), 2);
+}
+
 TEST_F(ViewMenuWindowTest, RefreshStoresWhatIsTypedInEditModeBeforeSorting)
 {
     window->grid().GrdMain_HeadClick(2);

@@ -8,6 +8,7 @@
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
 #include "platform/qt/qtclipboard.h"
+#include "platform/qt/qtdesktopservices.h"
 #include "platform/qt/qteventpump.h"
 #include "platform/qt/qtfiledialogs.h"
 #include "platform/qt/qthelpviewer.h"
@@ -60,8 +61,9 @@ int main(int argc, char *argv[])
     QtProcessLauncher launcher;
     QtHelpViewer help;
     QtEventPump events;
+    QtDesktopServices desktop;
     const AppServices services { prompts, clipboard, settings, fileDialogs, launcher, help, events,
-        environment };
+        environment, desktop };
 
     const SingleInstance instance(environment.appFolder());
     if (!instance.isOnlyInstance()) {

@@ -180,6 +180,14 @@ void sort(EditHistory &history, const ProductView &view, int field)
         history, QStringLiteral("Sort by ") + P::fieldCaption(field), view, field));
 }
 
+bool refresh(EditHistory &history, const ProductView &view)
+{
+    if (alreadySorted(history.module()))
+        return false;
+    history.push(new SortProducts(history, QStringLiteral("Refresh"), view, P::PartNumber));
+    return true;
+}
+
 QString importText(int added, int changed)
 {
     if (changed == 0)

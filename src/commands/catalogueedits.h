@@ -45,6 +45,10 @@ bool deleteAll(EditHistory &history, const ProductView &view);
 /// A header click: the grid's sort on field (ProductCommands::sortCatalogue).
 void sort(EditHistory &history, const ProductView &view, int field);
 
+/// View → Refresh: the catalogue sorted on the part number as one step named "Refresh"; none,
+/// and false, when it is already in that order.
+bool refresh(EditHistory &history, const ProductView &view);
+
 /// An import: the products of changes added and its cells changed, then the catalogue sorted
 /// on the part number, as one step named after what it did ("Import (12 added, 40 changed)").
 /// Nothing to add or change makes no step; false then, and for changes that do not fit the

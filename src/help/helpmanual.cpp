@@ -2,7 +2,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QHash>
 #include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
 
@@ -119,12 +121,25 @@ QString HelpManual::homeTopic() const
 QList<HelpIndexEntry> HelpManual::index() const
 {
     QList<HelpIndexEntry> entries;
+    QHash<QString, int> pagesOfKeyword; // by the keyword in lower case
     for (const HelpTopic &topic : m_topics) {
-        for (const QString &keyword : topic.keywords)
-            entries.append({ keyword, topic.file, topic.title });
+        QSet<QString> named;
+        for (const QString &keyword : topic.keywords) {
+            const QString key = keyword.toLower();
+            if (named.contains(key))
+                continue;
+            named.insert(key);
+            ++pagesOfKeyword[key];
+            entries.append({ keyword, topic.file, topic.title, keyword });
+        }
+    }
+    for (HelpIndexEntry &entry : entries) {
+        if (pagesOfKeyword.value(entry.keyword.toLower()) > 1)
+            entry.label = entry.keyword + QStringLiteral(" \u2014 ") + entry.title;
     }
     std::stable_sort(entries.begin(), entries.end(), [](const auto &a, const auto &b) {
-        return a.keyword.compare(b.keyword, Qt::CaseInsensitive) < 0;
+        const int byKeyword = a.keyword.compare(b.keyword, Qt::CaseInsensitive);
+        return byKeyword != 0 ? byKeyword < 0 : a.title.compare(b.title, Qt::CaseInsensitive) < 0;
     });
     return entries;
 }

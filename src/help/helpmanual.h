@@ -28,6 +28,9 @@ struct HelpIndexEntry
     QString keyword;
     QString file;
     QString title;
+    /// What the index shows: the keyword, followed by the page's title when the keyword leads
+    /// to several pages ("price list — Printing the price list").
+    QString label;
 };
 
 /// The program's manual: its contents (docs/help/contents.txt: one page a line, indented four
@@ -53,7 +56,8 @@ public:
     /// The first page of the contents (the welcome page).
     QString homeTopic() const;
 
-    /// Every keyword with its page, sorted without regard to case.
+    /// Every keyword with its pages, one entry per page (a keyword named twice by one page
+    /// counts once), sorted without regard to case on the keyword, then on the page's title.
     QList<HelpIndexEntry> index() const;
     QList<SearchHit> search(const QString &query) const { return m_search.search(query); }
 

@@ -4,6 +4,7 @@ namespace tarnwick {
 
 class AppEnvironment;
 class IClipboard;
+class IDesktopServices;
 class IEventPump;
 class IFileDialogs;
 class IHelpViewer;
@@ -23,6 +24,7 @@ struct AppServices
     IHelpViewer &help;
     IEventPump &events;
     const AppEnvironment &environment;
+    IDesktopServices &desktop;
 };
 
 } // namespace tarnwick

@@ -58,4 +58,21 @@ void sortCatalogue(Table &catalogue, const Products &products, int field, const 
     catalogue.sortRows(1, rows, field, sortKindOfField(field), locale);
 }
 
+int findProduct(const Table &catalogue, const Table &product)
+{
+    if (product.rowCount() < 1 || product.fieldCount() < ProductRecord::FieldCount
+        || catalogue.fieldCount() < ProductRecord::FieldCount)
+        return 0;
+    const Cell &partNumber = product.get(1, ProductRecord::PartNumber);
+    for (int row = catalogue.find(ProductRecord::PartNumber, partNumber); row > 0;
+         row = catalogue.find(ProductRecord::PartNumber, partNumber, row + 1)) {
+        bool same = true;
+        for (int field = 1; same && field <= ProductRecord::FieldCount; ++field)
+            same = catalogue.get(row, field) == product.get(1, field);
+        if (same)
+            return row;
+    }
+    return 0;
+}
+
 } // namespace tarnwick::ProductCommands

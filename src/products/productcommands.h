@@ -60,6 +60,10 @@ Table::SortKind sortKindOfField(int field);
 /// rows 1..Count ascending and stably on field with sortKindOfField(field).
 void sortCatalogue(Table &catalogue, const Products &products, int field, const QLocale &locale);
 
+/// The first catalogue row whose fifteen fields equal those of row 1 of product (one product
+/// row, as taken before a sort); 0 when there is none.
+int findProduct(const Table &catalogue, const Table &product);
+
 } // namespace ProductCommands
 
 } // namespace tarnwick

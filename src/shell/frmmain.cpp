@@ -9,12 +9,14 @@
 #include "platform/iclipboard.h"
 #include "platform/iprompts.h"
 #include "shell/accessiblenames.h"
+#include "shell/columnwidths.h"
 #include "shell/documentscontroller.h"
 #include "shell/editcontroller.h"
 #include "shell/exchangecontroller.h"
 #include "shell/gridview.h"
 #include "shell/historycontroller.h"
 #include "shell/mainwindowactions.h"
+#include "shell/panefocus.h"
 #include "shell/passwordlock.h"
 #include "shell/productgridcontroller.h"
 #include "shell/quotecontroller.h"
@@ -63,6 +65,7 @@ frmMain::frmMain(
     m_edit = new EditController(services.clipboard, this);
     connectEditItems();
     connectHandlers();
+    new PaneFocus(m_ui, this);
     watchMouse();
     m_edit->watch();
     exposeObjectNames(this);
@@ -173,8 +176,7 @@ std::optional<VbError> frmMain::Form_Load()
     m_catalogue.load();
     m_grid->bind(Twips::toPixels(m_colwidth, twipsPerPixel()));
     m_quote->bind();
-    if (!settings.sizeStored)
-        widenColumnsToContents();
+    m_fitColumnsOnShow = !settings.sizeStored;
     m_ui.SSTabmain->setCurrentIndex(0);
     rememberStartSettings(settings);
     m_loaded = true;
@@ -213,16 +215,11 @@ qint16 frmMain::minimumTabShare() const
 
 void frmMain::widenColumnsToContents()
 {
-    // A first run starts each product column wide enough for its caption and values; the
-    // product name keeps its width so the prices stay in view.
-    QTableView *grid = m_ui.GrdMain;
-    for (int column = 0; column < grid->model()->columnCount(); ++column) {
-        if (column == 1)
-            continue;
-        const int before = grid->columnWidth(column);
-        grid->resizeColumnToContents(column);
-        grid->setColumnWidth(column, qMax(before, grid->columnWidth(column)));
-    }
+    // A first run starts each product column wide enough for its caption and values, and the
+    // product names as wide as the grid can show them beside part number and price. The grid
+    // has its final width only once the window is shown.
+    m_fitColumnsOnShow = false;
+    ColumnWidths::fitProductGrid(m_ui.GrdMain, 1);
 }
 
 void frmMain::rememberStartSettings(const MainWindowSettingsRead &read)
@@ -263,6 +260,8 @@ void frmMain::showEvent(QShowEvent *event)
     QMainWindow::showEvent(event);
     if (m_loaded && !m_unloaded)
         addTrayIcon();
+    if (m_fitColumnsOnShow)
+        widenColumnsToContents();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)
@@ -513,7 +512,7 @@ void frmMain::mnuFileSaveAll_Click()
 }
 void frmMain::mnuFileProperties_Click()
 {
-    addCodeMessage("mnuFileProperties_Click");
+    showProperties();
 }
 void frmMain::mnuFileSend_Click()
 {
@@ -521,11 +520,11 @@ void frmMain::mnuFileSend_Click()
 }
 void frmMain::mnuViewRefresh_Click()
 {
-    addCodeMessage("mnuViewRefresh_Click");
+    refreshView();
 }
 void frmMain::mnuViewWebBrowser_Click()
 {
-    addCodeMessage("mnuViewWebBrowser_Click");
+    openManualInBrowser();
 }
 
 } // namespace tarnwick

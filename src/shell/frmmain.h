@@ -157,6 +157,9 @@ private:
     void addTrayIcon();
     void removeTrayIcon();
     void addCodeMessage(const char *handler);
+    void showProperties();
+    void refreshView();
+    void openManualInBrowser();
 
     const AppServices &m_services;
     Module1 &m_module;
@@ -182,6 +185,8 @@ private:
     qint16 m_screenSplit = 50;
     qint16 m_colwidth = 1100;
     bool m_dragging = false;
+    /// A first run: the product columns are fitted when the window first shows.
+    bool m_fitColumnsOnShow = false;
     bool m_loaded = false;
     bool m_unloaded = false;
 };

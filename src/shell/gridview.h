@@ -5,7 +5,11 @@
 namespace tarnwick {
 
 /// A grid of the main window: a QTableView that can commit or drop the cell edit in progress,
-/// as the product, schedule and quote commands need.
+/// as the product, schedule and quote commands need. From the keyboard, Shift+F10 and the
+/// Menu key ask for the grid's context menu at its current cell (a keyboard context-menu
+/// event the grid's owner answers), Ctrl+Tab and Ctrl+Shift+Tab leave the grid for the next
+/// or previous control (Tab moves between cells), also from an open cell editor. Focus coming
+/// back to the window leaves a grid without a current row as it is.
 class GridView : public QTableView
 {
     Q_OBJECT
@@ -19,9 +23,30 @@ public:
     void commitPendingEdit();
     /// Drops the cell edit in progress; the cell keeps its previous text.
     void discardPendingEdit();
+    /// Sends the grid the context-menu event of the keyboard, for its current cell (scrolled
+    /// into view); false when no cell is current or a menu is already open.
+    bool requestContextMenu();
+    /// Where a menu opened from the keyboard appears: below the current cell's left edge, the
+    /// cell scrolled into view first.
+    QPoint keyboardMenuPosition();
+
+    /// Shift+F10 or the Menu key.
+    static bool isContextMenuKey(const QKeyCombination &key);
+    /// Ctrl+Tab (1), Ctrl+Shift+Tab (-1), anything else 0.
+    static int focusOutDirection(const QKeyCombination &key);
+
+    using QTableView::edit;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QWidget *openEditor() const;
+    /// Handles the grid's own keys for key; true when it was one of them.
+    bool handleGridKey(const QKeyCombination &key);
 };
 
 } // namespace tarnwick

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QKeySequence>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -102,6 +103,7 @@ void MainWindowActions::createMenuBar(QMainWindow *window)
     action(QStringLiteral("mnuFileSave"))->setShortcut(QKeySequence::Save);
     action(QStringLiteral("mnuFileSaveAs"))->setShortcut(QKeySequence::SaveAs);
     action(QStringLiteral("mnuHelpContents"))->setShortcut(QKeySequence::HelpContents);
+    action(QStringLiteral("mnuViewRefresh"))->setShortcut(QKeySequence::Refresh);
 }
 
 void MainWindowActions::createContextMenus(QMainWindow *window)
@@ -114,6 +116,11 @@ void MainWindowActions::createContextMenus(QMainWindow *window)
         new QMenu(QObject::tr("Price Schedule"), window), QStringLiteral("mnups"), ScheduleItems);
     m_mnusystray = addMenu(
         new QMenu(QStringLiteral("Tarnwick"), window), QStringLiteral("mnusystray"), TrayItems);
+    // The grid's menu is not part of the window, so its key is given to the window as well.
+    QAction *addToQuote = action(QStringLiteral("mnuGrdMainQuote"));
+    addToQuote->setShortcut(addToQuoteShortcut());
+    addToQuote->setShortcutVisibleInContextMenu(true);
+    window->addAction(addToQuote);
 }
 
 void MainWindowActions::createToolBar(QMainWindow *window)
@@ -151,6 +158,11 @@ QAction *MainWindowActions::action(const QString &name) const
 QAction *MainWindowActions::button(const QString &key) const
 {
     return m_buttons.value(key);
+}
+
+QKeySequence MainWindowActions::addToQuoteShortcut()
+{
+    return QKeySequence(Qt::CTRL | Qt::Key_D);
 }
 
 QStringList MainWindowActions::buttonKeys()

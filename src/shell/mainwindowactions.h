@@ -4,6 +4,7 @@
 #include <QString>
 
 class QAction;
+class QKeySequence;
 class QMainWindow;
 class QMenu;
 class QToolBar;
@@ -31,6 +32,9 @@ public:
 
     /// The toolbar keys, left to right.
     static QStringList buttonKeys();
+    /// The key of "Add to Quote", shown in the grid's menu and working anywhere in the main
+    /// window: Ctrl+D, which no standard action of the desktop uses.
+    static QKeySequence addToQuoteShortcut();
 
 private:
     QMenu *addMenu(QMenu *menu, const QString &name, const QStringList &items);

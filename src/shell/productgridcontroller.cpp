@@ -77,6 +77,7 @@ void ProductGridController::bind(int firstColumnWidth)
     });
     m_ui.PriceSchedule->setModel(m_scheduleModel);
     m_ui.PriceSchedule->viewport()->installEventFilter(this);
+    m_ui.PriceSchedule->installEventFilter(this);
     m_ui.TxtPrice->installEventFilter(this);
     m_ui.Txtincludes->installEventFilter(this);
     m_ui.Txtnotes->installEventFilter(this);
@@ -238,12 +239,19 @@ bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
         GrdMain_MouseUp(mouse->button(), mouse->position().toPoint());
     } else if (watched == grid->viewport() && event->type() == QEvent::MouseMove) {
         GrdMain_MouseMove();
+    } else if (watched == m_ui.PriceSchedule && event->type() == QEvent::ContextMenu) {
+        // The menu key and Shift+F10 open the schedule's menu at its current cell.
+        const auto *menuEvent = static_cast<QContextMenuEvent *>(event);
+        if (menuEvent->reason() == QContextMenuEvent::Keyboard
+            && m_ui.PriceSchedule->currentIndex().isValid())
+            m_scheduleMenu->popup(m_ui.PriceSchedule->keyboardMenuPosition());
+        return true;
     } else if (watched == grid && event->type() == QEvent::ContextMenu) {
-        // The menu key opens the menu for the current row; a right click opens it on release.
+        // The menu key and Shift+F10 open the menu for the current row; a right click opens it
+        // on release.
         const auto *menuEvent = static_cast<QContextMenuEvent *>(event);
         if (menuEvent->reason() == QContextMenuEvent::Keyboard && grid->currentIndex().isValid())
-            popUpGridMenu(
-                grid->viewport()->mapToGlobal(grid->visualRect(grid->currentIndex()).center()));
+            popUpGridMenu(grid->keyboardMenuPosition());
         return true;
     }
     return QObject::eventFilter(watched, event);
@@ -397,6 +405,30 @@ void ProductGridController::findProduct(IShellDialogs &dialogs)
         entered, current.isValid() ? current.row() : -1, m_module.Catalogue(), m_module.locale());
     if (row >= 0)
         m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row, 0));
+}
+
+void ProductGridController::refresh()
+{
+    // What is being typed is stored first, as leaving the row stores it; the sort is a step of
+    // its own.
+    storeEditsBeforeStep();
+    const int current = currentBookmark();
+    Table &catalogue = m_module.Catalogue();
+    Table product(1, ProductRecord::FieldCount);
+    if (current >= 1 && current <= catalogue.rowCount()) {
+        for (int field = 1; field <= ProductRecord::FieldCount; ++field)
+            product.put(1, field, catalogue.get(current, field));
+    }
+    if (!CatalogueEdits::refresh(m_history, currentView()))
+        m_module.SortedByPart = true; // already in part-number order
+    MainRefresh(false);
+    const int row = current >= 1 ? ProductCommands::findProduct(catalogue, product) : 0;
+    if (row < 1) {
+        showNoRow();
+        return;
+    }
+    moveToRow(row - 1);
+    m_ui.GrdMain->scrollTo(m_ui.GrdMain->currentIndex());
 }
 
 } // namespace tarnwick

@@ -86,6 +86,10 @@ public:
     void deleteProduct();
     void deleteAllProducts();
     void findProduct(IShellDialogs &dialogs);
+    /// View → Refresh: stores what is being typed as leaving the row stores it, sorts the
+    /// catalogue on the part number and shows it again, the same product current (edit mode
+    /// stays as it is).
+    void refresh();
 
 public Q_SLOTS:
     void GrdMain_RowColChange(const QModelIndex &current, const QModelIndex &previous);

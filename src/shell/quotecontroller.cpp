@@ -11,6 +11,7 @@
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 #include "quotes/quotepricing.h"
+#include "shell/columnwidths.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 
@@ -56,13 +57,7 @@ void QuoteController::bind()
         | QAbstractItemView::AnyKeyPressed);
     // The product name takes the room that the part number, the prices and the quantity
     // leave, so the extended price stays in view.
-    const int digit = grid->fontMetrics().horizontalAdvance(QLatin1Char('0'));
-    const int widths[] = { digit * 10, 0, digit * 10, digit * 7, digit * 11 };
-    for (int column = 0; column < 5; ++column) {
-        if (widths[column] > 0)
-            grid->setColumnWidth(column, widths[column]);
-    }
-    grid->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    ColumnWidths::fitQuoteGrid(grid, m_module.locale());
     grid->viewport()->setMouseTracking(true);
     grid->viewport()->installEventFilter(this);
     grid->installEventFilter(this);
@@ -228,13 +223,12 @@ void QuoteController::GrdQuote_MouseMove()
 bool QuoteController::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_ui.GrdQuote && event->type() == QEvent::ContextMenu) {
-        // The menu key opens the quote menu for the current cell; a right click opens it on
-        // release.
+        // The menu key and Shift+F10 open the quote menu for the current cell; a right click
+        // opens it on release.
         const auto *menuEvent = static_cast<QContextMenuEvent *>(event);
         const QModelIndex current = m_ui.GrdQuote->currentIndex();
         if (menuEvent->reason() == QContextMenuEvent::Keyboard && current.isValid())
-            m_quoteMenu->popup(m_ui.GrdQuote->viewport()->mapToGlobal(
-                m_ui.GrdQuote->visualRect(current).center()));
+            m_quoteMenu->popup(m_ui.GrdQuote->keyboardMenuPosition());
         return true;
     }
     if (watched == m_ui.GrdQuote->viewport()) {
@@ -246,6 +240,17 @@ bool QuoteController::eventFilter(QObject *watched, QEvent *event)
         }
     }
     return QObject::eventFilter(watched, event);
+}
+
+void QuoteController::redraw()
+{
+    storePendingEdit();
+    const QModelIndex current = m_ui.GrdQuote->currentIndex();
+    m_model->reload();
+    if (current.isValid())
+        moveToRow(current.row(), current.column());
+    if (QuoteLine::lineCount(m_module.QuoteTable()) > 0)
+        QuotePrice();
 }
 
 } // namespace tarnwick

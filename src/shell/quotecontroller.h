@@ -51,6 +51,9 @@ public:
     QuoteView currentView() const;
     /// Stores an open cell editor of the quote grid (before an undo or a redo).
     void storePendingEdit();
+    /// View → Refresh: stores an open cell editor, reads the quote table into the grid again,
+    /// the same cell current, and recomputes the totals.
+    void redraw();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

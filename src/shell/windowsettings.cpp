@@ -50,9 +50,9 @@ QRect placeMainWindow(
     const QRect &stored, bool sizeStored, const QRect &available, const QSize &minimum)
 {
     if (!sizeStored) {
-        QRect frame(QPoint(0, 0),
-            QSize(qRound(available.width() * FirstRunScreenShare),
-                qRound(available.height() * FirstRunScreenShare)));
+        const QSize share(qRound(available.width() * FirstRunScreenShare),
+            qRound(available.height() * FirstRunScreenShare));
+        QRect frame(QPoint(0, 0), share.expandedTo(FirstRunLeastSize).boundedTo(available.size()));
         frame.moveCenter(available.center());
         return frame;
     }

@@ -38,11 +38,15 @@ struct MainWindowSettingsRead
 inline constexpr QSize MinimumMainWindowSize { 560, 400 };
 /// The share of the available screen, in each direction, that a first run opens the window at.
 inline constexpr double FirstRunScreenShare = 2.0 / 3.0;
+/// The size a first run opens at, at the least, where the screen has room for it: product
+/// names, prices and the quote lines side by side.
+inline constexpr QSize FirstRunLeastSize { 1120, 720 };
 
 /// Where the main window opens, in pixels. Without a stored size it takes FirstRunScreenShare
-/// of the available screen, centred. Otherwise the stored frame is kept as it is whenever it
-/// fits: a larger size is cut to the available screen, a smaller one widened to the minimum,
-/// and the frame is then moved just far enough to lie on the available screen.
+/// of the available screen, but at least FirstRunLeastSize as far as the screen goes, centred.
+/// Otherwise the stored frame is kept as it is whenever it fits: a larger size is cut to the
+/// available screen, a smaller one widened to the minimum, and the frame is then moved just
+/// far enough to lie on the available screen.
 QRect placeMainWindow(
     const QRect &stored, bool sizeStored, const QRect &available, const QSize &minimum);
 

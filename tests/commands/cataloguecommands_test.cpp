@@ -215,6 +215,26 @@ TEST_F(CatalogueCommandsTest, ASortThatMovesNothingLeavesTheCatalogueSaved)
     EXPECT_TRUE(history.catalogueSaved());
 }
 
+TEST_F(CatalogueCommandsTest, RefreshSortsOnThePartNumberAsOneStepAndOnlyWhenNeeded)
+{
+    EXPECT_FALSE(CatalogueEdits::refresh(history, { 2, 0 })) << "already in part-number order";
+    EXPECT_FALSE(history.canUndo());
+    CatalogueEdits::sort(history, { 1, 0 }, P::Includes);
+    const QStringList byIncludes = column(P::PartNumber);
+    ASSERT_NE(byIncludes, QStringList({ "A-100", "B-200", "C-300" }));
+    EXPECT_TRUE(CatalogueEdits::refresh(history, { 2, 0 }));
+    EXPECT_EQ(column(P::PartNumber), QStringList({ "A-100", "B-200", "C-300" }));
+    EXPECT_TRUE(module.SortedByPart);
+    EXPECT_EQ(history.undoText(), QStringLiteral("Refresh"));
+    EXPECT_EQ(history.count(), 2);
+    history.undo();
+    EXPECT_EQ(column(P::PartNumber), byIncludes);
+    EXPECT_FALSE(module.SortedByPart);
+    EXPECT_EQ(productChanges.back().view.row, 2) << "where the grid stood before";
+    history.redo();
+    EXPECT_EQ(column(P::PartNumber), QStringList({ "A-100", "B-200", "C-300" }));
+}
+
 TEST_F(CatalogueCommandsTest, ASortKeepsTheRowsItsCutToCountDropped)
 {
     catalogue().insertRows(4);

@@ -157,7 +157,7 @@ TEST_F(HandheldSend, AFullDiskIsReportedAndTheOldFileKept)
                << disk.failure().toStdString();
     const AppEnvironment onDisk(folder.filePath("app"), QString());
     AppServices tiny { fakes.prompts, fakes.clipboard, fakes.settings, fakes.fileDialogs,
-        fakes.launcher, fakes.help, fakes.events, onDisk };
+        fakes.launcher, fakes.help, fakes.events, onDisk, fakes.desktop };
     folder.writeFile("app/Products.CSV", "the previous file");
     disk.fillLeaving(8192);
     fakes.prompts.answerMessage(MsgResult::Ok);
@@ -182,7 +182,7 @@ TEST_F(HandheldSend, AnApplicationFolderThatTakesNoNewFilesKeepsTheOldFile)
     QFile::setPermissions(folder.filePath("app/Products.CSV"), QFileDevice::Permissions(0x6666));
     const AppEnvironment readOnlyApp(app, QString());
     AppServices readOnly { fakes.prompts, fakes.clipboard, fakes.settings, fakes.fileDialogs,
-        fakes.launcher, fakes.help, fakes.events, readOnlyApp };
+        fakes.launcher, fakes.help, fakes.events, readOnlyApp, fakes.desktop };
     fakes.prompts.answerMessage(MsgResult::Ok);
     fakes.prompts.answerInput("Products");
     SendResult sent = SendResult::Sent;
@@ -211,7 +211,7 @@ TEST_F(HandheldSend, AGroupFolderThatIsAFileIsReported)
     const QString appFolder = folder.filePath("Pumps");
     const AppEnvironment belowAFile(appFolder, QString());
     AppServices broken { fakes.prompts, fakes.clipboard, fakes.settings, fakes.fileDialogs,
-        fakes.launcher, fakes.help, fakes.events, belowAFile };
+        fakes.launcher, fakes.help, fakes.events, belowAFile, fakes.desktop };
     EXPECT_EQ(
         HandheldExport::Palmpilot(broken, threeProducts(), {}, 1, EnUs), SendResult::WriteFailed);
     ASSERT_EQ(fakes.prompts.shown().size(), 3U);
@@ -231,7 +231,7 @@ TEST_F(HandheldSend, FakeConverterScriptReceivesTheExactArguments)
         folder.filePath("Handdesk.exe"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QtProcessLauncher launcher;
     AppServices real { fakes.prompts, fakes.clipboard, fakes.settings, fakes.fileDialogs, launcher,
-        fakes.help, fakes.events, fakes.environment };
+        fakes.help, fakes.events, fakes.environment, fakes.desktop };
     fakes.prompts.answerMessage(MsgResult::Ok);
     fakes.prompts.answerInput("Products");
     const auto sent = HandheldExport::Palmpilot(real, threeProducts(), {}, 1, EnUs);

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace tarnwick {
 namespace {
 
@@ -121,6 +123,54 @@ TEST_F(HelpManualTest, TheIndexIsSortedAndLeadsToTopics)
             || (entry.keyword == QStringLiteral("backup")
                 && entry.file == QStringLiteral("datafiles.html"));
     EXPECT_TRUE(backup);
+}
+
+TEST_F(HelpManualTest, AKeywordOfSeveralPagesHasOneEntryPerPageNamedByItsTitle)
+{
+    QStringList labels;
+    QList<HelpIndexEntry> priceList;
+    for (const HelpIndexEntry &entry : manual.index()) {
+        EXPECT_FALSE(labels.contains(entry.label)) << qPrintable(entry.label);
+        labels << entry.label;
+        ASSERT_NE(manual.topic(entry.file), nullptr) << qPrintable(entry.file);
+        EXPECT_EQ(entry.title, manual.topic(entry.file)->title);
+        if (entry.keyword.compare(QStringLiteral("price list"), Qt::CaseInsensitive) == 0)
+            priceList << entry;
+    }
+    ASSERT_GE(priceList.size(), 2);
+    for (qsizetype i = 0; i < priceList.size(); ++i) {
+        EXPECT_EQ(priceList[i].label,
+            priceList[i].keyword + QStringLiteral(" \u2014 ") + priceList[i].title);
+        EXPECT_NE(priceList[i].file, manual.homeTopic());
+        if (i > 0) {
+            EXPECT_LT(priceList[i - 1].title.compare(priceList[i].title, Qt::CaseInsensitive), 0);
+        }
+    }
+    const auto printing = std::find_if(priceList.cbegin(), priceList.cend(),
+        [](const HelpIndexEntry &entry) { return entry.file == QStringLiteral("pricelist.html"); });
+    EXPECT_NE(printing, priceList.cend());
+}
+
+TEST_F(HelpManualTest, AKeywordOfOnePageIsShownAsItIs)
+{
+    const QList<HelpIndexEntry> index = manual.index();
+    const auto backup = std::find_if(index.cbegin(), index.cend(),
+        [](const HelpIndexEntry &entry) { return entry.keyword == QStringLiteral("twdata.bak"); });
+    ASSERT_NE(backup, index.cend());
+    EXPECT_EQ(backup->label, QStringLiteral("twdata.bak"));
+    EXPECT_EQ(backup->file, QStringLiteral("datafiles.html"));
+}
+
+TEST_F(HelpManualTest, TheDataPageLeadsToThePropertiesWindowInPlainWords)
+{
+    const HelpTopic *page = manual.topic(QStringLiteral("datafiles.html"));
+    ASSERT_NE(page, nullptr);
+    const QString text = HelpSearch::plainText(page->html);
+    EXPECT_TRUE(text.contains(QStringLiteral("File \u2192 Properties"))) << qPrintable(text);
+    EXPECT_TRUE(text.contains(QStringLiteral("Open Folder")));
+    for (const char *word :
+        { "environment variable", "TARNWICK_APP_DIR", "HKEY_", "registry", "/usr/bin" })
+        EXPECT_FALSE(page->html.contains(QLatin1String(word), Qt::CaseInsensitive)) << word;
 }
 
 TEST(HelpManual, AMissingFolderIsReported)

@@ -325,3 +325,40 @@ TEST_F(ProductCommandsTest, SortOfNoProductsLeavesAnEmptyTable)
 }
 
 } // namespace
+
+namespace {
+
+Table productOf(const Table &catalogue, int row)
+{
+    Table product(1, ProductRecord::FieldCount);
+    for (int field = 1; field <= ProductRecord::FieldCount; ++field)
+        product.put(1, field, catalogue.get(row, field));
+    return product;
+}
+
+TEST_F(ProductCommandsTest, AProductTakenBeforeASortIsFoundAgainAfterIt)
+{
+    load({ "C-3", "A-1", "B-2" });
+    const Table taken = productOf(catalogue, 1); // C-3
+    ProductCommands::sortCatalogue(catalogue, products, ProductRecord::PartNumber, EnUs);
+    EXPECT_EQ(ProductCommands::findProduct(catalogue, taken), 3);
+}
+
+TEST_F(ProductCommandsTest, OfTwoProductsWithOnePartNumberTheOneWithEqualFieldsIsFound)
+{
+    load({ "A-1", "A-1", "B-2" });
+    catalogue.put(2, ProductRecord::ProductName, QStringLiteral("Second"));
+    EXPECT_EQ(ProductCommands::findProduct(catalogue, productOf(catalogue, 2)), 2);
+    EXPECT_EQ(ProductCommands::findProduct(catalogue, productOf(catalogue, 1)), 1);
+}
+
+TEST_F(ProductCommandsTest, AProductNoLongerThereOrAnEmptyRowIsNotFound)
+{
+    load({ "A-1", "B-2" });
+    Table gone = productOf(catalogue, 2);
+    gone.put(1, ProductRecord::ProductName, QStringLiteral("Changed"));
+    EXPECT_EQ(ProductCommands::findProduct(catalogue, gone), 0);
+    EXPECT_EQ(ProductCommands::findProduct(catalogue, Table()), 0);
+}
+
+} // namespace

@@ -25,15 +25,18 @@ class StartupTest : public ShellTest
 {
 };
 
-TEST_F(StartupTest, FirstRunOpensAtTwoThirdsOfTheScreenCentredWithAnEmptyCatalogue)
+TEST_F(StartupTest, FirstRunOpensAtTwoThirdsOfTheScreenButAtLeastItsLeastSizeCentred)
 {
     frmMain *window = startAndWait();
     ASSERT_NE(window, nullptr);
     EXPECT_TRUE(window->isVisible());
     EXPECT_DOUBLE_EQ(Twips::perPixel(window), 15.0);
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    // Two thirds of the screen, but 1120 × 720 as far as the screen has room for it.
     EXPECT_EQ(window->size(),
-        QSize(qRound(available.width() * 2.0 / 3), qRound(available.height() * 2.0 / 3)));
+        QSize(qRound(available.width() * 2.0 / 3), qRound(available.height() * 2.0 / 3))
+            .expandedTo(QSize(1120, 720))
+            .boundedTo(available.size()));
     EXPECT_EQ(QRect(window->pos(), window->size()).center(), available.center());
     EXPECT_EQ(window->screenSplit(), 50);
     GridView *grid = window->ui().GrdMain;

@@ -121,11 +121,26 @@ TEST(WindowPlacementTest, AStoredFrameThatFitsIsKeptExactly)
     EXPECT_EQ(placeMainWindow(stored, true, Screen1280, Minimum), QRect(67, 67, 600, 433));
 }
 
-TEST(WindowPlacementTest, AFirstRunTakesTwoThirdsOfTheScreenCentred)
+TEST(WindowPlacementTest, AFirstRunTakesTwoThirdsOfALargeScreenCentred)
 {
+    const QRect screen(0, 0, 1920, 1080);
+    const QRect frame = placeMainWindow(QRect(67, 67, 600, 433), false, screen, Minimum);
+    EXPECT_EQ(frame.size(), QSize(1280, 720));
+    EXPECT_EQ(frame.center(), screen.center());
+}
+
+TEST(WindowPlacementTest, AFirstRunOnASmallerScreenOpensAtTheLeastFirstRunSizeCentred)
+{
+    // Two thirds of 1280 × 860 (853 × 573) would hide the quote's prices.
     const QRect frame = placeMainWindow(QRect(67, 67, 600, 433), false, Screen1280, Minimum);
-    EXPECT_EQ(frame.size(), QSize(853, 573));
+    EXPECT_EQ(frame.size(), QSize(1120, 720));
     EXPECT_EQ(frame.center(), Screen1280.center());
+}
+
+TEST(WindowPlacementTest, AFirstRunNeverGoesBeyondTheScreen)
+{
+    const QRect screen(0, 0, 1024, 600);
+    EXPECT_EQ(placeMainWindow(QRect(), false, screen, Minimum), screen);
 }
 
 TEST(WindowPlacementTest, HugeValuesAreCutToTheScreen)

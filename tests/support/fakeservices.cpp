@@ -69,6 +69,12 @@ void FakeHelpViewer::display(const QString &path, int command, qint32 data)
     calls << QStringLiteral("%1|%2|%3").arg(path).arg(command).arg(data);
 }
 
+bool FakeDesktopServices::openUrl(const QUrl &url)
+{
+    opened.push_back(url);
+    return succeed;
+}
+
 void FakeEventPump::processPendingEvents()
 {
     ++count;

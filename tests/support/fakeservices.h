@@ -3,6 +3,7 @@
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/iclipboard.h"
+#include "platform/idesktopservices.h"
 #include "platform/ieventpump.h"
 #include "platform/ifiledialogs.h"
 #include "platform/ihelpviewer.h"
@@ -12,6 +13,8 @@
 
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
+#include <QUrl>
 
 #include <deque>
 #include <optional>
@@ -92,6 +95,21 @@ public:
     int count = 0;
 };
 
+/// Records the URLs it was asked to open; succeeds unless told otherwise. Its cache folder is a
+/// temporary folder of its own, removed with it.
+class FakeDesktopServices : public IDesktopServices
+{
+public:
+    bool openUrl(const QUrl &url) override;
+    QString cacheFolder() const override { return m_cache.path(); }
+
+    bool succeed = true;
+    std::vector<QUrl> opened;
+
+private:
+    QTemporaryDir m_cache;
+};
+
 /// Every fake in one place, and the AppServices that hands them out.
 struct FakeServices
 {
@@ -105,11 +123,12 @@ struct FakeServices
     FakeHelpViewer help;
     FakeEventPump events;
     AppEnvironment environment;
+    FakeDesktopServices desktop;
 
     AppServices services()
     {
         return AppServices { prompts, clipboard, settings, fileDialogs, launcher, help, events,
-            environment };
+            environment, desktop };
     }
 };
 

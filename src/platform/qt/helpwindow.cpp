@@ -247,7 +247,7 @@ void HelpWindow::fillIndex(const QString &filter)
     for (const HelpIndexEntry &entry : m_manual.index()) {
         if (!entry.keyword.startsWith(filter.trimmed(), Qt::CaseInsensitive))
             continue;
-        auto *item = new QListWidgetItem(entry.keyword, m_index);
+        auto *item = new QListWidgetItem(entry.label, m_index);
         item->setData(FileRole, entry.file);
         item->setToolTip(entry.title);
     }

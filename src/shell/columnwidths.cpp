@@ -1,0 +1,87 @@
+#include "shell/columnwidths.h"
+
+#include "quotes/quotelist.h"
+
+#include <QHeaderView>
+#include <QLocale>
+#include <QScrollBar>
+#include <QStyle>
+#include <QTableView>
+
+#include <algorithm>
+
+namespace tarnwick {
+
+namespace ColumnWidths {
+
+namespace {
+
+/// The room a cell leaves around its text.
+int cellPadding(const QTableView *grid)
+{
+    return 2 * (grid->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, grid) + 1)
+        + grid->fontMetrics().horizontalAdvance(QLatin1Char(' '));
+}
+
+int textWidth(const QTableView *grid, const QString &text)
+{
+    return grid->fontMetrics().horizontalAdvance(text) + cellPadding(grid);
+}
+
+} // namespace
+
+int captionWidth(const QTableView *grid, int column)
+{
+    return grid->horizontalHeader()->sectionSizeHint(column);
+}
+
+int nameWidth(int wanted, int caption, int room)
+{
+    return std::max(caption, std::min(wanted, room));
+}
+
+void fitProductGrid(QTableView *grid, int nameColumn)
+{
+    const int columns = grid->model()->columnCount();
+    for (int column = 0; column < columns; ++column) {
+        if (column == nameColumn)
+            continue;
+        const int before = grid->columnWidth(column);
+        grid->resizeColumnToContents(column);
+        grid->setColumnWidth(column, std::max(before, grid->columnWidth(column)));
+    }
+    // The part number before the name and the price after it stay in view; a scroll bar is
+    // allowed for, as a long list shows one.
+    int room = grid->viewport()->width();
+    if (!grid->verticalScrollBar()->isVisible())
+        room -= grid->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, grid);
+    for (int column = 0; column < nameColumn; ++column)
+        room -= grid->columnWidth(column);
+    if (nameColumn + 1 < columns)
+        room -= grid->columnWidth(nameColumn + 1);
+    // QTableView keeps the longest value's width protected; the item view offers it.
+    const int longest = static_cast<const QAbstractItemView *>(grid)->sizeHintForColumn(nameColumn);
+    grid->setColumnWidth(nameColumn, nameWidth(longest, captionWidth(grid, nameColumn), room));
+}
+
+void fitQuoteGrid(QTableView *grid, const QLocale &locale)
+{
+    const QString money = locale.toCurrencyString(99999.99);
+    const QString values[QuoteGridColumn::Count] = { QStringLiteral("WWW-0000"), QString(), money,
+        locale.toString(99999), money };
+    QHeaderView *header = grid->horizontalHeader();
+    for (int column = 0; column < QuoteGridColumn::Count; ++column) {
+        if (column == QuoteGridColumn::Product)
+            continue;
+        grid->setColumnWidth(
+            column, std::max(captionWidth(grid, column), textWidth(grid, values[column])));
+    }
+    // The product name takes the room the others leave; a stretched column never shrinks
+    // below the header's smallest section, which is therefore its caption's width.
+    header->setMinimumSectionSize(captionWidth(grid, QuoteGridColumn::Product));
+    header->setSectionResizeMode(QuoteGridColumn::Product, QHeaderView::Stretch);
+}
+
+} // namespace ColumnWidths
+
+} // namespace tarnwick

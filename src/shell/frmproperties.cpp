@@ -1,0 +1,96 @@
+#include "shell/frmproperties.h"
+
+#include "catalogue/catalogueproperties.h"
+#include "catalogue/module1.h"
+#include "platform/appenvironment.h"
+#include "platform/appservices.h"
+#include "platform/idesktopservices.h"
+#include "platform/iprompts.h"
+#include "shell/accessiblenames.h"
+
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+const QString FrmProperties::Title = QStringLiteral("Catalogue Properties");
+const QString FrmProperties::FolderNotOpenedMessage =
+    QStringLiteral("No file manager could show the application folder. It is:\n");
+
+FrmProperties::FrmProperties(const AppServices &services, Module1 &module, QWidget *parent)
+    : QDialog(parent), m_services(services), m_module(module)
+{
+    setObjectName(QStringLiteral("frmProperties"));
+    setWindowTitle(Title);
+    auto *layout = new QVBoxLayout(this);
+    m_form = new QFormLayout;
+    layout->addLayout(m_form);
+    m_openFolder = new QPushButton(tr("&Open Folder"), this);
+    m_openFolder->setObjectName(QStringLiteral("CmdOpenFolder"));
+    m_openFolder->setToolTip(tr("Show the application folder in the file manager"));
+    m_appFolder = addRow("TxtAppFolder", tr("Application &folder:"), m_openFolder);
+    m_dataFile = addRow("TxtDataFile", tr("&Catalogue file:"));
+    m_fileSize = addRow("TxtFileSize", tr("&Size:"));
+    m_productCount = addRow("TxtProductCount", tr("&Products:"));
+    m_lastSaved = addRow("TxtLastSaved", tr("&Last saved:"));
+    m_backup = addRow("TxtBackup", tr("&Backup (twdata.bak):"));
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    m_close = buttons->button(QDialogButtonBox::Close);
+    m_close->setObjectName(QStringLiteral("CmdClose"));
+    layout->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(m_openFolder, &QPushButton::clicked, this, &FrmProperties::CmdOpenFolder_Click);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 72);
+    Form_Load();
+    exposeObjectNames(this);
+}
+
+QLineEdit *FrmProperties::addRow(const char *name, const QString &caption, QWidget *beside)
+{
+    auto *box = new QLineEdit(this);
+    box->setObjectName(QString::fromLatin1(name));
+    box->setReadOnly(true);
+    auto *label = new QLabel(caption, this);
+    label->setBuddy(box);
+    if (!beside) {
+        m_form->addRow(label, box);
+        return box;
+    }
+    auto *row = new QHBoxLayout;
+    row->addWidget(box, 1);
+    row->addWidget(beside);
+    m_form->addRow(label, row);
+    return box;
+}
+
+void FrmProperties::Form_Load()
+{
+    const CatalogueProperties properties = CatalogueProperties::read(
+        m_services.environment.appFolder(), m_module.DataFile, m_module.AllProducts().Count());
+    const QLocale &locale = m_module.locale();
+    m_appFolder->setText(properties.appFolder);
+    m_dataFile->setText(properties.dataFile);
+    m_fileSize->setText(properties.sizeText(locale));
+    m_productCount->setText(properties.productCountText(locale));
+    m_lastSaved->setText(properties.lastSavedText(locale));
+    m_backup->setText(properties.backupText(locale));
+    for (QLineEdit *box : findChildren<QLineEdit *>())
+        box->setCursorPosition(0);
+}
+
+void FrmProperties::CmdOpenFolder_Click()
+{
+    const QString folder = m_services.environment.appFolder();
+    if (!m_services.desktop.openUrl(QUrl::fromLocalFile(folder)))
+        m_services.prompts.msgBox(FolderNotOpenedMessage + QDir::toNativeSeparators(folder),
+            MsgStyle::OkOnly | MsgStyle::Exclamation, Title);
+}
+
+} // namespace tarnwick

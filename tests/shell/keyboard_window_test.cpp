@@ -1,0 +1,294 @@
+// The main window from the keyboard alone: the grids' menus on Shift+F10 and the Menu key at
+// the current row, Ctrl+Tab out of a grid, F6 round the panes, the key of "Add to Quote", a
+// quote made and copied without the mouse, and the side boxes after a delete when the keyboard
+// comes back to the grid.
+#include "shellfixture.h"
+
+#include "catalogue/module1.h"
+#include "platform/iprompts.h"
+#include "quotes/quoteline.h"
+#include "quotes/quotelist.h"
+#include "shell/gridview.h"
+#include "shell/mainwindowactions.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFocusEvent>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class KeyboardWindowTest : public SampleWindowTest
+{
+protected:
+    void SetUp() override
+    {
+        SampleWindowTest::SetUp();
+        quoteGrid = window->ui().GrdQuote;
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    }
+    void TearDown() override
+    {
+        if (QWidget *popup = QApplication::activePopupWidget())
+            popup->close();
+        SampleWindowTest::TearDown();
+    }
+
+    /// Sends a key to whichever control has the keyboard focus at that moment.
+    static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QWidget *target = QApplication::activePopupWidget();
+        if (!target)
+            target = QApplication::focusWidget();
+        ASSERT_NE(target, nullptr);
+        QTest::keyClick(target, Qt::Key(key), modifiers);
+    }
+    static void type(const QString &text)
+    {
+        for (const QChar ch : text)
+            QTest::keyClick(QApplication::focusWidget(), ch.toLatin1());
+    }
+    static bool waitForMenu(const QMenu *menu)
+    {
+        return QTest::qWaitFor([menu] { return menu->isVisible(); }, 2000);
+    }
+    static bool within(const QWidget *widget, const QWidget *pane)
+    {
+        return widget && (widget == pane || pane->isAncestorOf(widget));
+    }
+    void focusGrid(GridView *view)
+    {
+        view->setFocus(Qt::OtherFocusReason);
+        ASSERT_TRUE(QTest::qWaitFor([view] { return view->hasFocus(); }, 2000));
+    }
+    /// Where the menu of view's current cell should open: below the cell, on the screen.
+    static QPoint cellMenuPoint(GridView *view)
+    {
+        const QRect cell = view->visualRect(view->currentIndex());
+        return view->viewport()->mapToGlobal(
+            QPoint(cell.left() + cell.height() / 2, cell.bottom()));
+    }
+    QString partInGridRow(int row) const { return grid->model()->index(row, 0).data().toString(); }
+    QString quoteCell(int row, int column) const
+    {
+        return quoteGrid->model()->index(row, column).data().toString();
+    }
+
+    GridView *quoteGrid = nullptr;
+};
+
+TEST_F(KeyboardWindowTest, ShiftF10OpensTheProductMenuAtTheCurrentRow)
+{
+    QMenu *menu = window->actions().mnuMainGrid();
+    goToRow(2);
+    focusGrid(grid);
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    ASSERT_TRUE(waitForMenu(menu));
+    EXPECT_EQ(menu->pos(), cellMenuPoint(grid));
+    EXPECT_EQ(grid->currentIndex().row(), 2);
+}
+
+TEST_F(KeyboardWindowTest, TheMenuKeyOpensTheProductMenuAndItsItemsWorkOnTheCurrentRow)
+{
+    QMenu *menu = window->actions().mnuMainGrid();
+    goToRow(1);
+    const QString part = partInGridRow(1);
+    focusGrid(grid);
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(waitForMenu(menu));
+    EXPECT_EQ(menu->pos(), cellMenuPoint(grid));
+    press(Qt::Key_Q); // Add to &Quote
+    ASSERT_TRUE(QTest::qWaitFor([menu] { return !menu->isVisible(); }, 2000));
+    ASSERT_EQ(QuoteLine::lineCount(module->QuoteTable()), 1);
+    EXPECT_EQ(quoteCell(0, QuoteGridColumn::PartNumber), part);
+}
+
+TEST_F(KeyboardWindowTest, ShiftF10AndTheMenuKeyOpenTheQuoteMenuAtTheCurrentRow)
+{
+    QMenu *menu = window->actions().mnuQuote();
+    goToRow(0);
+    action("mnuGrdMainQuote")->trigger();
+    goToRow(1);
+    action("mnuGrdMainQuote")->trigger();
+    quoteGrid->setCurrentIndex(quoteGrid->model()->index(1, QuoteGridColumn::Price));
+    focusGrid(quoteGrid);
+    for (const auto &[key, modifiers] : { std::pair { Qt::Key_F10, Qt::ShiftModifier },
+             std::pair { Qt::Key_Menu, Qt::NoModifier } }) {
+        press(key, modifiers);
+        ASSERT_TRUE(waitForMenu(menu));
+        EXPECT_EQ(menu->pos(), cellMenuPoint(quoteGrid));
+        press(Qt::Key_Escape);
+        ASSERT_TRUE(QTest::qWaitFor([menu] { return !menu->isVisible(); }, 2000));
+    }
+}
+
+TEST_F(KeyboardWindowTest, TheScheduleMenuOpensFromTheKeyboardToo)
+{
+    goToRow(0);
+    auto *schedule = window->ui().PriceSchedule;
+    schedule->setCurrentIndex(schedule->model()->index(0, 0));
+    focusGrid(schedule);
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    const QMenu *menu = window->actions().mnups();
+    ASSERT_NE(menu, nullptr);
+    ASSERT_TRUE(waitForMenu(menu));
+    EXPECT_EQ(menu->pos(), cellMenuPoint(schedule));
+}
+
+TEST_F(KeyboardWindowTest, WithoutACurrentRowNoMenuOpens)
+{
+    grid->selectionModel()->clear();
+    grid->setCurrentIndex(QModelIndex());
+    EXPECT_FALSE(grid->requestContextMenu());
+    EXPECT_FALSE(window->actions().mnuMainGrid()->isVisible());
+}
+
+TEST_F(KeyboardWindowTest, TabMovesBetweenCellsAndCtrlTabLeavesTheGrid)
+{
+    button("Edit")->trigger(); // outside edit mode the cursor keeps to the first column
+    goToRow(0);
+    focusGrid(grid);
+    press(Qt::Key_Tab);
+    EXPECT_TRUE(grid->hasFocus());
+    EXPECT_EQ(grid->currentIndex(), grid->model()->index(0, 1));
+
+    press(Qt::Key_Tab, Qt::ControlModifier);
+    QWidget *next = QApplication::focusWidget();
+    ASSERT_NE(next, nullptr);
+    EXPECT_FALSE(within(next, grid));
+
+    focusGrid(grid);
+    press(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    QWidget *previous = QApplication::focusWidget();
+    ASSERT_NE(previous, nullptr);
+    EXPECT_FALSE(within(previous, grid));
+    EXPECT_NE(previous, next);
+}
+
+TEST_F(KeyboardWindowTest, CtrlTabLeavesTheQuoteGridAndACellEditorStoringWhatWasTyped)
+{
+    goToRow(0);
+    action("mnuGrdMainQuote")->trigger();
+    ASSERT_TRUE(quoteGrid->hasFocus());
+    ASSERT_EQ(quoteGrid->currentIndex().column(), QuoteGridColumn::Quantity);
+    type(QStringLiteral("4"));
+    ASSERT_TRUE(quoteGrid->isEditing());
+    press(Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_FALSE(within(QApplication::focusWidget(), quoteGrid));
+    EXPECT_FALSE(quoteGrid->isEditing());
+    EXPECT_EQ(quoteCell(0, QuoteGridColumn::Quantity), QStringLiteral("4"));
+}
+
+TEST_F(KeyboardWindowTest, F6GoesRoundTheProductGridTheSideBoxesAndTheQuote)
+{
+    QTabWidget *tabs = window->ui().SSTabmain;
+    focusGrid(grid);
+    press(Qt::Key_F6);
+    EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
+    EXPECT_EQ(tabs->currentIndex(), 0);
+    press(Qt::Key_F6);
+    EXPECT_EQ(QApplication::focusWidget(), quoteGrid);
+    EXPECT_EQ(tabs->currentIndex(), 1);
+    press(Qt::Key_F6);
+    EXPECT_EQ(QApplication::focusWidget(), grid);
+    press(Qt::Key_F6, Qt::ShiftModifier);
+    EXPECT_EQ(QApplication::focusWidget(), quoteGrid);
+    press(Qt::Key_F6, Qt::ShiftModifier);
+    EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
+    EXPECT_EQ(tabs->currentIndex(), 0);
+    // From a box of the side boxes, F6 goes on to the quote.
+    window->ui().Txtnotes->setFocus();
+    press(Qt::Key_F6);
+    EXPECT_EQ(QApplication::focusWidget(), quoteGrid);
+}
+
+TEST_F(KeyboardWindowTest, AddToQuoteHasAKeyNoStandardActionUsesShownInTheMenu)
+{
+    QAction *add = action("mnuGrdMainQuote");
+    const QKeySequence key = MainWindowActions::addToQuoteShortcut();
+    EXPECT_EQ(add->shortcut(), key);
+    EXPECT_FALSE(key.isEmpty());
+    EXPECT_TRUE(add->isShortcutVisibleInContextMenu());
+    EXPECT_TRUE(window->QWidget::actions().contains(add));
+    for (int standard = QKeySequence::HelpContents; standard <= QKeySequence::Cancel; ++standard) {
+        const QList<QKeySequence> bindings =
+            QKeySequence::keyBindings(QKeySequence::StandardKey(standard));
+        EXPECT_FALSE(bindings.contains(key)) << standard;
+    }
+    for (QAction *other : window->findChildren<QAction *>()) {
+        if (other != add) {
+            EXPECT_NE(other->shortcut(), key) << qPrintable(other->objectName());
+        }
+    }
+}
+
+TEST_F(KeyboardWindowTest, TheKeyOfAddToQuoteAddsTheCurrentProduct)
+{
+    goToRow(2);
+    const QString part = partInGridRow(2);
+    focusGrid(grid);
+    press(MainWindowActions::addToQuoteShortcut()[0].key(),
+        MainWindowActions::addToQuoteShortcut()[0].keyboardModifiers());
+    ASSERT_EQ(QuoteLine::lineCount(module->QuoteTable()), 1);
+    EXPECT_EQ(quoteCell(0, QuoteGridColumn::PartNumber), part);
+}
+
+TEST_F(KeyboardWindowTest, AQuoteIsMadeAndCopiedWithTheKeyboardAlone)
+{
+    focusGrid(grid);
+    press(Qt::Key_Home, Qt::ControlModifier);
+    press(Qt::Key_Down);
+    const QString part = partInGridRow(grid->currentIndex().row());
+    ASSERT_EQ(grid->currentIndex().row(), 1);
+    press(Qt::Key_D, Qt::ControlModifier); // Add to Quote
+    ASSERT_EQ(QApplication::focusWidget(), quoteGrid);
+    type(QStringLiteral("12"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 2000));
+    EXPECT_EQ(quoteCell(0, QuoteGridColumn::Quantity), QStringLiteral("12"));
+    const QString total = window->ui().TxtTotal->text();
+    EXPECT_EQ(total, quoteCell(0, QuoteGridColumn::ExtPrice));
+
+    QMenu *menu = window->actions().mnuQuote();
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    ASSERT_TRUE(waitForMenu(menu));
+    press(Qt::Key_C); // &Copy
+    ASSERT_TRUE(
+        QTest::qWaitFor([this] { return fakes->clipboard.richDocument().has_value(); }, 2000));
+    const QString document = fakes->clipboard.richDocument()->plainText;
+    EXPECT_TRUE(document.contains(part + QStringLiteral(" \t"))) << qPrintable(document);
+    EXPECT_TRUE(document.contains(QStringLiteral("Order Total = ") + total))
+        << qPrintable(document);
+}
+
+TEST_F(KeyboardWindowTest, AfterADeleteTheSideBoxesStayEmptyWhenTheKeyboardComesBack)
+{
+    goToRow(0);
+    focusGrid(grid);
+    fakes->prompts.answerMessage(int(MsgResult::Yes));
+    button("DelProd")->trigger();
+    ASSERT_FALSE(grid->currentIndex().isValid());
+    // The question box closed: the window and the grid get the keyboard back.
+    QFocusEvent back(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    QApplication::sendEvent(grid, &back);
+    QFocusEvent popupGone(QEvent::FocusIn, Qt::PopupFocusReason);
+    QApplication::sendEvent(grid, &popupGone);
+    EXPECT_FALSE(grid->currentIndex().isValid());
+    EXPECT_EQ(window->ui().TxtPrice->text(), QString());
+    EXPECT_EQ(window->ui().Txtincludes->toPlainText(), QString());
+    EXPECT_EQ(window->ui().Txtnotes->toPlainText(), QString());
+    // Moving in the grid again shows the row moved to.
+    press(Qt::Key_Down);
+    EXPECT_TRUE(grid->currentIndex().isValid());
+}
+
+} // namespace

@@ -25,6 +25,7 @@ class SaveController;
 class MainWindowActions;
 class Module1;
 class ProductGridController;
+class QuoteBookController;
 class QuoteController;
 
 /// The main window: the product grid, the tab control with the side boxes and the quote, the
@@ -61,6 +62,7 @@ public:
     MainWindowActions &actions() const { return *m_actions; }
     ProductGridController &grid() const { return *m_grid; }
     QuoteController &quote() const { return *m_quote; }
+    QuoteBookController &quoteBook() const { return *m_book; }
     DocumentsController &documents() const { return *m_documents; }
     ExchangeController &exchange() const { return *m_exchange; }
     SaveController &saving() const { return *m_save; }
@@ -121,6 +123,11 @@ private Q_SLOTS:
     void mnuHelpContents_Click();
     void mnuHelpSearchForHelpOn_Click();
     void mnuHelpAbout_Click();
+    void mnuQuoteSave_Click();
+    void mnuQuoteOpen_Click();
+    void mnuQuoteRevision_Click();
+    void mnuQuoteDuplicate_Click();
+    void mnuQuotePdf_Click();
 
 private:
     bool Form_Unload();
@@ -134,6 +141,7 @@ private:
     void connectHandlers();
     void connectTemplateItems();
     void connectHelpItems();
+    void connectQuoteBookItems();
     void loadCaptions();
     void watchMouse();
     QList<QWidget *> watchedWidgets() const;
@@ -160,6 +168,7 @@ private:
     std::unique_ptr<MainWindowActions> m_actions;
     ProductGridController *m_grid = nullptr;
     QuoteController *m_quote = nullptr;
+    QuoteBookController *m_book = nullptr;
     DocumentsController *m_documents = nullptr;
     ExchangeController *m_exchange = nullptr;
     SaveController *m_save = nullptr;

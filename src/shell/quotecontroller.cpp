@@ -5,6 +5,7 @@
 #include "platform/iprompts.h"
 #include "products/ui/frmdiscount.h"
 #include "products/ui/frmdiscountprod.h"
+#include "quotes/pricesource.h"
 #include "quotes/quotediscount.h"
 #include "quotes/quotegridmodel.h"
 #include "quotes/quoteline.h"
@@ -156,6 +157,26 @@ void QuoteController::QuotePrice()
     m_ui.TxtTotal->setText(totals.total);
     m_ui.TxtDisc->setText(totals.discount);
     m_ui.TxtQdisper->setText(totals.percent);
+}
+
+bool QuoteController::replaceLines(const Table &lines)
+{
+    if (!QuoteList::replaceLines(m_module.QuoteTable(), lines))
+        return false;
+    m_model->reload();
+    if (lines.rowCount() == 0)
+        removeAllLines();
+    else
+        QuotePrice();
+    return true;
+}
+
+void QuoteController::updatePrices(const QList<int> &rows)
+{
+    PriceSources::updateFromCatalogue(
+        m_module.QuoteTable(), m_module.Catalogue(), rows, m_module.locale());
+    m_model->reload();
+    QuotePrice();
 }
 
 void QuoteController::GrdQuote_MouseUp(Qt::MouseButton Button, const QPoint &position)

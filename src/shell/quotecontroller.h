@@ -12,6 +12,7 @@ struct AppServices;
 struct MainWindowUi;
 class Module1;
 class QuoteGridModel;
+class Table;
 
 /// The quote tab: the quote grid over the shared quote table, its totals, its context menu
 /// and the quote commands (add a product, remove lines, reset prices, discounts). The main
@@ -40,6 +41,13 @@ public:
     void showDiscountLine(QWidget *owner);
     /// Recomputes the total, the discount amount and the discount percent.
     void QuotePrice();
+
+    /// Opening a saved quote, and File → New with no lines: the quote's lines become lines;
+    /// the grid and the totals follow. False, with the quote unchanged, when there are more
+    /// lines than the quote holds.
+    bool replaceLines(const Table &lines);
+    /// Prices the given quote rows (1-based) from today's catalogue.
+    void updatePrices(const QList<int> &rows);
 
     /// The quote grid's current row (0-based), -1 when there is none.
     int currentGridRow() const;

@@ -108,31 +108,10 @@ QuoteBook::OpenResult QuoteBook::open(const QString &path, const QDateTime &now)
     }
     const QFileInfo file(path);
     const bool existed = file.exists() && file.size() > 0;
-    if (existed) {
-        const Check check = checkExisting(result.detail);
-        close();
-        forgetCheckFiles();
-        switch (check) {
-        case Check::Sound:
-            if (openConnection(path) && prepareBook()) {
-                result.status = OpenStatus::Opened;
-                return result;
-            }
-            result.detail = m_error;
-            close();
-            return result;
-        case Check::TooNew:
-            result.status = OpenStatus::TooNew;
-            return result;
-        case Check::Failed:
-            return result;
-        case Check::Damaged:
-            result.keptAs = keepAside(now);
-            if (result.keptAs.isEmpty())
-                return result;
-            break;
-        }
-    }
+    if (existed && !openExisting(result, now))
+        return result;
+    if (result.status == OpenStatus::Opened)
+        return result;
     if (!openConnection(path) || !prepareBook()) {
         const QString why = m_error;
         close();
@@ -145,8 +124,34 @@ QuoteBook::OpenResult QuoteBook::open(const QString &path, const QDateTime &now)
     return result;
 }
 
-/// A book is sound when SQLite's quick check finds nothing wrong and it carries the quote
-/// book's application id (an empty SQLite file carries none and is taken as a new book).
+/// An existing file: a sound book is opened (result Opened), a damaged one kept aside (true,
+/// so a new book is started); false when open() has nothing more to do.
+bool QuoteBook::openExisting(OpenResult &result, const QDateTime &now)
+{
+    const Check check = checkExisting(result.detail);
+    close();
+    forgetCheckFiles();
+    switch (check) {
+    case Check::Sound:
+        if (openConnection(m_path) && prepareBook()) {
+            result.status = OpenStatus::Opened;
+            return true;
+        }
+        result.detail = m_error;
+        close();
+        return false;
+    case Check::TooNew:
+        result.status = OpenStatus::TooNew;
+        return false;
+    case Check::Failed:
+        return false;
+    case Check::Damaged:
+        result.keptAs = keepAside(now);
+        return !result.keptAs.isEmpty();
+    }
+    return false;
+}
+
 void QuoteBook::forgetCheckFiles()
 {
     // Looking at a book, even read-only, may leave an empty log and the log's index (a map
@@ -183,6 +188,13 @@ QuoteBook::Check QuoteBook::checkExisting(QString &detail)
         detail = verdict.isEmpty() ? QStringLiteral("the file could not be checked") : verdict;
         return Check::Damaged;
     }
+    return checkFacts(detail);
+}
+
+/// The application id and version of a file that passed SQLite's check: a quote book, a
+/// book of a later version, an empty SQLite file (taken as a new book), or another program's.
+QuoteBook::Check QuoteBook::checkFacts(QString &detail)
+{
     QSqlQuery facts(m_db);
     if (!facts.exec(QStringLiteral("SELECT (SELECT application_id FROM pragma_application_id), "
                                    "(SELECT user_version FROM pragma_user_version), "

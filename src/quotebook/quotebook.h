@@ -103,6 +103,8 @@ public:
 private:
     enum class Check { Sound, Damaged, TooNew, Failed };
     Check checkExisting(QString &detail);
+    Check checkFacts(QString &detail);
+    bool openExisting(OpenResult &result, const QDateTime &now);
     void forgetCheckFiles();
     bool openConnection(const QString &path, bool readOnly = false);
     bool prepareBook();

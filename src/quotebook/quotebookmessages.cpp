@@ -39,9 +39,17 @@ QString opened(const QuoteBook::OpenResult &result, const QString &path, bool ba
     case QuoteBook::OpenStatus::Failed:
         break;
     }
-    return QStringLiteral("The quote book \"%1\" could not be opened: %2. Quotes cannot be saved "
-                          "or opened until Tarnwick is started again.")
+    return QStringLiteral("The quote book \"%1\" could not be opened: %2. Until it can be, quotes "
+                          "cannot be saved or opened and the quote on screen is not kept for the "
+                          "next start.")
         .arg(native(path), result.detail);
+}
+
+QString notKept(const QString &why)
+{
+    return QStringLiteral("The quote on screen could not be kept for the next start: the quote "
+                          "book is not available (%1).")
+        .arg(why);
 }
 
 QString unavailable(const QString &why)

@@ -15,6 +15,8 @@ namespace QuoteBookMessages {
 /// (where the file was kept, and the backup when there is one), a book of a later version, or
 /// why there is no book.
 QString opened(const QuoteBook::OpenResult &result, const QString &path, bool backupExists);
+/// At close, when the quote on screen had no book to be kept in.
+QString notKept(const QString &why);
 /// "The quote book is not available: <why>."
 QString unavailable(const QString &why);
 

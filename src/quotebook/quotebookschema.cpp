@@ -49,6 +49,44 @@ bool toVersion1(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return true;
 }
 
+/// The total and the search text of every quote saved before version 2.
+bool fillTotalsAndSearch(QSqlDatabase &db, const QLocale &locale, QSqlError &error)
+{
+    QSqlQuery quotes(db);
+    quotes.setForwardOnly(true);
+    if (!quotes.exec(QStringLiteral("SELECT id, year, sequence, customer, company FROM quotes"))) {
+        error = quotes.lastError();
+        return false;
+    }
+    std::vector<QuoteHeader> existing;
+    while (quotes.next()) {
+        QuoteHeader header;
+        header.id = quotes.value(0).toLongLong();
+        header.year = quotes.value(1).toInt();
+        header.sequence = quotes.value(2).toInt();
+        header.customer.customer = quotes.value(3).toString();
+        header.customer.company = quotes.value(4).toString();
+        existing.push_back(header);
+    }
+    QSqlQuery total(db);
+    total.prepare(QStringLiteral("UPDATE quotes SET total = ? WHERE id = ?"));
+    QSqlQuery search(db);
+    search.prepare(QStringLiteral("INSERT INTO quote_search (quote_id, haystack) VALUES (?, ?)"));
+    for (const QuoteHeader &header : existing) {
+        const auto content =
+            QuoteBookRows::readLines(db, QStringLiteral("quote_lines"), header.id, error);
+        if (!content)
+            return false;
+        total.bindValue(0, QuoteBookRows::totalOf(content->lines, locale));
+        total.bindValue(1, header.id);
+        search.bindValue(0, header.id);
+        search.bindValue(1, QuoteBookRows::haystack(header, content->lines));
+        if (!QuoteBookRows::run(total, error) || !QuoteBookRows::run(search, error))
+            return false;
+    }
+    return true;
+}
+
 /// Version 2: the quote list shows every quote's total and searches number, customer, company
 /// and part numbers without reading the lines: each quote keeps its total and its search text,
 /// computed here for the quotes saved before, and the list's order has an index.
@@ -65,44 +103,7 @@ bool toVersion2(QSqlDatabase &db, const QLocale &locale, QSqlError &error)
         if (!QuoteBookRows::run(db, sql, error))
             return false;
     }
-    QSqlQuery quotes(db);
-    quotes.setForwardOnly(true);
-    if (!quotes.exec(QStringLiteral("SELECT id, year, sequence, customer, company FROM quotes"))) {
-        error = quotes.lastError();
-        return false;
-    }
-    struct Existing
-    {
-        qint64 id;
-        QuoteHeader header;
-    };
-    std::vector<Existing> existing;
-    while (quotes.next()) {
-        QuoteHeader header;
-        header.id = quotes.value(0).toLongLong();
-        header.year = quotes.value(1).toInt();
-        header.sequence = quotes.value(2).toInt();
-        header.customer.customer = quotes.value(3).toString();
-        header.customer.company = quotes.value(4).toString();
-        existing.push_back({ header.id, header });
-    }
-    QSqlQuery total(db);
-    total.prepare(QStringLiteral("UPDATE quotes SET total = ? WHERE id = ?"));
-    QSqlQuery search(db);
-    search.prepare(QStringLiteral("INSERT INTO quote_search (quote_id, haystack) VALUES (?, ?)"));
-    for (const Existing &quote : existing) {
-        const auto content =
-            QuoteBookRows::readLines(db, QStringLiteral("quote_lines"), quote.id, error);
-        if (!content)
-            return false;
-        total.bindValue(0, QuoteBookRows::totalOf(content->lines, locale));
-        total.bindValue(1, quote.id);
-        search.bindValue(0, quote.id);
-        search.bindValue(1, QuoteBookRows::haystack(quote.header, content->lines));
-        if (!QuoteBookRows::run(total, error) || !QuoteBookRows::run(search, error))
-            return false;
-    }
-    return true;
+    return fillTotalsAndSearch(db, locale, error);
 }
 
 using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;

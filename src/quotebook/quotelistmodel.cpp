@@ -46,11 +46,11 @@ QVariant QuoteListModel::data(const QModelIndex &index, int role) const
         return {};
     switch (index.column()) {
     case Number:
-        return quote.number;
+        return quote.number();
     case Revision:
-        return quote.revision;
+        return quote.revisionLetter();
     case Customer:
-        return quote.customer;
+        return quote.customerText();
     case Date:
         return m_locale.toString(quote.date, QLocale::ShortFormat);
     case Total:

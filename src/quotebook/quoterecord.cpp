@@ -54,6 +54,17 @@ const std::vector<QuoteStatus> &all()
 
 namespace QuoteNumbers {
 
+QString customerText(const QString &name, const QString &company)
+{
+    const QString who = name.trimmed();
+    const QString firm = company.trimmed();
+    if (who.isEmpty())
+        return firm;
+    if (firm.isEmpty() || firm == who)
+        return who;
+    return who + QLatin1String(", ") + firm;
+}
+
 QString number(int year, int sequence)
 {
     return QStringLiteral("Q-%1-%2").arg(year).arg(sequence, 4, 10, QLatin1Char('0'));
@@ -105,13 +116,22 @@ QString QuoteHeader::numberAndRevision() const
 
 QString QuoteHeader::customerText() const
 {
-    const QString name = customer.customer.trimmed();
-    const QString company = customer.company.trimmed();
-    if (name.isEmpty())
-        return company;
-    if (company.isEmpty() || company == name)
-        return name;
-    return name + QLatin1String(", ") + company;
+    return QuoteNumbers::customerText(customer.customer, customer.company);
+}
+
+QString QuoteSummary::number() const
+{
+    return QuoteNumbers::number(year, sequence);
+}
+
+QString QuoteSummary::revisionLetter() const
+{
+    return QuoteNumbers::revisionLetter(revision);
+}
+
+QString QuoteSummary::customerText() const
+{
+    return QuoteNumbers::customerText(customer, company);
 }
 
 } // namespace tarnwick

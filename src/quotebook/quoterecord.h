@@ -84,19 +84,31 @@ struct SavedQuote
     double total = 0.0; ///< the sum of the rounded extended prices, as the totals compute it
 };
 
-/// One row of the quote list.
+/// One row of the quote list. The texts shown are made when they are shown, so a list of
+/// 10,000 quotes costs no more than reading them.
 struct QuoteSummary
 {
     qint64 id = 0;
-    QString number; ///< "Q-2026-0001"
-    QString revision; ///< "A"
-    QString customer; ///< the customer as QuoteHeader::customerText gives it
+    int year = 0;
+    int sequence = 0;
+    int revision = 0;
+    QString customer;
+    QString company;
     QDate date;
     double total = 0.0;
     QuoteStatus status = QuoteStatus::Draft;
+
+    /// "Q-2026-0001"
+    QString number() const;
+    /// "A"
+    QString revisionLetter() const;
+    /// The customer as QuoteHeader::customerText gives it.
+    QString customerText() const;
 };
 
 namespace QuoteNumbers {
+/// "name, company"; either alone when the other is empty or the same.
+QString customerText(const QString &name, const QString &company);
 /// "Q-<year>-<sequence>", the sequence with at least four digits: "Q-2026-0001".
 QString number(int year, int sequence);
 /// The letter of revision index: 0 → "A" … 25 → "Z", 26 → "AA", 27 → "AB" …

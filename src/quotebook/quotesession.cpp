@@ -183,8 +183,13 @@ std::optional<Table> QuoteSession::restore()
 
 bool QuoteSession::keepNow()
 {
-    if (!m_book.isOpen())
-        return false;
+    if (!m_book.isOpen()) {
+        // Nothing to keep needs no book; a quote to keep opens (or makes) one.
+        if (isEmpty() && !m_header.isSaved())
+            return true;
+        if (!m_opener || !m_opener())
+            return false;
+    }
     if (m_quote.generation() == m_keptGeneration && m_header.id == m_keptQuoteId)
         return true;
     QuoteBook::InHand inHand;

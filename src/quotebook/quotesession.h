@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -77,6 +78,9 @@ public:
     /// change reaches the disk within about that time.
     void startKeeping(int intervalMs = 500);
     void stopKeeping();
+    /// Opens the book when there is a quote to keep and the book is not open yet (a first
+    /// book is made only once it is needed); true when it is open.
+    void setOpener(std::function<bool()> opener) { m_opener = std::move(opener); }
 
     /// How each line's unit price came about, for the lines as they are now.
     std::vector<PriceSource> sources() const;
@@ -107,6 +111,7 @@ private:
     quint64 m_keptGeneration = 0;
     qint64 m_keptQuoteId = -1;
     QTimer m_timer;
+    std::function<bool()> m_opener;
 };
 
 } // namespace tarnwick

@@ -54,8 +54,7 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
       m_session(std::make_unique<QuoteSession>(
           m_book, module.QuoteTable(), module.Catalogue(), module.locale())),
       m_dialogs(std::make_unique<QtQuoteBookDialogs>(services.prompts, module.locale())),
-      m_today([] { return QDate::currentDate(); }),
-      m_unavailable(QStringLiteral("it has not been opened yet"))
+      m_today([] { return QDate::currentDate(); })
 {
     connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
     connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
@@ -73,24 +72,41 @@ void QuoteBookController::setDialogs(std::unique_ptr<IQuoteBookDialogs> dialogs)
     m_dialogs = std::move(dialogs);
 }
 
+/// A book that is there is opened at once, to bring back the quote in hand; a first one is
+/// created only when there is something to keep, so a run that never quotes leaves no file.
 void QuoteBookController::start()
 {
     if (m_started)
         return;
     m_started = true;
-    const QString path = m_services.environment.pathInAppFolder(BookFileName);
-    const QuoteBook::OpenResult result = m_book.open(path);
-    const QString message = QuoteBookMessages::opened(
-        result, path, QFileInfo::exists(m_services.environment.pathInAppFolder(BackupFileName)));
-    if (!message.isEmpty())
-        m_services.prompts.msgBox(message, MsgStyle::Exclamation, Titles::Book);
-    if (!m_book.isOpen()) {
-        m_unavailable = result.detail.isEmpty() ? message : result.detail;
-        return;
-    }
-    m_unavailable.clear();
-    restoreInHand();
+    if (QFileInfo::exists(bookPath()) && openBook(true))
+        restoreInHand();
+    m_session->setOpener([this] { return openBook(false); });
     m_session->startKeeping(KeepInterval);
+}
+
+QString QuoteBookController::bookPath() const
+{
+    return m_services.environment.pathInAppFolder(BookFileName);
+}
+
+bool QuoteBookController::openBook(bool inABox)
+{
+    if (m_book.isOpen())
+        return true;
+    if (!m_openable)
+        return false;
+    const QuoteBook::OpenResult result = m_book.open(bookPath());
+    const QString message = QuoteBookMessages::opened(result, bookPath(),
+        QFileInfo::exists(m_services.environment.pathInAppFolder(BackupFileName)));
+    if (!message.isEmpty() && inABox)
+        m_services.prompts.msgBox(message, MsgStyle::Exclamation, Titles::Book);
+    else if (!message.isEmpty())
+        status(message);
+    // A book of a later version stays as it is for the whole run.
+    m_openable = result.status != QuoteBook::OpenStatus::TooNew;
+    m_unavailable = m_book.isOpen() ? QString() : result.detail;
+    return m_book.isOpen();
 }
 
 void QuoteBookController::restoreInHand()
@@ -108,11 +124,16 @@ void QuoteBookController::sessionEnding()
 
 void QuoteBookController::shutDown()
 {
-    if (!m_book.isOpen())
+    if (!m_started)
         return;
     m_session->stopKeeping();
     m_ui.GrdQuote->commitPendingEdit();
     m_session->keepNow();
+    if (!m_book.isOpen()) {
+        if (!m_session->isEmpty())
+            report(QuoteBookMessages::notKept(m_unavailable), Titles::Book);
+        return;
+    }
     const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
     if (!m_book.backupTo(backup))
         report(QuoteBookMessages::backupFailed(backup, m_book.errorString()), Titles::Book);
@@ -121,7 +142,7 @@ void QuoteBookController::shutDown()
 
 bool QuoteBookController::ready(const QString &title)
 {
-    if (m_book.isOpen())
+    if (openBook(false))
         return true;
     report(QuoteBookMessages::unavailable(m_unavailable), title);
     return false;
@@ -230,9 +251,9 @@ void QuoteBookController::saveQuote()
 
 bool QuoteBookController::saveChangedQuote()
 {
-    if (!m_book.isOpen() || !m_session->isChanged())
+    if (!m_session->isChanged())
         return true;
-    return saveInHand(Titles::Save);
+    return ready(Titles::Save) && saveInHand(Titles::Save);
 }
 
 void QuoteBookController::openQuote()
@@ -294,7 +315,8 @@ void QuoteBookController::duplicateQuote()
 
 void QuoteBookController::newQuote()
 {
-    if (m_book.isOpen() && !offerToSave(Titles::New))
+    // A changed quote is offered for saving; without a book it cannot be, and goes.
+    if (m_session->isChanged() && openBook(false) && !offerToSave(Titles::New))
         return;
     m_quote.replaceLines(Table(0, m_module.QuoteTable().fieldCount()));
     m_session->startNew();

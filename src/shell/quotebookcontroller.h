@@ -65,6 +65,9 @@ public:
     void setToday(std::function<QDate()> today) { m_today = std::move(today); }
 
 private:
+    QString bookPath() const;
+    /// Opens the book when it is not open yet; a failure is told in a box or in the status bar.
+    bool openBook(bool inABox);
     bool ready(const QString &title);
     QuoteTexts currentTexts() const;
     bool saveFirstTime(const QString &title);
@@ -87,6 +90,7 @@ private:
     std::unique_ptr<IQuoteBookDialogs> m_dialogs;
     std::function<QDate()> m_today;
     QString m_unavailable; ///< why the book could not be opened; empty once it is
+    bool m_openable = true; ///< false once the book turned out to be of a later version
     bool m_started = false;
 };
 

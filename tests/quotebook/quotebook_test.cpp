@@ -154,17 +154,17 @@ TEST_F(QuoteBookTest, TheListIsNewestFirstAndSearchesNumberCustomerCompanyAndPar
     ASSERT_TRUE(book->saveNewQuotes(quotes));
     const QList<QuoteSummary> all = book->list();
     ASSERT_EQ(all.size(), 3);
-    EXPECT_EQ(all[0].customer, QStringLiteral("Bolt Brothers, Bolt Brothers Ltd"));
-    EXPECT_EQ(all[1].number, QStringLiteral("Q-2026-0001"));
-    EXPECT_EQ(all[2].customer, QStringLiteral("Cöln Ölwerke, Wasser GmbH"));
-    EXPECT_EQ(all[0].revision, QStringLiteral("A"));
+    EXPECT_EQ(all[0].customerText(), QStringLiteral("Bolt Brothers, Bolt Brothers Ltd"));
+    EXPECT_EQ(all[1].number(), QStringLiteral("Q-2026-0001"));
+    EXPECT_EQ(all[2].customerText(), QStringLiteral("Cöln Ölwerke, Wasser GmbH"));
+    EXPECT_EQ(all[0].revisionLetter(), QStringLiteral("A"));
     EXPECT_EQ(all[0].date, May12.addDays(1));
     EXPECT_EQ(all[0].status, QuoteStatus::Draft);
 
     const auto numbers = [&](const QString &find) {
         QStringList found;
         for (const QuoteSummary &quote : book->list(find))
-            found << quote.number;
+            found << quote.number();
         return found;
     };
     EXPECT_EQ(numbers(QStringLiteral("q-2026-0002")), QStringList { "Q-2026-0002" });
@@ -189,9 +189,9 @@ TEST_F(QuoteBookTest, RevisionsAreListedEachAndTheStatusIsKept)
     ASSERT_TRUE(book->setStatus(quote.header.id, QuoteStatus::Accepted));
     const QList<QuoteSummary> all = book->list();
     ASSERT_EQ(all.size(), 2);
-    EXPECT_EQ(all[0].revision, QStringLiteral("B"));
+    EXPECT_EQ(all[0].revisionLetter(), QStringLiteral("B"));
     EXPECT_EQ(all[0].status, QuoteStatus::Accepted);
-    EXPECT_EQ(all[1].revision, QStringLiteral("A"));
+    EXPECT_EQ(all[1].revisionLetter(), QStringLiteral("A"));
     EXPECT_EQ(all[1].status, QuoteStatus::Sent);
     EXPECT_FALSE(book->setStatus(12345, QuoteStatus::Declined));
 }
@@ -278,7 +278,7 @@ TEST_F(QuoteBookTest, TenThousandQuotesOfTwentyLines)
         << "no quote has 9999 in its number";
     const QList<QuoteSummary> byPart = book->list(QStringLiteral("pn9876-20"));
     ASSERT_EQ(byPart.size(), 1);
-    EXPECT_EQ(byPart.first().customer, QStringLiteral("Customer 9876, Customer 9876 Ltd"));
+    EXPECT_EQ(byPart.first().customerText(), QStringLiteral("Customer 9876, Customer 9876 Ltd"));
     const auto loaded = book->load(byPart.first().id);
     ASSERT_TRUE(loaded.has_value());
     EXPECT_TRUE(sameTable(loaded->content.lines, quotes[9876].content.lines));

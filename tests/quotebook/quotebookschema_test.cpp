@@ -85,9 +85,9 @@ TEST_F(QuoteBookFileTest, ABookOfVersionOneIsBroughtUpToDate)
     EXPECT_EQ(QuoteBookSchema::version(db, error), 2);
     const QList<QuoteSummary> found = book.list(QStringLiteral("old-2"));
     ASSERT_EQ(found.size(), 1);
-    EXPECT_EQ(found[0].number, QStringLiteral("Q-2025-0041"));
-    EXPECT_EQ(found[0].revision, QStringLiteral("B"));
-    EXPECT_EQ(found[0].customer, QStringLiteral("Old Customer, Old Company"));
+    EXPECT_EQ(found[0].number(), QStringLiteral("Q-2025-0041"));
+    EXPECT_EQ(found[0].revisionLetter(), QStringLiteral("B"));
+    EXPECT_EQ(found[0].customerText(), QStringLiteral("Old Customer, Old Company"));
     EXPECT_EQ(found[0].status, QuoteStatus::Accepted);
     EXPECT_DOUBLE_EQ(found[0].total, 2.5 + 5.0 + 7.5);
     EXPECT_EQ(book.list(QStringLiteral("q-2025-0041")).size(), 1);

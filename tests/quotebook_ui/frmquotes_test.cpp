@@ -119,7 +119,7 @@ TEST_F(FrmQuotesTest, OpenChoosesTheCurrentQuote)
     QTest::mouseClick(child<QPushButton>("CmdOpen"), Qt::LeftButton);
     EXPECT_EQ(window->result(), QDialog::Accepted);
     EXPECT_EQ(window->chosenQuote(), window->model()->quotes().at(2).id);
-    EXPECT_EQ(window->model()->quotes().at(2).number, QStringLiteral("Q-2026-0001"));
+    EXPECT_EQ(window->model()->quotes().at(2).number(), QStringLiteral("Q-2026-0001"));
 }
 
 TEST_F(FrmQuotesTest, SearchThenDownAndEnterOpenWithoutTheMouse)

@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QSignalSpy>
+#include <QTableView>
 #include <QTest>
 
 #include <deque>
@@ -47,7 +48,7 @@ public:
         if (!chooseNumber)
             return std::nullopt;
         for (const QuoteSummary &quote : book.list()) {
-            if (quote.number + QLatin1Char(' ') + quote.revision == *chooseNumber)
+            if (quote.number() + QLatin1Char(' ') + quote.revisionLetter() == *chooseNumber)
                 return quote.id;
         }
         ADD_FAILURE() << "No quote " << chooseNumber->toStdString();
@@ -191,6 +192,24 @@ TEST_F(QuoteBookWindowTest, TheQuoteOnScreenIsThereAgainAfterACloseAndAStart)
     EXPECT_EQ(window->ui().FraQuote->title(), QStringLiteral("Quote Details"));
 }
 
+TEST_F(QuoteBookWindowTest, NoQuoteBookIsMadeUntilThereIsAQuoteToKeep)
+{
+    EXPECT_FALSE(folder.exists(QStringLiteral("quotes.db")));
+    ASSERT_TRUE(window->close());
+    EXPECT_FALSE(folder.exists(QStringLiteral("quotes.db")));
+    EXPECT_FALSE(folder.exists(QStringLiteral("quotes.bak")));
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
+TEST_F(QuoteBookWindowTest, TheFirstLineMakesTheQuoteBook)
+{
+    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
+    addToQuote(0);
+    ASSERT_TRUE(kept.wait(5000));
+    EXPECT_TRUE(folder.exists(QStringLiteral("quotes.db")));
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
 TEST_F(QuoteBookWindowTest, TheQuoteOnScreenOutlivesACrash)
 {
     QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
@@ -316,7 +335,7 @@ TEST_F(QuoteBookWindowTest, NewRevisionAndDuplicateQuote)
         QStringLiteral("Quote Details: Q-2026-0002 A, Bolt Brothers, Bolt Ltd"));
     QStringList listed;
     for (const QuoteSummary &quote : book().list())
-        listed << quote.number + QLatin1Char(' ') + quote.revision;
+        listed << quote.number() + QLatin1Char(' ') + quote.revisionLetter();
     EXPECT_EQ(listed, (QStringList { "Q-2026-0002 A", "Q-2026-0001 B", "Q-2026-0001 A" }));
 }
 
@@ -438,7 +457,16 @@ TEST_F(DamagedBookWindowTest, WithoutABookTheCommandsSayWhy)
     ASSERT_EQ(fakes->prompts.shown().size(), 1U);
     EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
         QLatin1String("The quote book is not available: ")));
+    // A quote that has no book to be kept in is named at the close.
+    QTableView *products = mainWindow->ui().GrdMain;
+    products->setCurrentIndex(products->model()->index(0, 0));
+    mainWindow->actions().action(QStringLiteral("mnuGrdMainQuote"))->trigger();
+    fakes->prompts.clear();
     EXPECT_TRUE(mainWindow->close());
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
+        QLatin1String("The quote on screen could not be kept for the next start: the quote book "
+                      "is not available (")));
 }
 
 } // namespace

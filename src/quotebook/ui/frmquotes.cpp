@@ -61,7 +61,13 @@ FrmQuotes::FrmQuotes(QuoteBook &book, IPrompts &prompts, const QLocale &locale, 
     m_cmdOpen = quotesControl(new QPushButton(tr("&Open"), this), "CmdOpen");
     m_cmdCancel = quotesControl(new QPushButton(tr("Cancel"), this), "CmdCancel");
     m_cmdOpen->setDefault(true);
+    layOut(findLabel, statusLabel);
+    connectHandlers();
+    refresh();
+}
 
+void FrmQuotes::layOut(QLabel *findLabel, QLabel *statusLabel)
+{
     auto *find = new QHBoxLayout;
     find->addWidget(findLabel);
     find->addWidget(m_txtFind, 1);

@@ -39,6 +39,7 @@ private Q_SLOTS:
     void CmbStatus_Click(int index);
 
 private:
+    void layOut(QLabel *findLabel, QLabel *statusLabel);
     void connectHandlers();
     void showCurrentStatus();
     int currentRow() const;

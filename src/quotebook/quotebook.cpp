@@ -54,6 +54,7 @@ QuoteBook::~QuoteBook()
 void QuoteBook::close()
 {
     m_statements.clear();
+    m_lineSql.clear();
     m_textIds.clear();
     if (m_db.isValid()) {
         m_db.close();
@@ -301,6 +302,17 @@ bool QuoteBook::fullSync(bool full)
         || fail(error);
 }
 
+QuoteBookRows::StatementFor QuoteBook::statementFor()
+{
+    return [this](const QString &table, int rows) -> QSqlQuery & {
+        // Looked up by table and count: the statement's text is long.
+        QString &sql = m_lineSql[{ table, rows }];
+        if (sql.isEmpty())
+            sql = QuoteBookRows::insertLinesSql(table, rows);
+        return prepared(sql);
+    };
+}
+
 qint64 QuoteBook::textId(const QString &text)
 {
     const auto known = m_textIds.constFind(text);
@@ -358,9 +370,9 @@ bool QuoteBook::writeSearchAndLines(const SavedQuote &quote)
         QStringLiteral("INSERT OR REPLACE INTO quote_search (quote_id, haystack) VALUES (?, ?)"));
     search.bindValue(0, quote.header.id);
     search.bindValue(1, QuoteBookRows::haystack(quote.header, quote.content.lines));
-    QSqlQuery &lines = prepared(QuoteBookRows::insertLineSql(QuoteLines));
     if (!QuoteBookRows::run(clear, error) || !QuoteBookRows::run(search, error)
-        || !QuoteBookRows::writeLines(lines, true, quote.header.id, quote.content, error))
+        || !QuoteBookRows::writeLines(
+            statementFor(), QuoteLines, quote.header.id, quote.content, error))
         return fail(error);
     return true;
 }

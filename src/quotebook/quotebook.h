@@ -11,6 +11,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -118,6 +119,7 @@ private:
     qint64 textId(const QString &text);
     /// The statement sql, prepared once per connection and kept for the next save.
     QSqlQuery &prepared(const QString &sql);
+    std::function<QSqlQuery &(const QString &, int)> statementFor();
     bool insertQuote(SavedQuote &quote);
     bool numberAndInsert(SavedQuote &quote);
     bool writeSearchAndLines(const SavedQuote &quote);
@@ -134,6 +136,7 @@ private:
         bool ready = false;
     };
     std::map<QString, Statement> m_statements;
+    std::map<std::pair<QString, int>, QString> m_lineSql;
     /// The keys of the texts in the book, as far as they were asked for.
     QHash<QString, qint64> m_textIds;
 };

@@ -111,35 +111,58 @@ bool run(QSqlDatabase &db, const QString &sql, QSqlError &error)
     return false;
 }
 
-QString insertLineSql(const QString &table)
+QString insertLinesSql(const QString &table, int rows)
 {
     const bool ofQuote = table == QLatin1String("quote_lines");
-    return QStringLiteral("INSERT INTO %1 (%2line, %3, kinds, price_source) "
-                          "VALUES (%4?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+    const QString values = ofQuote ? QStringLiteral("(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+                                   : QStringLiteral("(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+    QStringList all;
+    for (int row = 0; row < rows; ++row)
+        all << values;
+    return QStringLiteral("INSERT INTO %1 (%2line, %3, kinds, price_source) VALUES %4")
         .arg(table, ofQuote ? QStringLiteral("quote_id, ") : QString(), lineColumns(),
-            ofQuote ? QStringLiteral("?, ") : QString());
+            all.join(QLatin1String(", ")));
 }
 
-bool writeLines(QSqlQuery &insert, bool withQuoteId, qint64 quoteId, const QuoteContent &content,
-    QSqlError &error)
+namespace {
+
+/// Up to this many lines go into one statement.
+constexpr int LinesPerStatement = 50;
+
+/// Binds the values of line row of content, from position at on.
+void bindLine(QSqlQuery &insert, int &at, bool withQuoteId, qint64 quoteId,
+    const QuoteContent &content, int row)
 {
     const Table &lines = content.lines;
-    for (int row = 1; row <= lines.rowCount(); ++row) {
+    if (withQuoteId)
+        insert.bindValue(at++, quoteId);
+    insert.bindValue(at++, row);
+    QString kinds;
+    for (int field = 1; field <= QuoteLine::FieldCount; ++field) {
+        const Cell cell = field <= lines.fieldCount() ? lines.get(row, field) : Cell();
+        insert.bindValue(at++, sqlValue(cell));
+        kinds += kindLetter(cell);
+    }
+    insert.bindValue(at++, kinds);
+    const std::size_t index = std::size_t(row - 1);
+    insert.bindValue(at++,
+        PriceSources::storedName(
+            index < content.sources.size() ? content.sources[index] : PriceSource::Typed));
+}
+
+} // namespace
+
+bool writeLines(const StatementFor &statementFor, const QString &table, qint64 quoteId,
+    const QuoteContent &content, QSqlError &error)
+{
+    const bool withQuoteId = table == QLatin1String("quote_lines");
+    const int count = content.lines.rowCount();
+    for (int first = 1; first <= count; first += LinesPerStatement) {
+        const int rows = qMin(LinesPerStatement, count - first + 1);
+        QSqlQuery &insert = statementFor(table, rows);
         int at = 0;
-        if (withQuoteId)
-            insert.bindValue(at++, quoteId);
-        insert.bindValue(at++, row);
-        QString kinds;
-        for (int field = 1; field <= QuoteLine::FieldCount; ++field) {
-            const Cell cell = field <= lines.fieldCount() ? lines.get(row, field) : Cell();
-            insert.bindValue(at++, sqlValue(cell));
-            kinds += kindLetter(cell);
-        }
-        insert.bindValue(at++, kinds);
-        const std::size_t index = std::size_t(row - 1);
-        insert.bindValue(at++,
-            PriceSources::storedName(
-                index < content.sources.size() ? content.sources[index] : PriceSource::Typed));
+        for (int row = first; row < first + rows; ++row)
+            bindLine(insert, at, withQuoteId, quoteId, content, row);
         if (!run(insert, error))
             return false;
     }

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <optional>
 
 class QSqlQuery;
@@ -30,13 +31,17 @@ QChar kindLetter(const Cell &cell);
 /// changed by another program) becomes the nearest cell: a text, or empty.
 Cell cellOf(const QVariant &value, QChar kind);
 
-/// The statement that inserts one line into table ("quote_lines", whose rows start with the
-/// quote's key, or "in_hand_lines").
-QString insertLineSql(const QString &table);
-/// Writes the lines of content through insert (prepared from insertLineSql), inside the
-/// caller's transaction; quoteId is bound first when the table's rows start with it.
-bool writeLines(QSqlQuery &insert, bool withQuoteId, qint64 quoteId, const QuoteContent &content,
-    QSqlError &error);
+/// The prepared statement of insertLinesSql(table, rows) (the quote book keeps each once per
+/// connection).
+using StatementFor = std::function<QSqlQuery &(const QString &table, int rows)>;
+
+/// The statement that inserts rows lines at once into table ("quote_lines", whose rows start
+/// with the quote's key, or "in_hand_lines").
+QString insertLinesSql(const QString &table, int rows);
+/// Writes the lines of content into table, inside the caller's transaction, several lines per
+/// statement (statements from statementFor).
+bool writeLines(const StatementFor &statementFor, const QString &table, qint64 quoteId,
+    const QuoteContent &content, QSqlError &error);
 /// Reads them back in line order; none on an error.
 std::optional<QuoteContent> readLines(
     QSqlDatabase &db, const QString &table, qint64 quoteId, QSqlError &error);

@@ -75,8 +75,12 @@ TEST_F(QuoteBookFileTest, ABookOfVersionOneIsBroughtUpToDate)
             "'2025-12-03', 'accepted', 1, 2)"));
         QuoteContent content = sampleContent(3, QStringLiteral("OLD"));
         QSqlQuery insert(raw.db());
-        ASSERT_TRUE(insert.prepare(QuoteBookRows::insertLineSql(QStringLiteral("quote_lines"))));
-        ASSERT_TRUE(QuoteBookRows::writeLines(insert, true, 5, content, error));
+        const auto statementFor = [&](const QString &table, int rows) -> QSqlQuery & {
+            insert.prepare(QuoteBookRows::insertLinesSql(table, rows));
+            return insert;
+        };
+        ASSERT_TRUE(QuoteBookRows::writeLines(
+            statementFor, QStringLiteral("quote_lines"), 5, content, error));
         EXPECT_EQ(QuoteBookSchema::version(raw.db(), error), 1);
     }
     ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();

@@ -34,6 +34,15 @@ QString plainWords(const QSqlError &error)
     return text.isEmpty() ? QStringLiteral("an unknown error") : text;
 }
 
+/// A damaged file in the words of the message that reports it: SQLite's own account of broken
+/// pages names b-trees and page numbers.
+const QString DamagedPages = QStringLiteral("parts of the file are damaged");
+
+QString damageWords(const QSqlError &error)
+{
+    return (error.nativeErrorCode().toInt() & 0xff) == 11 ? DamagedPages : plainWords(error);
+}
+
 QVariant isoDate(const QDate &date)
 {
     return QuoteBookRows::sqlText(date.toString(Qt::ISODate));
@@ -180,13 +189,13 @@ QuoteBook::Check QuoteBook::checkExisting(QString &detail)
     }
     QSqlQuery check(m_db);
     if (!check.exec(QStringLiteral("PRAGMA quick_check"))) {
-        detail = plainWords(check.lastError());
+        detail = damageWords(check.lastError());
         return isDamage(check.lastError()) ? Check::Damaged : Check::Failed;
     }
     const QString verdict = check.next() ? check.value(0).toString() : QString();
     check.finish();
     if (verdict != QLatin1String("ok")) {
-        detail = verdict.isEmpty() ? QStringLiteral("the file could not be checked") : verdict;
+        detail = verdict.isEmpty() ? QStringLiteral("the file could not be checked") : DamagedPages;
         return Check::Damaged;
     }
     return checkFacts(detail);
@@ -201,7 +210,7 @@ QuoteBook::Check QuoteBook::checkFacts(QString &detail)
                                    "(SELECT user_version FROM pragma_user_version), "
                                    "(SELECT count(*) FROM sqlite_master)"))
         || !facts.next()) {
-        detail = plainWords(facts.lastError());
+        detail = damageWords(facts.lastError());
         return isDamage(facts.lastError()) ? Check::Damaged : Check::Failed;
     }
     const qint32 applicationId = facts.value(0).toInt();

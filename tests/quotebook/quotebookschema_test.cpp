@@ -169,6 +169,7 @@ TEST_F(QuoteBookFileTest, ABookWithDamagedPagesIsKeptAside)
     folder.writeFile(QStringLiteral("quotes.db"), bytes);
     const QuoteBook::OpenResult result = open();
     ASSERT_EQ(result.status, QuoteBook::OpenStatus::Replaced) << result.detail.toStdString();
+    EXPECT_EQ(result.detail, QStringLiteral("parts of the file are damaged"));
     EXPECT_EQ(folder.readFile(QStringLiteral("quotes-damaged-20260512-140309.db")), bytes);
     EXPECT_EQ(book.quoteCount(), 0);
 }

@@ -15,6 +15,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
@@ -342,6 +344,7 @@ TEST_F(QuoteBookWindowTest, NewRevisionAndDuplicateQuote)
 TEST_F(QuoteBookWindowTest, SaveAsPdfWritesTheQuoteWhereTheUserChooses)
 {
     addToQuote(1);
+    addToQuote(0);
     bookDialogs->customers.push_back(Acme);
     const QString path = folder.filePath(QStringLiteral("out.pdf"));
     fakes->fileDialogs.answer(FileDialogResult { path, 1 });
@@ -351,8 +354,28 @@ TEST_F(QuoteBookWindowTest, SaveAsPdfWritesTheQuoteWhereTheUserChooses)
     EXPECT_EQ(fakes->fileDialogs.requests()[0].fileName, QStringLiteral("Q-2026-0001-A.pdf"));
     EXPECT_EQ(fakes->fileDialogs.requests()[0].filter,
         QStringLiteral("PDF Files (*.pdf)|*.pdf|All Files (*.*)|*.*"));
-    EXPECT_TRUE(folder.readFile(QStringLiteral("out.pdf")).startsWith("%PDF"));
     EXPECT_EQ(book().quoteCount(), 1) << "the quote was saved first, to have its number";
+
+    // Read back by poppler: the page header, both lines with their price lines, the total
+    // the window shows.
+    QProcess reader;
+    reader.start(
+        QStringLiteral("pdftotext"), { QStringLiteral("-layout"), path, QStringLiteral("-") });
+    ASSERT_TRUE(reader.waitForFinished(20000)) << "pdftotext must be installed";
+    const QString text =
+        QString::fromUtf8(reader.readAllStandardOutput())
+            .replace(QRegularExpression(QStringLiteral("[ \\t]+")), QStringLiteral(" "));
+    EXPECT_TRUE(text.contains(QStringLiteral("Quote Q-2026-0001 A"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("ACME Plumbing")));
+    EXPECT_TRUE(text.contains(QStringLiteral("Page 1 of 1")));
+    const qsizetype bolt = text.indexOf(QStringLiteral("B-200 Bolt\nQuantity 1 Price $2.50 "
+                                                       "Extended Price $2.50\nNut\n"));
+    const qsizetype anchor = text.indexOf(QStringLiteral("A-100 Anchor\nQuantity 1 Price $12.50 "
+                                                         "Extended Price $12.50\nWasher\n"));
+    EXPECT_GE(bolt, 0) << text.toStdString();
+    EXPECT_GT(anchor, bolt) << "the lines in the quote's order";
+    EXPECT_TRUE(text.contains(QStringLiteral("Order Total = %1").arg(totals().first())));
+    EXPECT_EQ(totals().first(), QStringLiteral("$15.00"));
 }
 
 TEST_F(QuoteBookWindowTest, SendHandsThePdfToTheMailProgramAndMarksTheQuoteSent)

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
 
@@ -110,6 +111,16 @@ TEST_F(FrmQuotesTest, TypingIntoTheSearchBoxNarrowsTheList)
     find->clear();
     QTest::keyClicks(find, QStringLiteral("q-2026-0003"));
     EXPECT_EQ(column(2), QStringList { "Clamp & Co" });
+}
+
+TEST_F(FrmQuotesTest, EachKeyTypedReadsTheListOnce)
+{
+    auto *find = child<QLineEdit>("TxtFind");
+    QSignalSpy resets(child<QTableView>("GrdQuotes")->model(), &QAbstractItemModel::modelReset);
+    find->setFocus();
+    QTest::keyClicks(find, QStringLiteral("bv"));
+    EXPECT_EQ(resets.count(), 2);
+    EXPECT_EQ(column(0), (QStringList { "Q-2026-0003", "Q-2026-0001" }));
 }
 
 TEST_F(FrmQuotesTest, OpenChoosesTheCurrentQuote)

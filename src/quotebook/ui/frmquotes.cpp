@@ -83,8 +83,6 @@ void FrmQuotes::layOut(QLabel *findLabel, QLabel *statusLabel)
     layout->addWidget(m_grdQuotes, 1);
     layout->addLayout(buttons);
     resize(fontMetrics().horizontalAdvance(QLatin1Char('M')) * 52, fontMetrics().height() * 28);
-    connectHandlers();
-    refresh();
 }
 
 void FrmQuotes::connectHandlers()

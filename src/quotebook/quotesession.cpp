@@ -148,6 +148,17 @@ void QuoteSession::startNew()
     keepNow();
 }
 
+void QuoteSession::setState(const State &state)
+{
+    std::optional<SavedQuote> saved;
+    if (state.header.isSaved() && m_book.isOpen())
+        saved = m_book.load(state.header.id);
+    m_header = saved ? saved->header : state.header;
+    m_saved = saved ? saved->content : state.saved;
+    m_keptQuoteId = -1; // the quote in hand names another revision (or none) now
+    Q_EMIT headerChanged();
+}
+
 QList<int> QuoteSession::linesWithOtherPrices() const
 {
     return PriceSources::linesWithOtherPrices(m_quote, sources(), m_catalogue, m_locale);

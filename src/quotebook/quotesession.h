@@ -68,6 +68,20 @@ public:
     /// The lines priced from the catalogue whose price is another in today's catalogue.
     QList<int> linesWithOtherPrices() const;
 
+    /// Which saved revision the quote in hand continues, and its lines as saved: what an undo
+    /// of a quote opened, duplicated or started afresh takes back along with the lines.
+    struct State
+    {
+        QuoteHeader header;
+        QuoteContent saved;
+    };
+    State state() const { return { m_header, m_saved }; }
+    /// Back to state. A saved revision is read from the book again, so a save, a status or a
+    /// revision made since counts; the state given stands when the book cannot be read.
+    void setState(const State &state);
+    /// The state that adopt(quote) and startNew() give, without taking it on.
+    static State stateOf(const SavedQuote &quote) { return { quote.header, quote.content }; }
+
     /// The revision in hand is marked as sent to the customer.
     bool markSent();
 

@@ -140,6 +140,35 @@ TEST_F(QuoteSessionTest, ADuplicateHasTheSameLinesUnderANewNumber)
     EXPECT_EQ(book->load(original)->header.customer, acme());
 }
 
+TEST_F(QuoteSessionTest, AStateTakenBackNamesTheRevisionAsTheBookHasItNow)
+{
+    const QuoteSession::State unsaved = session->state();
+    add(1);
+    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    const QuoteSession::State saved = session->state();
+    ASSERT_TRUE(session->markSent());
+    QSignalSpy header(session.get(), &QuoteSession::headerChanged);
+
+    session->setState(unsaved);
+    EXPECT_EQ(header.count(), 1);
+    EXPECT_FALSE(session->header().isSaved());
+    EXPECT_TRUE(session->isChanged()) << "a line that was never saved";
+
+    session->setState(saved);
+    EXPECT_EQ(session->header().numberAndRevision(), QStringLiteral("Q-2026-0001 A"));
+    EXPECT_EQ(session->header().status, QuoteStatus::Sent) << "as the book has it, not as it was";
+    EXPECT_FALSE(session->isChanged());
+    // The quote in hand names that revision at the next keep.
+    ASSERT_TRUE(session->keepNow());
+    EXPECT_EQ(book->inHand()->quoteId, session->header().id);
+
+    // Without the book the state given stands.
+    book->close();
+    session->setState(saved);
+    EXPECT_EQ(session->header().status, QuoteStatus::Draft);
+    EXPECT_FALSE(session->isChanged());
+}
+
 TEST_F(QuoteSessionTest, TheQuoteInHandIsKeptWhenItChangesAndRestoredAtTheNextStart)
 {
     EXPECT_TRUE(session->keepNow());

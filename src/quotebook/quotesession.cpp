@@ -155,6 +155,8 @@ void QuoteSession::setState(const State &state)
         saved = m_book.load(state.header.id);
     m_header = saved ? saved->header : state.header;
     m_saved = saved ? saved->content : state.saved;
+    if (m_header.isSaved())
+        m_known = m_saved; // the saved lines' price sources
     m_keptQuoteId = -1; // the quote in hand names another revision (or none) now
     Q_EMIT headerChanged();
 }

@@ -1,6 +1,7 @@
 #include "shell/frmmain.h"
 
 #include "catalogue/module1.h"
+#include "commands/edithistory.h"
 #include "core/conversions.h"
 #include "core/errortrap.h"
 #include "platform/appenvironment.h"
@@ -12,6 +13,7 @@
 #include "shell/editcontroller.h"
 #include "shell/exchangecontroller.h"
 #include "shell/gridview.h"
+#include "shell/historycontroller.h"
 #include "shell/mainwindowactions.h"
 #include "shell/passwordlock.h"
 #include "shell/productgridcontroller.h"
@@ -50,16 +52,18 @@ frmMain::frmMain(
     setWindowTitle(QStringLiteral("Tarnwick[*]"));
     m_ui.setupUi(this);
     m_actions = std::make_unique<MainWindowActions>(this);
-    m_grid =
-        new ProductGridController(services, module, m_ui, m_actions->button(QStringLiteral("Edit")),
-            m_actions->mnuMainGrid(), m_actions->mnups(), this);
-    m_quote = new QuoteController(services, module, m_ui, m_actions->mnuQuote(), this);
-    m_book = new QuoteBookController(services, module, m_ui, *m_quote, this);
+    m_history = new EditHistory(module, this);
+    m_grid = new ProductGridController(services, module, *m_history, m_ui,
+        m_actions->button(QStringLiteral("Edit")), m_actions->mnuMainGrid(), m_actions->mnups(),
+        this);
+    m_quote = new QuoteController(services, module, *m_history, m_ui, m_actions->mnuQuote(), this);
+    m_book = new QuoteBookController(services, module, *m_history, m_ui, *m_quote, this);
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
-    m_exchange = new ExchangeController(services, module, m_ui, *m_grid,
+    m_exchange = new ExchangeController(services, module, *m_history, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
-    m_save = new SaveController(services, module, m_catalogue, *m_grid, m_ui, this);
+    m_save = new SaveController(services, module, m_catalogue, *m_history, *m_grid, m_ui, this);
     m_edit = new EditController(services.clipboard, this);
+    connectEditItems();
     connectHandlers();
     watchMouse();
     m_edit->watch();
@@ -74,6 +78,8 @@ frmMain::~frmMain()
     m_edit->stop();
     for (QWidget *widget : watchedWidgets())
         widget->removeEventFilter(this);
+    delete m_undo; // no more keys through its filter
+    m_undo = nullptr;
     delete m_grid;
     m_grid = nullptr;
     delete m_book;
@@ -101,7 +107,6 @@ void frmMain::connectHandlers()
     on("mnudiscountAll", &frmMain::mnudiscountAll_Click);
     on("mnuDiscprod", &frmMain::mnuDiscprod_Click);
     on("mnuFileExit", &frmMain::mnuFileExit_Click);
-    on("mnuEditCopy", &frmMain::mnuEditCopy_Click);
     on("mnuUserOptions", &frmMain::mnuUserOptions_Click);
     on("mnushow", &frmMain::mnushow_Click);
     on("mnuremove", &frmMain::mnuremove_Click);
@@ -128,10 +133,6 @@ void frmMain::connectTemplateItems()
     on("mnuFileSave", &frmMain::mnuFileSave_Click);
     on("mnuFileSaveAs", &frmMain::mnuFileSaveAs_Click);
     on("mnuFileProperties", &frmMain::mnuFileProperties_Click);
-    on("mnuEditUndo", &frmMain::mnuEditUndo_Click);
-    on("mnuEditCut", &frmMain::mnuEditCut_Click);
-    on("mnuEditPaste", &frmMain::mnuEditPaste_Click);
-    on("mnuEditPasteSpecial", &frmMain::mnuEditPasteSpecial_Click);
     on("mnuViewRefresh", &frmMain::mnuViewRefresh_Click);
     on("mnuViewWebBrowser", &frmMain::mnuViewWebBrowser_Click);
 }
@@ -480,11 +481,6 @@ void frmMain::mnuFileOpen_Click()
     m_exchange->openWorkbook();
 }
 
-void frmMain::mnuEditCopy_Click()
-{
-    m_edit->copy();
-}
-
 void frmMain::mnuUserOptions_Click()
 {
     PasswordLock::change(m_services.prompts, m_services.settings);
@@ -516,22 +512,6 @@ void frmMain::mnuFileSaveAs_Click()
 void frmMain::mnuFileProperties_Click()
 {
     addCodeMessage("mnuFileProperties_Click");
-}
-void frmMain::mnuEditUndo_Click()
-{
-    addCodeMessage("mnuEditUndo_Click");
-}
-void frmMain::mnuEditCut_Click()
-{
-    m_edit->cut();
-}
-void frmMain::mnuEditPaste_Click()
-{
-    m_edit->paste();
-}
-void frmMain::mnuEditPasteSpecial_Click()
-{
-    m_exchange->pasteSpecial();
 }
 void frmMain::mnuViewRefresh_Click()
 {

@@ -1,15 +1,19 @@
 #include "shell/quotebookcontroller.h"
 
 #include "catalogue/module1.h"
+#include "commands/quoteedits.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/ifiledialogs.h"
 #include "platform/iprompts.h"
+#include "quotebook/quotebookedits.h"
 #include "quotebook/quotebookmessages.h"
 #include "quotebook/quotemail.h"
 #include "quotebook/quotepdf.h"
 #include "quotebook/quotesession.h"
 #include "quotebook/ui/quotebookdialogs.h"
+#include "quotes/pricesource.h"
+#include "quotes/quotelist.h"
 #include "quotes/quotenote.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
@@ -48,9 +52,9 @@ constexpr int KeepInterval = 500;
 } // namespace
 
 QuoteBookController::QuoteBookController(const AppServices &services, Module1 &module,
-    MainWindowUi &ui, QuoteController &quote, QWidget *owner)
-    : QObject(owner), m_services(services), m_module(module), m_ui(ui), m_quote(quote),
-      m_owner(owner), m_book(module.locale()),
+    EditHistory &history, MainWindowUi &ui, QuoteController &quote, QWidget *owner)
+    : QObject(owner), m_services(services), m_module(module), m_history(history), m_ui(ui),
+      m_quote(quote), m_owner(owner), m_book(module.locale()),
       m_session(std::make_unique<QuoteSession>(
           m_book, module.QuoteTable(), module.Catalogue(), module.locale())),
       m_dialogs(std::make_unique<QtQuoteBookDialogs>(services.prompts, module.locale())),
@@ -258,26 +262,60 @@ bool QuoteBookController::saveChangedQuote()
 
 void QuoteBookController::openQuote()
 {
+    m_quote.storePendingEdit();
     if (!ready(Titles::Open) || !offerToSave(Titles::Open))
         return;
     const auto chosen = m_dialogs->chooseQuote(m_owner, m_book);
     if (!chosen)
         return;
     const auto quote = m_session->load(*chosen);
-    if (!quote || !m_quote.replaceLines(quote->content.lines)) {
-        report(QStringLiteral("The quote could not be opened: %1.")
-                   .arg(quote ? QStringLiteral("it has too many lines") : m_book.errorString()),
+    if (!quote) {
+        report(QStringLiteral("The quote could not be opened: %1.").arg(m_book.errorString()),
             Titles::Open);
         return;
     }
-    m_session->adopt(*quote);
-    status(QStringLiteral("Quote %1 opened.").arg(quote->header.numberAndRevision()));
-    const QList<int> rows = m_session->linesWithOtherPrices();
-    if (!rows.isEmpty()
-        && m_services.prompts.msgBox(QuoteBookMessages::otherPrices(int(rows.size())),
+    const QString number = quote->header.numberAndRevision();
+    if (!replaceOnScreen(quote->content.lines, m_session->state(), QuoteSession::stateOf(*quote),
+            QStringLiteral("Open Quote %1").arg(number), Titles::Open))
+        return;
+    status(QStringLiteral("Quote %1 opened.").arg(number));
+    offerTodaysPrices(quote->content.sources);
+}
+
+bool QuoteBookController::replaceOnScreen(const Table &lines, const QuoteSession::State &before,
+    const QuoteSession::State &after, const QString &text, const QString &title)
+{
+    const Table &current = m_module.QuoteTable();
+    Table quote(current.rowCount(), current.fieldCount());
+    if (!QuoteList::replaceLines(quote, lines)) {
+        report(QStringLiteral("The quote could not be opened: it has too many lines."), title);
+        return false;
+    }
+    const bool empty = lines.rowCount() == 0;
+    const QuoteView view { empty ? 0 : 1, 0, empty };
+    if (QuoteBookEdits::replaceQuote(m_history, *m_session, { m_quote.currentView(), before },
+            { view, after }, std::move(quote), text))
+        m_quote.showQuote(view);
+    m_session->keepNow();
+    return true;
+}
+
+void QuoteBookController::offerTodaysPrices(const std::vector<PriceSource> &sources)
+{
+    const Table &quote = m_module.QuoteTable();
+    const QList<int> rows =
+        PriceSources::linesWithOtherPrices(quote, sources, m_module.Catalogue(), m_module.locale());
+    if (rows.isEmpty()
+        || m_services.prompts.msgBox(QuoteBookMessages::otherPrices(int(rows.size())),
                MsgStyle::YesNo | MsgStyle::Question, Titles::Open)
-            == MsgResult::Yes)
-        m_quote.updatePrices(rows);
+            != MsgResult::Yes)
+        return;
+    Table repriced = quote;
+    PriceSources::updateFromCatalogue(repriced, m_module.Catalogue(), rows, m_module.locale());
+    const QuoteView view = m_quote.currentView();
+    if (QuoteEdits::replaceQuote(
+            m_history, view, view, std::move(repriced), QStringLiteral("Update Prices")))
+        m_quote.showQuote(view);
 }
 
 void QuoteBookController::newRevision()
@@ -297,6 +335,7 @@ void QuoteBookController::newRevision()
 
 void QuoteBookController::duplicateQuote()
 {
+    m_quote.storePendingEdit();
     if (!ready(Titles::Duplicate))
         return;
     if (m_session->isEmpty()) {
@@ -306,20 +345,30 @@ void QuoteBookController::duplicateQuote()
     const auto details = m_dialogs->askCustomer(m_owner, CustomerDetails(), DuplicateIntro);
     if (!details)
         return;
+    const QuoteSession::State before = m_session->state();
     if (!m_session->duplicate(*details, currentTexts(), m_today())) {
         report(QuoteBookMessages::saveFailed(m_session->errorString()), Titles::Duplicate);
         return;
     }
+    // The same lines, now continuing the duplicate: an undo goes back to the original quote
+    // (the duplicate stays in the book).
+    const QuoteSession::State after = m_session->state();
+    const QuoteView view = m_quote.currentView();
+    QuoteBookEdits::replaceQuote(m_history, *m_session, { view, before }, { view, after },
+        m_module.QuoteTable(),
+        QStringLiteral("Duplicate Quote %1").arg(after.header.numberAndRevision()));
     status(QuoteBookMessages::saved(m_session->header()));
 }
 
 void QuoteBookController::newQuote()
 {
-    // A changed quote is offered for saving; without a book it cannot be, and goes.
+    m_quote.storePendingEdit();
+    // A changed quote is offered for saving; without a book it cannot be, and goes (an undo
+    // brings it back).
     if (m_session->isChanged() && openBook(false) && !offerToSave(Titles::New))
         return;
-    m_quote.replaceLines(Table(0, m_module.QuoteTable().fieldCount()));
-    m_session->startNew();
+    replaceOnScreen(Table(0, m_module.QuoteTable().fieldCount()), m_session->state(),
+        QuoteSession::State(), QStringLiteral("New Quote"), Titles::New);
     status(QStringLiteral("New quote."));
 }
 

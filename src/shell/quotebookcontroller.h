@@ -1,6 +1,8 @@
 #pragma once
 
+#include "commands/edithistory.h"
 #include "quotebook/quotebook.h"
+#include "quotebook/quotesession.h"
 
 #include <QDate>
 #include <QObject>
@@ -19,11 +21,14 @@ class Module1;
 class QuoteController;
 class QuoteSession;
 struct QuoteTexts;
+class Table;
 
 /// The quote book on the main window: "Save Quote", "Open Quote", "New Revision", "Duplicate
 /// Quote" and "Save as PDF" on the quote menu, File → New and Send, and the quote in hand
-/// kept in "quotes.db" from start to close. Every change of the quote's lines goes through
-/// the QuoteController; the book and the quote in hand are the QuoteSession's.
+/// kept in "quotes.db" from start to close. A quote opened, a new quote and a duplicate replace
+/// the quote on screen as one step of the history (QuoteBookEdits), which an undo takes back
+/// with the revision the quote continued; the book and the quote in hand are the
+/// QuoteSession's.
 class QuoteBookController : public QObject
 {
     Q_OBJECT
@@ -33,8 +38,8 @@ public:
     static constexpr QLatin1String BackupFileName { "quotes.bak" };
     static constexpr QLatin1String FrameCaption { "Quote Details" };
 
-    QuoteBookController(const AppServices &services, Module1 &module, MainWindowUi &ui,
-        QuoteController &quote, QWidget *owner);
+    QuoteBookController(const AppServices &services, Module1 &module, EditHistory &history,
+        MainWindowUi &ui, QuoteController &quote, QWidget *owner);
     ~QuoteBookController() override;
 
     /// After the password, before the window shows: opens the quote book (reporting a damaged
@@ -75,6 +80,13 @@ private:
     bool offerToSave(const QString &title);
     bool ensureSaved(const QString &title);
     bool writePdf(const QString &path, const QString &title);
+    /// The whole quote on screen replaced by lines as one step named text, the quote in hand
+    /// going from before to after. False, with a message, when there are too many lines.
+    bool replaceOnScreen(const Table &lines, const QuoteSession::State &before,
+        const QuoteSession::State &after, const QString &text, const QString &title);
+    /// Lines priced from the catalogue that cost otherwise today, re-priced when the user
+    /// agrees (one more step).
+    void offerTodaysPrices(const std::vector<PriceSource> &sources);
     void restoreInHand();
     void showHeader();
     void report(const QString &text, const QString &title);
@@ -82,6 +94,7 @@ private:
 
     const AppServices &m_services;
     Module1 &m_module;
+    EditHistory &m_history;
     MainWindowUi &m_ui;
     QuoteController &m_quote;
     QWidget *m_owner;

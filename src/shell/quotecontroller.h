@@ -1,5 +1,7 @@
 #pragma once
 
+#include "commands/edithistory.h"
+
 #include <QObject>
 #include <QPoint>
 
@@ -15,8 +17,10 @@ class QuoteGridModel;
 class Table;
 
 /// The quote tab: the quote grid over the shared quote table, its totals, its context menu
-/// and the quote commands (add a product, remove lines, reset prices, discounts). The main
-/// window owns one and forwards its handlers here.
+/// and the quote commands (add a product, remove lines, reset prices, discounts). Every change
+/// of the quote is asked of the history of changes (QuoteEdits); an undo or redo of a step opens
+/// the quote tab with the grid where it stood. The main window owns one and forwards its
+/// handlers here.
 class QuoteController : public QObject
 {
     Q_OBJECT
@@ -24,8 +28,8 @@ class QuoteController : public QObject
 public:
     static constexpr QLatin1String GridHint { "Right click on products for options." };
 
-    QuoteController(const AppServices &services, Module1 &module, MainWindowUi &ui,
-        QMenu *quoteMenu, QObject *parent = nullptr);
+    QuoteController(const AppServices &services, Module1 &module, EditHistory &history,
+        MainWindowUi &ui, QMenu *quoteMenu, QObject *parent = nullptr);
 
     /// Creates the empty quote table (250 lines of 7 fields) and binds the quote grid to it.
     void bind();
@@ -42,29 +46,40 @@ public:
     /// Recomputes the total, the discount amount and the discount percent.
     void QuotePrice();
 
-    /// Opening a saved quote, and File → New with no lines: the quote's lines become lines;
-    /// the grid and the totals follow. False, with the quote unchanged, when there are more
-    /// lines than the quote holds.
+    /// The quote in hand put back at start-up (not a step of the history): the quote's lines
+    /// become lines; the grid and the totals follow. False, with the quote unchanged, when
+    /// there are more lines than the quote holds.
     bool replaceLines(const Table &lines);
-    /// Prices the given quote rows (1-based) from today's catalogue.
-    void updatePrices(const QList<int> &rows);
+    /// The grid and the totals after the whole quote was replaced (a quote opened, a new one):
+    /// the grid at view, the totals shown or, with view.totalsCleared, empty.
+    void showQuote(const QuoteView &view);
 
     /// The quote grid's current row (0-based), -1 when there is none.
     int currentGridRow() const;
+    /// Where the quote grid stands, for the history.
+    QuoteView currentView() const;
+    /// Stores an open cell editor of the quote grid (before an undo or a redo).
+    void storePendingEdit();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    /// Shows a step that was undone or redone.
+    void quoteChanged(const QuoteChange &change);
+    void clearTotals();
     void GrdQuote_MouseUp(Qt::MouseButton Button, const QPoint &position);
     void GrdQuote_MouseMove();
     void moveToRow(int gridRow, int column = 0);
 
     const AppServices &m_services;
     Module1 &m_module;
+    EditHistory &m_history;
     MainWindowUi &m_ui;
     QMenu *m_quoteMenu;
     QuoteGridModel *m_model = nullptr;
+    /// The total boxes were emptied by "Remove All" and show no totals.
+    bool m_totalsCleared = false;
 };
 
 } // namespace tarnwick

@@ -27,11 +27,15 @@ endforeach()
 
 execute_process(COMMAND dpkg-deb -f ${deb} Depends OUTPUT_VARIABLE depends
     OUTPUT_STRIP_TRAILING_WHITESPACE)
-foreach(library libqt6widgets6 libqt6gui6 libqt6core6 libstdc\\+\\+6 libc6)
+foreach(library libqt6widgets6 libqt6gui6 libqt6core6 libqt6sql6 libsqlite3-0 libstdc\\+\\+6
+        libc6)
     if(NOT depends MATCHES "(^|, )${library} \\(>= ")
         message(FATAL_ERROR "Depends lacks ${library}: ${depends}")
     endif()
 endforeach()
+if(NOT depends MATCHES "(^|, )libqt6sql6-sqlite(,|$)")
+    message(FATAL_ERROR "Depends lacks Qt's SQLite driver libqt6sql6-sqlite: ${depends}")
+endif()
 
 find_program(LINTIAN lintian REQUIRED)
 execute_process(COMMAND ${LINTIAN} --fail-on error --no-cfg ${deb}

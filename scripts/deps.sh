@@ -7,6 +7,8 @@ tarnwick_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-base-dev-tools libgl-dev
     libgsf-1-dev libzip-dev libsodium-dev
+    # the quote book: Qt's SQLite driver, and SQLite itself for the online backup
+    libqt6sql6-sqlite libsqlite3-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang-format fonts-dejavu-core
     # the fuzz targets: clang with libFuzzer and the sanitizers' run-time, llvm-symbolizer

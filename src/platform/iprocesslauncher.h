@@ -5,7 +5,8 @@
 
 namespace tarnwick {
 
-/// Starts another program, detached and without waiting for it.
+/// Starts another program, detached and without waiting for it, or the desktop's program for a
+/// link.
 class IProcessLauncher
 {
 public:
@@ -19,6 +20,9 @@ public:
     virtual bool startShown(const QString &program, const QStringList &arguments) = 0;
     /// The full path of an installed program found on the search path; empty when none.
     virtual QString findProgram(const QString &name) const = 0;
+    /// Opens a link ("mailto:…") with the program the desktop has for it. False when none
+    /// could be started.
+    virtual bool openUrl(const QString &url) = 0;
 };
 
 } // namespace tarnwick

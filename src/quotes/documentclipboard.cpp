@@ -1,5 +1,6 @@
 #include "quotes/documentclipboard.h"
 
+#include "quotes/htmlwriter.h"
 #include "quotes/rtfwriter.h"
 
 #include <QTextDocument>
@@ -10,10 +11,8 @@ RichClipboardDocument clipboardForms(const QTextDocument &document)
 {
     RichClipboardDocument forms;
     forms.rtf = QString::fromLatin1(RtfWriter::write(document));
-    // Tabs and runs of blanks are part of the layout: keep them in programs that read HTML.
-    forms.html = document.toHtml();
-    forms.html.replace(
-        QLatin1String("<body style=\""), QLatin1String("<body style=\" white-space:pre-wrap;"));
+    // Word processors drop the tabs of pasted HTML: the columns go into table cells instead.
+    forms.html = HtmlWriter::write(document);
     forms.plainText = document.toPlainText();
     return forms;
 }

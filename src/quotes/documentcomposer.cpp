@@ -1,5 +1,6 @@
 #include "quotes/documentcomposer.h"
 
+#include <QTextBlock>
 #include <QTextDocument>
 
 namespace tarnwick {
@@ -31,6 +32,25 @@ void DocumentComposer::insert(const QString &text)
     lines.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     m_cursor.movePosition(QTextCursor::End);
     m_cursor.insertText(lines, m_format);
+}
+
+int DocumentComposer::blockNumber() const
+{
+    QTextCursor end(m_cursor);
+    end.movePosition(QTextCursor::End);
+    return end.blockNumber();
+}
+
+void DocumentComposer::keepTogether(int first, int last)
+{
+    QTextDocument *document = m_cursor.document();
+    QTextBlockFormat keep;
+    keep.setProperty(KeepWithNextProperty, true);
+    for (int number = first; number < last; ++number) {
+        QTextCursor block(document->findBlockByNumber(number));
+        if (block.block().isValid())
+            block.mergeBlockFormat(keep);
+    }
 }
 
 } // namespace tarnwick

@@ -58,8 +58,8 @@ QString currency(const Cell &cell, const QLocale &locale)
     return format(cell, QStringLiteral("Currency"), locale);
 }
 
-/// The two lines under a quote line's heading: quantity, prices and extended price.
-QString priceLine(const Table &quote, int row, const QLocale &locale)
+/// The line under a quote line's heading: quantity, prices and extended price.
+QString priceLineOf(const Table &quote, int row, const QLocale &locale)
 {
     const Cell unit = quote.get(row, QuoteLine::UnitPrice);
     const Cell list = quote.get(row, QuoteLine::ListPrice);
@@ -78,19 +78,22 @@ QString priceLine(const Table &quote, int row, const QLocale &locale)
 }
 
 /// One block per line: part number and name in bold, the price line, the Includes text unless
-/// "NoIncludes" is 1, and a blank line.
+/// "NoIncludes" is 1, and a blank line. The paragraphs before the blank line are kept together.
 void insertLine(
     DocumentComposer &out, const Table &quote, int row, int noIncludes, const QLocale &locale)
 {
+    const int first = out.blockNumber();
     out.setBold(true);
     out.setSize(10);
     out.insert(textOf(quote.get(row, QuoteLine::PartNumber), locale) + QLatin1String(" ") + Tab);
     out.insert(textOf(quote.get(row, QuoteLine::ProductName), locale) + Lf);
     out.setBold(false);
     out.setSize(10);
-    out.insert(priceLine(quote, row, locale));
+    out.insert(priceLineOf(quote, row, locale));
     if (noIncludes != 1)
         out.insert(textOf(quote.get(row, QuoteLine::Includes), locale) + Lf);
+    // The product's name, its price line and its includes text never part at a page break.
+    out.keepTogether(first, out.blockNumber() - 1);
     out.insert(Lf);
 }
 
@@ -101,14 +104,29 @@ void insertTotals(DocumentComposer &out, const QuoteDocumentInput &input, const 
     out.insert(Lf);
     out.setBold(true);
     out.setSize(10);
-    const auto discount = conv::parseNumber(input.discountBox, locale);
-    if (discount && *discount > 0)
-        out.insert(QLatin1String("Discount Amount = ") + input.discountBox + Lf);
+    const QuoteTotalTexts totals = totalTexts(input, locale);
+    if (!totals.discount.isEmpty())
+        out.insert(totals.discount + Lf);
     out.insert(Lf);
-    out.insert(QLatin1String("Order Total = ") + input.totalBox + Lf + Lf);
+    out.insert(totals.total + Lf + Lf);
 }
 
 } // namespace
+
+QString priceLine(const Table &quote, int row, const QLocale &locale)
+{
+    return priceLineOf(quote, row, locale).chopped(1);
+}
+
+QuoteTotalTexts totalTexts(const QuoteDocumentInput &input, const QLocale &locale)
+{
+    QuoteTotalTexts texts;
+    const auto discount = conv::parseNumber(input.discountBox, locale);
+    if (discount && *discount > 0)
+        texts.discount = QLatin1String("Discount Amount = ") + input.discountBox;
+    texts.total = QLatin1String("Order Total = ") + input.totalBox;
+    return texts;
+}
 
 std::unique_ptr<QTextDocument> build(
     const Table &quote, const QuoteDocumentInput &input, const QLocale &locale)

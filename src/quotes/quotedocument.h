@@ -22,6 +22,13 @@ struct QuoteDocumentInput
     QString totalBox; ///< TxtTotal
 };
 
+/// The totals lines of the quote document.
+struct QuoteTotalTexts
+{
+    QString discount; ///< "Discount Amount = …", empty when the discount box shows 0 or less
+    QString total; ///< "Order Total = …"
+};
+
 namespace QuoteDocument {
 
 /// The font of the whole quote document.
@@ -32,6 +39,15 @@ inline constexpr QLatin1String FontFamily("Times New Roman");
 /// the ending text. See the .cpp for the exact rules.
 std::unique_ptr<QTextDocument> build(
     const Table &quote, const QuoteDocumentInput &input, const QLocale &locale);
+
+/// The line under quote row's part number and name, without its line feed: the plain layout
+/// ("Quantity 1", "Price $2.50", "Extended Price  $2.50") or the discounted one ("List: ",
+/// "Price: ", "Discount: ", "Ext.: "), its parts separated by tabs.
+QString priceLine(const Table &quote, int row, const QLocale &locale);
+
+/// The discount amount (only while the discount box shows more than 0) and the order total,
+/// both as the boxes show them.
+QuoteTotalTexts totalTexts(const QuoteDocumentInput &input, const QLocale &locale);
 
 } // namespace QuoteDocument
 

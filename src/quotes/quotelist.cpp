@@ -101,4 +101,30 @@ void removeAllLines(Table &quote)
     refill(quote, deleted);
 }
 
+Table linesOf(const Table &quote)
+{
+    const int count = qMin(QuoteLine::lineCount(quote), quote.rowCount());
+    Table lines(count, quote.fieldCount());
+    for (int row = 1; row <= count; ++row) {
+        for (int field = 1; field <= quote.fieldCount(); ++field)
+            lines.put(row, field, quote.get(row, field));
+    }
+    return lines;
+}
+
+bool replaceLines(Table &quote, const Table &lines)
+{
+    if (lines.rowCount() > quote.rowCount())
+        return false;
+    const int fields = qMin(lines.fieldCount(), quote.fieldCount());
+    for (int row = 1; row <= quote.rowCount(); ++row) {
+        quote.clearRow(row);
+        if (row > lines.rowCount())
+            continue;
+        for (int field = 1; field <= fields; ++field)
+            quote.put(row, field, lines.get(row, field));
+    }
+    return true;
+}
+
 } // namespace tarnwick::QuoteList

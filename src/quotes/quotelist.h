@@ -61,6 +61,15 @@ bool removeLine(Table &quote, int row);
 /// 250 rows. Afterwards the three total boxes show the empty text.
 void removeAllLines(Table &quote);
 
+/// The quote's lines as a table of their own: rows 1 to lineCount(), the quote's fields each.
+Table linesOf(const Table &quote);
+
+/// Opening a saved quote, and File → New with an empty table: the quote's lines become the rows
+/// of lines (as many of its fields as the quote has), and every other row of the quote is
+/// emptied. The quote keeps its size. False, with nothing changed, when lines holds more rows
+/// than the quote.
+bool replaceLines(Table &quote, const Table &lines);
+
 } // namespace QuoteList
 
 } // namespace tarnwick

@@ -1,5 +1,7 @@
 #include "quotes/rtfwriter.h"
 
+#include "quotes/documentcomposer.h"
+
 #include <QStringList>
 #include <QTextBlock>
 #include <QTextCharFormat>
@@ -95,7 +97,13 @@ QByteArray write(const QTextDocument &document)
     const auto wordsOf = [&](const QTextCharFormat &format) {
         return formatWords(format, int(fonts.indexOf(familyOf(format, document))), defaultSize);
     };
+    bool keeping = false;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        // "Keep with next" is a paragraph property: it lasts until the next \pard.
+        const bool keep = block.blockFormat().boolProperty(KeepWithNextProperty);
+        if (keep != keeping)
+            out += keep ? "\\pard\\keepn\n" : "\\pard\n";
+        keeping = keep;
         // The paragraph mark takes the format of the paragraph's last run, so that an empty
         // line is as high as the text around it.
         QTextCharFormat last = block.charFormat();

@@ -19,6 +19,7 @@
 #include "shell/panefocus.h"
 #include "shell/passwordlock.h"
 #include "shell/productgridcontroller.h"
+#include "shell/quotebookcontroller.h"
 #include "shell/quotecontroller.h"
 #include "shell/savecontroller.h"
 #include "shell/shelldialogs.h"
@@ -58,6 +59,7 @@ frmMain::frmMain(
         m_actions->button(QStringLiteral("Edit")), m_actions->mnuMainGrid(), m_actions->mnups(),
         this);
     m_quote = new QuoteController(services, module, *m_history, m_ui, m_actions->mnuQuote(), this);
+    m_book = new QuoteBookController(services, module, *m_history, m_ui, *m_quote, this);
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
     m_exchange = new ExchangeController(services, module, *m_history, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
@@ -83,6 +85,8 @@ frmMain::~frmMain()
     m_undo = nullptr;
     delete m_grid;
     m_grid = nullptr;
+    delete m_book;
+    m_book = nullptr;
     delete m_quote;
     m_quote = nullptr;
     // The widgets go while the actions their menus and toolbar use still exist.
@@ -119,6 +123,7 @@ void frmMain::connectHandlers()
     on("mnuFileOpen", &frmMain::mnuFileOpen_Click);
     connectTemplateItems();
     connectHelpItems();
+    connectQuoteBookItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
 }
@@ -128,12 +133,9 @@ void frmMain::connectTemplateItems()
     const auto on = [this](const char *name, void (frmMain::*slot)()) {
         connect(m_actions->action(QString::fromLatin1(name)), &QAction::triggered, this, slot);
     };
-    on("mnuFileNew", &frmMain::mnuFileNew_Click);
     on("mnuFileSave", &frmMain::mnuFileSave_Click);
     on("mnuFileSaveAs", &frmMain::mnuFileSaveAs_Click);
-    on("mnuFileSaveAll", &frmMain::mnuFileSaveAll_Click);
     on("mnuFileProperties", &frmMain::mnuFileProperties_Click);
-    on("mnuFileSend", &frmMain::mnuFileSend_Click);
     on("mnuViewRefresh", &frmMain::mnuViewRefresh_Click);
     on("mnuViewWebBrowser", &frmMain::mnuViewWebBrowser_Click);
 }
@@ -281,6 +283,7 @@ bool frmMain::Form_Unload()
     m_grid->storePendingEdit();
     if (!m_catalogue.saveBeforeClose())
         return false;
+    m_book->shutDown();
     const QList<QWidget *> others = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
     for (QWidget *widget : others) {
         if (widget->isWindow() && widget->isVisible())
@@ -307,12 +310,15 @@ void frmMain::savePlacement()
 void frmMain::offerRecovery()
 {
     m_save->offerRecovery();
+    m_book->start();
 }
 
 void frmMain::sessionEnding()
 {
-    if (m_loaded && !m_unloaded)
-        m_save->sessionEnding();
+    if (!m_loaded || m_unloaded)
+        return;
+    m_book->sessionEnding();
+    m_save->sessionEnding();
 }
 
 void frmMain::showme()
@@ -489,15 +495,6 @@ void frmMain::mnuremove_Click()
     close();
 }
 
-void frmMain::addCodeMessage(const char *handler)
-{
-    m_services.prompts.msgBox(QStringLiteral("Add '%1' code.").arg(QLatin1String(handler)));
-}
-
-void frmMain::mnuFileNew_Click()
-{
-    addCodeMessage("mnuFileNew_Click");
-}
 void frmMain::mnuFileSave_Click()
 {
     m_save->save();
@@ -506,17 +503,9 @@ void frmMain::mnuFileSaveAs_Click()
 {
     m_save->saveAs();
 }
-void frmMain::mnuFileSaveAll_Click()
-{
-    addCodeMessage("mnuFileSaveAll_Click");
-}
 void frmMain::mnuFileProperties_Click()
 {
     showProperties();
-}
-void frmMain::mnuFileSend_Click()
-{
-    addCodeMessage("mnuFileSend_Click");
 }
 void frmMain::mnuViewRefresh_Click()
 {

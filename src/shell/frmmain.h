@@ -27,6 +27,7 @@ class SaveController;
 class MainWindowActions;
 class Module1;
 class ProductGridController;
+class QuoteBookController;
 class QuoteController;
 
 /// The main window: the product grid, the tab control with the side boxes and the quote, the
@@ -63,6 +64,7 @@ public:
     MainWindowActions &actions() const { return *m_actions; }
     ProductGridController &grid() const { return *m_grid; }
     QuoteController &quote() const { return *m_quote; }
+    QuoteBookController &quoteBook() const { return *m_book; }
     DocumentsController &documents() const { return *m_documents; }
     ExchangeController &exchange() const { return *m_exchange; }
     SaveController &saving() const { return *m_save; }
@@ -126,6 +128,11 @@ private Q_SLOTS:
     void mnuHelpContents_Click();
     void mnuHelpSearchForHelpOn_Click();
     void mnuHelpAbout_Click();
+    void mnuQuoteSave_Click();
+    void mnuQuoteOpen_Click();
+    void mnuQuoteRevision_Click();
+    void mnuQuoteDuplicate_Click();
+    void mnuQuotePdf_Click();
 
 private:
     bool Form_Unload();
@@ -139,6 +146,7 @@ private:
     void connectHandlers();
     void connectTemplateItems();
     void connectHelpItems();
+    void connectQuoteBookItems();
     /// The Edit menu: Undo and Redo over the history of changes, Cut, Copy, Paste and Paste
     /// Special (frmmainedit.cpp).
     void connectEditItems();
@@ -156,7 +164,6 @@ private:
     int toolbarHeight() const;
     void addTrayIcon();
     void removeTrayIcon();
-    void addCodeMessage(const char *handler);
     void showProperties();
     void refreshView();
     void openManualInBrowser();
@@ -170,6 +177,7 @@ private:
     HistoryController *m_undo = nullptr;
     ProductGridController *m_grid = nullptr;
     QuoteController *m_quote = nullptr;
+    QuoteBookController *m_book = nullptr;
     DocumentsController *m_documents = nullptr;
     ExchangeController *m_exchange = nullptr;
     SaveController *m_save = nullptr;

@@ -31,7 +31,9 @@ const QStringList GridItems { "mnuGrdMainQuote=Add to &Quote",
     "mnuCopyProductInfo=&Copy Product Info" };
 const QStringList QuoteItems { "mnuQuoteDelete=Remove &Product", "mnuquoteclear=Remove &All", "-",
     "mnuResetPrices=&Reset Prices", "mnudiscountAll=Discount &All", "mnuDiscprod=Discount &Product",
-    "-", "mnuquotecopy=&Copy", "-", "mnuQuoteNote=&Quote Note" };
+    "-", "mnuquotecopy=&Copy", "-", "mnuQuoteNote=&Quote Note", "-", "mnuQuoteSave=&Save Quote...",
+    "mnuQuoteOpen=&Open Quote...", "mnuQuoteRevision=&New Revision",
+    "mnuQuoteDuplicate=&Duplicate Quote", "mnuQuotePdf=Save as PD&F..." };
 const QStringList ScheduleItems { "mnuclearprices=&Clear" };
 const QStringList TrayItems { "mnushow=&Show", "mnuremove=&Close" };
 
@@ -100,6 +102,7 @@ void MainWindowActions::createMenuBar(QMainWindow *window)
         ->setShortcuts(
             { QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z) });
     action(QStringLiteral("mnuFileExit"))->setShortcut(QKeySequence::Quit);
+    action(QStringLiteral("mnuFileNew"))->setShortcut(QKeySequence::New);
     action(QStringLiteral("mnuFileSave"))->setShortcut(QKeySequence::Save);
     action(QStringLiteral("mnuFileSaveAs"))->setShortcut(QKeySequence::SaveAs);
     action(QStringLiteral("mnuHelpContents"))->setShortcut(QKeySequence::HelpContents);

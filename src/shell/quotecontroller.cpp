@@ -194,14 +194,27 @@ void QuoteController::quoteChanged(const QuoteChange &change)
         return;
     // A step undone or redone: the quote tab shows the grid where it stood then.
     m_ui.GrdQuote->discardPendingEdit();
-    m_model->reload();
     m_ui.SSTabmain->setCurrentIndex(QuoteTab);
-    if (change.view.row >= 1)
-        moveToRow(change.view.row - 1, change.view.column);
-    if (change.view.totalsCleared)
+    showQuote(change.view);
+}
+
+void QuoteController::showQuote(const QuoteView &view)
+{
+    m_model->reload();
+    if (view.row >= 1)
+        moveToRow(view.row - 1, view.column);
+    if (view.totalsCleared)
         clearTotals();
     else
         QuotePrice();
+}
+
+bool QuoteController::replaceLines(const Table &lines)
+{
+    if (!QuoteList::replaceLines(m_module.QuoteTable(), lines))
+        return false;
+    showQuote({ lines.rowCount() > 0 ? 1 : 0, 0, lines.rowCount() == 0 });
+    return true;
 }
 
 void QuoteController::GrdQuote_MouseUp(Qt::MouseButton Button, const QPoint &position)

@@ -14,6 +14,7 @@ struct AppServices;
 struct MainWindowUi;
 class Module1;
 class QuoteGridModel;
+class Table;
 
 /// The quote tab: the quote grid over the shared quote table, its totals, its context menu
 /// and the quote commands (add a product, remove lines, reset prices, discounts). Every change
@@ -44,6 +45,14 @@ public:
     void showDiscountLine(QWidget *owner);
     /// Recomputes the total, the discount amount and the discount percent.
     void QuotePrice();
+
+    /// The quote in hand put back at start-up (not a step of the history): the quote's lines
+    /// become lines; the grid and the totals follow. False, with the quote unchanged, when
+    /// there are more lines than the quote holds.
+    bool replaceLines(const Table &lines);
+    /// The grid and the totals after the whole quote was replaced (a quote opened, a new one):
+    /// the grid at view, the totals shown or, with view.totalsCleared, empty.
+    void showQuote(const QuoteView &view);
 
     /// The quote grid's current row (0-based), -1 when there is none.
     int currentGridRow() const;

@@ -71,21 +71,6 @@ TEST_F(MainWindowTest, TheToolbarHasItsKeysAndToolTips)
     EXPECT_TRUE(window->actions().button(QStringLiteral("Edit"))->isCheckable());
 }
 
-TEST_F(MainWindowTest, TemplateMenuItemsAskForTheirCode)
-{
-    frmMain *window = startAndWait();
-    // Cut, Paste and Paste Special do their work (see the edit and exchange window tests), as do
-    // Properties, Refresh and Web Browser (see the view menu window tests).
-    const QStringList handlers { "mnuFileNew", "mnuFileSaveAll", "mnuFileSend" };
-    for (const QString &name : handlers)
-        window->actions().action(name)->trigger();
-    QStringList expected;
-    for (const QString &name : handlers)
-        expected << QStringLiteral("Add '%1_Click' code.").arg(name);
-    EXPECT_EQ(fakes->prompts.texts(), expected);
-    EXPECT_EQ(fakes->prompts.shown().front().style, MsgStyle::OkOnly);
-}
-
 TEST_F(MainWindowTest, TheSaveButtonSavesTheCatalogueAtOnce)
 {
     frmMain *window = startAndWait();

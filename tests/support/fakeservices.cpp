@@ -64,6 +64,12 @@ QString FakeProcessLauncher::findProgram(const QString &name) const
     return installed.contains(name) ? QStringLiteral("/usr/bin/") + name : QString();
 }
 
+bool FakeProcessLauncher::openUrl(const QString &url)
+{
+    openedUrls << url;
+    return urlsOpen;
+}
+
 void FakeHelpViewer::display(const QString &path, int command, qint32 data)
 {
     calls << QStringLiteral("%1|%2|%3").arg(path).arg(command).arg(data);

@@ -56,8 +56,8 @@ private:
     std::deque<std::optional<FileDialogResult>> m_answers;
 };
 
-/// Records the programs it was asked to start; succeeds unless told otherwise. Finds the
-/// programs listed in installed, as "/usr/bin/<name>".
+/// Records the programs it was asked to start and the links it was asked to open; succeeds
+/// unless told otherwise. Finds the programs listed in installed, as "/usr/bin/<name>".
 class FakeProcessLauncher : public IProcessLauncher
 {
 public:
@@ -72,10 +72,13 @@ public:
         const QString &workingFolder) override;
     bool startShown(const QString &program, const QStringList &arguments) override;
     QString findProgram(const QString &name) const override;
+    bool openUrl(const QString &url) override;
 
     bool succeed = true;
     QStringList installed;
     std::vector<Start> starts;
+    QStringList openedUrls;
+    bool urlsOpen = true; ///< whether openUrl finds a program for a link
 };
 
 /// Records every call of the help viewer exactly as it was given.

@@ -1,7 +1,9 @@
 #include "platform/qt/qtprocesslauncher.h"
 
+#include <QDesktopServices>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QUrl>
 
 #ifdef Q_OS_WIN
 #include <qt_windows.h>
@@ -35,6 +37,11 @@ bool QtProcessLauncher::startShown(const QString &program, const QStringList &ar
 QString QtProcessLauncher::findProgram(const QString &name) const
 {
     return QStandardPaths::findExecutable(name);
+}
+
+bool QtProcessLauncher::openUrl(const QString &url)
+{
+    return QDesktopServices::openUrl(QUrl(url));
 }
 
 } // namespace tarnwick

@@ -12,6 +12,7 @@ public:
         const QString &workingFolder = QString()) override;
     bool startShown(const QString &program, const QStringList &arguments) override;
     QString findProgram(const QString &name) const override;
+    bool openUrl(const QString &url) override;
 };
 
 } // namespace tarnwick

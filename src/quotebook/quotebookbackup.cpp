@@ -1,0 +1,80 @@
+// The only source of the program that talks to SQLite itself: Qt SQL offers no online backup,
+// so the connection's own handle is handed to sqlite3_backup_*.
+#include "quotebook/quotebookbackup.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlDriver>
+#include <QVariant>
+
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace tarnwick::QuoteBookBackup {
+
+namespace {
+
+sqlite3 *handleOf(QSqlDatabase &db)
+{
+    const QVariant handle = db.driver() ? db.driver()->handle() : QVariant();
+    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        return nullptr;
+    return *static_cast<sqlite3 *const *>(handle.constData());
+}
+
+/// Copies every page of source into the file at path (which must not exist).
+bool copyInto(sqlite3 *source, const QString &path, QString &error)
+{
+    sqlite3 *target = nullptr;
+    const QByteArray name = QFile::encodeName(path);
+    int result = sqlite3_open_v2(
+        name.constData(), &target, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    if (result == SQLITE_OK) {
+        sqlite3_backup *backup = sqlite3_backup_init(target, "main", source, "main");
+        if (backup) {
+            result = sqlite3_backup_step(backup, -1);
+            sqlite3_backup_finish(backup);
+            if (result == SQLITE_DONE)
+                result = SQLITE_OK;
+        } else {
+            result = sqlite3_errcode(target);
+        }
+    }
+    if (result != SQLITE_OK)
+        error = QString::fromUtf8(target ? sqlite3_errmsg(target) : sqlite3_errstr(result));
+    if (sqlite3_close(target) != SQLITE_OK && result == SQLITE_OK) {
+        error = QStringLiteral("the copy could not be closed");
+        result = SQLITE_ERROR;
+    }
+    return result == SQLITE_OK;
+}
+
+} // namespace
+
+bool write(QSqlDatabase &db, const QString &path, QString &error)
+{
+    sqlite3 *source = handleOf(db);
+    if (!source || !db.isOpen()) {
+        error = QStringLiteral("the quote book is not open");
+        return false;
+    }
+    const QString temporary = path + QStringLiteral(".new");
+    QFile::remove(temporary);
+    if (!copyInto(source, temporary, error)) {
+        QFile::remove(temporary);
+        return false;
+    }
+    std::error_code failed;
+    std::filesystem::rename(
+        QFileInfo(temporary).filesystemFilePath(), QFileInfo(path).filesystemFilePath(), failed);
+    if (failed) {
+        error = QString::fromStdString(failed.message());
+        QFile::remove(temporary);
+        return false;
+    }
+    return true;
+}
+
+} // namespace tarnwick::QuoteBookBackup

@@ -1,0 +1,134 @@
+#include "quotebook/quotebookmessages.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace tarnwick::QuoteBookMessages {
+
+namespace {
+
+QString native(const QString &path)
+{
+    return QDir::toNativeSeparators(path);
+}
+
+} // namespace
+
+QString opened(const QuoteBook::OpenResult &result, const QString &path, bool backupExists)
+{
+    switch (result.status) {
+    case QuoteBook::OpenStatus::Opened:
+    case QuoteBook::OpenStatus::Created:
+        return {};
+    case QuoteBook::OpenStatus::Replaced: {
+        QString text =
+            QStringLiteral("The quote book \"%1\" is damaged and could not be read (%2).\n\n"
+                           "It has been kept as \"%3\", and a new, empty quote book has been "
+                           "started.")
+                .arg(native(path), result.detail, QFileInfo(result.keptAs).fileName());
+        if (backupExists)
+            text += QStringLiteral(" The copy made when Tarnwick was last closed is "
+                                   "\"quotes.bak\" in the same folder.");
+        return text;
+    }
+    case QuoteBook::OpenStatus::TooNew:
+        return QStringLiteral("The quote book \"%1\" was written by a later version of Tarnwick. "
+                              "It has been left as it is; quotes cannot be saved or opened until "
+                              "that version is used again.")
+            .arg(native(path));
+    case QuoteBook::OpenStatus::Failed:
+        break;
+    }
+    return QStringLiteral("The quote book \"%1\" could not be opened: %2. Until it can be, quotes "
+                          "cannot be saved or opened and the quote on screen is not kept for the "
+                          "next start.")
+        .arg(native(path), result.detail);
+}
+
+QString notKept(const QString &why)
+{
+    return QStringLiteral("The quote on screen could not be kept for the next start: the quote "
+                          "book is not available (%1).")
+        .arg(why);
+}
+
+QString unavailable(const QString &why)
+{
+    return QStringLiteral("The quote book is not available: %1.").arg(why);
+}
+
+QString otherPrices(int lines)
+{
+    if (lines == 1)
+        return QStringLiteral("1 line has another price in today's catalogue. Update it?");
+    return QStringLiteral("%1 lines have other prices in today's catalogue. Update them?")
+        .arg(lines);
+}
+
+QString saveFirst(const QuoteHeader &header)
+{
+    if (!header.isSaved())
+        return QStringLiteral("The quote on screen has not been saved. Save it first?");
+    return QStringLiteral("Quote %1 has changed since it was saved. Save the changes first?")
+        .arg(header.numberAndRevision());
+}
+
+QString sentQuestion(const QuoteHeader &header)
+{
+    return QStringLiteral("Quote %1 has been sent to the customer. Save the changes as revision "
+                          "%2, keeping %1 as it was sent?\n\nNo saves them into %1 itself.")
+        .arg(header.numberAndRevision(), QuoteNumbers::revisionLetter(header.revision + 1));
+}
+
+QString saved(const QuoteHeader &header)
+{
+    const QString customer = header.customerText();
+    return customer.isEmpty()
+        ? QStringLiteral("Quote %1 saved.").arg(header.numberAndRevision())
+        : QStringLiteral("Quote %1 saved for %2.").arg(header.numberAndRevision(), customer);
+}
+
+QString saveFailed(const QString &why)
+{
+    return QStringLiteral("The quote could not be saved: %1. Nothing in the quote book has "
+                          "changed; the quote stays on screen.")
+        .arg(why);
+}
+
+QString nothingToSave()
+{
+    return QStringLiteral("The quote has no lines. Add products to it first.");
+}
+
+QString revisionNeedsSave()
+{
+    return QStringLiteral("A new revision continues a saved quote. Save the quote first.");
+}
+
+QString attachByHand(const QString &pdfPath)
+{
+    return QStringLiteral("The mail program opens without the attachment. Attach the quote's PDF "
+                          "to the message; it is saved as \"%1\".")
+        .arg(native(pdfPath));
+}
+
+QString noMailProgram(const QString &pdfPath)
+{
+    return QStringLiteral("No mail program could be started. The quote's PDF is saved as \"%1\"; "
+                          "send it with the mail program you use.")
+        .arg(native(pdfPath));
+}
+
+QString pdfFailed(const QString &path, const QString &why)
+{
+    return QStringLiteral("The quote could not be saved as \"%1\": %2.").arg(native(path), why);
+}
+
+QString backupFailed(const QString &path, const QString &why)
+{
+    return QStringLiteral("The quote book could not be copied to \"%1\": %2. The quote book "
+                          "itself is safe.")
+        .arg(native(path), why);
+}
+
+} // namespace tarnwick::QuoteBookMessages

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "quotebook/quotebook.h"
+
+#include <QString>
+
+namespace tarnwick {
+
+struct QuoteHeader;
+
+/// The texts the quote book's commands show, in one place so that tests assert them exactly.
+namespace QuoteBookMessages {
+
+/// What start-up says about the book it opened: nothing for a sound or a new book; the damage
+/// (where the file was kept, and the backup when there is one), a book of a later version, or
+/// why there is no book.
+QString opened(const QuoteBook::OpenResult &result, const QString &path, bool backupExists);
+/// At close, when the quote on screen had no book to be kept in.
+QString notKept(const QString &why);
+/// "The quote book is not available: <why>."
+QString unavailable(const QString &why);
+
+/// "3 lines have other prices in today's catalogue. Update them?" (1: "1 line has another
+/// price in today's catalogue. Update it?")
+QString otherPrices(int lines);
+/// Before the quote in hand is replaced (New, Open Quote): the question to save it first.
+QString saveFirst(const QuoteHeader &header);
+/// A sent quote that is saved again: make it the next revision?
+QString sentQuestion(const QuoteHeader &header);
+/// "Quote Q-2026-0001 A saved for ACME Plumbing."
+QString saved(const QuoteHeader &header);
+/// Saving failed: "The quote could not be saved: <why>. Nothing in the quote book changed."
+QString saveFailed(const QString &why);
+QString nothingToSave();
+QString revisionNeedsSave();
+/// The mail program could take no attachment: attach the file by hand.
+QString attachByHand(const QString &pdfPath);
+/// No mail program could be started.
+QString noMailProgram(const QString &pdfPath);
+QString pdfFailed(const QString &path, const QString &why);
+QString backupFailed(const QString &path, const QString &why);
+
+} // namespace QuoteBookMessages
+
+} // namespace tarnwick

@@ -1,0 +1,234 @@
+#include "quotebook/quotebookrows.h"
+
+#include "core/cell.h"
+#include "core/conversions.h"
+#include "quotes/quoteline.h"
+#include "quotes/quotepricing.h"
+
+#include <QRegularExpression>
+#include <QSqlQuery>
+
+#include <array>
+#include <limits>
+
+namespace tarnwick::QuoteBookRows {
+
+namespace {
+
+/// The columns of a quote line, in the order of the quote's fields.
+constexpr std::array<const char *, QuoteLine::FieldCount> LineColumns { "part_number",
+    "product_name", "unit_price", "quantity", "extended_price", "list_price", "includes" };
+
+QString lineColumns()
+{
+    QStringList names;
+    for (const char *name : LineColumns)
+        names << QString::fromLatin1(name);
+    return names.join(QLatin1String(", "));
+}
+
+} // namespace
+
+QVariant sqlValue(const Cell &cell)
+{
+    switch (cell.kind()) {
+    case Cell::Kind::Text:
+        return sqlText(cell.asText());
+    case Cell::Kind::Single:
+    case Cell::Kind::Double:
+        return cell.asNumber();
+    case Cell::Kind::Int32:
+        return qint32(cell.asNumber());
+    case Cell::Kind::Empty:
+    case Cell::Kind::Null:
+        break;
+    }
+    return QVariant();
+}
+
+QChar kindLetter(const Cell &cell)
+{
+    switch (cell.kind()) {
+    case Cell::Kind::Empty:
+        return u'E';
+    case Cell::Kind::Null:
+        return u'N';
+    case Cell::Kind::Text:
+        return u'T';
+    case Cell::Kind::Single:
+        return u'S';
+    case Cell::Kind::Double:
+        return u'D';
+    case Cell::Kind::Int32:
+        return u'I';
+    }
+    return u'E';
+}
+
+QVariant sqlText(const QString &text)
+{
+    // A null QString would be stored as SQL NULL: an empty text stays a text.
+    return text.isNull() ? QVariant(QStringLiteral("")) : QVariant(text);
+}
+
+Cell cellOf(const QVariant &value, QChar kind)
+{
+    if (kind == u'N')
+        return Cell::null();
+    if (kind == u'T')
+        return Cell(value.toString());
+    if (value.isNull())
+        return Cell();
+    bool ok = false;
+    if (kind == u'S' || kind == u'D' || kind == u'I') {
+        const double number = value.toDouble(&ok);
+        if (ok && kind == u'S')
+            return Cell(float(number));
+        if (ok && kind == u'D')
+            return Cell(number);
+        const qint64 whole = value.toLongLong(&ok);
+        if (ok && whole >= std::numeric_limits<qint32>::min()
+            && whole <= std::numeric_limits<qint32>::max())
+            return Cell(qint32(whole));
+    }
+    return Cell(value.toString());
+}
+
+bool run(QSqlQuery &query, QSqlError &error)
+{
+    if (query.exec())
+        return true;
+    error = query.lastError();
+    return false;
+}
+
+bool run(QSqlDatabase &db, const QString &sql, QSqlError &error)
+{
+    QSqlQuery query(db);
+    if (query.exec(sql))
+        return true;
+    error = query.lastError();
+    return false;
+}
+
+QString insertLinesSql(const QString &table, int rows)
+{
+    const bool ofQuote = table == QLatin1String("quote_lines");
+    const QString values = ofQuote ? QStringLiteral("(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+                                   : QStringLiteral("(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+    QStringList all;
+    for (int row = 0; row < rows; ++row)
+        all << values;
+    return QStringLiteral("INSERT INTO %1 (%2line, %3, kinds, price_source) VALUES %4")
+        .arg(table, ofQuote ? QStringLiteral("quote_id, ") : QString(), lineColumns(),
+            all.join(QLatin1String(", ")));
+}
+
+namespace {
+
+/// Up to this many lines go into one statement.
+constexpr int LinesPerStatement = 50;
+
+/// Binds the values of line row of content, from position at on.
+void bindLine(QSqlQuery &insert, int &at, bool withQuoteId, qint64 quoteId,
+    const QuoteContent &content, int row)
+{
+    const Table &lines = content.lines;
+    if (withQuoteId)
+        insert.bindValue(at++, quoteId);
+    insert.bindValue(at++, row);
+    QString kinds;
+    for (int field = 1; field <= QuoteLine::FieldCount; ++field) {
+        const Cell cell = field <= lines.fieldCount() ? lines.get(row, field) : Cell();
+        insert.bindValue(at++, sqlValue(cell));
+        kinds += kindLetter(cell);
+    }
+    insert.bindValue(at++, kinds);
+    const std::size_t index = std::size_t(row - 1);
+    insert.bindValue(at++,
+        PriceSources::storedName(
+            index < content.sources.size() ? content.sources[index] : PriceSource::Typed));
+}
+
+} // namespace
+
+bool writeLines(const StatementFor &statementFor, const QString &table, qint64 quoteId,
+    const QuoteContent &content, QSqlError &error)
+{
+    const bool withQuoteId = table == QLatin1String("quote_lines");
+    const int count = content.lines.rowCount();
+    for (int first = 1; first <= count; first += LinesPerStatement) {
+        const int rows = qMin(LinesPerStatement, count - first + 1);
+        QSqlQuery &insert = statementFor(table, rows);
+        int at = 0;
+        for (int row = first; row < first + rows; ++row)
+            bindLine(insert, at, withQuoteId, quoteId, content, row);
+        if (!run(insert, error))
+            return false;
+    }
+    return true;
+}
+
+std::optional<QuoteContent> readLines(
+    QSqlDatabase &db, const QString &table, qint64 quoteId, QSqlError &error)
+{
+    const bool ofQuote = table == QLatin1String("quote_lines");
+    QSqlQuery select(db);
+    select.setForwardOnly(true);
+    select.prepare(
+        QStringLiteral("SELECT %1, kinds, price_source FROM %2 %3 ORDER BY line")
+            .arg(lineColumns(), table, ofQuote ? QStringLiteral("WHERE quote_id = ?") : QString()));
+    if (ofQuote)
+        select.bindValue(0, quoteId);
+    if (!run(select, error))
+        return std::nullopt;
+    std::vector<std::array<Cell, QuoteLine::FieldCount>> rows;
+    QuoteContent content;
+    while (select.next()) {
+        const QString kinds = select.value(QuoteLine::FieldCount).toString();
+        std::array<Cell, QuoteLine::FieldCount> cells;
+        for (int field = 0; field < QuoteLine::FieldCount; ++field)
+            cells[std::size_t(field)] =
+                cellOf(select.value(field), field < kinds.size() ? kinds.at(field) : QChar(u'T'));
+        rows.push_back(std::move(cells));
+        const auto source =
+            PriceSources::fromStoredName(select.value(QuoteLine::FieldCount + 1).toString());
+        content.sources.push_back(source ? *source : PriceSource::Typed);
+    }
+    if (select.lastError().isValid()) {
+        error = select.lastError();
+        return std::nullopt;
+    }
+    content.lines.redim(int(rows.size()), QuoteLine::FieldCount);
+    for (int row = 1; row <= int(rows.size()); ++row) {
+        for (int field = 1; field <= QuoteLine::FieldCount; ++field)
+            content.lines.put(
+                row, field, std::move(rows[std::size_t(row - 1)][std::size_t(field - 1)]));
+    }
+    return content;
+}
+
+QString haystack(const QuoteHeader &header, const Table &lines)
+{
+    QStringList parts { QuoteNumbers::number(header.year, header.sequence),
+        header.customer.customer, header.customer.company };
+    for (int row = 1; row <= lines.rowCount(); ++row) {
+        const Cell &part = lines.get(row, QuoteLine::PartNumber);
+        if (!part.isNull())
+            parts << conv::toText(part, QLocale::c());
+    }
+    return parts.join(QLatin1Char('\n')).toCaseFolded();
+}
+
+QStringList searchWords(const QString &text)
+{
+    return text.toCaseFolded().split(
+        QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+}
+
+double totalOf(const Table &lines, const QLocale &locale)
+{
+    return QuotePricing::sums(lines, locale).total;
+}
+
+} // namespace tarnwick::QuoteBookRows

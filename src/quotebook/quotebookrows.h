@@ -1,0 +1,66 @@
+#pragma once
+
+#include "quotebook/quoterecord.h"
+
+#include <QLocale>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <optional>
+
+class QSqlQuery;
+
+namespace tarnwick {
+
+class Cell;
+
+/// The rows of the quote book's tables as the program's types: the cells of quote lines with
+/// their kinds, the lines of a saved quote or of the quote in hand, and the search text.
+namespace QuoteBookRows {
+
+/// A text as an SQL text value; a null QString gives the empty text, never SQL's NULL.
+QVariant sqlText(const QString &text);
+/// A cell as an SQL value, and the letter its kind is kept as ("E" empty, "N" null, "T" text,
+/// "S" single, "D" double, "I" 32-bit integer): together they give back the very cell.
+QVariant sqlValue(const Cell &cell);
+QChar kindLetter(const Cell &cell);
+/// The cell of an SQL value and a kind letter. A value that does not fit its kind (a file
+/// changed by another program) becomes the nearest cell: a text, or empty.
+Cell cellOf(const QVariant &value, QChar kind);
+
+/// The prepared statement of insertLinesSql(table, rows) (the quote book keeps each once per
+/// connection).
+using StatementFor = std::function<QSqlQuery &(const QString &table, int rows)>;
+
+/// The statement that inserts rows lines at once into table ("quote_lines", whose rows start
+/// with the quote's key, or "in_hand_lines").
+QString insertLinesSql(const QString &table, int rows);
+/// Writes the lines of content into table, inside the caller's transaction, several lines per
+/// statement (statements from statementFor).
+bool writeLines(const StatementFor &statementFor, const QString &table, qint64 quoteId,
+    const QuoteContent &content, QSqlError &error);
+/// Reads them back in line order; none on an error.
+std::optional<QuoteContent> readLines(
+    QSqlDatabase &db, const QString &table, qint64 quoteId, QSqlError &error);
+
+/// What the quote list's search looks in: the number, the customer, the company and every part
+/// number of the lines, case-folded, one per line of text.
+QString haystack(const QuoteHeader &header, const Table &lines);
+/// The search words of a text typed into the search box, case-folded: every one of them must
+/// be found in a quote's haystack.
+QStringList searchWords(const QString &text);
+
+/// The quote's total as the totals compute it (the rounded extended prices).
+double totalOf(const Table &lines, const QLocale &locale);
+
+/// Runs a prepared query; on failure error holds why.
+bool run(QSqlQuery &query, QSqlError &error);
+/// Runs one statement without parameters.
+bool run(QSqlDatabase &db, const QString &sql, QSqlError &error);
+
+} // namespace QuoteBookRows
+
+} // namespace tarnwick

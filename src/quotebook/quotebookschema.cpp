@@ -1,0 +1,151 @@
+#include "quotebook/quotebookschema.h"
+
+#include "quotebook/quotebookrows.h"
+
+#include <QSqlQuery>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+namespace tarnwick::QuoteBookSchema {
+
+namespace {
+
+const char *const LineColumnsSql = "part_number, product_name, unit_price, quantity, "
+                                   "extended_price, list_price, includes, "
+                                   "kinds TEXT NOT NULL, price_source TEXT NOT NULL";
+
+/// Version 1: the saved quotes (one row per revision, numbered per year), their lines with
+/// every cell and its kind, the heading and ending texts (each text once), and the quote in
+/// hand with its lines.
+bool toVersion1(QSqlDatabase &db, const QLocale &, QSqlError &error)
+{
+    const QString lines = QString::fromLatin1(LineColumnsSql);
+    const QStringList statements {
+        QStringLiteral("CREATE TABLE texts (id INTEGER PRIMARY KEY, body TEXT NOT NULL UNIQUE)"),
+        QStringLiteral("CREATE TABLE quotes (id INTEGER PRIMARY KEY, "
+                       "year INTEGER NOT NULL, sequence INTEGER NOT NULL, "
+                       "revision INTEGER NOT NULL, customer TEXT NOT NULL, "
+                       "company TEXT NOT NULL, email TEXT NOT NULL, reference TEXT NOT NULL, "
+                       "quote_date TEXT NOT NULL, valid_until TEXT NOT NULL, "
+                       "status TEXT NOT NULL, "
+                       "heading_id INTEGER NOT NULL REFERENCES texts(id), "
+                       "ending_id INTEGER NOT NULL REFERENCES texts(id), "
+                       "UNIQUE (year, sequence, revision))"),
+        QStringLiteral("CREATE TABLE quote_lines (quote_id INTEGER NOT NULL "
+                       "REFERENCES quotes(id) ON DELETE CASCADE, line INTEGER NOT NULL, %1, "
+                       "PRIMARY KEY (quote_id, line)) WITHOUT ROWID")
+            .arg(lines),
+        QStringLiteral("CREATE TABLE in_hand (id INTEGER PRIMARY KEY CHECK (id = 1), "
+                       "quote_id INTEGER)"),
+        QStringLiteral("CREATE TABLE in_hand_lines (line INTEGER PRIMARY KEY, %1)").arg(lines),
+        QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId),
+    };
+    for (const QString &sql : statements) {
+        if (!QuoteBookRows::run(db, sql, error))
+            return false;
+    }
+    return true;
+}
+
+/// The total and the search text of every quote saved before version 2.
+bool fillTotalsAndSearch(QSqlDatabase &db, const QLocale &locale, QSqlError &error)
+{
+    QSqlQuery quotes(db);
+    quotes.setForwardOnly(true);
+    if (!quotes.exec(QStringLiteral("SELECT id, year, sequence, customer, company FROM quotes"))) {
+        error = quotes.lastError();
+        return false;
+    }
+    std::vector<QuoteHeader> existing;
+    while (quotes.next()) {
+        QuoteHeader header;
+        header.id = quotes.value(0).toLongLong();
+        header.year = quotes.value(1).toInt();
+        header.sequence = quotes.value(2).toInt();
+        header.customer.customer = quotes.value(3).toString();
+        header.customer.company = quotes.value(4).toString();
+        existing.push_back(header);
+    }
+    QSqlQuery total(db);
+    total.prepare(QStringLiteral("UPDATE quotes SET total = ? WHERE id = ?"));
+    QSqlQuery search(db);
+    search.prepare(QStringLiteral("INSERT INTO quote_search (quote_id, haystack) VALUES (?, ?)"));
+    for (const QuoteHeader &header : existing) {
+        const auto content =
+            QuoteBookRows::readLines(db, QStringLiteral("quote_lines"), header.id, error);
+        if (!content)
+            return false;
+        total.bindValue(0, QuoteBookRows::totalOf(content->lines, locale));
+        total.bindValue(1, header.id);
+        search.bindValue(0, header.id);
+        search.bindValue(1, QuoteBookRows::haystack(header, content->lines));
+        if (!QuoteBookRows::run(total, error) || !QuoteBookRows::run(search, error))
+            return false;
+    }
+    return true;
+}
+
+/// Version 2: the quote list shows every quote's total and searches number, customer, company
+/// and part numbers without reading the lines: each quote keeps its total and its search text,
+/// computed here for the quotes saved before, and the list's order has an index.
+bool toVersion2(QSqlDatabase &db, const QLocale &locale, QSqlError &error)
+{
+    const QStringList statements {
+        QStringLiteral("ALTER TABLE quotes ADD COLUMN total REAL NOT NULL DEFAULT 0"),
+        QStringLiteral("CREATE TABLE quote_search (quote_id INTEGER PRIMARY KEY "
+                       "REFERENCES quotes(id) ON DELETE CASCADE, haystack TEXT NOT NULL)"),
+        QStringLiteral(
+            "CREATE INDEX quotes_newest ON quotes (quote_date, year, sequence, revision)"),
+    };
+    for (const QString &sql : statements) {
+        if (!QuoteBookRows::run(db, sql, error))
+            return false;
+    }
+    return fillTotalsAndSearch(db, locale, error);
+}
+
+using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;
+
+/// Step k brings the book from version k − 1 to version k.
+const std::vector<Step> &steps()
+{
+    static const std::vector<Step> all { toVersion1, toVersion2 };
+    return all;
+}
+
+} // namespace
+
+int version(QSqlDatabase &db, QSqlError &error)
+{
+    QSqlQuery query(db);
+    if (!query.exec(QStringLiteral("PRAGMA user_version")) || !query.next()) {
+        error = query.lastError();
+        return -1;
+    }
+    return query.value(0).toInt();
+}
+
+bool migrate(QSqlDatabase &db, int target, const QLocale &locale, QSqlError &error)
+{
+    int current = version(db, error);
+    if (current < 0)
+        return false;
+    for (; current < target && current < int(steps().size()); ++current) {
+        if (!QuoteBookRows::run(db, QStringLiteral("BEGIN IMMEDIATE"), error))
+            return false;
+        const bool done = steps()[std::size_t(current)](db, locale, error)
+            && QuoteBookRows::run(
+                db, QStringLiteral("PRAGMA user_version = %1").arg(current + 1), error)
+            && QuoteBookRows::run(db, QStringLiteral("COMMIT"), error);
+        if (!done) {
+            QSqlError ignored;
+            QuoteBookRows::run(db, QStringLiteral("ROLLBACK"), ignored);
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace tarnwick::QuoteBookSchema

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "quotebook/quoterecord.h"
+
+#include <QAbstractTableModel>
+#include <QList>
+#include <QLocale>
+
+namespace tarnwick {
+
+/// The saved quotes as the "Quotes" window lists them: number, revision, customer, date,
+/// total and status, one row per revision, in the order given (newest first).
+class QuoteListModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    enum Column { Number, Revision, Customer, Date, Total, Status, ColumnCount };
+
+    explicit QuoteListModel(const QLocale &locale, QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(
+        int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+    void setQuotes(QList<QuoteSummary> quotes);
+    const QList<QuoteSummary> &quotes() const { return m_quotes; }
+    /// The quote book's key of a row; 0 outside the list.
+    qint64 idAt(int row) const;
+
+private:
+    QLocale m_locale;
+    QList<QuoteSummary> m_quotes;
+};
+
+} // namespace tarnwick

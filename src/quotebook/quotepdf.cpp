@@ -1,0 +1,288 @@
+#include "quotebook/quotepdf.h"
+
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "quotes/quoteline.h"
+
+#include <QFontMetricsF>
+#include <QPageLayout>
+#include <QPagedPaintDevice>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <QTextOption>
+
+#include <algorithm>
+#include <vector>
+
+namespace tarnwick::QuotePdf {
+
+namespace {
+
+/// A piece of a block: one paragraph, wrapped to the page's width, or the parts of a price
+/// line set in columns.
+struct Piece
+{
+    QStringList texts;
+    QFont font;
+    bool columns = false;
+    qreal height = 0;
+};
+
+/// What is never split by a page break: a paragraph of the heading or ending, a quote line,
+/// the totals.
+struct Block
+{
+    std::vector<Piece> pieces;
+    qreal gapAfter = 0;
+    qreal height() const
+    {
+        qreal sum = gapAfter;
+        for (const Piece &piece : pieces)
+            sum += piece.height;
+        return sum;
+    }
+};
+
+QFont fontOf(qreal points, bool bold = false, bool italic = false)
+{
+    QFont font(FontFamily);
+    font.setPointSizeF(points);
+    font.setBold(bold);
+    font.setItalic(italic);
+    return font;
+}
+
+QString cellText(const Cell &cell, const QLocale &locale)
+{
+    return cell.isNull() ? QString() : conv::toText(cell, locale);
+}
+
+/// Where each part of a price line starts, as shares of the page's width.
+std::vector<qreal> columnStarts(qsizetype parts)
+{
+    if (parts == 3)
+        return { 0.0, 0.30, 0.62 };
+    if (parts == 5)
+        return { 0.0, 0.17, 0.38, 0.59, 0.79 };
+    std::vector<qreal> starts;
+    for (qsizetype i = 0; i < parts; ++i)
+        starts.push_back(qreal(i) / qreal(qMax<qsizetype>(parts, 1)));
+    return starts;
+}
+
+class PageLayout
+{
+public:
+    PageLayout(QPainter &painter, const QRectF &body) : m_painter(painter), m_body(body) { }
+
+    QTextOption wrapping() const
+    {
+        QTextOption option(Qt::AlignLeft | Qt::AlignTop);
+        option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        return option;
+    }
+
+    QRectF columnRect(const Piece &piece, qsizetype index, qreal top, qreal height) const
+    {
+        const auto starts = columnStarts(piece.texts.size());
+        const qreal left = m_body.left() + m_body.width() * starts.at(std::size_t(index));
+        const qreal right = index + 1 < piece.texts.size()
+            ? m_body.left() + m_body.width() * starts.at(std::size_t(index + 1))
+            : m_body.right();
+        const qreal padding = QFontMetricsF(piece.font, m_painter.device()).averageCharWidth();
+        return { left, top, qMax(right - left - padding, padding), height };
+    }
+
+    void measure(Piece &piece)
+    {
+        m_painter.setFont(piece.font);
+        qreal height = QFontMetricsF(piece.font, m_painter.device()).height();
+        for (qsizetype i = 0; i < piece.texts.size(); ++i) {
+            const QRectF room = piece.columns ? columnRect(piece, i, 0, 1e9)
+                                              : QRectF(m_body.left(), 0, m_body.width(), 1e9);
+            if (!piece.texts.at(i).isEmpty())
+                height = std::max(
+                    height, m_painter.boundingRect(room, piece.texts.at(i), wrapping()).height());
+        }
+        piece.height = height;
+    }
+
+    void paint(const Piece &piece, qreal top)
+    {
+        m_painter.setFont(piece.font);
+        for (qsizetype i = 0; i < piece.texts.size(); ++i) {
+            const QRectF room = piece.columns
+                ? columnRect(piece, i, top, piece.height)
+                : QRectF(m_body.left(), top, m_body.width(), piece.height);
+            m_painter.drawText(room, piece.texts.at(i), wrapping());
+        }
+    }
+
+    void pageText(const QStringList &texts, const QFont &font, qreal top)
+    {
+        m_painter.setFont(font);
+        const QRectF line(m_body.left(), top, m_body.width(), lineHeight(font));
+        const Qt::Alignment sides[] = { Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight };
+        for (qsizetype i = 0; i < texts.size() && i < 3; ++i)
+            m_painter.drawText(line, sides[i] | Qt::AlignVCenter, texts.at(i));
+    }
+
+    qreal lineHeight(const QFont &font) const
+    {
+        return QFontMetricsF(font, m_painter.device()).height();
+    }
+
+private:
+    QPainter &m_painter;
+    QRectF m_body;
+};
+
+/// Each line of text as a block of its own, so long texts may run onto the next page.
+void addParagraphs(std::vector<Block> &blocks, const QString &text, const QFont &font)
+{
+    QString lines = text;
+    lines.replace(QLatin1String("\r\n"), QLatin1String("\n"))
+        .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    for (const QString &line : lines.split(QLatin1Char('\n')))
+        blocks.push_back({ { Piece { { line }, font } }, 0 });
+}
+
+Block lineBlock(
+    const Table &quote, int row, const QuotePdfInput &input, const QLocale &locale, qreal gap)
+{
+    Block block;
+    block.gapAfter = gap;
+    const QString title = cellText(quote.get(row, QuoteLine::PartNumber), locale)
+        + QLatin1String("  ") + cellText(quote.get(row, QuoteLine::ProductName), locale);
+    block.pieces.push_back({ { title }, fontOf(10, true) });
+    const QStringList parts =
+        QuoteDocument::priceLine(quote, row, locale).split(QLatin1Char('\t'), Qt::SkipEmptyParts);
+    block.pieces.push_back({ parts, fontOf(10), true });
+    const QString includes = cellText(quote.get(row, QuoteLine::Includes), locale);
+    if (input.document.noIncludes != 1 && !includes.isEmpty())
+        block.pieces.push_back({ { includes }, fontOf(10) });
+    return block;
+}
+
+std::vector<Block> blocksOf(
+    const Table &quote, const QuotePdfInput &input, const QLocale &locale, qreal gap)
+{
+    std::vector<Block> blocks;
+    addParagraphs(blocks, input.document.heading, fontOf(12, true));
+    blocks.back().gapAfter = gap;
+    const int end = QuoteLine::firstFreeRow(quote);
+    for (int row = 1; row < end && row <= quote.rowCount(); ++row)
+        blocks.push_back(lineBlock(quote, row, input, locale, gap));
+    const QuoteTotalTexts totals = QuoteDocument::totalTexts(input.document, locale);
+    Block sums;
+    sums.gapAfter = gap;
+    if (!totals.discount.isEmpty())
+        sums.pieces.push_back({ { totals.discount }, fontOf(10, true) });
+    sums.pieces.push_back({ { totals.total }, fontOf(10, true) });
+    blocks.push_back(sums);
+    // The ending follows in the totals' bold, as in the quote document.
+    addParagraphs(blocks, input.document.ending, fontOf(10, true));
+    return blocks;
+}
+
+/// Whole blocks go on a page while they fit; a block taller than a page gets one to itself.
+std::vector<std::vector<std::size_t>> paginate(const std::vector<Block> &blocks, qreal room)
+{
+    std::vector<std::vector<std::size_t>> pages(1);
+    qreal used = 0;
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        const qreal height = blocks[i].height() - blocks[i].gapAfter;
+        if (used + height > room && !pages.back().empty()) {
+            pages.emplace_back();
+            used = 0;
+        }
+        pages.back().push_back(i);
+        used += blocks[i].height();
+    }
+    return pages;
+}
+
+} // namespace
+
+QStringList pageHeader(const QuoteHeader &header, const QLocale &locale)
+{
+    const QString number = header.numberAndRevision();
+    return { number.isEmpty() ? QStringLiteral("Quote") : QStringLiteral("Quote ") + number,
+        header.customerText(),
+        header.date.isValid() ? locale.toString(header.date, QLocale::LongFormat) : QString() };
+}
+
+int paint(QPagedPaintDevice &device, const Table &quote, const QuotePdfInput &input,
+    const QLocale &locale)
+{
+    QPainter painter;
+    if (!painter.begin(&device))
+        return 0;
+    const QRectF page(0, 0, device.width(), device.height());
+    PageLayout layout(painter, page);
+    const QFont headerFont = fontOf(9, false, true);
+    const QFont footerFont = fontOf(9);
+    const qreal gap = layout.lineHeight(fontOf(10)) * 0.8;
+    const qreal top = layout.lineHeight(headerFont) + gap;
+    const qreal room = page.height() - top - layout.lineHeight(footerFont) - gap;
+    std::vector<Block> blocks = blocksOf(quote, input, locale, gap);
+    for (Block &block : blocks) {
+        for (Piece &piece : block.pieces)
+            layout.measure(piece);
+    }
+    const auto pages = paginate(blocks, room);
+    const int pageCount = int(pages.size());
+    for (int p = 0; p < pageCount; ++p) {
+        if (p > 0)
+            device.newPage();
+        layout.pageText(pageHeader(input.header, locale), headerFont, 0);
+        qreal y = top;
+        for (const std::size_t index : pages.at(std::size_t(p))) {
+            for (const Piece &piece : blocks[index].pieces) {
+                layout.paint(piece, y);
+                y += piece.height;
+            }
+            y += blocks[index].gapAfter;
+        }
+        layout.pageText({ QString(), QStringLiteral("Page %1 of %2").arg(p + 1).arg(pageCount) },
+            footerFont, page.height() - layout.lineHeight(footerFont));
+    }
+    painter.end();
+    return pageCount;
+}
+
+QPageSize pageSizeFor(const QLocale &locale)
+{
+    return QPageSize(locale.measurementSystem() == QLocale::ImperialUSSystem ? QPageSize::Letter
+                                                                             : QPageSize::A4);
+}
+
+bool write(const QString &path, const Table &quote, const QuotePdfInput &input,
+    const QLocale &locale, QString &error)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        error = file.errorString();
+        return false;
+    }
+    {
+        QPdfWriter writer(&file);
+        writer.setTitle(pageHeader(input.header, locale).first());
+        writer.setCreator(QStringLiteral("Tarnwick"));
+        writer.setPageSize(pageSizeFor(locale));
+        writer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+        if (paint(writer, quote, input, locale) == 0) {
+            file.cancelWriting();
+            error = QStringLiteral("the pages could not be laid out");
+            return false;
+        }
+    }
+    if (file.error() != QFileDevice::NoError || !file.commit()) {
+        error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+} // namespace tarnwick::QuotePdf

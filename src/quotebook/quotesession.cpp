@@ -1,0 +1,232 @@
+#include "quotebook/quotesession.h"
+
+#include "catalogue/table.h"
+#include "quotes/quoteline.h"
+#include "quotes/quotelist.h"
+
+namespace tarnwick {
+
+namespace {
+
+bool sameLines(const Table &a, const Table &b)
+{
+    if (a.rowCount() != b.rowCount())
+        return false;
+    const int fields = qMin(a.fieldCount(), b.fieldCount());
+    for (int row = 1; row <= a.rowCount(); ++row) {
+        for (int field = 1; field <= fields; ++field) {
+            if (!(a.get(row, field) == b.get(row, field)))
+                return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+QuoteSession::QuoteSession(QuoteBook &book, const Table &quote, const Table &catalogue,
+    const QLocale &locale, QObject *parent)
+    : QObject(parent), m_book(book), m_quote(quote), m_catalogue(catalogue), m_locale(locale)
+{
+    connect(&m_timer, &QTimer::timeout, this, [this] { keepNow(); });
+}
+
+bool QuoteSession::isEmpty() const
+{
+    return QuoteLine::lineCount(m_quote) == 0;
+}
+
+bool QuoteSession::isChanged() const
+{
+    if (!m_header.isSaved())
+        return !isEmpty();
+    return !sameLines(QuoteList::linesOf(m_quote), m_saved.lines);
+}
+
+std::vector<PriceSource> QuoteSession::sources() const
+{
+    // Lines as they were last kept keep their sources; only new or changed lines are looked
+    // up in the catalogue.
+    auto sources =
+        PriceSources::sourcesOf(m_quote, m_catalogue, m_known.lines, m_known.sources, m_locale);
+    m_known.lines = QuoteList::linesOf(m_quote);
+    m_known.sources = sources;
+    return sources;
+}
+
+SavedQuote QuoteSession::record(const QuoteTexts &texts) const
+{
+    SavedQuote quote;
+    quote.header = m_header;
+    quote.header.heading = texts.heading;
+    quote.header.ending = texts.ending;
+    quote.content.sources = sources();
+    quote.content.lines = QuoteList::linesOf(m_quote);
+    return quote;
+}
+
+void QuoteSession::takeOver(const SavedQuote &quote)
+{
+    m_header = quote.header;
+    m_saved = quote.content;
+    m_known = quote.content;
+    m_keptQuoteId = -1; // the book's quote in hand now names another revision
+    Q_EMIT headerChanged();
+}
+
+bool QuoteSession::saveAsNew(SavedQuote &quote)
+{
+    if (!m_book.saveNew(quote))
+        return false;
+    takeOver(quote);
+    keepNow();
+    return true;
+}
+
+bool QuoteSession::saveNew(
+    const CustomerDetails &customer, const QuoteTexts &texts, const QDate &today)
+{
+    SavedQuote quote = record(texts);
+    quote.header.id = 0;
+    quote.header.customer = customer;
+    quote.header.date = today;
+    quote.header.validUntil = today.addDays(DefaultValidDays);
+    quote.header.status = QuoteStatus::Draft;
+    return saveAsNew(quote);
+}
+
+bool QuoteSession::duplicate(
+    const CustomerDetails &customer, const QuoteTexts &texts, const QDate &today)
+{
+    return saveNew(customer, texts, today);
+}
+
+bool QuoteSession::saveChanges(const QuoteTexts &texts)
+{
+    if (!m_header.isSaved())
+        return false;
+    SavedQuote quote = record(texts);
+    if (!m_book.update(quote))
+        return false;
+    takeOver(quote);
+    keepNow();
+    return true;
+}
+
+bool QuoteSession::saveRevision(const QuoteTexts &texts, const QDate &today)
+{
+    if (!m_header.isSaved())
+        return false;
+    SavedQuote quote = record(texts);
+    quote.header.date = today;
+    quote.header.validUntil = today.addDays(DefaultValidDays);
+    quote.header.status = QuoteStatus::Draft;
+    if (!m_book.saveRevision(quote))
+        return false;
+    takeOver(quote);
+    keepNow();
+    return true;
+}
+
+std::optional<SavedQuote> QuoteSession::load(qint64 id)
+{
+    return m_book.load(id);
+}
+
+void QuoteSession::adopt(const SavedQuote &quote)
+{
+    takeOver(quote);
+    keepNow();
+}
+
+void QuoteSession::startNew()
+{
+    m_header = QuoteHeader();
+    m_saved = QuoteContent();
+    m_keptQuoteId = -1;
+    Q_EMIT headerChanged();
+    keepNow();
+}
+
+void QuoteSession::setState(const State &state)
+{
+    std::optional<SavedQuote> saved;
+    if (state.header.isSaved() && m_book.isOpen())
+        saved = m_book.load(state.header.id);
+    m_header = saved ? saved->header : state.header;
+    m_saved = saved ? saved->content : state.saved;
+    if (m_header.isSaved())
+        m_known = m_saved; // the saved lines' price sources
+    m_keptQuoteId = -1; // the quote in hand names another revision (or none) now
+    Q_EMIT headerChanged();
+}
+
+QList<int> QuoteSession::linesWithOtherPrices() const
+{
+    return PriceSources::linesWithOtherPrices(m_quote, sources(), m_catalogue, m_locale);
+}
+
+bool QuoteSession::markSent()
+{
+    if (!m_header.isSaved() || !m_book.setStatus(m_header.id, QuoteStatus::Sent))
+        return false;
+    m_header.status = QuoteStatus::Sent;
+    Q_EMIT headerChanged();
+    return true;
+}
+
+std::optional<Table> QuoteSession::restore()
+{
+    const auto inHand = m_book.inHand();
+    if (!inHand)
+        return std::nullopt;
+    m_header = QuoteHeader();
+    m_saved = QuoteContent();
+    if (inHand->quoteId != 0) {
+        if (const auto saved = m_book.load(inHand->quoteId)) {
+            m_header = saved->header;
+            m_saved = saved->content;
+        }
+    }
+    m_known = inHand->content;
+    m_keptQuoteId = m_header.id;
+    Q_EMIT headerChanged();
+    return inHand->content.lines;
+}
+
+bool QuoteSession::keepNow()
+{
+    if (!m_book.isOpen()) {
+        // Nothing to keep needs no book; a quote to keep opens (or makes) one.
+        if (isEmpty() && !m_header.isSaved())
+            return true;
+        if (!m_opener || !m_opener())
+            return false;
+    }
+    if (m_quote.generation() == m_keptGeneration && m_header.id == m_keptQuoteId)
+        return true;
+    QuoteBook::InHand inHand;
+    inHand.quoteId = m_header.id;
+    inHand.content.sources = sources();
+    inHand.content.lines = m_known.lines;
+    if (!m_book.keepInHand(inHand)) {
+        Q_EMIT keepFailed(m_book.errorString());
+        return false;
+    }
+    m_keptGeneration = m_quote.generation();
+    m_keptQuoteId = m_header.id;
+    Q_EMIT kept();
+    return true;
+}
+
+void QuoteSession::startKeeping(int intervalMs)
+{
+    m_timer.start(intervalMs);
+}
+
+void QuoteSession::stopKeeping()
+{
+    m_timer.stop();
+}
+
+} // namespace tarnwick

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "quotebook/quotebook.h"
+#include "quotebook/quoterecord.h"
+
+#include <QDate>
+#include <QList>
+#include <QLocale>
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace tarnwick {
+
+class Table;
+
+/// The heading and ending texts a quote is saved with (the quote note's files as they are).
+struct QuoteTexts
+{
+    QString heading;
+    QString ending;
+};
+
+/// The quote in hand, as the quote book sees it: which saved revision it continues (if any),
+/// whether it changed since that was saved, and keeping it in the book so that it outlives
+/// the program (a close, a crash, a kill). It reads the quote table and never changes it: what
+/// to load into the quote is handed back, and the quote's own functions load it.
+class QuoteSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    QuoteSession(QuoteBook &book, const Table &quote, const Table &catalogue, const QLocale &locale,
+        QObject *parent = nullptr);
+
+    QuoteBook &book() { return m_book; }
+    const QuoteHeader &header() const { return m_header; }
+    /// The quote differs from the revision it continues; a quote never saved counts as changed
+    /// once it has a line.
+    bool isChanged() const;
+    /// The quote has no line.
+    bool isEmpty() const;
+
+    /// Start-up: the quote in hand as the book kept it. Its header is taken over here; the
+    /// lines come back for the quote to load. None when the book keeps no quote in hand.
+    std::optional<Table> restore();
+
+    /// The first save: the quote gets the next number of today's year, revision A, dated today
+    /// and valid for DefaultValidDays, for customer.
+    bool saveNew(const CustomerDetails &customer, const QuoteTexts &texts, const QDate &today);
+    /// Later saves: the revision in hand takes the quote's lines and texts as they are now.
+    bool saveChanges(const QuoteTexts &texts);
+    /// "New Revision": the revision saved so far stays as it is; the quote in hand becomes the
+    /// next revision of the same number, dated today, saved at once.
+    bool saveRevision(const QuoteTexts &texts, const QDate &today);
+    /// "Duplicate Quote": the same lines under a new number for customer (saveNew's rules).
+    bool duplicate(const CustomerDetails &customer, const QuoteTexts &texts, const QDate &today);
+
+    /// A saved quote as the book has it, for opening.
+    std::optional<SavedQuote> load(qint64 id);
+    /// The quote's lines are now those of quote: it becomes the revision in hand, unchanged.
+    void adopt(const SavedQuote &quote);
+    /// The quote was emptied for a new one (File → New): nothing saved is in hand any more.
+    void startNew();
+    /// The lines priced from the catalogue whose price is another in today's catalogue.
+    QList<int> linesWithOtherPrices() const;
+
+    /// Which saved revision the quote in hand continues, and its lines as saved: what an undo
+    /// of a quote opened, duplicated or started afresh takes back along with the lines.
+    struct State
+    {
+        QuoteHeader header;
+        QuoteContent saved;
+    };
+    State state() const { return { m_header, m_saved }; }
+    /// Back to state. A saved revision is read from the book again, so a save, a status or a
+    /// revision made since counts; the state given stands when the book cannot be read.
+    void setState(const State &state);
+    /// The state that adopt(quote) and startNew() give, without taking it on.
+    static State stateOf(const SavedQuote &quote) { return { quote.header, quote.content }; }
+
+    /// The revision in hand is marked as sent to the customer.
+    bool markSent();
+
+    /// Keeps the quote in hand in the book when it changed since last kept. True when the book
+    /// holds the quote as it is now.
+    bool keepNow();
+    /// Looks at the quote every intervalMs milliseconds and keeps it when it changed, so a
+    /// change reaches the disk within about that time.
+    void startKeeping(int intervalMs = 500);
+    void stopKeeping();
+    /// Opens the book when there is a quote to keep and the book is not open yet (a first
+    /// book is made only once it is needed); true when it is open.
+    void setOpener(std::function<bool()> opener) { m_opener = std::move(opener); }
+
+    /// How each line's unit price came about, for the lines as they are now.
+    std::vector<PriceSource> sources() const;
+    /// The quote as it would be saved now: the header in hand with the lines and texts given.
+    SavedQuote record(const QuoteTexts &texts) const;
+
+    QString errorString() const { return m_book.errorString(); }
+
+Q_SIGNALS:
+    /// The number, revision, customer or status of the quote in hand changed.
+    void headerChanged();
+    /// The quote in hand was written to the book (tests wait for this).
+    void kept();
+    /// Keeping the quote in hand failed; detail in plain words.
+    void keepFailed(const QString &detail);
+
+private:
+    bool saveAsNew(SavedQuote &quote);
+    void takeOver(const SavedQuote &quote);
+
+    QuoteBook &m_book;
+    const Table &m_quote;
+    const Table &m_catalogue;
+    QLocale m_locale;
+    QuoteHeader m_header;
+    QuoteContent m_saved; ///< the lines of the revision in hand as saved
+    mutable QuoteContent m_known; ///< the lines as last kept, with their price sources
+    quint64 m_keptGeneration = 0;
+    qint64 m_keptQuoteId = -1;
+    QTimer m_timer;
+    std::function<bool()> m_opener;
+};
+
+} // namespace tarnwick

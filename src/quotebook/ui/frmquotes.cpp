@@ -1,0 +1,178 @@
+#include "quotebook/ui/frmquotes.h"
+
+#include "platform/iprompts.h"
+#include "quotebook/quotebook.h"
+#include "quotebook/quotelistmodel.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+namespace {
+
+template <typename W> W *quotesControl(W *widget, const char *name)
+{
+    const QString text = QString::fromLatin1(name);
+    widget->setObjectName(text);
+    widget->setAccessibleDescription(text);
+    return widget;
+}
+
+} // namespace
+
+FrmQuotes::FrmQuotes(QuoteBook &book, IPrompts &prompts, const QLocale &locale, QWidget *parent)
+    : QDialog(parent), m_book(book), m_prompts(prompts), m_locale(locale),
+      m_model(new QuoteListModel(locale, this))
+{
+    setObjectName(QStringLiteral("FrmQuotes"));
+    setAccessibleDescription(objectName());
+    setWindowTitle(tr("Quotes"));
+    m_txtFind = quotesControl(new QLineEdit(this), "TxtFind");
+    m_txtFind->setPlaceholderText(tr("Number, customer, company or part number"));
+    m_txtFind->setClearButtonEnabled(true);
+    auto *findLabel = new QLabel(tr("&Find:"), this);
+    findLabel->setBuddy(m_txtFind);
+    m_grdQuotes = quotesControl(new QTableView(this), "GrdQuotes");
+    m_grdQuotes->setModel(m_model);
+    m_grdQuotes->setAccessibleName(tr("Saved quotes"));
+    m_grdQuotes->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_grdQuotes->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_grdQuotes->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_grdQuotes->verticalHeader()->hide();
+    // Rows of one height: the view never measures 10,000 rows to draw twenty.
+    m_grdQuotes->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_grdQuotes->horizontalHeader()->setSectionResizeMode(2, QHeaderView::Stretch);
+    m_count = quotesControl(new QLabel(this), "LblCount");
+    m_cmbStatus = quotesControl(new QComboBox(this), "CmbStatus");
+    for (const QuoteStatus status : QuoteStatuses::all())
+        m_cmbStatus->addItem(QuoteStatuses::name(status));
+    auto *statusLabel = new QLabel(tr("&Status:"), this);
+    statusLabel->setBuddy(m_cmbStatus);
+    m_cmdOpen = quotesControl(new QPushButton(tr("&Open"), this), "CmdOpen");
+    m_cmdCancel = quotesControl(new QPushButton(tr("Cancel"), this), "CmdCancel");
+    m_cmdOpen->setDefault(true);
+    layOut(findLabel, statusLabel);
+    connectHandlers();
+    refresh();
+}
+
+void FrmQuotes::layOut(QLabel *findLabel, QLabel *statusLabel)
+{
+    auto *find = new QHBoxLayout;
+    find->addWidget(findLabel);
+    find->addWidget(m_txtFind, 1);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(m_count);
+    buttons->addStretch();
+    buttons->addWidget(statusLabel);
+    buttons->addWidget(m_cmbStatus);
+    buttons->addWidget(m_cmdOpen);
+    buttons->addWidget(m_cmdCancel);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(find);
+    layout->addWidget(m_grdQuotes, 1);
+    layout->addLayout(buttons);
+    resize(fontMetrics().horizontalAdvance(QLatin1Char('M')) * 52, fontMetrics().height() * 28);
+}
+
+void FrmQuotes::connectHandlers()
+{
+    connect(m_txtFind, &QLineEdit::textChanged, this, &FrmQuotes::TxtFind_Change);
+    connect(m_cmdOpen, &QPushButton::clicked, this, &FrmQuotes::CmdOpen_Click);
+    connect(m_cmdCancel, &QPushButton::clicked, this, &FrmQuotes::CmdCancel_Click);
+    connect(m_cmbStatus, &QComboBox::activated, this, &FrmQuotes::CmbStatus_Click);
+    connect(m_grdQuotes, &QTableView::doubleClicked, this, &FrmQuotes::CmdOpen_Click);
+    connect(m_grdQuotes->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+        &FrmQuotes::showCurrentStatus);
+    m_txtFind->installEventFilter(this);
+}
+
+bool FrmQuotes::eventFilter(QObject *watched, QEvent *event)
+{
+    // Up, Down, Page Up and Page Down in the search box move through the list, so a quote is
+    // found and chosen without leaving the keyboard's place.
+    if (watched == m_txtFind && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp
+            || key == Qt::Key_PageDown) {
+            QKeyEvent copy(QEvent::KeyPress, key, Qt::NoModifier);
+            QCoreApplication::sendEvent(m_grdQuotes, &copy);
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void FrmQuotes::refresh()
+{
+    m_model->setQuotes(m_book.list(m_txtFind->text()));
+    const int count = m_model->rowCount();
+    m_count->setText(count == 1 ? tr("1 quote") : tr("%1 quotes").arg(m_locale.toString(count)));
+    if (count > 0)
+        m_grdQuotes->setCurrentIndex(m_model->index(0, 0));
+    m_cmdOpen->setEnabled(count > 0);
+    m_cmbStatus->setEnabled(count > 0);
+    showCurrentStatus();
+}
+
+int FrmQuotes::currentRow() const
+{
+    const QModelIndex current = m_grdQuotes->currentIndex();
+    return current.isValid() ? current.row() : -1;
+}
+
+void FrmQuotes::showCurrentStatus()
+{
+    const int row = currentRow();
+    if (row >= 0)
+        m_cmbStatus->setCurrentIndex(int(m_model->quotes().at(row).status));
+}
+
+void FrmQuotes::TxtFind_Change()
+{
+    refresh();
+}
+
+void FrmQuotes::CmdOpen_Click()
+{
+    m_chosen = m_model->idAt(currentRow());
+    if (m_chosen != 0)
+        accept();
+}
+
+void FrmQuotes::CmdCancel_Click()
+{
+    m_chosen = 0;
+    reject();
+}
+
+void FrmQuotes::CmbStatus_Click(int index)
+{
+    const int row = currentRow();
+    const qint64 id = m_model->idAt(row);
+    if (id == 0 || index < 0)
+        return;
+    const QuoteStatus status = QuoteStatuses::all().at(std::size_t(index));
+    if (!m_book.setStatus(id, status)) {
+        m_prompts.msgBox(tr("The status could not be saved: %1.").arg(m_book.errorString()),
+            MsgStyle::Exclamation, windowTitle());
+        showCurrentStatus();
+        return;
+    }
+    QList<QuoteSummary> quotes = m_model->quotes();
+    quotes[row].status = status;
+    m_model->setQuotes(quotes);
+    m_grdQuotes->setCurrentIndex(m_model->index(row, 0));
+}
+
+} // namespace tarnwick

@@ -1,0 +1,440 @@
+#include "shell/quotebookcontroller.h"
+
+#include "catalogue/module1.h"
+#include "commands/quoteedits.h"
+#include "platform/appenvironment.h"
+#include "platform/appservices.h"
+#include "platform/ifiledialogs.h"
+#include "platform/iprompts.h"
+#include "quotebook/quotebookedits.h"
+#include "quotebook/quotebookmessages.h"
+#include "quotebook/quotemail.h"
+#include "quotebook/quotepdf.h"
+#include "quotebook/quotesession.h"
+#include "quotebook/ui/quotebookdialogs.h"
+#include "quotes/pricesource.h"
+#include "quotes/quotelist.h"
+#include "quotes/quotenote.h"
+#include "shell/gridview.h"
+#include "shell/mainwindowui.h"
+#include "shell/quotecontroller.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+namespace tarnwick {
+
+namespace {
+
+namespace Titles {
+const QString Save = QStringLiteral("Save Quote");
+const QString Open = QStringLiteral("Open Quote");
+const QString Revision = QStringLiteral("New Revision");
+const QString Duplicate = QStringLiteral("Duplicate Quote");
+const QString Pdf = QStringLiteral("Save as PDF");
+const QString New = QStringLiteral("New Quote");
+const QString Send = QStringLiteral("Send Quote");
+const QString Book = QStringLiteral("Quote Book");
+} // namespace Titles
+
+const QString FirstSaveIntro =
+    QStringLiteral("The quote is saved under the next quote number, as revision A.");
+const QString DuplicateIntro =
+    QStringLiteral("The same lines are saved under a new quote number for this customer.");
+const QString PdfFilter = QStringLiteral("PDF Files (*.pdf)|*.pdf|All Files (*.*)|*.*");
+constexpr int KeepInterval = 500;
+
+} // namespace
+
+QuoteBookController::QuoteBookController(const AppServices &services, Module1 &module,
+    EditHistory &history, MainWindowUi &ui, QuoteController &quote, QWidget *owner)
+    : QObject(owner), m_services(services), m_module(module), m_history(history), m_ui(ui),
+      m_quote(quote), m_owner(owner), m_book(module.locale()),
+      m_session(std::make_unique<QuoteSession>(
+          m_book, module.QuoteTable(), module.Catalogue(), module.locale())),
+      m_dialogs(std::make_unique<QtQuoteBookDialogs>(services.prompts, module.locale())),
+      m_today([] { return QDate::currentDate(); })
+{
+    connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
+    connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
+        status(QStringLiteral("The quote on screen cannot be kept safe: %1. Save it.").arg(detail));
+    });
+}
+
+QuoteBookController::~QuoteBookController()
+{
+    m_session->stopKeeping();
+}
+
+void QuoteBookController::setDialogs(std::unique_ptr<IQuoteBookDialogs> dialogs)
+{
+    m_dialogs = std::move(dialogs);
+}
+
+/// A book that is there is opened at once, to bring back the quote in hand; a first one is
+/// created only when there is something to keep, so a run that never quotes leaves no file.
+void QuoteBookController::start()
+{
+    if (m_started)
+        return;
+    m_started = true;
+    if (QFileInfo::exists(bookPath()) && openBook(true))
+        restoreInHand();
+    m_session->setOpener([this] { return openBook(false); });
+    m_session->startKeeping(KeepInterval);
+}
+
+QString QuoteBookController::bookPath() const
+{
+    return m_services.environment.pathInAppFolder(BookFileName);
+}
+
+bool QuoteBookController::openBook(bool inABox)
+{
+    if (m_book.isOpen())
+        return true;
+    if (!m_openable)
+        return false;
+    const QuoteBook::OpenResult result = m_book.open(bookPath());
+    const QString message = QuoteBookMessages::opened(result, bookPath(),
+        QFileInfo::exists(m_services.environment.pathInAppFolder(BackupFileName)));
+    if (!message.isEmpty() && inABox)
+        m_services.prompts.msgBox(message, MsgStyle::Exclamation, Titles::Book);
+    else if (!message.isEmpty())
+        status(message);
+    // A book of a later version stays as it is for the whole run.
+    m_openable = result.status != QuoteBook::OpenStatus::TooNew;
+    m_unavailable = m_book.isOpen() ? QString() : result.detail;
+    return m_book.isOpen();
+}
+
+void QuoteBookController::restoreInHand()
+{
+    const auto lines = m_session->restore();
+    if (lines && !m_quote.replaceLines(*lines))
+        m_session->startNew();
+}
+
+void QuoteBookController::sessionEnding()
+{
+    m_ui.GrdQuote->commitPendingEdit();
+    m_session->keepNow();
+}
+
+void QuoteBookController::shutDown()
+{
+    if (!m_started)
+        return;
+    m_session->stopKeeping();
+    m_ui.GrdQuote->commitPendingEdit();
+    m_session->keepNow();
+    if (!m_book.isOpen()) {
+        if (!m_session->isEmpty())
+            report(QuoteBookMessages::notKept(m_unavailable), Titles::Book);
+        return;
+    }
+    const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
+    if (!m_book.backupTo(backup))
+        report(QuoteBookMessages::backupFailed(backup, m_book.errorString()), Titles::Book);
+    m_book.close();
+}
+
+bool QuoteBookController::ready(const QString &title)
+{
+    if (openBook(false))
+        return true;
+    report(QuoteBookMessages::unavailable(m_unavailable), title);
+    return false;
+}
+
+QuoteTexts QuoteBookController::currentTexts() const
+{
+    const QString folder = m_services.environment.appFolder();
+    return { QuoteNote::readHeading(folder), QuoteNote::readEnding(folder) };
+}
+
+void QuoteBookController::report(const QString &text, const QString &title)
+{
+    m_services.prompts.msgBox(text, MsgStyle::Exclamation, title);
+}
+
+void QuoteBookController::status(const QString &text)
+{
+    m_ui.sbPanel1->setText(text);
+}
+
+void QuoteBookController::showHeader()
+{
+    const QuoteHeader &header = m_session->header();
+    QString caption = FrameCaption;
+    if (header.isSaved()) {
+        caption += QStringLiteral(": ") + header.numberAndRevision();
+        if (!header.customerText().isEmpty())
+            caption += QStringLiteral(", ") + header.customerText();
+        if (header.status != QuoteStatus::Draft)
+            caption += QStringLiteral(" (%1)").arg(QuoteStatuses::name(header.status));
+    }
+    m_ui.FraQuote->setTitle(caption);
+}
+
+/// The first save asks who the quote is for; an empty quote is not saved.
+bool QuoteBookController::saveFirstTime(const QString &title)
+{
+    if (m_session->isEmpty()) {
+        report(QuoteBookMessages::nothingToSave(), title);
+        return false;
+    }
+    const auto details = m_dialogs->askCustomer(m_owner, CustomerDetails(), FirstSaveIntro);
+    if (!details)
+        return false;
+    if (!m_session->saveNew(*details, currentTexts(), m_today())) {
+        report(QuoteBookMessages::saveFailed(m_session->errorString()), title);
+        return false;
+    }
+    status(QuoteBookMessages::saved(m_session->header()));
+    return true;
+}
+
+/// A saved quote is saved into its own revision, except that a quote already sent may go into
+/// the next revision instead (the user chooses).
+bool QuoteBookController::saveInHand(const QString &title)
+{
+    if (!m_session->header().isSaved())
+        return saveFirstTime(title);
+    bool saved = false;
+    if (m_session->header().status == QuoteStatus::Sent) {
+        const int answer =
+            m_services.prompts.msgBox(QuoteBookMessages::sentQuestion(m_session->header()),
+                MsgStyle::YesNoCancel | MsgStyle::Question, title);
+        if (answer == MsgResult::Cancel)
+            return false;
+        saved = answer == MsgResult::Yes ? m_session->saveRevision(currentTexts(), m_today())
+                                         : m_session->saveChanges(currentTexts());
+    } else {
+        saved = m_session->saveChanges(currentTexts());
+    }
+    if (!saved) {
+        report(QuoteBookMessages::saveFailed(m_session->errorString()), title);
+        return false;
+    }
+    status(QuoteBookMessages::saved(m_session->header()));
+    return true;
+}
+
+/// Before the quote in hand is replaced: a changed quote may be saved first. False when the
+/// user cancelled (or the save failed), and nothing should replace it.
+bool QuoteBookController::offerToSave(const QString &title)
+{
+    if (!m_session->isChanged())
+        return true;
+    const int answer = m_services.prompts.msgBox(QuoteBookMessages::saveFirst(m_session->header()),
+        MsgStyle::YesNoCancel | MsgStyle::Question, title);
+    if (answer == MsgResult::Cancel)
+        return false;
+    return answer == MsgResult::No || saveInHand(title);
+}
+
+/// A PDF or a mail names the quote's number: the quote is saved first when it is not.
+bool QuoteBookController::ensureSaved(const QString &title)
+{
+    if (m_session->header().isSaved() && !m_session->isChanged())
+        return true;
+    return saveInHand(title);
+}
+
+void QuoteBookController::saveQuote()
+{
+    if (ready(Titles::Save))
+        saveInHand(Titles::Save);
+}
+
+bool QuoteBookController::saveChangedQuote()
+{
+    if (!m_session->isChanged())
+        return true;
+    return ready(Titles::Save) && saveInHand(Titles::Save);
+}
+
+void QuoteBookController::openQuote()
+{
+    m_quote.storePendingEdit();
+    if (!ready(Titles::Open) || !offerToSave(Titles::Open))
+        return;
+    const auto chosen = m_dialogs->chooseQuote(m_owner, m_book);
+    if (!chosen)
+        return;
+    const auto quote = m_session->load(*chosen);
+    if (!quote) {
+        report(QStringLiteral("The quote could not be opened: %1.").arg(m_book.errorString()),
+            Titles::Open);
+        return;
+    }
+    const QString number = quote->header.numberAndRevision();
+    if (!replaceOnScreen(quote->content.lines, m_session->state(), QuoteSession::stateOf(*quote),
+            QStringLiteral("Open Quote %1").arg(number), Titles::Open))
+        return;
+    status(QStringLiteral("Quote %1 opened.").arg(number));
+    offerTodaysPrices(quote->content.sources);
+}
+
+bool QuoteBookController::replaceOnScreen(const Table &lines, const QuoteSession::State &before,
+    const QuoteSession::State &after, const QString &text, const QString &title)
+{
+    const Table &current = m_module.QuoteTable();
+    Table quote(current.rowCount(), current.fieldCount());
+    if (!QuoteList::replaceLines(quote, lines)) {
+        report(QStringLiteral("The quote could not be opened: it has too many lines."), title);
+        return false;
+    }
+    const bool empty = lines.rowCount() == 0;
+    const QuoteView view { empty ? 0 : 1, 0, empty };
+    if (QuoteBookEdits::replaceQuote(m_history, *m_session, { m_quote.currentView(), before },
+            { view, after }, std::move(quote), text))
+        m_quote.showQuote(view);
+    m_session->keepNow();
+    return true;
+}
+
+void QuoteBookController::offerTodaysPrices(const std::vector<PriceSource> &sources)
+{
+    const Table &quote = m_module.QuoteTable();
+    const QList<int> rows =
+        PriceSources::linesWithOtherPrices(quote, sources, m_module.Catalogue(), m_module.locale());
+    if (rows.isEmpty()
+        || m_services.prompts.msgBox(QuoteBookMessages::otherPrices(int(rows.size())),
+               MsgStyle::YesNo | MsgStyle::Question, Titles::Open)
+            != MsgResult::Yes)
+        return;
+    Table repriced = quote;
+    PriceSources::updateFromCatalogue(repriced, m_module.Catalogue(), rows, m_module.locale());
+    const QuoteView view = m_quote.currentView();
+    if (QuoteEdits::replaceQuote(
+            m_history, view, view, std::move(repriced), QStringLiteral("Update Prices")))
+        m_quote.showQuote(view);
+}
+
+void QuoteBookController::newRevision()
+{
+    if (!ready(Titles::Revision))
+        return;
+    if (!m_session->header().isSaved()) {
+        report(QuoteBookMessages::revisionNeedsSave(), Titles::Revision);
+        return;
+    }
+    if (!m_session->saveRevision(currentTexts(), m_today())) {
+        report(QuoteBookMessages::saveFailed(m_session->errorString()), Titles::Revision);
+        return;
+    }
+    status(QuoteBookMessages::saved(m_session->header()));
+}
+
+void QuoteBookController::duplicateQuote()
+{
+    m_quote.storePendingEdit();
+    if (!ready(Titles::Duplicate))
+        return;
+    if (m_session->isEmpty()) {
+        report(QuoteBookMessages::nothingToSave(), Titles::Duplicate);
+        return;
+    }
+    const auto details = m_dialogs->askCustomer(m_owner, CustomerDetails(), DuplicateIntro);
+    if (!details)
+        return;
+    const QuoteSession::State before = m_session->state();
+    if (!m_session->duplicate(*details, currentTexts(), m_today())) {
+        report(QuoteBookMessages::saveFailed(m_session->errorString()), Titles::Duplicate);
+        return;
+    }
+    // The same lines, now continuing the duplicate: an undo goes back to the original quote
+    // (the duplicate stays in the book).
+    const QuoteSession::State after = m_session->state();
+    const QuoteView view = m_quote.currentView();
+    QuoteBookEdits::replaceQuote(m_history, *m_session, { view, before }, { view, after },
+        m_module.QuoteTable(),
+        QStringLiteral("Duplicate Quote %1").arg(after.header.numberAndRevision()));
+    status(QuoteBookMessages::saved(m_session->header()));
+}
+
+void QuoteBookController::newQuote()
+{
+    m_quote.storePendingEdit();
+    // A changed quote is offered for saving; without a book it cannot be, and goes (an undo
+    // brings it back).
+    if (m_session->isChanged() && openBook(false) && !offerToSave(Titles::New))
+        return;
+    replaceOnScreen(Table(0, m_module.QuoteTable().fieldCount()), m_session->state(),
+        QuoteSession::State(), QStringLiteral("New Quote"), Titles::New);
+    status(QStringLiteral("New quote."));
+}
+
+bool QuoteBookController::writePdf(const QString &path, const QString &title)
+{
+    QuotePdfInput input;
+    input.header = m_session->header();
+    input.document.heading = input.header.heading;
+    input.document.ending = input.header.ending;
+    input.document.noIncludes = QuoteNote::noIncludes(m_services.settings);
+    input.document.discountBox = m_ui.TxtDisc->text();
+    input.document.totalBox = m_ui.TxtTotal->text();
+    QString error;
+    if (QuotePdf::write(path, m_module.QuoteTable(), input, m_module.locale(), error))
+        return true;
+    report(QuoteBookMessages::pdfFailed(path, error), title);
+    return false;
+}
+
+void QuoteBookController::saveAsPdf()
+{
+    if (!ready(Titles::Pdf) || !ensureSaved(Titles::Pdf))
+        return;
+    const QuoteHeader &header = m_session->header();
+    FileDialogRequest request;
+    request.title = QStringLiteral("Save Quote as PDF");
+    request.filter = PdfFilter;
+    request.initialFolder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    request.fileName = QStringLiteral("%1-%2.pdf").arg(header.number(), header.revisionLetter());
+    const auto chosen = m_services.fileDialogs.getSaveFile(request);
+    if (!chosen || chosen->path.isEmpty())
+        return;
+    if (writePdf(chosen->path, Titles::Pdf))
+        status(QStringLiteral("Quote %1 saved as %2.")
+                   .arg(header.numberAndRevision(), QDir::toNativeSeparators(chosen->path)));
+}
+
+void QuoteBookController::send()
+{
+    if (!ready(Titles::Send) || !ensureSaved(Titles::Send))
+        return;
+    const QuoteHeader header = m_session->header();
+    // The mail program reads the file after Tarnwick has handed it over, perhaps after
+    // Tarnwick has ended: the folder stays.
+    QTemporaryDir folder(QDir::temp().filePath(QStringLiteral("tarnwick-quote-XXXXXX")));
+    folder.setAutoRemove(false);
+    const QString path =
+        folder.filePath(QStringLiteral("%1-%2.pdf").arg(header.number(), header.revisionLetter()));
+    if (!folder.isValid() || !writePdf(path, Titles::Send))
+        return;
+    const QuoteMail mail = QuoteMailer::mailFor(header, path);
+    const QuoteMailer::Way way = QuoteMailer::send(m_services.launcher, mail);
+    if (way == QuoteMailer::Way::Failed) {
+        report(QuoteBookMessages::noMailProgram(path), Titles::Send);
+        return;
+    }
+    if (way == QuoteMailer::Way::MailtoLink)
+        m_services.prompts.msgBox(
+            QuoteBookMessages::attachByHand(path), MsgStyle::Information, Titles::Send);
+    if (!m_session->markSent())
+        report(
+            QStringLiteral("The quote could not be marked as sent: %1.").arg(m_book.errorString()),
+            Titles::Send);
+    else
+        status(QStringLiteral("Quote %1 handed to the mail program and marked as sent.")
+                   .arg(header.numberAndRevision()));
+}
+
+} // namespace tarnwick

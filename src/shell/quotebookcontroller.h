@@ -1,0 +1,110 @@
+#pragma once
+
+#include "commands/edithistory.h"
+#include "quotebook/quotebook.h"
+#include "quotebook/quotesession.h"
+
+#include <QDate>
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+class QWidget;
+
+namespace tarnwick {
+
+struct AppServices;
+struct MainWindowUi;
+class IQuoteBookDialogs;
+class Module1;
+class QuoteController;
+class QuoteSession;
+struct QuoteTexts;
+class Table;
+
+/// The quote book on the main window: "Save Quote", "Open Quote", "New Revision", "Duplicate
+/// Quote" and "Save as PDF" on the quote menu, File → New and Send, and the quote in hand
+/// kept in "quotes.db" from start to close. A quote opened, a new quote and a duplicate replace
+/// the quote on screen as one step of the history (QuoteBookEdits), which an undo takes back
+/// with the revision the quote continued; the book and the quote in hand are the
+/// QuoteSession's.
+class QuoteBookController : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr QLatin1String BookFileName { "quotes.db" };
+    static constexpr QLatin1String BackupFileName { "quotes.bak" };
+    static constexpr QLatin1String FrameCaption { "Quote Details" };
+
+    QuoteBookController(const AppServices &services, Module1 &module, EditHistory &history,
+        MainWindowUi &ui, QuoteController &quote, QWidget *owner);
+    ~QuoteBookController() override;
+
+    /// After the password, before the window shows: opens the quote book (reporting a damaged
+    /// one), puts the quote in hand back on screen and keeps it from then on.
+    void start();
+    /// Shut-down: keeps the quote in hand, copies the book to "quotes.bak" and closes it.
+    void shutDown();
+    /// The desktop session ends: the quote in hand, with a cell being typed, is kept at once.
+    void sessionEnding();
+
+    void saveQuote();
+    void openQuote();
+    void newRevision();
+    void duplicateQuote();
+    void saveAsPdf();
+    /// File → New: an empty quote, after offering to save a changed one.
+    void newQuote();
+    /// File → Send: the quote's PDF in the customer's mail, the quote marked sent.
+    void send();
+    /// File → Save All's part: saves the quote when it has changed (asking for the customer
+    /// the first time). True when nothing is left unsaved.
+    bool saveChangedQuote();
+
+    QuoteSession *session() const { return m_session.get(); }
+    QuoteBook &book() { return m_book; }
+    void setDialogs(std::unique_ptr<IQuoteBookDialogs> dialogs);
+    /// The day quotes are dated (tests fix it).
+    void setToday(std::function<QDate()> today) { m_today = std::move(today); }
+
+private:
+    QString bookPath() const;
+    /// Opens the book when it is not open yet; a failure is told in a box or in the status bar.
+    bool openBook(bool inABox);
+    bool ready(const QString &title);
+    QuoteTexts currentTexts() const;
+    bool saveFirstTime(const QString &title);
+    bool saveInHand(const QString &title);
+    bool offerToSave(const QString &title);
+    bool ensureSaved(const QString &title);
+    bool writePdf(const QString &path, const QString &title);
+    /// The whole quote on screen replaced by lines as one step named text, the quote in hand
+    /// going from before to after. False, with a message, when there are too many lines.
+    bool replaceOnScreen(const Table &lines, const QuoteSession::State &before,
+        const QuoteSession::State &after, const QString &text, const QString &title);
+    /// Lines priced from the catalogue that cost otherwise today, re-priced when the user
+    /// agrees (one more step).
+    void offerTodaysPrices(const std::vector<PriceSource> &sources);
+    void restoreInHand();
+    void showHeader();
+    void report(const QString &text, const QString &title);
+    void status(const QString &text);
+
+    const AppServices &m_services;
+    Module1 &m_module;
+    EditHistory &m_history;
+    MainWindowUi &m_ui;
+    QuoteController &m_quote;
+    QWidget *m_owner;
+    QuoteBook m_book;
+    std::unique_ptr<QuoteSession> m_session;
+    std::unique_ptr<IQuoteBookDialogs> m_dialogs;
+    std::function<QDate()> m_today;
+    QString m_unavailable; ///< why the book could not be opened; empty once it is
+    bool m_openable = true; ///< false once the book turned out to be of a later version
+    bool m_started = false;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,287 @@
+// The quote book without a display: saving, numbering per year, revisions, loading every cell
+// back, the list and its search, the status, the quote in hand and the backup.
+#include "quotebookfixture.h"
+
+#include "quotebook/quotebookrows.h"
+#include "quotes/quoteline.h"
+
+#include <QFileInfo>
+#include <QSqlQuery>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+const QDate May12(2026, 5, 12);
+
+TEST_F(QuoteBookTest, ANewBookIsInWalModeAtTheCurrentVersion)
+{
+    QSqlQuery query(book->database());
+    ASSERT_TRUE(query.exec(QStringLiteral("PRAGMA journal_mode")) && query.next());
+    EXPECT_EQ(query.value(0).toString(), QStringLiteral("wal"));
+    query.finish();
+    ASSERT_TRUE(query.exec(QStringLiteral("PRAGMA user_version")) && query.next());
+    EXPECT_EQ(query.value(0).toInt(), 2);
+    query.finish();
+    ASSERT_TRUE(query.exec(QStringLiteral("PRAGMA application_id")) && query.next());
+    EXPECT_EQ(query.value(0).toInt(), 0x54574B51);
+    EXPECT_EQ(book->quoteCount(), 0);
+    EXPECT_TRUE(book->list().isEmpty());
+}
+
+TEST_F(QuoteBookTest, SavedQuotesAreNumberedPerYear)
+{
+    SavedQuote first = sampleQuote(QStringLiteral("ACME"), May12);
+    SavedQuote second = sampleQuote(QStringLiteral("Bolt & Co"), May12.addDays(3));
+    SavedQuote nextYear = sampleQuote(QStringLiteral("Clamps"), QDate(2027, 1, 2));
+    SavedQuote thirdOf2026 = sampleQuote(QStringLiteral("Drain"), QDate(2026, 12, 31));
+    for (SavedQuote *quote : { &first, &second, &nextYear, &thirdOf2026 })
+        ASSERT_TRUE(book->saveNew(*quote)) << book->errorString().toStdString();
+    EXPECT_EQ(first.header.numberAndRevision(), QStringLiteral("Q-2026-0001 A"));
+    EXPECT_EQ(second.header.numberAndRevision(), QStringLiteral("Q-2026-0002 A"));
+    EXPECT_EQ(nextYear.header.numberAndRevision(), QStringLiteral("Q-2027-0001 A"));
+    EXPECT_EQ(thirdOf2026.header.numberAndRevision(), QStringLiteral("Q-2026-0003 A"));
+    EXPECT_NE(first.header.id, 0);
+    EXPECT_DOUBLE_EQ(first.total, 2.5 + 5.0 + 7.5);
+}
+
+TEST_F(QuoteBookTest, NumbersAndRevisionLettersAreWrittenOut)
+{
+    EXPECT_EQ(QuoteNumbers::number(2026, 1), QStringLiteral("Q-2026-0001"));
+    EXPECT_EQ(QuoteNumbers::number(2026, 12345), QStringLiteral("Q-2026-12345"));
+    EXPECT_EQ(QuoteNumbers::revisionLetter(0), QStringLiteral("A"));
+    EXPECT_EQ(QuoteNumbers::revisionLetter(25), QStringLiteral("Z"));
+    EXPECT_EQ(QuoteNumbers::revisionLetter(26), QStringLiteral("AA"));
+    EXPECT_EQ(QuoteNumbers::revisionLetter(27), QStringLiteral("AB"));
+    EXPECT_EQ(QuoteNumbers::revisionLetter(701), QStringLiteral("ZZ"));
+    EXPECT_EQ(QuoteNumbers::revisionLetter(702), QStringLiteral("AAA"));
+}
+
+TEST_F(QuoteBookTest, ASavedQuoteComesBackWithEveryCellAndItsKind)
+{
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME Plumbing"), May12, 2);
+    Table &lines = quote.content.lines;
+    lines.put(1, QuoteLine::UnitPrice, 2.2499999f);
+    lines.put(1, QuoteLine::ExtendedPrice, 2.2499999523162842);
+    lines.put(2, QuoteLine::Includes, Cell::null());
+    lines.put(2, QuoteLine::ProductName, QStringLiteral("Straße, Ø 15 mm, “quoted”"));
+    lines.put(2, QuoteLine::UnitPrice, Cell());
+    lines.put(2, QuoteLine::Quantity, "7 boxes");
+    quote.content.sources = { PriceSource::Discount, PriceSource::Typed };
+    quote.header.customer.reference = QStringLiteral("PO 4711");
+    ASSERT_TRUE(book->saveNew(quote));
+    ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened);
+
+    const auto loaded = book->load(quote.header.id);
+    ASSERT_TRUE(loaded.has_value()) << book->errorString().toStdString();
+    EXPECT_TRUE(sameTable(loaded->content.lines, lines));
+    EXPECT_EQ(loaded->content.lines.get(1, QuoteLine::UnitPrice).kind(), Cell::Kind::Single);
+    EXPECT_EQ(loaded->content.lines.get(1, QuoteLine::ExtendedPrice).kind(), Cell::Kind::Double);
+    EXPECT_EQ(loaded->content.lines.get(1, QuoteLine::Quantity).kind(), Cell::Kind::Int32);
+    EXPECT_TRUE(loaded->content.lines.get(2, QuoteLine::Includes).isNull());
+    EXPECT_TRUE(loaded->content.lines.get(2, QuoteLine::UnitPrice).isEmpty());
+    EXPECT_EQ(loaded->content.sources, quote.content.sources);
+    const QuoteHeader &header = loaded->header;
+    EXPECT_EQ(header.numberAndRevision(), QStringLiteral("Q-2026-0001 A"));
+    EXPECT_EQ(header.customer, quote.header.customer);
+    EXPECT_EQ(header.date, May12);
+    EXPECT_EQ(header.validUntil, QDate(2026, 6, 11));
+    EXPECT_EQ(header.status, QuoteStatus::Draft);
+    EXPECT_EQ(header.heading, QStringLiteral("Dear customer,"));
+    EXPECT_EQ(header.ending, QStringLiteral("Kind regards"));
+}
+
+TEST_F(QuoteBookTest, ARevisionKeepsTheOneBeforeAsItWas)
+{
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12, 2);
+    ASSERT_TRUE(book->saveNew(quote));
+    const qint64 revisionA = quote.header.id;
+    SavedQuote revision = quote;
+    revision.content = sampleContent(5, QStringLiteral("R"));
+    revision.header.date = May12.addDays(7);
+    ASSERT_TRUE(book->saveRevision(revision));
+    EXPECT_EQ(revision.header.numberAndRevision(), QStringLiteral("Q-2026-0001 B"));
+    EXPECT_NE(revision.header.id, revisionA);
+    ASSERT_TRUE(book->saveRevision(revision));
+    EXPECT_EQ(revision.header.numberAndRevision(), QStringLiteral("Q-2026-0001 C"));
+
+    const auto a = book->load(revisionA);
+    ASSERT_TRUE(a.has_value());
+    EXPECT_EQ(a->content.lines.rowCount(), 2);
+    EXPECT_EQ(a->header.date, May12);
+    SavedQuote next = sampleQuote(QStringLiteral("Other"), May12);
+    ASSERT_TRUE(book->saveNew(next));
+    EXPECT_EQ(next.header.numberAndRevision(), QStringLiteral("Q-2026-0002 A"));
+}
+
+TEST_F(QuoteBookTest, AnUpdateRewritesTheRevisionInPlace)
+{
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12, 4);
+    ASSERT_TRUE(book->saveNew(quote));
+    quote.content = sampleContent(1, QStringLiteral("U"));
+    quote.header.customer.email = QStringLiteral("new@example.com");
+    quote.header.heading = QStringLiteral("A new heading");
+    ASSERT_TRUE(book->update(quote)) << book->errorString().toStdString();
+    const auto loaded = book->load(quote.header.id);
+    ASSERT_TRUE(loaded.has_value());
+    EXPECT_TRUE(sameTable(loaded->content.lines, quote.content.lines));
+    EXPECT_EQ(loaded->header.customer.email, QStringLiteral("new@example.com"));
+    EXPECT_EQ(loaded->header.heading, QStringLiteral("A new heading"));
+    EXPECT_EQ(book->quoteCount(), 1);
+    EXPECT_EQ(book->list(QStringLiteral("P-4")).size(), 0) << "the old lines are not found";
+    EXPECT_EQ(book->list(QStringLiteral("U-1")).size(), 1);
+    EXPECT_DOUBLE_EQ(book->list().first().total, 2.5);
+}
+
+TEST_F(QuoteBookTest, UpdatingAQuoteThatIsNotThereSaysSo)
+{
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12);
+    quote.header.id = 99;
+    EXPECT_FALSE(book->update(quote));
+    EXPECT_EQ(book->errorString(), QStringLiteral("the quote is no longer in the quote book"));
+    EXPECT_EQ(book->quoteCount(), 0);
+    EXPECT_FALSE(book->load(99).has_value());
+}
+
+TEST_F(QuoteBookTest, TheListIsNewestFirstAndSearchesNumberCustomerCompanyAndPartNumber)
+{
+    std::vector<SavedQuote> quotes { sampleQuote(QStringLiteral("ACME Plumbing"), May12, 2,
+                                         QStringLiteral("BV")),
+        sampleQuote(QStringLiteral("Bolt Brothers"), May12.addDays(1), 2, QStringLiteral("TAP")),
+        sampleQuote(QStringLiteral("Cöln Ölwerke"), May12.addDays(-1), 2, QStringLiteral("PIPE")) };
+    quotes[2].header.customer.company = QStringLiteral("Wasser GmbH");
+    ASSERT_TRUE(book->saveNewQuotes(quotes));
+    const QList<QuoteSummary> all = book->list();
+    ASSERT_EQ(all.size(), 3);
+    EXPECT_EQ(all[0].customerText(), QStringLiteral("Bolt Brothers, Bolt Brothers Ltd"));
+    EXPECT_EQ(all[1].number(), QStringLiteral("Q-2026-0001"));
+    EXPECT_EQ(all[2].customerText(), QStringLiteral("Cöln Ölwerke, Wasser GmbH"));
+    EXPECT_EQ(all[0].revisionLetter(), QStringLiteral("A"));
+    EXPECT_EQ(all[0].date, May12.addDays(1));
+    EXPECT_EQ(all[0].status, QuoteStatus::Draft);
+
+    const auto numbers = [&](const QString &find) {
+        QStringList found;
+        for (const QuoteSummary &quote : book->list(find))
+            found << quote.number();
+        return found;
+    };
+    EXPECT_EQ(numbers(QStringLiteral("q-2026-0002")), QStringList { "Q-2026-0002" });
+    EXPECT_EQ(numbers(QStringLiteral("acme")), QStringList { "Q-2026-0001" });
+    EXPECT_EQ(numbers(QStringLiteral("ÖLWERKE")), QStringList { "Q-2026-0003" });
+    EXPECT_EQ(numbers(QStringLiteral("wasser")), QStringList { "Q-2026-0003" });
+    EXPECT_EQ(numbers(QStringLiteral("tap-2")), QStringList { "Q-2026-0002" });
+    EXPECT_EQ(numbers(QStringLiteral("  plumbing   bv-1 ")), QStringList { "Q-2026-0001" });
+    EXPECT_EQ(numbers(QStringLiteral("plumbing tap")), QStringList());
+    EXPECT_EQ(numbers(QStringLiteral("2026")),
+        (QStringList { "Q-2026-0002", "Q-2026-0001", "Q-2026-0003" }));
+    EXPECT_EQ(numbers(QStringLiteral("buyer@example.com")), QStringList()) << "not the e-mail";
+    EXPECT_EQ(numbers(QStringLiteral("' OR 1=1 --")), QStringList());
+}
+
+TEST_F(QuoteBookTest, RevisionsAreListedEachAndTheStatusIsKept)
+{
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12);
+    ASSERT_TRUE(book->saveNew(quote));
+    ASSERT_TRUE(book->setStatus(quote.header.id, QuoteStatus::Sent));
+    ASSERT_TRUE(book->saveRevision(quote));
+    ASSERT_TRUE(book->setStatus(quote.header.id, QuoteStatus::Accepted));
+    const QList<QuoteSummary> all = book->list();
+    ASSERT_EQ(all.size(), 2);
+    EXPECT_EQ(all[0].revisionLetter(), QStringLiteral("B"));
+    EXPECT_EQ(all[0].status, QuoteStatus::Accepted);
+    EXPECT_EQ(all[1].revisionLetter(), QStringLiteral("A"));
+    EXPECT_EQ(all[1].status, QuoteStatus::Sent);
+    EXPECT_FALSE(book->setStatus(12345, QuoteStatus::Declined));
+}
+
+TEST_F(QuoteBookTest, TheQuoteInHandIsKeptAndReplaced)
+{
+    EXPECT_FALSE(book->inHand().has_value());
+    QuoteBook::InHand inHand;
+    inHand.content = sampleContent(3);
+    inHand.content.sources[1] = PriceSource::PricePoint;
+    ASSERT_TRUE(book->keepInHand(inHand));
+    inHand.content = sampleContent(2, QStringLiteral("K"));
+    inHand.quoteId = 7;
+    ASSERT_TRUE(book->keepInHand(inHand));
+    ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened);
+    const auto kept = book->inHand();
+    ASSERT_TRUE(kept.has_value());
+    EXPECT_EQ(kept->quoteId, 7);
+    EXPECT_TRUE(sameTable(kept->content.lines, inHand.content.lines));
+    EXPECT_EQ(kept->content.sources, inHand.content.sources);
+
+    ASSERT_TRUE(book->keepInHand(QuoteBook::InHand()));
+    const auto empty = book->inHand();
+    ASSERT_TRUE(empty.has_value());
+    EXPECT_EQ(empty->quoteId, 0);
+    EXPECT_EQ(empty->content.lines.rowCount(), 0);
+}
+
+TEST_F(QuoteBookTest, TheBackupIsAWholeBookOfItsOwn)
+{
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12, 4);
+    ASSERT_TRUE(book->saveNew(quote));
+    const QString backup = folder.filePath(QStringLiteral("quotes.bak"));
+    folder.writeFile(QStringLiteral("quotes.bak"), "the backup before");
+    ASSERT_TRUE(book->backupTo(backup)) << book->errorString().toStdString();
+    EXPECT_FALSE(QFileInfo::exists(backup + QStringLiteral("-wal")));
+    EXPECT_FALSE(QFileInfo::exists(backup + QStringLiteral(".new")));
+    QuoteBook copy(locale);
+    ASSERT_EQ(copy.open(backup).status, QuoteBook::OpenStatus::Opened);
+    const auto loaded = copy.load(quote.header.id);
+    ASSERT_TRUE(loaded.has_value());
+    EXPECT_TRUE(sameTable(loaded->content.lines, quote.content.lines));
+}
+
+TEST_F(QuoteBookTest, ABackupThatCannotBeWrittenLeavesTheOldOne)
+{
+    folder.writeFile(QStringLiteral("quotes.bak"), "the backup before");
+    const QString into = folder.filePath(QStringLiteral("no such folder/quotes.bak"));
+    EXPECT_FALSE(book->backupTo(into));
+    EXPECT_FALSE(book->errorString().isEmpty());
+    EXPECT_EQ(folder.readFile(QStringLiteral("quotes.bak")), QByteArray("the backup before"));
+}
+
+TEST_F(QuoteBookTest, AClosedBookRefusesPolitely)
+{
+    book->close();
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12);
+    EXPECT_FALSE(book->saveNew(quote));
+    EXPECT_EQ(book->errorString(), QStringLiteral("the quote book is not open"));
+    EXPECT_EQ(quote.header.id, 0);
+    EXPECT_TRUE(book->list().isEmpty());
+    EXPECT_FALSE(book->keepInHand(QuoteBook::InHand()));
+}
+
+TEST_F(QuoteBookTest, TenThousandQuotesOfTwentyLines)
+{
+    std::vector<SavedQuote> quotes;
+    for (int i = 0; i < 10000; ++i) {
+        SavedQuote quote = sampleQuote(QStringLiteral("Customer %1").arg(i), May12.addDays(i % 300),
+            20, QStringLiteral("PN%1").arg(i));
+        quotes.push_back(std::move(quote));
+    }
+    ASSERT_TRUE(book->saveNewQuotes(quotes)) << book->errorString().toStdString();
+    // The dates run into 2027, where the numbers start again at 1.
+    EXPECT_EQ(quotes.back().header.number(), QStringLiteral("Q-2026-7822"));
+    EXPECT_EQ(quotes[234].header.numberAndRevision(), QStringLiteral("Q-2027-0001 A"));
+    ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened);
+    EXPECT_EQ(book->quoteCount(), 10000);
+    const QList<QuoteSummary> all = book->list();
+    ASSERT_EQ(all.size(), 10000);
+    for (int i = 1; i < all.size(); ++i)
+        ASSERT_GE(all[i - 1].date, all[i].date) << i;
+    EXPECT_EQ(book->list(QStringLiteral("customer 9999")).size(), 1)
+        << "no quote has 9999 in its number";
+    const QList<QuoteSummary> byPart = book->list(QStringLiteral("pn9876-20"));
+    ASSERT_EQ(byPart.size(), 1);
+    EXPECT_EQ(byPart.first().customerText(), QStringLiteral("Customer 9876, Customer 9876 Ltd"));
+    const auto loaded = book->load(byPart.first().id);
+    ASSERT_TRUE(loaded.has_value());
+    EXPECT_TRUE(sameTable(loaded->content.lines, quotes[9876].content.lines));
+}
+
+} // namespace

@@ -1,0 +1,257 @@
+// The quote book's file: a book of the older version brought up to date, a damaged file kept
+// aside under a dated name with a new book started, a book of a later version left alone, and
+// the words start-up uses for each.
+#include "quotebookfixture.h"
+
+#include "quotebook/quotebookmessages.h"
+#include "quotebook/quotebookrows.h"
+#include "quotebook/quotebookschema.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlQuery>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+const QDateTime At(QDate(2026, 5, 12), QTime(14, 3, 9));
+
+/// A raw connection to a file, for making books as older versions and other programs left them.
+class RawDatabase
+{
+public:
+    explicit RawDatabase(const QString &path)
+    {
+        m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("raw"));
+        m_db.setDatabaseName(path);
+        EXPECT_TRUE(m_db.open());
+    }
+    ~RawDatabase()
+    {
+        m_db.close();
+        m_db = QSqlDatabase();
+        QSqlDatabase::removeDatabase(QStringLiteral("raw"));
+    }
+    void exec(const QString &sql, const QVariantList &values = {})
+    {
+        QSqlQuery query(m_db);
+        query.prepare(sql);
+        for (int i = 0; i < values.size(); ++i)
+            query.bindValue(i, values.at(i));
+        EXPECT_TRUE(query.exec()) << sql.toStdString() << ": "
+                                  << query.lastError().text().toStdString();
+    }
+    QSqlDatabase &db() { return m_db; }
+
+private:
+    QSqlDatabase m_db;
+};
+
+class QuoteBookFileTest : public ::testing::Test
+{
+protected:
+    QString path() const { return folder.filePath(QStringLiteral("quotes.db")); }
+    QuoteBook::OpenResult open() { return book.open(path(), At); }
+
+    const QLocale locale { QLocale::English, QLocale::UnitedStates };
+    TempAppFolder folder;
+    QuoteBook book { locale };
+};
+
+TEST_F(QuoteBookFileTest, ABookOfVersionOneIsBroughtUpToDate)
+{
+    {
+        RawDatabase raw(path());
+        QSqlError error;
+        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 1, locale, error))
+            << error.text().toStdString();
+        raw.exec(QStringLiteral("INSERT INTO texts (id, body) VALUES (1, 'Hello'), (2, 'Bye')"));
+        raw.exec(QStringLiteral(
+            "INSERT INTO quotes (id, year, sequence, revision, customer, company, email, "
+            "reference, quote_date, valid_until, status, heading_id, ending_id) VALUES "
+            "(5, 2025, 41, 1, 'Old Customer', 'Old Company', '', '', '2025-11-03', "
+            "'2025-12-03', 'accepted', 1, 2)"));
+        QuoteContent content = sampleContent(3, QStringLiteral("OLD"));
+        QSqlQuery insert(raw.db());
+        const auto statementFor = [&](const QString &table, int rows) -> QSqlQuery & {
+            insert.prepare(QuoteBookRows::insertLinesSql(table, rows));
+            return insert;
+        };
+        ASSERT_TRUE(QuoteBookRows::writeLines(
+            statementFor, QStringLiteral("quote_lines"), 5, content, error));
+        EXPECT_EQ(QuoteBookSchema::version(raw.db(), error), 1);
+    }
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    QSqlError error;
+    QSqlDatabase db = book.database();
+    EXPECT_EQ(QuoteBookSchema::version(db, error), 2);
+    const QList<QuoteSummary> found = book.list(QStringLiteral("old-2"));
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(found[0].number(), QStringLiteral("Q-2025-0041"));
+    EXPECT_EQ(found[0].revisionLetter(), QStringLiteral("B"));
+    EXPECT_EQ(found[0].customerText(), QStringLiteral("Old Customer, Old Company"));
+    EXPECT_EQ(found[0].status, QuoteStatus::Accepted);
+    EXPECT_DOUBLE_EQ(found[0].total, 2.5 + 5.0 + 7.5);
+    EXPECT_EQ(book.list(QStringLiteral("q-2025-0041")).size(), 1);
+    const auto loaded = book.load(5);
+    ASSERT_TRUE(loaded.has_value());
+    EXPECT_TRUE(sameTable(loaded->content.lines, sampleContent(3, QStringLiteral("OLD")).lines));
+    EXPECT_EQ(loaded->header.heading, QStringLiteral("Hello"));
+    SavedQuote next = sampleQuote(QStringLiteral("New"), QDate(2025, 12, 1));
+    ASSERT_TRUE(book.saveNew(next));
+    EXPECT_EQ(next.header.number(), QStringLiteral("Q-2025-0042"));
+}
+
+TEST_F(QuoteBookFileTest, AFailedStepLeavesTheBookAtTheVersionBefore)
+{
+    {
+        RawDatabase raw(path());
+        QSqlError error;
+        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 1, locale, error));
+        // Something a later step wants to create is already there: that step fails whole.
+        raw.exec(QStringLiteral("CREATE TABLE quote_search (x)"));
+        EXPECT_FALSE(QuoteBookSchema::migrate(raw.db(), 2, locale, error));
+        EXPECT_EQ(QuoteBookSchema::version(raw.db(), error), 1);
+        QSqlQuery columns(raw.db());
+        ASSERT_TRUE(columns.exec(QStringLiteral("SELECT count(*) FROM pragma_table_info('quotes') "
+                                                "WHERE name = 'total'"))
+            && columns.next());
+        EXPECT_EQ(columns.value(0).toInt(), 0) << "the step's other changes are undone";
+    }
+    const QuoteBook::OpenResult result = open();
+    EXPECT_EQ(result.status, QuoteBook::OpenStatus::Failed);
+    EXPECT_TRUE(result.detail.contains(QLatin1String("quote_search")))
+        << result.detail.toStdString();
+    EXPECT_TRUE(QFileInfo::exists(path())) << "a sound book is never moved aside";
+}
+
+TEST_F(QuoteBookFileTest, AFileThatIsNoDatabaseIsKeptAsideAndANewBookStarted)
+{
+    folder.writeFile(
+        QStringLiteral("quotes.db"), QByteArray("these are not the quotes").repeated(300));
+    folder.writeFile(QStringLiteral("quotes.db-wal"), "its log");
+    const QuoteBook::OpenResult result = open();
+    ASSERT_EQ(result.status, QuoteBook::OpenStatus::Replaced);
+    EXPECT_EQ(result.keptAs, folder.filePath(QStringLiteral("quotes-damaged-20260512-140309.db")));
+    EXPECT_EQ(result.detail, QStringLiteral("file is not a database"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("quotes-damaged-20260512-140309.db")),
+        QByteArray("these are not the quotes").repeated(300));
+    EXPECT_EQ(folder.readFile(QStringLiteral("quotes-damaged-20260512-140309.db-wal")),
+        QByteArray("its log"));
+    ASSERT_TRUE(book.isOpen());
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), QDate(2026, 5, 12));
+    EXPECT_TRUE(book.saveNew(quote));
+
+    EXPECT_EQ(QuoteBookMessages::opened(result, path(), true),
+        QStringLiteral("The quote book \"%1\" is damaged and could not be read (file is not a "
+                       "database).\n\nIt has been kept as \"quotes-damaged-20260512-140309.db\", "
+                       "and a new, empty quote book has been started. The copy made when Tarnwick "
+                       "was last closed is \"quotes.bak\" in the same folder.")
+            .arg(path()));
+}
+
+TEST_F(QuoteBookFileTest, ABookWithDamagedPagesIsKeptAside)
+{
+    {
+        QuoteBook first(locale);
+        ASSERT_EQ(first.open(path()).status, QuoteBook::OpenStatus::Created);
+        std::vector<SavedQuote> quotes;
+        for (int i = 0; i < 40; ++i)
+            quotes.push_back(sampleQuote(QStringLiteral("C%1").arg(i), QDate(2026, 5, 12), 20));
+        ASSERT_TRUE(first.saveNewQuotes(quotes));
+    }
+    QByteArray bytes = folder.readFile(QStringLiteral("quotes.db"));
+    ASSERT_GT(bytes.size(), 8 * 4096);
+    for (qsizetype at = 2 * 4096; at < bytes.size(); at += 4096)
+        bytes.replace(at, 64, QByteArray(64, '\xa5'));
+    folder.writeFile(QStringLiteral("quotes.db"), bytes);
+    const QuoteBook::OpenResult result = open();
+    ASSERT_EQ(result.status, QuoteBook::OpenStatus::Replaced) << result.detail.toStdString();
+    EXPECT_EQ(result.detail, QStringLiteral("parts of the file are damaged"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("quotes-damaged-20260512-140309.db")), bytes);
+    EXPECT_EQ(book.quoteCount(), 0);
+}
+
+TEST_F(QuoteBookFileTest, AnotherProgramsDatabaseIsNotTakenForTheBook)
+{
+    {
+        RawDatabase raw(path());
+        raw.exec(QStringLiteral("CREATE TABLE addresses (name TEXT)"));
+    }
+    const QuoteBook::OpenResult result = open();
+    ASSERT_EQ(result.status, QuoteBook::OpenStatus::Replaced);
+    EXPECT_EQ(result.detail, QStringLiteral("it is not a Tarnwick quote book"));
+    EXPECT_TRUE(QFileInfo::exists(result.keptAs));
+}
+
+TEST_F(QuoteBookFileTest, TwoDamagedBooksInOneSecondKeepBoth)
+{
+    folder.writeFile(QStringLiteral("quotes-damaged-20260512-140309.db"), "an earlier one");
+    folder.writeFile(QStringLiteral("quotes.db"), QByteArray(5000, 'x'));
+    const QuoteBook::OpenResult result = open();
+    ASSERT_EQ(result.status, QuoteBook::OpenStatus::Replaced);
+    EXPECT_EQ(
+        QFileInfo(result.keptAs).fileName(), QStringLiteral("quotes-damaged-20260512-140309-2.db"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("quotes-damaged-20260512-140309.db")),
+        QByteArray("an earlier one"));
+}
+
+TEST_F(QuoteBookFileTest, AnEmptyFileIsANewBook)
+{
+    folder.writeFile(QStringLiteral("quotes.db"), QByteArray());
+    EXPECT_EQ(open().status, QuoteBook::OpenStatus::Created);
+    EXPECT_TRUE(book.isOpen());
+}
+
+TEST_F(QuoteBookFileTest, ABookOfALaterVersionIsLeftAlone)
+{
+    {
+        QuoteBook first(locale);
+        ASSERT_EQ(first.open(path()).status, QuoteBook::OpenStatus::Created);
+        RawDatabase raw(path());
+        raw.exec(QStringLiteral("PRAGMA user_version = 9"));
+    }
+    const QByteArray before = folder.readFile(QStringLiteral("quotes.db"));
+    const QuoteBook::OpenResult result = open();
+    EXPECT_EQ(result.status, QuoteBook::OpenStatus::TooNew);
+    EXPECT_FALSE(book.isOpen());
+    EXPECT_EQ(folder.readFile(QStringLiteral("quotes.db")), before);
+    EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("quotes.db") });
+    EXPECT_EQ(QuoteBookMessages::opened(result, path(), false),
+        QStringLiteral("The quote book \"%1\" was written by a later version of Tarnwick. It has "
+                       "been left as it is; quotes cannot be saved or opened until that version "
+                       "is used again.")
+            .arg(path()));
+}
+
+TEST_F(QuoteBookFileTest, AFolderThatIsNotThereIsReported)
+{
+    const QuoteBook::OpenResult result =
+        book.open(folder.filePath(QStringLiteral("missing/quotes.db")), At);
+    EXPECT_EQ(result.status, QuoteBook::OpenStatus::Failed);
+    EXPECT_FALSE(result.detail.isEmpty());
+    EXPECT_FALSE(book.isOpen());
+    EXPECT_TRUE(
+        QuoteBookMessages::opened(result, QStringLiteral("x/quotes.db"), false)
+            .startsWith(QLatin1String("The quote book \"x/quotes.db\" could not be opened: ")));
+}
+
+TEST_F(QuoteBookFileTest, ASoundOrNewBookIsOpenedWithoutAWord)
+{
+    EXPECT_TRUE(QuoteBookMessages::opened({ QuoteBook::OpenStatus::Created, {}, {} }, path(), true)
+                    .isEmpty());
+    EXPECT_TRUE(QuoteBookMessages::opened({ QuoteBook::OpenStatus::Opened, {}, {} }, path(), true)
+                    .isEmpty());
+}
+
+TEST(QuoteBookMessagesTest, OtherPricesAreCounted)
+{
+    EXPECT_EQ(QuoteBookMessages::otherPrices(3),
+        QStringLiteral("3 lines have other prices in today's catalogue. Update them?"));
+    EXPECT_EQ(QuoteBookMessages::otherPrices(1),
+        QStringLiteral("1 line has another price in today's catalogue. Update it?"));
+}
+
+} // namespace

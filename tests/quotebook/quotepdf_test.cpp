@@ -1,0 +1,176 @@
+// The quote on paper, read back by an independent reader (poppler's pdftotext): every line,
+// the totals, the heading and ending, the page header and "Page n of m", and no product's name
+// apart from its price line, with a quote of 200 lines.
+#include "quotebookfixture.h"
+
+#include "quotebook/quotepdf.h"
+#include "quotes/quoteline.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+/// The text of page (from 1) of a PDF, columns kept in place; all pages with page 0.
+QString pdfText(const QString &path, int page = 0)
+{
+    QStringList arguments { QStringLiteral("-layout") };
+    if (page > 0)
+        arguments << QStringLiteral("-f") << QString::number(page) << QStringLiteral("-l")
+                  << QString::number(page);
+    arguments << path << QStringLiteral("-");
+    QProcess reader;
+    reader.start(QStringLiteral("pdftotext"), arguments);
+    EXPECT_TRUE(reader.waitForFinished(30000)) << "pdftotext must be installed (scripts/deps.sh)";
+    EXPECT_EQ(reader.exitCode(), 0) << reader.readAllStandardError().toStdString();
+    return QString::fromUtf8(reader.readAllStandardOutput());
+}
+
+int pageCountOf(const QString &path)
+{
+    QProcess info;
+    info.start(QStringLiteral("pdfinfo"), { path });
+    EXPECT_TRUE(info.waitForFinished(30000));
+    const auto match = QRegularExpression(QStringLiteral("Pages:\\s+(\\d+)"))
+                           .match(QString::fromUtf8(info.readAllStandardOutput()));
+    return match.hasMatch() ? match.captured(1).toInt() : 0;
+}
+
+QString collapsed(QString text)
+{
+    return text.replace(QRegularExpression(QStringLiteral("[ \\t]+")), QStringLiteral(" "));
+}
+
+class QuotePdfTest : public ::testing::Test
+{
+protected:
+    QuotePdfTest()
+    {
+        input.header.id = 1;
+        input.header.year = 2026;
+        input.header.sequence = 1;
+        input.header.customer.customer = QStringLiteral("ACME Plumbing");
+        input.header.date = QDate(2026, 5, 12);
+        input.document.heading = QStringLiteral("Quotation for your new bathroom\nValid 30 days");
+        input.document.ending = QStringLiteral("Kind regards,\nJo Seller");
+        input.document.discountBox = QStringLiteral("$1.25");
+        input.document.totalBox = QStringLiteral("$20,098.75");
+    }
+    QString write(const Table &quote)
+    {
+        const QString path = folder.filePath(QStringLiteral("quote.pdf"));
+        QString error;
+        EXPECT_TRUE(QuotePdf::write(path, quote, input, locale, error)) << error.toStdString();
+        return path;
+    }
+
+    const QLocale locale { QLocale::English, QLocale::UnitedStates };
+    TempAppFolder folder;
+    QuotePdfInput input;
+};
+
+TEST_F(QuotePdfTest, A200LineQuoteKeepsEveryNameWithItsPriceLine)
+{
+    Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    const QuoteContent content = sampleContent(200);
+    for (int row = 1; row <= 200; ++row) {
+        for (int field = 1; field <= QuoteLine::FieldCount; ++field)
+            quote.put(row, field, content.lines.get(row, field));
+    }
+    // One discounted line: its price line has the five parts.
+    quote.put(7, QuoteLine::UnitPrice, 2.25f);
+    quote.put(7, QuoteLine::ExtendedPrice, 15.75);
+    const QString path = write(quote);
+    const int pages = pageCountOf(path);
+    ASSERT_GT(pages, 5);
+
+    QStringList seen;
+    for (int page = 1; page <= pages; ++page) {
+        const QString text = collapsed(pdfText(path, page));
+        EXPECT_TRUE(text.contains(QStringLiteral("Quote Q-2026-0001 A"))) << page;
+        EXPECT_TRUE(text.contains(QStringLiteral("ACME Plumbing"))) << page;
+        EXPECT_TRUE(text.contains(QStringLiteral("Tuesday, May 12, 2026"))) << page;
+        EXPECT_TRUE(text.contains(QStringLiteral("Page %1 of %2").arg(page).arg(pages))) << page;
+        const QRegularExpression name(QStringLiteral("P-(\\d+) Product (\\d+)\\n"));
+        for (auto it = name.globalMatch(text); it.hasNext();) {
+            const auto match = it.next();
+            const QString row = match.captured(1);
+            EXPECT_EQ(match.captured(2), row);
+            // The price line follows the name on the same page; then the includes text.
+            const QString after = text.mid(match.capturedEnd());
+            const QString price = row == QLatin1String("7")
+                ? QStringLiteral(
+                    "Quantity 7 List: $2.50 Price: $2.25 Discount: 10.00% Ext.: $15.75")
+                : QStringLiteral("Quantity %1 Price $2.50 Extended Price $%2")
+                      .arg(row, locale.toString(2.5 * row.toInt(), 'f', 2));
+            EXPECT_TRUE(after.startsWith(QLatin1Char(' ') + price) || after.startsWith(price))
+                << "page " << page << ", line " << row.toStdString() << ": "
+                << after.left(120).toStdString();
+            EXPECT_TRUE(after.contains(QStringLiteral("Includes %1\n").arg(row)));
+            seen << row;
+        }
+    }
+    EXPECT_EQ(seen.size(), 200);
+    seen.removeDuplicates();
+    EXPECT_EQ(seen.size(), 200) << "every line once";
+
+    const QString first = collapsed(pdfText(path, 1));
+    EXPECT_TRUE(first.contains(QStringLiteral("Quotation for your new bathroom\n")));
+    const QString last = collapsed(pdfText(path, pages));
+    EXPECT_TRUE(last.contains(QStringLiteral("Discount Amount = $1.25")));
+    EXPECT_TRUE(last.contains(QStringLiteral("Order Total = $20,098.75")));
+    EXPECT_TRUE(last.contains(QStringLiteral("Kind regards,\n")));
+    EXPECT_TRUE(last.contains(QStringLiteral("Jo Seller")));
+}
+
+TEST_F(QuotePdfTest, WithoutIncludesAndWithoutDiscount)
+{
+    Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    const QuoteContent content = sampleContent(2);
+    for (int row = 1; row <= 2; ++row) {
+        for (int field = 1; field <= QuoteLine::FieldCount; ++field)
+            quote.put(row, field, content.lines.get(row, field));
+    }
+    input.document.noIncludes = 1;
+    input.document.discountBox = QStringLiteral("$0.00");
+    input.document.totalBox = QStringLiteral("$7.50");
+    const QString path = write(quote);
+    EXPECT_EQ(pageCountOf(path), 1);
+    const QString text = collapsed(pdfText(path));
+    EXPECT_FALSE(text.contains(QStringLiteral("Includes")));
+    EXPECT_FALSE(text.contains(QStringLiteral("Discount Amount")));
+    EXPECT_TRUE(text.contains(QStringLiteral("Order Total = $7.50")));
+    EXPECT_TRUE(text.contains(QStringLiteral("Page 1 of 1")));
+}
+
+TEST_F(QuotePdfTest, AFileThatCannotBeWrittenLeavesTheOldOne)
+{
+    folder.writeFile(QStringLiteral("quote.pdf"), "the earlier quote");
+    Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    QString error;
+    EXPECT_FALSE(QuotePdf::write(
+        folder.filePath(QStringLiteral("missing/quote.pdf")), quote, input, locale, error));
+    EXPECT_FALSE(error.isEmpty());
+    EXPECT_EQ(folder.readFile(QStringLiteral("quote.pdf")), QByteArray("the earlier quote"));
+}
+
+TEST_F(QuotePdfTest, PaperFollowsTheLocale)
+{
+    EXPECT_EQ(QuotePdf::pageSizeFor(locale).id(), QPageSize::Letter);
+    EXPECT_EQ(
+        QuotePdf::pageSizeFor(QLocale(QLocale::German, QLocale::Germany)).id(), QPageSize::A4);
+    EXPECT_EQ(QuotePdf::pageSizeFor(QLocale(QLocale::English, QLocale::UnitedKingdom)).id(),
+        QPageSize::A4);
+}
+
+TEST_F(QuotePdfTest, ThePageHeaderNamesQuoteCustomerAndDate)
+{
+    EXPECT_EQ(QuotePdf::pageHeader(input.header, locale),
+        (QStringList { "Quote Q-2026-0001 A", "ACME Plumbing", "Tuesday, May 12, 2026" }));
+    EXPECT_EQ(QuotePdf::pageHeader(QuoteHeader(), locale), (QStringList { "Quote", "", "" }));
+}
+
+} // namespace

@@ -1,0 +1,247 @@
+// The quote in hand: saved for a customer, changed or not, saved again into its revision, a
+// new revision, a duplicate, kept in the book and found again at the next start, opened with
+// the prices of today's catalogue.
+#include "quotebookfixture.h"
+
+#include "catalogue/productrecord.h"
+#include "quotebook/quotesession.h"
+#include "quotes/quotegridmodel.h"
+#include "quotes/quoteline.h"
+#include "quotes/quotelist.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+const QDate Today(2026, 5, 12);
+const QuoteTexts Texts { QStringLiteral("Heading"), QStringLiteral("Ending") };
+
+class QuoteSessionTest : public QuoteBookTest
+{
+protected:
+    void SetUp() override
+    {
+        QuoteBookTest::SetUp();
+        catalogue.redim(3, ProductRecord::FieldCount);
+        const char *products[][3] = { { "BV-1050", "Ball valve", "12.5" },
+            { "TAP-20", "Tap", "$4.00" }, { "PIPE-3", "Pipe", "3" } };
+        for (int row = 1; row <= 3; ++row) {
+            for (int field = 1; field <= 3; ++field)
+                catalogue.put(row, field, products[row - 1][field - 1]);
+        }
+        catalogue.put(1, ProductRecord::PricePoint1, "10");
+        catalogue.put(1, ProductRecord::Price1, "10.95");
+        session = std::make_unique<QuoteSession>(*book, quote, catalogue, locale);
+    }
+    void add(int catalogueRow, const QString &quantity = QString())
+    {
+        const int row = QuoteList::addProduct(quote, catalogue, catalogueRow, QString()).row;
+        if (!quantity.isEmpty()) {
+            quote.put(row, QuoteLine::Quantity, quantity);
+            QuoteList::repriceLine(quote, catalogue, row, QuoteGridColumn::Quantity, locale);
+        }
+    }
+    CustomerDetails acme() const
+    {
+        return { QStringLiteral("ACME Plumbing"), QString(), QStringLiteral("buy@acme.test"),
+            QStringLiteral("PO 7") };
+    }
+
+    Table catalogue;
+    Table quote { QuoteLine::MaxLines, QuoteLine::FieldCount };
+    std::unique_ptr<QuoteSession> session;
+};
+
+TEST_F(QuoteSessionTest, AQuoteNeverSavedIsChangedOnceItHasALine)
+{
+    EXPECT_FALSE(session->isChanged());
+    EXPECT_TRUE(session->isEmpty());
+    add(1);
+    EXPECT_TRUE(session->isChanged());
+    EXPECT_FALSE(session->header().isSaved());
+}
+
+TEST_F(QuoteSessionTest, TheFirstSaveNumbersTheQuoteForItsCustomer)
+{
+    add(1, QStringLiteral("10"));
+    add(2);
+    QSignalSpy headerChanged(session.get(), &QuoteSession::headerChanged);
+    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    EXPECT_EQ(headerChanged.count(), 1);
+    const QuoteHeader &header = session->header();
+    EXPECT_EQ(header.numberAndRevision(), QStringLiteral("Q-2026-0001 A"));
+    EXPECT_EQ(header.customer, acme());
+    EXPECT_EQ(header.date, Today);
+    EXPECT_EQ(header.validUntil, QDate(2026, 6, 11));
+    EXPECT_EQ(header.heading, QStringLiteral("Heading"));
+    EXPECT_FALSE(session->isChanged());
+
+    const auto saved = book->load(header.id);
+    ASSERT_TRUE(saved.has_value());
+    EXPECT_TRUE(sameTable(saved->content.lines, QuoteList::linesOf(quote)));
+    EXPECT_EQ(saved->content.sources,
+        (std::vector<PriceSource> { PriceSource::PricePoint, PriceSource::ListPrice }));
+    EXPECT_DOUBLE_EQ(saved->total, 109.5 + 4.0);
+}
+
+TEST_F(QuoteSessionTest, LaterSavesUpdateThatRevision)
+{
+    add(1);
+    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    add(3, QStringLiteral("4"));
+    EXPECT_TRUE(session->isChanged());
+    ASSERT_TRUE(session->saveChanges({ QStringLiteral("New heading"), QStringLiteral("Ending") }));
+    EXPECT_FALSE(session->isChanged());
+    EXPECT_EQ(book->quoteCount(), 1);
+    const auto saved = book->load(session->header().id);
+    ASSERT_TRUE(saved.has_value());
+    EXPECT_EQ(saved->content.lines.rowCount(), 2);
+    EXPECT_EQ(saved->header.heading, QStringLiteral("New heading"));
+    // Going back to the lines as saved is no change.
+    QuoteList::removeLine(quote, 2);
+    QuoteList::addProduct(quote, catalogue, 3, QString());
+    quote.put(2, QuoteLine::Quantity, "4");
+    QuoteList::repriceLine(quote, catalogue, 2, QuoteGridColumn::Quantity, locale);
+    EXPECT_FALSE(session->isChanged());
+}
+
+TEST_F(QuoteSessionTest, ANewRevisionKeepsTheSavedOneUnchanged)
+{
+    add(1);
+    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    const qint64 revisionA = session->header().id;
+    add(2);
+    ASSERT_TRUE(session->saveRevision(Texts, Today.addDays(2)));
+    EXPECT_EQ(session->header().numberAndRevision(), QStringLiteral("Q-2026-0001 B"));
+    EXPECT_EQ(session->header().date, Today.addDays(2));
+    EXPECT_EQ(session->header().customer, acme());
+    EXPECT_FALSE(session->isChanged());
+    EXPECT_EQ(book->load(revisionA)->content.lines.rowCount(), 1);
+    EXPECT_EQ(book->load(session->header().id)->content.lines.rowCount(), 2);
+}
+
+TEST_F(QuoteSessionTest, ADuplicateHasTheSameLinesUnderANewNumber)
+{
+    add(1, QStringLiteral("12"));
+    add(2);
+    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    const qint64 original = session->header().id;
+    const CustomerDetails other { QStringLiteral("Bolt Brothers"), QStringLiteral("Bolt Ltd"), {},
+        {} };
+    ASSERT_TRUE(session->duplicate(other, Texts, Today));
+    EXPECT_EQ(session->header().numberAndRevision(), QStringLiteral("Q-2026-0002 A"));
+    EXPECT_EQ(session->header().customer, other);
+    EXPECT_TRUE(sameTable(
+        book->load(session->header().id)->content.lines, book->load(original)->content.lines));
+    EXPECT_EQ(book->load(original)->header.customer, acme());
+}
+
+TEST_F(QuoteSessionTest, AStateTakenBackNamesTheRevisionAsTheBookHasItNow)
+{
+    const QuoteSession::State unsaved = session->state();
+    add(1);
+    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    const QuoteSession::State saved = session->state();
+    ASSERT_TRUE(session->markSent());
+    QSignalSpy header(session.get(), &QuoteSession::headerChanged);
+
+    session->setState(unsaved);
+    EXPECT_EQ(header.count(), 1);
+    EXPECT_FALSE(session->header().isSaved());
+    EXPECT_TRUE(session->isChanged()) << "a line that was never saved";
+
+    session->setState(saved);
+    EXPECT_EQ(session->header().numberAndRevision(), QStringLiteral("Q-2026-0001 A"));
+    EXPECT_EQ(session->header().status, QuoteStatus::Sent) << "as the book has it, not as it was";
+    EXPECT_FALSE(session->isChanged());
+    // The quote in hand names that revision at the next keep.
+    ASSERT_TRUE(session->keepNow());
+    EXPECT_EQ(book->inHand()->quoteId, session->header().id);
+
+    // Without the book the state given stands.
+    book->close();
+    session->setState(saved);
+    EXPECT_EQ(session->header().status, QuoteStatus::Draft);
+    EXPECT_FALSE(session->isChanged());
+}
+
+TEST_F(QuoteSessionTest, TheQuoteInHandIsKeptWhenItChangesAndRestoredAtTheNextStart)
+{
+    EXPECT_TRUE(session->keepNow());
+    add(1, QStringLiteral("10"));
+    add(2);
+    QSignalSpy kept(session.get(), &QuoteSession::kept);
+    ASSERT_TRUE(session->keepNow());
+    EXPECT_EQ(kept.count(), 1);
+    ASSERT_TRUE(session->keepNow());
+    EXPECT_EQ(kept.count(), 1) << "nothing changed: nothing written";
+
+    ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened);
+    Table restoredQuote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    QuoteSession next(*book, restoredQuote, catalogue, locale);
+    const auto lines = next.restore();
+    ASSERT_TRUE(lines.has_value());
+    EXPECT_TRUE(sameTable(*lines, QuoteList::linesOf(quote)));
+    EXPECT_FALSE(next.header().isSaved());
+}
+
+TEST_F(QuoteSessionTest, ASavedQuoteInHandComesBackAsThatRevisionWithItsChanges)
+{
+    add(1);
+    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    add(2);
+    ASSERT_TRUE(session->keepNow());
+    ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened);
+    Table restoredQuote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    QuoteSession next(*book, restoredQuote, catalogue, locale);
+    const auto lines = next.restore();
+    ASSERT_TRUE(lines.has_value());
+    QuoteList::replaceLines(restoredQuote, *lines);
+    EXPECT_EQ(next.header().numberAndRevision(), QStringLiteral("Q-2026-0001 A"));
+    EXPECT_EQ(next.header().customer, acme());
+    EXPECT_EQ(lines->rowCount(), 2);
+    EXPECT_TRUE(next.isChanged()) << "the second line was never saved";
+}
+
+TEST_F(QuoteSessionTest, TheKeeperWritesWithinItsInterval)
+{
+    session->startKeeping(20);
+    QSignalSpy kept(session.get(), &QuoteSession::kept);
+    add(3);
+    ASSERT_TRUE(kept.wait(5000));
+    session->stopKeeping();
+    const auto inHand = book->inHand();
+    ASSERT_TRUE(inHand.has_value());
+    EXPECT_EQ(inHand->content.lines.get(1, QuoteLine::PartNumber), Cell("PIPE-3"));
+}
+
+TEST_F(QuoteSessionTest, OpeningAQuoteFindsTheLinesThatCostOtherwiseToday)
+{
+    add(1, QStringLiteral("10")); // price point 10.95
+    add(2); // list price $4.00
+    add(3); // list price 3, typed below
+    quote.put(3, QuoteLine::UnitPrice, "2.75");
+    QuoteList::repriceLine(quote, catalogue, 3, QuoteGridColumn::Price, locale);
+    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    const qint64 id = session->header().id;
+    session->startNew();
+    QuoteList::replaceLines(quote, Table(0, QuoteLine::FieldCount));
+    EXPECT_FALSE(session->header().isSaved());
+
+    catalogue.put(1, ProductRecord::Price1, "11.25");
+    catalogue.put(2, ProductRecord::Price, "$4.20");
+    catalogue.put(3, ProductRecord::Price, "3.10");
+    const auto saved = session->load(id);
+    ASSERT_TRUE(saved.has_value());
+    QuoteList::replaceLines(quote, saved->content.lines);
+    session->adopt(*saved);
+    EXPECT_FALSE(session->isChanged());
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(10.95f)) << "saved prices, not re-priced";
+    EXPECT_EQ(session->linesWithOtherPrices(), (QList<int> { 1, 2 }));
+}
+
+} // namespace

@@ -1,0 +1,182 @@
+// The "Quotes" window by itself on a real quote book: newest first, the search box narrowing
+// the list as it is typed, Open with the button, Enter and a double-click, the status.
+#include "quotebook/quotebook.h"
+#include "quotebook/quotelistmodel.h"
+#include "quotebook/ui/frmquotes.h"
+#include "quotes/quoteline.h"
+#include "support/fakeprompts.h"
+#include "support/tempappfolder.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+SavedQuote quoteFor(const QString &customer, const QDate &date, const QString &part)
+{
+    SavedQuote quote;
+    quote.header.customer.customer = customer;
+    quote.header.date = date;
+    quote.header.validUntil = date.addDays(30);
+    quote.content.lines.redim(1, QuoteLine::FieldCount);
+    quote.content.lines.put(1, QuoteLine::PartNumber, part);
+    quote.content.lines.put(1, QuoteLine::Quantity, qint32(4));
+    quote.content.lines.put(1, QuoteLine::ExtendedPrice, 1234.5);
+    quote.content.sources = { PriceSource::Typed };
+    return quote;
+}
+
+class FrmQuotesTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(book.open(folder.filePath(QStringLiteral("quotes.db"))).status,
+            QuoteBook::OpenStatus::Created);
+        std::vector<SavedQuote> quotes { quoteFor("ACME Plumbing", QDate(2026, 5, 12), "BV-1050"),
+            quoteFor("Bolt Brothers", QDate(2026, 5, 14), "TAP-20"),
+            quoteFor("Clamp & Co", QDate(2026, 5, 13), "BV-2000") };
+        ASSERT_TRUE(book.saveNewQuotes(quotes));
+        window = std::make_unique<FrmQuotes>(book, prompts, locale);
+        window->show();
+    }
+    template <typename W> W *child(const char *name) const
+    {
+        auto *widget = window->findChild<W *>(QString::fromLatin1(name));
+        EXPECT_NE(widget, nullptr) << name;
+        return widget;
+    }
+    QStringList column(int index) const
+    {
+        QStringList texts;
+        const QAbstractItemModel *model = child<QTableView>("GrdQuotes")->model();
+        for (int row = 0; row < model->rowCount(); ++row)
+            texts << model->index(row, index).data().toString();
+        return texts;
+    }
+
+    const QLocale locale { QLocale::English, QLocale::UnitedStates };
+    TempAppFolder folder;
+    QuoteBook book { locale };
+    FakePrompts prompts;
+    std::unique_ptr<FrmQuotes> window;
+};
+
+TEST_F(FrmQuotesTest, ListsTheQuotesNewestFirst)
+{
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Quotes"));
+    EXPECT_EQ(window->objectName(), QStringLiteral("FrmQuotes"));
+    for (const char *name : { "TxtFind", "GrdQuotes", "CmdOpen", "CmdCancel", "CmbStatus" })
+        EXPECT_EQ(child<QWidget>(name)->accessibleDescription(), QString::fromLatin1(name));
+    QStringList headers;
+    const QAbstractItemModel *model = child<QTableView>("GrdQuotes")->model();
+    for (int section = 0; section < model->columnCount(); ++section)
+        headers << model->headerData(section, Qt::Horizontal).toString();
+    EXPECT_EQ(
+        headers, (QStringList { "Number", "Revision", "Customer", "Date", "Total", "Status" }));
+    EXPECT_EQ(column(0), (QStringList { "Q-2026-0002", "Q-2026-0003", "Q-2026-0001" }));
+    EXPECT_EQ(column(1), (QStringList { "A", "A", "A" }));
+    EXPECT_EQ(column(2), (QStringList { "Bolt Brothers", "Clamp & Co", "ACME Plumbing" }));
+    EXPECT_EQ(column(3), (QStringList { "5/14/26", "5/13/26", "5/12/26" }));
+    EXPECT_EQ(column(4), (QStringList { "$1,234.50", "$1,234.50", "$1,234.50" }));
+    EXPECT_EQ(column(5), (QStringList { "draft", "draft", "draft" }));
+    EXPECT_EQ(child<QLabel>("LblCount")->text(), QStringLiteral("3 quotes"));
+}
+
+TEST_F(FrmQuotesTest, TypingIntoTheSearchBoxNarrowsTheList)
+{
+    auto *find = child<QLineEdit>("TxtFind");
+    find->setFocus();
+    QTest::keyClicks(find, QStringLiteral("bv-"));
+    EXPECT_EQ(column(0), (QStringList { "Q-2026-0003", "Q-2026-0001" }));
+    QTest::keyClicks(find, QStringLiteral("1"));
+    EXPECT_EQ(column(0), QStringList { "Q-2026-0001" });
+    EXPECT_EQ(child<QLabel>("LblCount")->text(), QStringLiteral("1 quote"));
+    QTest::keyClicks(find, QStringLiteral("x"));
+    EXPECT_TRUE(column(0).isEmpty());
+    EXPECT_FALSE(child<QPushButton>("CmdOpen")->isEnabled());
+    find->clear();
+    QTest::keyClicks(find, QStringLiteral("BOLT"));
+    EXPECT_EQ(column(2), QStringList { "Bolt Brothers" });
+    find->clear();
+    QTest::keyClicks(find, QStringLiteral("q-2026-0003"));
+    EXPECT_EQ(column(2), QStringList { "Clamp & Co" });
+}
+
+TEST_F(FrmQuotesTest, EachKeyTypedReadsTheListOnce)
+{
+    auto *find = child<QLineEdit>("TxtFind");
+    QSignalSpy resets(child<QTableView>("GrdQuotes")->model(), &QAbstractItemModel::modelReset);
+    find->setFocus();
+    QTest::keyClicks(find, QStringLiteral("bv"));
+    EXPECT_EQ(resets.count(), 2);
+    EXPECT_EQ(column(0), (QStringList { "Q-2026-0003", "Q-2026-0001" }));
+}
+
+TEST_F(FrmQuotesTest, OpenChoosesTheCurrentQuote)
+{
+    auto *grid = child<QTableView>("GrdQuotes");
+    grid->setCurrentIndex(grid->model()->index(2, 0));
+    QTest::mouseClick(child<QPushButton>("CmdOpen"), Qt::LeftButton);
+    EXPECT_EQ(window->result(), QDialog::Accepted);
+    EXPECT_EQ(window->chosenQuote(), window->model()->quotes().at(2).id);
+    EXPECT_EQ(window->model()->quotes().at(2).number(), QStringLiteral("Q-2026-0001"));
+}
+
+TEST_F(FrmQuotesTest, SearchThenDownAndEnterOpenWithoutTheMouse)
+{
+    auto *find = child<QLineEdit>("TxtFind");
+    find->setFocus();
+    QTest::keyClicks(find, QStringLiteral("bv"));
+    QTest::keyClick(find, Qt::Key_Down);
+    QTest::keyClick(find, Qt::Key_Return);
+    EXPECT_EQ(window->result(), QDialog::Accepted);
+    EXPECT_EQ(book.load(window->chosenQuote())->header.number(), QStringLiteral("Q-2026-0001"));
+}
+
+TEST_F(FrmQuotesTest, ADoubleClickOpensTheQuoteUnderIt)
+{
+    auto *grid = child<QTableView>("GrdQuotes");
+    const QRect cell = grid->visualRect(grid->model()->index(1, 2));
+    // A double-click is a press and release followed by the double-click press.
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+    EXPECT_EQ(window->result(), QDialog::Accepted);
+    EXPECT_EQ(
+        book.load(window->chosenQuote())->header.customer.customer, QStringLiteral("Clamp & Co"));
+}
+
+TEST_F(FrmQuotesTest, CancelChoosesNothing)
+{
+    QTest::mouseClick(child<QPushButton>("CmdCancel"), Qt::LeftButton);
+    EXPECT_EQ(window->result(), QDialog::Rejected);
+    EXPECT_EQ(window->chosenQuote(), 0);
+}
+
+TEST_F(FrmQuotesTest, TheStatusOfTheChosenQuoteIsChangedInTheBook)
+{
+    auto *grid = child<QTableView>("GrdQuotes");
+    auto *status = child<QComboBox>("CmbStatus");
+    grid->setCurrentIndex(grid->model()->index(1, 0));
+    EXPECT_EQ(status->currentText(), QStringLiteral("draft"));
+    status->setFocus();
+    QTest::keyClick(status, Qt::Key_Down);
+    QTest::keyClick(status, Qt::Key_Down);
+    EXPECT_EQ(column(5), (QStringList { "draft", "accepted", "draft" }));
+    EXPECT_EQ(book.list(QStringLiteral("clamp")).first().status, QuoteStatus::Accepted);
+    grid->setCurrentIndex(grid->model()->index(0, 0));
+    EXPECT_EQ(status->currentText(), QStringLiteral("draft"));
+    EXPECT_TRUE(prompts.shown().empty());
+}
+
+} // namespace

@@ -1,0 +1,166 @@
+// The quote book's replacements of the quote on screen as steps of the history, on the real
+// main window: a quote opened, File → New and a duplicate each taken back with Ctrl+Z from the
+// quote grid, with the revision the quote continued, and done again with Ctrl+Y; the price
+// update of an opened quote a step of its own.
+#include "quotebookwindowfixture.h"
+
+#include "catalogue/productrecord.h"
+#include "quotebook/quotesession.h"
+#include "shell/gridview.h"
+#include "shell/mainwindowactions.h"
+
+#include <QAction>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class QuoteBookUndoWindowTest : public QuoteBookWindowTest
+{
+protected:
+    void SetUp() override
+    {
+        QuoteBookWindowTest::SetUp();
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    }
+    QString title() const { return window->ui().FraQuote->title(); }
+    QuoteSession &session() const { return *window->quoteBook().session(); }
+    void keyOnQuoteGrid(Qt::Key key, Qt::KeyboardModifiers modifiers)
+    {
+        GridView *quoteGrid = window->ui().GrdQuote;
+        window->ui().SSTabmain->setCurrentIndex(1);
+        quoteGrid->setFocus(Qt::MouseFocusReason);
+        ASSERT_TRUE(QTest::qWaitFor([quoteGrid] { return quoteGrid->hasFocus(); }, 2000));
+        QTest::keyClick(quoteGrid, key, modifiers);
+    }
+    void ctrlZ() { keyOnQuoteGrid(Qt::Key_Z, Qt::ControlModifier); }
+    void ctrlY() { keyOnQuoteGrid(Qt::Key_Y, Qt::ControlModifier); }
+    /// B-200 saved for ACME as Q-2026-0001 A.
+    void saveBoltForAcme()
+    {
+        addToQuote(1);
+        bookDialogs->customers.push_back(Acme);
+        action("mnuQuoteSave")->trigger();
+        ASSERT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    }
+};
+
+TEST_F(QuoteBookUndoWindowTest, OpenQuoteThenCtrlZBringsBackTheQuoteThatWasOnScreen)
+{
+    saveBoltForAcme();
+    action("mnuFileNew")->trigger();
+    addToQuote(0); // A-100, never saved
+    const QStringList unsavedTotals = totals();
+    fakes->prompts.answerMessage(MsgResult::No); // do not save the quote on screen first
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    ASSERT_EQ(quoteColumn(0), QStringList { "B-200" });
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    EXPECT_EQ(action("mnuEditUndo")->text(), QStringLiteral("&Undo Open Quote Q-2026-0001 A"));
+
+    window->ui().SSTabmain->setCurrentIndex(0);
+    ctrlZ();
+    EXPECT_EQ(window->ui().SSTabmain->currentIndex(), 1);
+    EXPECT_EQ(quoteColumn(0), QStringList { "A-100" });
+    EXPECT_EQ(totals(), unsavedTotals);
+    EXPECT_EQ(title(), QStringLiteral("Quote Details"));
+    EXPECT_TRUE(session().isChanged()) << "the quote on screen was never saved";
+    EXPECT_EQ(action("mnuEditUndo")->text(), QStringLiteral("&Undo Add to Quote A-100"));
+    // What is on screen is what the next start finds.
+    QSignalSpy kept(&session(), &QuoteSession::kept);
+    ASSERT_TRUE(kept.wait(5000));
+    const auto inHand = book().inHand();
+    ASSERT_TRUE(inHand.has_value());
+    EXPECT_EQ(inHand->quoteId, 0);
+    EXPECT_EQ(
+        inHand->content.lines.get(1, QuoteLine::PartNumber).asText(), QStringLiteral("A-100"));
+
+    ctrlY();
+    EXPECT_EQ(quoteColumn(0), QStringList { "B-200" });
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    EXPECT_FALSE(session().isChanged());
+    EXPECT_EQ(book().quoteCount(), 1) << "undo and redo save nothing";
+}
+
+TEST_F(QuoteBookUndoWindowTest, NewThenCtrlZBringsBackTheSavedQuote)
+{
+    saveBoltForAcme();
+    const QStringList savedTotals = totals();
+    action("mnuFileNew")->trigger();
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    EXPECT_EQ(totals(), (QStringList { "", "", "" }));
+    EXPECT_EQ(title(), QStringLiteral("Quote Details"));
+
+    ctrlZ();
+    EXPECT_EQ(quoteColumn(0), QStringList { "B-200" });
+    EXPECT_EQ(totals(), savedTotals);
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    EXPECT_FALSE(session().isChanged());
+
+    ctrlY();
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    EXPECT_EQ(totals(), (QStringList { "", "", "" }));
+    EXPECT_EQ(title(), QStringLiteral("Quote Details"));
+}
+
+TEST_F(QuoteBookUndoWindowTest, AQuoteDroppedByNewComesBackWithCtrlZ)
+{
+    addToQuote(2);
+    addToQuote(0);
+    fakes->prompts.answerMessage(MsgResult::No); // drop the changes
+    action("mnuFileNew")->trigger();
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    ctrlZ();
+    EXPECT_EQ(quoteColumn(0), (QStringList { "C-300", "A-100" }));
+    EXPECT_EQ(book().quoteCount(), 0);
+}
+
+TEST_F(QuoteBookUndoWindowTest, DuplicateThenCtrlZContinuesTheOriginalQuote)
+{
+    saveBoltForAcme();
+    const CustomerDetails bolt { QStringLiteral("Bolt Brothers"), QString(), {}, {} };
+    bookDialogs->customers.push_back(bolt);
+    action("mnuQuoteDuplicate")->trigger();
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0002 A, Bolt Brothers"));
+    EXPECT_EQ(action("mnuEditUndo")->text(), QStringLiteral("&Undo Duplicate Quote Q-2026-0002 A"));
+
+    ctrlZ();
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    EXPECT_EQ(quoteColumn(0), QStringList { "B-200" });
+    EXPECT_EQ(book().quoteCount(), 2) << "the duplicate stays saved";
+    // A change now goes into the original quote.
+    addToQuote(0);
+    action("mnuQuoteSave")->trigger();
+    EXPECT_EQ(book().load(book().list().last().id)->content.lines.rowCount(), 2);
+}
+
+TEST_F(QuoteBookUndoWindowTest, TodaysPricesAreAStepOfTheirOwnAfterTheOpen)
+{
+    addToQuote(0); // A-100 Anchor 12.50
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    const QStringList savedPrices = quoteColumn(2);
+    action("mnuFileNew")->trigger();
+    catalogue().put(1, ProductRecord::Price, "13");
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(quoteColumn(2), QStringList { "$13.00" });
+    EXPECT_TRUE(session().isChanged());
+    EXPECT_EQ(action("mnuEditUndo")->text(), QStringLiteral("&Undo Update Prices"));
+
+    ctrlZ();
+    EXPECT_EQ(quoteColumn(2), savedPrices);
+    EXPECT_FALSE(session().isChanged());
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    ctrlZ();
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    EXPECT_EQ(title(), QStringLiteral("Quote Details"));
+}
+
+} // namespace

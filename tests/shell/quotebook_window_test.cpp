@@ -1,0 +1,406 @@
+// The quote book on the real main window: the quote menu's book commands, File → New, Save All
+// and Send, the quote on screen kept across a close and a crash, a quote opened with the prices
+// of today's catalogue, and a damaged quote book at start-up.
+#include "quotebookwindowfixture.h"
+
+#include "catalogue/productrecord.h"
+#include "quotebook/quotesession.h"
+#include "quotes/quoteline.h"
+#include "shell/mainwindowactions.h"
+
+#include <QAction>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+/// The letter after a single '&' of a caption, lower case.
+QChar letterOf(const QString &caption)
+{
+    const qsizetype at = caption.indexOf(QLatin1Char('&'));
+    return at >= 0 && at + 1 < caption.size() ? caption.at(at + 1).toLower() : QChar();
+}
+
+TEST_F(QuoteBookWindowTest, TheQuoteMenuOffersTheBookAfterQuoteNoteWithLettersOfTheirOwn)
+{
+    QStringList captions;
+    for (QAction *item : window->actions().mnuQuote()->actions()) {
+        if (!item->isSeparator())
+            captions << item->text();
+    }
+    EXPECT_EQ(captions,
+        (QStringList { "Remove &Product", "Remove &All", "&Reset Prices", "Discount &All",
+            "Discount &Product", "&Copy", "&Quote Note", "&Save Quote...", "&Open Quote...",
+            "&New Revision", "&Duplicate Quote", "Save as PD&F..." }));
+    for (const char *name : { "mnuQuoteSave", "mnuQuoteOpen", "mnuQuoteRevision",
+             "mnuQuoteDuplicate", "mnuQuotePdf" }) {
+        const QChar letter = letterOf(action(name)->text());
+        ASSERT_FALSE(letter.isNull()) << name;
+        int users = 0;
+        for (const QString &caption : captions)
+            users += letterOf(caption) == letter ? 1 : 0;
+        EXPECT_EQ(users, 1) << name;
+    }
+    EXPECT_EQ(action("mnuFileNew")->shortcut(), QKeySequence(QKeySequence::New));
+}
+
+TEST_F(QuoteBookWindowTest, SaveQuoteAsksForTheCustomerOnceThenUpdatesThatRevision)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(book().quoteCount(), 1);
+    EXPECT_EQ(bookDialogs->intros,
+        QStringList { "The quote is saved under the next quote number, as revision A." });
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Quote Q-2026-0001 A saved for ACME Plumbing."));
+
+    addToQuote(0);
+    action("mnuQuoteSave")->trigger();
+    EXPECT_TRUE(bookDialogs->customers.empty());
+    ASSERT_EQ(book().quoteCount(), 1);
+    const auto saved = book().load(book().list().first().id);
+    ASSERT_TRUE(saved.has_value());
+    EXPECT_EQ(saved->content.lines.rowCount(), 2);
+    EXPECT_EQ(saved->header.customer, Acme);
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
+TEST_F(QuoteBookWindowTest, CancellingSaveQuoteSavesNothingAndAnEmptyQuoteIsNotSaved)
+{
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("The quote has no lines. Add products to it first."));
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Save Quote"));
+    addToQuote(0);
+    bookDialogs->customers.push_back(std::nullopt);
+    action("mnuQuoteSave")->trigger();
+    EXPECT_EQ(book().quoteCount(), 0);
+    EXPECT_EQ(window->ui().FraQuote->title(), QStringLiteral("Quote Details"));
+}
+
+TEST_F(QuoteBookWindowTest, TheQuoteOnScreenIsThereAgainAfterACloseAndAStart)
+{
+    addToQuote(1);
+    addToQuote(0);
+    const QStringList parts = quoteColumn(0);
+    const QStringList before = totals();
+    closeAndStart();
+    EXPECT_EQ(quoteColumn(0), parts);
+    EXPECT_EQ(totals(), before);
+    EXPECT_TRUE(folder.exists(QStringLiteral("quotes.bak")));
+    EXPECT_EQ(window->ui().FraQuote->title(), QStringLiteral("Quote Details"));
+}
+
+TEST_F(QuoteBookWindowTest, NoQuoteBookIsMadeUntilThereIsAQuoteToKeep)
+{
+    EXPECT_FALSE(folder.exists(QStringLiteral("quotes.db")));
+    ASSERT_TRUE(window->close());
+    EXPECT_FALSE(folder.exists(QStringLiteral("quotes.db")));
+    EXPECT_FALSE(folder.exists(QStringLiteral("quotes.bak")));
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
+TEST_F(QuoteBookWindowTest, TheFirstLineMakesTheQuoteBook)
+{
+    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
+    addToQuote(0);
+    ASSERT_TRUE(kept.wait(5000));
+    EXPECT_TRUE(folder.exists(QStringLiteral("quotes.db")));
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
+TEST_F(QuoteBookWindowTest, TheQuoteOnScreenOutlivesACrash)
+{
+    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
+    addToQuote(2);
+    addToQuote(1);
+    ASSERT_TRUE(kept.wait(5000));
+    // No close: the windows go as a killed program's would.
+    restart();
+    installFakes();
+    EXPECT_EQ(quoteColumn(0), (QStringList { "C-300", "B-200" }));
+}
+
+TEST_F(QuoteBookWindowTest, ASavedQuoteComesBackAsItsRevision)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    closeAndStart();
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    EXPECT_FALSE(window->quoteBook().session()->isChanged());
+}
+
+TEST_F(QuoteBookWindowTest, NewOffersToSaveAChangedQuoteFirst)
+{
+    addToQuote(1);
+    fakes->prompts.answerMessage(MsgResult::Cancel);
+    action("mnuFileNew")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("The quote on screen has not been saved. Save it first?"));
+    EXPECT_EQ(fakes->prompts.shown()[0].style, MsgStyle::YesNoCancel | MsgStyle::Question);
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("New Quote"));
+    EXPECT_EQ(quoteColumn(0), QStringList { "B-200" }) << "Cancel keeps the quote";
+
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuFileNew")->trigger();
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    EXPECT_EQ(totals(), (QStringList { "", "", "" }));
+    EXPECT_EQ(book().quoteCount(), 1);
+    EXPECT_EQ(window->ui().FraQuote->title(), QStringLiteral("Quote Details"));
+
+    addToQuote(0);
+    fakes->prompts.answerMessage(MsgResult::No);
+    action("mnuFileNew")->trigger();
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    EXPECT_EQ(book().quoteCount(), 1);
+    fakes->prompts.clear();
+    action("mnuFileNew")->trigger();
+    EXPECT_TRUE(fakes->prompts.shown().empty()) << "an empty quote is replaced without a word";
+}
+
+TEST_F(QuoteBookWindowTest, OpenQuoteBringsBackTheSavedPricesAndOffersTodays)
+{
+    addToQuote(1); // B-200 Bolt 2.5, 100 or more at 2
+    addToQuote(0); // A-100 Anchor 12.5
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    const QStringList savedTotals = totals();
+    const QStringList savedPrices = quoteColumn(2);
+    action("mnuFileNew")->trigger();
+
+    catalogue().put(1, ProductRecord::Price, "13");
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    fakes->prompts.answerMessage(MsgResult::No);
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(quoteColumn(0), (QStringList { "B-200", "A-100" }));
+    EXPECT_EQ(quoteColumn(2), savedPrices);
+    EXPECT_EQ(totals(), savedTotals);
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("1 line has another price in today's catalogue. Update it?"));
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Open Quote"));
+    EXPECT_EQ(fakes->prompts.shown()[0].style, MsgStyle::YesNo | MsgStyle::Question);
+    EXPECT_FALSE(window->quoteBook().session()->isChanged());
+
+    action("mnuFileNew")->trigger();
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(quoteColumn(2), (QStringList { "$2.50", "$13.00" }));
+    EXPECT_EQ(totals(), (QStringList { "$15.50", "$0.00", "0.00%" }));
+    EXPECT_TRUE(window->quoteBook().session()->isChanged());
+}
+
+TEST_F(QuoteBookWindowTest, OpenQuoteOffersToSaveTheQuoteOnScreenFirst)
+{
+    addToQuote(0);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    addToQuote(1);
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    bookDialogs->chooseNumber.reset();
+    action("mnuQuoteOpen")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("Quote Q-2026-0001 A has changed since it was saved. Save the changes "
+                       "first?"));
+    EXPECT_EQ(bookDialogs->chooserShown, 1);
+    EXPECT_EQ(book().load(book().list().first().id)->content.lines.rowCount(), 2);
+}
+
+TEST_F(QuoteBookWindowTest, NewRevisionAndDuplicateQuote)
+{
+    addToQuote(0);
+    action("mnuQuoteRevision")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("A new revision continues a saved quote. Save the quote first."));
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    addToQuote(1);
+    action("mnuQuoteRevision")->trigger();
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 B, ACME Plumbing"));
+    const CustomerDetails bolt { QStringLiteral("Bolt Brothers"), QStringLiteral("Bolt Ltd"), {},
+        {} };
+    bookDialogs->customers.push_back(bolt);
+    action("mnuQuoteDuplicate")->trigger();
+    EXPECT_EQ(bookDialogs->intros.last(),
+        QStringLiteral("The same lines are saved under a new quote number for this customer."));
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0002 A, Bolt Brothers, Bolt Ltd"));
+    QStringList listed;
+    for (const QuoteSummary &quote : book().list())
+        listed << quote.number() + QLatin1Char(' ') + quote.revisionLetter();
+    EXPECT_EQ(listed, (QStringList { "Q-2026-0002 A", "Q-2026-0001 B", "Q-2026-0001 A" }));
+}
+
+TEST_F(QuoteBookWindowTest, SaveAsPdfWritesTheQuoteWhereTheUserChooses)
+{
+    addToQuote(1);
+    addToQuote(0);
+    bookDialogs->customers.push_back(Acme);
+    const QString path = folder.filePath(QStringLiteral("out.pdf"));
+    fakes->fileDialogs.answer(FileDialogResult { path, 1 });
+    action("mnuQuotePdf")->trigger();
+    ASSERT_EQ(fakes->fileDialogs.requests().size(), 1U);
+    EXPECT_EQ(fakes->fileDialogs.requests()[0].title, QStringLiteral("Save Quote as PDF"));
+    EXPECT_EQ(fakes->fileDialogs.requests()[0].fileName, QStringLiteral("Q-2026-0001-A.pdf"));
+    EXPECT_EQ(fakes->fileDialogs.requests()[0].filter,
+        QStringLiteral("PDF Files (*.pdf)|*.pdf|All Files (*.*)|*.*"));
+    EXPECT_EQ(book().quoteCount(), 1) << "the quote was saved first, to have its number";
+
+    // Read back by poppler: the page header, both lines with their price lines, the total
+    // the window shows.
+    QProcess reader;
+    reader.start(
+        QStringLiteral("pdftotext"), { QStringLiteral("-layout"), path, QStringLiteral("-") });
+    ASSERT_TRUE(reader.waitForFinished(20000)) << "pdftotext must be installed";
+    const QString text =
+        QString::fromUtf8(reader.readAllStandardOutput())
+            .replace(QRegularExpression(QStringLiteral("[ \\t]+")), QStringLiteral(" "));
+    EXPECT_TRUE(text.contains(QStringLiteral("Quote Q-2026-0001 A"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("ACME Plumbing")));
+    EXPECT_TRUE(text.contains(QStringLiteral("Page 1 of 1")));
+    const qsizetype bolt = text.indexOf(QStringLiteral("B-200 Bolt\nQuantity 1 Price $2.50 "
+                                                       "Extended Price $2.50\nNut\n"));
+    const qsizetype anchor = text.indexOf(QStringLiteral("A-100 Anchor\nQuantity 1 Price $12.50 "
+                                                         "Extended Price $12.50\nWasher\n"));
+    EXPECT_GE(bolt, 0) << text.toStdString();
+    EXPECT_GT(anchor, bolt) << "the lines in the quote's order";
+    EXPECT_TRUE(text.contains(QStringLiteral("Order Total = %1").arg(totals().first())));
+    EXPECT_EQ(totals().first(), QStringLiteral("$15.00"));
+}
+
+TEST_F(QuoteBookWindowTest, SendHandsThePdfToTheMailProgramAndMarksTheQuoteSent)
+{
+    addToQuote(1);
+    fakes->launcher.installed << QStringLiteral("xdg-email");
+    bookDialogs->customers.push_back(Acme);
+    action("mnuFileSend")->trigger();
+    ASSERT_EQ(fakes->launcher.starts.size(), 1U);
+    const auto &start = fakes->launcher.starts[0];
+    EXPECT_EQ(start.program, QStringLiteral("/usr/bin/xdg-email"));
+    ASSERT_EQ(start.arguments.size(), 8);
+    EXPECT_EQ(
+        start.arguments.mid(0, 3), (QStringList { "--utf8", "--subject", "Quote Q-2026-0001 A" }));
+    EXPECT_EQ(start.arguments[5], QStringLiteral("--attach"));
+    EXPECT_TRUE(start.arguments[6].endsWith(QLatin1String("/Q-2026-0001-A.pdf")));
+    QFile pdf(start.arguments[6]);
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(pdf.read(4) == "%PDF");
+    EXPECT_EQ(start.arguments[7], QStringLiteral("buy@acme.test"));
+    EXPECT_EQ(book().list().first().status, QuoteStatus::Sent);
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (sent)"));
+    QDir(QFileInfo(start.arguments[6]).path()).removeRecursively();
+
+    // Changing a sent quote and saving it asks whether it becomes the next revision.
+    addToQuote(0);
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("Quote Q-2026-0001 A has been sent to the customer. Save the changes as "
+                       "revision B, keeping Q-2026-0001 A as it was sent?\n\nNo saves them into "
+                       "Q-2026-0001 A itself."));
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 B, ACME Plumbing"));
+}
+
+TEST_F(QuoteBookWindowTest, SendWithoutXdgEmailOpensAMailtoLinkAndSaysToAttachThePdf)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuFileSend")->trigger();
+    ASSERT_EQ(fakes->launcher.openedUrls.size(), 1);
+    EXPECT_TRUE(fakes->launcher.openedUrls[0].startsWith(
+        QLatin1String("mailto:buy@acme.test?subject=Quote%20Q-2026-0001%20A&body=")));
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
+        QLatin1String("The mail program opens without the attachment. Attach the quote's PDF to "
+                      "the message; it is saved as \"")));
+    EXPECT_EQ(book().list().first().status, QuoteStatus::Sent);
+    const QString text = fakes->prompts.shown()[0].text;
+    const QString pdf = text.section(QLatin1Char('"'), 1, 1);
+    EXPECT_TRUE(QFileInfo::exists(pdf)) << pdf.toStdString();
+    QDir(QFileInfo(pdf).path()).removeRecursively();
+}
+
+TEST_F(QuoteBookWindowTest, SaveAllSavesTheCatalogueAndTheQuote)
+{
+    goToRow(0);
+    addToQuote(0);
+    catalogue().put(3, ProductRecord::ProductName, "Clamp, renamed");
+    bookDialogs->customers.push_back(Acme);
+    action("mnuFileSaveAll")->trigger();
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Clamp, renamed"));
+    EXPECT_EQ(book().quoteCount(), 1);
+    action("mnuFileSaveAll")->trigger();
+    EXPECT_EQ(book().quoteCount(), 1) << "an unchanged quote is not saved again";
+}
+
+class DamagedBookWindowTest : public ShellTest
+{
+};
+
+TEST_F(DamagedBookWindowTest, ADamagedQuoteBookIsReportedKeptAndReplaced)
+{
+    folder.writeFile(QStringLiteral("quotes.db"), QByteArray(9000, 'q'));
+    startAndWait();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    const ShownPrompt &box = fakes->prompts.shown()[0];
+    EXPECT_TRUE(box.text.startsWith(QStringLiteral("The quote book \"%1\" is damaged and could not "
+                                                   "be read (file is not a database).")
+                                        .arg(folder.filePath(QStringLiteral("quotes.db")))))
+        << box.text.toStdString();
+    EXPECT_EQ(box.title, QStringLiteral("Quote Book"));
+    EXPECT_EQ(box.style, MsgStyle::Exclamation);
+    const QStringList kept = folder.fileNames().filter(QStringLiteral("quotes-damaged-"));
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(folder.readFile(kept.first()), QByteArray(9000, 'q'));
+    EXPECT_TRUE(mainWindow->quoteBook().book().isOpen());
+}
+
+TEST_F(DamagedBookWindowTest, WithoutABookTheCommandsSayWhy)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    QDir(folder.path()).mkdir(QStringLiteral("quotes.db"));
+    startAndWait();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.contains(QLatin1String("could not be opened")));
+    fakes->prompts.clear();
+    mainWindow->actions().action(QStringLiteral("mnuQuoteOpen"))->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
+        QLatin1String("The quote book is not available: ")));
+    // A quote that has no book to be kept in is named at the close.
+    QTableView *products = mainWindow->ui().GrdMain;
+    products->setCurrentIndex(products->model()->index(0, 0));
+    mainWindow->actions().action(QStringLiteral("mnuGrdMainQuote"))->trigger();
+    fakes->prompts.clear();
+    EXPECT_TRUE(mainWindow->close());
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
+        QLatin1String("The quote on screen could not be kept for the next start: the quote book "
+                      "is not available (")));
+}
+
+} // namespace

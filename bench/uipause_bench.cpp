@@ -27,6 +27,7 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 #include "shell/mainwindowui.h"
+#include "shell/printpreview.h"
 #include "shell/shelldialogs.h"
 
 #include <QAction>
@@ -206,6 +207,31 @@ int main(int argc, char **argv)
     window->actions().button(QStringLiteral("Find"))->trigger();
     waitUntil([&] { return prompts.shown > boxesBefore; });
     probe.end("Locate Product, no match");
+
+    // The preview is modal: a timer looks for its window, notes when its first page shows,
+    // lets it lay out pages for a while and closes it.
+    probe.begin();
+    QElapsedTimer previewClock;
+    previewClock.start();
+    qint64 firstPage = -1;
+    QTimer watcher;
+    watcher.setInterval(5);
+    QObject::connect(&watcher, &QTimer::timeout, [&] {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            auto *preview = qobject_cast<PrintPreview *>(widget);
+            if (!preview || !preview->isVisible())
+                continue;
+            if (firstPage < 0 && !preview->shownPage().isNull())
+                firstPage = previewClock.elapsed();
+            if (firstPage >= 0 && previewClock.elapsed() > firstPage + 3000)
+                preview->reject();
+        }
+    });
+    watcher.start();
+    window->actions().action(QStringLiteral("mnuPreview"))->trigger();
+    watcher.stop();
+    std::printf("preview: first page after %lld ms\n", static_cast<long long>(firstPage));
+    probe.end("preview, first page and 3 s of layout");
 
     probe.begin();
     bool unloaded = false;

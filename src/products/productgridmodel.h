@@ -44,10 +44,17 @@ public:
     /// Re-reads the table after rows were added, removed or re-ordered.
     void reload();
 
+    /// While frozen the model reads nothing of the table (another thread works on it): the
+    /// row count stays as it was and cells show nothing. The view is expected to keep what it
+    /// shows meanwhile, and to be reloaded after.
+    void setFrozen(bool frozen);
+
 private:
     Table &m_catalogue;
     QLocale m_locale;
     bool m_editable = false;
+    bool m_frozen = false;
+    int m_frozenRows = 0;
 };
 
 } // namespace tarnwick

@@ -57,6 +57,7 @@ frmMain::frmMain(
     m_exchange = new ExchangeController(services, module, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
     m_save = new SaveController(services, module, m_catalogue, *m_grid, m_ui, this);
+    m_grid->setCatalogueWork(m_catalogue.attachWork(this));
     connectHandlers();
     watchMouse();
     exposeObjectNames(this);

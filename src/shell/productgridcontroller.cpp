@@ -10,6 +10,7 @@
 #include "products/productgridmodel.h"
 #include "products/productrow.h"
 #include "products/schedulemodel.h"
+#include "shell/cataloguework.h"
 #include "shell/gridview.h"
 #include "shell/inputorder.h"
 #include "shell/mainwindowui.h"
@@ -151,8 +152,14 @@ void ProductGridController::GrdMain_HeadClick(int ColIndex)
     m_ui.GrdMain->commitPendingEdit();
     if (editMode() && m_gridTag != AddingNew)
         writeBackRow(currentBookmark());
-    ProductCommands::sortCatalogue(m_module.Catalogue(), m_module.AllProducts(),
-        ProductGridModel::fieldOfColumn(ColIndex), m_module.locale());
+    const auto sort = [&] {
+        ProductCommands::sortCatalogue(m_module.Catalogue(), m_module.AllProducts(),
+            ProductGridModel::fieldOfColumn(ColIndex), m_module.locale());
+    };
+    if (m_work)
+        m_work->run(sort);
+    else
+        sort();
     m_module.SortedByPart = ProductGridModel::fieldOfColumn(ColIndex) == ProductRecord::PartNumber;
     MainRefresh(false);
     m_repositioning = true;
@@ -394,6 +401,23 @@ void ProductGridController::deleteAllProducts()
     ProductCommands::deleteAll(m_module.Catalogue(), m_module.AllProducts());
     MainRefresh(false);
     showNoRow();
+}
+
+void ProductGridController::setCatalogueWork(CatalogueWork *work)
+{
+    m_work = work;
+    // While another thread works on the catalogue, the grid shows what it showed and its
+    // model reads nothing; the work's end reloads it.
+    connect(work, &CatalogueWork::started, this, [this] {
+        m_ui.GrdMain->setUpdatesEnabled(false);
+        if (m_gridModel)
+            m_gridModel->setFrozen(true);
+    });
+    connect(work, &CatalogueWork::finished, this, [this] {
+        if (m_gridModel)
+            m_gridModel->setFrozen(false);
+        m_ui.GrdMain->setUpdatesEnabled(true);
+    });
 }
 
 void ProductGridController::findProduct(IShellDialogs &dialogs)

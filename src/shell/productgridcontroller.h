@@ -26,6 +26,8 @@ class Table;
 /// the current row, writing the side boxes back when a row is left in edit mode, sorting on a
 /// header click, the context menu, the product count, insert, delete and find. The main
 /// window owns one and forwards its handlers here.
+class CatalogueWork;
+
 class ProductGridController : public QObject
 {
     Q_OBJECT
@@ -76,6 +78,8 @@ public:
     void deleteProduct();
     void deleteAllProducts();
     void findProduct(IShellDialogs &dialogs);
+    /// Sorts of a large catalogue run through work; the grid keeps what it shows meanwhile.
+    void setCatalogueWork(CatalogueWork *work);
 
 public Q_SLOTS:
     void GrdMain_RowColChange(const QModelIndex &current, const QModelIndex &previous);
@@ -106,6 +110,7 @@ private:
     ProductGridModel *m_gridModel = nullptr;
     ScheduleModel *m_scheduleModel = nullptr;
     ProductSearch m_search;
+    CatalogueWork *m_work = nullptr;
     QString m_gridTag;
     bool m_repositioning = false;
 };

@@ -48,8 +48,13 @@ public:
     /// The toolbar's "New": asks in its own words, then as openWorkbook.
     void modifyWithWorkbook();
     /// The open dialog: the chosen workbook, or the empty text. The choice is kept as the
-    /// import file name.
+    /// import file name, and in the settings ("LastWorkbook") so that the dialog starts at it
+    /// next time, also after a restart.
     QString Getfile();
+    /// Edit → "Paste Special...": rows copied from a spreadsheet (tab-separated text on the
+    /// clipboard, header row first) go through the "Update" window, and every change is shown in
+    /// "Import Preview" before anything changes. A clipboard without such rows is reported.
+    void pasteSpecial();
     /// The toolbar's "Palm": the selected products, or all, go to the handheld.
     void Palmpilot();
     /// Closes the "Update" window if it is open; an import stops after the row in hand and
@@ -66,7 +71,9 @@ public:
 private:
     void readImportFile();
     void workbookRead(WorkbookReaderProcess::Outcome outcome);
-    void showImportWindow(WorkbookOpenResult workbook);
+    void showImportWindow(WorkbookOpenResult workbook, bool fromClipboard = false);
+    /// The workbook opened last, while its folder is there; else the empty text.
+    QString lastWorkbook() const;
     void storePendingEdits();
     void leaveEditMode();
     void setMainWindowBusy(bool busy);

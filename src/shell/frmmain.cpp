@@ -9,6 +9,7 @@
 #include "platform/iprompts.h"
 #include "shell/accessiblenames.h"
 #include "shell/documentscontroller.h"
+#include "shell/editcontroller.h"
 #include "shell/exchangecontroller.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
@@ -25,7 +26,6 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QGroupBox>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -58,8 +58,10 @@ frmMain::frmMain(
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
     m_save = new SaveController(services, module, m_catalogue, *m_grid, m_ui, this);
     m_grid->setCatalogueWork(m_catalogue.attachWork(this));
+    m_edit = new EditController(services.clipboard, this);
     connectHandlers();
     watchMouse();
+    m_edit->watch();
     exposeObjectNames(this);
 }
 
@@ -68,13 +70,9 @@ frmMain::~frmMain()
     m_catalogue.recovery().stop();
     // The handlers stop before any child goes: a child's destruction sends focus and hide
     // events that would otherwise reach this half-destroyed window and its controllers.
-    disconnect(m_focusConnection);
+    m_edit->stop();
     for (QWidget *widget : watchedWidgets())
         widget->removeEventFilter(this);
-    for (QLineEdit *box : findChildren<QLineEdit *>()) {
-        box->removeEventFilter(this);
-        disconnect(box, nullptr, this, nullptr);
-    }
     delete m_grid;
     m_grid = nullptr;
     delete m_quote;
@@ -116,8 +114,6 @@ void frmMain::connectHandlers()
     connectHelpItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
-    m_focusConnection = connect(qApp, &QApplication::focusChanged, this,
-        [this](QWidget *, QWidget *now) { rememberActiveControl(now); });
 }
 
 void frmMain::connectTemplateItems()
@@ -154,10 +150,6 @@ void frmMain::watchMouse()
     for (QWidget *button : m_actions->toolBar()->findChildren<QWidget *>()) {
         button->setMouseTracking(true);
         button->installEventFilter(this);
-    }
-    for (QLineEdit *box : findChildren<QLineEdit *>()) {
-        connect(box, &QLineEdit::selectionChanged, this, [this, box] { rememberSelection(box); });
-        box->installEventFilter(this);
     }
 }
 
@@ -483,46 +475,9 @@ void frmMain::mnuFileOpen_Click()
     m_exchange->openWorkbook();
 }
 
-void frmMain::rememberActiveControl(QWidget *now)
-{
-    // Opening a menu from the keyboard moves the focus to the menu bar; Edit → Copy works on
-    // the control the user was in before that.
-    if (now && isAncestorOf(now) && !qobject_cast<QMenuBar *>(now) && !qobject_cast<QMenu *>(now))
-        m_activeControl = now;
-}
-
-void frmMain::rememberSelection(QLineEdit *box)
-{
-    // A text box drops its selection when the menu bar takes the keyboard (Alt), so the last
-    // selection made in it is kept for Edit → Copy. Typing or clicking in the box forgets it
-    // (see forgetSelection).
-    if (box->hasSelectedText()) {
-        m_selectionOwner = box;
-        m_selectionAtFocusOut = box->selectedText();
-    }
-}
-
-QString frmMain::selectedTextOf(QWidget *control) const
-{
-    if (auto *line = qobject_cast<QLineEdit *>(control)) {
-        if (!line->hasSelectedText() && m_selectionOwner == line)
-            return m_selectionAtFocusOut;
-        return line->selectedText();
-    }
-    if (auto *text = qobject_cast<QPlainTextEdit *>(control))
-        return text->textCursor().selectedText().replace(
-            QChar::ParagraphSeparator, QLatin1Char('\n'));
-    if (auto *view = qobject_cast<QTableView *>(control))
-        return view->currentIndex().data().toString();
-    return {};
-}
-
 void frmMain::mnuEditCopy_Click()
 {
-    const QString selected =
-        selectedTextOf(m_activeControl ? m_activeControl.data() : focusWidget());
-    m_services.clipboard.clear();
-    m_services.clipboard.setText(selected);
+    m_edit->copy();
 }
 
 void frmMain::mnuUserOptions_Click()
@@ -575,15 +530,15 @@ void frmMain::mnuEditUndo_Click()
 }
 void frmMain::mnuEditCut_Click()
 {
-    addCodeMessage("mnuEditCut_Click");
+    m_edit->cut();
 }
 void frmMain::mnuEditPaste_Click()
 {
-    addCodeMessage("mnuEditPaste_Click");
+    m_edit->paste();
 }
 void frmMain::mnuEditPasteSpecial_Click()
 {
-    addCodeMessage("mnuEditPasteSpecial_Click");
+    m_exchange->pasteSpecial();
 }
 void frmMain::mnuViewRefresh_Click()
 {

@@ -12,7 +12,6 @@
 #include <memory>
 #include <optional>
 
-class QLineEdit;
 class QSystemTrayIcon;
 
 namespace tarnwick {
@@ -20,6 +19,7 @@ namespace tarnwick {
 struct AppServices;
 class IShellDialogs;
 class DocumentsController;
+class EditController;
 class ExchangeController;
 class SaveController;
 class MainWindowActions;
@@ -149,9 +149,6 @@ private:
     void addTrayIcon();
     void removeTrayIcon();
     void addCodeMessage(const char *handler);
-    void rememberActiveControl(QWidget *now);
-    QString selectedTextOf(QWidget *control) const;
-    void rememberSelection(QLineEdit *box);
 
     const AppServices &m_services;
     Module1 &m_module;
@@ -163,14 +160,9 @@ private:
     DocumentsController *m_documents = nullptr;
     ExchangeController *m_exchange = nullptr;
     SaveController *m_save = nullptr;
+    EditController *m_edit = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
-    QMetaObject::Connection m_focusConnection;
-    /// The control that had the focus before a menu took it (for Edit → Copy).
-    QPointer<QWidget> m_activeControl;
-    /// A text box deselects its text when a menu takes the focus; its selection is kept here.
-    QString m_selectionAtFocusOut;
-    QPointer<QWidget> m_selectionOwner;
     TwipRect m_gridRect;
     TwipRect m_frame1Rect { 0, 0, 75, 0 };
     TwipRect m_tabRect;

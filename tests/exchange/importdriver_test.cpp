@@ -156,6 +156,72 @@ TEST_F(ImportDriverTest, NoWorkbookChangesNothing)
     EXPECT_EQ(products.Count(), 1);
 }
 
+TEST_F(ImportDriverTest, AddingCountsTheRowsWhosePartNumberExists)
+{
+    catalogue.put(1, P::PartNumber, "OLD-1");
+    driver.start(openWorkbook(dataFile("sample.ods")).workbook, partAndNameLetters(), true);
+    ASSERT_TRUE(waitForTheEnd());
+    EXPECT_EQ(finished.first().first().toInt(), 3);
+    EXPECT_EQ(driver.skippedExisting(), 2) << "the second AB-100 and OLD-1";
+    EXPECT_EQ(driver.lastApplied().addedCount(), 3);
+    EXPECT_EQ(driver.lastApplied().countBefore, 1);
+}
+
+TEST_F(ImportDriverTest, APlanForThePreviewLeavesTheCatalogueAsItIs)
+{
+    QSignalSpy planned(&driver, &ImportDriver::planned);
+    catalogue.put(1, P::PartNumber, "OLD-1");
+    const quint64 generation = catalogue.generation();
+    driver.startPlan(openWorkbook(dataFile("sample.xlsx")).workbook, partAndNameLetters(), true,
+        ImportAction::UpdateExisting);
+    EXPECT_TRUE(driver.isRunning());
+    ASSERT_TRUE(waitForTheEnd());
+    ASSERT_EQ(planned.size(), 1);
+    EXPECT_EQ(finished.size(), 0);
+    EXPECT_EQ(catalogue.generation(), generation);
+    EXPECT_EQ(products.Count(), 1);
+    const ImportPlan plan = driver.takePlan();
+    EXPECT_EQ(plan.addedCount(), 3);
+    ASSERT_EQ(plan.changed.size(), 1U);
+    EXPECT_EQ(plan.changed[0].partNumber, "OLD-1");
+    EXPECT_EQ(plan.skippedCount(SkipReason::RepeatedPartNumber), 1);
+
+    const AppliedImport applied = driver.apply(plan);
+    EXPECT_EQ(products.Count(), 4);
+    EXPECT_EQ(catalogue.get(catalogue.find(P::PartNumber, "OLD-1"), P::ProductName).asText(),
+        "Changed name");
+    EXPECT_EQ(driver.lastApplied().addedCount(), 3);
+    EXPECT_EQ(applied.cells.size(), 1U);
+}
+
+TEST_F(ImportDriverTest, StoppingAPlanDropsItAndChangesNothing)
+{
+    QSignalSpy planned(&driver, &ImportDriver::planned);
+    driver.startPlan(std::make_unique<GeneratedWorkbook>(100000, std::vector<int> {}),
+        partAndNameLetters(), true, ImportAction::UpdateExisting);
+    driver.runBatch(std::chrono::milliseconds(0));
+    EXPECT_EQ(driver.currentRow(), 3);
+    driver.stop();
+    EXPECT_FALSE(driver.isRunning());
+    EXPECT_EQ(planned.size(), 0);
+    EXPECT_EQ(finished.size(), 0);
+    EXPECT_EQ(catalogue.rowCount(), 1);
+    EXPECT_EQ(products.Count(), 1);
+}
+
+TEST_F(ImportDriverTest, AnApplierCanTakeOverTheChange)
+{
+    std::vector<int> seen;
+    driver.setApplier([&](const ImportPlan &plan) {
+        seen.push_back(plan.addedCount());
+        return applyImportPlan(plan, catalogue, products, EnUs);
+    });
+    driver.start(openWorkbook(dataFile("sample.xls")).workbook, partAndNameLetters(), true);
+    ASSERT_TRUE(waitForTheEnd());
+    EXPECT_EQ(seen, std::vector<int> { 4 });
+    EXPECT_EQ(products.Count(), 5);
+}
+
 TEST(ColumnListing, ListsTheHeaderRowOfAWorkbookFile)
 {
     const CM::ColumnListing listing = CM::listColumns(openWorkbook(dataFile("sample.ods")));

@@ -4,16 +4,27 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/deps.sh"
 
+# Each stage's time is printed as it ends and again, all together, at the end.
+tarnwick_times=()
+stage() {
+    local name=$1 started=$SECONDS
+    shift
+    "$@"
+    tarnwick_times+=("$(printf '%5d s  %s' $((SECONDS - started)) "$name")")
+    echo "== $name: $((SECONDS - started)) s"
+}
+trap 'printf "%s\n" "${tarnwick_times[@]}" "$(printf "%5d s  total" $SECONDS)"' EXIT
+
 build_dir="$TARNWICK_ROOT/build-tests"
 # Line tables (-g1) are all a failing test's backtrace needs, and cost far less to build than
 # full debugging information. The tests' own code is not optimised; the program's code is, and
 # its libraries are unity builds (src/CMakeLists.txt).
-tarnwick_configure "$build_dir" -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O2 -g1 -DNDEBUG" \
+stage "configure" tarnwick_configure "$build_dir" -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O2 -g1 -DNDEBUG" \
     -DTARNWICK_TEST_CODE_OPTIONS=-O0 -DTARNWICK_UNITY_BUILD=ON \
     -DTARNWICK_BUILD_TESTS=ON -DTARNWICK_BUILD_BENCH=ON -DTARNWICK_WERROR=ON
-cmake --build "$build_dir" --target format-check
-cmake --build "$build_dir" -j "$(nproc)"
-QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-on-failure --timeout 300
+stage "format check" cmake --build "$build_dir" --target format-check
+stage "build" cmake --build "$build_dir" -j "$(nproc)"
+stage "tests" env QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-on-failure --timeout 300
 
 # The same build and tests again under AddressSanitizer and UndefinedBehaviorSanitizer; any
 # report ends the test with an error. Leaks inside Qt's and the system's own libraries are
@@ -23,12 +34,12 @@ QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-o
 # cmake/TarnwickTest.cmake): an instrumented process costs more to start and to check at exit
 # than most cases take.
 asan_dir="$TARNWICK_ROOT/build-asan"
-tarnwick_configure "$asan_dir" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" \
+stage "sanitizer configure" tarnwick_configure "$asan_dir" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" \
     -DTARNWICK_TEST_CODE_OPTIONS=-O0 -DTARNWICK_UNITY_BUILD=ON \
     -DTARNWICK_BUILD_TESTS=ON -DTARNWICK_WERROR=ON -DTARNWICK_SANITIZE=ON \
     -DTARNWICK_TEST_WHOLE_EXECUTABLES=ON
-cmake --build "$asan_dir" -j "$(nproc)"
-ASAN_OPTIONS="halt_on_error=1:abort_on_error=1:detect_leaks=1:detect_stack_use_after_return=0" \
+stage "sanitizer build" cmake --build "$asan_dir" -j "$(nproc)"
+stage "sanitizer tests" env ASAN_OPTIONS="halt_on_error=1:abort_on_error=1:detect_leaks=1:detect_stack_use_after_return=0" \
     UBSAN_OPTIONS="halt_on_error=1:print_stacktrace=1" \
     LSAN_OPTIONS="suppressions=$TARNWICK_ROOT/scripts/lsan.supp:print_suppressions=0" \
     QT_QPA_PLATFORM=offscreen ctest --test-dir "$asan_dir" -j "$(nproc)" --output-on-failure \
@@ -41,8 +52,9 @@ ASAN_OPTIONS="halt_on_error=1:abort_on_error=1:detect_leaks=1:detect_stack_use_a
 # fuzz/regressions/<target>/, which the tests of both builds above replay. What the fuzzers learn
 # stays in build-fuzz/fuzz/corpus/.
 fuzz_dir="$TARNWICK_ROOT/build-fuzz"
-CC=clang CXX=clang++ tarnwick_configure "$fuzz_dir" -DCMAKE_BUILD_TYPE=Debug \
+fuzz_configure() { CC=clang CXX=clang++ tarnwick_configure "$@"; }
+stage "fuzz configure" fuzz_configure "$fuzz_dir" -DCMAKE_BUILD_TYPE=Debug \
     -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" -DTARNWICK_UNITY_BUILD=ON -DTARNWICK_BUILD_TESTS=OFF \
     -DTARNWICK_BUILD_FUZZERS=ON -DTARNWICK_FUZZ_SECONDS="${TARNWICK_FUZZ_SECONDS:-30}"
-cmake --build "$fuzz_dir" -j "$(nproc)" --target tarnwick_fuzzers
-ctest --test-dir "$fuzz_dir" -j "$(nproc)" --output-on-failure -L fuzz
+stage "fuzz build" cmake --build "$fuzz_dir" -j "$(nproc)" --target tarnwick_fuzzers
+stage "fuzz run" ctest --test-dir "$fuzz_dir" -j "$(nproc)" --output-on-failure -L fuzz

@@ -4,16 +4,28 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/deps.sh"
 
-# Each stage's time is printed as it ends and again, all together, at the end.
+# Each stage's time (wall clock, and the processor time of everything it ran, which does not
+# depend on what else the machine is doing) is printed as it ends and again, all together, at
+# the end.
 tarnwick_times=()
+tarnwick_cpu_file=$(mktemp)
+cpu_seconds() { # sets $cpu; the builtin times, in this shell: its children's user and system time
+    times >"$tarnwick_cpu_file"
+    cpu=$(awk 'NR == 2 { s = 0; for (i = 1; i <= 2; ++i) { split($i, t, /[ms]/); s += t[1] * 60 + t[2] }
+                         printf "%d", s }' "$tarnwick_cpu_file")
+}
 stage() {
-    local name=$1 started=$SECONDS
+    local name=$1 started=$SECONDS cpu before
+    cpu_seconds
+    before=$cpu
     shift
     "$@"
-    tarnwick_times+=("$(printf '%5d s  %s' $((SECONDS - started)) "$name")")
-    echo "== $name: $((SECONDS - started)) s"
+    cpu_seconds
+    tarnwick_times+=("$(printf '%5d s %6d s cpu  %s' $((SECONDS - started)) $((cpu - before)) "$name")")
+    echo "== ${tarnwick_times[-1]}"
 }
-trap 'printf "%s\n" "${tarnwick_times[@]}" "$(printf "%5d s  total" $SECONDS)"' EXIT
+trap 'cpu_seconds; printf "%s\n" "${tarnwick_times[@]}" "$(printf "%5d s %6d s cpu  total" \
+    $SECONDS "$cpu")"; rm -f "$tarnwick_cpu_file"' EXIT
 
 build_dir="$TARNWICK_ROOT/build-tests"
 # Line tables (-g1) are all a failing test's backtrace needs, and cost far less to build than

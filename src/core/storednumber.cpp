@@ -134,7 +134,7 @@ QString cellText(const Cell &cell, const QLocale &userLocale)
     default:
         return conv::toText(cell, userLocale);
     }
-    const QString text = cell.asText();
+    QString text = cell.asText();
     const std::optional<double> local = conv::parseNumber(text, userLocale);
     if (!local)
         return text;

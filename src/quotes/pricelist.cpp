@@ -29,8 +29,8 @@ QStringList breaksOf(const Table &catalogue, int row, const QLocale &locale)
 {
     QStringList breaks;
     for (int k = 1; k <= 5; ++k) {
-        const Cell quantity = catalogue.get(row, 4 + 2 * k);
-        const Cell price = catalogue.get(row, 5 + 2 * k);
+        const Cell &quantity = catalogue.get(row, 4 + 2 * k);
+        const Cell &price = catalogue.get(row, 5 + 2 * k);
         if (quantity.isBlank() || price.isBlank())
             continue;
         breaks.append(QLatin1String("from ") + format(quantity, QStringLiteral("#,###"), locale)
@@ -271,8 +271,9 @@ int PriceListDocument::pagesReady() const
 
 int PriceListDocument::endOfPage(int page) const
 {
-    if (std::size_t(page + 1) < m_pageStarts.size())
-        return m_pageStarts.at(std::size_t(page + 1));
+    const auto next = std::size_t(page) + 1;
+    if (next < m_pageStarts.size())
+        return m_pageStarts.at(next);
     return m_done ? itemCount() : m_next;
 }
 

@@ -40,7 +40,7 @@ CatalogueReadResult CatalogueLifecycle::readAndSort()
 {
     Table &catalogue = m_module.Catalogue();
     Products &products = m_module.AllProducts();
-    const CatalogueReadResult result = products.ReadProds(m_module.DataFile);
+    CatalogueReadResult result = products.ReadProds(m_module.DataFile);
     // Cut to the products read and put them in part-number order, as a header click would.
     ProductCommands::sortCatalogue(
         catalogue, products, ProductRecord::PartNumber, m_module.locale());

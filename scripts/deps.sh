@@ -8,7 +8,7 @@ tarnwick_packages=(
     qt6-base-dev qt6-base-dev-tools libgl-dev
     libfreexl-dev libzip-dev libsodium-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    clang-format fonts-dejavu-core
+    clang-format clang-tidy fonts-dejavu-core lld
     # the fuzz targets: clang with libFuzzer and the sanitizers' run-time, llvm-symbolizer
     clang libclang-rt-14-dev llvm-14
     # icon drawing, install-tree validation and the Debian package

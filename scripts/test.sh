@@ -27,6 +27,10 @@ stage() {
 trap 'cpu_seconds; printf "%s\n" "${tarnwick_times[@]}" "$(printf "%5d s %6d s cpu  total" \
     $SECONDS "$cpu")"; rm -f "$tarnwick_cpu_file"' EXIT
 
+# The test executables precompile the headers they share; ccache, where it is the compiler
+# launcher, caches such builds only with these sloppiness settings.
+export CCACHE_SLOPPINESS="${CCACHE_SLOPPINESS:-pch_defines,time_macros}"
+
 build_dir="$TARNWICK_ROOT/build-tests"
 # Line tables (-g1) are all a failing test's backtrace needs, and cost far less to build than
 # full debugging information. The tests' own code is not optimised; the program's code is, and
@@ -36,6 +40,9 @@ stage "configure" tarnwick_configure "$build_dir" -DCMAKE_CXX_FLAGS_RELWITHDEBIN
     -DTARNWICK_BUILD_TESTS=ON -DTARNWICK_BUILD_BENCH=ON -DTARNWICK_WERROR=ON
 stage "format check" cmake --build "$build_dir" --target format-check
 stage "build" cmake --build "$build_dir" -j "$(nproc)"
+# clang-tidy (the checks in .clang-tidy) over the program's sources, from this build's compile
+# commands, on every core; any finding fails the run.
+stage "clang-tidy" python3 "$TARNWICK_ROOT/scripts/tidy.py" "$build_dir" --jobs "$(nproc)"
 stage "tests" env QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-on-failure --timeout 300
 
 # The same build and tests again under AddressSanitizer and UndefinedBehaviorSanitizer; any

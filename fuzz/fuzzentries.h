@@ -41,11 +41,13 @@ Verdict textReader(QByteArrayView input);
 /// Outcomes: "read", "failed" (the reader reported an error), "malformed".
 Verdict wireDecoder(QByteArrayView input);
 
-/// The import into a catalogue of three products. The first line of the input says how: its
-/// first character "1" when the worksheet's first row holds headers, then the column letter
-/// table the import window makes ("ABFCG@ED@@@@@@@": A the part number, B the name, F the
-/// price …); the rest is a tab-separated worksheet. Outcomes: "added" (at least one product was
-/// added), "nothing added".
+/// The import into a catalogue of four products, once adding new products and once updating
+/// existing ones, each planned and made one step of a history of changes that is undone and
+/// redone (the catalogue file's bytes must come back each time). The first line of the input
+/// says how: its first character "1" when the worksheet's first row holds headers, then the
+/// column letter table the import window makes ("ABFCG@ED@@@@@@@": A the part number, B the
+/// name, F the price …); the rest is a tab-separated worksheet. Outcomes: "added" (adding added
+/// at least one product), "nothing added".
 Verdict workbookImport(QByteArrayView input);
 
 using Entry = Verdict (*)(QByteArrayView input);

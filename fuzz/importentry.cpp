@@ -1,12 +1,19 @@
-// The import of a worksheet into the catalogue, with any column letter table.
+// The import of a worksheet into the catalogue, with any column letter table, as the program
+// carries it out: planned, then made one step of the history of changes, which must take back
+// exactly what it did.
 #include "fuzzentries.h"
 #include "noprompts.h"
 
+#include "catalogue/cataloguewriter.h"
+#include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/products.h"
 #include "catalogue/table.h"
+#include "commands/catalogueedits.h"
+#include "commands/edithistory.h"
+#include "exchange/importchanges.h"
+#include "exchange/importplan.h"
 #include "exchange/textworkbook.h"
-#include "exchange/workbookimport.h"
 #include "platform/appenvironment.h"
 
 #include <QLocale>
@@ -18,49 +25,52 @@ namespace {
 
 namespace P = ProductRecord;
 
-/// The catalogue the worksheet is imported into: two products and one whose part number is a
-/// number, which the import's index does not hold.
+const QLocale English(QLocale::English, QLocale::UnitedStates);
+
+/// The catalogue the worksheet is imported into: three products, one of them with a part number
+/// the sample sheets hold, and one whose part number is a number, which the import's index does
+/// not hold.
 Table startingCatalogue()
 {
-    Table catalogue(3, P::FieldCount);
+    Table catalogue(4, P::FieldCount);
     catalogue.put(1, P::PartNumber, QStringLiteral("P0001"));
     catalogue.put(1, P::ProductName, QStringLiteral("Ball valve"));
     catalogue.put(1, P::Price, 12.5f);
     catalogue.put(2, P::PartNumber, QStringLiteral("p0002"));
     catalogue.put(2, P::ProductName, QStringLiteral("Elbow"));
     catalogue.put(3, P::PartNumber, 1234);
+    catalogue.put(4, P::PartNumber, QStringLiteral("OLD-1"));
+    catalogue.put(4, P::ProductName, QStringLiteral("Old name"));
     return catalogue;
 }
 
-/// The rows the import added must be new products with a name of at most 75 characters, a
+/// The products an import adds must be new products with a name of at most 75 characters, a
 /// price that is a number or empty, and every other field a text.
-void checkAddedRows(const Table &catalogue, int firstAdded, QStringList &broken)
+void checkAddedRows(const Table &catalogue, const Table &added, QStringList &broken)
 {
     QSet<QString> parts;
-    for (int row = 1; row < firstAdded; ++row) {
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
         const Cell &part = catalogue.get(row, P::PartNumber);
-        if (part.isText()) {
+        if (part.isText())
             parts.insert(part.asText());
-        }
     }
-    for (int row = firstAdded; row <= catalogue.rowCount(); ++row) {
-        const Cell &part = catalogue.get(row, P::PartNumber);
+    for (int row = 1; row <= added.rowCount(); ++row) {
+        const Cell &part = added.get(row, P::PartNumber);
         if (!part.isText() || part.asText().isEmpty() || parts.contains(part.asText())) {
-            broken << QStringLiteral("row %1 was added for a part number the catalogue holds or "
-                                     "for none")
+            broken << QStringLiteral("new product %1 has a part number the catalogue holds or "
+                                     "none")
                           .arg(row);
             return;
         }
         parts.insert(part.asText());
-        const QString name = catalogue.get(row, P::ProductName).asText();
-        if (name.isEmpty() || name.size() > WorkbookImport::MaxNameLength) {
-            broken << QStringLiteral("row %1 was added with the name \"%2\"").arg(row).arg(name);
-        }
+        const QString name = added.get(row, P::ProductName).asText();
+        if (name.isEmpty() || name.size() > ImportPlanner::MaxNameLength)
+            broken << QStringLiteral("new product %1 has the name \"%2\"").arg(row).arg(name);
         for (int field = 1; field <= P::FieldCount; ++field) {
-            const Cell &cell = catalogue.get(row, field);
+            const Cell &cell = added.get(row, field);
             const bool fits = field == P::Price ? cell.isEmpty() || cell.isNumber() : cell.isText();
             if (!fits) {
-                broken << QStringLiteral("row %1 was added with field %2 of kind %3")
+                broken << QStringLiteral("new product %1 has field %2 of kind %3")
                               .arg(row)
                               .arg(field)
                               .arg(int(cell.kind()));
@@ -69,11 +79,90 @@ void checkAddedRows(const Table &catalogue, int firstAdded, QStringList &broken)
     }
 }
 
+/// A changed field must be a field of a product the catalogue holds, with its old value as the
+/// catalogue holds it; adding changes no product.
+void checkChangedFields(
+    const Table &catalogue, const ImportPlan &plan, ImportAction action, QStringList &broken)
+{
+    if (action == ImportAction::AddNew && !plan.changed.empty())
+        broken << QStringLiteral("adding changed %1 products").arg(plan.changed.size());
+    for (const ImportPlan::ChangedProduct &product : plan.changed) {
+        const int row = product.catalogueRow;
+        if (row < 1 || row > catalogue.rowCount()
+            || catalogue.get(row, P::PartNumber) != Cell(product.partNumber)) {
+            broken
+                << QStringLiteral("a change of %1 is at row %2").arg(product.partNumber).arg(row);
+            continue;
+        }
+        for (const ImportPlan::FieldChange &change : product.fields) {
+            if (change.field < 1 || change.field > P::FieldCount
+                || catalogue.get(row, change.field) != change.before) {
+                broken << QStringLiteral("the change of field %1 of %2 starts from another value")
+                              .arg(change.field)
+                              .arg(product.partNumber);
+            }
+        }
+    }
+}
+
+/// Plans the import, applies it as one step of a history, and undoes and redoes it. Returns the
+/// number of products the plan added.
+int importOnce(const TextWorkbook &workbook, const QString &letters, bool headers,
+    ImportAction action, QStringList &broken)
+{
+    NoPrompts prompts;
+    const AppEnvironment environment { QString(), QString() };
+    Module1 module(prompts, environment, English);
+    Table &catalogue = module.Catalogue();
+    catalogue = startingCatalogue();
+    const int before = catalogue.rowCount();
+    module.AllProducts().setCount(before);
+    EditHistory history(module);
+    const QByteArray bytesBefore = catalogueFileBytes(catalogue, English, before).bytes;
+
+    ImportPlanner planner(workbook, catalogue, letters, headers, action, English);
+    planner.runAll();
+    if (planner.step())
+        broken << QStringLiteral("the import goes on after it ended");
+    ImportPlan plan = planner.takePlan();
+    checkChangedFields(catalogue, plan, action, broken);
+    const int added = plan.addedCount();
+    ProductChanges changes = importChanges(std::move(plan), catalogue);
+    if (changes.added.rowCount() != added)
+        broken << QStringLiteral("%1 products planned, %2 handed over")
+                      .arg(added)
+                      .arg(changes.added.rowCount());
+    checkAddedRows(catalogue, changes.added, broken);
+
+    const bool stepped = CatalogueEdits::import(history, {}, std::move(changes));
+    const qint32 count = module.AllProducts().Count();
+    if (count != before + added || catalogue.rowCount() != count) {
+        broken << QStringLiteral("after the import the count is %1 for %2 rows")
+                      .arg(count)
+                      .arg(catalogue.rowCount());
+    }
+    if (history.count() != (stepped ? 1 : 0))
+        broken << QStringLiteral("the import made %1 steps").arg(history.count());
+    if (stepped) {
+        const QByteArray bytesAfter = catalogueFileBytes(catalogue, English, count).bytes;
+        history.undo();
+        if (catalogueFileBytes(catalogue, English, module.AllProducts().Count()).bytes
+            != bytesBefore)
+            broken << QStringLiteral("undo does not give back the catalogue");
+        history.redo();
+        if (catalogueFileBytes(catalogue, English, module.AllProducts().Count()).bytes
+            != bytesAfter)
+            broken << QStringLiteral("redo does not give the import again");
+    }
+    if (prompts.shown() != 0)
+        broken << QStringLiteral("the import asked something");
+    return added;
+}
+
 } // namespace
 
 Verdict workbookImport(QByteArrayView input)
 {
-    static const QLocale English(QLocale::English, QLocale::UnitedStates);
     const qsizetype lineEnd = input.indexOf('\n');
     const QByteArrayView settings = lineEnd < 0 ? input : input.first(lineEnd);
     const QByteArrayView sheet = lineEnd < 0 ? QByteArrayView() : input.sliced(lineEnd + 1);
@@ -83,35 +172,9 @@ Verdict workbookImport(QByteArrayView input)
     const TextWorkbook workbook(sheet.toByteArray());
 
     Verdict verdict;
-    Table catalogue = startingCatalogue();
-    const int before = catalogue.rowCount();
-    WorkbookImport import(workbook, catalogue, letters, headers, English);
-    import.runAll();
-    if (import.step()) {
-        verdict.broken << QStringLiteral("the import goes on after it ended");
-    }
-    if (catalogue.rowCount() != before + import.changes()) {
-        verdict.broken << QStringLiteral("%1 products added, %2 rows more")
-                              .arg(import.changes())
-                              .arg(catalogue.rowCount() - before);
-    }
-    checkAddedRows(catalogue, before + 1, verdict.broken);
-
-    NoPrompts prompts;
-    const AppEnvironment environment { QString(), QString() };
-    Products products(catalogue, prompts, environment, English);
-    products.setCount(before);
-    finishImport(catalogue, products, import.changes(), English);
-    if (products.Count() != before + import.changes() || catalogue.rowCount() != products.Count()) {
-        verdict.broken << QStringLiteral("after the import the count is %1 for %2 rows")
-                              .arg(products.Count())
-                              .arg(catalogue.rowCount());
-    }
-    if (prompts.shown() != 0) {
-        verdict.broken << QStringLiteral("the import asked something");
-    }
-    verdict.outcome =
-        import.changes() > 0 ? QStringLiteral("added") : QStringLiteral("nothing added");
+    const int added = importOnce(workbook, letters, headers, ImportAction::AddNew, verdict.broken);
+    importOnce(workbook, letters, headers, ImportAction::UpdateExisting, verdict.broken);
+    verdict.outcome = added > 0 ? QStringLiteral("added") : QStringLiteral("nothing added");
     return verdict;
 }
 

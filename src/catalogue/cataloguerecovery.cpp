@@ -113,14 +113,36 @@ void CatalogueRecovery::check()
     Q_EMIT checked();
 }
 
+bool CatalogueRecovery::differsFromSaved(const State &now) const
+{
+    if (m_forcedUnsaved)
+        return true;
+    if (!m_savedCheck.isSaved)
+        return !(now == m_savedState);
+    return now.pendingEdit != 0 || !m_savedCheck.isSaved();
+}
+
+void CatalogueRecovery::checkNow()
+{
+    if (m_timer.isActive())
+        check();
+}
+
 void CatalogueRecovery::lookAtCatalogue()
 {
     const State now = currentState();
-    setModified(m_forcedUnsaved || !(now == m_savedState));
+    const bool modified = differsFromSaved(now);
+    setModified(modified);
     if (m_worker || now == m_writtenState)
         return;
-    if (now == m_savedState && !m_forcedUnsaved && !m_fileExists)
+    if (!modified) {
+        // Back at the saved catalogue (every change undone): nothing needs keeping.
+        if (m_fileExists && QFile::remove(path()))
+            m_fileExists = false;
+        if (!m_fileExists)
+            m_writtenState = now;
         return;
+    }
     // Changes are written at most once per write interval: a burst of typing costs one write.
     if (m_sinceWrite.isValid() && m_sinceWrite.elapsed() < m_writeInterval)
         return;
@@ -183,6 +205,13 @@ bool CatalogueRecovery::writeNow()
 {
     waitForWrite();
     const State now = currentState();
+    if (m_savedCheck.isSaved && !differsFromSaved(now)) {
+        // Every change was taken back: there is nothing to keep.
+        if (m_fileExists && QFile::remove(path()))
+            m_fileExists = false;
+        m_writtenState = now;
+        return !m_fileExists;
+    }
     if (now == m_writtenState && (m_fileExists || !m_modified))
         return true;
     const std::unique_ptr<Table> copy = snapshot();
@@ -207,6 +236,8 @@ void CatalogueRecovery::saved()
     m_forcedUnsaved = false;
     QFile::remove(path());
     m_fileExists = false;
+    if (m_savedCheck.markSaved)
+        m_savedCheck.markSaved();
     setModified(false);
 }
 

@@ -27,7 +27,8 @@ class Table;
 ///
 /// Edits the catalogue has not taken yet (the side boxes of a product being edited) are asked
 /// for through pendingRow and count as changes too: each snapshot holds them as a close would
-/// store them.
+/// store them. With the history of changes attached (setSavedState), a catalogue whose changes
+/// were all undone counts as saved again, and the recovery file goes.
 class CatalogueRecovery : public QObject
 {
     Q_OBJECT
@@ -54,6 +55,18 @@ public:
 
     /// Whether the catalogue (with its pending edits) differs from what was last saved.
     bool isModified() const { return m_modified; }
+
+    /// How the history of changes tells whether the catalogue is at its saved state, and
+    /// learns of a save. Without it a catalogue changed since the save counts as unsaved, even
+    /// when the changes were taken back.
+    struct SavedState
+    {
+        std::function<bool()> isSaved;
+        std::function<void()> markSaved;
+    };
+    void setSavedState(SavedState state) { m_savedCheck = std::move(state); }
+    /// Looks at the catalogue now instead of at the next tick (after an undo or a redo).
+    void checkNow();
 
     /// A save succeeded: what the catalogue holds now is saved, and the recovery file goes.
     void saved();
@@ -87,6 +100,8 @@ private:
         bool operator==(const State &) const = default;
     };
     State currentState() const;
+    /// Whether the catalogue in state now differs from the saved one.
+    bool differsFromSaved(const State &now) const;
     void check();
     void lookAtCatalogue();
     /// The pending edit's row and its cells; row 0 when nothing differs from the catalogue.
@@ -102,6 +117,7 @@ private:
     int m_writeInterval = 1000;
     QElapsedTimer m_sinceWrite;
     PendingRow m_pendingRow;
+    SavedState m_savedCheck;
     State m_savedState;
     State m_writtenState; ///< what the recovery file holds (or, with none, the saved state)
     State m_writingState; ///< what the write in flight will hold

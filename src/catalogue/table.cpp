@@ -162,6 +162,50 @@ void Table::deleteRows(int row, int count)
         touch();
 }
 
+Table Table::takeRows(int row, int count)
+{
+    if (row < 1 || count < 0 || row > m_rows + 1 || count > m_rows - row + 1)
+        raiseOutOfRange();
+    Table taken;
+    taken.m_fields = m_fields;
+    taken.m_rows = count;
+    taken.touch();
+    if (count == m_rows) {
+        // Every row: the cells change hands at once (a "Delete All" of any size).
+        taken.m_cells.swap(m_cells);
+    } else if (count > 0) {
+        const auto first = m_cells.begin() + std::ptrdiff_t(row - 1) * m_fields;
+        const auto last = first + std::ptrdiff_t(count) * m_fields;
+        taken.m_cells.assign(std::make_move_iterator(first), std::make_move_iterator(last));
+        m_cells.erase(first, last);
+    }
+    m_rows -= count;
+    if (count > 0)
+        touch();
+    return taken;
+}
+
+void Table::insertTable(int row, Table &&rows)
+{
+    if (row < 1 || row > m_rows + 1 || (rows.m_rows > 0 && rows.m_fields != m_fields))
+        raiseOutOfRange();
+    const int count = rows.m_rows;
+    if (count == 0)
+        return;
+    if (m_rows == 0) {
+        m_cells.swap(rows.m_cells);
+    } else {
+        const auto at = m_cells.begin() + std::ptrdiff_t(row - 1) * m_fields;
+        m_cells.insert(at, std::make_move_iterator(rows.m_cells.begin()),
+            std::make_move_iterator(rows.m_cells.end()));
+    }
+    m_rows += count;
+    rows.m_cells.clear();
+    rows.m_rows = 0;
+    rows.touch();
+    touch();
+}
+
 void Table::clearRow(int row)
 {
     if (row < 1 || row > m_rows)

@@ -57,6 +57,20 @@ public:
 
     /// Sorts rows first..last ascending on field, stable, comparing as kind says.
     void sortRows(int first, int last, int field, SortKind kind, const QLocale &locale);
+    /// The order sortRows would put rows first..last in, without moving them: order[k] is the
+    /// row that goes to row first + k. Empty when last < first.
+    std::vector<int> sortedOrder(
+        int first, int last, int field, SortKind kind, const QLocale &locale) const;
+    /// Puts rows first.. in the order given: order[k] is the old row (1-based) that goes to
+    /// row first + k. The rows move in place, cycle by cycle, without a second table.
+    void reorderRows(int first, const std::vector<int> &order);
+
+    /// Takes count rows starting at row out of the table, the rows after moving up, and
+    /// returns them as a table of their own (same fields), without copying their cells.
+    Table takeRows(int row, int count);
+    /// Inserts the rows of rows before row (1..rowCount()+1), taking their cells over; rows
+    /// must have this table's fields. rows is left empty.
+    void insertTable(int row, Table &&rows);
 
     /// The first row from startRow on whose cell in field equals value; 0 when there is none.
     int find(int field, const Cell &value, int startRow = 1) const;
@@ -71,9 +85,6 @@ public:
 private:
     void checkBounds(int row, int field) const;
     std::size_t index(int row, int field) const;
-    /// Puts rows first.. in the order given: order[k] is the old row (1-based) that goes to
-    /// row first + k. The rows move in place, cycle by cycle, without a second table.
-    void reorderRows(int first, const std::vector<int> &order);
 
     /// Gives the table a new generation number.
     void touch();

@@ -6,6 +6,7 @@
 #include "catalogue/table.h"
 
 #include "core/conversions.h"
+#include "core/vberror.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -232,6 +233,14 @@ void Table::sortRows(int first, int last, int field, SortKind kind, const QLocal
 {
     if (last < first)
         return; // an empty range, e.g. sorting a catalogue of no products
+    reorderRows(first, sortedOrder(first, last, field, kind, locale));
+}
+
+std::vector<int> Table::sortedOrder(
+    int first, int last, int field, SortKind kind, const QLocale &locale) const
+{
+    if (last < first)
+        return {};
     checkBounds(first, field);
     checkBounds(last, field);
     std::vector<int> order(std::size_t(last - first + 1));
@@ -241,11 +250,15 @@ void Table::sortRows(int first, int last, int field, SortKind kind, const QLocal
         sortByText(order, *this, first, field, locale);
     else
         sortByNumber(order, *this, first, field, locale);
-    reorderRows(first, order);
+    return order;
 }
 
 void Table::reorderRows(int first, const std::vector<int> &order)
 {
+    if (order.empty())
+        return;
+    if (first < 1 || std::size_t(first - 1) + order.size() > std::size_t(m_rows))
+        throw VbError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("Subscript out of range"));
     // Row first + k takes old row order[k]. Following each cycle of that permutation moves
     // every row once, holding one row aside per cycle.
     const std::size_t width = std::size_t(m_fields);

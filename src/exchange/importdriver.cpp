@@ -1,5 +1,6 @@
 #include "exchange/importdriver.h"
 
+#include "exchange/importchanges.h"
 #include "exchange/workbook.h"
 
 #include <QElapsedTimer>
@@ -8,8 +9,8 @@
 namespace tarnwick {
 
 ImportDriver::ImportDriver(
-    Table &catalogue, Products &products, const QLocale &locale, QObject *parent)
-    : QObject(parent), m_catalogue(catalogue), m_products(products), m_locale(locale)
+    const Table &catalogue, const QLocale &locale, Applier applier, QObject *parent)
+    : QObject(parent), m_catalogue(catalogue), m_locale(locale), m_applier(std::move(applier))
 {
     // One millisecond between two batches, not zero: other timers (the caption's) and the
     // window system's events get their turn after every batch.
@@ -112,11 +113,11 @@ void ImportDriver::reportFailure()
     Q_EMIT rowsFailed();
 }
 
-AppliedImport ImportDriver::apply(const ImportPlan &plan)
+void ImportDriver::apply(ImportPlan plan)
 {
-    m_lastApplied =
-        m_applier ? m_applier(plan) : applyImportPlan(plan, m_catalogue, m_products, m_locale);
-    return m_lastApplied;
+    ProductChanges changes = importChanges(std::move(plan), m_catalogue);
+    if (m_applier)
+        m_applier(std::move(changes));
 }
 
 void ImportDriver::finish()
@@ -131,9 +132,10 @@ void ImportDriver::finish()
         Q_EMIT planned();
         return;
     }
-    apply(plan);
     m_skippedExisting = plan.skippedCount(SkipReason::PartNumberExists);
-    Q_EMIT finished(plan.addedCount());
+    const int added = plan.addedCount();
+    apply(std::move(plan));
+    Q_EMIT finished(added);
 }
 
 } // namespace tarnwick

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "exchange/importapply.h"
+#include "catalogue/productchanges.h"
 #include "exchange/importplan.h"
 
 #include <QLocale>
@@ -15,30 +15,30 @@
 namespace tarnwick {
 
 class IWorkbook;
-class Products;
 class Table;
 
 /// Runs a workbook import while the event loop keeps going: every pass of the loop plans rows
 /// for about BatchTime, so the import window stays responsive, its caption can change and it
-/// can be closed, and nothing is repainted per row.
+/// can be closed, and nothing is repainted per row. The catalogue is only read while rows are
+/// planned; what an import does to it is handed to the owner's Applier at once, which makes it
+/// one step of the history of changes (the new products added, the changed fields written,
+/// Count and the sort on the part number, as at start-up).
 ///
 /// start() adds new products: when the sheet is done, or stopped after the row in hand, the
-/// products planned so far are added in one step (apply()), counted into Count and the catalogue
-/// is sorted on the part number, as at start-up. startPlan() only plans, for the preview: the
-/// catalogue does not change, planned() hands the plan over and the window applies it later
-/// through apply(); stopping it drops the plan.
+/// products planned so far are applied. startPlan() only plans, for the preview: planned()
+/// hands the plan over and the window applies it later through apply(); stopping it drops the
+/// plan.
 class ImportDriver : public QObject
 {
     Q_OBJECT
 
 public:
     static constexpr std::chrono::milliseconds BatchTime { 50 };
-    /// Carries out a plan: applyImportPlan() unless replaced (for example by a command that can
-    /// be undone).
-    using Applier = std::function<AppliedImport(const ImportPlan &)>;
+    /// Puts what an import comes to into the catalogue (CatalogueEdits::import in the program).
+    using Applier = std::function<void(ProductChanges changes)>;
 
     ImportDriver(
-        Table &catalogue, Products &products, const QLocale &locale, QObject *parent = nullptr);
+        const Table &catalogue, const QLocale &locale, Applier applier, QObject *parent = nullptr);
     ~ImportDriver() override;
 
     /// Starts adding the new rows of a workbook that was read. No workbook (nullptr) is reported
@@ -65,11 +65,8 @@ public:
 
     /// After planned(): the plan (once).
     ImportPlan takePlan() { return std::move(m_plan); }
-    /// Carries out a plan with the applier and keeps what it did.
-    AppliedImport apply(const ImportPlan &plan);
-    void setApplier(Applier applier) { m_applier = std::move(applier); }
-    /// What the last apply() did.
-    const AppliedImport &lastApplied() const { return m_lastApplied; }
+    /// Carries out a plan: hands its changes (importChanges) to the applier.
+    void apply(ImportPlan plan);
     /// The rows the last import that added skipped because their part number already existed.
     int skippedExisting() const { return m_skippedExisting; }
 
@@ -87,15 +84,13 @@ private:
     void reportFailure();
     void finish();
 
-    Table &m_catalogue;
-    Products &m_products;
+    const Table &m_catalogue;
     QLocale m_locale;
+    Applier m_applier;
     QTimer m_timer;
     std::shared_ptr<const IWorkbook> m_workbook;
     std::unique_ptr<ImportPlanner> m_planner;
     ImportPlan m_plan;
-    Applier m_applier;
-    AppliedImport m_lastApplied;
     std::chrono::milliseconds m_batchTime = BatchTime;
     int m_lastRow = 0;
     int m_skippedExisting = 0;

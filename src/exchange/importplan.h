@@ -44,8 +44,9 @@ enum class SkipReason {
 /// Everything an import would do to the catalogue, computed from the sheet and the mapping
 /// without changing the catalogue: the products it adds (all their cells), the fields it
 /// changes in existing products (old and new cell), how many existing products the sheet
-/// leaves as they are, and every row it skips with the reason. applyImportPlan() carries it
-/// out; the preview window lists it.
+/// leaves as they are, and every row it skips with the reason. The preview window lists it;
+/// importChanges() turns it into the change of the catalogue that one step of the history of
+/// changes makes (CatalogueEdits::import).
 struct ImportPlan
 {
     struct FieldChange

@@ -85,6 +85,12 @@ QString addResultTitle(int added)
     return added > 0 ? SuccessTitle : NothingAddedTitle;
 }
 
+QString progressCaption(const QString &caption, int row)
+{
+    const QString wait = QStringLiteral("Please wait");
+    return caption != wait ? wait : QStringLiteral("%1 products analyzed").arg(row);
+}
+
 QString displayText(int field, const Cell &value, const QLocale &locale)
 {
     QString text;

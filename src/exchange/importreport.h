@@ -36,6 +36,10 @@ std::optional<QString> addResultMessage(int added, int skippedExisting);
 /// The title of that message: SuccessTitle when products were added, else NothingAddedTitle.
 QString addResultTitle(int added);
 
+/// The import window's caption at the next tick of its timer: "Please wait" and
+/// "<row> products analyzed" in turn.
+QString progressCaption(const QString &caption, int row);
+
 /// A field's value as the preview shows it: the list price and the five prices in the
 /// locale's currency form ("$12.50"), a text that is no number as it stands, the quantities and
 /// texts as they are.

@@ -121,8 +121,15 @@ bool ProductGridModel::setData(const QModelIndex &index, const QVariant &value, 
     if (m_frozen || role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable)
         || index.row() >= m_catalogue.rowCount())
         return false;
-    m_catalogue.put(bookmarkOfRow(index.row()), fieldOfColumn(index.column()),
-        withoutFieldEndCharacters(value.toString()));
+    const int row = bookmarkOfRow(index.row());
+    const int field = fieldOfColumn(index.column());
+    const Cell typed(withoutFieldEndCharacters(value.toString()));
+    if (m_writer) {
+        if (!m_writer(row, field, typed))
+            return false;
+    } else {
+        m_catalogue.put(row, field, typed);
+    }
     Q_EMIT dataChanged(index, index);
     return true;
 }

@@ -3,8 +3,11 @@
 #include <QAbstractTableModel>
 #include <QLocale>
 
+#include <functional>
+
 namespace tarnwick {
 
+class Cell;
 class Table;
 
 /// Presents the catalogue table to the product grid: one grid row per table row (grid row =
@@ -49,8 +52,14 @@ public:
     /// shows meanwhile, and to be reloaded after.
     void setFrozen(bool frozen);
 
+    /// Stores a typed cell (table row, field, value) and says whether it was taken.
+    using CellWriter = std::function<bool(int row, int field, const Cell &value)>;
+    /// Typed cells go to writer (the window's history of changes) instead of into the table.
+    void setCellWriter(CellWriter writer) { m_writer = std::move(writer); }
+
 private:
     Table &m_catalogue;
+    CellWriter m_writer;
     QLocale m_locale;
     bool m_editable = false;
     bool m_frozen = false;

@@ -37,14 +37,26 @@ void sortSchedule(Table &schedule, const QLocale &locale)
     schedule.sortRows(1, ProductRecord::PricePointCount, 1, Table::SortKind::Numeric, locale);
 }
 
+Cell sideBoxCell(int field, const SideBoxTexts &boxes, const QLocale &locale)
+{
+    switch (field) {
+    case ProductRecord::Price:
+        return format(
+            Cell(withoutFieldEndCharacters(boxes.price)), QStringLiteral("currency"), locale);
+    case ProductRecord::Includes:
+        return withoutFieldEndCharacters(boxes.includes);
+    case ProductRecord::Notes:
+        return withoutFieldEndCharacters(boxes.notes);
+    default:
+        return {};
+    }
+}
+
 void writeBack(
     Table &catalogue, int row, const SideBoxTexts &boxes, Table &schedule, const QLocale &locale)
 {
-    const QString price = withoutFieldEndCharacters(boxes.price);
-    catalogue.put(
-        row, ProductRecord::Price, format(Cell(price), QStringLiteral("currency"), locale));
-    catalogue.put(row, ProductRecord::Includes, withoutFieldEndCharacters(boxes.includes));
-    catalogue.put(row, ProductRecord::Notes, withoutFieldEndCharacters(boxes.notes));
+    for (const int field : { ProductRecord::Price, ProductRecord::Includes, ProductRecord::Notes })
+        catalogue.put(row, field, sideBoxCell(field, boxes, locale));
     sortSchedule(schedule, locale);
     for (int k = 1; k <= ProductRecord::PricePointCount; ++k) {
         catalogue.put(row, ProductRecord::pricePointField(k), schedule.get(k, 1));

@@ -5,6 +5,7 @@
 
 namespace tarnwick {
 
+class Cell;
 class Table;
 
 /// The texts of the side boxes beside the product grid: list price, includes and notes.
@@ -31,6 +32,11 @@ void loadSchedule(const Table &catalogue, int row, Table &schedule);
 /// are removed on the way in.
 void writeBack(
     Table &catalogue, int row, const SideBoxTexts &boxes, Table &schedule, const QLocale &locale);
+
+/// The cell a side box is stored as in field (Price, Includes or Notes) of a product: the price
+/// as typed, formatted with "currency" (a text that is no number is kept as typed), the
+/// includes and notes texts as they are; DEL characters are removed. Other fields: empty.
+Cell sideBoxCell(int field, const SideBoxTexts &boxes, const QLocale &locale);
 
 /// Sorts the schedule's five rows by quantity, ascending; rows without a quantity go last, so
 /// a partial schedule keeps its points in the first slots.

@@ -78,7 +78,13 @@ bool ScheduleModel::setData(const QModelIndex &index, const QVariant &value, int
     if (!m_editable || role != Qt::EditRole || !isCell(index))
         return false;
     const QString text = value.toString();
-    m_schedule.put(index.row() + 1, index.column() + 1, text.isEmpty() ? Cell() : Cell(text));
+    const Cell typed = text.isEmpty() ? Cell() : Cell(text);
+    if (m_writer) {
+        if (!m_writer(index.row() + 1, index.column() + 1, typed))
+            return false;
+    } else {
+        m_schedule.put(index.row() + 1, index.column() + 1, typed);
+    }
     Q_EMIT dataChanged(index, index);
     return true;
 }

@@ -3,8 +3,11 @@
 #include <QAbstractTableModel>
 #include <QLocale>
 
+#include <functional>
+
 namespace tarnwick {
 
+class Cell;
 class Table;
 
 /// Presents the price-schedule table (5 rows of quantity and price) to the "Price Schedule"
@@ -33,10 +36,17 @@ public:
     /// Re-reads the table after PriceUpdate or ClearPrice changed it.
     void reload();
 
+    /// Stores a typed cell (schedule row 1..5, column 1..2, value) and says whether it was
+    /// taken.
+    using CellWriter = std::function<bool(int row, int column, const Cell &value)>;
+    /// Typed cells go to writer (the window's history of changes) instead of into the table.
+    void setCellWriter(CellWriter writer) { m_writer = std::move(writer); }
+
 private:
     bool isCell(const QModelIndex &index) const;
 
     Table &m_schedule;
+    CellWriter m_writer;
     QLocale m_locale;
     bool m_editable = false;
 };

@@ -98,8 +98,13 @@ bool QuoteGridModel::setData(const QModelIndex &index, const QVariant &value, in
     if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
         return false;
     const int row = quoteRowOf(index.row());
-    m_quote.put(row, index.column() + 1, value.toString());
-    QuoteList::repriceLine(m_quote, m_catalogue, row, index.column(), m_locale);
+    if (m_writer) {
+        if (!m_writer(row, index.column(), value.toString()))
+            return false;
+    } else {
+        m_quote.put(row, index.column() + 1, value.toString());
+        QuoteList::repriceLine(m_quote, m_catalogue, row, index.column(), m_locale);
+    }
     // A part number typed empty ends the quote at this row, so the flags of later rows change
     // too; a full reset keeps the view honest about that.
     if (m_quote.get(row, QuoteLine::PartNumber).isBlank())

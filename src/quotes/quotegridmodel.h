@@ -3,6 +3,8 @@
 #include <QAbstractTableModel>
 #include <QLocale>
 
+#include <functional>
+
 namespace tarnwick {
 
 class Table;
@@ -35,6 +37,12 @@ public:
     /// Re-reads the table after lines were added, removed, discounted or reset.
     void reload();
 
+    /// Stores a typed cell (quote row, grid column, text) with the re-pricing of its line and
+    /// says whether it was taken.
+    using CellWriter = std::function<bool(int row, int column, const QString &text)>;
+    /// Typed cells go to writer (the window's history of changes) instead of into the table.
+    void setCellWriter(CellWriter writer) { m_writer = std::move(writer); }
+
 Q_SIGNALS:
     /// A cell of a line was edited (and the line re-priced); the totals need recomputing.
     void quoteChanged();
@@ -45,6 +53,7 @@ private:
     Table &m_quote;
     const Table &m_catalogue;
     QLocale m_locale;
+    CellWriter m_writer;
 };
 
 } // namespace tarnwick

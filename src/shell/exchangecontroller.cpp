@@ -1,6 +1,8 @@
 #include "shell/exchangecontroller.h"
 
 #include "catalogue/module1.h"
+#include "catalogue/productchanges.h"
+#include "commands/catalogueedits.h"
 #include "exchange/clipboardrows.h"
 #include "exchange/exchangecommands.h"
 #include "exchange/handheldexport.h"
@@ -28,10 +30,10 @@
 namespace tarnwick {
 
 ExchangeController::ExchangeController(const AppServices &services, Module1 &module,
-    MainWindowUi &ui, ProductGridController &grid, QAction *editButton, QToolBar *toolBar,
-    QMainWindow *owner)
-    : QObject(owner), m_services(services), m_module(module), m_ui(ui), m_grid(grid),
-      m_editButton(editButton), m_toolBar(toolBar), m_owner(owner)
+    EditHistory &history, MainWindowUi &ui, ProductGridController &grid, QAction *editButton,
+    QToolBar *toolBar, QMainWindow *owner)
+    : QObject(owner), m_services(services), m_module(module), m_history(history), m_ui(ui),
+      m_grid(grid), m_editButton(editButton), m_toolBar(toolBar), m_owner(owner)
 {
 }
 
@@ -150,8 +152,12 @@ void ExchangeController::workbookRead(WorkbookReaderProcess::Outcome outcome)
 
 void ExchangeController::showImportWindow(WorkbookOpenResult workbook, bool fromClipboard)
 {
-    m_update = new FrmUpdate(m_services, m_module.Catalogue(), m_module.AllProducts(),
-        m_module.locale(), std::move(workbook), m_owner);
+    // The whole import is one step of the history: Edit → Undo takes it back at once.
+    auto apply = [this](ProductChanges changes) {
+        CatalogueEdits::import(m_history, m_grid.currentView(), std::move(changes));
+    };
+    m_update = new FrmUpdate(m_services, m_module.Catalogue(), std::move(apply), m_module.locale(),
+        std::move(workbook), m_owner);
     m_update->setPreviewAlways(fromClipboard);
     m_update->setAttribute(Qt::WA_DeleteOnClose);
     connect(
@@ -180,7 +186,6 @@ void ExchangeController::setMainWindowBusy(bool busy)
 
 void ExchangeController::showImportedCatalogue()
 {
-    m_module.SortedByPart = true;
     m_grid.MainRefresh(false);
     m_grid.moveToRow(0);
 }

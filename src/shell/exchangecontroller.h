@@ -16,6 +16,7 @@ namespace tarnwick {
 
 struct AppServices;
 struct MainWindowUi;
+class EditHistory;
 class FrmUpdate;
 class WorkbookReadDialog;
 class Module1;
@@ -26,14 +27,18 @@ class ProductGridController;
 /// the toolbar's "New" and "Open") and the handheld export (the toolbar's "Palm"). While the
 /// "Update" window is open the main window shows the busy pointer and takes no commands. The
 /// workbook is read once, before "Update" opens, in a reader process of its own (see
-/// WorkbookReaderProcess) while a small window shows the progress and offers Cancel.
+/// WorkbookReaderProcess) while a small window shows the progress and offers Cancel. Whatever
+/// an import does (products added from a workbook, products updated after "Import Preview",
+/// rows pasted with Paste Special) goes into the catalogue at its end as one step of the
+/// history of changes.
 class ExchangeController : public QObject
 {
     Q_OBJECT
 
 public:
-    ExchangeController(const AppServices &services, Module1 &module, MainWindowUi &ui,
-        ProductGridController &grid, QAction *editButton, QToolBar *toolBar, QMainWindow *owner);
+    ExchangeController(const AppServices &services, Module1 &module, EditHistory &history,
+        MainWindowUi &ui, ProductGridController &grid, QAction *editButton, QToolBar *toolBar,
+        QMainWindow *owner);
     ~ExchangeController() override;
 
     /// The file menu's "&Close": asks whether to save the products to a file, then exports.
@@ -82,6 +87,7 @@ private:
 
     const AppServices &m_services;
     Module1 &m_module;
+    EditHistory &m_history;
     MainWindowUi &m_ui;
     ProductGridController &m_grid;
     QAction *m_editButton;

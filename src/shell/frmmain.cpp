@@ -1,6 +1,7 @@
 #include "shell/frmmain.h"
 
 #include "catalogue/module1.h"
+#include "commands/edithistory.h"
 #include "core/conversions.h"
 #include "core/errortrap.h"
 #include "platform/appenvironment.h"
@@ -12,6 +13,7 @@
 #include "shell/editcontroller.h"
 #include "shell/exchangecontroller.h"
 #include "shell/gridview.h"
+#include "shell/historycontroller.h"
 #include "shell/mainwindowactions.h"
 #include "shell/passwordlock.h"
 #include "shell/productgridcontroller.h"
@@ -49,16 +51,18 @@ frmMain::frmMain(
     setWindowTitle(QStringLiteral("Tarnwick[*]"));
     m_ui.setupUi(this);
     m_actions = std::make_unique<MainWindowActions>(this);
-    m_grid =
-        new ProductGridController(services, module, m_ui, m_actions->button(QStringLiteral("Edit")),
-            m_actions->mnuMainGrid(), m_actions->mnups(), this);
-    m_quote = new QuoteController(services, module, m_ui, m_actions->mnuQuote(), this);
+    m_history = new EditHistory(module, this);
+    m_grid = new ProductGridController(services, module, *m_history, m_ui,
+        m_actions->button(QStringLiteral("Edit")), m_actions->mnuMainGrid(), m_actions->mnups(),
+        this);
+    m_quote = new QuoteController(services, module, *m_history, m_ui, m_actions->mnuQuote(), this);
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
-    m_exchange = new ExchangeController(services, module, m_ui, *m_grid,
+    m_exchange = new ExchangeController(services, module, *m_history, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
-    m_save = new SaveController(services, module, m_catalogue, *m_grid, m_ui, this);
+    m_save = new SaveController(services, module, m_catalogue, *m_history, *m_grid, m_ui, this);
     m_grid->setCatalogueWork(m_catalogue.attachWork(this));
     m_edit = new EditController(services.clipboard, this);
+    connectEditItems();
     connectHandlers();
     watchMouse();
     m_edit->watch();
@@ -73,6 +77,8 @@ frmMain::~frmMain()
     m_edit->stop();
     for (QWidget *widget : watchedWidgets())
         widget->removeEventFilter(this);
+    delete m_undo; // no more keys through its filter
+    m_undo = nullptr;
     delete m_grid;
     m_grid = nullptr;
     delete m_quote;
@@ -98,7 +104,6 @@ void frmMain::connectHandlers()
     on("mnudiscountAll", &frmMain::mnudiscountAll_Click);
     on("mnuDiscprod", &frmMain::mnuDiscprod_Click);
     on("mnuFileExit", &frmMain::mnuFileExit_Click);
-    on("mnuEditCopy", &frmMain::mnuEditCopy_Click);
     on("mnuUserOptions", &frmMain::mnuUserOptions_Click);
     on("mnushow", &frmMain::mnushow_Click);
     on("mnuremove", &frmMain::mnuremove_Click);
@@ -127,10 +132,6 @@ void frmMain::connectTemplateItems()
     on("mnuFileSaveAll", &frmMain::mnuFileSaveAll_Click);
     on("mnuFileProperties", &frmMain::mnuFileProperties_Click);
     on("mnuFileSend", &frmMain::mnuFileSend_Click);
-    on("mnuEditUndo", &frmMain::mnuEditUndo_Click);
-    on("mnuEditCut", &frmMain::mnuEditCut_Click);
-    on("mnuEditPaste", &frmMain::mnuEditPaste_Click);
-    on("mnuEditPasteSpecial", &frmMain::mnuEditPasteSpecial_Click);
     on("mnuViewRefresh", &frmMain::mnuViewRefresh_Click);
     on("mnuViewWebBrowser", &frmMain::mnuViewWebBrowser_Click);
 }
@@ -475,11 +476,6 @@ void frmMain::mnuFileOpen_Click()
     m_exchange->openWorkbook();
 }
 
-void frmMain::mnuEditCopy_Click()
-{
-    m_edit->copy();
-}
-
 void frmMain::mnuUserOptions_Click()
 {
     PasswordLock::change(m_services.prompts, m_services.settings);
@@ -523,22 +519,6 @@ void frmMain::mnuFileProperties_Click()
 void frmMain::mnuFileSend_Click()
 {
     addCodeMessage("mnuFileSend_Click");
-}
-void frmMain::mnuEditUndo_Click()
-{
-    addCodeMessage("mnuEditUndo_Click");
-}
-void frmMain::mnuEditCut_Click()
-{
-    m_edit->cut();
-}
-void frmMain::mnuEditPaste_Click()
-{
-    m_edit->paste();
-}
-void frmMain::mnuEditPasteSpecial_Click()
-{
-    m_exchange->pasteSpecial();
 }
 void frmMain::mnuViewRefresh_Click()
 {

@@ -17,6 +17,8 @@ class QSystemTrayIcon;
 namespace tarnwick {
 
 struct AppServices;
+class EditHistory;
+class HistoryController;
 class IShellDialogs;
 class DocumentsController;
 class EditController;
@@ -64,6 +66,8 @@ public:
     DocumentsController &documents() const { return *m_documents; }
     ExchangeController &exchange() const { return *m_exchange; }
     SaveController &saving() const { return *m_save; }
+    /// The history of changes of the run (Edit → Undo and Redo).
+    EditHistory &history() const { return *m_history; }
     CatalogueLifecycle &catalogue() { return m_catalogue; }
     qint16 screenSplit() const { return m_screenSplit; }
     qint16 colwidth() const { return m_colwidth; }
@@ -102,7 +106,6 @@ private Q_SLOTS:
     void mnuFileExit_Click();
     void MnuFileClose_Click();
     void mnuFileOpen_Click();
-    void mnuEditCopy_Click();
     void mnuUserOptions_Click();
     void mnushow_Click();
     void mnuremove_Click();
@@ -113,7 +116,9 @@ private Q_SLOTS:
     void mnuFileProperties_Click();
     void mnuFileSend_Click();
     void mnuEditUndo_Click();
+    void mnuEditRedo_Click();
     void mnuEditCut_Click();
+    void mnuEditCopy_Click();
     void mnuEditPaste_Click();
     void mnuEditPasteSpecial_Click();
     void mnuViewRefresh_Click();
@@ -134,6 +139,9 @@ private:
     void connectHandlers();
     void connectTemplateItems();
     void connectHelpItems();
+    /// The Edit menu: Undo and Redo over the history of changes, Cut, Copy, Paste and Paste
+    /// Special (frmmainedit.cpp).
+    void connectEditItems();
     void loadCaptions();
     void watchMouse();
     QList<QWidget *> watchedWidgets() const;
@@ -155,6 +163,8 @@ private:
     IShellDialogs &m_dialogs;
     MainWindowUi m_ui;
     std::unique_ptr<MainWindowActions> m_actions;
+    EditHistory *m_history = nullptr;
+    HistoryController *m_undo = nullptr;
     ProductGridController *m_grid = nullptr;
     QuoteController *m_quote = nullptr;
     DocumentsController *m_documents = nullptr;

@@ -16,8 +16,8 @@ namespace {
 const QStringList FileItems { "mnuFileNew=&New", "mnuFileOpen=&Open...", "MnuFileClose=&Close",
     "mnuFileSave=&Save", "mnuFileSaveAs=Save &As...", "mnuFileSaveAll=Save A&ll", "-",
     "mnuFileProperties=Propert&ies", "-", "mnuFileSend=Sen&d...", "-", "mnuFileExit=E&xit" };
-const QStringList EditItems { "mnuEditUndo=&Undo", "-", "mnuEditCut=Cu&t", "mnuEditCopy=&Copy",
-    "mnuEditPaste=&Paste", "mnuEditPasteSpecial=Paste &Special..." };
+const QStringList EditItems { "mnuEditUndo=&Undo", "mnuEditRedo=&Redo", "-", "mnuEditCut=Cu&t",
+    "mnuEditCopy=&Copy", "mnuEditPaste=&Paste", "mnuEditPasteSpecial=Paste &Special..." };
 const QStringList ViewItems { "mnuViewRefresh=&Refresh", "mnuViewWebBrowser=&Web Browser" };
 const QStringList ProductItems { "mnuAddProd=&Add", "mnuEditProd=&Edit", "-",
     "mnucopyproduct=&Copy Product Info", "-", "mnuDelProd=&Delete", "mnuDelAll=Delete &All" };
@@ -94,6 +94,10 @@ void MainWindowActions::createMenuBar(QMainWindow *window)
     action(QStringLiteral("mnuEditCut"))->setShortcut(QKeySequence::Cut);
     action(QStringLiteral("mnuEditCopy"))->setShortcut(QKeySequence::Copy);
     action(QStringLiteral("mnuEditPaste"))->setShortcut(QKeySequence::Paste);
+    action(QStringLiteral("mnuEditUndo"))->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    action(QStringLiteral("mnuEditRedo"))
+        ->setShortcuts(
+            { QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z) });
     action(QStringLiteral("mnuFileExit"))->setShortcut(QKeySequence::Quit);
     action(QStringLiteral("mnuFileSave"))->setShortcut(QKeySequence::Save);
     action(QStringLiteral("mnuFileSaveAs"))->setShortcut(QKeySequence::SaveAs);

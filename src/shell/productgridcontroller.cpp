@@ -2,6 +2,7 @@
 
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
+#include "commands/catalogueedits.h"
 #include "core/conversions.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
@@ -18,6 +19,7 @@
 
 #include <QAction>
 #include <QContextMenuEvent>
+#include <QFocusEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -38,11 +40,14 @@ constexpr QAbstractItemView::EditTriggers EditTriggers = QAbstractItemView::Doub
 } // namespace
 
 ProductGridController::ProductGridController(const AppServices &services, Module1 &module,
-    MainWindowUi &ui, QAction *editButton, QMenu *gridMenu, QMenu *scheduleMenu, QObject *parent)
-    : QObject(parent), m_services(services), m_module(module), m_ui(ui), m_editButton(editButton),
-      m_gridMenu(gridMenu), m_scheduleMenu(scheduleMenu),
+    EditHistory &history, MainWindowUi &ui, QAction *editButton, QMenu *gridMenu,
+    QMenu *scheduleMenu, QObject *parent)
+    : QObject(parent), m_services(services), m_module(module), m_history(history), m_ui(ui),
+      m_editButton(editButton), m_gridMenu(gridMenu), m_scheduleMenu(scheduleMenu),
       m_search(services.prompts, &services.events)
 {
+    connect(
+        &m_history, &EditHistory::productsChanged, this, &ProductGridController::productsChanged);
     // Keys typed into a cell just before a click on another row belong to the cell typed in:
     // the click waits for keys still on their way through the accessibility bus.
     new InputOrder(this);
@@ -52,6 +57,8 @@ void ProductGridController::bind(int firstColumnWidth)
 {
     GridView *grid = m_ui.GrdMain;
     m_gridModel = new ProductGridModel(m_module.Catalogue(), m_module.locale(), this);
+    m_gridModel->setCellWriter(
+        [this](int row, int field, const Cell &value) { return gridCellTyped(row, field, value); });
     grid->setModel(m_gridModel);
     grid->setColumnWidth(0, firstColumnWidth);
     grid->setColumnWidth(1, grid->fontMetrics().horizontalAdvance(QLatin1Char('M')) * 16);
@@ -66,9 +73,14 @@ void ProductGridController::bind(int firstColumnWidth)
 
     m_module.ScheduleTable().redim(ProductRecord::PricePointCount, ScheduleFields);
     m_scheduleModel = new ScheduleModel(m_module.ScheduleTable(), m_module.locale(), this);
+    m_scheduleModel->setCellWriter([this](int row, int column, const Cell &value) {
+        return scheduleCellTyped(row, column, value);
+    });
     m_ui.PriceSchedule->setModel(m_scheduleModel);
     m_ui.PriceSchedule->viewport()->installEventFilter(this);
     m_ui.TxtPrice->installEventFilter(this);
+    m_ui.Txtincludes->installEventFilter(this);
+    m_ui.Txtnotes->installEventFilter(this);
     m_ui.PriceSchedule->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     setEditMode(false);
     if (m_gridModel->rowCount() > 0)
@@ -84,6 +96,12 @@ int ProductGridController::currentBookmark() const
 {
     const QModelIndex current = m_ui.GrdMain->currentIndex();
     return current.isValid() ? ProductGridModel::bookmarkOfRow(current.row()) : 0;
+}
+
+ProductView ProductGridController::currentView() const
+{
+    const QModelIndex current = m_ui.GrdMain->currentIndex();
+    return { currentBookmark(), current.isValid() ? current.column() : 0 };
 }
 
 void ProductGridController::moveToRow(int gridRow)
@@ -104,7 +122,7 @@ void ProductGridController::GrdMain_RowColChange(
     if (writeBack) {
         // Also when only the column changed: the row is shown again below, and what was typed
         // into the side boxes must be in the table first.
-        writeBackRow(ProductGridModel::bookmarkOfRow(previous.row()));
+        writeBackRow({ ProductGridModel::bookmarkOfRow(previous.row()), previous.column() });
     } else if (!editMode() && current.isValid() && current.column() != 0) {
         // Outside edit mode the cursor stays in the first column; in edit mode (also on a
         // fresh row) it goes to the cell the user chose, so the keys land there.
@@ -114,22 +132,6 @@ void ProductGridController::GrdMain_RowColChange(
     }
     m_gridTag.clear();
     showCurrentRow();
-}
-
-void ProductGridController::writeBackRow(int row)
-{
-    if (row < 1 || row > m_module.Catalogue().rowCount())
-        return;
-    m_ui.PriceSchedule->commitPendingEdit();
-    // Boxes that still show what the row holds change nothing: the row keeps its cells as
-    // read, and the catalogue does not count as changed.
-    if (boxesAsShown(row))
-        return;
-    ProductRow::writeBack(
-        m_module.Catalogue(), row, boxTexts(), m_module.ScheduleTable(), m_module.locale());
-    m_scheduleModel->reload();
-    Q_EMIT m_gridModel->dataChanged(m_gridModel->index(row - 1, 0),
-        m_gridModel->index(row - 1, m_gridModel->columnCount() - 1));
 }
 
 void ProductGridController::showCurrentRow()
@@ -143,24 +145,15 @@ void ProductGridController::showCurrentRow()
     m_ui.Txtnotes->setPlainText(boxes.notes);
     PriceSchedule::PriceUpdate(m_module.Catalogue(), row, m_module.ScheduleTable());
     m_scheduleModel->reload();
+    m_shownView = currentView();
 }
 
 void ProductGridController::GrdMain_HeadClick(int ColIndex)
 {
     // The cell edit in progress and what was typed into the side boxes are stored in their own
     // row, as leaving the row stores them, before the rows move: the sort costs nothing typed.
-    m_ui.GrdMain->commitPendingEdit();
-    if (editMode() && m_gridTag != AddingNew)
-        writeBackRow(currentBookmark());
-    const auto sort = [&] {
-        ProductCommands::sortCatalogue(m_module.Catalogue(), m_module.AllProducts(),
-            ProductGridModel::fieldOfColumn(ColIndex), m_module.locale());
-    };
-    if (m_work)
-        m_work->run(sort);
-    else
-        sort();
-    m_module.SortedByPart = ProductGridModel::fieldOfColumn(ColIndex) == ProductRecord::PartNumber;
+    storeEditsBeforeStep();
+    CatalogueEdits::sort(m_history, currentView(), ProductGridModel::fieldOfColumn(ColIndex));
     MainRefresh(false);
     m_repositioning = true;
     m_ui.GrdMain->setCurrentIndex(m_gridModel->index(0, 0));
@@ -224,8 +217,19 @@ void ProductGridController::GrdMain_MouseMove()
 bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
 {
     GridView *grid = m_ui.GrdMain;
-    if (watched == m_ui.TxtPrice && event->type() == QEvent::FocusOut) {
-        TxtPrice_LostFocus();
+    if (event->type() == QEvent::FocusOut) {
+        // Leaving a side box stores it (a menu or another window taking the keyboard for a
+        // moment does not leave it).
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        const bool left = reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
+        if (watched == m_ui.TxtPrice)
+            TxtPrice_LostFocus();
+        if (left && watched == m_ui.TxtPrice)
+            storeSideBox(ProductRecord::Price);
+        else if (left && watched == m_ui.Txtincludes)
+            storeSideBox(ProductRecord::Includes);
+        else if (left && watched == m_ui.Txtnotes)
+            storeSideBox(ProductRecord::Notes);
     } else if (watched == m_ui.PriceSchedule->viewport()
         && event->type() == QEvent::MouseButtonRelease) {
         const auto *mouse = static_cast<QMouseEvent *>(event);
@@ -275,15 +279,8 @@ void ProductGridController::showNoRow()
     m_ui.GrdMain->selectionModel()->clear();
     m_repositioning = false;
     clearSideBoxes();
-    ClearPrice();
-}
-
-void ProductGridController::ClearPrice()
-{
-    m_ui.PriceSchedule->discardPendingEdit();
-    PriceSchedule::ClearPrice(m_module.ScheduleTable());
-    m_scheduleModel->reload();
-    MainRefresh();
+    clearScheduleShown();
+    m_shownView = {};
 }
 
 void ProductGridController::editButtonToggled()
@@ -294,19 +291,6 @@ void ProductGridController::editButtonToggled()
     }
     commitCurrentRow();
     setEditMode(false);
-}
-
-void ProductGridController::commitCurrentRow()
-{
-    m_ui.GrdMain->commitPendingEdit();
-    writeBackRow(currentBookmark());
-    setSideBoxesLocked(true);
-}
-
-void ProductGridController::storePendingEdit()
-{
-    if (editMode())
-        writeBackRow(currentBookmark());
 }
 
 SideBoxTexts ProductGridController::boxTexts() const
@@ -363,18 +347,18 @@ void ProductGridController::catalogueReplaced()
 
 void ProductGridController::insertProduct()
 {
-    const int current = currentBookmark();
+    const ProductView before = currentView();
     if (editMode())
         commitCurrentRow();
     m_gridTag = AddingNew;
-    const int row =
-        ProductCommands::insertProduct(m_module.Catalogue(), m_module.AllProducts(), current);
+    const int row = CatalogueEdits::insertProduct(m_history, before, before.row);
     MainRefresh(false);
     m_repositioning = true;
     m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row - 1, 0));
     m_repositioning = false;
+    m_shownView = { row, 0 };
     m_ui.GrdMain->setFocus();
-    ClearPrice();
+    clearScheduleShown();
     clearSideBoxes();
     m_editButton->setChecked(true);
     setEditMode(true);
@@ -386,7 +370,8 @@ void ProductGridController::deleteProduct()
             ProductCommands::DeleteTitle)
         != MsgResult::Yes)
         return;
-    ProductCommands::deleteProduct(m_module.Catalogue(), m_module.AllProducts(), currentBookmark());
+    storeEditsBeforeStep();
+    CatalogueEdits::deleteProduct(m_history, currentView(), currentBookmark());
     // No row stays current: the emptied side boxes must not be written into another product.
     MainRefresh(false);
     showNoRow();
@@ -398,7 +383,8 @@ void ProductGridController::deleteAllProducts()
             ProductCommands::DeleteTitle)
         != MsgResult::Yes)
         return;
-    ProductCommands::deleteAll(m_module.Catalogue(), m_module.AllProducts());
+    storeEditsBeforeStep();
+    CatalogueEdits::deleteAll(m_history, currentView());
     MainRefresh(false);
     showNoRow();
 }
@@ -406,6 +392,8 @@ void ProductGridController::deleteAllProducts()
 void ProductGridController::setCatalogueWork(CatalogueWork *work)
 {
     m_work = work;
+    // A header click's sort (and its undo and redo) of a large catalogue runs as such work.
+    m_history.setWorkRunner([work](const std::function<void()> &sort) { work->run(sort); });
     // While another thread works on the catalogue, the grid shows what it showed and its
     // model reads nothing; the work's end reloads it.
     connect(work, &CatalogueWork::started, this, [this] {

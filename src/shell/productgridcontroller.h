@@ -1,7 +1,7 @@
 #pragma once
 
+#include "commands/edithistory.h"
 #include "products/productrow.h"
-
 #include "products/productsearch.h"
 
 #include <QObject>
@@ -16,18 +16,20 @@ namespace tarnwick {
 
 struct AppServices;
 struct MainWindowUi;
+class Cell;
 class IShellDialogs;
 class Module1;
 class ProductGridModel;
 class ScheduleModel;
 class Table;
+class CatalogueWork;
 
 /// The product grid with its side boxes and the product commands that work on them: showing
 /// the current row, writing the side boxes back when a row is left in edit mode, sorting on a
-/// header click, the context menu, the product count, insert, delete and find. The main
-/// window owns one and forwards its handlers here.
-class CatalogueWork;
-
+/// header click, the context menu, the product count, insert, delete and find. Every change
+/// of the catalogue is asked of the history of changes (CatalogueEdits), and an undo or redo
+/// of a step is shown here: the grid goes back to the row it stood on, the side boxes and the
+/// schedule show what they showed. The main window owns one and forwards its handlers here.
 class ProductGridController : public QObject
 {
     Q_OBJECT
@@ -35,8 +37,9 @@ class ProductGridController : public QObject
 public:
     static constexpr QLatin1String AddingNew { "Adding New" };
 
-    ProductGridController(const AppServices &services, Module1 &module, MainWindowUi &ui,
-        QAction *editButton, QMenu *gridMenu, QMenu *scheduleMenu, QObject *parent = nullptr);
+    ProductGridController(const AppServices &services, Module1 &module, EditHistory &history,
+        MainWindowUi &ui, QAction *editButton, QMenu *gridMenu, QMenu *scheduleMenu,
+        QObject *parent = nullptr);
 
     /// Creates the price-schedule table (5 points of quantity and price), binds the product
     /// grid and the schedule to their tables and shows the first product.
@@ -63,6 +66,12 @@ public:
     void commitCurrentRow();
     /// Unload: stores the pending edit when the "Edit" button is pressed.
     void storePendingEdit();
+    /// Before another step of the history, an undo or a redo: an open cell editor and, in edit
+    /// mode, the side boxes and the schedule are stored, each change as a step of its own, as
+    /// leaving the row stores them (not on a fresh row not yet left).
+    void storeEditsBeforeStep();
+    /// Where the grid stands: the current row's catalogue row and its column.
+    ProductView currentView() const;
     /// The product being edited as storing its side boxes and schedule would leave it, in row
     /// 1 of row (one row, fifteen fields), and its catalogue row; 0 while no product is being
     /// edited or its boxes show what it holds. The recovery file keeps such edits.
@@ -93,16 +102,26 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    /// Shows a step that was undone or redone (the user's own changes are shown as made).
+    void productsChanged(const ProductChange &change);
+    /// A side box was left: its text is stored in the product it shows.
+    void storeSideBox(int field);
+    bool gridCellTyped(int row, int field, const Cell &value);
+    bool scheduleCellTyped(int row, int column, const Cell &value);
+    /// Empties what the schedule shows, storing nothing.
+    void clearScheduleShown();
     void setSideBoxesLocked(bool locked);
     void clearSideBoxes();
     /// Leaves the grid with no current row and empty side boxes and schedule.
     void showNoRow();
     void setEditMode(bool on);
-    void writeBackRow(int row);
+    void writeBackRow(const ProductView &view);
+    void refreshGridRow(int row);
     void popUpGridMenu(const QPoint &globalPosition);
 
     const AppServices &m_services;
     Module1 &m_module;
+    EditHistory &m_history;
     MainWindowUi &m_ui;
     QAction *m_editButton;
     QMenu *m_gridMenu;
@@ -112,6 +131,8 @@ private:
     ProductSearch m_search;
     CatalogueWork *m_work = nullptr;
     QString m_gridTag;
+    /// The row the side boxes and the schedule show, and the grid's column then.
+    ProductView m_shownView;
     bool m_repositioning = false;
 };
 

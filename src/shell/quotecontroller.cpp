@@ -1,6 +1,7 @@
 #include "shell/quotecontroller.h"
 
 #include "catalogue/module1.h"
+#include "commands/quoteedits.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
 #include "products/ui/frmdiscount.h"
@@ -28,10 +29,12 @@ namespace {
 constexpr int QuoteTab = 1;
 }
 
-QuoteController::QuoteController(const AppServices &services, Module1 &module, MainWindowUi &ui,
-    QMenu *quoteMenu, QObject *parent)
-    : QObject(parent), m_services(services), m_module(module), m_ui(ui), m_quoteMenu(quoteMenu)
+QuoteController::QuoteController(const AppServices &services, Module1 &module, EditHistory &history,
+    MainWindowUi &ui, QMenu *quoteMenu, QObject *parent)
+    : QObject(parent), m_services(services), m_module(module), m_history(history), m_ui(ui),
+      m_quoteMenu(quoteMenu)
 {
+    connect(&m_history, &EditHistory::quoteChanged, this, &QuoteController::quoteChanged);
 }
 
 void QuoteController::bind()
@@ -39,6 +42,11 @@ void QuoteController::bind()
     m_module.QuoteTable().redim(QuoteLine::MaxLines, QuoteLine::FieldCount);
     m_model =
         new QuoteGridModel(m_module.QuoteTable(), m_module.Catalogue(), m_module.locale(), this);
+    m_model->setCellWriter([this](int row, int column, const QString &text) {
+        const QuoteView before = currentView();
+        return QuoteEdits::setCell(
+            m_history, { row, column, before.totalsCleared }, row, column, text);
+    });
     QTableView *grid = m_ui.GrdQuote;
     grid->setModel(m_model);
     grid->setSelectionBehavior(QAbstractItemView::SelectItems);
@@ -67,6 +75,19 @@ int QuoteController::currentGridRow() const
     return current.isValid() ? current.row() : -1;
 }
 
+QuoteView QuoteController::currentView() const
+{
+    const QModelIndex current = m_ui.GrdQuote->currentIndex();
+    if (!current.isValid())
+        return { 0, 0, m_totalsCleared };
+    return { QuoteGridModel::quoteRowOf(current.row()), current.column(), m_totalsCleared };
+}
+
+void QuoteController::storePendingEdit()
+{
+    m_ui.GrdQuote->commitPendingEdit();
+}
+
 void QuoteController::moveToRow(int gridRow, int column)
 {
     if (gridRow >= 0 && gridRow < m_model->rowCount())
@@ -75,8 +96,8 @@ void QuoteController::moveToRow(int gridRow, int column)
 
 void QuoteController::addProduct(int catalogueRow, const QString &includesText)
 {
-    const QuoteList::AddLineResult added = QuoteList::addProduct(
-        m_module.QuoteTable(), m_module.Catalogue(), catalogueRow, includesText);
+    const QuoteList::AddLineResult added =
+        QuoteEdits::addProduct(m_history, currentView(), catalogueRow, includesText);
     if (added.status == QuoteList::AddStatus::QuoteFull) {
         m_services.prompts.msgBox(
             QuoteList::quoteFullMessage(), QuoteList::QuoteFullStyle, QStringLiteral("Quote"));
@@ -97,7 +118,7 @@ void QuoteController::removeCurrentLine()
     const int row = currentGridRow();
     if (row < 0)
         return;
-    QuoteList::removeLine(m_module.QuoteTable(), QuoteGridModel::quoteRowOf(row));
+    QuoteEdits::removeLine(m_history, currentView(), QuoteGridModel::quoteRowOf(row));
     m_model->reload();
     moveToRow(row);
     QuotePrice();
@@ -105,18 +126,24 @@ void QuoteController::removeCurrentLine()
 
 void QuoteController::removeAllLines()
 {
-    QuoteList::removeAllLines(m_module.QuoteTable());
+    QuoteEdits::removeAll(m_history, currentView());
     m_model->reload();
+    clearTotals();
+}
+
+void QuoteController::clearTotals()
+{
     const QuoteTotals cleared = QuotePricing::clearedTotals();
     m_ui.TxtTotal->setText(cleared.total);
     m_ui.TxtDisc->setText(cleared.discount);
     m_ui.TxtQdisper->setText(cleared.percent);
+    m_totalsCleared = true;
 }
 
 void QuoteController::resetPrices()
 {
     const QModelIndex current = m_ui.GrdQuote->currentIndex();
-    Discount::resetPrices(m_module.QuoteTable(), m_module.locale());
+    QuoteEdits::resetPrices(m_history, currentView());
     QuotePrice();
     m_model->reload();
     moveToRow(0);
@@ -128,6 +155,9 @@ void QuoteController::showDiscountAll(QWidget *owner)
 {
     auto *form = new FrmDiscount(m_module.QuoteTable(), m_module.locale(), owner);
     form->setAttribute(Qt::WA_DeleteOnClose);
+    form->setApply([this](float multiplier, const QString &choice) {
+        QuoteEdits::discountAll(m_history, currentView(), multiplier, choice);
+    });
     connect(form, &DiscountForm::discountApplied, this, [this] {
         QuotePrice();
         m_model->reload();
@@ -137,9 +167,13 @@ void QuoteController::showDiscountAll(QWidget *owner)
 
 void QuoteController::showDiscountLine(QWidget *owner)
 {
-    auto *form =
-        new FrmDiscountprod(m_module.QuoteTable(), currentGridRow(), m_module.locale(), owner);
+    const int row = currentGridRow();
+    auto *form = new FrmDiscountprod(m_module.QuoteTable(), row, m_module.locale(), owner);
     form->setAttribute(Qt::WA_DeleteOnClose);
+    form->setApply([this, row](float multiplier, const QString &choice) {
+        QuoteEdits::discountLine(
+            m_history, currentView(), QuoteGridModel::quoteRowOf(row), multiplier, choice);
+    });
     connect(form, &DiscountForm::discountApplied, this, [this] {
         const QModelIndex current = m_ui.GrdQuote->currentIndex();
         QuotePrice();
@@ -156,6 +190,23 @@ void QuoteController::QuotePrice()
     m_ui.TxtTotal->setText(totals.total);
     m_ui.TxtDisc->setText(totals.discount);
     m_ui.TxtQdisper->setText(totals.percent);
+    m_totalsCleared = false;
+}
+
+void QuoteController::quoteChanged(const QuoteChange &change)
+{
+    if (!change.replayed)
+        return;
+    // A step undone or redone: the quote tab shows the grid where it stood then.
+    m_ui.GrdQuote->discardPendingEdit();
+    m_model->reload();
+    m_ui.SSTabmain->setCurrentIndex(QuoteTab);
+    if (change.view.row >= 1)
+        moveToRow(change.view.row - 1, change.view.column);
+    if (change.view.totalsCleared)
+        clearTotals();
+    else
+        QuotePrice();
 }
 
 void QuoteController::GrdQuote_MouseUp(Qt::MouseButton Button, const QPoint &position)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "commands/edithistory.h"
+
 #include <QObject>
 #include <QPoint>
 
@@ -14,8 +16,10 @@ class Module1;
 class QuoteGridModel;
 
 /// The quote tab: the quote grid over the shared quote table, its totals, its context menu
-/// and the quote commands (add a product, remove lines, reset prices, discounts). The main
-/// window owns one and forwards its handlers here.
+/// and the quote commands (add a product, remove lines, reset prices, discounts). Every change
+/// of the quote is asked of the history of changes (QuoteEdits); an undo or redo of a step opens
+/// the quote tab with the grid where it stood. The main window owns one and forwards its
+/// handlers here.
 class QuoteController : public QObject
 {
     Q_OBJECT
@@ -23,8 +27,8 @@ class QuoteController : public QObject
 public:
     static constexpr QLatin1String GridHint { "Right click on products for options." };
 
-    QuoteController(const AppServices &services, Module1 &module, MainWindowUi &ui,
-        QMenu *quoteMenu, QObject *parent = nullptr);
+    QuoteController(const AppServices &services, Module1 &module, EditHistory &history,
+        MainWindowUi &ui, QMenu *quoteMenu, QObject *parent = nullptr);
 
     /// Creates the empty quote table (250 lines of 7 fields) and binds the quote grid to it.
     void bind();
@@ -43,20 +47,30 @@ public:
 
     /// The quote grid's current row (0-based), -1 when there is none.
     int currentGridRow() const;
+    /// Where the quote grid stands, for the history.
+    QuoteView currentView() const;
+    /// Stores an open cell editor of the quote grid (before an undo or a redo).
+    void storePendingEdit();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    /// Shows a step that was undone or redone.
+    void quoteChanged(const QuoteChange &change);
+    void clearTotals();
     void GrdQuote_MouseUp(Qt::MouseButton Button, const QPoint &position);
     void GrdQuote_MouseMove();
     void moveToRow(int gridRow, int column = 0);
 
     const AppServices &m_services;
     Module1 &m_module;
+    EditHistory &m_history;
     MainWindowUi &m_ui;
     QMenu *m_quoteMenu;
     QuoteGridModel *m_model = nullptr;
+    /// The total boxes were emptied by "Remove All" and show no totals.
+    bool m_totalsCleared = false;
 };
 
 } // namespace tarnwick

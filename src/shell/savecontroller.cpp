@@ -1,6 +1,7 @@
 #include "shell/savecontroller.h"
 
 #include "catalogue/module1.h"
+#include "commands/edithistory.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/ifiledialogs.h"
@@ -21,13 +22,19 @@ const QString CopyFilter = QStringLiteral("Catalogue Files (*.dat)|*.dat|All Fil
 } // namespace
 
 SaveController::SaveController(const AppServices &services, Module1 &module,
-    CatalogueLifecycle &catalogue, ProductGridController &grid, MainWindowUi &ui,
-    QMainWindow *window)
+    CatalogueLifecycle &catalogue, EditHistory &history, ProductGridController &grid,
+    MainWindowUi &ui, QMainWindow *window)
     : QObject(window), m_services(services), m_module(module), m_catalogue(catalogue), m_grid(grid),
       m_ui(ui), m_window(window)
 {
     CatalogueRecovery &recovery = m_catalogue.recovery();
     recovery.setPendingRow([this](Table &row) { return m_grid.pendingRow(row); });
+    // Unsaved means: steps that change the catalogue lie between the saved state and now.
+    recovery.setSavedState(
+        { [&history] { return history.catalogueSaved(); }, [&history] { history.setSaved(); } });
+    // Queued: the window shows the step completely before the catalogue is looked at.
+    connect(&history, &EditHistory::catalogueSavedChanged, &recovery, &CatalogueRecovery::checkNow,
+        Qt::QueuedConnection);
     connect(
         &recovery, &CatalogueRecovery::modifiedChanged, m_window, &QMainWindow::setWindowModified);
     connect(&recovery, &CatalogueRecovery::writeFailed, this, [this](const QString &detail) {

@@ -8,11 +8,13 @@ namespace tarnwick {
 
 struct AppServices;
 class CatalogueLifecycle;
+class EditHistory;
 class MainWindowUi;
 class Module1;
 class ProductGridController;
 
-/// File → Save and Save As, the window's mark for unsaved changes and the recovery file:
+/// File → Save and Save As, the window's mark for unsaved changes and the recovery file (both
+/// follow the history of changes: undoing back to the saved catalogue clears the mark):
 /// the main window's handlers come here, and so does the start-up's offer to restore the
 /// changes a run that did not end cleanly left behind.
 class SaveController : public QObject
@@ -21,7 +23,7 @@ class SaveController : public QObject
 
 public:
     SaveController(const AppServices &services, Module1 &module, CatalogueLifecycle &catalogue,
-        ProductGridController &grid, MainWindowUi &ui, QMainWindow *window);
+        EditHistory &history, ProductGridController &grid, MainWindowUi &ui, QMainWindow *window);
 
     /// File → Save, Ctrl+S and the toolbar's "Save": stores the pending edit and saves the
     /// catalogue at once (the previous file becomes "twdata.bak").

@@ -305,5 +305,49 @@ TEST_F(CatalogueRecoveryTest, AFolderThatTakesNoFileIsReportedOnce)
     EXPECT_EQ(failed.size(), 1) << "the same failure is not reported again and again";
 }
 
+TEST_F(CatalogueRecoveryTest, ChangesTakenBackCountAsSavedAndTheFileGoes)
+{
+    // The history of changes says whether the catalogue is at its saved state.
+    bool atSaved = true;
+    int markedSaved = 0;
+    recovery.setSavedState({ [&] { return atSaved; }, [&] { ++markedSaved; } });
+    QSignalSpy written(&recovery, &CatalogueRecovery::written);
+    recovery.start();
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor, steel"));
+    atSaved = false;
+    ASSERT_TRUE(written.wait(5000));
+    EXPECT_TRUE(recovery.isModified());
+    ASSERT_TRUE(QFileInfo::exists(recoveryPath()));
+
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor")); // the change undone
+    atSaved = true;
+    recovery.checkNow();
+    EXPECT_FALSE(recovery.isModified());
+    EXPECT_FALSE(QFileInfo::exists(recoveryPath())) << "nothing unsaved is left to keep";
+    ASSERT_TRUE(recovery.writeNow());
+    EXPECT_FALSE(QFileInfo::exists(recoveryPath()));
+
+    atSaved = false; // an undo after the save
+    recovery.checkNow();
+    EXPECT_TRUE(recovery.isModified());
+    recovery.saved();
+    EXPECT_EQ(markedSaved, 1) << "the history learns of the save";
+    EXPECT_FALSE(recovery.isModified());
+}
+
+TEST_F(CatalogueRecoveryTest, APendingEditCountsAsUnsavedEvenAtTheSavedState)
+{
+    recovery.setSavedState({ [] { return true; }, [] {} });
+    recovery.setPendingRow([&](Table &row) {
+        for (int field = 1; field <= 15; ++field)
+            row.put(1, field, module.Catalogue().get(1, field));
+        row.put(1, 2, QStringLiteral("Anchor, typed"));
+        return 1;
+    });
+    recovery.start();
+    recovery.checkNow();
+    EXPECT_TRUE(recovery.isModified());
+}
+
 } // namespace
 } // namespace tarnwick::test

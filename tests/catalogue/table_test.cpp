@@ -285,5 +285,59 @@ TEST(TableTest, NumberSortKeepsTheOrderOfHundredsOfRowsWithEqualPrices)
     EXPECT_TRUE(equalKeysKeepTheirOrder(table));
 }
 
+TEST(TableTest, SortedOrderNamesTheRowsASortWouldPutInPlaceAndReorderRowsMovesThem)
+{
+    Table table = columnTable({ Cell("a"), Cell("d"), Cell("b"), Cell("c") });
+    const std::vector<int> order = table.sortedOrder(2, 4, 1, Table::SortKind::Text, EnUs);
+    EXPECT_EQ(order, std::vector<int>({ 3, 4, 2 }));
+    EXPECT_EQ(originalRows(table), std::vector<int>({ 1, 2, 3, 4 })) << "nothing moved yet";
+    const quint64 before = table.generation();
+    table.reorderRows(2, order);
+    EXPECT_EQ(originalRows(table), std::vector<int>({ 1, 3, 4, 2 }));
+    EXPECT_NE(table.generation(), before);
+    table.reorderRows(2, { 4, 2, 3 }); // the way back
+    EXPECT_EQ(originalRows(table), std::vector<int>({ 1, 2, 3, 4 }));
+    EXPECT_TRUE(table.sortedOrder(3, 2, 1, Table::SortKind::Text, EnUs).empty());
+    EXPECT_EQ(errorOf([&] { table.reorderRows(3, { 3, 4, 5 }); }), 9) << "past the last row";
+}
+
+TEST(TableTest, TakenRowsLeaveTheTableAndGoBackWhole)
+{
+    Table table = columnTable({ Cell("a"), Cell("b"), Cell("c"), Cell("d") });
+    Table taken = table.takeRows(2, 2);
+    EXPECT_EQ(taken.rowCount(), 2);
+    EXPECT_EQ(taken.fieldCount(), 2);
+    EXPECT_EQ(originalRows(taken), std::vector<int>({ 2, 3 }));
+    EXPECT_EQ(originalRows(table), std::vector<int>({ 1, 4 }));
+    table.insertTable(2, std::move(taken));
+    EXPECT_EQ(originalRows(table), std::vector<int>({ 1, 2, 3, 4 }));
+    EXPECT_EQ(taken.rowCount(), 0) << "the rows went over, not copied";
+    EXPECT_EQ(table.get(3, 1), Cell("c"));
+}
+
+TEST(TableTest, TakingEveryRowHandsTheCellsOverAtOnce)
+{
+    Table table = columnTable({ Cell("a"), Cell("b") });
+    Table all = table.takeRows(1, 2);
+    EXPECT_EQ(table.rowCount(), 0);
+    EXPECT_EQ(table.fieldCount(), 2);
+    EXPECT_EQ(all.rowCount(), 2);
+    table.insertTable(1, std::move(all));
+    EXPECT_EQ(originalRows(table), std::vector<int>({ 1, 2 }));
+    Table none = table.takeRows(3, 0);
+    EXPECT_EQ(none.rowCount(), 0);
+    EXPECT_EQ(table.rowCount(), 2);
+}
+
+TEST(TableTest, TakingOrInsertingOutsideTheTableRaises9)
+{
+    Table table = columnTable({ Cell("a"), Cell("b") });
+    EXPECT_EQ(errorOf([&] { table.takeRows(2, 2); }), 9);
+    EXPECT_EQ(errorOf([&] { table.takeRows(0, 1); }), 9);
+    EXPECT_EQ(errorOf([&] { table.insertTable(4, Table(1, 2)); }), 9);
+    EXPECT_EQ(errorOf([&] { table.insertTable(1, Table(1, 3)); }), 9) << "other fields";
+    EXPECT_EQ(table.rowCount(), 2);
+}
+
 } // namespace
 } // namespace tarnwick

@@ -1,18 +1,14 @@
 // The import planned before anything changes: what "Update existing products" changes, adds,
-// leaves and skips (with the reason), and "Add new products" planned exactly as it always added.
+// leaves and skips (with the reason), and what "Add new products" adds and skips.
 #include "catalogue/productrecord.h"
 #include "catalogue/products.h"
 #include "catalogue/table.h"
 #include "exchange/columnmapping.h"
-#include "exchange/importapply.h"
 #include "exchange/importplan.h"
 #include "exchange/textworkbook.h"
 #include "exchange/workbook.h"
-#include "exchange/workbookimport.h"
 #include "platform/appenvironment.h"
 #include "support/fakeprompts.h"
-
-#include <QDir>
 
 #include <gtest/gtest.h>
 
@@ -270,82 +266,4 @@ TEST(ImportPlanErrors, ASheetThatNeverReadsEnds)
         sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
     planner.runAll();
     EXPECT_EQ(planner.currentRow(), 2 + ImportPlanner::MaxUnreadableRows);
-}
-
-namespace {
-
-QString dataFile(const QString &name)
-{
-    return QDir(QStringLiteral(TARNWICK_TEST_DATA)).filePath(name);
-}
-
-/// Part number A, name B, price C, notes D, includes E, first point F and G.
-QString sampleLetters()
-{
-    std::array<int, CM::ListCount> positions;
-    positions.fill(0);
-    positions[0] = 0;
-    positions[1] = 1;
-    positions[3] = 3;
-    positions[7] = 4;
-    positions[6] = 5;
-    positions[2] = 6;
-    positions[4] = 7;
-    return CM::columnLetters(positions);
-}
-
-struct Catalogue
-{
-    Table table { 1, P::FieldCount };
-    test::FakePrompts prompts;
-    AppEnvironment environment { QString(), QString() };
-    Products products { table, prompts, environment, EnUs };
-
-    Catalogue()
-    {
-        table.put(1, P::PartNumber, "OLD-1");
-        table.put(1, P::ProductName, "Old name");
-        products.setCount(1);
-    }
-};
-
-void expectSameCells(const Table &a, const Table &b, const char *what)
-{
-    ASSERT_EQ(a.rowCount(), b.rowCount()) << what;
-    for (int row = 1; row <= a.rowCount(); ++row) {
-        for (int field = 1; field <= P::FieldCount; ++field) {
-            EXPECT_EQ(a.get(row, field), b.get(row, field))
-                << what << " row " << row << " field " << field;
-            EXPECT_EQ(a.get(row, field).kind(), b.get(row, field).kind())
-                << what << " row " << row << " field " << field;
-        }
-    }
-}
-
-} // namespace
-
-TEST(ImportPlanAdding, PlannedAndAppliedItAddsExactlyWhatTheImportAlwaysAdded)
-{
-    for (const char *name : { "sample.xls", "sample.xlsx", "sample.ods", "sample.txt" }) {
-        for (const bool headers : { true, false }) {
-            const WorkbookOpenResult read = openWorkbook(dataFile(QString::fromLatin1(name)));
-            ASSERT_TRUE(read.workbook) << name;
-            Catalogue always;
-            WorkbookImport import(*read.workbook, always.table, sampleLetters(), headers, EnUs);
-            import.runAll();
-            finishImport(always.table, always.products, import.changes(), EnUs);
-
-            Catalogue planned;
-            ImportPlanner planner(*read.workbook, planned.table, sampleLetters(), headers,
-                ImportAction::AddNew, EnUs);
-            planner.runAll();
-            const ImportPlan plan = planner.takePlan();
-            EXPECT_EQ(plan.addedCount(), import.changes()) << name;
-            EXPECT_EQ(plan.skippedCount(SkipReason::PartNumberExists), 2) << name;
-            EXPECT_EQ(planner.currentRow(), import.currentRow()) << name;
-            applyImportPlan(plan, planned.table, planned.products, EnUs);
-            EXPECT_EQ(planned.products.Count(), always.products.Count()) << name;
-            expectSameCells(planned.table, always.table, name);
-        }
-    }
 }

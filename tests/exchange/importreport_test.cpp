@@ -112,6 +112,13 @@ TEST(ImportReport, TheAddMessageSaysHowManyRowsWereSkipped)
     EXPECT_EQ(ImportReport::addResultTitle(0), "Input Excel Data");
 }
 
+TEST(ImportReport, TheProgressCaptionAlternates)
+{
+    EXPECT_EQ(ImportReport::progressCaption("Update", 7), "Please wait");
+    EXPECT_EQ(ImportReport::progressCaption("Please wait", 7), "7 products analyzed");
+    EXPECT_EQ(ImportReport::progressCaption("7 products analyzed", 9), "Please wait");
+}
+
 TEST(ImportReport, PricesShowAsCurrencyQuantitiesAndTextsAsTheyAre)
 {
     EXPECT_EQ(ImportReport::displayText(P::Price, Cell(1234.5f), EnUs), "$1,234.50");

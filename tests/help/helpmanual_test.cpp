@@ -95,6 +95,20 @@ TEST_F(HelpManualTest, SearchingForAWordOfATopicFindsIt)
         manual.search(QStringLiteral("twdata.bak")).first().file, QStringLiteral("datafiles.html"));
 }
 
+TEST_F(HelpManualTest, UndoHasATopicOfItsOwnFoundInTheIndexAndBySearch)
+{
+    ASSERT_NE(manual.topic(QStringLiteral("undo.html")), nullptr);
+    EXPECT_EQ(manual.topic(QStringLiteral("undo.html"))->level, 0);
+    bool indexed = false;
+    for (const HelpIndexEntry &entry : manual.index())
+        indexed = indexed
+            || (entry.keyword == QStringLiteral("Ctrl+Z")
+                && entry.file == QStringLiteral("undo.html"));
+    EXPECT_TRUE(indexed);
+    EXPECT_EQ(
+        manual.search(QStringLiteral("Ctrl+Shift+Z")).first().file, QStringLiteral("undo.html"));
+}
+
 TEST_F(HelpManualTest, TheIndexIsSortedAndLeadsToTopics)
 {
     const QList<HelpIndexEntry> index = manual.index();

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <vector>
+
 using namespace tarnwick;
 
 namespace {
@@ -80,6 +83,27 @@ TEST(ProductGridModelTest, ReloadFollowsRowsAddedToTheTable)
     catalogue.redimPreserve(4, ProductRecord::FieldCount);
     model.reload();
     EXPECT_EQ(model.rowCount(), 4);
+}
+
+TEST(ProductGridModelTest, ATypedCellGoesToTheWriterInsteadOfTheTable)
+{
+    Table catalogue(2, ProductRecord::FieldCount);
+    ProductGridModel model(catalogue, EnUs);
+    model.setEditable(true);
+    std::vector<std::tuple<int, int, QString>> written;
+    bool take = true;
+    model.setCellWriter([&](int row, int field, const Cell &value) {
+        written.emplace_back(row, field, value.asText());
+        return take;
+    });
+    EXPECT_TRUE(model.setData(model.index(1, 1), QStringLiteral("Bolt\x7f")));
+    ASSERT_EQ(written.size(), 1u);
+    EXPECT_EQ(
+        written[0], std::make_tuple(2, int(ProductRecord::ProductName), QStringLiteral("Bolt")))
+        << "table row, field and the text without DEL";
+    EXPECT_TRUE(catalogue.get(2, ProductRecord::ProductName).isEmpty()) << "the writer stores it";
+    take = false;
+    EXPECT_FALSE(model.setData(model.index(0, 0), QStringLiteral("A-1")));
 }
 
 } // namespace

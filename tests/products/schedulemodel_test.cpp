@@ -104,4 +104,20 @@ TEST_F(ScheduleModelTest, ReloadAnnouncesAReset)
     EXPECT_EQ(reset.count(), 1);
 }
 
+TEST_F(ScheduleModelTest, ATypedPointGoesToTheWriterInsteadOfTheTable)
+{
+    model.setEditable(true);
+    int calls = 0;
+    model.setCellWriter([&](int row, int column, const Cell &value) {
+        ++calls;
+        EXPECT_EQ(row, 2);
+        EXPECT_EQ(column, 1);
+        EXPECT_EQ(value, Cell("25"));
+        return true;
+    });
+    EXPECT_TRUE(model.setData(model.index(1, 0), QStringLiteral("25")));
+    EXPECT_EQ(calls, 1);
+    EXPECT_TRUE(schedule.get(2, 1).isEmpty());
+}
+
 } // namespace

@@ -158,4 +158,22 @@ TEST_F(DiscountFormTest, DiscountProductWithoutACurrentRowChangesNothing)
         EXPECT_EQ(quote.get(row, QuoteLine::UnitPrice), before.get(row, QuoteLine::UnitPrice));
 }
 
+TEST_F(DiscountFormTest, AnApplyGivenByTheOwnerReplacesTheFormsOwnChange)
+{
+    FrmDiscount form(quote, EnUs);
+    float multiplier = 0.0f;
+    QString choice;
+    form.setApply([&](float m, const QString &text) {
+        multiplier = m;
+        choice = text;
+    });
+    QSignalSpy applied(&form, &DiscountForm::discountApplied);
+    form.show();
+    apply(form, QStringLiteral("10%"));
+    EXPECT_EQ(multiplier, 0.9f);
+    EXPECT_EQ(choice, QStringLiteral("10%"));
+    EXPECT_EQ(applied.count(), 1);
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("$12.50")) << "the owner changes the quote";
+}
+
 } // namespace

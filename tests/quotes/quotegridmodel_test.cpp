@@ -6,6 +6,9 @@
 
 #include <QSignalSpy>
 
+#include <tuple>
+#include <vector>
+
 using namespace tarnwick;
 using namespace tarnwick::test;
 
@@ -110,6 +113,25 @@ TEST_F(QuoteGridModelTest, GridRowIsQuoteRowMinusOne)
 {
     EXPECT_EQ(QuoteGridModel::quoteRowOf(0), 1);
     EXPECT_EQ(QuoteGridModel::quoteRowOf(249), 250);
+}
+
+TEST_F(QuoteGridModelTest, ATypedCellGoesToTheWriterWhichRepricesAndTheTotalsAreAskedFor)
+{
+    const int row = add(QStringLiteral("A-100"));
+    QSignalSpy changed(&model, &QuoteGridModel::quoteChanged);
+    std::vector<std::tuple<int, int, QString>> written;
+    model.setCellWriter([&](int quoteRow, int column, const QString &text) {
+        written.emplace_back(quoteRow, column, text);
+        return true;
+    });
+    const Table before = quote;
+    EXPECT_TRUE(
+        model.setData(model.index(row - 1, QuoteGridColumn::Quantity), QStringLiteral("50")));
+    ASSERT_EQ(written.size(), 1u);
+    EXPECT_EQ(
+        written[0], std::make_tuple(row, int(QuoteGridColumn::Quantity), QStringLiteral("50")));
+    EXPECT_TRUE(sameCells(quote, before)) << "the writer changes the quote, not the model";
+    EXPECT_EQ(changed.count(), 1);
 }
 
 } // namespace

@@ -1,6 +1,12 @@
 // Importing through the real main window: Edit → "Paste Special..." with rows copied from a
-// spreadsheet, "Update existing products" from a workbook, and where the open dialog starts.
+// spreadsheet, "Update existing products" from a workbook, each taken back by Ctrl+Z and made
+// again by Ctrl+Y as one step, and where the open dialog starts.
 #include "shellfixture.h"
+
+#include "catalogue/cataloguewriter.h"
+#include "catalogue/module1.h"
+#include "catalogue/products.h"
+#include "commands/edithistory.h"
 
 #include "exchange/ui/frmimportpreview.h"
 #include "exchange/ui/frmupdate.h"
@@ -8,6 +14,7 @@
 #include "shell/mainwindowactions.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
@@ -70,6 +77,33 @@ protected:
         const bool shown = QTest::qWaitFor(
             [this] { return updateWindow() && updateWindow()->previewWindow(); }, 20000);
         return shown ? updateWindow()->previewWindow() : nullptr;
+    }
+
+    /// The catalogue as its file would hold it now.
+    QByteArray catalogueBytes() const
+    {
+        return catalogueFileBytes(
+            module->Catalogue(), module->locale(), module->AllProducts().Count())
+            .bytes;
+    }
+
+    /// Applies the open preview and waits for the import to end.
+    void applyPreview() const
+    {
+        FrmImportPreview *preview = waitForPreview();
+        ASSERT_NE(preview, nullptr);
+        click(preview, "CmdApply");
+        ASSERT_TRUE(QTest::qWaitFor([this] { return updateWindow() == nullptr; }, 10000));
+    }
+
+    /// Ctrl+Z (or Ctrl+Y) pressed in the product grid of the active main window.
+    void keysInGrid(Qt::Key key) const
+    {
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+        grid->setFocus(Qt::MouseFocusReason);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return grid->hasFocus(); }, 2000));
+        QTest::keyClick(QApplication::focusWidget(), key, Qt::ControlModifier);
     }
 
     QStringList gridColumn(int column) const
@@ -210,4 +244,70 @@ TEST_F(ImportWindowTest, AWorkbookWhoseFolderIsGoneStartsTheDialogInTheApplicati
     ASSERT_EQ(fakes->fileDialogs.requests().size(), 1U);
     EXPECT_EQ(fakes->fileDialogs.requests()[0].initialFolder, folder.path());
     EXPECT_TRUE(fakes->fileDialogs.requests()[0].fileName.isEmpty());
+}
+
+TEST_F(ImportWindowTest, AnUpdateFromAWorkbookIsTakenBackByCtrlZAndMadeAgainByCtrlY)
+{
+    // A supplier's list saved as tab-separated text.
+    folder.writeFile(QStringLiteral("supplier.txt"),
+        "Part Number\tProduct Name\tPrice\r\nA-100\tAnchor\t14.75\r\nC-300\tClamp\t9.5\r\n"
+        "E-500\tEyebolt\t4\r\n");
+    const QByteArray before = catalogueBytes();
+    chooseWorkbook(folder.filePath(QStringLiteral("supplier.txt")));
+    action("mnuFileOpen")->trigger();
+    ASSERT_TRUE(waitForUpdateWindow());
+    click(updateWindow(), "CmdMatch");
+    updateWindow()->findChild<QRadioButton *>("OptUpdate")->setChecked(true);
+    click(updateWindow(), "CmdOK");
+    applyPreview();
+    EXPECT_EQ(fakes->prompts.texts().last(),
+        "Products added: 1\nProducts changed: 2\nProducts unchanged: 0\nRows skipped: 0");
+    EXPECT_EQ(gridColumn(0), (QStringList { "A-100", "B-200", "C-300", "E-500" }));
+    EXPECT_EQ(gridColumn(2), (QStringList { "$14.75", "$2.50", "$9.50", "$4.00" }));
+    const QByteArray after = catalogueBytes();
+    EXPECT_EQ(window->history().count(), 1) << "the whole import is one step";
+    EXPECT_EQ(action("mnuEditUndo")->text(), "&Undo Import (1 added, 2 changed)");
+
+    keysInGrid(Qt::Key_Z);
+    EXPECT_EQ(gridColumn(0), (QStringList { "A-100", "B-200", "C-300" }));
+    EXPECT_EQ(gridColumn(2), (QStringList { "$12.50", "$2.50", "" }));
+    EXPECT_EQ(module->AllProducts().Count(), 3);
+    EXPECT_EQ(catalogueBytes(), before) << "the catalogue as it was before the import";
+    EXPECT_FALSE(action("mnuEditUndo")->isEnabled());
+
+    keysInGrid(Qt::Key_Y);
+    EXPECT_EQ(gridColumn(2), (QStringList { "$14.75", "$2.50", "$9.50", "$4.00" }));
+    EXPECT_EQ(module->AllProducts().Count(), 4);
+    EXPECT_EQ(catalogueBytes(), after);
+}
+
+TEST_F(ImportWindowTest, PasteSpecialIsOneStepThatCtrlZTakesBackAndCtrlYMakesAgain)
+{
+    const QByteArray before = catalogueBytes();
+    fakes->clipboard.setText(QStringLiteral("Part Number\tProduct Name\tPrice\n"
+                                            "B-200\tBolt\t3.75\n"
+                                            "A-100\tAnchor bolt\t13.25\n"
+                                            "D-400\tDowel\t0.85\n"));
+    action("mnuEditPasteSpecial")->trigger();
+    ASSERT_NE(updateWindow(), nullptr);
+    click(updateWindow(), "CmdMatch");
+    updateWindow()->findChild<QRadioButton *>("OptUpdate")->setChecked(true);
+    click(updateWindow(), "CmdOK");
+    applyPreview();
+    EXPECT_EQ(gridColumn(0), (QStringList { "A-100", "B-200", "C-300", "D-400" }));
+    EXPECT_EQ(gridColumn(1)[0], "Anchor bolt");
+    EXPECT_EQ(gridColumn(2), (QStringList { "$13.25", "$3.75", "", "$0.85" }));
+    const QByteArray after = catalogueBytes();
+    EXPECT_EQ(window->history().count(), 1);
+
+    keysInGrid(Qt::Key_Z);
+    EXPECT_EQ(gridColumn(0), (QStringList { "A-100", "B-200", "C-300" }));
+    EXPECT_EQ(gridColumn(1)[0], "Anchor");
+    EXPECT_EQ(gridColumn(2), (QStringList { "$12.50", "$2.50", "" }));
+    EXPECT_EQ(catalogueBytes(), before);
+
+    keysInGrid(Qt::Key_Y);
+    EXPECT_EQ(gridColumn(1)[0], "Anchor bolt");
+    EXPECT_EQ(gridColumn(2), (QStringList { "$13.25", "$3.75", "", "$0.85" }));
+    EXPECT_EQ(catalogueBytes(), after);
 }

@@ -76,7 +76,7 @@ TEST_F(MainWindowTest, TemplateMenuItemsAskForTheirCode)
     frmMain *window = startAndWait();
     // Cut, Paste and Paste Special do their work (see the edit and exchange window tests).
     const QStringList handlers { "mnuFileNew", "mnuFileSaveAll", "mnuFileProperties", "mnuFileSend",
-        "mnuEditUndo", "mnuViewRefresh", "mnuViewWebBrowser" };
+        "mnuViewRefresh", "mnuViewWebBrowser" };
     for (const QString &name : handlers)
         window->actions().action(name)->trigger();
     QStringList expected;

@@ -5,7 +5,6 @@
 #include "exchange/importreport.h"
 #include "exchange/mappingmemory.h"
 #include "exchange/ui/frmimportpreview.h"
-#include "exchange/workbookimport.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/chelp.h"
@@ -39,14 +38,15 @@ bool isRequired(int index)
 
 } // namespace
 
-FrmUpdate::FrmUpdate(const AppServices &services, Table &catalogue, Products &products,
-    const QLocale &locale, WorkbookOpenResult workbook, QWidget *parent)
+FrmUpdate::FrmUpdate(const AppServices &services, const Table &catalogue,
+    ImportDriver::Applier apply, const QLocale &locale, WorkbookOpenResult workbook,
+    QWidget *parent)
     : QDialog(parent), m_services(services), m_locale(locale),
       m_sheet(std::move(workbook.workbook)), m_openError(workbook.errorNumber)
 {
     m_ui.setupUi(this);
     m_ui.Timer1->setInterval(ProgressInterval);
-    m_driver = new ImportDriver(catalogue, products, locale, this);
+    m_driver = new ImportDriver(catalogue, locale, std::move(apply), this);
     connectHandlers();
     Form_Load();
 }
@@ -237,7 +237,7 @@ void FrmUpdate::backToMapping()
 
 void FrmUpdate::Timer1_Timer()
 {
-    setWindowTitle(progressCaption(windowTitle(), m_driver->currentRow()));
+    setWindowTitle(ImportReport::progressCaption(windowTitle(), m_driver->currentRow()));
 }
 
 void FrmUpdate::CmdCancel_Click()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchange/importdriver.h"
 #include "exchange/importplan.h"
 #include "exchange/ui/frmupdateui.h"
 #include "exchange/workbook.h"
@@ -19,8 +20,6 @@ namespace tarnwick {
 
 struct AppServices;
 class FrmImportPreview;
-class ImportDriver;
-class Products;
 class Table;
 
 /// The "Update" window of the workbook import: lists the columns of the first worksheet of the
@@ -43,7 +42,8 @@ public:
     /// Milliseconds between two changes of the caption while the import runs.
     static constexpr int ProgressInterval = 2000;
 
-    FrmUpdate(const AppServices &services, Table &catalogue, Products &products,
+    /// The catalogue is only read (to plan); apply puts what an import comes to into it.
+    FrmUpdate(const AppServices &services, const Table &catalogue, ImportDriver::Applier apply,
         const QLocale &locale, WorkbookOpenResult workbook, QWidget *parent = nullptr);
     ~FrmUpdate() override;
 

@@ -66,7 +66,11 @@ void DiscountForm::Form_Load()
 
 void DiscountForm::Command1_Click()
 {
-    applyDiscount(Discount::multiplierFor(m_cmboDisc->currentText()));
+    const QString choice = m_cmboDisc->currentText();
+    if (m_apply)
+        m_apply(Discount::multiplierFor(choice), choice);
+    else
+        applyDiscount(Discount::multiplierFor(choice));
     Q_EMIT discountApplied();
     accept();
 }

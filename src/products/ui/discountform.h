@@ -3,6 +3,8 @@
 #include <QDialog>
 #include <QLocale>
 
+#include <functional>
+
 class QComboBox;
 class QLabel;
 class QPushButton;
@@ -22,6 +24,11 @@ class DiscountForm : public QDialog
 
 public:
     ~DiscountForm() override;
+
+    /// Applies a discount (the multiplier of the choice, and the choice's text) in place of the
+    /// window's own change of the quote table: the owner makes it a step of its history.
+    using Apply = std::function<void(float multiplier, const QString &choice)>;
+    void setApply(Apply apply) { m_apply = std::move(apply); }
 
 Q_SIGNALS:
     void discountApplied();
@@ -45,6 +52,7 @@ private:
 
     Table &m_quote;
     QLocale m_locale;
+    Apply m_apply;
     QLabel *m_label1 = nullptr;
     QComboBox *m_cmboDisc = nullptr;
     QPushButton *m_command1 = nullptr;

@@ -1,13 +1,11 @@
+// The workbook readers as the import sees them (one text per cell), and the column lists of
+// the mapping window.
 #include "catalogue/productrecord.h"
-#include "catalogue/products.h"
 #include "catalogue/table.h"
 #include "exchange/columnmapping.h"
 #include "exchange/spreadsheetexport.h"
 #include "exchange/textworkbook.h"
 #include "exchange/workbook.h"
-#include "exchange/workbookimport.h"
-#include "platform/appenvironment.h"
-#include "support/fakeprompts.h"
 
 #include <QDir>
 
@@ -31,58 +29,6 @@ std::unique_ptr<IWorkbook> open(const QString &name)
     WorkbookOpenResult result = openWorkbook(dataFile(name));
     EXPECT_TRUE(result.workbook) << name.toStdString() << " " << result.errorNumber;
     return std::move(result.workbook);
-}
-
-/// Part number in column A, name B, price C, notes D, includes E, first point F and G.
-QString sampleLetters()
-{
-    std::array<int, CM::ListCount> positions;
-    positions.fill(0); // "Skip Field"
-    positions[0] = 0;
-    positions[1] = 1;
-    positions[3] = 3; // after "Skip Field": C
-    positions[7] = 4;
-    positions[6] = 5;
-    positions[2] = 6;
-    positions[4] = 7;
-    return CM::columnLetters(positions);
-}
-
-struct Imported
-{
-    Table catalogue;
-    test::FakePrompts prompts;
-    AppEnvironment environment { QString(), QString() };
-    Products products { catalogue, prompts, environment, EnUs };
-    int changes = 0;
-};
-
-std::unique_ptr<Imported> importSample(const QString &file, bool headers = true)
-{
-    auto result = std::make_unique<Imported>();
-    result->catalogue = Table(1, P::FieldCount);
-    result->catalogue.put(1, P::PartNumber, "OLD-1");
-    result->catalogue.put(1, P::ProductName, "Old name");
-    result->products.setCount(1);
-    const auto workbook = open(file);
-    if (!workbook) {
-        return result;
-    }
-    WorkbookImport import(*workbook, result->catalogue, sampleLetters(), headers, EnUs);
-    import.runAll();
-    result->changes = import.changes();
-    finishImport(result->catalogue, result->products, result->changes, EnUs);
-    return result;
-}
-
-QStringList rowTexts(const Table &catalogue, int row)
-{
-    QStringList texts;
-    for (int field = 1; field <= P::FieldCount; ++field) {
-        const Cell &cell = catalogue.get(row, field);
-        texts << (cell.isNumber() ? QStringLiteral("#%1").arg(cell.asNumber()) : cell.asText());
-    }
-    return texts;
 }
 
 } // namespace
@@ -175,66 +121,6 @@ TEST(ColumnMapping, ListsAndFields)
     }
 }
 
-TEST(WorkbookImport, AddsNewRowsUntilTheFirstEmptyPartNumber)
-{
-    const auto result = importSample("sample.xls");
-    EXPECT_EQ(result->changes, 3);
-    EXPECT_EQ(result->products.Count(), 4);
-    ASSERT_EQ(result->catalogue.rowCount(), 4);
-    EXPECT_EQ(rowTexts(result->catalogue, 1),
-        (QStringList { "AB-100", "Widget", "#12.5", "Red only", "Cable", "10", "11.5", "", "", "",
-            "", "", "", "", "" }));
-    EXPECT_EQ(rowTexts(result->catalogue, 2),
-        (QStringList { "AB-101", "Missing Product Name", "", "", "", "0.1", "3", "", "", "", "", "",
-            "", "", "" }));
-    EXPECT_TRUE(result->catalogue.get(2, P::Price).isEmpty());
-    EXPECT_EQ(result->catalogue.get(3, P::ProductName).asText(), QString(75, QLatin1Char('N')));
-    EXPECT_EQ(result->catalogue.get(1, P::Price).kind(), Cell::Kind::Single);
-    EXPECT_EQ(rowTexts(result->catalogue, 4)[1], "Old name");
-    EXPECT_EQ(result->catalogue.find(P::PartNumber, "ZZ-9"), 0);
-}
-
-TEST(WorkbookImport, HeaderRowIsImportedWhenNotIgnored)
-{
-    const auto result = importSample("sample.xls", false);
-    EXPECT_EQ(result->changes, 4);
-    EXPECT_EQ(result->catalogue.find(P::PartNumber, "Part Number"), 5);
-    EXPECT_TRUE(result->catalogue.get(5, P::Price).isEmpty());
-}
-
-TEST(WorkbookImport, SheetWhosePartNumbersAllExistChangesNothing)
-{
-    const auto first = importSample("sample.xls");
-    const Table before = first->catalogue;
-    const auto workbook = open("sample.xls");
-    WorkbookImport again(*workbook, first->catalogue, sampleLetters(), true, EnUs);
-    again.runAll();
-    EXPECT_EQ(again.changes(), 0);
-    EXPECT_EQ(first->catalogue.rowCount(), before.rowCount());
-}
-
-TEST(WorkbookImport, UnmappedPartNumberImportsNothing)
-{
-    Table catalogue(0, P::FieldCount);
-    const auto workbook = open("sample.xls");
-    WorkbookImport import(*workbook, catalogue, "@@?????????????", true, EnUs);
-    EXPECT_FALSE(import.step());
-    EXPECT_EQ(import.changes(), 0);
-}
-
-TEST(WorkbookImport, EveryFormatGivesTheSameCatalogue)
-{
-    const auto fromXls = importSample("sample.xls");
-    for (const char *name : { "sample.xlsx", "sample.ods", "sample.txt" }) {
-        const auto other = importSample(name);
-        ASSERT_EQ(fromXls->catalogue.rowCount(), other->catalogue.rowCount()) << name;
-        for (int row = 1; row <= fromXls->catalogue.rowCount(); ++row) {
-            EXPECT_EQ(rowTexts(fromXls->catalogue, row), rowTexts(other->catalogue, row))
-                << name << " row " << row;
-        }
-    }
-}
-
 TEST(WorkbookReaders, DamagedZippedWorkbooksGiveAnErrorNumber)
 {
     for (const char *name : { "notaworkbook.xlsx", "notaworkbook.ods" }) {
@@ -242,33 +128,6 @@ TEST(WorkbookReaders, DamagedZippedWorkbooksGiveAnErrorNumber)
         EXPECT_FALSE(result.workbook) << name;
         EXPECT_NE(result.errorNumber, 0) << name;
     }
-}
-
-TEST(WorkbookImport, ProgressCaptionAlternates)
-{
-    EXPECT_EQ(progressCaption("Update", 7), "Please wait");
-    EXPECT_EQ(progressCaption("Please wait", 7), "7 products analyzed");
-    EXPECT_EQ(progressCaption("7 products analyzed", 9), "Please wait");
-}
-
-TEST(WorkbookImport, ResultMessageOnlyWhenSomethingWasAdded)
-{
-    EXPECT_FALSE(resultMessage(0).has_value());
-    EXPECT_EQ(resultMessage(3), "3 changes have been made to the knowledge base.");
-}
-
-TEST(WorkbookImport, StoppingBetweenRowsKeepsWhatWasAdded)
-{
-    Table catalogue(0, P::FieldCount);
-    const auto workbook = open("sample.ods");
-    ASSERT_TRUE(workbook);
-    WorkbookImport import(*workbook, catalogue, sampleLetters(), true, EnUs);
-    EXPECT_TRUE(import.step());
-    EXPECT_TRUE(import.step());
-    EXPECT_EQ(import.currentRow(), 4);
-    EXPECT_EQ(import.changes(), 2);
-    EXPECT_EQ(catalogue.rowCount(), 2);
-    EXPECT_EQ(catalogue.get(2, P::PartNumber).asText(), "AB-101");
 }
 
 TEST(WorkbookReaders, AnExportedNoteOfSeveralLinesStaysInItsRow)

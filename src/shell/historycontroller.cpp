@@ -1,0 +1,135 @@
+#include "shell/historycontroller.h"
+
+#include "commands/edithistory.h"
+#include "shell/productgridcontroller.h"
+#include "shell/quotecontroller.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+
+namespace tarnwick {
+
+namespace {
+
+bool isUndoKey(const QKeyEvent *key)
+{
+    return key->keyCombination() == QKeyCombination(Qt::ControlModifier, Qt::Key_Z);
+}
+
+bool isRedoKey(const QKeyEvent *key)
+{
+    return key->keyCombination() == QKeyCombination(Qt::ControlModifier, Qt::Key_Y)
+        || key->keyCombination()
+        == QKeyCombination(Qt::ControlModifier | Qt::ShiftModifier, Qt::Key_Z);
+}
+
+bool isTextControl(const QObject *object)
+{
+    return qobject_cast<const QLineEdit *>(object) || qobject_cast<const QPlainTextEdit *>(object)
+        || qobject_cast<const QTextEdit *>(object);
+}
+
+/// Takes back (or does again) typing in a text control; false when it has none to take back.
+bool undoTyping(QWidget *control, bool again)
+{
+    if (auto *line = qobject_cast<QLineEdit *>(control)) {
+        if (line->isReadOnly() || !(again ? line->isRedoAvailable() : line->isUndoAvailable()))
+            return false;
+        again ? line->redo() : line->undo();
+        return true;
+    }
+    QTextDocument *document = nullptr;
+    if (auto *plain = qobject_cast<QPlainTextEdit *>(control); plain && !plain->isReadOnly())
+        document = plain->document();
+    else if (auto *rich = qobject_cast<QTextEdit *>(control); rich && !rich->isReadOnly())
+        document = rich->document();
+    if (!document || !(again ? document->isRedoAvailable() : document->isUndoAvailable()))
+        return false;
+    if (auto *plain = qobject_cast<QPlainTextEdit *>(control))
+        again ? plain->redo() : plain->undo();
+    else
+        again ? static_cast<QTextEdit *>(control)->redo()
+              : static_cast<QTextEdit *>(control)->undo();
+    return true;
+}
+
+} // namespace
+
+HistoryController::HistoryController(EditHistory &history, ProductGridController &grid,
+    QuoteController &quote, QAction *undo, QAction *redo, QWidget *window)
+    : QObject(window), m_history(history), m_grid(grid), m_quote(quote), m_undo(undo), m_redo(redo),
+      m_window(window)
+{
+    connect(&m_history, &EditHistory::stepsChanged, this, &HistoryController::updateActions);
+    updateActions();
+    qApp->installEventFilter(this);
+}
+
+HistoryController::~HistoryController()
+{
+    if (qApp)
+        qApp->removeEventFilter(this);
+}
+
+QString HistoryController::caption(const QString &command, const QString &step)
+{
+    if (step.isEmpty())
+        return command;
+    QString shown = step;
+    shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
+    return command + QLatin1Char(' ') + shown;
+}
+
+void HistoryController::updateActions()
+{
+    m_undo->setText(caption(QStringLiteral("&Undo"), m_history.undoText()));
+    m_undo->setEnabled(m_history.canUndo());
+    m_redo->setText(caption(QStringLiteral("&Redo"), m_history.redoText()));
+    m_redo->setEnabled(m_history.canRedo());
+}
+
+void HistoryController::storePendingEdits()
+{
+    m_quote.storePendingEdit();
+    m_grid.storeEditsBeforeStep();
+}
+
+void HistoryController::undo(QWidget *control)
+{
+    if (undoTyping(control, false))
+        return;
+    storePendingEdits();
+    if (m_history.canUndo())
+        m_history.undo();
+}
+
+void HistoryController::redo(QWidget *control)
+{
+    if (undoTyping(control, true))
+        return;
+    // What is being typed becomes a step of its own, which leaves nothing to redo.
+    storePendingEdits();
+    if (m_history.canRedo())
+        m_history.redo();
+}
+
+bool HistoryController::eventFilter(QObject *watched, QEvent *event)
+{
+    // A text control of the main window would take Ctrl+Z for its own undo; the keys go to
+    // Edit → Undo and Redo instead, which undo the control's typing first.
+    if (event->type() == QEvent::ShortcutOverride && isTextControl(watched)) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const auto *widget = static_cast<QWidget *>(watched);
+        if ((isUndoKey(key) || isRedoKey(key)) && m_window->isAncestorOf(widget)) {
+            event->ignore();
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace tarnwick

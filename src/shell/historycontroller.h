@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class QAction;
+class QWidget;
+
+namespace tarnwick {
+
+class EditHistory;
+class ProductGridController;
+class QuoteController;
+
+/// Edit → "&Undo" and "&Redo" over the history of changes: their captions name the step they
+/// would take back or do again ("&Undo Delete Product TW-200"), and they are disabled when
+/// there is none. In a text box or an open cell editor that has typing to take back, they undo
+/// and redo that typing first, as text boxes do; Ctrl+Z, Ctrl+Y and Ctrl+Shift+Z come here from
+/// every control of the main window. Before a step is undone or redone, what is being typed is
+/// stored as a step of its own, so nothing typed is lost.
+class HistoryController : public QObject
+{
+    Q_OBJECT
+
+public:
+    HistoryController(EditHistory &history, ProductGridController &grid, QuoteController &quote,
+        QAction *undo, QAction *redo, QWidget *window);
+    ~HistoryController() override;
+
+    /// Edit → Undo with the keyboard in control (the control the user was in).
+    void undo(QWidget *control);
+    /// Edit → Redo with the keyboard in control.
+    void redo(QWidget *control);
+
+    /// The caption of Edit → Undo or Redo for a step: "&Undo" followed by its name, its
+    /// ampersands doubled so they show as written.
+    static QString caption(const QString &command, const QString &step);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void updateActions();
+    void storePendingEdits();
+
+    EditHistory &m_history;
+    ProductGridController &m_grid;
+    QuoteController &m_quote;
+    QAction *m_undo;
+    QAction *m_redo;
+    QWidget *m_window;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,153 @@
+// The product grid's changes through the history: what the side boxes and the schedule hold is
+// stored as steps (when a box is left, an entry committed, a row left, "Edit" released), and
+// a step undone or redone is shown as it was.
+#include "shell/productgridcontroller.h"
+
+#include "catalogue/module1.h"
+#include "catalogue/productrecord.h"
+#include "commands/catalogueedits.h"
+#include "products/priceschedule.h"
+#include "products/productgridmodel.h"
+#include "products/productrow.h"
+#include "products/schedulemodel.h"
+#include "shell/gridview.h"
+#include "shell/mainwindowui.h"
+
+#include <QItemSelectionModel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+namespace tarnwick {
+
+void ProductGridController::writeBackRow(const ProductView &view)
+{
+    const int row = view.row;
+    if (row < 1 || row > m_module.Catalogue().rowCount())
+        return;
+    m_ui.PriceSchedule->commitPendingEdit();
+    // Boxes that still show what the row holds change nothing: the row keeps its cells as
+    // read, and the catalogue does not count as changed.
+    if (boxesAsShown(row))
+        return;
+    // The boxes as three steps, the schedule sorted by quantity as a fourth, each only when it
+    // changes the row (ProductRow::writeBack's rule, step by step).
+    const SideBoxTexts boxes = boxTexts();
+    for (const int field : { ProductRecord::Price, ProductRecord::Includes, ProductRecord::Notes })
+        CatalogueEdits::setSideBox(m_history, view, row, field, boxes);
+    Table sorted = m_module.ScheduleTable();
+    ProductRow::sortSchedule(sorted, m_module.locale());
+    CatalogueEdits::setSchedule(m_history, view, row, sorted);
+    m_scheduleModel->reload();
+    refreshGridRow(row);
+}
+
+void ProductGridController::refreshGridRow(int row)
+{
+    if (row >= 1 && row <= m_gridModel->rowCount())
+        Q_EMIT m_gridModel->dataChanged(m_gridModel->index(row - 1, 0),
+            m_gridModel->index(row - 1, m_gridModel->columnCount() - 1));
+}
+
+void ProductGridController::clearScheduleShown()
+{
+    m_ui.PriceSchedule->discardPendingEdit();
+    PriceSchedule::ClearPrice(m_module.ScheduleTable());
+    m_scheduleModel->reload();
+    MainRefresh();
+}
+
+void ProductGridController::ClearPrice()
+{
+    // In edit mode the product's points are emptied as a step; in browse mode only what the
+    // schedule shows, as the row is not stored when it is left.
+    if (!editMode() || m_shownView.row < 1) {
+        clearScheduleShown();
+        return;
+    }
+    m_ui.PriceSchedule->discardPendingEdit();
+    CatalogueEdits::clearSchedule(m_history, m_shownView, m_shownView.row);
+    m_scheduleModel->reload();
+    MainRefresh();
+}
+
+void ProductGridController::commitCurrentRow()
+{
+    m_ui.GrdMain->commitPendingEdit();
+    writeBackRow(m_shownView);
+    setSideBoxesLocked(true);
+}
+
+void ProductGridController::storePendingEdit()
+{
+    if (editMode())
+        writeBackRow(m_shownView);
+}
+
+void ProductGridController::storeEditsBeforeStep()
+{
+    m_ui.GrdMain->commitPendingEdit();
+    if (editMode() && m_gridTag != AddingNew)
+        writeBackRow(m_shownView);
+}
+
+void ProductGridController::storeSideBox(int field)
+{
+    const int row = m_shownView.row;
+    if (!editMode() || row < 1 || row > m_module.Catalogue().rowCount())
+        return;
+    CatalogueEdits::setSideBox(m_history, m_shownView, row, field, boxTexts());
+    refreshGridRow(row);
+}
+
+bool ProductGridController::gridCellTyped(int row, int field, const Cell &value)
+{
+    const int column = field == ProductRecord::PartNumber ? 0 : 1;
+    return CatalogueEdits::setCell(m_history, { row, column }, row, field, value);
+}
+
+bool ProductGridController::scheduleCellTyped(int row, int column, const Cell &value)
+{
+    Table shown = m_module.ScheduleTable();
+    shown.put(row, column, value);
+    const bool taken = CatalogueEdits::setSchedule(m_history, m_shownView, m_shownView.row, shown);
+    refreshGridRow(m_shownView.row);
+    return taken;
+}
+
+void ProductGridController::productsChanged(const ProductChange &change)
+{
+    if (!change.replayed)
+        return;
+    // A step undone or redone: the grid goes to the row it names, and the side boxes and the
+    // schedule show that row as they did then.
+    m_gridTag.clear();
+    const ProductView &view = change.view;
+    if (change.rowsChanged)
+        m_gridModel->reload();
+    else
+        refreshGridRow(view.row);
+    const bool isRow = view.row >= 1 && view.row <= m_gridModel->rowCount();
+    m_repositioning = true;
+    if (isRow)
+        m_ui.GrdMain->setCurrentIndex(m_gridModel->index(view.row - 1, view.column));
+    else
+        m_ui.GrdMain->selectionModel()->clear();
+    m_repositioning = false;
+    if (!isRow) {
+        clearSideBoxes();
+        clearScheduleShown();
+        m_shownView = {};
+        return;
+    }
+    const SideBoxTexts boxes =
+        ProductRow::sideBoxes(m_module.Catalogue(), view.row, m_module.locale());
+    m_ui.TxtPrice->setText(boxes.price);
+    m_ui.Txtincludes->setPlainText(boxes.includes);
+    m_ui.Txtnotes->setPlainText(boxes.notes);
+    if (!change.scheduleKept)
+        PriceSchedule::PriceUpdate(m_module.Catalogue(), view.row, m_module.ScheduleTable());
+    m_scheduleModel->reload();
+    m_shownView = view;
+}
+
+} // namespace tarnwick

@@ -1,10 +1,13 @@
-// How long the catalogue store takes at 1,000, 10,000 and 100,000 products, beside a floor of
-// plain C++ that reads the same file into std::string_view fields and writes it back from
-// one buffer with one fsync. Measured: ReadProds, WriteProds with the safe save, the start-up
-// load (read, cut to Count, sort on the part number), closing (the save and freeing the
-// catalogue), the header sort on the product name and a "Locate Product" pass that finds
-// nothing. The table at the end lists the fastest repetition of each and its ratio to the
-// floor: run with --benchmark_repetitions=5 on a busy machine.
+// How long the catalogue store takes at 1,000, 10,000 and 100,000 products, beside a floor:
+// the fastest plain C++ doing the same work with the same advantages (one uninitialised
+// buffer advised for large pages, rows reserved from a line count, a memchr split, the
+// program's own number parser; the same safe save; keys folded once for the sort). Measured:
+// ReadProds, WriteProds with the safe save, the start-up load (read, cut to Count, sort on the
+// part number), closing (the save and freeing the catalogue), the header sort on the product
+// name and a "Locate Product" pass that finds nothing. The table at the end lists the fastest
+// repetition of each, in real time and in CPU time, and its ratio to the floor: run with
+// --benchmark_repetitions=5; on a machine busy with other work the CPU-time ratios of the
+// in-memory work (sort, search) are the steadier ones.
 #include "floorcatalogue.h"
 #include "generatedcatalogue.h"
 
@@ -29,11 +32,9 @@
 #include <malloc.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <map>
 #include <memory>
-#include <numeric>
 #include <string>
 
 namespace {
@@ -138,7 +139,8 @@ void BM_FloorWriteFsync(benchmark::State &state)
     bench::FloorCatalogue catalogue;
     bench::floorRead(QFile::encodeName(folder.dataFile).constData(), catalogue);
     const QByteArray path = QFile::encodeName(folder.dataFile + QStringLiteral(".floor"));
-    bool written = true;
+    // The first save has a previous file to keep, as every save of the program has.
+    bool written = bench::floorWrite(path.constData(), catalogue);
     for (auto _ : state)
         written = bench::floorWrite(path.constData(), catalogue) && written;
     if (!written)
@@ -162,6 +164,26 @@ void BM_StartupLoad(benchmark::State &state)
     }
 }
 
+/// The floor's start-up: its read, then its rows sorted on the part number.
+void BM_FloorLoad(benchmark::State &state)
+{
+    Folder &folder = folderFor(int(state.range(0)));
+    const QByteArray path = QFile::encodeName(folder.dataFile);
+    bool complete = true;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto catalogue = std::make_unique<bench::FloorCatalogue>();
+        state.ResumeTiming();
+        complete = bench::floorRead(path.constData(), *catalogue) && complete;
+        bench::floorSortOn(*catalogue, 0);
+        state.PauseTiming();
+        catalogue.reset();
+        state.ResumeTiming();
+    }
+    if (!complete)
+        state.SkipWithError("the floor did not read every product");
+}
+
 /// The shut-down's catalogue work: the safe save, then the catalogue freed.
 void BM_CloseSaveAndFree(benchmark::State &state)
 {
@@ -178,6 +200,25 @@ void BM_CloseSaveAndFree(benchmark::State &state)
         state.SkipWithError("the catalogue could not be saved");
 }
 
+/// The floor's close: its safe save, then its catalogue freed.
+void BM_FloorClose(benchmark::State &state)
+{
+    Folder &folder = folderFor(int(state.range(0)));
+    const QByteArray source = QFile::encodeName(folder.dataFile);
+    const QByteArray path = QFile::encodeName(folder.dataFile + QStringLiteral(".floor"));
+    bool written = true;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto catalogue = std::make_unique<bench::FloorCatalogue>();
+        bench::floorRead(source.constData(), *catalogue);
+        state.ResumeTiming();
+        written = bench::floorWrite(path.constData(), *catalogue) && written;
+        catalogue.reset();
+    }
+    if (!written)
+        state.SkipWithError("the floor could not write the file");
+}
+
 void BM_HeaderSortProductName(benchmark::State &state)
 {
     Folder &folder = folderFor(int(state.range(0)));
@@ -192,25 +233,23 @@ void BM_HeaderSortProductName(benchmark::State &state)
     }
 }
 
-bool lessIgnoringCase(std::string_view a, std::string_view b)
-{
-    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-        [](unsigned char x, unsigned char y) { return std::tolower(x) < std::tolower(y); });
-}
-
 void BM_FloorSortNames(benchmark::State &state)
 {
     Folder &folder = folderFor(int(state.range(0)));
     bench::FloorCatalogue catalogue;
     bench::floorRead(QFile::encodeName(folder.dataFile).constData(), catalogue);
-    std::vector<int> order(catalogue.rows.size());
-    for (auto _ : state) {
-        std::iota(order.begin(), order.end(), 0);
-        std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-            return lessIgnoringCase(
-                catalogue.rows[std::size_t(a)][1], catalogue.rows[std::size_t(b)][1]);
+    // Each pass starts, as the program's does, from the rows in part-number order.
+    std::stable_sort(catalogue.rows.begin(), catalogue.rows.end(),
+        [](const bench::FloorRow &a, const bench::FloorRow &b) {
+            return a.fields[0] < b.fields[0];
         });
-        benchmark::DoNotOptimize(order.data());
+    const std::vector<bench::FloorRow> byPart = catalogue.rows;
+    for (auto _ : state) {
+        state.PauseTiming();
+        catalogue.rows = byPart;
+        state.ResumeTiming();
+        bench::floorSortOn(catalogue, 1);
+        benchmark::DoNotOptimize(catalogue.rows.data());
     }
 }
 
@@ -225,28 +264,13 @@ void BM_LocateNoMatch(benchmark::State &state)
     }
 }
 
-bool containsIgnoringCase(std::string_view text, std::string_view needle)
-{
-    return std::search(text.begin(), text.end(), needle.begin(), needle.end(),
-               [](unsigned char x, unsigned char y) { return std::toupper(x) == y; })
-        != text.end();
-}
-
 void BM_FloorSearch(benchmark::State &state)
 {
     Folder &folder = folderFor(int(state.range(0)));
     bench::FloorCatalogue catalogue;
     bench::floorRead(QFile::encodeName(folder.dataFile).constData(), catalogue);
-    const std::string_view needle = "NO SUCH PRODUCT";
-    for (auto _ : state) {
-        int found = -1;
-        for (std::size_t row = 0; row < catalogue.rows.size() && found < 0; ++row) {
-            if (containsIgnoringCase(catalogue.rows[row][0], needle)
-                || containsIgnoringCase(catalogue.rows[row][1], needle))
-                found = int(row);
-        }
-        benchmark::DoNotOptimize(found);
-    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(bench::floorSearch(catalogue, "NO SUCH PRODUCT"));
 }
 
 void sizes(benchmark::internal::Benchmark *b)
@@ -259,11 +283,20 @@ BENCHMARK(BM_FloorReadParse)->Apply(sizes);
 BENCHMARK(BM_WriteProds)->Apply(sizes);
 BENCHMARK(BM_FloorWriteFsync)->Apply(sizes);
 BENCHMARK(BM_StartupLoad)->Arg(5)->Apply(sizes);
+BENCHMARK(BM_FloorLoad)->Apply(sizes);
 BENCHMARK(BM_CloseSaveAndFree)->Apply(sizes);
+BENCHMARK(BM_FloorClose)->Apply(sizes);
 BENCHMARK(BM_HeaderSortProductName)->Apply(sizes);
 BENCHMARK(BM_FloorSortNames)->Apply(sizes);
 BENCHMARK(BM_LocateNoMatch)->Apply(sizes);
 BENCHMARK(BM_FloorSearch)->Apply(sizes);
+
+/// The fastest repetition of a benchmark, in real time and in CPU time (ms).
+struct Fastest
+{
+    double real = 0;
+    double cpu = 0;
+};
 
 /// Keeps the fastest repetition of every benchmark for the ratio table.
 class FastestReporter : public benchmark::ConsoleReporter
@@ -276,53 +309,52 @@ public:
             if (run.run_type != Run::RT_Iteration || run.error_occurred)
                 continue;
             const std::string key = run.run_name.function_name + "/" + run.run_name.args;
-            const double ms = run.GetAdjustedRealTime();
-            auto [it, inserted] = fastest.emplace(key, ms);
-            if (!inserted)
-                it->second = std::min(it->second, ms);
+            const Fastest time { run.GetAdjustedRealTime(), run.GetAdjustedCPUTime() };
+            auto [it, inserted] = fastest.emplace(key, time);
+            if (!inserted) {
+                it->second.real = std::min(it->second.real, time.real);
+                it->second.cpu = std::min(it->second.cpu, time.cpu);
+            }
         }
     }
-    std::map<std::string, double> fastest;
+    std::map<std::string, Fastest> fastest;
 };
 
-void printRatios(const std::map<std::string, double> &fastest)
+void printRatios(const std::map<std::string, Fastest> &fastest)
 {
     struct Line
     {
         const char *work, *measured, *floor;
-        double goal;
     };
     const Line lines[] = {
-        { "ReadProds / floor read+parse", "BM_ReadProds", "BM_FloorReadParse", 2.0 },
-        { "WriteProds (safe save) / floor write+fsync", "BM_WriteProds", "BM_FloorWriteFsync",
-            2.0 },
-        { "start-up load / floor read+parse", "BM_StartupLoad", "BM_FloorReadParse", 3.0 },
-        { "close: save + free / floor write+fsync", "BM_CloseSaveAndFree", "BM_FloorWriteFsync",
-            2.5 },
+        { "ReadProds / floor read", "BM_ReadProds", "BM_FloorReadParse" },
+        { "WriteProds (safe save) / floor safe save", "BM_WriteProds", "BM_FloorWriteFsync" },
+        { "start-up load / floor read and sort", "BM_StartupLoad", "BM_FloorLoad" },
+        { "close: save + free / floor save + free", "BM_CloseSaveAndFree", "BM_FloorClose" },
         { "header sort on Product Name / floor sort", "BM_HeaderSortProductName",
-            "BM_FloorSortNames", 0.0 },
-        { "Locate Product, no match / floor search", "BM_LocateNoMatch", "BM_FloorSearch", 0.0 },
+            "BM_FloorSortNames" },
+        { "Locate Product, no match / floor search", "BM_LocateNoMatch", "BM_FloorSearch" },
     };
-    std::printf("\n%-46s %7s %11s %11s %7s %6s\n", "work (fastest repetition)", "size", "ms",
-        "floor ms", "ratio", "goal");
+    constexpr double Goal = 1.5;
+    std::printf("\n%-42s %7s %9s %9s %6s %9s %9s %6s %5s\n", "work (fastest repetition)", "size",
+        "real ms", "floor", "ratio", "cpu ms", "floor", "ratio", "goal");
     for (const Line &line : lines) {
         for (const char *size : { "1000", "10000", "100000" }) {
             const auto measured = fastest.find(std::string(line.measured) + "/" + size);
             const auto floor = fastest.find(std::string(line.floor) + "/" + size);
             if (measured == fastest.end() || floor == fastest.end())
                 continue;
-            std::printf("%-46s %7s %11.2f %11.2f %6.2fx", line.work, size, measured->second,
-                floor->second, measured->second / floor->second);
-            if (line.goal > 0)
-                std::printf(" %5.1fx", line.goal);
-            std::printf("\n");
+            const Fastest &m = measured->second;
+            const Fastest &f = floor->second;
+            std::printf("%-42s %7s %9.2f %9.2f %5.2fx %9.2f %9.2f %5.2fx %4.1fx\n", line.work, size,
+                m.real, f.real, m.real / f.real, m.cpu, f.cpu, m.cpu / f.cpu, Goal);
         }
     }
     const auto small = fastest.find("BM_StartupLoad/5");
     const auto large = fastest.find("BM_StartupLoad/100000");
     if (small != fastest.end() && large != fastest.end())
-        std::printf("start-up extra time of 100000 products over 5: %.1f ms (goal 300 ms)\n",
-            large->second - small->second);
+        std::printf("start-up extra time of 100000 products over 5: %.1f ms\n",
+            large->second.real - small->second.real);
 }
 
 } // namespace

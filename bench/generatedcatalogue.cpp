@@ -76,12 +76,20 @@ QByteArray generatedCatalogue(int products)
 
 bool writeGeneratedCatalogue(const char *path, int products)
 {
-    const QByteArray bytes = generatedCatalogue(products);
+    // Written a few thousand products at a time, so a catalogue of a million products never
+    // sits in this process's memory beside the program's own copy.
     std::FILE *file = std::fopen(path, "wb");
     if (!file)
         return false;
-    const bool written = std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), file)
-        == std::size_t(bytes.size());
+    bool written = true;
+    std::string piece;
+    for (int i = 0; i < products && written; ++i) {
+        appendProduct(piece, i, products);
+        if (piece.size() >= 1024 * 1024 || i + 1 == products) {
+            written = std::fwrite(piece.data(), 1, piece.size(), file) == piece.size();
+            piece.clear();
+        }
+    }
     return std::fclose(file) == 0 && written;
 }
 

@@ -10,7 +10,7 @@ tarnwick_packages=(
     # the quote book: Qt's SQLite driver, and SQLite itself for the online backup
     libqt6sql6-sqlite libsqlite3-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    clang-format fonts-dejavu-core
+    clang-format clang-tidy fonts-dejavu-core lld
     # the fuzz targets: clang with libFuzzer and the sanitizers' run-time, llvm-symbolizer
     clang libclang-rt-14-dev llvm-14
     # icon drawing, install-tree validation and the Debian package

@@ -4,16 +4,46 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/deps.sh"
 
+# Each stage's time (wall clock, and the processor time of everything it ran, which does not
+# depend on what else the machine is doing) is printed as it ends and again, all together, at
+# the end.
+tarnwick_times=()
+tarnwick_cpu_file=$(mktemp)
+cpu_seconds() { # sets $cpu; the builtin times, in this shell: its children's user and system time
+    times >"$tarnwick_cpu_file"
+    cpu=$(awk 'NR == 2 { s = 0; for (i = 1; i <= 2; ++i) { split($i, t, /[ms]/); s += t[1] * 60 + t[2] }
+                         printf "%d", s }' "$tarnwick_cpu_file")
+}
+stage() {
+    local name=$1 started=$SECONDS cpu before
+    cpu_seconds
+    before=$cpu
+    shift
+    "$@"
+    cpu_seconds
+    tarnwick_times+=("$(printf '%5d s %6d s cpu  %s' $((SECONDS - started)) $((cpu - before)) "$name")")
+    echo "== ${tarnwick_times[-1]}"
+}
+trap 'cpu_seconds; printf "%s\n" "${tarnwick_times[@]}" "$(printf "%5d s %6d s cpu  total" \
+    $SECONDS "$cpu")"; rm -f "$tarnwick_cpu_file"' EXIT
+
+# The test executables precompile the headers they share; ccache, where it is the compiler
+# launcher, caches such builds only with these sloppiness settings.
+export CCACHE_SLOPPINESS="${CCACHE_SLOPPINESS:-pch_defines,time_macros}"
+
 build_dir="$TARNWICK_ROOT/build-tests"
 # Line tables (-g1) are all a failing test's backtrace needs, and cost far less to build than
 # full debugging information. The tests' own code is not optimised; the program's code is, and
 # its libraries are unity builds (src/CMakeLists.txt).
-tarnwick_configure "$build_dir" -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O2 -g1 -DNDEBUG" \
+stage "configure" tarnwick_configure "$build_dir" -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O2 -g1 -DNDEBUG" \
     -DTARNWICK_TEST_CODE_OPTIONS=-O0 -DTARNWICK_UNITY_BUILD=ON \
     -DTARNWICK_BUILD_TESTS=ON -DTARNWICK_BUILD_BENCH=ON -DTARNWICK_WERROR=ON
-cmake --build "$build_dir" --target format-check
-cmake --build "$build_dir" -j "$(nproc)"
-QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-on-failure --timeout 300
+stage "format check" cmake --build "$build_dir" --target format-check
+stage "build" cmake --build "$build_dir" -j "$(nproc)"
+# clang-tidy (the checks in .clang-tidy) over the program's sources, from this build's compile
+# commands, on every core; any finding fails the run.
+stage "clang-tidy" python3 "$TARNWICK_ROOT/scripts/tidy.py" "$build_dir" --jobs "$(nproc)"
+stage "tests" env QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-on-failure --timeout 300
 
 # The same build and tests again under AddressSanitizer and UndefinedBehaviorSanitizer; any
 # report ends the test with an error. Leaks inside Qt's and the system's own libraries are
@@ -23,12 +53,12 @@ QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-o
 # cmake/TarnwickTest.cmake): an instrumented process costs more to start and to check at exit
 # than most cases take.
 asan_dir="$TARNWICK_ROOT/build-asan"
-tarnwick_configure "$asan_dir" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" \
+stage "sanitizer configure" tarnwick_configure "$asan_dir" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" \
     -DTARNWICK_TEST_CODE_OPTIONS=-O0 -DTARNWICK_UNITY_BUILD=ON \
     -DTARNWICK_BUILD_TESTS=ON -DTARNWICK_WERROR=ON -DTARNWICK_SANITIZE=ON \
     -DTARNWICK_TEST_WHOLE_EXECUTABLES=ON
-cmake --build "$asan_dir" -j "$(nproc)"
-ASAN_OPTIONS="halt_on_error=1:abort_on_error=1:detect_leaks=1:detect_stack_use_after_return=0" \
+stage "sanitizer build" cmake --build "$asan_dir" -j "$(nproc)"
+stage "sanitizer tests" env ASAN_OPTIONS="halt_on_error=1:abort_on_error=1:detect_leaks=1:detect_stack_use_after_return=0" \
     UBSAN_OPTIONS="halt_on_error=1:print_stacktrace=1" \
     LSAN_OPTIONS="suppressions=$TARNWICK_ROOT/scripts/lsan.supp:print_suppressions=0" \
     QT_QPA_PLATFORM=offscreen ctest --test-dir "$asan_dir" -j "$(nproc)" --output-on-failure \
@@ -41,8 +71,9 @@ ASAN_OPTIONS="halt_on_error=1:abort_on_error=1:detect_leaks=1:detect_stack_use_a
 # fuzz/regressions/<target>/, which the tests of both builds above replay. What the fuzzers learn
 # stays in build-fuzz/fuzz/corpus/.
 fuzz_dir="$TARNWICK_ROOT/build-fuzz"
-CC=clang CXX=clang++ tarnwick_configure "$fuzz_dir" -DCMAKE_BUILD_TYPE=Debug \
+fuzz_configure() { CC=clang CXX=clang++ tarnwick_configure "$@"; }
+stage "fuzz configure" fuzz_configure "$fuzz_dir" -DCMAKE_BUILD_TYPE=Debug \
     -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" -DTARNWICK_UNITY_BUILD=ON -DTARNWICK_BUILD_TESTS=OFF \
     -DTARNWICK_BUILD_FUZZERS=ON -DTARNWICK_FUZZ_SECONDS="${TARNWICK_FUZZ_SECONDS:-30}"
-cmake --build "$fuzz_dir" -j "$(nproc)" --target tarnwick_fuzzers
-ctest --test-dir "$fuzz_dir" -j "$(nproc)" --output-on-failure -L fuzz
+stage "fuzz build" cmake --build "$fuzz_dir" -j "$(nproc)" --target tarnwick_fuzzers
+stage "fuzz run" ctest --test-dir "$fuzz_dir" -j "$(nproc)" --output-on-failure -L fuzz

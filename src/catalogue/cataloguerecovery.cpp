@@ -24,6 +24,19 @@ CatalogueRecovery::~CatalogueRecovery()
     waitForWrite();
 }
 
+void CatalogueRecovery::suspend()
+{
+    m_resumeWatching = m_timer.isActive();
+    m_timer.stop();
+}
+
+void CatalogueRecovery::resume()
+{
+    if (m_resumeWatching)
+        m_timer.start();
+    m_resumeWatching = false;
+}
+
 QString CatalogueRecovery::path() const
 {
     return recoveryFilePath(m_module.DataFile);

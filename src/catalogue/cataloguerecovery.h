@@ -43,6 +43,9 @@ public:
     void start(bool unsaved = false);
     /// Stops watching and waits for a write in flight (a close; the file is removed by saved()).
     void stop();
+    /// Stops looking at the catalogue while another thread works on it, and goes on after.
+    void suspend();
+    void resume();
 
     /// Fills row 1 of a table of one row and fifteen fields with the product being edited as
     /// storing its pending edits would leave it, and returns its catalogue row; 0 when no
@@ -119,6 +122,7 @@ private:
     State m_writtenState; ///< what the recovery file holds (or, with none, the saved state)
     State m_writingState; ///< what the write in flight will hold
     bool m_forcedUnsaved = false;
+    bool m_resumeWatching = false; ///< the watch was on when it was suspended
     bool m_modified = false;
     bool m_fileExists = false;
     QString m_lastError;

@@ -9,7 +9,9 @@
 #include <QStringView>
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
+#include <span>
 #include <string_view>
 
 namespace tarnwick {
@@ -70,6 +72,56 @@ namespace {
 
 enum class FileEncoding { Windows1252, Utf8 };
 
+/// The bytes of one piece of the file, appended by plain copies into room reserved ahead.
+class PieceBuffer
+{
+public:
+    void reserve(qsizetype room)
+    {
+        m_bytes.resize(room); // the new bytes are left uninitialised
+        m_data = m_bytes.data();
+        m_room = room;
+    }
+    void append(const char *bytes, qsizetype size)
+    {
+        if (m_used + size > m_room)
+            reserve(std::max(m_room * 2, m_used + size));
+        std::memcpy(m_data + m_used, bytes, std::size_t(size));
+        m_used += size;
+    }
+    void append(char byte) { append(&byte, 1); }
+    /// The field end, three DEL, without a call to copy three bytes.
+    void appendFieldEnd()
+    {
+        if (m_used + fieldend::Length > m_room)
+            reserve(std::max(m_room * 2, m_used + fieldend::Length));
+        m_data[m_used] = m_data[m_used + 1] = m_data[m_used + 2] = fieldend::Byte;
+        m_used += fieldend::Length;
+    }
+    qsizetype size() const { return m_used; }
+    bool isEmpty() const { return m_used == 0; }
+    const char *data() const { return m_data; }
+    /// The piece as a byte array of its size, for the sink.
+    QByteArray &piece()
+    {
+        m_bytes.resize(m_used);
+        return m_bytes;
+    }
+    /// Starts the next piece in the same room (a sink that kept the last piece shares it, and
+    /// the room is then copied once).
+    void clear()
+    {
+        m_used = 0;
+        reserve(m_room);
+    }
+
+private:
+    QByteArray m_bytes;
+    char *m_data = nullptr;
+    qsizetype m_room = 0;
+    qsizetype m_used = 0;
+};
+
 /// Builds the file's bytes in one encoding; fails (returns false) only when a character has
 /// no Windows-1252 byte.
 class ByteLineWriter
@@ -80,7 +132,7 @@ public:
     {
     }
 
-    QByteArray &bytes() { return m_bytes; }
+    PieceBuffer &bytes() { return m_bytes; }
     FileEncoding encoding() const { return m_encoding; }
     bool highBytes() const { return m_highBytes; }
 
@@ -91,9 +143,22 @@ public:
             const CellTextView view = cell.textView();
             // A plain decimal text is already in stored form; other texts of a number field
             // may need rewriting ("1.000" typed in German is stored as "1000").
-            if (!numberField || view.isEmpty() || isPlainDecimal(view))
+            if (!numberField || view.isEmpty() || isPlainDecimal(view)) {
+                // Nearly every text: bytes already in the file's encoding, copied as they are.
+                if (view.encoding == sameBytes()
+                    && (m_highBytes || m_encoding == FileEncoding::Utf8)) {
+                    m_bytes.append(view.bytes(), view.size);
+                    return true;
+                }
                 return appendView(view);
+            }
         } else if (cell.isEmpty() || cell.isNull()) {
+            return true;
+        } else if (numberField && cell.kind() == Cell::Kind::Single) {
+            // A price read from the file: its stored text straight from the number.
+            char number[stored::NumberCharsRoom];
+            const char *end = stored::numberChars(static_cast<float>(cell.asNumber()), number);
+            m_bytes.append(number, end - number);
             return true;
         }
         const QString text = fileText(cell, field, m_locale);
@@ -102,11 +167,72 @@ public:
 
     void appendAscii(std::string_view text) { m_bytes.append(text.data(), qsizetype(text.size())); }
 
+    /// Appends one product: its fifteen fields, each followed by the field end, then CR LF.
+    /// Neighbouring fields that are copied as they are and lie one after the other in the
+    /// same block, the field end between them (as a product read from the file does), are
+    /// copied in one piece with it.
+    bool appendRow(std::span<const Cell> cells)
+    {
+        const CellTextBlock *runBlock = nullptr;
+        const char *runStart = nullptr;
+        const char *runEnd = nullptr;
+        const auto endRun = [&] {
+            if (!runBlock)
+                return;
+            m_bytes.append(runStart, runEnd - runStart);
+            m_bytes.appendFieldEnd();
+            runBlock = nullptr;
+        };
+        for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
+            const Cell &cell = cells[std::size_t(field - 1)];
+            if (copiedAsIs(cell, field)) {
+                const CellTextView view = cell.textView();
+                if (cell.textBlock() == runBlock && view.bytes() == runEnd + fieldend::Length
+                    && std::string_view(runEnd, fieldend::Length) == fieldend::Bytes) {
+                    runEnd = view.bytes() + view.size;
+                    continue;
+                }
+                endRun();
+                runBlock = cell.textBlock();
+                runStart = view.bytes();
+                runEnd = runStart + view.size;
+                continue;
+            }
+            endRun();
+            if (!appendField(cell, field))
+                return false;
+            m_bytes.appendFieldEnd();
+        }
+        endRun();
+        appendAscii("\r\n");
+        return true;
+    }
+
 private:
+    /// Whether the cell's bytes go into the file as they are: a text already in the file's
+    /// encoding (and, in Windows-1252, once a byte above ASCII has been seen, so nothing is
+    /// left to note), which in a number field is empty or already in stored form.
+    bool copiedAsIs(const Cell &cell, int field) const
+    {
+        if (!cell.isText())
+            return false;
+        const CellTextView view = cell.textView();
+        if (view.encoding != sameBytes() || !(m_highBytes || m_encoding == FileEncoding::Utf8))
+            return false;
+        return !ProductRecord::isNumberField(field) || view.isEmpty() || isPlainDecimal(view);
+    }
+
+    /// The cell encoding whose bytes are the file's bytes as they are.
+    TextEncoding sameBytes() const
+    {
+        return m_encoding == FileEncoding::Windows1252 ? TextEncoding::Windows1252
+                                                       : TextEncoding::Utf8;
+    }
+
     bool isPlainDecimal(const CellTextView &view) const
     {
         return m_plainDecimals && view.encoding != TextEncoding::Utf16
-            && conv::plainDecimal(view.bytes(), view.size).has_value();
+            && conv::isPlainDecimal(view.bytes(), view.size);
     }
 
     bool appendView(const CellTextView &view)
@@ -128,7 +254,8 @@ private:
         }
         const QString text = view.toString();
         if (m_encoding == FileEncoding::Utf8) {
-            m_bytes.append(text.toUtf8());
+            const QByteArray utf8 = text.toUtf8();
+            m_bytes.append(utf8.constData(), utf8.size());
             return true;
         }
         for (const QChar ch : text) {
@@ -144,7 +271,7 @@ private:
     FileEncoding m_encoding;
     const QLocale &m_locale;
     bool m_plainDecimals;
-    QByteArray m_bytes;
+    PieceBuffer m_bytes;
     bool m_highBytes = false;
 };
 
@@ -175,23 +302,24 @@ bool writeRows(const Table &table, ByteLineWriter &writer, CatalogueStreamResult
 {
     bool firstPiece = true;
     const auto handOver = [&] {
-        QByteArray &bytes = writer.bytes();
+        PieceBuffer &bytes = writer.bytes();
         if (bytes.isEmpty())
             return true;
         // Bytes written while every character was ASCII are valid UTF-8 as they are.
         if (validUtf8 && writer.highBytes())
-            validUtf8 = celltext::isValidUtf8(bytes.constData(), bytes.size());
+            validUtf8 = celltext::isValidUtf8(bytes.data(), bytes.size());
+        QByteArray &piece = bytes.piece();
         // The reader drops a byte order mark at the very start; a UTF-8 text that itself
         // starts with that character gets one more, so the character survives the round trip.
         if (firstPiece && writer.encoding() == FileEncoding::Utf8
-            && bytes.startsWith("\xEF\xBB\xBF"))
-            bytes.prepend("\xEF\xBB\xBF");
+            && piece.startsWith("\xEF\xBB\xBF"))
+            piece.prepend("\xEF\xBB\xBF");
         firstPiece = false;
-        if (!sink.write(bytes)) {
+        if (!sink.write(piece)) {
             result.ok = false;
             return false;
         }
-        bytes.resize(0); // keeps the room for the next piece
+        bytes.clear(); // keeps the room for the next piece
         return true;
     };
     // Room for one piece and the line that ends it; a file written as one piece gets room
@@ -199,16 +327,16 @@ bool writeRows(const Table &table, ByteLineWriter &writer, CatalogueStreamResult
     writer.bytes().reserve(pieceSize >= MaxPieceReserve ? sizeHintOf(table) : pieceSize + 4096);
     const qint32 lastRow = table.upperBound(1);
     for (qint32 row = 1; row <= lastRow; ++row) {
-        if (!hasPartNumber(table.get(row, ProductRecord::PartNumber), locale)) {
+        const std::span<const Cell> cells = table.row(row);
+        if (!hasPartNumber(cells[ProductRecord::PartNumber - 1], locale)) {
             result.count = row - 1;
             continue;
         }
-        for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
-            if (!writer.appendField(table.get(row, field), field))
-                return false;
-            writer.appendAscii("\x7f\x7f\x7f");
-        }
-        writer.appendAscii("\r\n");
+        // A table too narrow for a product raises VbError 9 at its first product.
+        if (cells.size() < std::size_t(ProductRecord::FieldCount))
+            table.get(row, ProductRecord::FieldCount);
+        if (!writer.appendRow(cells))
+            return false;
         result.count = row;
         ++result.rowsWritten;
         if (writer.bytes().size() >= pieceSize && !handOver())

@@ -88,11 +88,12 @@ QByteArray readWholeFile(QFile &file)
 #ifdef Q_OS_LINUX
     constexpr qsizetype LargePage = 2 * 1024 * 1024;
     if (bytes.size() >= 2 * LargePage) {
-        const auto start = (quintptr(bytes.data()) + LargePage - 1) & ~quintptr(LargePage - 1);
-        const auto end =
-            (quintptr(bytes.data()) + quintptr(bytes.size())) & ~quintptr(LargePage - 1);
+        char *const base = bytes.data();
+        const auto address = quintptr(base);
+        const auto start = (address + LargePage - 1) & ~quintptr(LargePage - 1);
+        const auto end = (address + quintptr(bytes.size())) & ~quintptr(LargePage - 1);
         if (end > start)
-            ::madvise(reinterpret_cast<void *>(start), end - start, MADV_HUGEPAGE);
+            ::madvise(base + (start - address), end - start, MADV_HUGEPAGE);
     }
 #endif
     qsizetype done = 0;
@@ -134,7 +135,7 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
         return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
             QStringLiteral("the file cannot be read: ") + file.errorString());
     CatalogueReader reader(m_catalogue, m_locale);
-    const CatalogueReadResult result = reader.read(std::move(bytes),
+    CatalogueReadResult result = reader.read(std::move(bytes),
         testRun ? testRunObserver(m_prompts, m_catalogue, m_locale) : CatalogueReader::Observer {});
     // On a failure the rows read so far stay in the table, but Count keeps its old value.
     m_readFailed = result.status == Status::Failed;

@@ -134,6 +134,12 @@ std::span<Cell> Table::rowCells(int row)
     return { m_cells.data() + index(row, 1), std::size_t(m_fields) };
 }
 
+std::span<const Cell> Table::row(int row) const
+{
+    checkBounds(row, 1);
+    return { m_cells.data() + index(row, 1), std::size_t(m_fields) };
+}
+
 void Table::insertRows(int row, int count)
 {
     if (row < 1 || row > m_rows + 1 || count < 0)

@@ -45,6 +45,8 @@ public:
 
     /// The cells of one row, fields 1..fieldCount() in order, for filling a row at once.
     std::span<Cell> rowCells(int row);
+    /// The cells of one row to read, fields 1..fieldCount() in order.
+    std::span<const Cell> row(int row) const;
 
     /// Inserts count empty rows before row (1..rowCount()+1; rowCount()+1 appends).
     void insertRows(int row, int count = 1);

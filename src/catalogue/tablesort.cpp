@@ -9,36 +9,55 @@
 #include "core/vberror.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace tarnwick {
 
 namespace {
 
+/// Asks the processor to fetch the memory at address ahead of its use.
+inline void prefetch(const void *address)
+{
+#if defined(__GNUC__) || defined(__clang__)
+    __builtin_prefetch(address);
+#else
+    static_cast<void>(address);
+#endif
+}
+
 /// The folded text a row sorts by: either ASCII bytes (one byte per code unit) or UTF-16
-/// code units, kept in one of two shared buffers; prefix packs the first four code units so
-/// most comparisons end there.
+/// code units, kept in one of two shared buffers; prefix packs the first code units so most
+/// comparisons end there: eight bytes when every key is ASCII, else four 16-bit units.
 struct TextKey
 {
     std::uint64_t prefix = 0;
     qsizetype offset = 0;
-    qsizetype size = 0;
-    bool wide = false;
+    std::uint32_t size = 0;
     int row = 0;
 };
+
+/// Keys longer than this are not packed by their size; no cell text comes near it.
+constexpr std::uint32_t WideFlag = 0x80000000u;
 
 struct TextKeys
 {
     std::vector<TextKey> keys;
     std::string narrow; ///< folded ASCII keys
     std::u16string wide; ///< folded keys of the other texts
+    bool anyWide = false;
+
+    static bool isWide(const TextKey &key) { return (key.size & WideFlag) != 0; }
+    static qsizetype sizeOf(const TextKey &key) { return qsizetype(key.size & ~WideFlag); }
 
     char16_t unit(const TextKey &key, qsizetype i) const
     {
-        return key.wide ? wide[std::size_t(key.offset + i)]
-                        : char16_t(static_cast<unsigned char>(narrow[std::size_t(key.offset + i)]));
+        return isWide(key)
+            ? wide[std::size_t(key.offset + i)]
+            : char16_t(static_cast<unsigned char>(narrow[std::size_t(key.offset + i)]));
     }
 
     /// Orders two folded keys by their code units, as QString's operator< does.
@@ -46,8 +65,10 @@ struct TextKeys
     {
         if (a.prefix != b.prefix)
             return a.prefix < b.prefix ? -1 : 1;
-        const qsizetype common = std::min(a.size, b.size);
-        if (!a.wide && !b.wide) {
+        const qsizetype aSize = sizeOf(a);
+        const qsizetype bSize = sizeOf(b);
+        const qsizetype common = std::min(aSize, bSize);
+        if (!isWide(a) && !isWide(b)) {
             const int c = std::memcmp(
                 narrow.data() + a.offset, narrow.data() + b.offset, std::size_t(common));
             if (c != 0)
@@ -60,17 +81,30 @@ struct TextKeys
                     return x < y ? -1 : 1;
             }
         }
-        return a.size == b.size ? 0 : (a.size < b.size ? -1 : 1);
+        return aSize == bSize ? 0 : (aSize < bSize ? -1 : 1);
+    }
+
+    /// Packs the first code units of every key. Comparing the packs orders keys as comparing
+    /// their first units does (a key shorter than the pack is padded with zeros, which the full
+    /// comparison then settles).
+    void packPrefixes()
+    {
+        for (TextKey &key : keys) {
+            const qsizetype size = sizeOf(key);
+            std::uint64_t prefix = 0;
+            if (anyWide) {
+                for (qsizetype i = 0; i < 4; ++i)
+                    prefix = (prefix << 16) | (i < size ? unit(key, i) : 0);
+            } else {
+                const auto *bytes =
+                    reinterpret_cast<const unsigned char *>(narrow.data() + key.offset);
+                for (qsizetype i = 0; i < 8; ++i)
+                    prefix = (prefix << 8) | (i < size ? bytes[i] : 0);
+            }
+            key.prefix = prefix;
+        }
     }
 };
-
-std::uint64_t prefixOf(const TextKeys &all, const TextKey &key)
-{
-    std::uint64_t prefix = 0;
-    for (qsizetype i = 0; i < 4; ++i)
-        prefix = (prefix << 16) | (i < key.size ? all.unit(key, i) : 0);
-    return prefix;
-}
 
 /// The text a cell sorts by: texts as they are, numbers as conv::toText shows them, empty
 /// and null cells as the empty text.
@@ -83,35 +117,55 @@ QString sortText(const Cell &cell, const QLocale &locale)
     return {};
 }
 
+/// Whether a cell's text is kept as plain ASCII bytes: its folded key is then those bytes in
+/// lower case, and its characters are those bytes one for one.
+bool isAsciiBytes(const Cell &cell)
+{
+    const CellTextView view = cell.textView();
+    return cell.isText() && view.encoding != TextEncoding::Utf16 && view.isAscii();
+}
+
 void addTextKey(TextKeys &all, const Cell &cell, int row, const QLocale &locale)
 {
     TextKey key;
     key.row = row;
-    const CellTextView view = cell.textView();
-    if (cell.isText() && view.encoding != TextEncoding::Utf16 && view.isAscii()) {
+    if (isAsciiBytes(cell)) {
+        const CellTextView view = cell.textView();
         key.offset = qsizetype(all.narrow.size());
-        key.size = view.size;
+        key.size = std::uint32_t(view.size);
+        all.narrow.resize(all.narrow.size() + std::size_t(view.size));
+        char *out = all.narrow.data() + key.offset;
         for (qsizetype i = 0; i < view.size; ++i) {
             const char c = view.bytes()[i];
-            all.narrow.push_back((c >= 'A' && c <= 'Z') ? char(c - 'A' + 'a') : c);
+            out[i] = (c >= 'A' && c <= 'Z') ? char(c - 'A' + 'a') : c;
         }
     } else {
         const QString folded = sortText(cell, locale).toCaseFolded();
-        key.wide = true;
+        all.anyWide = true;
         key.offset = qsizetype(all.wide.size());
-        key.size = folded.size();
+        key.size = std::uint32_t(folded.size()) | WideFlag;
         all.wide.append(
             reinterpret_cast<const char16_t *>(folded.constData()), std::size_t(folded.size()));
     }
-    key.prefix = prefixOf(all, key);
     all.keys.push_back(key);
 }
 
 /// Texts that fold to the same key are ordered by the texts themselves, case-sensitively.
 int compareUnfolded(const Cell &a, const Cell &b, const QLocale &locale)
 {
-    if (a.isText() && b.isText())
-        return celltext::compare(a.textView(), b.textView());
+    if (a.isText() && b.isText()) {
+        const CellTextView x = a.textView();
+        const CellTextView y = b.textView();
+        // Plain ASCII bytes are their own code units.
+        if (x.encoding != TextEncoding::Utf16 && y.encoding != TextEncoding::Utf16 && x.isAscii()
+            && y.isAscii()) {
+            const int c = std::memcmp(x.bytes(), y.bytes(), std::size_t(std::min(x.size, y.size)));
+            if (c != 0)
+                return c;
+            return x.size == y.size ? 0 : (x.size < y.size ? -1 : 1);
+        }
+        return celltext::compare(x, y);
+    }
     return QString::compare(sortText(a, locale), sortText(b, locale));
 }
 
@@ -120,8 +174,13 @@ void sortByText(
 {
     TextKeys all;
     all.keys.reserve(order.size());
+    qsizetype narrowSize = 0;
+    for (const int row : order)
+        narrowSize += table.get(row, field).textView().size;
+    all.narrow.reserve(std::size_t(narrowSize));
     for (const int row : order)
         addTextKey(all, table.get(row, field), row, locale);
+    all.packPrefixes();
     std::stable_sort(all.keys.begin(), all.keys.end(), [&](const TextKey &a, const TextKey &b) {
         const int folded = all.compare(a, b);
         if (folded != 0)
@@ -221,6 +280,12 @@ void Table::reorderRows(int first, const std::vector<int> &order)
             const std::size_t from = std::size_t(order[to] - first);
             if (from == start)
                 break;
+            // The row after next in the cycle is known now: asking for it early lets the
+            // memory fetch it while this row moves, instead of waiting at each step.
+            const std::size_t next = std::size_t(order[from] - first);
+            const Cell *ahead = &*rowAt(next);
+            for (std::size_t byte = 0; byte < width * sizeof(Cell); byte += 64)
+                prefetch(reinterpret_cast<const char *>(ahead) + byte);
             std::move(rowAt(from), rowAt(from) + std::ptrdiff_t(width), rowAt(to));
             to = from;
         }

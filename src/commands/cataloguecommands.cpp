@@ -204,17 +204,19 @@ void SortProducts::forward()
 {
     Module1 &data = module();
     m_sortedByPartBefore = data.SortedByPart;
-    if (m_sorted)
-        m_sort.redo(data.Catalogue());
-    else
-        m_sort.sort(data.Catalogue(), data.AllProducts().Count(), m_field, data.locale());
+    history().runWork([&] {
+        if (m_sorted)
+            m_sort.redo(data.Catalogue());
+        else
+            m_sort.sort(data.Catalogue(), data.AllProducts().Count(), m_field, data.locale());
+    });
     m_sorted = true;
     data.SortedByPart = m_field == ProductRecord::PartNumber;
 }
 
 void SortProducts::backward()
 {
-    m_sort.undo(module().Catalogue());
+    history().runWork([this] { m_sort.undo(module().Catalogue()); });
     module().SortedByPart = m_sortedByPartBefore;
 }
 

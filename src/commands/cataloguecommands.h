@@ -23,6 +23,7 @@ protected:
     void announce(bool undone, bool replayed) override;
     /// Whether the price schedule shows what the step left in the schedule table.
     virtual bool keepsSchedule() const { return false; }
+    EditHistory &history() const { return m_history; }
 
 private:
     EditHistory &m_history;

@@ -66,6 +66,14 @@ void EditHistory::push(EditCommand *command)
     positionChanged();
 }
 
+void EditHistory::runWork(const std::function<void()> &work) const
+{
+    if (m_runner)
+        m_runner(work);
+    else
+        work();
+}
+
 void EditHistory::undo()
 {
     m_stack.undo();

@@ -4,6 +4,8 @@
 #include <QUndoCommand>
 #include <QUndoStack>
 
+#include <functional>
+
 namespace tarnwick {
 
 class Module1;
@@ -117,6 +119,12 @@ public:
     /// Whether the catalogue is as at the last save (at the start: as read).
     bool catalogueSaved() const;
 
+    /// Runs the long part of a step (the sort of a large catalogue): at once, unless the window
+    /// gave a runner that does it on a worker thread while the window keeps answering.
+    using WorkRunner = std::function<void(const std::function<void()> &)>;
+    void setWorkRunner(WorkRunner runner) { m_runner = std::move(runner); }
+    void runWork(const std::function<void()> &work) const;
+
     /// Called by the steps: tells the windows what changed.
     void announce(const ProductChange &change);
     void announce(const QuoteChange &change);
@@ -135,6 +143,7 @@ private:
     void positionChanged();
 
     Module1 &m_module;
+    WorkRunner m_runner;
     QUndoStack m_stack;
     /// The position of the saved state; -1 once the steps leading back to it were dropped.
     int m_savedIndex = 0;

@@ -99,18 +99,6 @@ bool Cell::isBlank() const
     return isEmpty() || (isText() && textView().isEmpty());
 }
 
-CellTextView Cell::textView() const
-{
-    if (!isText())
-        return {};
-    const auto encoding = static_cast<TextEncoding>(m_encoding);
-    if (encoding == TextEncoding::Utf16) {
-        const QString &text = m_value.block->text;
-        return { encoding, text.utf16(), text.size() };
-    }
-    return { encoding, m_value.block->bytes.constData() + m_offset, qsizetype(m_size) };
-}
-
 QString Cell::asText() const
 {
     if (!isText())

@@ -97,7 +97,20 @@ public:
     /// The stored text; an empty QString for any other kind.
     QString asText() const;
     /// The stored characters without copying; an empty view for any other kind.
-    CellTextView textView() const;
+    CellTextView textView() const
+    {
+        if (!isText())
+            return {};
+        const auto encoding = static_cast<TextEncoding>(m_encoding);
+        if (encoding == TextEncoding::Utf16) {
+            const QString &text = m_value.block->text;
+            return { encoding, text.utf16(), text.size() };
+        }
+        return { encoding, m_value.block->bytes.constData() + m_offset, qsizetype(m_size) };
+    }
+    /// The block a text cell's characters are kept in; null for any other kind. Two cells of
+    /// one block with neighbouring offsets lie one after the other in it.
+    const CellTextBlock *textBlock() const { return isText() ? m_value.block : nullptr; }
     /// The stored number as a double; 0 for any other kind.
     double asNumber() const;
 

@@ -3,6 +3,8 @@
 // order and match texts exactly as QString does without building one.
 #include "core/celltext.h"
 
+#include <QStringDecoder>
+
 #include <array>
 #include <cstring>
 
@@ -187,6 +189,13 @@ QString CellTextView::toString() const
     case TextEncoding::Utf16:
         return QString(reinterpret_cast<const QChar *>(units()), size);
     case TextEncoding::Utf8:
+        // QString::fromUtf8 takes a leading U+FEFF for a byte order mark and drops it; in a
+        // cell it is a character of the text.
+        if (size >= 3 && std::memcmp(bytes(), "\xEF\xBB\xBF", 3) == 0) {
+            QStringDecoder decoder(
+                QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
+            return decoder.decode(QByteArrayView(bytes(), size));
+        }
         return QString::fromUtf8(bytes(), size);
     case TextEncoding::Windows1252:
         break;

@@ -5,6 +5,7 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -77,6 +78,50 @@ QString numberText(double value)
     return shortestText(value, QLocale::c());
 }
 
+char *numberChars(float value, char *out)
+{
+    if (!std::isfinite(value))
+        throw VbError(ErrorNumber::Overflow, QStringLiteral("Overflow"));
+    if (value == 0.0f) {
+        *out = '0';
+        return out + 1;
+    }
+    char *end = out + NumberCharsRoom;
+    // Between 0.01 and a million, a single whose shortest digits are at most six significant
+    // ones without an exponent ("12.5", "1999.99") has exactly those digits as its general
+    // form, which reads back as the same single: every single of that range was checked
+    // against the rule below. The shortest digits cost a fraction of the general form.
+    const float magnitude = std::fabs(value);
+    if (magnitude >= 0.01f && magnitude < 1e6f) {
+        const auto digits = std::to_chars(out, end, value);
+        int significant = 0;
+        bool exponent = false;
+        for (const char *c = out; c < digits.ptr; ++c) {
+            exponent = exponent || *c == 'e';
+            if (*c >= '1' && *c <= '9')
+                significant = significant > 0 ? significant + 1 : 1;
+            else if (*c == '0' && significant > 0)
+                ++significant;
+        }
+        if (digits.ec == std::errc() && !exponent && significant <= 6)
+            return digits.ptr;
+    }
+    // The general form with 7 significant digits, kept when it reads back as the same single
+    // (nearly every price); shortest() says the same in QString terms.
+    const auto general =
+        std::to_chars(out, end, static_cast<double>(value), std::chars_format::general, 7);
+    double back = 0;
+    const auto read = std::from_chars(out, general.ptr, back);
+    if (general.ec == std::errc() && read.ec == std::errc() && read.ptr == general.ptr
+        && std::isfinite(back) && static_cast<float>(back) == value) {
+        std::replace(out, general.ptr, 'e', 'E');
+        return general.ptr;
+    }
+    const QByteArray text = numberText(value).toLatin1();
+    std::copy(text.cbegin(), text.cend(), out);
+    return out + text.size();
+}
+
 QString cellText(const Cell &cell, const QLocale &userLocale)
 {
     switch (cell.kind()) {
@@ -89,7 +134,7 @@ QString cellText(const Cell &cell, const QLocale &userLocale)
     default:
         return conv::toText(cell, userLocale);
     }
-    const QString text = cell.asText();
+    QString text = cell.asText();
     const std::optional<double> local = conv::parseNumber(text, userLocale);
     if (!local)
         return text;

@@ -26,6 +26,11 @@ QString shortestText(double value, const QLocale &locale);
 /// the overflow error.
 QString numberText(float value);
 QString numberText(double value);
+/// The characters of numberText(value), written at out, which has room for
+/// NumberCharsRoom bytes; returns the end. The same text without a QString, for writing a
+/// large catalogue.
+inline constexpr int NumberCharsRoom = 32;
+char *numberChars(float value, char *out);
 
 /// The stored text of a cell that holds a number or the text of a number: a number in
 /// numberText's form; a text that is the number in stored form stays as it is ("12.50");

@@ -44,7 +44,7 @@ QString withoutShownPatterns(const QString &description)
 QString qtNameFilter(const QString &description, const QString &patterns)
 {
     const QString text = withoutShownPatterns(description.trimmed());
-    const QString joined = qtPatterns(patterns).join(QLatin1Char(' '));
+    QString joined = qtPatterns(patterns).join(QLatin1Char(' '));
     if (text.isEmpty())
         return joined;
     return text + QStringLiteral(" (") + joined + QLatin1Char(')');

@@ -156,7 +156,7 @@ FileWriteResult writeFilesWhole(const QList<FileContent> &files)
     std::vector<std::unique_ptr<QSaveFile>> written;
     for (const FileContent &content : files) {
         written.push_back(std::make_unique<QSaveFile>(content.path));
-        const FileWriteResult result = writeTemporary(*written.back(), content.bytes);
+        FileWriteResult result = writeTemporary(*written.back(), content.bytes);
         if (!result)
             return result; // every temporary file is removed with its QSaveFile
     }

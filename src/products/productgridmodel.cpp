@@ -63,7 +63,9 @@ int ProductGridModel::columnCountStatic()
 
 int ProductGridModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : m_catalogue.rowCount();
+    if (parent.isValid())
+        return 0;
+    return m_frozen ? m_frozenRows : m_catalogue.rowCount();
 }
 
 int ProductGridModel::columnCount(const QModelIndex &parent) const
@@ -73,7 +75,7 @@ int ProductGridModel::columnCount(const QModelIndex &parent) const
 
 QVariant ProductGridModel::data(const QModelIndex &index, int role) const
 {
-    if (!index.isValid() || index.row() >= m_catalogue.rowCount())
+    if (m_frozen || !index.isValid() || index.row() >= m_catalogue.rowCount())
         return {};
     const int field = fieldOfColumn(index.column());
     if (field < 1 || field > m_catalogue.fieldCount())
@@ -116,7 +118,7 @@ Qt::ItemFlags ProductGridModel::flags(const QModelIndex &index) const
 
 bool ProductGridModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable)
+    if (m_frozen || role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable)
         || index.row() >= m_catalogue.rowCount())
         return false;
     const int row = bookmarkOfRow(index.row());
@@ -130,6 +132,13 @@ bool ProductGridModel::setData(const QModelIndex &index, const QVariant &value, 
     }
     Q_EMIT dataChanged(index, index);
     return true;
+}
+
+void ProductGridModel::setFrozen(bool frozen)
+{
+    if (frozen && !m_frozen)
+        m_frozenRows = m_catalogue.rowCount();
+    m_frozen = frozen;
 }
 
 void ProductGridModel::reload()

@@ -47,6 +47,11 @@ public:
     /// Re-reads the table after rows were added, removed or re-ordered.
     void reload();
 
+    /// While frozen the model reads nothing of the table (another thread works on it): the
+    /// row count stays as it was and cells show nothing. The view is expected to keep what it
+    /// shows meanwhile, and to be reloaded after.
+    void setFrozen(bool frozen);
+
     /// Stores a typed cell (table row, field, value) and says whether it was taken.
     using CellWriter = std::function<bool(int row, int field, const Cell &value)>;
     /// Typed cells go to writer (the window's history of changes) instead of into the table.
@@ -57,6 +62,8 @@ private:
     CellWriter m_writer;
     QLocale m_locale;
     bool m_editable = false;
+    bool m_frozen = false;
+    int m_frozenRows = 0;
 };
 
 } // namespace tarnwick

@@ -59,7 +59,13 @@ bool cellContains(const Cell &cell, const SearchNeedle &needle, const QLocale &l
         return false;
     if (cell.isText()) {
         const CellTextView view = cell.textView();
-        if (!needle.ascii.isEmpty() && view.encoding != TextEncoding::Utf16 && view.isAscii())
+        // No Windows-1252 character outside ASCII folds to an ASCII letter, so an ASCII
+        // needle is found in such bytes exactly where the folding comparison finds it. UTF-8
+        // holds characters that do (the long s, the Kelvin sign): those texts are searched
+        // in their bytes only when they are plain ASCII.
+        const bool bytesSearchable = view.encoding == TextEncoding::Windows1252
+            || (view.encoding == TextEncoding::Utf8 && view.isAscii());
+        if (!needle.ascii.isEmpty() && bytesSearchable)
             return asciiContains(view.bytes(), view.size, needle.ascii);
         return cell.asText().contains(needle.text, Qt::CaseInsensitive);
     }

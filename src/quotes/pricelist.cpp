@@ -6,15 +6,16 @@
 #include "core/formats.h"
 #include "quotes/printcodes.h"
 
+#include <QElapsedTimer>
 #include <QFont>
-#include <QPagedPaintDevice>
+#include <QImage>
 #include <QPainter>
 #include <QTextOption>
 
 #include <algorithm>
 #include <array>
 
-namespace tarnwick::PriceList {
+namespace tarnwick {
 
 namespace {
 
@@ -28,8 +29,8 @@ QStringList breaksOf(const Table &catalogue, int row, const QLocale &locale)
 {
     QStringList breaks;
     for (int k = 1; k <= 5; ++k) {
-        const Cell quantity = catalogue.get(row, 4 + 2 * k);
-        const Cell price = catalogue.get(row, 5 + 2 * k);
+        const Cell &quantity = catalogue.get(row, 4 + 2 * k);
+        const Cell &price = catalogue.get(row, 5 + 2 * k);
         if (quantity.isBlank() || price.isBlank())
             continue;
         breaks.append(QLatin1String("from ") + format(quantity, QStringLiteral("#,###"), locale)
@@ -43,125 +44,136 @@ constexpr std::array<qreal, 4> Shares { 0.18, 0.42, 0.14, 0.26 };
 const std::array<Qt::Alignment, 4> Alignments { Qt::AlignLeft, Qt::AlignLeft, Qt::AlignRight,
     Qt::AlignLeft };
 
-/// Lays out and paints the list on one painter.
-class Layout
+const std::array<QString, 4> Headings { QStringLiteral("Part Number"), QStringLiteral("Product"),
+    QStringLiteral("List Price"), QStringLiteral("Price Breaks") };
+
+std::array<QString, 4> cellsOf(const PriceListEntry &entry)
+{
+    return { entry.partNumber, entry.name, entry.price, entry.breaks.join(QLatin1Char('\n')) };
+}
+
+QTextOption optionOf(int column)
+{
+    QTextOption wrap(Alignments.at(std::size_t(column)) | Qt::AlignTop);
+    wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return wrap;
+}
+
+} // namespace
+
+/// The fonts, the column rectangles and the heights of the page's parts for one page
+/// geometry. Texts are measured on a small image of the geometry's resolution, so the layout
+/// never needs the device the pages are painted on, and measures alike for every device.
+class PriceListDocument::Metrics
 {
 public:
-    Layout(QPainter &painter, const QRectF &page) : m_painter(painter), m_page(page)
+    explicit Metrics(const PageGeometry &geometry)
+        : m_page(QPointF(0, 0), geometry.size), m_image(8, 8, QImage::Format_ARGB32_Premultiplied)
     {
-        m_body = QFont(FontFamily);
-        m_body.setPointSizeF(10);
-        m_bold = m_body;
-        m_bold.setBold(true);
-        m_header = m_body;
-        m_header.setPointSizeF(12);
-        m_header.setItalic(true);
-        m_footer = m_body;
-        m_footer.setPointSizeF(9);
-        m_gap = QFontMetricsF(m_body, painter.device()).height() * 0.4;
+        // QImage keeps its resolution in dots per metre.
+        m_image.setDotsPerMeterX(qRound(geometry.dpiX / 0.0254));
+        m_image.setDotsPerMeterY(qRound(geometry.dpiY / 0.0254));
+        m_measure.begin(&m_image);
+        body = QFont(PriceList::FontFamily);
+        body.setPointSizeF(10);
+        bold = body;
+        bold.setBold(true);
+        header = body;
+        header.setPointSizeF(12);
+        header.setItalic(true);
+        footer = body;
+        footer.setPointSizeF(9);
+        gap = textHeight(body) * 0.4;
+        headerHeight = textHeight(header) + gap;
+        footerHeight = textHeight(footer) + gap;
+        headingHeight = rowHeight(Headings, bold);
+        room = m_page.height() - headerHeight - footerHeight - headingHeight;
     }
 
-    std::array<QString, 4> cells(const PriceListEntry &entry) const
-    {
-        return { entry.partNumber, entry.name, entry.price, entry.breaks.join(QLatin1Char('\n')) };
-    }
+    qreal textHeight(const QFont &font) const { return QFontMetricsF(font, &m_image).height(); }
 
     QRectF column(int index, qreal top, qreal height) const
     {
         qreal left = m_page.left();
         for (int i = 0; i < index; ++i)
-            left += m_page.width() * Shares.at(i);
-        const qreal padding = m_gap;
-        return { left + padding / 2, top, m_page.width() * Shares.at(index) - padding, height };
-    }
-
-    QTextOption option(int index) const
-    {
-        QTextOption wrap(Alignments.at(index) | Qt::AlignTop);
-        wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-        return wrap;
+            left += m_page.width() * Shares.at(std::size_t(i));
+        return { left + gap / 2, top, m_page.width() * Shares.at(std::size_t(index)) - gap,
+            height };
     }
 
     qreal rowHeight(const std::array<QString, 4> &texts, const QFont &font)
     {
-        m_painter.setFont(font);
-        qreal height = QFontMetricsF(font, m_painter.device()).height();
+        m_measure.setFont(font);
+        qreal height = textHeight(font);
         for (int i = 0; i < 4; ++i) {
-            const QRectF room = column(i, 0, 1e9);
-            height =
-                std::max(height, m_painter.boundingRect(room, texts.at(i), option(i)).height());
+            const QRectF space = column(i, 0, 1e9);
+            height = std::max(height,
+                m_measure.boundingRect(space, texts.at(std::size_t(i)), optionOf(i)).height());
         }
-        return height + m_gap;
+        return height + gap;
     }
 
-    void paintRow(const std::array<QString, 4> &texts, const QFont &font, qreal top, qreal height)
+    void paintRow(QPainter &painter, const std::array<QString, 4> &texts, const QFont &font,
+        qreal top, qreal height) const
     {
-        m_painter.setFont(font);
+        painter.setFont(font);
         for (int i = 0; i < 4; ++i)
-            m_painter.drawText(column(i, top + m_gap / 2, height), texts.at(i), option(i));
+            painter.drawText(
+                column(i, top + gap / 2, height), texts.at(std::size_t(i)), optionOf(i));
     }
 
-    qreal textHeight(const QFont &font) const
+    void paintPageText(QPainter &painter, const PageText &text, const QFont &font, qreal top) const
     {
-        return QFontMetricsF(font, m_painter.device()).height();
-    }
-
-    void paintPageText(const PageText &text, const QFont &font, qreal top)
-    {
-        m_painter.setFont(font);
+        painter.setFont(font);
         const QRectF line(m_page.left(), top, m_page.width(), textHeight(font));
-        m_painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, text.left);
-        m_painter.drawText(line, Qt::AlignHCenter | Qt::AlignVCenter, text.centre);
-        m_painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, text.right);
+        painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, text.left);
+        painter.drawText(line, Qt::AlignHCenter | Qt::AlignVCenter, text.centre);
+        painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, text.right);
     }
 
-    void rule(qreal y, qreal width)
+    void rule(QPainter &painter, qreal y) const
     {
         QPen pen(Qt::black);
-        pen.setWidthF(width);
-        m_painter.setPen(pen);
-        m_painter.drawLine(QPointF(m_page.left(), y), QPointF(m_page.right(), y));
-        m_painter.setPen(Qt::black);
+        pen.setWidthF(gap / 8);
+        painter.setPen(pen);
+        painter.drawLine(QPointF(m_page.left(), y), QPointF(m_page.right(), y));
+        painter.setPen(Qt::black);
     }
 
-    QPainter &m_painter;
+    qreal pageHeight() const { return m_page.height(); }
+
+    QFont body, bold, header, footer;
+    qreal gap = 0;
+    qreal headerHeight = 0;
+    qreal footerHeight = 0;
+    qreal headingHeight = 0;
+    qreal room = 0; ///< the height rows may take on a page
+
+private:
     QRectF m_page;
-    QFont m_body, m_bold, m_header, m_footer;
-    qreal m_gap = 0;
+    QImage m_image;
+    QPainter m_measure;
 };
 
-const std::array<QString, 4> Headings { QStringLiteral("Part Number"), QStringLiteral("Product"),
-    QStringLiteral("List Price"), QStringLiteral("Price Breaks") };
+namespace PriceList {
 
-/// Splits the rows into pages: each page takes whole rows while they fit below the headings.
-std::vector<std::vector<int>> paginate(const std::vector<qreal> &heights, qreal room)
+std::optional<PriceListEntry> entryOfRow(const Table &catalogue, int row, const QLocale &locale)
 {
-    std::vector<std::vector<int>> pages(1);
-    qreal used = 0;
-    for (int i = 0; i < int(heights.size()); ++i) {
-        if (used + heights.at(i) > room && !pages.back().empty()) {
-            pages.emplace_back();
-            used = 0;
-        }
-        pages.back().push_back(i);
-        used += heights.at(i);
-    }
-    return pages;
+    const Cell &part = catalogue.get(row, ProductRecord::PartNumber);
+    const Cell &name = catalogue.get(row, ProductRecord::ProductName);
+    if (part.isBlank() && name.isBlank())
+        return std::nullopt;
+    return PriceListEntry { textOf(part, locale), textOf(name, locale),
+        format(catalogue.get(row, ProductRecord::Price), QStringLiteral("Currency"), locale),
+        breaksOf(catalogue, row, locale) };
 }
-
-} // namespace
 
 std::vector<PriceListEntry> entries(const Table &catalogue, const QLocale &locale)
 {
     std::vector<PriceListEntry> list;
     for (int row = 1; row <= catalogue.rowCount(); ++row) {
-        const Cell part = catalogue.get(row, ProductRecord::PartNumber);
-        const Cell name = catalogue.get(row, ProductRecord::ProductName);
-        if (part.isBlank() && name.isBlank())
-            continue;
-        list.push_back({ textOf(part, locale), textOf(name, locale),
-            format(catalogue.get(row, ProductRecord::Price), QStringLiteral("Currency"), locale),
-            breaksOf(catalogue, row, locale) });
+        if (auto entry = entryOfRow(catalogue, row, locale))
+            list.push_back(std::move(*entry));
     }
     return list;
 }
@@ -169,38 +181,142 @@ std::vector<PriceListEntry> entries(const Table &catalogue, const QLocale &local
 int paint(QPagedPaintDevice &device, const std::vector<PriceListEntry> &entries,
     const PriceListPageText &pageText)
 {
-    QPainter painter;
-    if (!painter.begin(&device))
-        return 0;
-    Layout layout(painter, QRectF(0, 0, device.width(), device.height()));
-    const qreal headerHeight = layout.textHeight(layout.m_header) + layout.m_gap;
-    const qreal footerHeight = layout.textHeight(layout.m_footer) + layout.m_gap;
-    const qreal headingHeight = layout.rowHeight(Headings, layout.m_bold);
-    std::vector<qreal> heights;
-    for (const PriceListEntry &entry : entries)
-        heights.push_back(layout.rowHeight(layout.cells(entry), layout.m_body));
-    const qreal room = device.height() - headerHeight - footerHeight - headingHeight;
-    const auto pages = paginate(heights, room);
-    const int pageCount = int(pages.size());
-    for (int p = 0; p < pageCount; ++p) {
-        if (p > 0)
-            device.newPage();
-        layout.paintPageText(
-            expandPrintCodes(pageText.header, p + 1, pageCount), layout.m_header, 0);
-        qreal top = headerHeight;
-        layout.paintRow(Headings, layout.m_bold, top, headingHeight);
-        top += headingHeight;
-        layout.rule(top, layout.m_gap / 8);
-        for (const int index : pages.at(std::size_t(p))) {
-            layout.paintRow(layout.cells(entries.at(std::size_t(index))), layout.m_body, top,
-                heights.at(std::size_t(index)));
-            top += heights.at(std::size_t(index));
-        }
-        layout.paintPageText(expandPrintCodes(pageText.footer, p + 1, pageCount), layout.m_footer,
-            device.height() - layout.textHeight(layout.m_footer));
-    }
-    painter.end();
-    return pageCount;
+    PriceListDocument document(entries, pageText);
+    return paintAllPages(document, device);
 }
 
-} // namespace tarnwick::PriceList
+} // namespace PriceList
+
+PriceListDocument::PriceListDocument(
+    const Table &catalogue, const QLocale &locale, PriceListPageText pageText)
+    : m_catalogue(&catalogue), m_locale(locale), m_pageText(std::move(pageText))
+{
+}
+
+PriceListDocument::PriceListDocument(
+    std::vector<PriceListEntry> entries, PriceListPageText pageText)
+    : m_entries(std::move(entries)), m_pageText(std::move(pageText))
+{
+}
+
+PriceListDocument::~PriceListDocument() = default;
+
+int PriceListDocument::itemCount() const
+{
+    return m_catalogue ? m_catalogue->rowCount() : int(m_entries.size());
+}
+
+std::optional<PriceListEntry> PriceListDocument::itemAt(int index) const
+{
+    if (m_catalogue)
+        return PriceList::entryOfRow(*m_catalogue, index + 1, m_locale);
+    return m_entries.at(std::size_t(index));
+}
+
+void PriceListDocument::beginLayout(const PageGeometry &geometry)
+{
+    m_metrics = std::make_unique<Metrics>(geometry);
+    m_pageStarts.assign(1, 0);
+    m_next = 0;
+    m_used = 0;
+    m_pageHasRows = false;
+    m_done = false;
+}
+
+bool PriceListDocument::layoutNextRow()
+{
+    // A row that does not fit below the rows already on the page starts the next page; a row
+    // taller than a whole page has a page of its own.
+    for (; m_next < itemCount(); ++m_next) {
+        const std::optional<PriceListEntry> entry = itemAt(m_next);
+        if (!entry)
+            continue;
+        const qreal height = m_metrics->rowHeight(cellsOf(*entry), m_metrics->body);
+        if (m_used + height > m_metrics->room && m_pageHasRows) {
+            m_pageStarts.push_back(m_next);
+            m_used = 0;
+        }
+        m_pageHasRows = true;
+        m_used += height;
+        ++m_next;
+        return true;
+    }
+    m_done = true;
+    return false;
+}
+
+bool PriceListDocument::layoutMore(int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!m_done && layoutNextRow()) {
+        if (clock.elapsed() >= milliseconds)
+            break;
+    }
+    return m_done;
+}
+
+void PriceListDocument::layoutThroughPage(int page)
+{
+    while (!m_done && pagesReady() <= page)
+        layoutNextRow();
+}
+
+int PriceListDocument::pagesReady() const
+{
+    // The last page started takes rows until one does not fit or the rows end.
+    const int started = int(m_pageStarts.size());
+    return m_done ? started : started - 1;
+}
+
+int PriceListDocument::endOfPage(int page) const
+{
+    const auto next = std::size_t(page) + 1;
+    if (next < m_pageStarts.size())
+        return m_pageStarts.at(next);
+    return m_done ? itemCount() : m_next;
+}
+
+std::vector<PriceListDocument::PlacedRow> PriceListDocument::rowsOfPage(int page) const
+{
+    std::vector<PlacedRow> rows;
+    if (!m_metrics || page < 0 || page >= pagesReady())
+        return rows;
+    qreal top = m_metrics->headerHeight + m_metrics->headingHeight;
+    for (int index = m_pageStarts.at(std::size_t(page)); index < endOfPage(page); ++index) {
+        const std::optional<PriceListEntry> entry = itemAt(index);
+        if (!entry)
+            continue;
+        const qreal height = m_metrics->rowHeight(cellsOf(*entry), m_metrics->body);
+        rows.push_back({ index, top, height });
+        top += height;
+    }
+    return rows;
+}
+
+qreal PriceListDocument::footerTop() const
+{
+    return m_metrics ? m_metrics->pageHeight() - m_metrics->footerHeight : 0;
+}
+
+void PriceListDocument::paintPage(QPainter &painter, int page) const
+{
+    if (!m_metrics || page < 0 || page >= pagesReady())
+        return;
+    const Metrics &metrics = *m_metrics;
+    // "\\P" counts the pages laid out so far until the whole list is.
+    const int pageCount = pagesReady();
+    metrics.paintPageText(
+        painter, expandPrintCodes(m_pageText.header, page + 1, pageCount), metrics.header, 0);
+    const qreal headingTop = metrics.headerHeight;
+    metrics.paintRow(painter, Headings, metrics.bold, headingTop, metrics.headingHeight);
+    metrics.rule(painter, headingTop + metrics.headingHeight);
+    for (const PlacedRow &row : rowsOfPage(page)) {
+        if (const std::optional<PriceListEntry> entry = itemAt(row.item))
+            metrics.paintRow(painter, cellsOf(*entry), metrics.body, row.top, row.height);
+    }
+    metrics.paintPageText(painter, expandPrintCodes(m_pageText.footer, page + 1, pageCount),
+        metrics.footer, metrics.pageHeight() - metrics.textHeight(metrics.footer));
+}
+
+} // namespace tarnwick

@@ -19,7 +19,7 @@ QString field(const Table &catalogue, int row, int fieldNumber, const QLocale &l
 {
     if (row < 1 || row > catalogue.rowCount())
         return {};
-    const Cell cell = catalogue.get(row, fieldNumber);
+    const Cell &cell = catalogue.get(row, fieldNumber);
     return cell.isNull() ? QString() : conv::toText(cell, locale);
 }
 

@@ -61,8 +61,8 @@ QString currency(const Cell &cell, const QLocale &locale)
 /// The line under a quote line's heading: quantity, prices and extended price.
 QString priceLineOf(const Table &quote, int row, const QLocale &locale)
 {
-    const Cell unit = quote.get(row, QuoteLine::UnitPrice);
-    const Cell list = quote.get(row, QuoteLine::ListPrice);
+    const Cell &unit = quote.get(row, QuoteLine::UnitPrice);
+    const Cell &list = quote.get(row, QuoteLine::ListPrice);
     const QString quantity = textOf(quote.get(row, QuoteLine::Quantity), locale);
     const QString extended = currency(quote.get(row, QuoteLine::ExtendedPrice), locale);
     if (atListPrice(unit, list, locale)) {

@@ -6,17 +6,14 @@
 #include "platform/appenvironment.h"
 #include "platform/iprompts.h"
 #include "products/productcommands.h"
+#include "shell/cataloguework.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
-#include <QEventLoop>
 #include <QFileInfo>
-#include <QThread>
 
 #include <algorithm>
-#include <exception>
-#include <memory>
 
 namespace tarnwick {
 
@@ -33,11 +30,17 @@ CatalogueLifecycle::CatalogueLifecycle(Module1 &module, IPrompts &prompts)
 {
 }
 
+CatalogueWork *CatalogueLifecycle::attachWork(QWidget *window)
+{
+    m_work = new CatalogueWork(m_module.Catalogue(), m_recovery, window);
+    return m_work;
+}
+
 CatalogueReadResult CatalogueLifecycle::readAndSort()
 {
     Table &catalogue = m_module.Catalogue();
     Products &products = m_module.AllProducts();
-    const CatalogueReadResult result = products.ReadProds(m_module.DataFile);
+    CatalogueReadResult result = products.ReadProds(m_module.DataFile);
     // Cut to the products read and put them in part-number order, as a header click would.
     ProductCommands::sortCatalogue(
         catalogue, products, ProductRecord::PartNumber, m_module.locale());
@@ -58,27 +61,10 @@ CatalogueReadResult CatalogueLifecycle::load()
     m_module.Catalogue().redim(InitialRows, ProductRecord::FieldCount);
     m_module.AllProducts();
     CatalogueReadResult result;
-    if (readsInBackground()) {
-        // The worker has the catalogue to itself until it ends; the loop keeps this thread's
-        // timers and painting going meanwhile.
-        QEventLoop loop;
-        std::exception_ptr failure;
-        std::unique_ptr<QThread> worker(QThread::create([&] {
-            try {
-                result = readAndSort();
-            } catch (...) {
-                failure = std::current_exception();
-            }
-        }));
-        QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
-        worker->start();
-        loop.exec(QEventLoop::ExcludeUserInputEvents);
-        worker->wait();
-        if (failure)
-            std::rethrow_exception(failure);
-    } else {
+    if (readsInBackground())
+        runWhileEventsFlow([&] { result = readAndSort(); });
+    else
         result = readAndSort();
-    }
     m_module.SortedByPart = true;
     if (result.status == CatalogueReadResult::Status::Failed) {
         m_readFailed = true;
@@ -104,7 +90,14 @@ CatalogueWriteResult CatalogueLifecycle::save()
         m_unreadFileKept = true;
         m_prompts.msgBox(keptCopyMessage(copy), MsgStyle::Information, CatalogueTitle);
     }
-    return m_module.AllProducts().WriteProds(m_module.DataFile);
+    // A large catalogue is written while the window keeps answering.
+    CatalogueWriteResult written;
+    const auto write = [&] { written = m_module.AllProducts().WriteProds(m_module.DataFile); };
+    if (m_work)
+        m_work->run(write);
+    else
+        write();
+    return written;
 }
 
 bool CatalogueLifecycle::saveBeforeClose()
@@ -138,8 +131,15 @@ bool CatalogueLifecycle::saveNow()
 
 bool CatalogueLifecycle::saveCopy(const QString &path)
 {
-    const CatalogueWriteResult written = writeCatalogueCopy(
-        path, m_module.Catalogue(), m_module.AllProducts().Count(), m_module.locale());
+    CatalogueWriteResult written;
+    const auto write = [&] {
+        written = writeCatalogueCopy(
+            path, m_module.Catalogue(), m_module.AllProducts().Count(), m_module.locale());
+    };
+    if (m_work)
+        m_work->run(write);
+    else
+        write();
     if (!written.ok) {
         reportSaveFailure(path, written.detail);
         return false;

@@ -5,8 +5,11 @@
 
 #include <QString>
 
+class QWidget;
+
 namespace tarnwick {
 
+class CatalogueWork;
 class IPrompts;
 class Module1;
 
@@ -48,6 +51,11 @@ public:
     /// the program uses. A failure is reported; true when written.
     bool saveCopy(const QString &path);
 
+    /// Makes the long work on the catalogue of window (see CatalogueWork); saves of a large
+    /// catalogue run through it, so the window keeps answering meanwhile.
+    CatalogueWork *attachWork(QWidget *window);
+    CatalogueWork *work() const { return m_work; }
+
     /// Keeps the changes not yet saved in the recovery file; started once the catalogue is
     /// loaded (and after offerRecovery()).
     CatalogueRecovery &recovery() { return m_recovery; }
@@ -80,6 +88,7 @@ private:
     void reportSaveFailure(const QString &path, const QString &detail);
 
     CatalogueRecovery m_recovery;
+    CatalogueWork *m_work = nullptr;
     bool m_readFailed = false;
     bool m_unreadFileKept = false;
     qint64 m_backgroundReadBytes = 4 * 1024 * 1024;

@@ -63,16 +63,15 @@ void DocumentsController::showQuoteNote()
 
 void DocumentsController::previewPriceList()
 {
-    const auto entries = PriceList::entries(m_module.Catalogue(), m_module.locale());
-    m_print->preview(m_owner, PriceListTitle,
-        [&entries](QPagedPaintDevice &device) { PriceList::paint(device, entries); });
+    // Laid out page by page as the preview asks: the first page shows at once at any size.
+    PriceListDocument document(m_module.Catalogue(), m_module.locale());
+    m_print->previewDocument(m_owner, PriceListTitle, document);
 }
 
 void DocumentsController::printPriceList()
 {
-    const auto entries = PriceList::entries(m_module.Catalogue(), m_module.locale());
-    m_print->print(m_owner, PriceListTitle,
-        [&entries](QPagedPaintDevice &device) { PriceList::paint(device, entries); });
+    PriceListDocument document(m_module.Catalogue(), m_module.locale());
+    m_print->printDocument(m_owner, PriceListTitle, document);
 }
 
 FrmQuoteNote *DocumentsController::quoteNoteWindow() const

@@ -94,7 +94,7 @@ QString ExchangeController::Getfile()
 
 QString ExchangeController::lastWorkbook() const
 {
-    const QString stored = m_services.settings.get(
+    QString stored = m_services.settings.get(
         SettingsKeys::Application, SettingsKeys::Section, SettingsKeys::LastWorkbook);
     if (stored.isEmpty() || !QFileInfo(stored).absoluteDir().exists())
         return QString();

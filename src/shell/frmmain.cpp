@@ -64,6 +64,7 @@ frmMain::frmMain(
     m_exchange = new ExchangeController(services, module, *m_history, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
     m_save = new SaveController(services, module, m_catalogue, *m_history, *m_grid, m_ui, this);
+    m_grid->setCatalogueWork(m_catalogue.attachWork(this));
     m_edit = new EditController(services.clipboard, this);
     connectEditItems();
     connectHandlers();

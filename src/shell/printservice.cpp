@@ -1,5 +1,8 @@
 #include "shell/printservice.h"
 
+#include "quotes/pageddocument.h"
+#include "shell/printpreview.h"
+
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -15,6 +18,18 @@ void prepare(QPrinter &printer, const QString &title)
 }
 
 } // namespace
+
+void IPrintService::previewDocument(QWidget *owner, const QString &title, PagedDocument &document)
+{
+    preview(
+        owner, title, [&document](QPagedPaintDevice &device) { paintAllPages(document, device); });
+}
+
+bool IPrintService::printDocument(QWidget *owner, const QString &title, PagedDocument &document)
+{
+    return print(
+        owner, title, [&document](QPagedPaintDevice &device) { paintAllPages(document, device); });
+}
 
 void QtPrintService::preview(QWidget *owner, const QString &title, const PaintPages &paint)
 {
@@ -37,6 +52,14 @@ bool QtPrintService::print(QWidget *owner, const QString &title, const PaintPage
         return false;
     paint(printer);
     return true;
+}
+
+void QtPrintService::previewDocument(QWidget *owner, const QString &title, PagedDocument &document)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    prepare(printer, title);
+    PrintPreview window(printer, document, title, owner);
+    window.exec();
 }
 
 } // namespace tarnwick

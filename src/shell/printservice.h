@@ -9,6 +9,8 @@ class QWidget;
 
 namespace tarnwick {
 
+class PagedDocument;
+
 /// Paints a document on a paged device (a printer, a preview, a PDF file).
 using PaintPages = std::function<void(QPagedPaintDevice &)>;
 
@@ -23,14 +25,23 @@ public:
     virtual void preview(QWidget *owner, const QString &title, const PaintPages &paint) = 0;
     /// Asks for a printer and prints; false when the user cancelled.
     virtual bool print(QWidget *owner, const QString &title, const PaintPages &paint) = 0;
+
+    /// Shows a preview of a document laid out page by page. By default every page is laid
+    /// out and painted first, through preview() above.
+    virtual void previewDocument(QWidget *owner, const QString &title, PagedDocument &document);
+    /// Asks for a printer and prints every page of the document.
+    virtual bool printDocument(QWidget *owner, const QString &title, PagedDocument &document);
 };
 
-/// QPrintPreviewDialog and QPrintDialog on a high-resolution QPrinter with 15 mm margins.
+/// QPrintPreviewDialog and QPrintDialog on a high-resolution QPrinter with 15 mm margins; a
+/// paged document is previewed in PrintPreview, which shows its first page at once and lays
+/// out the rest while it is open.
 class QtPrintService : public IPrintService
 {
 public:
     void preview(QWidget *owner, const QString &title, const PaintPages &paint) override;
     bool print(QWidget *owner, const QString &title, const PaintPages &paint) override;
+    void previewDocument(QWidget *owner, const QString &title, PagedDocument &document) override;
 };
 
 } // namespace tarnwick

@@ -11,6 +11,7 @@
 #include "products/productgridmodel.h"
 #include "products/productrow.h"
 #include "products/schedulemodel.h"
+#include "shell/cataloguework.h"
 #include "shell/gridview.h"
 #include "shell/inputorder.h"
 #include "shell/mainwindowui.h"
@@ -394,6 +395,25 @@ void ProductGridController::deleteAllProducts()
     CatalogueEdits::deleteAll(m_history, currentView());
     MainRefresh(false);
     showNoRow();
+}
+
+void ProductGridController::setCatalogueWork(CatalogueWork *work)
+{
+    m_work = work;
+    // A header click's sort (and its undo and redo) of a large catalogue runs as such work.
+    m_history.setWorkRunner([work](const std::function<void()> &sort) { work->run(sort); });
+    // While another thread works on the catalogue, the grid shows what it showed and its
+    // model reads nothing; the work's end reloads it.
+    connect(work, &CatalogueWork::started, this, [this] {
+        m_ui.GrdMain->setUpdatesEnabled(false);
+        if (m_gridModel)
+            m_gridModel->setFrozen(true);
+    });
+    connect(work, &CatalogueWork::finished, this, [this] {
+        if (m_gridModel)
+            m_gridModel->setFrozen(false);
+        m_ui.GrdMain->setUpdatesEnabled(true);
+    });
 }
 
 void ProductGridController::findProduct(IShellDialogs &dialogs)

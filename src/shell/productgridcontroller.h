@@ -22,6 +22,7 @@ class Module1;
 class ProductGridModel;
 class ScheduleModel;
 class Table;
+class CatalogueWork;
 
 /// The product grid with its side boxes and the product commands that work on them: showing
 /// the current row, writing the side boxes back when a row is left in edit mode, sorting on a
@@ -90,6 +91,8 @@ public:
     /// catalogue on the part number and shows it again, the same product current (edit mode
     /// stays as it is).
     void refresh();
+    /// Sorts of a large catalogue run through work; the grid keeps what it shows meanwhile.
+    void setCatalogueWork(CatalogueWork *work);
 
 public Q_SLOTS:
     void GrdMain_RowColChange(const QModelIndex &current, const QModelIndex &previous);
@@ -130,6 +133,7 @@ private:
     ProductGridModel *m_gridModel = nullptr;
     ScheduleModel *m_scheduleModel = nullptr;
     ProductSearch m_search;
+    CatalogueWork *m_work = nullptr;
     QString m_gridTag;
     /// The row the side boxes and the schedule show, and the grid's column then.
     ProductView m_shownView;

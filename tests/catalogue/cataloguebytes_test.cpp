@@ -205,5 +205,60 @@ TEST_F(CatalogueRoundTripTest, TheBackupIsTheWholePreviousFileAndNoHelperNameSta
         (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
 }
 
+TEST_F(CatalogueRoundTripTest, AByteOrderMarkIsReadAsAMarkAndWrittenBackOnce)
+{
+    // A mark before a file that must stay UTF-8: the mark is no part of the first product.
+    const QByteArray lines =
+        productLine({ "A-1", "\xe8\x9e\xba" }) + productLine({ "B-2", "Bolt" });
+    EXPECT_EQ(roundTrip("\xef\xbb\xbf" + lines), lines);
+    EXPECT_EQ(catalogue.get(1, 1).asText(), QStringLiteral("A-1"));
+    // A part number that itself starts with the mark's character keeps it: the file is read
+    // with one mark dropped, and written back with one mark before that character.
+    const QByteArray marked = "\xef\xbb\xbf\xef\xbb\xbf" + lines;
+    EXPECT_EQ(roundTrip(marked), marked);
+    EXPECT_EQ(catalogue.get(1, 1).asText(), QStringLiteral("\uFEFFA-1"));
+    EXPECT_EQ(catalogue.get(1, 1).textView().size, 6) << "one mark character, then A-1";
+}
+
+TEST(CatalogueBytesTest, InPiecesOnlyTheFirstPieceGetsTheMark)
+{
+    // Every product's part number starts with the mark's character; pieces of a line each.
+    Table table(3, 15);
+    for (int row = 1; row <= 3; ++row)
+        table.put(row, 1, QStringLiteral("\uFEFFP%1").arg(row));
+    RecordingSink sink;
+    ASSERT_TRUE(streamCatalogueFile(table, English, 0, sink, 1).ok);
+    ASSERT_EQ(sink.pieces.size(), 3);
+    EXPECT_TRUE(sink.pieces[0].startsWith("\xef\xbb\xbf\xef\xbb\xbfP1"));
+    EXPECT_TRUE(sink.pieces[1].startsWith("\xef\xbb\xbfP2"));
+    EXPECT_TRUE(sink.pieces[2].startsWith("\xef\xbb\xbfP3"));
+    EXPECT_EQ(sink.joined(), catalogueFileBytes(table, English, 0).bytes);
+}
+
+TEST(CatalogueBytesTest, EveryPieceIsCheckedForReadingBackAsUtf8)
+{
+    // The first pieces hold only "Ã©" (C3 A9 in Windows-1252, which reads as UTF-8 "é"), a
+    // later one a lone "°" (B0), which is no UTF-8: so the whole file cannot be mistaken for
+    // UTF-8 and stays in Windows-1252, in one piece or in many.
+    Table table(40, 15);
+    for (int row = 1; row <= 40; ++row) {
+        table.put(row, 1, QStringLiteral("P%1").arg(row, 3, 10, QLatin1Char('0')));
+        table.put(row, 2, QStringLiteral("Caf\u00c3\u00a9"));
+    }
+    table.put(38, 4, QStringLiteral("-20 \u00b0C"));
+    const QByteArray whole = catalogueFileBytes(table, English, 0).bytes;
+    EXPECT_TRUE(whole.contains("Caf\xc3\xa9" FE)) << "Windows-1252 bytes";
+    EXPECT_TRUE(whole.contains("-20 \xb0"
+                               "C" FE));
+    RecordingSink sink;
+    const CatalogueStreamResult streamed = streamCatalogueFile(table, English, 0, sink, 64);
+    EXPECT_TRUE(streamed.ok);
+    EXPECT_GT(sink.pieces.size(), 5);
+    EXPECT_EQ(sink.restarts, 0) << "nothing asked for UTF-8";
+    EXPECT_EQ(sink.joined(), whole);
+    // And it reads back as the same texts.
+    EXPECT_EQ(decodeCatalogueBytes(whole), catalogueFileText(table, English, 0).text);
+}
+
 } // namespace
 } // namespace tarnwick::test

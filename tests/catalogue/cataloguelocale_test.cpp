@@ -109,6 +109,26 @@ TEST_F(CatalogueFixture, LegacyCommaFileReadsUnderEnglishAndIsWrittenWithDots)
             + productLine({ "B-2", "Mutter", "1234.5", "", "", "100", "1000.75" }));
 }
 
+TEST_F(CatalogueFixture, UnderGermanAPricePointLikeAGroupedNumberIsReadInTheStoredForm)
+{
+    // "2.500" in the file is two and a half, as the file writes numbers in every locale; in
+    // German it would read as two thousand five hundred.
+    const QLocale german(QLocale::German, QLocale::Germany);
+    writeDataFile(
+        productLine({ "A-1", "Anchor", "2.500", "", "", "10", "2.500", "1.000", "1.250" }));
+    Table table(1000, 15);
+    Products germanProducts(table, prompts, environment, german);
+    ASSERT_EQ(germanProducts.ReadProds(dataFile()).status, Status::Ok);
+    EXPECT_EQ(table.get(1, ProductRecord::Price), Cell(2.5f));
+    EXPECT_EQ(conv::toDouble(table.get(1, ProductRecord::Price1), german), 2.5);
+    EXPECT_EQ(conv::toDouble(table.get(1, ProductRecord::PricePoint2), german), 1.0);
+    EXPECT_EQ(conv::toDouble(table.get(1, ProductRecord::Price2), german), 1.25);
+    table.redimPreserve(germanProducts.Count(), 15);
+    ASSERT_TRUE(germanProducts.WriteProds(dataFile()).ok);
+    EXPECT_EQ(
+        dataFileBytes(), productLine({ "A-1", "Anchor", "2.5", "", "", "10", "2.5", "1", "1.25" }));
+}
+
 TEST_F(CatalogueFixture, TypedGermanNumbersAreWrittenWithDots)
 {
     const QLocale german(QLocale::German, QLocale::Germany);

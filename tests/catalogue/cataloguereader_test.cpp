@@ -186,6 +186,42 @@ TEST(CatalogueReaderTest, EncodingsAndTheByteOrderMarkReadAlike)
     EXPECT_EQ(reading.table.get(1, ProductRecord::PartNumber).asText(), QStringLiteral("U-1"));
 }
 
+TEST(CatalogueReaderTest, EveryTextCellHoldsOneReferenceToTheFileBytes)
+{
+    // Well-formed products (the quick way) around one that is not (the general way).
+    std::string bytes;
+    for (int i = 0; i < 20; ++i)
+        bytes += fullProduct("Q" + std::to_string(i));
+    bytes += product({ "ODD", "price", "not a number" });
+    for (int i = 20; i < 40; ++i)
+        bytes += fullProduct("Q" + std::to_string(i));
+    Reading reading = readBytes(bytes, English, false);
+    ASSERT_EQ(reading.result.rowsRead, 41);
+    Table &table = reading.table;
+    const CellTextBlock *fileBytes = table.get(1, ProductRecord::PartNumber).textBlock();
+    ASSERT_NE(fileBytes, nullptr);
+    int cells = 0;
+    for (int row = 1; row <= table.rowCount(); ++row) {
+        for (int field = 1; field <= table.fieldCount(); ++field)
+            cells += table.get(row, field).textBlock() == fileBytes ? 1 : 0;
+    }
+    // The reader has let go of its own reference: the cells hold the rest, one each.
+    EXPECT_EQ(fileBytes->ref.load(), cells);
+    // Replaced one by one, every cell gives its reference back; the last one still reads its
+    // text (a count too low would have freed the bytes under it, which the sanitizer build
+    // reports).
+    for (int row = 1; row <= table.rowCount(); ++row) {
+        for (int field = 1; field <= table.fieldCount(); ++field) {
+            if (row == table.rowCount() && field == ProductRecord::PartNumber)
+                continue;
+            table.put(row, field, Cell(qint32(row)));
+        }
+    }
+    EXPECT_EQ(fileBytes->ref.load(), 1);
+    EXPECT_EQ(
+        table.get(table.rowCount(), ProductRecord::PartNumber).asText(), QStringLiteral("Q39"));
+}
+
 TEST(CatalogueReaderTest, WhereTheStoredFormIsNotTheUsersTheNumbersReadAlike)
 {
     expectBothWaysAlike(

@@ -192,6 +192,29 @@ TEST_F(SafeSaveTest, FullDiskLeavesTheOldFileIntactAndNoTemporaryFile)
     EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("twdata.dat") });
 }
 
+TEST_F(SafeSaveTest, AFailureWhenTheDataIsFlushedIsReportedAtOnceAndKeepsTheBackup)
+{
+    // A small catalogue is held in the file's buffer until it is flushed: the disk fills up
+    // only then. The save stops there, before the previous file would become the backup.
+    const QByteArray oldBackup =
+        "OLD-0" FE "Older product" FE FE FE FE FE FE FE FE FE FE FE FE FE FE "\r\n";
+    writeDataFile(OldBytes);
+    folder.writeFile(QStringLiteral("twdata.bak"), oldBackup);
+    fillCatalogue(20);
+    CatalogueWriteResult result;
+    {
+        FileSizeLimit fullDisk(64);
+        ASSERT_TRUE(fullDisk.active());
+        result = products.WriteProds(dataFile());
+    }
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.detail, QStringLiteral("the new file could not be written: the disk is full"));
+    EXPECT_EQ(dataFileBytes(), OldBytes);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), oldBackup);
+    EXPECT_EQ(folder.fileNames(),
+        (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
+}
+
 TEST_F(SafeSaveTest, SaveInterruptedBeforeTheReplaceLeavesTheOldFileIntact)
 {
     writeDataFile(OldBytes);

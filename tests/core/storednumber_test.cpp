@@ -4,7 +4,15 @@
 
 #include "testlocales.h"
 
+#include "core/vberror.h"
+
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
 
 namespace tarnwick {
 namespace {
@@ -86,6 +94,42 @@ TEST(StoredNumberTest, NumberCellIsTheNumberOrTheText)
     EXPECT_EQ(stored::numberCell(QStringLiteral("1500,5"), enUS()), Cell(1500.5));
     EXPECT_EQ(stored::numberCell(QStringLiteral("9000"), deDE()), Cell(9000.0));
     EXPECT_EQ(stored::numberCell(QStringLiteral("wide"), deDE()), Cell("wide"));
+}
+
+QString charsOf(float value)
+{
+    char out[stored::NumberCharsRoom];
+    const char *end = stored::numberChars(value, out);
+    return QString::fromLatin1(out, end - out);
+}
+
+TEST(StoredNumberTest, NumberCharsAreTheNumberText)
+{
+    // Every cent price below 500, then singles spread over all magnitudes and signs.
+    for (int cents = 0; cents < 50000; ++cents) {
+        const float price = float(cents) / 100.0f;
+        ASSERT_EQ(charsOf(price), numberText(price)) << cents;
+    }
+    std::mt19937 random(24);
+    std::uniform_real_distribution<float> spread(0.0f, 1.0f);
+    for (int i = 0; i < 25000; ++i) {
+        const float value = std::ldexp(spread(random), int(random() % 60) - 30);
+        ASSERT_EQ(charsOf(value), numberText(value)) << value;
+        ASSERT_EQ(charsOf(-value), numberText(-value)) << -value;
+    }
+    for (int i = 0; i < 25000; ++i) {
+        const std::uint32_t bits = std::uint32_t(random());
+        float value = 0;
+        std::memcpy(&value, &bits, sizeof value);
+        if (!std::isfinite(value))
+            continue;
+        ASSERT_EQ(charsOf(value), numberText(value)) << bits;
+    }
+    // Near a power of two below 0.01 the shortest digits are not the general form.
+    EXPECT_EQ(charsOf(0.000976564945f), QStringLiteral("0.0009765649"));
+    EXPECT_EQ(charsOf(1e6f), QStringLiteral("1000000"));
+    EXPECT_EQ(charsOf(123456.78f), QStringLiteral("123456.78"));
+    EXPECT_THROW(charsOf(std::numeric_limits<float>::infinity()), VbError);
 }
 
 } // namespace

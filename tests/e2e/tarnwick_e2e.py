@@ -19,6 +19,8 @@ import sys
 import tempfile
 import time
 
+from e2e_waits import run_while_answering, tick_wait_seconds  # beside this script
+
 FIELD_END = b"\x7f\x7f\x7f"
 
 
@@ -266,9 +268,13 @@ def scenario_password(run):
         f.write("[Settings]\nUserPassword=abc\n")
     s = run.start(title="Enter user password", wait_grid=False)
     try:
-        time.sleep(3)  # the window used to appear behind the prompt after about 1.7 s
-        shown = [w for w in s.windows() if w["showing"] and w["title"] == "Tarnwick"
-                 and w["role"] == "frame"]
+        # The prompt is up (start waited for it). The window used to appear behind it once the
+        # splash's tick wait was over: look for it while the program answers, until it has
+        # run its event loop for twice that wait.
+        def main_window_shown():
+            return [w for w in s.windows() if w["showing"] and w["title"] == "Tarnwick"
+                    and w["role"] == "frame"]
+        shown = run_while_answering(s, 2 * tick_wait_seconds(run.args.source), main_window_shown)
         check(not shown, "no main window while the prompt is up: %r" % shown)
         s.activate("Enter user password")
         s.type_keys("abc\n", delay=5)

@@ -34,6 +34,19 @@ TEST(HelpSearch, EveryWordOfTheQueryMustOccur)
     EXPECT_TRUE(search.search(QStringLiteral("quantity elephant")).isEmpty());
 }
 
+TEST(HelpSearch, TwoLetterWordsAreFound)
+{
+    HelpSearch search;
+    search.addTopic(QStringLiteral("order.html"), QStringLiteral("Orders"),
+        QStringLiteral("<p>Write the PO number on every quote.</p>"));
+    search.addTopic(QStringLiteral("other.html"), QStringLiteral("Other"),
+        QStringLiteral("<p>Nothing of that here.</p>"));
+    EXPECT_EQ(files(search.search(QStringLiteral("po"))), QStringList { "order.html" });
+    EXPECT_EQ(files(search.search(QStringLiteral("PO number"))), QStringList { "order.html" });
+    // Single letters are no words.
+    EXPECT_EQ(HelpSearch::words(QStringLiteral("a PO x")), QStringList { "po" });
+}
+
 TEST(HelpSearch, WordsMatchByTheirBeginningAndInAnyCase)
 {
     const HelpSearch search = twoPages();

@@ -96,6 +96,83 @@ TEST(PriceListTest, PrintedToPdfEveryPageHasHeaderHeadingsAndNumber)
     EXPECT_EQ(printed.text.count(QStringLiteral("\f")), printed.pages);
 }
 
+/// The geometry of an A4 page with 15 mm margins at the printer's resolution.
+PageGeometry a4Geometry()
+{
+    QTemporaryDir dir;
+    QPdfWriter writer(dir.filePath(QStringLiteral("geometry.pdf")));
+    writer.setResolution(1200);
+    writer.setPageSize(QPageSize(QPageSize::A4));
+    writer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+    return PageGeometry::of(writer);
+}
+
+TEST(PriceListDocumentTest, TheFirstPageIsSettledBeforeTheRestIsLaidOut)
+{
+    const Table catalogue = catalogueOf(3000);
+    PriceListDocument document(catalogue, EnUs);
+    document.beginLayout(a4Geometry());
+    document.layoutThroughPage(0);
+    EXPECT_EQ(document.pagesReady(), 1);
+    EXPECT_FALSE(document.isLaidOut());
+    const std::vector<PriceListDocument::PlacedRow> first = document.rowsOfPage(0);
+    ASSERT_FALSE(first.empty());
+    EXPECT_EQ(first.front().item, 0);
+    while (!document.layoutMore(1000)) { }
+    EXPECT_GT(document.pagesReady(), 10);
+    // Every product is on exactly one page, in catalogue order.
+    int next = 0;
+    for (int page = 0; page < document.pagesReady(); ++page) {
+        for (const auto &row : document.rowsOfPage(page))
+            EXPECT_EQ(row.item, next++);
+    }
+    EXPECT_EQ(next, 3000);
+}
+
+TEST(PriceListDocumentTest, ARowThatDoesNotFitGoesToTheNextPage)
+{
+    // Rows of varying height: names that wrap over one to four lines.
+    Table catalogue = catalogueOf(120);
+    for (int row = 1; row <= 120; ++row)
+        catalogue.put(row, 2, QStringLiteral("Word ").repeated(8 * (row % 4) + 2));
+    PriceListDocument document(catalogue, EnUs);
+    document.beginLayout(a4Geometry());
+    while (!document.layoutMore(1000)) { }
+    ASSERT_GT(document.pagesReady(), 2);
+    for (int page = 0; page < document.pagesReady(); ++page) {
+        const auto rows = document.rowsOfPage(page);
+        ASSERT_FALSE(rows.empty());
+        const auto &last = rows.back();
+        EXPECT_LE(last.top + last.height, document.footerTop()) << "page " << page + 1;
+        if (page + 1 < document.pagesReady()) {
+            // The next page's first row was moved there because it did not fit here.
+            const auto &moved = document.rowsOfPage(page + 1).front();
+            EXPECT_GT(last.top + last.height + moved.height, document.footerTop())
+                << "page " << page + 1;
+        }
+    }
+}
+
+TEST(PriceListDocumentTest, AProductWithANameButNoPartNumberIsPrinted)
+{
+    Table catalogue = catalogueOf(3);
+    catalogue.put(2, 1, "");
+    catalogue.put(2, 2, "Gadget without a number");
+    catalogue.put(3, 1, "");
+    catalogue.put(3, 2, "");
+    const auto entries = PriceList::entries(catalogue, EnUs);
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[1].name, QStringLiteral("Gadget without a number"));
+    EXPECT_TRUE(entries[1].partNumber.isEmpty());
+    PriceListDocument document(catalogue, EnUs);
+    document.beginLayout(a4Geometry());
+    while (!document.layoutMore(1000)) { }
+    ASSERT_EQ(document.pagesReady(), 1);
+    const auto rows = document.rowsOfPage(0);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[1].item, 1) << "the second catalogue row";
+}
+
 TEST(PriceListTest, ThePageCountGrowsWithTheCatalogue)
 {
     const int few = printToPdf(5).pages;

@@ -9,11 +9,11 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSystemTrayIcon>
 #include <QTest>
+#include <QTimer>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -50,21 +50,51 @@ TEST_F(PasswordTest, TheRightPasswordShowsTheMainWindowWithoutTheTickWait)
 }
 
 namespace {
-/// Waits well past the tick wait while the prompt is up and tells whether any main window was
-/// shown meanwhile.
-bool mainWindowShownDuring(int milliseconds)
+/// Records every main window and tray icon that is shown while it lives: the Show events
+/// themselves, so a window shown and hidden again between two looks is seen too.
+class ShowRecorder : public QObject
 {
-    bool shown = false;
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < milliseconds) {
-        QTest::qWait(5);
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            if (qobject_cast<frmMain *>(window) && window->isVisible())
-                shown = true;
-        }
+public:
+    ShowRecorder() { qApp->installEventFilter(this); }
+    ~ShowRecorder() override { qApp->removeEventFilter(this); }
+    ShowRecorder(const ShowRecorder &) = delete;
+    ShowRecorder &operator=(const ShowRecorder &) = delete;
+
+    bool mainWindowShown = false;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && qobject_cast<frmMain *>(watched))
+            mainWindowShown = true;
+        return QObject::eventFilter(watched, event);
     }
-    return shown;
+};
+
+/// The splash's tick timer, the program's own clock of the tick wait.
+QTimer *tickTimerOf(const FrmSplash1 &splash)
+{
+    const QList<QTimer *> timers = splash.findChildren<QTimer *>();
+    return timers.size() == 1 ? timers.front() : nullptr;
+}
+
+/// Lets the event loop run until the splash's tick wait would have ended had its timer kept
+/// running: a timer of the same interval, started now, fires once more than the ticks the
+/// wait counts (the splash's timer, started before, would have fired at least as often).
+/// Returns whether a main window was shown meanwhile. Nothing here waits for a fixed time:
+/// on a slow machine the wait simply takes longer.
+bool mainWindowShownDuringTheTickWait(const FrmSplash1 &splash)
+{
+    ShowRecorder recorder;
+    const QTimer *tick = tickTimerOf(splash);
+    EXPECT_NE(tick, nullptr);
+    QTimer probe;
+    probe.setInterval(tick ? tick->interval() : FrmSplash1::DefaultTickMilliseconds);
+    int fired = 0;
+    QObject::connect(&probe, &QTimer::timeout, [&] { ++fired; });
+    probe.start();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return fired > FrmSplash1::TicksToWait; }, 60000));
+    return recorder.mainWindowShown;
 }
 
 bool trayIconShown()
@@ -84,11 +114,16 @@ TEST_F(PasswordTest, NoMainWindowOrTrayIconShowsWhileThePromptIsUp)
     dialogs.answer = QStringLiteral("abc");
     bool shownWhileAsking = true;
     bool trayWhileAsking = true;
+    bool tickingWhileAsking = true;
     dialogs.whileAsking = [&] {
-        shownWhileAsking = mainWindowShownDuring(200);
+        // The tick wait, which would show the main window, is off while the prompt is up.
+        const QTimer *tick = tickTimerOf(*splash);
+        tickingWhileAsking = !tick || tick->isActive();
+        shownWhileAsking = mainWindowShownDuringTheTickWait(*splash);
         trayWhileAsking = trayIconShown();
     };
     start();
+    EXPECT_FALSE(tickingWhileAsking);
     EXPECT_FALSE(shownWhileAsking) << "the tick wait must not show the catalogue behind the prompt";
     EXPECT_FALSE(trayWhileAsking);
     ASSERT_TRUE(started);
@@ -101,10 +136,20 @@ TEST_F(PasswordTest, AWrongPasswordEndsWithoutTheMainWindowEverShown)
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
     dialogs.answer = QStringLiteral("abd");
     bool shownWhileAsking = true;
-    dialogs.whileAsking = [&] { shownWhileAsking = mainWindowShownDuring(200); };
+    dialogs.whileAsking = [&] { shownWhileAsking = mainWindowShownDuringTheTickWait(*splash); };
+    ShowRecorder afterwards;
     start();
     EXPECT_FALSE(shownWhileAsking);
-    EXPECT_FALSE(mainWindowShownDuring(50));
+    // Nothing left over shows it later either: the splash is gone and its clock with it, and
+    // a whole tick wait's worth of events passes without a main window.
+    EXPECT_FALSE(splash->isVisible());
+    QTimer probe;
+    probe.setInterval(tickMilliseconds);
+    int fired = 0;
+    QObject::connect(&probe, &QTimer::timeout, [&] { ++fired; });
+    probe.start();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return fired > FrmSplash1::TicksToWait; }, 60000));
+    EXPECT_FALSE(afterwards.mainWindowShown);
     expectProgramEndedWithoutWriting();
 }
 

@@ -1,0 +1,101 @@
+// Long work on a large catalogue runs on a worker thread while the window keeps answering:
+// the header sort and the save at close give the same catalogue and file as on the window's
+// own thread, the grid reads nothing meanwhile, and a close asked for meanwhile waits.
+#include "shellfixture.h"
+
+#include "shell/cataloguework.h"
+#include "shell/gridview.h"
+
+#include <QHeaderView>
+#include <QTest>
+#include <QTimer>
+
+#include <atomic>
+#include <thread>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class CatalogueWorkTest : public SampleWindowTest
+{
+protected:
+    void SetUp() override
+    {
+        SampleWindowTest::SetUp();
+        work = window->catalogue().work();
+        ASSERT_NE(work, nullptr);
+        // Every catalogue counts as large here.
+        work->setBackgroundRows(0);
+    }
+
+    CatalogueWork *work = nullptr;
+};
+
+TEST_F(CatalogueWorkTest, AHeaderClickSortsOnTheWorkerAsItWouldHere)
+{
+    int workStarted = 0;
+    QObject::connect(work, &CatalogueWork::started, [&] { ++workStarted; });
+    Q_EMIT grid->horizontalHeader()->sectionClicked(1);
+    EXPECT_EQ(workStarted, 1);
+    EXPECT_EQ(catalogue().get(1, 2), Cell("Anchor"));
+    EXPECT_EQ(catalogue().get(2, 2), Cell("Bolt"));
+    EXPECT_EQ(catalogue().get(3, 2), Cell("Clamp"));
+    EXPECT_EQ(grid->model()->index(0, 1).data().toString(), QStringLiteral("Anchor"));
+    EXPECT_EQ(grid->currentIndex().row(), 0);
+}
+
+TEST_F(CatalogueWorkTest, TheGridReadsNothingWhileTheWorkRuns)
+{
+    std::atomic<bool> release { false };
+    QVariant shownDuring = QStringLiteral("not looked at");
+    int rowsDuring = -1;
+    // Looked at from the window's thread while the worker waits for the release.
+    QTimer::singleShot(0, [&] {
+        shownDuring = grid->model()->index(0, 0).data();
+        rowsDuring = grid->model()->rowCount();
+        release = true;
+    });
+    work->run([&] {
+        while (!release)
+            std::this_thread::yield();
+    });
+    EXPECT_FALSE(shownDuring.isValid()) << "the model read a cell during the work";
+    EXPECT_EQ(rowsDuring, 3);
+    EXPECT_EQ(grid->model()->index(0, 0).data().toString(), QStringLiteral("A-100"));
+}
+
+TEST_F(CatalogueWorkTest, ACloseAskedForMeanwhileWaitsForTheWorkAndThenSaves)
+{
+    std::atomic<bool> release { false };
+    bool visibleAfterClose = false;
+    QTimer::singleShot(0, [&] {
+        window->close();
+        visibleAfterClose = window->isVisible();
+        release = true;
+    });
+    work->run([&] {
+        while (!release)
+            std::this_thread::yield();
+    });
+    EXPECT_TRUE(visibleAfterClose) << "the close waited for the work";
+    // The close is carried out once the work is done, through the window's own close, which
+    // saves (on the worker as well here).
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isVisible(); }, 10000));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")),
+        catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes", "Washer" })
+            + catalogueLine(
+                { "B-200", "Bolt", "2.5", "Zinc plated", "Nut", "1", "2.5", "100", "2" })
+            + catalogueLine({ "C-300", "Clamp", "", "", "" }));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
+}
+
+TEST_F(CatalogueWorkTest, AFailureOfTheWorkIsRaisedOnTheWindowsThread)
+{
+    EXPECT_THROW(work->run([] { throw std::runtime_error("broken"); }), std::runtime_error);
+    EXPECT_FALSE(work->isRunning());
+    EXPECT_EQ(grid->model()->index(0, 0).data().toString(), QStringLiteral("A-100"));
+}
+
+} // namespace

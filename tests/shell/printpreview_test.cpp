@@ -1,0 +1,161 @@
+// The price list's print preview: the first page shows before the rest is laid out, the rest
+// is laid out while the window is open, the keys move between pages, and "Print" prints
+// every page.
+#include "catalogue/table.h"
+#include "quotes/pricelist.h"
+#include "shell/printpreview.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QPrinter>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+
+namespace {
+
+const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+
+Table catalogueOf(int products)
+{
+    Table catalogue(products, 15);
+    for (int row = 1; row <= products; ++row) {
+        catalogue.put(row, 1, QStringLiteral("PN-%1").arg(row, 5, 10, QLatin1Char('0')));
+        catalogue.put(row, 2, QStringLiteral("Product number %1").arg(row));
+        catalogue.put(row, 3, "19.5");
+        catalogue.put(row, 6, "10");
+        catalogue.put(row, 7, "18");
+    }
+    return catalogue;
+}
+
+/// The number of pixels that are not white: a painted page has text on it.
+int inkOf(const QImage &image)
+{
+    int ink = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            ink += image.pixel(x, y) != qRgb(255, 255, 255) ? 1 : 0;
+    }
+    return ink;
+}
+
+class PrintPreviewTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(dir.filePath(QStringLiteral("list.pdf")));
+        printer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+    }
+
+    QAction *command(PrintPreview &window, const char *name)
+    {
+        auto *action = window.findChild<QAction *>(QString::fromLatin1(name));
+        EXPECT_NE(action, nullptr) << name;
+        return action;
+    }
+
+    QTemporaryDir dir;
+    QPrinter printer { QPrinter::HighResolution };
+};
+
+TEST_F(PrintPreviewTest, TheFirstPageShowsBeforeTheRestIsLaidOut)
+{
+    const Table catalogue = catalogueOf(2000);
+    PriceListDocument document(catalogue, EnUs);
+    PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tarnwick Price list"));
+    EXPECT_EQ(window.currentPage(), 0);
+    EXPECT_FALSE(window.isLaidOut()) << "only the first page is laid out before it shows";
+    EXPECT_LE(window.pageCount(), 2);
+    EXPECT_GT(inkOf(window.shownPage()), 100);
+
+    QSignalSpy laidOut(&window, &PrintPreview::laidOut);
+    window.show();
+    ASSERT_TRUE(laidOut.wait(60000));
+    EXPECT_TRUE(window.isLaidOut());
+    EXPECT_GT(window.pageCount(), 50);
+    EXPECT_EQ(window.findChild<QLabel *>(QStringLiteral("PreviewPageCount"))->text(),
+        QStringLiteral("of %1").arg(window.pageCount()));
+}
+
+TEST_F(PrintPreviewTest, KeysMoveBetweenThePages)
+{
+    const Table catalogue = catalogueOf(300);
+    PriceListDocument document(catalogue, EnUs);
+    PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const QImage first = window.shownPage();
+    QTest::keyClick(&window, Qt::Key_PageDown);
+    EXPECT_EQ(window.currentPage(), 1);
+    EXPECT_NE(window.shownPage(), first);
+    QTest::keyClick(&window, Qt::Key_End);
+    EXPECT_TRUE(window.isLaidOut());
+    EXPECT_EQ(window.currentPage(), window.pageCount() - 1);
+    EXPECT_EQ(
+        window.findChild<QSpinBox *>(QStringLiteral("PreviewPage"))->value(), window.pageCount());
+    QTest::keyClick(&window, Qt::Key_PageDown);
+    EXPECT_EQ(window.currentPage(), window.pageCount() - 1) << "the last page stays";
+    QTest::keyClick(&window, Qt::Key_Home);
+    EXPECT_EQ(window.currentPage(), 0);
+    EXPECT_EQ(window.shownPage(), first);
+    window.findChild<QSpinBox *>(QStringLiteral("PreviewPage"))->setValue(3);
+    EXPECT_EQ(window.currentPage(), 2);
+
+    const QSize before = window.shownPage().size();
+    command(window, "PreviewZoomIn")->trigger();
+    EXPECT_GT(window.shownPage().width(), before.width());
+    command(window, "PreviewZoomOut")->trigger();
+    command(window, "PreviewZoomOut")->trigger();
+    EXPECT_LT(window.shownPage().width(), before.width());
+}
+
+TEST_F(PrintPreviewTest, PrintPrintsEveryPage)
+{
+    const Table catalogue = catalogueOf(300);
+    PriceListDocument document(catalogue, EnUs);
+    PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));
+    int asked = 0;
+    window.askForPrinter = [&](QPrinter &) {
+        ++asked;
+        return true;
+    };
+    command(window, "PreviewPrint")->trigger();
+    EXPECT_EQ(asked, 1);
+    QProcess pdftotext;
+    pdftotext.start(QStringLiteral("pdftotext"),
+        { dir.filePath(QStringLiteral("list.pdf")), QStringLiteral("-") });
+    ASSERT_TRUE(pdftotext.waitForFinished(20000)) << "pdftotext must be installed";
+    const QString text = QString::fromUtf8(pdftotext.readAllStandardOutput());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.isLaidOut(); }, 60000));
+    EXPECT_EQ(text.count(QStringLiteral("\f")), window.pageCount());
+    EXPECT_TRUE(text.contains(QStringLiteral("PN-00001")));
+    EXPECT_TRUE(text.contains(QStringLiteral("PN-00300")));
+}
+
+TEST_F(PrintPreviewTest, EveryCommandHasANameAndAKey)
+{
+    const Table catalogue = catalogueOf(3);
+    PriceListDocument document(catalogue, EnUs);
+    PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));
+    for (const char *name : { "PreviewFirst", "PreviewPrevious", "PreviewNext", "PreviewLast",
+             "PreviewZoomIn", "PreviewZoomOut", "PreviewPrint", "PreviewClose" }) {
+        QAction *action = command(window, name);
+        ASSERT_NE(action, nullptr);
+        EXPECT_FALSE(action->text().isEmpty()) << name;
+        EXPECT_FALSE(action->shortcut().isEmpty()) << name;
+    }
+    EXPECT_EQ(window.findChild<QSpinBox *>(QStringLiteral("PreviewPage"))->accessibleName(),
+        QStringLiteral("Page"));
+}
+
+} // namespace

@@ -220,7 +220,7 @@ void BM_RedoUpdateImport(benchmark::State &state)
     timeStep(state, Step::Update, true);
 }
 
-using FloorRows = std::vector<std::array<std::string_view, 15>>;
+using FloorRows = std::vector<bench::FloorRow>;
 
 FloorRows floorRows(int products, int copies)
 {

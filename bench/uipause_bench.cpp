@@ -17,6 +17,7 @@
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
 #include "platform/qt/qtclipboard.h"
+#include "platform/qt/qtdesktopservices.h"
 #include "platform/qt/qteventpump.h"
 #include "platform/qt/qtfiledialogs.h"
 #include "platform/qt/qthelpviewer.h"
@@ -179,8 +180,9 @@ int main(int argc, char **argv)
     QtProcessLauncher launcher;
     QtHelpViewer help;
     QtEventPump events;
+    QtDesktopServices desktop;
     const AppServices services { prompts, clipboard, settings, fileDialogs, launcher, help, events,
-        environment };
+        environment, desktop };
     ScriptedDialogs dialogs;
     Module1 module(prompts, environment, QLocale(QLocale::English, QLocale::UnitedStates));
 

@@ -3,8 +3,9 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "exchange/columnmapping.h"
+#include "exchange/importchanges.h"
+#include "exchange/importplan.h"
 #include "exchange/workbook.h"
-#include "exchange/workbookimport.h"
 
 #include <QDir>
 #include <QFile>
@@ -138,12 +139,15 @@ TEST(WorkbookCellsTest, UnderGermanAnImportedPriceWithADecimalCommaIsRead)
     positions[3] = 3;
     ASSERT_EQ(ColumnMapping::catalogueField(3), P::Price);
     Table catalogue(0, P::FieldCount);
-    WorkbookImport import(*book, catalogue, ColumnMapping::columnLetters(positions), true, german);
-    import.runAll();
-    ASSERT_EQ(catalogue.rowCount(), 2);
-    EXPECT_EQ(catalogue.get(1, P::PartNumber), Cell("A-1"));
-    EXPECT_EQ(catalogue.get(1, P::Price), Cell(12.5f));
-    EXPECT_EQ(catalogue.get(2, P::Price), Cell(1234.5f));
+    ImportPlanner planner(*book, catalogue, ColumnMapping::columnLetters(positions), true,
+        ImportAction::AddNew, german);
+    planner.runAll();
+    const ProductChanges changes = importChanges(planner.takePlan(), catalogue);
+    const Table &added = changes.added;
+    ASSERT_EQ(added.rowCount(), 2);
+    EXPECT_EQ(added.get(1, P::PartNumber), Cell("A-1"));
+    EXPECT_EQ(added.get(1, P::Price), Cell(12.5f));
+    EXPECT_EQ(added.get(2, P::Price), Cell(1234.5f));
 }
 
 } // namespace

@@ -8,6 +8,7 @@ namespace tarnwick {
 
 class Cell;
 class Table;
+struct PriceChangePlan;
 
 /// The changes of the catalogue a window asks for. Each makes one step of the history (or
 /// none, when it would change nothing) and returns whether the change was accepted; view is
@@ -44,6 +45,11 @@ bool deleteAll(EditHistory &history, const ProductView &view);
 
 /// A header click: the grid's sort on field (ProductCommands::sortCatalogue).
 void sort(EditHistory &history, const ProductView &view, int field);
+
+/// "Change Prices...": every price of plan gets its new value, as one step ("Change Prices (12
+/// prices)"). False when the plan changes nothing, has a price below zero or names a cell
+/// outside the catalogue's products.
+bool changePrices(EditHistory &history, const ProductView &view, const PriceChangePlan &plan);
 
 /// An import: the products of changes added and its cells changed, then the catalogue sorted
 /// on the part number, as one step named after what it did ("Import (12 added, 40 changed)").

@@ -61,6 +61,7 @@ frmMain::frmMain(
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
     m_save = new SaveController(services, module, m_catalogue, *m_history, *m_grid, m_ui, this);
     connectUndoItems();
+    connectPricingItems();
     connectHandlers();
     watchMouse();
     exposeObjectNames(this);

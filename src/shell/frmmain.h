@@ -26,6 +26,7 @@ class ExchangeController;
 class SaveController;
 class MainWindowActions;
 class Module1;
+class PricingController;
 class ProductGridController;
 class QuoteController;
 
@@ -65,6 +66,7 @@ public:
     QuoteController &quote() const { return *m_quote; }
     DocumentsController &documents() const { return *m_documents; }
     ExchangeController &exchange() const { return *m_exchange; }
+    PricingController &pricing() const { return *m_pricing; }
     SaveController &saving() const { return *m_save; }
     /// The history of changes of the run (Edit → Undo and Redo).
     EditHistory &history() const { return *m_history; }
@@ -126,6 +128,10 @@ private Q_SLOTS:
     void mnuHelpContents_Click();
     void mnuHelpSearchForHelpOn_Click();
     void mnuHelpAbout_Click();
+    void mnuCheckPrices_Click();
+    void mnuChangePrices_Click();
+    void mnuQuoteLock_Click();
+    void mnuQuoteQuantities_Click();
 
 private:
     bool Form_Unload();
@@ -141,6 +147,8 @@ private:
     void connectHelpItems();
     /// Edit → Undo and Redo over the history of changes (frmmainundo.cpp).
     void connectUndoItems();
+    /// The pricing aids of the Products and Quote menus (frmmainpricing.cpp).
+    void connectPricingItems();
     void loadCaptions();
     void watchMouse();
     QList<QWidget *> watchedWidgets() const;
@@ -172,6 +180,7 @@ private:
     DocumentsController *m_documents = nullptr;
     ExchangeController *m_exchange = nullptr;
     SaveController *m_save = nullptr;
+    PricingController *m_pricing = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
     QMetaObject::Connection m_focusConnection;

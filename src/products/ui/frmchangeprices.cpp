@@ -35,7 +35,6 @@ FrmChangePrices::FrmChangePrices(
     setWindowTitle(Caption);
     m_percent = namedChangeWidget(new QRadioButton(tr("Per&centage"), this), "OptPercent");
     m_amount = namedChangeWidget(new QRadioButton(tr("A&mount"), this), "OptAmount");
-    m_percent->setChecked(true);
     auto *by = new QHBoxLayout;
     by->addWidget(m_percent);
     by->addWidget(m_amount);
@@ -48,7 +47,6 @@ FrmChangePrices::FrmChangePrices(
         new QRadioButton(tr("Se&lected products (%1)").arg(selectedCount), this), "OptSelected");
     m_all = namedChangeWidget(
         new QRadioButton(tr("All products sho&wn (%1)").arg(shownCount), this), "OptAll");
-    (selectedCount > 1 ? m_selected : m_all)->setChecked(true);
     m_selected->setEnabled(selectedCount > 0);
     // Two separate choices: what the change is, and which products it applies to.
     auto *byGroup = new QButtonGroup(this);
@@ -57,6 +55,8 @@ FrmChangePrices::FrmChangePrices(
     auto *scopeGroup = new QButtonGroup(this);
     scopeGroup->addButton(m_selected);
     scopeGroup->addButton(m_all);
+    m_percent->setChecked(true);
+    (selectedCount > 1 ? m_selected : m_all)->setChecked(true);
     auto *scope = new QHBoxLayout;
     scope->addWidget(m_selected);
     scope->addWidget(m_all);

@@ -147,7 +147,7 @@ QWidget *MainWindowUi::createQuotePage(QWidget *parent)
     totals->addRow(lblPercent, TxtQdisper);
     LblNextBreak = named(new QLabel(FraQuote), "LblNextBreak");
     LblNextBreak->setWordWrap(true);
-    LblNextBreak->setAccessibleName(QObject::tr("Next price break"));
+    // Assistive tools read the label's own text, as they read any label.
     auto *frameLayout = new QVBoxLayout(FraQuote);
     frameLayout->addWidget(GrdQuote, 1);
     frameLayout->addLayout(totals);

@@ -33,42 +33,7 @@ FrmChangePrices::FrmChangePrices(
 {
     setObjectName(QStringLiteral("FrmChangePrices"));
     setWindowTitle(Caption);
-    m_percent = namedChangeWidget(new QRadioButton(tr("Per&centage"), this), "OptPercent");
-    m_amount = namedChangeWidget(new QRadioButton(tr("A&mount"), this), "OptAmount");
-    auto *by = new QHBoxLayout;
-    by->addWidget(m_percent);
-    by->addWidget(m_amount);
-    m_change = namedChangeWidget(new QLineEdit(this), "TxtChange");
-    m_change->setPlaceholderText(tr("e.g. 5 to raise, -5 to lower"));
-    m_rounding = namedChangeWidget(new QComboBox(this), "CmbRounding");
-    m_rounding->addItems(
-        { tr("To the cent"), tr("To .95 endings"), tr("To .99 endings"), tr("To whole units") });
-    m_selected = namedChangeWidget(
-        new QRadioButton(tr("Se&lected products (%1)").arg(selectedCount), this), "OptSelected");
-    m_all = namedChangeWidget(
-        new QRadioButton(tr("All products sho&wn (%1)").arg(shownCount), this), "OptAll");
-    m_selected->setEnabled(selectedCount > 0);
-    // Two separate choices: what the change is, and which products it applies to.
-    auto *byGroup = new QButtonGroup(this);
-    byGroup->addButton(m_percent);
-    byGroup->addButton(m_amount);
-    auto *scopeGroup = new QButtonGroup(this);
-    scopeGroup->addButton(m_selected);
-    scopeGroup->addButton(m_all);
-    m_percent->setChecked(true);
-    (selectedCount > 1 ? m_selected : m_all)->setChecked(true);
-    auto *scope = new QHBoxLayout;
-    scope->addWidget(m_selected);
-    scope->addWidget(m_all);
-    auto *form = new QFormLayout;
-    auto *changeLabel = new QLabel(tr("Change &by:"), this);
-    changeLabel->setBuddy(m_change);
-    auto *roundingLabel = new QLabel(tr("R&ounding:"), this);
-    roundingLabel->setBuddy(m_rounding);
-    form->addRow(new QLabel(tr("Change:"), this), by);
-    form->addRow(changeLabel, m_change);
-    form->addRow(roundingLabel, m_rounding);
-    form->addRow(new QLabel(tr("Products:"), this), scope);
+    QFormLayout *form = createChoices(selectedCount, shownCount);
     m_preview = namedChangeWidget(new QPlainTextEdit(this), "TxtPreview");
     m_preview->setReadOnly(true);
     m_preview->setAccessibleName(tr("Preview of the new prices"));
@@ -88,6 +53,47 @@ FrmChangePrices::FrmChangePrices(
     connect(m_rounding, &QComboBox::currentIndexChanged, this, &FrmChangePrices::updatePreview);
     resize(560, 420);
     updatePreview();
+}
+
+QFormLayout *FrmChangePrices::createChoices(int selectedCount, int shownCount)
+{
+    m_percent = namedChangeWidget(new QRadioButton(tr("Per&centage"), this), "OptPercent");
+    m_amount = namedChangeWidget(new QRadioButton(tr("A&mount"), this), "OptAmount");
+    m_change = namedChangeWidget(new QLineEdit(this), "TxtChange");
+    m_change->setPlaceholderText(tr("e.g. 5 to raise, -5 to lower"));
+    m_rounding = namedChangeWidget(new QComboBox(this), "CmbRounding");
+    m_rounding->addItems(
+        { tr("To the cent"), tr("To .95 endings"), tr("To .99 endings"), tr("To whole units") });
+    m_selected = namedChangeWidget(
+        new QRadioButton(tr("Se&lected products (%1)").arg(selectedCount), this), "OptSelected");
+    m_all = namedChangeWidget(
+        new QRadioButton(tr("All products sho&wn (%1)").arg(shownCount), this), "OptAll");
+    m_selected->setEnabled(selectedCount > 0);
+    // Two separate choices: what the change is, and which products it applies to.
+    auto *by = new QHBoxLayout;
+    auto *scope = new QHBoxLayout;
+    auto *byGroup = new QButtonGroup(this);
+    auto *scopeGroup = new QButtonGroup(this);
+    for (QRadioButton *option : { m_percent, m_amount }) {
+        byGroup->addButton(option);
+        by->addWidget(option);
+    }
+    for (QRadioButton *option : { m_selected, m_all }) {
+        scopeGroup->addButton(option);
+        scope->addWidget(option);
+    }
+    m_percent->setChecked(true);
+    (selectedCount > 1 ? m_selected : m_all)->setChecked(true);
+    auto *form = new QFormLayout;
+    auto *changeLabel = new QLabel(tr("Change &by:"), this);
+    changeLabel->setBuddy(m_change);
+    auto *roundingLabel = new QLabel(tr("R&ounding:"), this);
+    roundingLabel->setBuddy(m_rounding);
+    form->addRow(new QLabel(tr("Change:"), this), by);
+    form->addRow(changeLabel, m_change);
+    form->addRow(roundingLabel, m_rounding);
+    form->addRow(new QLabel(tr("Products:"), this), scope);
+    return form;
 }
 
 std::optional<PriceChangeRule> FrmChangePrices::rule() const

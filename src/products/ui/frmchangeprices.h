@@ -10,6 +10,7 @@
 
 class QComboBox;
 class QDialogButtonBox;
+class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
@@ -45,6 +46,9 @@ private Q_SLOTS:
     void updatePreview();
 
 private:
+    /// The change, its rounding and the products it applies to.
+    QFormLayout *createChoices(int selectedCount, int shownCount);
+
     Planner m_planner;
     QLocale m_locale;
     PriceChangePlan m_plan;

@@ -1,6 +1,8 @@
-// Undo and redo at 100,000 products: "Delete All", the header sort on the product name and an
-// import of 100,000 new products (into the 100,000), each undone and redone through the
-// history of changes. Beside them a floor of plain C++ doing the same moves on rows of
+// Undo and redo at 100,000 products: "Delete All", the header sort on the product name, an
+// import of 100,000 new products (into the 100,000) and a supplier's sheet imported with
+// "Update existing products" (every product at a new list price, and 100,000 new products),
+// planned and applied as the import window does it, each undone and redone through the history
+// of changes. Beside them a floor of plain C++ doing the same moves on rows of
 // std::string_view: swapping two vectors of rows, and putting rows in the order of a
 // permutation. The goal is 300 ms for each undo and each redo. BM_HistoryMemory reports what
 // the history keeps after a header sort and a "Delete All" beyond the rows it removed (goal:
@@ -14,6 +16,10 @@
 #include "catalogue/products.h"
 #include "commands/catalogueedits.h"
 #include "commands/edithistory.h"
+#include "exchange/columnmapping.h"
+#include "exchange/importchanges.h"
+#include "exchange/importplan.h"
+#include "exchange/textworkbook.h"
 #include "platform/appenvironment.h"
 #include "platform/iprompts.h"
 #include "shell/cataloguelifecycle.h"
@@ -98,7 +104,46 @@ ProductChanges newProducts(int products)
     return changes;
 }
 
-enum class Step { DeleteAll, Sort, Import };
+/// A supplier's sheet for the catalogue: part number, name and list price of every product at
+/// a new price, then as many new products.
+QByteArray supplierSheet(const Table &catalogue)
+{
+    QByteArray text = "Part Number\tProduct Name\tPrice\r\n";
+    for (const char *prefix : { "", "NEW-" }) {
+        for (int row = 1; row <= catalogue.rowCount(); ++row) {
+            text += prefix;
+            text += catalogue.get(row, ProductRecord::PartNumber).asText().toUtf8();
+            text += "\tProduct " + QByteArray::number(row) + '\t' + QByteArray::number(row % 900)
+                + ".25\r\n";
+        }
+    }
+    return text;
+}
+
+/// Part number A, name B, list price C.
+QString supplierLetters()
+{
+    std::array<int, ColumnMapping::ListCount> positions;
+    positions.fill(0);
+    positions[0] = 0;
+    positions[1] = 1;
+    positions[3] = 3;
+    return ColumnMapping::columnLetters(positions);
+}
+
+/// "Update existing products" from the supplier's sheet: planned, then applied as one step.
+void importSupplierSheet(Session &session)
+{
+    const Table &catalogue = session.module->Catalogue();
+    const TextWorkbook sheet(supplierSheet(catalogue));
+    ImportPlanner planner(
+        sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, UsEnglish);
+    planner.runAll();
+    CatalogueEdits::import(
+        *session.history, { 1, 0 }, importChanges(planner.takePlan(), catalogue));
+}
+
+enum class Step { DeleteAll, Sort, Import, Update };
 
 void makeStep(Session &session, Step step, int products)
 {
@@ -111,6 +156,9 @@ void makeStep(Session &session, Step step, int products)
         break;
     case Step::Import:
         CatalogueEdits::import(*session.history, { 1, 0 }, newProducts(products));
+        break;
+    case Step::Update:
+        importSupplierSheet(session);
         break;
     }
 }
@@ -162,6 +210,14 @@ void BM_UndoImport(benchmark::State &state)
 void BM_RedoImport(benchmark::State &state)
 {
     timeStep(state, Step::Import, true);
+}
+void BM_UndoUpdateImport(benchmark::State &state)
+{
+    timeStep(state, Step::Update, false);
+}
+void BM_RedoUpdateImport(benchmark::State &state)
+{
+    timeStep(state, Step::Update, true);
 }
 
 using FloorRows = std::vector<std::array<std::string_view, 15>>;
@@ -251,6 +307,8 @@ BENCHMARK(BM_UndoHeaderSort)->Apply(hundredThousand);
 BENCHMARK(BM_RedoHeaderSort)->Apply(hundredThousand);
 BENCHMARK(BM_UndoImport)->Apply(hundredThousand);
 BENCHMARK(BM_RedoImport)->Apply(hundredThousand);
+BENCHMARK(BM_UndoUpdateImport)->Apply(hundredThousand);
+BENCHMARK(BM_RedoUpdateImport)->Apply(hundredThousand);
 BENCHMARK(BM_FloorPermuteRows)
     ->Args({ 10000, 1 })
     ->Args({ 100000, 1 })

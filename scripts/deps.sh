@@ -9,6 +9,8 @@ tarnwick_packages=(
     libfreexl-dev libzip-dev libsodium-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     clang-format fonts-dejavu-core
+    # the fuzz targets: clang with libFuzzer and the sanitizers' run-time, llvm-symbolizer
+    clang libclang-rt-14-dev llvm-14
     # icon drawing, install-tree validation and the Debian package
     librsvg2-bin desktop-file-utils appstream dpkg-dev file lintian
     # hardening-check, which checks the packaged program's hardening

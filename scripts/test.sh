@@ -33,3 +33,16 @@ ASAN_OPTIONS="halt_on_error=1:abort_on_error=1:detect_leaks=1:detect_stack_use_a
     LSAN_OPTIONS="suppressions=$TARNWICK_ROOT/scripts/lsan.supp:print_suppressions=0" \
     QT_QPA_PLATFORM=offscreen ctest --test-dir "$asan_dir" -j "$(nproc)" --output-on-failure \
     --timeout 600 --label-exclude package
+
+# The fuzz targets (fuzz/): a third build with clang, of only the libraries they reach,
+# instrumented for libFuzzer and checked by both sanitizers; each target then runs for
+# TARNWICK_FUZZ_SECONDS (30 by default), two at a time. Any finding fails the run; the input
+# stays in build-fuzz/fuzz/findings/<target>/ and its path is printed, to be kept in
+# fuzz/regressions/<target>/, which the tests of both builds above replay. What the fuzzers learn
+# stays in build-fuzz/fuzz/corpus/.
+fuzz_dir="$TARNWICK_ROOT/build-fuzz"
+CC=clang CXX=clang++ tarnwick_configure "$fuzz_dir" -DCMAKE_BUILD_TYPE=Debug \
+    -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" -DTARNWICK_UNITY_BUILD=ON -DTARNWICK_BUILD_TESTS=OFF \
+    -DTARNWICK_BUILD_FUZZERS=ON -DTARNWICK_FUZZ_SECONDS="${TARNWICK_FUZZ_SECONDS:-30}"
+cmake --build "$fuzz_dir" -j "$(nproc)" --target tarnwick_fuzzers
+ctest --test-dir "$fuzz_dir" -j "$(nproc)" --output-on-failure -L fuzz

@@ -1,7 +1,11 @@
 #include "exchange/exchangecommands.h"
 
 #include "exchange/spreadsheetexport.h"
+#include "platform/desktopplaces.h"
 #include "platform/iprompts.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 namespace tarnwick::ExchangeCommands {
 
@@ -72,8 +76,13 @@ FileDialogRequest importFileRequest(const QString &appFolder, const QString &pre
                                     "|OpenDocument Spreadsheets (*.ods)|*.ods"
                                     "|All Spreadsheets|*.xls;*.xlsx;*.ods;*.txt");
     request.filterIndex = 6;
-    request.initialFolder = appFolder;
+    request.initialFolder =
+        previousFile.isEmpty() ? appFolder : QFileInfo(previousFile).absolutePath();
     request.fileName = previousFile;
+    request.places = desktopPlaces();
+    const QString application = QDir::cleanPath(appFolder);
+    if (!application.isEmpty() && !request.places.contains(application))
+        request.places << application;
     return request;
 }
 

@@ -36,7 +36,8 @@ bool Export(IFileDialogs &dialogs, IPrompts &prompts, const Table &catalogue, co
     const std::function<void()> &beforeWriting);
 
 /// The open dialog of the import: every workbook format the import reads, starting in the
-/// application folder, or at the workbook chosen last time.
+/// application folder, or in the folder of the workbook chosen last time (at that workbook),
+/// with the desktop's places and the application folder in its side panel.
 FileDialogRequest importFileRequest(const QString &appFolder, const QString &previousFile);
 /// The workbook the user chose, or the empty text when the dialog was cancelled or nothing
 /// real was chosen (a name that still holds "*").

@@ -2,6 +2,7 @@
 
 #include "exchange/workbook.h"
 
+#include <QByteArray>
 #include <QHash>
 #include <QString>
 
@@ -29,7 +30,11 @@ private:
 
 /// Opens the first worksheet of an Office Open XML workbook (".xlsx").
 WorkbookOpenResult openXlsxWorkbook(const QString &path);
+/// The same, from the bytes of such a file.
+WorkbookOpenResult openXlsxWorkbookData(const QByteArray &bytes);
 /// Opens the first table of an OpenDocument spreadsheet (".ods").
 WorkbookOpenResult openOdsWorkbook(const QString &path);
+/// The same, from the bytes of such a file.
+WorkbookOpenResult openOdsWorkbookData(const QByteArray &bytes);
 
 } // namespace tarnwick

@@ -34,13 +34,26 @@ QStringList sharedStrings(const QByteArray &bytes)
     return strings;
 }
 
-/// "BC12" gives column 54 and row 12; false when the reference cannot be read.
+/// The columns of a worksheet: A to XFD.
+constexpr int XlsxColumns = 16384;
+
+/// "BC12" gives column 54 and row 12; false when the reference cannot be read, or names a
+/// column after XFD.
 bool parseReference(const QString &reference, int &column, int &row)
 {
     column = 0;
     int i = 0;
-    for (; i < reference.size() && reference[i].isLetter(); ++i) {
-        column = column * 26 + (reference[i].toUpper().unicode() - 'A' + 1);
+    for (; i < reference.size(); ++i) {
+        // Only the letters A to Z, in either case.
+        const char16_t c = reference[i].unicode();
+        const char16_t letter = c >= 'a' && c <= 'z' ? char16_t(c - 'a' + 'A') : c;
+        if (letter < 'A' || letter > 'Z') {
+            break;
+        }
+        column = column * 26 + (letter - 'A' + 1);
+        if (column > XlsxColumns) {
+            return false;
+        }
     }
     bool ok = false;
     row = reference.mid(i).toInt(&ok);
@@ -90,10 +103,10 @@ void readCell(QXmlStreamReader &xml, const QStringList &strings, GridWorkbook &b
 }
 
 /// The member name of the first worksheet, from the workbook and its relationships.
-QString firstSheetMember(const QString &path)
+QString firstSheetMember(const ZipArchive &archive)
 {
-    const auto workbook = readZipMember(path, QStringLiteral("xl/workbook.xml"));
-    const auto rels = readZipMember(path, QStringLiteral("xl/_rels/workbook.xml.rels"));
+    const auto workbook = archive.member(QStringLiteral("xl/workbook.xml"));
+    const auto rels = archive.member(QStringLiteral("xl/_rels/workbook.xml.rels"));
     if (!workbook || !rels) {
         return QString();
     }
@@ -121,16 +134,14 @@ QString firstSheetMember(const QString &path)
     return QString();
 }
 
-} // namespace
-
-WorkbookOpenResult openXlsxWorkbook(const QString &path)
+WorkbookOpenResult openXlsxArchive(const ZipArchive &archive)
 {
-    const QString member = firstSheetMember(path);
-    const auto sheet = member.isEmpty() ? std::nullopt : readZipMember(path, member);
+    const QString member = firstSheetMember(archive);
+    const auto sheet = member.isEmpty() ? std::nullopt : archive.member(member);
     if (!sheet) {
         return notAWorkbook(1);
     }
-    const auto stringBytes = readZipMember(path, QStringLiteral("xl/sharedStrings.xml"));
+    const auto stringBytes = archive.member(QStringLiteral("xl/sharedStrings.xml"));
     const QStringList strings = stringBytes ? sharedStrings(*stringBytes) : QStringList();
     auto book = std::make_unique<GridWorkbook>();
     QXmlStreamReader xml(*sheet);
@@ -143,6 +154,18 @@ WorkbookOpenResult openXlsxWorkbook(const QString &path)
         return notAWorkbook(1);
     }
     return WorkbookOpenResult { std::move(book), 0, {} };
+}
+
+} // namespace
+
+WorkbookOpenResult openXlsxWorkbook(const QString &path)
+{
+    return openXlsxArchive(ZipArchive(path));
+}
+
+WorkbookOpenResult openXlsxWorkbookData(const QByteArray &bytes)
+{
+    return openXlsxArchive(ZipArchive(bytes));
 }
 
 } // namespace tarnwick

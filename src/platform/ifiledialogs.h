@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -16,6 +17,8 @@ struct FileDialogRequest
     int filterIndex = 1;
     QString initialFolder;
     QString fileName;
+    /// Folders the dialog offers in its side panel, in order (none: the dialog's own choice).
+    QStringList places;
 };
 
 /// The file the user chose and the filter (from 1) that was selected.

@@ -3,20 +3,26 @@
 #include "catalogue/module1.h"
 #include "catalogue/productchanges.h"
 #include "commands/catalogueedits.h"
+#include "exchange/clipboardrows.h"
 #include "exchange/exchangecommands.h"
 #include "exchange/handheldexport.h"
 #include "exchange/handheldsend.h"
-#include "exchange/importdriver.h"
 #include "exchange/ui/frmupdate.h"
 #include "exchange/ui/workbookreaddialog.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
+#include "platform/iclipboard.h"
+#include "platform/iprompts.h"
+#include "platform/isettingsstore.h"
 #include "products/productgridmodel.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 #include "shell/productgridcontroller.h"
+#include "shell/settingskeys.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFileInfo>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QToolBar>
@@ -77,8 +83,38 @@ void ExchangeController::modifyWithWorkbook()
 QString ExchangeController::Getfile()
 {
     m_importFile = ExchangeCommands::Getfile(
-        m_services.fileDialogs, m_services.environment.appFolder(), m_importFile);
+        m_services.fileDialogs, m_services.environment.appFolder(), lastWorkbook());
+    // Only where the dialog starts depends on it: a store that cannot be written is no reason
+    // to stop the import.
+    if (!m_importFile.isEmpty())
+        m_services.settings.save(SettingsKeys::Application, SettingsKeys::Section,
+            SettingsKeys::LastWorkbook, m_importFile);
     return m_importFile;
+}
+
+QString ExchangeController::lastWorkbook() const
+{
+    const QString stored = m_services.settings.get(
+        SettingsKeys::Application, SettingsKeys::Section, SettingsKeys::LastWorkbook);
+    if (stored.isEmpty() || !QFileInfo(stored).absoluteDir().exists())
+        return QString();
+    return stored;
+}
+
+void ExchangeController::pasteSpecial()
+{
+    if (m_update || m_read)
+        return;
+    std::unique_ptr<IWorkbook> rows = ClipboardRows::workbook(m_services.clipboard.text());
+    if (!rows) {
+        m_services.prompts.msgBox(ClipboardRows::NoRowsMessage,
+            MsgStyle::OkOnly + MsgStyle::Information, ClipboardRows::Title);
+        return;
+    }
+    storePendingEdits();
+    leaveEditMode();
+    setMainWindowBusy(true);
+    showImportWindow(WorkbookOpenResult { std::move(rows), 0, {} }, true);
 }
 
 /// Reads the chosen workbook in its reader process; the main window is busy meanwhile and the
@@ -114,15 +150,16 @@ void ExchangeController::workbookRead(WorkbookReaderProcess::Outcome outcome)
     showImportWindow(std::move(workbook));
 }
 
-void ExchangeController::showImportWindow(WorkbookOpenResult workbook)
+void ExchangeController::showImportWindow(WorkbookOpenResult workbook, bool fromClipboard)
 {
-    m_update = new FrmUpdate(m_services, m_module.Catalogue(), m_module.AllProducts(),
-        m_module.locale(), std::move(workbook), m_owner);
-    m_update->setAttribute(Qt::WA_DeleteOnClose);
-    // The whole import is one step: it can be undone at once.
-    m_update->importDriver().setApply([this](ProductChanges changes) {
+    // The whole import is one step of the history: Edit → Undo takes it back at once.
+    auto apply = [this](ProductChanges changes) {
         CatalogueEdits::import(m_history, m_grid.currentView(), std::move(changes));
-    });
+    };
+    m_update = new FrmUpdate(m_services, m_module.Catalogue(), std::move(apply), m_module.locale(),
+        std::move(workbook), m_owner);
+    m_update->setPreviewAlways(fromClipboard);
+    m_update->setAttribute(Qt::WA_DeleteOnClose);
     connect(
         m_update, &FrmUpdate::catalogueChanged, this, &ExchangeController::showImportedCatalogue);
     connect(m_update, &FrmUpdate::unloaded, this, [this] { setMainWindowBusy(false); });

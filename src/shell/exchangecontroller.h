@@ -27,8 +27,10 @@ class ProductGridController;
 /// the toolbar's "New" and "Open") and the handheld export (the toolbar's "Palm"). While the
 /// "Update" window is open the main window shows the busy pointer and takes no commands. The
 /// workbook is read once, before "Update" opens, in a reader process of its own (see
-/// WorkbookReaderProcess) while a small window shows the progress and offers Cancel. What an
-/// import adds goes into the catalogue at its end as one step of the history of changes.
+/// WorkbookReaderProcess) while a small window shows the progress and offers Cancel. Whatever
+/// an import does (products added from a workbook, products updated after "Import Preview",
+/// rows pasted with Paste Special) goes into the catalogue at its end as one step of the
+/// history of changes.
 class ExchangeController : public QObject
 {
     Q_OBJECT
@@ -51,8 +53,13 @@ public:
     /// The toolbar's "New": asks in its own words, then as openWorkbook.
     void modifyWithWorkbook();
     /// The open dialog: the chosen workbook, or the empty text. The choice is kept as the
-    /// import file name.
+    /// import file name, and in the settings ("LastWorkbook") so that the dialog starts at it
+    /// next time, also after a restart.
     QString Getfile();
+    /// Edit → "Paste Special...": rows copied from a spreadsheet (tab-separated text on the
+    /// clipboard, header row first) go through the "Update" window, and every change is shown in
+    /// "Import Preview" before anything changes. A clipboard without such rows is reported.
+    void pasteSpecial();
     /// The toolbar's "Palm": the selected products, or all, go to the handheld.
     void Palmpilot();
     /// Closes the "Update" window if it is open; an import stops after the row in hand and
@@ -69,7 +76,9 @@ public:
 private:
     void readImportFile();
     void workbookRead(WorkbookReaderProcess::Outcome outcome);
-    void showImportWindow(WorkbookOpenResult workbook);
+    void showImportWindow(WorkbookOpenResult workbook, bool fromClipboard = false);
+    /// The workbook opened last, while its folder is there; else the empty text.
+    QString lastWorkbook() const;
     void storePendingEdits();
     void leaveEditMode();
     void setMainWindowBusy(bool busy);

@@ -10,6 +10,7 @@
 #include "platform/iprompts.h"
 #include "shell/accessiblenames.h"
 #include "shell/documentscontroller.h"
+#include "shell/editcontroller.h"
 #include "shell/exchangecontroller.h"
 #include "shell/gridview.h"
 #include "shell/historycontroller.h"
@@ -27,7 +28,6 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QGroupBox>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -60,10 +60,12 @@ frmMain::frmMain(
     m_exchange = new ExchangeController(services, module, *m_history, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
     m_save = new SaveController(services, module, m_catalogue, *m_history, *m_grid, m_ui, this);
-    connectUndoItems();
+    m_edit = new EditController(services.clipboard, this);
+    connectEditItems();
     connectPricingItems();
     connectHandlers();
     watchMouse();
+    m_edit->watch();
     exposeObjectNames(this);
 }
 
@@ -72,13 +74,9 @@ frmMain::~frmMain()
     m_catalogue.recovery().stop();
     // The handlers stop before any child goes: a child's destruction sends focus and hide
     // events that would otherwise reach this half-destroyed window and its controllers.
-    disconnect(m_focusConnection);
+    m_edit->stop();
     for (QWidget *widget : watchedWidgets())
         widget->removeEventFilter(this);
-    for (QLineEdit *box : findChildren<QLineEdit *>()) {
-        box->removeEventFilter(this);
-        disconnect(box, nullptr, this, nullptr);
-    }
     delete m_undo; // no more keys through its filter
     m_undo = nullptr;
     delete m_grid;
@@ -106,7 +104,6 @@ void frmMain::connectHandlers()
     on("mnudiscountAll", &frmMain::mnudiscountAll_Click);
     on("mnuDiscprod", &frmMain::mnuDiscprod_Click);
     on("mnuFileExit", &frmMain::mnuFileExit_Click);
-    on("mnuEditCopy", &frmMain::mnuEditCopy_Click);
     on("mnuUserOptions", &frmMain::mnuUserOptions_Click);
     on("mnushow", &frmMain::mnushow_Click);
     on("mnuremove", &frmMain::mnuremove_Click);
@@ -122,8 +119,6 @@ void frmMain::connectHandlers()
     connectHelpItems();
     connect(
         m_actions->toolBar(), &QToolBar::actionTriggered, this, &frmMain::tbToolBar_ButtonClick);
-    m_focusConnection = connect(qApp, &QApplication::focusChanged, this,
-        [this](QWidget *, QWidget *now) { rememberActiveControl(now); });
 }
 
 void frmMain::connectTemplateItems()
@@ -137,9 +132,6 @@ void frmMain::connectTemplateItems()
     on("mnuFileSaveAll", &frmMain::mnuFileSaveAll_Click);
     on("mnuFileProperties", &frmMain::mnuFileProperties_Click);
     on("mnuFileSend", &frmMain::mnuFileSend_Click);
-    on("mnuEditCut", &frmMain::mnuEditCut_Click);
-    on("mnuEditPaste", &frmMain::mnuEditPaste_Click);
-    on("mnuEditPasteSpecial", &frmMain::mnuEditPasteSpecial_Click);
     on("mnuViewRefresh", &frmMain::mnuViewRefresh_Click);
     on("mnuViewWebBrowser", &frmMain::mnuViewWebBrowser_Click);
 }
@@ -159,10 +151,6 @@ void frmMain::watchMouse()
     for (QWidget *button : m_actions->toolBar()->findChildren<QWidget *>()) {
         button->setMouseTracking(true);
         button->installEventFilter(this);
-    }
-    for (QLineEdit *box : findChildren<QLineEdit *>()) {
-        connect(box, &QLineEdit::selectionChanged, this, [this, box] { rememberSelection(box); });
-        box->installEventFilter(this);
     }
 }
 
@@ -488,48 +476,6 @@ void frmMain::mnuFileOpen_Click()
     m_exchange->openWorkbook();
 }
 
-void frmMain::rememberActiveControl(QWidget *now)
-{
-    // Opening a menu from the keyboard moves the focus to the menu bar; Edit → Copy works on
-    // the control the user was in before that.
-    if (now && isAncestorOf(now) && !qobject_cast<QMenuBar *>(now) && !qobject_cast<QMenu *>(now))
-        m_activeControl = now;
-}
-
-void frmMain::rememberSelection(QLineEdit *box)
-{
-    // A text box drops its selection when the menu bar takes the keyboard (Alt), so the last
-    // selection made in it is kept for Edit → Copy. Typing or clicking in the box forgets it
-    // (see forgetSelection).
-    if (box->hasSelectedText()) {
-        m_selectionOwner = box;
-        m_selectionAtFocusOut = box->selectedText();
-    }
-}
-
-QString frmMain::selectedTextOf(QWidget *control) const
-{
-    if (auto *line = qobject_cast<QLineEdit *>(control)) {
-        if (!line->hasSelectedText() && m_selectionOwner == line)
-            return m_selectionAtFocusOut;
-        return line->selectedText();
-    }
-    if (auto *text = qobject_cast<QPlainTextEdit *>(control))
-        return text->textCursor().selectedText().replace(
-            QChar::ParagraphSeparator, QLatin1Char('\n'));
-    if (auto *view = qobject_cast<QTableView *>(control))
-        return view->currentIndex().data().toString();
-    return {};
-}
-
-void frmMain::mnuEditCopy_Click()
-{
-    const QString selected =
-        selectedTextOf(m_activeControl ? m_activeControl.data() : focusWidget());
-    m_services.clipboard.clear();
-    m_services.clipboard.setText(selected);
-}
-
 void frmMain::mnuUserOptions_Click()
 {
     PasswordLock::change(m_services.prompts, m_services.settings);
@@ -573,18 +519,6 @@ void frmMain::mnuFileProperties_Click()
 void frmMain::mnuFileSend_Click()
 {
     addCodeMessage("mnuFileSend_Click");
-}
-void frmMain::mnuEditCut_Click()
-{
-    addCodeMessage("mnuEditCut_Click");
-}
-void frmMain::mnuEditPaste_Click()
-{
-    addCodeMessage("mnuEditPaste_Click");
-}
-void frmMain::mnuEditPasteSpecial_Click()
-{
-    addCodeMessage("mnuEditPasteSpecial_Click");
 }
 void frmMain::mnuViewRefresh_Click()
 {

@@ -12,7 +12,6 @@
 #include <memory>
 #include <optional>
 
-class QLineEdit;
 class QSystemTrayIcon;
 
 namespace tarnwick {
@@ -22,6 +21,7 @@ class EditHistory;
 class HistoryController;
 class IShellDialogs;
 class DocumentsController;
+class EditController;
 class ExchangeController;
 class SaveController;
 class MainWindowActions;
@@ -108,7 +108,6 @@ private Q_SLOTS:
     void mnuFileExit_Click();
     void MnuFileClose_Click();
     void mnuFileOpen_Click();
-    void mnuEditCopy_Click();
     void mnuUserOptions_Click();
     void mnushow_Click();
     void mnuremove_Click();
@@ -121,6 +120,7 @@ private Q_SLOTS:
     void mnuEditUndo_Click();
     void mnuEditRedo_Click();
     void mnuEditCut_Click();
+    void mnuEditCopy_Click();
     void mnuEditPaste_Click();
     void mnuEditPasteSpecial_Click();
     void mnuViewRefresh_Click();
@@ -145,8 +145,9 @@ private:
     void connectHandlers();
     void connectTemplateItems();
     void connectHelpItems();
-    /// Edit → Undo and Redo over the history of changes (frmmainundo.cpp).
-    void connectUndoItems();
+    /// The Edit menu: Undo and Redo over the history of changes, Cut, Copy, Paste and Paste
+    /// Special (frmmainedit.cpp).
+    void connectEditItems();
     /// The pricing aids of the Products and Quote menus (frmmainpricing.cpp).
     void connectPricingItems();
     void loadCaptions();
@@ -164,9 +165,6 @@ private:
     void addTrayIcon();
     void removeTrayIcon();
     void addCodeMessage(const char *handler);
-    void rememberActiveControl(QWidget *now);
-    QString selectedTextOf(QWidget *control) const;
-    void rememberSelection(QLineEdit *box);
 
     const AppServices &m_services;
     Module1 &m_module;
@@ -180,15 +178,10 @@ private:
     DocumentsController *m_documents = nullptr;
     ExchangeController *m_exchange = nullptr;
     SaveController *m_save = nullptr;
+    EditController *m_edit = nullptr;
     PricingController *m_pricing = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
-    QMetaObject::Connection m_focusConnection;
-    /// The control that had the focus before a menu took it (for Edit → Copy).
-    QPointer<QWidget> m_activeControl;
-    /// A text box deselects its text when a menu takes the focus; its selection is kept here.
-    QString m_selectionAtFocusOut;
-    QPointer<QWidget> m_selectionOwner;
     TwipRect m_gridRect;
     TwipRect m_frame1Rect { 0, 0, 75, 0 };
     TwipRect m_tabRect;

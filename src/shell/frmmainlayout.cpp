@@ -23,25 +23,6 @@ namespace {
 
 const QString QuoteHint = QStringLiteral("Right click for quote options.");
 
-/// A click, or a key that is not a lone modifier (Alt opens the menu bar).
-bool isUserInput(const QEvent *event)
-{
-    if (event->type() == QEvent::MouseButtonPress)
-        return true;
-    if (event->type() != QEvent::KeyPress)
-        return false;
-    switch (static_cast<const QKeyEvent *>(event)->key()) {
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Control:
-    case Qt::Key_Shift:
-    case Qt::Key_Meta:
-        return false;
-    default:
-        return true;
-    }
-}
-
 } // namespace
 
 int frmMain::toolbarHeight() const
@@ -168,9 +149,7 @@ bool frmMain::eventFilter(QObject *watched, QEvent *event)
         || type == QEvent::MouseButtonRelease;
     // Only a mouse event is read as one.
     const auto *mouse = isMouse ? static_cast<QMouseEvent *>(event) : nullptr;
-    if (watched == m_selectionOwner && isUserInput(event)) {
-        m_selectionAtFocusOut.clear();
-    } else if (watched == m_ui.Client && type == QEvent::Resize) {
+    if (watched == m_ui.Client && type == QEvent::Resize) {
         Form_Resize();
     } else if (watched == m_ui.Frame1 && type == QEvent::MouseButtonPress) {
         Frame1_MouseDown(mouse->button());

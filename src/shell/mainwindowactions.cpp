@@ -93,7 +93,9 @@ void MainWindowActions::createMenuBar(QMainWindow *window)
     addMenu(bar->addMenu(QObject::tr("P&rint")), QStringLiteral("mnuPrintMenu"), PrintItems);
     addMenu(bar->addMenu(QObject::tr("&Settings")), QStringLiteral("mnuSettings"), SettingsItems);
     addMenu(bar->addMenu(QStringLiteral("1026")), QStringLiteral("mnuHelp"), HelpItems);
+    action(QStringLiteral("mnuEditCut"))->setShortcut(QKeySequence::Cut);
     action(QStringLiteral("mnuEditCopy"))->setShortcut(QKeySequence::Copy);
+    action(QStringLiteral("mnuEditPaste"))->setShortcut(QKeySequence::Paste);
     action(QStringLiteral("mnuEditUndo"))->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
     action(QStringLiteral("mnuEditRedo"))
         ->setShortcuts(

@@ -17,5 +17,7 @@ inline constexpr QLatin1String ScreenSplit("ScreenSplit");
 inline constexpr QLatin1String Colwidth("Colwidth");
 inline constexpr QLatin1String UserPassword("UserPassword");
 inline constexpr QLatin1String NoIncludes("NoIncludes");
+/// The workbook chosen last for an import: the open dialog starts in its folder.
+inline constexpr QLatin1String LastWorkbook("LastWorkbook");
 
 } // namespace tarnwick::SettingsKeys

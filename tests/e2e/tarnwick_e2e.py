@@ -200,7 +200,7 @@ def scenario_order(run):
         check(s.is_checked("Edit"), "edit mode")
         s.click_cell("GrdMain", 1, 1)  # TW-200's name
         s.hover(table="GrdMain", cell=(3, 0))  # TW-400's row, clicked right after the keys
-        s.activate()
+        s.activate(timeout=15)
         type_then_click(s, typed)
         s.toolbar("Edit")  # stores the cell being edited
         wait_for(lambda: not s.is_checked("Edit"), 5, "the end of edit mode")
@@ -217,7 +217,7 @@ def scenario_order(run):
         s.toolbar("Edit")
         s.click_cell("GrdMain", 2, 1)  # TW-300's name
         s.hover(table="GrdMain", cell=(0, 0))  # TW-100's row
-        s.activate()
+        s.activate(timeout=15)
         s.xdotool("type", "--delay", "0", again)
         s.xdotool("click", "1")
         s.toolbar("Edit")
@@ -412,7 +412,8 @@ def scenario_exchange(run):
             check(shown, "%s mapped" % name)
         s.key("Return", window="Update")
         box = s.answer_next_box("OK", title="Success!", timeout=30)
-        check(box.text == "%d changes have been made to the knowledge base." % len(added),
+        check(box.text == "%d changes have been made to the knowledge base. 1 row was skipped "
+              "because its part number already exists." % len(added),
               "import result: %r" % (box,))
         s.wait_window_gone("Update", timeout=15)
         rows = wait_for(lambda: [r for r in s.read_table("GrdMain") if r[0]], 10, "the grid")

@@ -93,7 +93,10 @@ TEST_F(FrmUpdateImportTest, OkAddsEveryNewRowAndReportsTheNumber)
     clickOk();
     ASSERT_TRUE(waitUntilClosed());
     ASSERT_EQ(fakes.prompts.shown().size(), 1U);
-    EXPECT_EQ(fakes.prompts.shown()[0].text, "3 changes have been made to the knowledge base.");
+    // The repeated AB-100 and OLD-1 are already there.
+    EXPECT_EQ(fakes.prompts.shown()[0].text,
+        "3 changes have been made to the knowledge base. 2 rows were skipped because their part "
+        "number already exists.");
     EXPECT_EQ(fakes.prompts.shown()[0].title, "Success!");
     EXPECT_EQ(fakes.prompts.shown()[0].style, MsgStyle::OkOnly);
     EXPECT_EQ(products.Count(), 4);
@@ -112,7 +115,7 @@ TEST_F(FrmUpdateImportTest, OkAddsEveryNewRowAndReportsTheNumber)
     EXPECT_EQ(unloads, 1);
 }
 
-TEST_F(FrmUpdateImportTest, ASheetWithNothingNewClosesWithoutAMessage)
+TEST_F(FrmUpdateImportTest, ASheetWithNothingNewSaysHowManyRowsWereSkipped)
 {
     catalogue.redim(4, P::FieldCount);
     for (int row = 1; row <= 3; ++row)
@@ -123,7 +126,11 @@ TEST_F(FrmUpdateImportTest, ASheetWithNothingNewClosesWithoutAMessage)
     mapSample();
     clickOk();
     ASSERT_TRUE(waitUntilClosed());
-    EXPECT_TRUE(fakes.prompts.shown().empty());
+    ASSERT_EQ(fakes.prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes.prompts.shown()[0].text,
+        "No products were added: 5 rows were skipped because their part number already exists.");
+    EXPECT_EQ(fakes.prompts.shown()[0].title, "Input Excel Data");
+    EXPECT_EQ(fakes.prompts.shown()[0].style, MsgStyle::OkOnly);
     EXPECT_EQ(catalogue.rowCount(), 4);
     EXPECT_EQ(catalogueChanges, 1);
 }
@@ -137,8 +144,9 @@ TEST_F(FrmUpdateImportTest, WithoutChkIgnoreTheHeaderRowIsAProductToo)
     ASSERT_FALSE(ignore->isChecked());
     clickOk();
     ASSERT_TRUE(waitUntilClosed());
-    EXPECT_EQ(
-        fakes.prompts.texts(), QStringList { "4 changes have been made to the knowledge base." });
+    EXPECT_EQ(fakes.prompts.texts(),
+        QStringList { "4 changes have been made to the knowledge base. 2 rows were skipped "
+                      "because their part number already exists." });
     EXPECT_GT(catalogue.find(P::PartNumber, "Part Number"), 0);
 }
 
@@ -185,8 +193,9 @@ TEST_F(FrmUpdateImportTest, OkImportsTheCellsReadWhenTheWindowOpenedWithoutReadi
     clickOk();
     ASSERT_TRUE(waitUntilClosed());
     // The same products as from the file itself (see OkAddsEveryNewRowAndReportsTheNumber).
-    EXPECT_EQ(
-        fakes.prompts.texts(), QStringList { "3 changes have been made to the knowledge base." });
+    EXPECT_EQ(fakes.prompts.texts(),
+        QStringList { "3 changes have been made to the knowledge base. 2 rows were skipped "
+                      "because their part number already exists." });
     EXPECT_EQ(products.Count(), 4);
     EXPECT_EQ(catalogue.get(1, P::PartNumber).asText(), "AB-100");
     EXPECT_EQ(catalogue.get(1, P::Price).asNumber(), 12.5);

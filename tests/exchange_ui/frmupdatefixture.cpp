@@ -1,6 +1,8 @@
 #include "frmupdatefixture.h"
 
+#include "catalogue/productchanges.h"
 #include "catalogue/productrecord.h"
+#include "commands/catalogueedits.h"
 
 #include <QDir>
 #include <QPushButton>
@@ -37,8 +39,11 @@ FrmUpdateTest::~FrmUpdateTest()
 FrmUpdate &FrmUpdateTest::open(const QString &file)
 {
     delete window.data();
+    const auto apply = [this](ProductChanges changes) {
+        CatalogueEdits::import(history, {}, std::move(changes));
+    };
     window = new FrmUpdate(
-        services, catalogue, products, locale, WorkbookReaderProcess::read(file, testReader()));
+        services, catalogue, apply, locale, WorkbookReaderProcess::read(file, testReader()));
     QObject::connect(window, &FrmUpdate::catalogueChanged, [this] { ++catalogueChanges; });
     QObject::connect(window, &FrmUpdate::unloaded, [this] { ++unloads; });
     window->show();

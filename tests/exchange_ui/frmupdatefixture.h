@@ -1,7 +1,9 @@
 #pragma once
 
+#include "catalogue/module1.h"
 #include "catalogue/products.h"
 #include "catalogue/table.h"
+#include "commands/edithistory.h"
 #include "exchange/ui/frmupdate.h"
 #include "exchange/workbookreaderprocess.h"
 #include "support/fakeservices.h"
@@ -23,7 +25,8 @@ WorkbookReaderOptions testReader();
 QString workbook(const QString &name);
 
 /// The "Update" window over a catalogue of one product ("OLD-1"), with fake services in a
-/// temporary application folder.
+/// temporary application folder. What an import does becomes a step of the history of changes,
+/// as in the program.
 class FrmUpdateTest : public ::testing::Test
 {
 protected:
@@ -47,8 +50,10 @@ protected:
     TempAppFolder folder;
     FakeServices fakes { folder.environment() };
     AppServices services { fakes.services() };
-    Table catalogue;
-    Products products { catalogue, fakes.prompts, fakes.environment, locale };
+    Module1 module { fakes.prompts, fakes.environment, locale };
+    Table &catalogue = module.Catalogue();
+    Products &products = module.AllProducts();
+    EditHistory history { module };
     QPointer<FrmUpdate> window;
     int catalogueChanges = 0;
     int unloads = 0;

@@ -1,10 +1,14 @@
 #include "platform/qt/qtfiledialogs.h"
 
+#include "platform/desktopplaces.h"
 #include "platform/filefilter.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QFileSystemModel>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -97,6 +101,48 @@ TEST(FileDialogFilters, QtDialogTakesThePatternsOfConvertedFilters)
     EXPECT_EQ(patternsQtReads(converted.at(1)),
         QStringList({ QStringLiteral("*.xls"), QStringLiteral("*.xlsx") }));
     EXPECT_EQ(patternsQtReads(converted.at(2)), QStringList { QStringLiteral("*.dat") });
+}
+
+TEST(FileDialogPlaces, TheOpenDialogOffersTheRequestedPlacesAndStartsInItsFolder)
+{
+    QTemporaryDir folder;
+    ASSERT_TRUE(folder.isValid());
+    FileDialogRequest request;
+    request.filter = QStringLiteral("All Files (*.*)|*.*|Excel Files (*.xls)|*.xls");
+    request.filterIndex = 2;
+    request.initialFolder = folder.path();
+    request.places = QStringList { QDir::homePath(), folder.path() };
+    QFileDialog dialog(nullptr, QString(), initialDialogPath(request));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    prepareOpenDialog(dialog, request);
+    EXPECT_EQ(dialog.sidebarUrls(),
+        (QList<QUrl> {
+            QUrl::fromLocalFile(QDir::homePath()), QUrl::fromLocalFile(folder.path()) }));
+    EXPECT_EQ(QDir(dialog.directory()), QDir(folder.path()));
+    EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
+    EXPECT_EQ(dialog.selectedNameFilter(), QStringLiteral("Excel Files (*.xls)"));
+    EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Open"));
+}
+
+TEST(FileDialogPlaces, WithoutPlacesTheDialogKeepsItsOwn)
+{
+    QFileDialog dialog;
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    const QList<QUrl> own = dialog.sidebarUrls();
+    prepareOpenDialog(dialog, FileDialogRequest {});
+    EXPECT_EQ(dialog.sidebarUrls(), own);
+}
+
+TEST(FileDialogPlaces, TheDesktopsPlacesAreFoldersThatExistEachOnce)
+{
+    const QStringList places = desktopPlaces();
+    ASSERT_FALSE(places.isEmpty());
+    EXPECT_EQ(places.first(), QDir::cleanPath(QDir::homePath()));
+    EXPECT_EQ(places.size(), QSet<QString>(places.begin(), places.end()).size());
+    for (const QString &place : places)
+        EXPECT_TRUE(QFileInfo(place).isDir()) << place.toStdString();
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    EXPECT_EQ(places.contains(QDir::cleanPath(documents)), QFileInfo(documents).isDir());
 }
 
 } // namespace

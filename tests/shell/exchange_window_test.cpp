@@ -124,7 +124,9 @@ TEST_F(ExchangeWindowTest, TheImportAddsTheNewProductsToTheGridAndGivesTheWindow
     ASSERT_TRUE(waitForUpdateWindow());
     importPartAndName();
     // AB-100, AB-101, AB-102 and OLD-1 are new; the repeated AB-100 is not.
-    EXPECT_EQ(fakes->prompts.texts().last(), "4 changes have been made to the knowledge base.");
+    EXPECT_EQ(fakes->prompts.texts().last(),
+        "4 changes have been made to the knowledge base. 1 row was skipped because its part "
+        "number already exists.");
     EXPECT_EQ(module->AllProducts().Count(), 7);
     EXPECT_EQ(grid->model()->rowCount(), 7);
     EXPECT_EQ(grid->model()->index(0, 0).data().toString(), "A-100");

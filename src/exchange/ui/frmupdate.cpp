@@ -1,7 +1,10 @@
 #include "exchange/ui/frmupdate.h"
 
+#include "exchange/columnmatch.h"
 #include "exchange/importdriver.h"
-#include "exchange/workbookimport.h"
+#include "exchange/importreport.h"
+#include "exchange/mappingmemory.h"
+#include "exchange/ui/frmimportpreview.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/chelp.h"
@@ -11,10 +14,11 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QKeyEvent>
-#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTableWidget>
 #include <QTimer>
 
 namespace tarnwick {
@@ -25,6 +29,7 @@ const QString NotAWorkbook = QStringLiteral("This file is not an Excel 97 file."
 const QString MissingFields = QStringLiteral("Missing required fields");
 const QString ImportErrors = QStringLiteral(
     "There were errors importing the spreadsheet. Some of the information will not be imported.");
+const QString WindowCaption = QStringLiteral("Update");
 
 bool isRequired(int index)
 {
@@ -33,28 +38,40 @@ bool isRequired(int index)
 
 } // namespace
 
-FrmUpdate::FrmUpdate(const AppServices &services, Table &catalogue, Products &products,
-    const QLocale &locale, WorkbookOpenResult workbook, QWidget *parent)
-    : QDialog(parent), m_services(services), m_workbook(std::move(workbook))
+FrmUpdate::FrmUpdate(const AppServices &services, const Table &catalogue,
+    ImportDriver::Applier apply, const QLocale &locale, WorkbookOpenResult workbook,
+    QWidget *parent)
+    : QDialog(parent), m_services(services), m_locale(locale),
+      m_sheet(std::move(workbook.workbook)), m_openError(workbook.errorNumber)
 {
     m_ui.setupUi(this);
     m_ui.Timer1->setInterval(ProgressInterval);
-    m_driver = new ImportDriver(catalogue, products, locale, this);
+    m_driver = new ImportDriver(catalogue, locale, std::move(apply), this);
     connectHandlers();
     Form_Load();
 }
 
 FrmUpdate::~FrmUpdate() = default;
 
+FrmImportPreview *FrmUpdate::previewWindow() const
+{
+    return m_preview.data();
+}
+
 void FrmUpdate::connectHandlers()
 {
     connect(m_ui.CmdOK, &QPushButton::clicked, this, &FrmUpdate::CmdOK_Click);
     connect(m_ui.CmdCancel, &QPushButton::clicked, this, &FrmUpdate::CmdCancel_Click);
     connect(m_ui.CmdHelp, &QPushButton::clicked, this, &FrmUpdate::CmdHelp_Click);
+    connect(m_ui.CmdMatch, &QPushButton::clicked, this, &FrmUpdate::CmdMatch_Click);
+    connect(m_ui.CmdLast, &QPushButton::clicked, this, &FrmUpdate::CmdLast_Click);
     connect(m_ui.OptAdd, &QRadioButton::clicked, this, &FrmUpdate::OptAdd_Click);
+    connect(m_ui.OptUpdate, &QRadioButton::clicked, this, &FrmUpdate::OptUpdate_Click);
+    connect(m_ui.ChkIgnore, &QCheckBox::toggled, this, &FrmUpdate::ChkIgnore_Click);
     connect(m_ui.Timer1, &QTimer::timeout, this, &FrmUpdate::Timer1_Timer);
     connect(m_driver, &ImportDriver::rowsFailed, this, &FrmUpdate::showImportErrors);
     connect(m_driver, &ImportDriver::finished, this, &FrmUpdate::importFinished);
+    connect(m_driver, &ImportDriver::planned, this, &FrmUpdate::showPreview);
 }
 
 void FrmUpdate::Form_Load()
@@ -67,6 +84,7 @@ void FrmUpdate::Form_Load()
         list->setCurrentIndex(isRequired(index) ? -1 : 0);
     }
     ListColumns();
+    showSample();
     m_ui.CmbField[ColumnMapping::PartNumberList]->setFocus();
 }
 
@@ -74,17 +92,27 @@ void FrmUpdate::Form_Load()
 /// ones; a file that is no workbook leaves the lists as they are and says so.
 void FrmUpdate::ListColumns()
 {
-    const ColumnMapping::ColumnListing listing = ColumnMapping::listColumns(m_workbook);
-    if (!listing.opened) {
+    if (!m_sheet) {
         m_services.prompts.msgBox(NotAWorkbook, MsgStyle::OkOnly + MsgStyle::Exclamation,
-            QStringLiteral("Error ") + QString::number(listing.errorNumber));
-        return;
+            QStringLiteral("Error ") + QString::number(m_openError));
+    } else {
+        m_headers = ColumnMapping::headerTexts(*m_sheet);
+        const QStringList entries = ColumnMapping::columnEntries(*m_sheet);
+        for (QComboBox *list : m_ui.CmbField)
+            list->addItems(entries);
+        selectPositions(ColumnMapping::preselection(entries));
     }
-    for (QComboBox *list : m_ui.CmbField)
-        list->addItems(listing.entries);
+    m_ui.CmdMatch->setEnabled(!m_headers.isEmpty());
+    m_ui.CmdLast->setEnabled(MappingMemory::recall(m_services.settings, m_headers).has_value());
+}
+
+void FrmUpdate::selectPositions(const std::array<int, ColumnMapping::ListCount> &positions)
+{
     for (int index = 0; index < ColumnMapping::ListCount; ++index) {
-        if (const int position = listing.preselection[std::size_t(index)]; position >= 0)
-            m_ui.CmbField[std::size_t(index)]->setCurrentIndex(position);
+        QComboBox *list = m_ui.CmbField[std::size_t(index)];
+        const int position = positions[std::size_t(index)];
+        if (position >= 0 && position < list->count())
+            list->setCurrentIndex(position);
     }
 }
 
@@ -96,27 +124,59 @@ std::array<int, ColumnMapping::ListCount> FrmUpdate::selectedPositions() const
     return positions;
 }
 
+ImportAction FrmUpdate::action() const
+{
+    return m_ui.OptUpdate->isChecked() ? ImportAction::UpdateExisting : ImportAction::AddNew;
+}
+
+/// The first rows of the sheet below the header row (from row 1 when it holds no headers).
+void FrmUpdate::showSample()
+{
+    QTableWidget *grid = m_ui.GrdSample;
+    grid->clear();
+    const int firstRow = m_ui.ChkIgnore->isChecked() ? 2 : 1;
+    const ColumnMapping::SampleRows sample = m_sheet
+        ? ColumnMapping::sampleRows(*m_sheet, m_headers, firstRow)
+        : ColumnMapping::SampleRows {};
+    grid->setColumnCount(int(sample.captions.size()));
+    grid->setRowCount(int(sample.rows.size()));
+    grid->setHorizontalHeaderLabels(sample.captions);
+    for (int row = 0; row < int(sample.rows.size()); ++row) {
+        grid->setVerticalHeaderItem(row, new QTableWidgetItem(QString::number(firstRow + row)));
+        for (int column = 0; column < sample.captions.size(); ++column)
+            grid->setItem(row, column, new QTableWidgetItem(sample.rows[std::size_t(row)][column]));
+    }
+    grid->resizeColumnsToContents();
+}
+
 void FrmUpdate::CmdOK_Click()
 {
     const auto positions = selectedPositions();
-    if (!ColumnMapping::requiredFieldsMapped(positions)) {
+    if (!ColumnMapping::mappingComplete(positions, action())) {
         m_services.prompts.msgBox(MissingFields, MsgStyle::OkOnly, QStringLiteral("Input error"));
         return;
     }
+    const QString letters = ColumnMapping::columnLetters(positions);
+    MappingMemory::remember(m_services.settings, m_headers, letters);
     setMappingEnabled(false);
     setCursor(Qt::WaitCursor);
     m_ui.Timer1->start();
-    m_driver->start(std::move(m_workbook.workbook), ColumnMapping::columnLetters(positions),
-        m_ui.ChkIgnore->isChecked());
+    if (action() == ImportAction::AddNew && !m_previewAlways)
+        m_driver->start(m_sheet, letters, m_ui.ChkIgnore->isChecked());
+    else
+        m_driver->startPlan(m_sheet, letters, m_ui.ChkIgnore->isChecked(), action());
 }
 
 void FrmUpdate::setMappingEnabled(bool enabled)
 {
     for (QComboBox *list : m_ui.CmbField)
         list->setEnabled(enabled);
-    m_ui.ChkIgnore->setEnabled(enabled);
-    m_ui.OptAdd->setEnabled(enabled);
-    m_ui.CmdOK->setEnabled(enabled);
+    for (QWidget *control : std::initializer_list<QWidget *> {
+             m_ui.ChkIgnore, m_ui.OptAdd, m_ui.OptUpdate, m_ui.CmdOK })
+        control->setEnabled(enabled);
+    m_ui.CmdMatch->setEnabled(enabled && !m_headers.isEmpty());
+    m_ui.CmdLast->setEnabled(
+        enabled && MappingMemory::recall(m_services.settings, m_headers).has_value());
 }
 
 void FrmUpdate::showImportErrors()
@@ -125,23 +185,59 @@ void FrmUpdate::showImportErrors()
         ImportErrors, MsgStyle::OkOnly + MsgStyle::Exclamation, QStringLiteral("Import Error"));
 }
 
-/// The end of an import, whole or stopped: the owner shows the catalogue again, the result
-/// is reported and the window unloads.
+/// The end of an import that adds, whole or stopped: the owner shows the catalogue again, the
+/// result is reported and the window unloads.
 void FrmUpdate::importFinished(int changes)
 {
     m_ui.Timer1->stop();
     unsetCursor();
     Q_EMIT catalogueChanged();
     const QPointer<FrmUpdate> alive(this);
-    if (const std::optional<QString> message = resultMessage(changes))
-        m_services.prompts.msgBox(*message, MsgStyle::OkOnly, QStringLiteral("Success!"));
+    const int skipped = m_driver->skippedExisting();
+    if (const std::optional<QString> message = ImportReport::addResultMessage(changes, skipped))
+        m_services.prompts.msgBox(
+            *message, MsgStyle::OkOnly, ImportReport::addResultTitle(changes));
     if (alive)
         close();
 }
 
+/// The plan is complete: "Import Preview" shows it over this window, which waits for its
+/// answer.
+void FrmUpdate::showPreview()
+{
+    m_ui.Timer1->stop();
+    unsetCursor();
+    setWindowTitle(WindowCaption);
+    m_preview = new FrmImportPreview(m_driver->takePlan(), m_locale, this);
+    m_preview->setAttribute(Qt::WA_DeleteOnClose);
+    m_preview->setHelpRequest([this] { Form_KeyDown(Qt::Key_F1, Qt::NoModifier); });
+    connect(m_preview, &QDialog::accepted, this, &FrmUpdate::applyPreviewedPlan);
+    connect(m_preview, &QDialog::rejected, this, &FrmUpdate::backToMapping);
+    m_preview->open();
+}
+
+void FrmUpdate::applyPreviewedPlan()
+{
+    const ImportPlan &plan = m_preview->plan();
+    const QString message = ImportReport::resultMessage(plan);
+    m_driver->apply(plan);
+    Q_EMIT catalogueChanged();
+    const QPointer<FrmUpdate> alive(this);
+    m_services.prompts.msgBox(message, MsgStyle::OkOnly, ImportReport::SuccessTitle);
+    if (alive)
+        close();
+}
+
+/// "Cancel" in the preview: nothing changed, and the mapping can be changed and tried again.
+void FrmUpdate::backToMapping()
+{
+    setMappingEnabled(true);
+    m_ui.CmdOK->setFocus();
+}
+
 void FrmUpdate::Timer1_Timer()
 {
-    setWindowTitle(progressCaption(windowTitle(), m_driver->currentRow()));
+    setWindowTitle(ImportReport::progressCaption(windowTitle(), m_driver->currentRow()));
 }
 
 void FrmUpdate::CmdCancel_Click()
@@ -156,7 +252,31 @@ void FrmUpdate::reject()
 
 void FrmUpdate::OptAdd_Click()
 {
-    m_ui.CmbField[ColumnMapping::ProductNameList]->setCurrentIndex(-1);
+    QComboBox *name = m_ui.CmbField[ColumnMapping::ProductNameList];
+    name->setPlaceholderText(ColumnMapping::Required);
+    name->setCurrentIndex(-1);
+}
+
+/// Updating needs no product name: an unmapped name leaves the names as they are.
+void FrmUpdate::OptUpdate_Click()
+{
+    m_ui.CmbField[ColumnMapping::ProductNameList]->setPlaceholderText(ColumnMapping::SkipField);
+}
+
+void FrmUpdate::ChkIgnore_Click()
+{
+    showSample();
+}
+
+void FrmUpdate::CmdMatch_Click()
+{
+    selectPositions(ColumnMapping::matchHeaders(m_headers));
+}
+
+void FrmUpdate::CmdLast_Click()
+{
+    if (const auto letters = MappingMemory::recall(m_services.settings, m_headers))
+        selectPositions(ColumnMapping::positionsFromLetters(*letters));
 }
 
 void FrmUpdate::CmdHelp_Click()
@@ -188,9 +308,14 @@ void FrmUpdate::closeEvent(QCloseEvent *event)
     event->accept();
 }
 
-/// An import still running stops after the row in hand (and reports what it added).
+/// An import still running stops after the row in hand (an import that adds reports what it
+/// added); a preview still open closes without changing anything.
 void FrmUpdate::Form_Unload()
 {
+    if (m_preview) {
+        m_preview->disconnect(this);
+        m_preview->close();
+    }
     m_driver->stop();
     m_ui.Timer1->stop();
     unsetCursor();

@@ -1,29 +1,39 @@
 #pragma once
 
+#include "exchange/importdriver.h"
+#include "exchange/importplan.h"
 #include "exchange/ui/frmupdateui.h"
 #include "exchange/workbook.h"
 
 #include <QDialog>
+#include <QLocale>
+#include <QPointer>
 #include <QString>
+#include <QStringList>
+
+#include <memory>
 
 class QCloseEvent;
 class QKeyEvent;
-class QLocale;
 
 namespace tarnwick {
 
 struct AppServices;
-class ImportDriver;
-class Products;
+class FrmImportPreview;
 class Table;
 
 /// The "Update" window of the workbook import: lists the columns of the first worksheet of the
-/// workbook read before it opened in the fifteen field lists, lets the user map them and, on OK,
-/// adds every row whose part number is new, from the same cells: the file is not read again. While
-/// the import runs the caption alternates between "Please wait" and "N products analyzed"; closing
-/// the window stops it after the row in hand. The window is shown not modal; unloading it emits
-/// unloaded() so the owner can give the main window back, and catalogueChanged() tells it to show
-/// the catalogue again after an import.
+/// workbook read before it opened in the fifteen field lists, shows its first rows, lets the user
+/// map them (by hand, by "Match Headers" or as last time with "Last Mapping") and, on OK, imports
+/// from the same cells: the file is not read again.
+///
+/// With "Add new products to Brevary" OK adds every row whose part number is new. With "Update
+/// existing products" (and for rows pasted from the clipboard, whichever action) OK first plans
+/// the import and shows it in "Import Preview"; nothing changes until its "Apply", and its
+/// "Cancel" comes back here. While rows are read the caption alternates between "Please wait"
+/// and "N products analyzed"; closing the window stops after the row in hand. The window is shown
+/// not modal; unloading it emits unloaded() so the owner can give the main window back, and
+/// catalogueChanged() tells it to show the catalogue again after an import.
 class FrmUpdate : public QDialog
 {
     Q_OBJECT
@@ -32,12 +42,17 @@ public:
     /// Milliseconds between two changes of the caption while the import runs.
     static constexpr int ProgressInterval = 2000;
 
-    FrmUpdate(const AppServices &services, Table &catalogue, Products &products,
+    /// The catalogue is only read (to plan); apply puts what an import comes to into it.
+    FrmUpdate(const AppServices &services, const Table &catalogue, ImportDriver::Applier apply,
         const QLocale &locale, WorkbookOpenResult workbook, QWidget *parent = nullptr);
     ~FrmUpdate() override;
 
     const FrmUpdateUi &ui() const { return m_ui; }
     ImportDriver &importDriver() const { return *m_driver; }
+    /// The preview of the planned import while it is open, or nullptr.
+    FrmImportPreview *previewWindow() const;
+    /// Rows pasted from the clipboard: every import is shown in the preview first.
+    void setPreviewAlways(bool always) { m_previewAlways = always; }
 
 public Q_SLOTS:
     /// Escape closes the window like Cancel, so the unload always runs.
@@ -59,23 +74,38 @@ private Q_SLOTS:
     void CmdOK_Click();
     void CmdCancel_Click();
     void CmdHelp_Click();
+    void CmdMatch_Click();
+    void CmdLast_Click();
     void Form_KeyDown(int KeyCode, Qt::KeyboardModifiers Shift);
     void OptAdd_Click();
+    void OptUpdate_Click();
+    void ChkIgnore_Click();
     void Timer1_Timer();
     void Form_Unload();
 
 private:
     void connectHandlers();
+    ImportAction action() const;
     std::array<int, ColumnMapping::ListCount> selectedPositions() const;
+    void selectPositions(const std::array<int, ColumnMapping::ListCount> &positions);
     void setMappingEnabled(bool enabled);
+    void showSample();
     void showImportErrors();
     void importFinished(int changes);
+    void showPreview();
+    void applyPreviewedPlan();
+    void backToMapping();
 
     const AppServices &m_services;
-    /// The workbook read for this window, until OK hands it to the import.
-    WorkbookOpenResult m_workbook;
+    QLocale m_locale;
+    /// The worksheet read for this window, or the error of a file that could not be read.
+    std::shared_ptr<const IWorkbook> m_sheet;
+    int m_openError = 0;
+    QStringList m_headers;
     FrmUpdateUi m_ui;
     ImportDriver *m_driver = nullptr;
+    QPointer<FrmImportPreview> m_preview;
+    bool m_previewAlways = false;
 };
 
 } // namespace tarnwick

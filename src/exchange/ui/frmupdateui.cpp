@@ -6,9 +6,11 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTableWidget>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -31,6 +33,8 @@ constexpr int DiscountLists[][2] = { { 2, 4 }, { 5, 8 }, { 9, 10 }, { 11, 12 }, 
 
 /// Wide enough for an entry such as "Col 12-  Price Point 3".
 constexpr int ListCharacters = 22;
+/// The sample grid shows this many rows without scrolling.
+constexpr int SampleRows = 5;
 
 /// Gives a control its control name as object name and accessible description.
 template <typename W> W *named(W *widget, const QString &name)
@@ -62,12 +66,7 @@ void FrmUpdateUi::setupUi(QDialog *window)
     ChkIgnore = named(new QCheckBox(QStringLiteral("&First row contains descriptions"), window),
         QStringLiteral("ChkIgnore"));
     ChkIgnore->setChecked(true);
-    FraActions =
-        named(new QGroupBox(QStringLiteral("Actions"), window), QStringLiteral("FraActions"));
-    OptAdd = named(new QRadioButton(QStringLiteral("&Add new products to Brevary"), FraActions),
-        QStringLiteral("OptAdd"));
-    OptAdd->setChecked(true);
-    (new QVBoxLayout(FraActions))->addWidget(OptAdd);
+    createMappingHelpers(window);
 
     CmdOK = named(new QPushButton(QStringLiteral("OK"), window), QStringLiteral("CmdOK"));
     CmdOK->setDefault(true);
@@ -80,8 +79,15 @@ void FrmUpdateUi::setupUi(QDialog *window)
     auto *fields = new QVBoxLayout;
     fields->addWidget(createProductFrame(window));
     fields->addWidget(createDiscountFrame(window));
+    auto *helpers = new QHBoxLayout;
+    helpers->addWidget(CmdMatch);
+    helpers->addWidget(CmdLast);
+    helpers->addStretch();
+    fields->addLayout(helpers);
+    fields->addWidget(LblSample);
+    fields->addWidget(GrdSample);
     fields->addWidget(ChkIgnore);
-    fields->addWidget(FraActions);
+    fields->addWidget(createActionsFrame(window));
     auto *buttons = new QVBoxLayout;
     buttons->addWidget(CmdOK);
     buttons->addWidget(CmdCancel);
@@ -146,6 +152,42 @@ QGroupBox *FrmUpdateUi::createDiscountFrame(QDialog *window)
     return FraDiscountSchedule;
 }
 
+QGroupBox *FrmUpdateUi::createActionsFrame(QDialog *window)
+{
+    FraActions =
+        named(new QGroupBox(QStringLiteral("Actions"), window), QStringLiteral("FraActions"));
+    OptAdd = named(new QRadioButton(QStringLiteral("&Add new products to Brevary"), FraActions),
+        QStringLiteral("OptAdd"));
+    OptAdd->setChecked(true);
+    OptUpdate = named(new QRadioButton(QStringLiteral("&Update existing products"), FraActions),
+        QStringLiteral("OptUpdate"));
+    auto *layout = new QVBoxLayout(FraActions);
+    layout->addWidget(OptAdd);
+    layout->addWidget(OptUpdate);
+    return FraActions;
+}
+
+void FrmUpdateUi::createMappingHelpers(QDialog *window)
+{
+    CmdMatch = named(
+        new QPushButton(QStringLiteral("&Match Headers"), window), QStringLiteral("CmdMatch"));
+    CmdMatch->setToolTip(QStringLiteral("Chooses for every field the column headed with its name"));
+    CmdLast =
+        named(new QPushButton(QStringLiteral("Las&t Mapping"), window), QStringLiteral("CmdLast"));
+    CmdLast->setToolTip(QStringLiteral(
+        "Chooses the columns used last time for a sheet with the same column headings"));
+    GrdSample = named(new QTableWidget(window), QStringLiteral("GrdSample"));
+    GrdSample->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    GrdSample->setTabKeyNavigation(false);
+    GrdSample->setWordWrap(false);
+    GrdSample->setAccessibleName(QStringLiteral("Sample rows"));
+    const int rowHeight = GrdSample->verticalHeader()->defaultSectionSize();
+    GrdSample->setFixedHeight(rowHeight * (SampleRows + 3));
+    LblSample =
+        named(new QLabel(QStringLiteral("&Sample rows:"), window), QStringLiteral("LblSample"));
+    LblSample->setBuddy(GrdSample);
+}
+
 void FrmUpdateUi::orderTabs()
 {
     QList<QWidget *> order;
@@ -153,7 +195,8 @@ void FrmUpdateUi::orderTabs()
         order << CmbField[std::size_t(index)];
     for (const auto &level : DiscountLists)
         order << CmbField[std::size_t(level[0])] << CmbField[std::size_t(level[1])];
-    order << ChkIgnore << OptAdd << CmdOK << CmdCancel << CmdHelp;
+    order << CmdMatch << CmdLast << GrdSample << ChkIgnore << OptAdd << OptUpdate << CmdOK
+          << CmdCancel << CmdHelp;
     for (qsizetype i = 1; i < order.size(); ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
 }

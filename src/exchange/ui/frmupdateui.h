@@ -11,14 +11,16 @@ class QGroupBox;
 class QLabel;
 class QPushButton;
 class QRadioButton;
+class QTableWidget;
 class QTimer;
 
 namespace tarnwick {
 
 /// The widgets of the "Update" window, each under its control name: the fifteen field lists
 /// CmbField(0) … CmbField(14) with their labels in the frames "Product Information" and
-/// "Discount Schedule", ChkIgnore, OptAdd in the frame "Actions", Label1, Label2, the buttons
-/// and Timer1.
+/// "Discount Schedule", the mapping helpers CmdMatch and CmdLast, the sample of the sheet's first
+/// rows GrdSample with its label LblSample, ChkIgnore, OptAdd and OptUpdate in the frame
+/// "Actions", Label1, Label2, the buttons and Timer1.
 struct FrmUpdateUi
 {
     /// Creates the widgets inside window and lays them out.
@@ -33,6 +35,11 @@ struct FrmUpdateUi
     QLabel *Label2 = nullptr;
     QCheckBox *ChkIgnore = nullptr;
     QRadioButton *OptAdd = nullptr;
+    QRadioButton *OptUpdate = nullptr;
+    QPushButton *CmdMatch = nullptr;
+    QPushButton *CmdLast = nullptr;
+    QLabel *LblSample = nullptr;
+    QTableWidget *GrdSample = nullptr;
     QPushButton *CmdOK = nullptr;
     QPushButton *CmdCancel = nullptr;
     QPushButton *CmdHelp = nullptr;
@@ -45,6 +52,8 @@ private:
     void createLists(QDialog *window);
     QGroupBox *createProductFrame(QDialog *window);
     QGroupBox *createDiscountFrame(QDialog *window);
+    QGroupBox *createActionsFrame(QDialog *window);
+    void createMappingHelpers(QDialog *window);
     void orderTabs();
 };
 

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QUrl>
 
 namespace tarnwick {
 
@@ -33,6 +34,20 @@ QString initialDialogPath(const FileDialogRequest &request)
     return QDir(request.initialFolder).filePath(request.fileName);
 }
 
+void prepareOpenDialog(QFileDialog &dialog, const FileDialogRequest &request)
+{
+    const QStringList filters = toQtNameFilters(request.filter);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setNameFilters(filters);
+    dialog.selectNameFilter(nameFilterAt(filters, request.filterIndex));
+    if (request.places.isEmpty())
+        return;
+    QList<QUrl> places;
+    for (const QString &folder : request.places)
+        places << QUrl::fromLocalFile(folder);
+    dialog.setSidebarUrls(places);
+}
+
 QtFileDialogs::QtFileDialogs(std::function<QWidget *()> parentProvider)
     : m_parentProvider(std::move(parentProvider))
 {
@@ -40,24 +55,22 @@ QtFileDialogs::QtFileDialogs(std::function<QWidget *()> parentProvider)
 
 std::optional<FileDialogResult> QtFileDialogs::getOpenFile(const FileDialogRequest &request)
 {
-    return run(Mode::Open, request);
+    return runOpen(request);
 }
 
 std::optional<FileDialogResult> QtFileDialogs::getSaveFile(const FileDialogRequest &request)
 {
-    return run(Mode::Save, request);
+    return runSave(request);
 }
 
-std::optional<FileDialogResult> QtFileDialogs::run(
-    Mode mode, const FileDialogRequest &request) const
+std::optional<FileDialogResult> QtFileDialogs::runSave(const FileDialogRequest &request) const
 {
     const QStringList filters = toQtNameFilters(request.filter);
     const QString filterText = filters.join(QStringLiteral(";;"));
     QString selected = nameFilterAt(filters, request.filterIndex);
     const QString start = initialDialogPath(request);
-    const QString path = mode == Mode::Open
-        ? QFileDialog::getOpenFileName(parentWidget(), request.title, start, filterText, &selected)
-        : QFileDialog::getSaveFileName(parentWidget(), request.title, start, filterText, &selected);
+    const QString path =
+        QFileDialog::getSaveFileName(parentWidget(), request.title, start, filterText, &selected);
     if (path.isEmpty())
         return std::nullopt;
     // The filter that was offered first stands when the dialog names none of the offered ones.
@@ -65,6 +78,18 @@ std::optional<FileDialogResult> QtFileDialogs::run(
     const int fallback = inRange ? request.filterIndex : 1;
     return FileDialogResult { QDir::toNativeSeparators(path),
         nameFilterIndex(filters, selected, fallback) };
+}
+
+std::optional<FileDialogResult> QtFileDialogs::runOpen(const FileDialogRequest &request) const
+{
+    QFileDialog dialog(parentWidget(), request.title, initialDialogPath(request));
+    prepareOpenDialog(dialog, request);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    const QStringList filters = toQtNameFilters(request.filter);
+    const bool inRange = request.filterIndex >= 1 && request.filterIndex <= filters.size();
+    return FileDialogResult { QDir::toNativeSeparators(dialog.selectedFiles().constFirst()),
+        nameFilterIndex(filters, dialog.selectedNameFilter(), inRange ? request.filterIndex : 1) };
 }
 
 QWidget *QtFileDialogs::parentWidget() const

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class QFileDialog;
 class QWidget;
 
 namespace tarnwick {
@@ -22,6 +23,11 @@ int nameFilterIndex(
 /// the empty text (the dialog's own choice).
 QString initialDialogPath(const FileDialogRequest &request);
 
+/// Sets up an open dialog as the request asks: one existing file, the name filters with the
+/// requested one selected, and the request's places in the side panel of Qt's own dialog (a
+/// dialog of the desktop shows the desktop's places itself).
+void prepareOpenDialog(QFileDialog &dialog, const FileDialogRequest &request);
+
 /// Open and save dialogs through QFileDialog, over the program's active window.
 class QtFileDialogs : public IFileDialogs
 {
@@ -33,8 +39,8 @@ public:
     std::optional<FileDialogResult> getSaveFile(const FileDialogRequest &request) override;
 
 private:
-    enum class Mode { Open, Save };
-    std::optional<FileDialogResult> run(Mode mode, const FileDialogRequest &request) const;
+    std::optional<FileDialogResult> runSave(const FileDialogRequest &request) const;
+    std::optional<FileDialogResult> runOpen(const FileDialogRequest &request) const;
     QWidget *parentWidget() const;
     std::function<QWidget *()> m_parentProvider;
 };

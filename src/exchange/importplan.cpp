@@ -1,0 +1,248 @@
+#include "exchange/importplan.h"
+
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "exchange/columnmapping.h"
+#include "exchange/workbook.h"
+
+#include <array>
+
+namespace tarnwick {
+
+namespace P = ProductRecord;
+
+namespace {
+
+const QString MissingProductName = QStringLiteral("Missing Product Name");
+
+/// The value of a cell as a number, when it is one: numbers as they are, texts as the user's
+/// locale reads them ("$12.50", "12.5").
+std::optional<double> numberIn(const Cell &cell, const QLocale &locale)
+{
+    if (cell.isNumber())
+        return cell.asNumber();
+    if (cell.isText())
+        return conv::parseNumber(cell.asText(), locale);
+    return std::nullopt;
+}
+
+/// Whether two cells of a field hold the same value: numbers by value (in single precision
+/// where either side is kept so, as the list price is), anything else by its text.
+bool sameValue(int field, const Cell &a, const Cell &b, const QLocale &locale)
+{
+    if (P::isNumberField(field)) {
+        const std::optional<double> x = numberIn(a, locale);
+        const std::optional<double> y = numberIn(b, locale);
+        if (x && y) {
+            const bool single = field == P::Price || a.kind() == Cell::Kind::Single
+                || b.kind() == Cell::Kind::Single;
+            return single ? float(*x) == float(*y) : *x == *y;
+        }
+        if (x || y)
+            return false;
+    }
+    return a == b;
+}
+
+} // namespace
+
+std::span<const Cell> ImportPlan::addedProduct(int index) const
+{
+    return std::span<const Cell>(addedCells)
+        .subspan(std::size_t(index) * P::FieldCount, P::FieldCount);
+}
+
+int ImportPlan::skippedCount(SkipReason reason) const
+{
+    int count = 0;
+    for (const SkippedRow &row : skipped)
+        count += row.reason == reason ? 1 : 0;
+    return count;
+}
+
+/// The texts of one sheet row, by catalogue field (index 0 unused); whether each field's list
+/// is mapped.
+struct ImportPlanner::RowCells
+{
+    std::array<QString, P::FieldCount + 1> text;
+    std::array<bool, P::FieldCount + 1> mapped {};
+
+    bool allEmpty() const
+    {
+        for (const QString &value : text) {
+            if (!value.isEmpty())
+                return false;
+        }
+        return true;
+    }
+};
+
+ImportPlanner::ImportPlanner(const IWorkbook &workbook, const Table &catalogue,
+    const QString &letters, bool firstRowHasHeaders, ImportAction action, const QLocale &locale)
+    : m_workbook(workbook), m_catalogue(catalogue), m_letters(letters), m_locale(locale),
+      m_row(firstRowHasHeaders ? 2 : 1), m_emptyText(QString())
+{
+    m_plan.action = action;
+    m_done = m_letters.size() != ColumnMapping::ListCount
+        || ColumnMapping::isUnread(m_letters[ColumnMapping::PartNumberList]);
+    m_partNumbers.reserve(m_catalogue.rowCount());
+    // From the last row up, so the first entry of a repeated part number wins.
+    for (int row = m_catalogue.rowCount(); row >= 1; --row) {
+        const Cell &part = m_catalogue.get(row, P::PartNumber);
+        if (part.isText())
+            m_partNumbers.insert(part.asText(), row);
+    }
+}
+
+bool ImportPlanner::readCell(int listIndex, RowCells &cells)
+{
+    const QChar letter = m_letters[listIndex];
+    const int field = ColumnMapping::catalogueField(listIndex);
+    if (ColumnMapping::isUnread(letter))
+        return true;
+    cells.mapped[std::size_t(field)] = true;
+    QString &text = cells.text[std::size_t(field)];
+    return m_trap.step([&] { text = m_workbook.cellText(letter.unicode() - 'A', m_row); });
+}
+
+void ImportPlanner::readOtherCells(RowCells &cells)
+{
+    for (int index = 0; index < ColumnMapping::ListCount; ++index) {
+        if (index != ColumnMapping::PartNumberList)
+            readCell(index, cells);
+    }
+}
+
+bool ImportPlanner::step()
+{
+    if (m_done)
+        return false;
+    RowCells cells;
+    const bool read = readCell(ColumnMapping::PartNumberList, cells);
+    const bool update = m_plan.action == ImportAction::UpdateExisting;
+    // Adding reads the other cells of a row only for a new product, as the import always did.
+    if (read && update)
+        readOtherCells(cells);
+    m_plan.firstError = m_trap.firstError();
+    if (!read) {
+        // The row is passed over; a sheet that keeps failing ends instead of running on.
+        skip(SkipReason::Unreadable, QString());
+        ++m_row;
+        m_done = ++m_unreadableRows >= MaxUnreadableRows;
+        return !m_done;
+    }
+    m_unreadableRows = 0;
+    const QString partNumber = cells.text[P::PartNumber];
+    if (update ? cells.allEmpty() : partNumber.isEmpty()) {
+        m_done = true;
+        return false;
+    }
+    if (update)
+        planUpdate(cells);
+    else
+        planAdd(cells);
+    // Whatever became of it, a later row with this part number is a repeat.
+    m_partNumbers.insert(partNumber, 0);
+    ++m_row;
+    return true;
+}
+
+void ImportPlanner::planAdd(RowCells &cells)
+{
+    const QString &partNumber = cells.text[P::PartNumber];
+    if (m_partNumbers.contains(partNumber)) {
+        skip(SkipReason::PartNumberExists, partNumber);
+        return;
+    }
+    readOtherCells(cells);
+    m_plan.firstError = m_trap.firstError();
+    planNew(cells);
+}
+
+void ImportPlanner::planUpdate(const RowCells &cells)
+{
+    const QString &partNumber = cells.text[P::PartNumber];
+    const auto known = m_partNumbers.constFind(partNumber);
+    const QString &price = cells.text[P::Price];
+    if (partNumber.isEmpty())
+        skip(SkipReason::EmptyPartNumber, partNumber);
+    else if (known != m_partNumbers.cend() && *known == 0)
+        skip(SkipReason::RepeatedPartNumber, partNumber);
+    else if (!price.isEmpty() && !conv::parseNumber(price, m_locale))
+        skip(SkipReason::PriceNotANumber, partNumber);
+    else if (known != m_partNumbers.cend())
+        planExisting(cells, *known);
+    else
+        planNew(cells);
+}
+
+void ImportPlanner::runAll()
+{
+    while (step()) { }
+}
+
+ImportPlan ImportPlanner::takePlan()
+{
+    m_done = true;
+    return std::move(m_plan);
+}
+
+void ImportPlanner::skip(SkipReason reason, const QString &partNumber)
+{
+    m_plan.skipped.push_back({ m_row, reason, partNumber });
+}
+
+Cell ImportPlanner::newCell(int field, const RowCells &cells) const
+{
+    const QString &text = cells.text[std::size_t(field)];
+    if (field == P::ProductName)
+        return Cell(text.isEmpty() ? MissingProductName : text.left(MaxNameLength));
+    if (field == P::Price) {
+        const std::optional<double> price = conv::parseNumber(text, m_locale);
+        return price ? Cell(float(*price)) : Cell();
+    }
+    return text.isEmpty() ? m_emptyText : Cell(text);
+}
+
+void ImportPlanner::planNew(const RowCells &cells)
+{
+    for (int field = 1; field <= P::FieldCount; ++field)
+        m_plan.addedCells.push_back(newCell(field, cells));
+    m_plan.addedSheetRows.push_back(m_row);
+}
+
+std::optional<Cell> ImportPlanner::updatedCell(int field, const RowCells &cells) const
+{
+    const QString &text = cells.text[std::size_t(field)];
+    if (!cells.mapped[std::size_t(field)] || text.isEmpty() || field == P::PartNumber)
+        return std::nullopt;
+    if (field == P::ProductName)
+        return Cell(text.left(MaxNameLength));
+    if (field == P::Price)
+        return Cell(float(*conv::parseNumber(text, m_locale)));
+    return Cell(text);
+}
+
+void ImportPlanner::planExisting(const RowCells &cells, int catalogueRow)
+{
+    ImportPlan::ChangedProduct product;
+    for (int field = 1; field <= P::FieldCount; ++field) {
+        std::optional<Cell> after = updatedCell(field, cells);
+        if (!after)
+            continue;
+        const Cell &before = m_catalogue.get(catalogueRow, field);
+        if (!sameValue(field, before, *after, m_locale))
+            product.fields.push_back({ field, before, std::move(*after) });
+    }
+    if (product.fields.empty()) {
+        ++m_plan.unchanged;
+        return;
+    }
+    product.sheetRow = m_row;
+    product.catalogueRow = catalogueRow;
+    product.partNumber = cells.text[P::PartNumber];
+    m_plan.changed.push_back(std::move(product));
+}
+
+} // namespace tarnwick

@@ -1,0 +1,155 @@
+#pragma once
+
+#include "core/cell.h"
+#include "core/errortrap.h"
+
+#include <QHash>
+#include <QLocale>
+#include <QString>
+
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace tarnwick {
+
+class IWorkbook;
+class Table;
+
+/// What an import does with the rows of a sheet.
+enum class ImportAction {
+    /// "Add new products to Brevary": rows whose part number is new become products; the
+    /// first row with an empty part number ends the sheet; existing products never change.
+    AddNew,
+    /// "Update existing products": rows whose part number the catalogue holds change the
+    /// mapped fields of that product, the other rows become products as with AddNew.
+    UpdateExisting,
+};
+
+/// Why a row of the sheet changes nothing.
+enum class SkipReason {
+    /// The catalogue (or an earlier row) holds the part number already (AddNew).
+    PartNumberExists,
+    /// The row holds values but no part number (UpdateExisting).
+    EmptyPartNumber,
+    /// An earlier row of the sheet has the same part number (UpdateExisting).
+    RepeatedPartNumber,
+    /// The list price is mapped and its cell holds something that is no number
+    /// (UpdateExisting).
+    PriceNotANumber,
+    /// The part number's cell could not be read.
+    Unreadable,
+};
+
+/// Everything an import would do to the catalogue, computed from the sheet and the mapping
+/// without changing the catalogue: the products it adds (all their cells), the fields it
+/// changes in existing products (old and new cell), how many existing products the sheet
+/// leaves as they are, and every row it skips with the reason. The preview window lists it;
+/// importChanges() turns it into the change of the catalogue that one step of the history of
+/// changes makes (CatalogueEdits::import).
+struct ImportPlan
+{
+    struct FieldChange
+    {
+        int field = 0;
+        Cell before;
+        Cell after;
+    };
+    struct ChangedProduct
+    {
+        int sheetRow = 0;
+        /// The catalogue row the product had when the plan was made.
+        int catalogueRow = 0;
+        QString partNumber;
+        std::vector<FieldChange> fields;
+    };
+    struct SkippedRow
+    {
+        int sheetRow = 0;
+        SkipReason reason = SkipReason::PartNumberExists;
+        QString partNumber;
+    };
+
+    ImportAction action = ImportAction::AddNew;
+    /// The new products in sheet order, ProductRecord::FieldCount cells each.
+    std::vector<Cell> addedCells;
+    std::vector<int> addedSheetRows;
+    std::vector<ChangedProduct> changed;
+    int unchanged = 0;
+    std::vector<SkippedRow> skipped;
+    /// The first error met while reading cells, if any.
+    std::optional<VbError> firstError;
+
+    int addedCount() const { return int(addedSheetRows.size()); }
+    /// The cells of new product index (0-based).
+    std::span<const Cell> addedProduct(int index) const;
+    int skippedCount() const { return int(skipped.size()); }
+    int skippedCount(SkipReason reason) const;
+    /// True when applying the plan would add and change nothing.
+    bool changesNothing() const { return addedSheetRows.empty() && changed.empty(); }
+};
+
+/// Makes an ImportPlan row by row, so the window can show progress and stop between rows. The
+/// catalogue is only read. Part numbers are looked up in an index of the catalogue (the first
+/// entry with that text, as a search from entry 1 finds it) and of the rows already planned.
+///
+/// The cells of a new product follow the import's rules: part number and product name as
+/// read, an empty name as "Missing Product Name", a name cut to its first 75 characters, the
+/// list price as a single-precision number when the cell is a number (else left empty), every
+/// other field as the text read. An existing product changes only in fields whose mapped cell
+/// holds something: an empty cell leaves the field as it is. Numbers count as equal by value
+/// (12.5 and "12.50" are the same list price), texts character for character.
+class ImportPlanner
+{
+public:
+    /// letters: the column letter table (ColumnMapping::columnLetters); firstRowHasHeaders
+    /// skips row 1.
+    ImportPlanner(const IWorkbook &workbook, const Table &catalogue, const QString &letters,
+        bool firstRowHasHeaders, ImportAction action, const QLocale &locale);
+
+    /// Plans the current row. Returns false once the sheet is over: with AddNew at the first
+    /// empty part number, with UpdateExisting at the first row whose mapped cells are all empty;
+    /// also when the letter table cannot be used. A cell that cannot be read is taken as empty
+    /// and remembered (plan().firstError); a row whose part number cannot be read is skipped.
+    bool step();
+    /// Runs step() until the sheet is over.
+    void runAll();
+    /// The row the next step reads.
+    int currentRow() const { return m_row; }
+    const ImportPlan &plan() const { return m_plan; }
+    /// Hands the plan over (the planner is done with it).
+    ImportPlan takePlan();
+
+    static constexpr int MaxNameLength = 75;
+    /// After this many rows in a row whose part number cannot be read, the sheet ends.
+    static constexpr int MaxUnreadableRows = 100;
+
+private:
+    struct RowCells;
+    /// Reads the cell of one list into cells; false when it could not be read.
+    bool readCell(int listIndex, RowCells &cells);
+    void readOtherCells(RowCells &cells);
+    void planAdd(RowCells &cells);
+    void planUpdate(const RowCells &cells);
+    void planNew(const RowCells &cells);
+    void planExisting(const RowCells &cells, int catalogueRow);
+    void skip(SkipReason reason, const QString &partNumber);
+    Cell newCell(int field, const RowCells &cells) const;
+    std::optional<Cell> updatedCell(int field, const RowCells &cells) const;
+
+    const IWorkbook &m_workbook;
+    const Table &m_catalogue;
+    QString m_letters;
+    QLocale m_locale;
+    /// Part number → catalogue row (0 for a part number planned from an earlier row).
+    QHash<QString, int> m_partNumbers;
+    ImportPlan m_plan;
+    int m_row;
+    bool m_done = false;
+    int m_unreadableRows = 0;
+    ErrorTrap m_trap;
+    /// One shared empty text for the unmapped fields of new products.
+    Cell m_emptyText;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,106 @@
+#include "exchange/importreport.h"
+
+#include "catalogue/productrecord.h"
+#include "core/conversions.h"
+#include "core/errortrap.h"
+#include "core/formats.h"
+
+namespace tarnwick::ImportReport {
+
+namespace {
+
+namespace P = ProductRecord;
+
+/// The order in which the reasons are counted.
+constexpr SkipReason Reasons[] = { SkipReason::EmptyPartNumber, SkipReason::RepeatedPartNumber,
+    SkipReason::PriceNotANumber, SkipReason::PartNumberExists, SkipReason::Unreadable };
+
+bool isPriceField(int field)
+{
+    return field == P::Price
+        || (field >= P::Price1 && field <= P::Price5 && (field - P::Price1) % 2 == 0);
+}
+
+QString skippedRows(int rows)
+{
+    return rows == 1 ? QStringLiteral("1 row was skipped because its part number already exists.")
+                     : QStringLiteral("%1 rows were skipped because their part number already "
+                                      "exists.")
+                           .arg(rows);
+}
+
+} // namespace
+
+QString reasonText(SkipReason reason)
+{
+    switch (reason) {
+    case SkipReason::EmptyPartNumber:
+        return QStringLiteral("empty part number");
+    case SkipReason::RepeatedPartNumber:
+        return QStringLiteral("part number twice in the sheet");
+    case SkipReason::PriceNotANumber:
+        return QStringLiteral("list price that is no number");
+    case SkipReason::PartNumberExists:
+        return QStringLiteral("part number already exists");
+    case SkipReason::Unreadable:
+        break;
+    }
+    return QStringLiteral("could not be read");
+}
+
+QStringList countLines(const ImportPlan &plan)
+{
+    QStringList reasons;
+    for (const SkipReason reason : Reasons) {
+        if (const int count = plan.skippedCount(reason); count > 0)
+            reasons << QStringLiteral("%1: %2").arg(reasonText(reason)).arg(count);
+    }
+    QString skipped = QStringLiteral("Rows skipped: %1").arg(plan.skippedCount());
+    if (!reasons.isEmpty())
+        skipped += QStringLiteral(" (%1)").arg(reasons.join(QStringLiteral("; ")));
+    return { QStringLiteral("Products added: %1").arg(plan.addedCount()),
+        QStringLiteral("Products changed: %1").arg(plan.changed.size()),
+        QStringLiteral("Products unchanged: %1").arg(plan.unchanged), skipped };
+}
+
+QString resultMessage(const ImportPlan &plan)
+{
+    return countLines(plan).join(QLatin1Char('\n'));
+}
+
+std::optional<QString> addResultMessage(int added, int skippedExisting)
+{
+    if (added == 0 && skippedExisting == 0)
+        return std::nullopt;
+    if (added == 0)
+        return QStringLiteral("No products were added: ") + skippedRows(skippedExisting);
+    QString text = QStringLiteral("%1 changes have been made to the knowledge base.").arg(added);
+    if (skippedExisting > 0)
+        text += QLatin1Char(' ') + skippedRows(skippedExisting);
+    return text;
+}
+
+QString addResultTitle(int added)
+{
+    return added > 0 ? SuccessTitle : NothingAddedTitle;
+}
+
+QString progressCaption(const QString &caption, int row)
+{
+    const QString wait = QStringLiteral("Please wait");
+    return caption != wait ? wait : QStringLiteral("%1 products analyzed").arg(row);
+}
+
+QString displayText(int field, const Cell &value, const QLocale &locale)
+{
+    QString text;
+    ErrorTrap trap;
+    // A value that cannot be shown in a form (an infinite number) is shown as its text.
+    const bool shown = trap.step([&] {
+        text = isPriceField(field) ? format(value, QStringLiteral("Currency"), locale)
+                                   : conv::toText(value, locale);
+    });
+    return shown ? text : value.asText();
+}
+
+} // namespace tarnwick::ImportReport

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "exchange/importplan.h"
+
+#include <QLocale>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace tarnwick::ImportReport {
+
+/// The title of the import's result message when products were added or changed.
+inline const QString SuccessTitle = QStringLiteral("Success!");
+/// The title of the message that says nothing was added.
+inline const QString NothingAddedTitle = QStringLiteral("Input Excel Data");
+
+/// Why a row was skipped, in the user's words: "empty part number", "part number twice in the
+/// sheet", "list price that is no number", "part number already exists", "could not be read".
+QString reasonText(SkipReason reason);
+
+/// The counts of a plan, one line each, as the preview shows them and the result message
+/// repeats them: "Products added: 3", "Products changed: 5", "Products unchanged: 12" and
+/// "Rows skipped: 4 (empty part number: 1; part number twice in the sheet: 3)" (the reasons
+/// that occur, in a fixed order; "Rows skipped: 0" when there are none).
+QStringList countLines(const ImportPlan &plan);
+/// The message after a plan was applied: the count lines, one per line.
+QString resultMessage(const ImportPlan &plan);
+
+/// The message after adding new products from a file: "N changes have been made to the
+/// knowledge base." when products were added, followed by "M rows were skipped because their
+/// part number already exists." when rows were skipped; when nothing was added but rows were
+/// skipped, "No products were added: M rows were skipped because their part number already
+/// exists."; nothing when nothing was added and nothing skipped.
+std::optional<QString> addResultMessage(int added, int skippedExisting);
+/// The title of that message: SuccessTitle when products were added, else NothingAddedTitle.
+QString addResultTitle(int added);
+
+/// The import window's caption at the next tick of its timer: "Please wait" and
+/// "<row> products analyzed" in turn.
+QString progressCaption(const QString &caption, int row);
+
+/// A field's value as the preview shows it: the list price and the five prices in the
+/// locale's currency form ("$12.50"), a text that is no number as it stands, the quantities and
+/// texts as they are.
+QString displayText(int field, const Cell &value, const QLocale &locale);
+
+} // namespace tarnwick::ImportReport

@@ -1,0 +1,118 @@
+#include "exchange/ui/frmimportpreview.h"
+
+#include "exchange/importplanmodels.h"
+#include "exchange/importreport.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+namespace {
+
+/// Gives a control of the preview its name as object name and accessible description.
+template <typename W> W *previewControl(W *widget, const QString &name)
+{
+    widget->setObjectName(name);
+    widget->setAccessibleDescription(name);
+    return widget;
+}
+
+/// The names of the count labels, in the order of ImportReport::countLines.
+const char *const CountLabels[] = { "LblAdded", "LblChanged", "LblUnchanged", "LblSkipped" };
+
+} // namespace
+
+FrmImportPreview::FrmImportPreview(ImportPlan plan, const QLocale &locale, QWidget *parent)
+    : QDialog(parent), m_plan(std::move(plan))
+{
+    m_changes = new ImportChangesModel(m_plan, locale, this);
+    m_skipped = new SkippedRowsModel(m_plan, this);
+    setupUi();
+    connect(m_apply, &QPushButton::clicked, this, &FrmImportPreview::CmdApply_Click);
+    connect(m_cancel, &QPushButton::clicked, this, &FrmImportPreview::CmdCancel_Click);
+}
+
+FrmImportPreview::~FrmImportPreview() = default;
+
+QTableView *FrmImportPreview::createGrid(const QString &name, QAbstractItemModel *model)
+{
+    auto *grid = previewControl(new QTableView(this), name);
+    grid->setModel(model);
+    grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid->setTabKeyNavigation(false);
+    grid->setWordWrap(false);
+    grid->setAlternatingRowColors(true);
+    grid->verticalHeader()->hide();
+    grid->horizontalHeader()->setStretchLastSection(true);
+    return grid;
+}
+
+void FrmImportPreview::setupUi()
+{
+    previewControl(this, QStringLiteral("FrmImportPreview"));
+    setWindowTitle(QStringLiteral("Import Preview"));
+    auto *layout = new QVBoxLayout(this);
+    const QStringList counts = ImportReport::countLines(m_plan);
+    for (int line = 0; line < counts.size(); ++line) {
+        auto *label =
+            previewControl(new QLabel(counts[line], this), QString::fromLatin1(CountLabels[line]));
+        label->setWordWrap(true);
+        layout->addWidget(label);
+    }
+    QTableView *changes = createGrid(QStringLiteral("GrdChanges"), m_changes);
+    auto *changesLabel =
+        previewControl(new QLabel(QStringLiteral("&Changes:"), this), QStringLiteral("LblChanges"));
+    changesLabel->setBuddy(changes);
+    QTableView *skipped = createGrid(QStringLiteral("GrdSkipped"), m_skipped);
+    auto *skippedLabel = previewControl(
+        new QLabel(QStringLiteral("S&kipped rows:"), this), QStringLiteral("LblSkippedRows"));
+    skippedLabel->setBuddy(skipped);
+    layout->addWidget(changesLabel);
+    layout->addWidget(changes, 3);
+    layout->addWidget(skippedLabel);
+    layout->addWidget(skipped, 1);
+
+    m_apply =
+        previewControl(new QPushButton(QStringLiteral("&Apply"), this), QStringLiteral("CmdApply"));
+    m_apply->setDefault(true);
+    m_cancel = previewControl(
+        new QPushButton(QStringLiteral("Cancel"), this), QStringLiteral("CmdCancel"));
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_apply);
+    buttons->addWidget(m_cancel);
+    layout->addLayout(buttons);
+    setTabOrder(changes, skipped);
+    setTabOrder(skipped, m_apply);
+    setTabOrder(m_apply, m_cancel);
+    resize(720, 520);
+}
+
+void FrmImportPreview::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_F1 && m_help) {
+        m_help();
+        event->accept();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void FrmImportPreview::CmdApply_Click()
+{
+    accept();
+}
+
+void FrmImportPreview::CmdCancel_Click()
+{
+    reject();
+}
+
+} // namespace tarnwick

@@ -1,0 +1,269 @@
+// The import planned before anything changes: what "Update existing products" changes, adds,
+// leaves and skips (with the reason), and what "Add new products" adds and skips.
+#include "catalogue/productrecord.h"
+#include "catalogue/products.h"
+#include "catalogue/table.h"
+#include "exchange/columnmapping.h"
+#include "exchange/importplan.h"
+#include "exchange/textworkbook.h"
+#include "exchange/workbook.h"
+#include "platform/appenvironment.h"
+#include "support/fakeprompts.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+namespace P = ProductRecord;
+namespace CM = ColumnMapping;
+
+namespace {
+
+const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+
+/// Part number A, name B, list price C, notes D, first price E (lists 0, 1, 3, 7, 4).
+QString supplierLetters(bool withName = true)
+{
+    std::array<int, CM::ListCount> positions;
+    positions.fill(0);
+    positions[0] = 0;
+    positions[1] = withName ? 1 : -1;
+    positions[3] = 3;
+    positions[7] = 4;
+    positions[4] = 5;
+    return CM::columnLetters(positions);
+}
+
+/// A supplier's sheet for the catalogue of SupplierSheet below.
+const QByteArray SupplierRows = "Part Number\tProduct Name\tPrice\tNotes\tPrice 1\r\n"
+                                "A-1\tAnchor\t12.5\tn\t\r\n" // the price changes
+                                "B-2\t\t2.5\t\t1.50\r\n" // the same values
+                                "\tNameless\t3\t\t\r\n" // no part number
+                                "D-4\tDowel\t4\thello\t3.9\r\n" // new
+                                "A-1\tAgain\t1\t\t\r\n" // twice in the sheet
+                                "C-3\tClip\tcall us\t\t\r\n" // no number
+                                "E-5\t\t\t\t\r\n" // new, nothing but the part number
+                                "\t\t\t\t\r\n" // the end of the sheet
+                                "F-6\tAfter the end\t1\t\t\r\n";
+
+class ImportPlanTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        catalogue.put(1, P::PartNumber, "A-1");
+        catalogue.put(1, P::ProductName, "Anchor");
+        catalogue.put(1, P::Price, 10.0f);
+        catalogue.put(1, P::Notes, "n");
+        catalogue.put(2, P::PartNumber, "B-2");
+        catalogue.put(2, P::ProductName, "Bolt");
+        catalogue.put(2, P::Price, "$2.50"); // as the side box stores it
+        catalogue.put(2, P::Price1, "1.5");
+        catalogue.put(3, P::PartNumber, "C-3");
+        catalogue.put(3, P::ProductName, "Clip");
+        catalogue.put(3, P::Price, 3.0f);
+        products.setCount(3);
+    }
+
+    ImportPlan plan(ImportAction action, const QString &letters = supplierLetters())
+    {
+        ImportPlanner planner(sheet, catalogue, letters, true, action, EnUs);
+        planner.runAll();
+        return planner.takePlan();
+    }
+
+    TextWorkbook sheet { SupplierRows };
+    Table catalogue { 3, P::FieldCount };
+    test::FakePrompts prompts;
+    AppEnvironment environment { QString(), QString() };
+    Products products { catalogue, prompts, environment, EnUs };
+};
+
+std::vector<std::pair<int, SkipReason>> skippedRows(const ImportPlan &plan)
+{
+    std::vector<std::pair<int, SkipReason>> rows;
+    for (const ImportPlan::SkippedRow &row : plan.skipped)
+        rows.emplace_back(row.sheetRow, row.reason);
+    return rows;
+}
+
+} // namespace
+
+TEST_F(ImportPlanTest, UpdatingCountsEveryProductAndSkippedRowWithItsReason)
+{
+    const Table before = catalogue;
+    const ImportPlan update = plan(ImportAction::UpdateExisting);
+    EXPECT_EQ(update.action, ImportAction::UpdateExisting);
+    EXPECT_EQ(update.addedCount(), 2);
+    EXPECT_EQ(update.addedSheetRows, (std::vector<int> { 5, 8 }));
+    ASSERT_EQ(update.changed.size(), 1U);
+    EXPECT_EQ(update.unchanged, 1) << "B-2: the same price and price in other forms";
+    EXPECT_EQ(skippedRows(update),
+        (std::vector<std::pair<int, SkipReason>> { { 4, SkipReason::EmptyPartNumber },
+            { 6, SkipReason::RepeatedPartNumber }, { 7, SkipReason::PriceNotANumber } }));
+    EXPECT_EQ(update.skipped[1].partNumber, "A-1");
+    EXPECT_EQ(update.skipped[2].partNumber, "C-3");
+    EXPECT_EQ(update.skippedCount(SkipReason::EmptyPartNumber), 1);
+    EXPECT_EQ(update.skippedCount(SkipReason::PartNumberExists), 0);
+    EXPECT_FALSE(update.firstError.has_value());
+    EXPECT_EQ(catalogue.generation(), before.generation()) << "planning changes nothing";
+}
+
+TEST_F(ImportPlanTest, AChangeHoldsTheOldAndTheNewCellOfEachFieldThatDiffers)
+{
+    const ImportPlan update = plan(ImportAction::UpdateExisting);
+    ASSERT_EQ(update.changed.size(), 1U);
+    const ImportPlan::ChangedProduct &anchor = update.changed[0];
+    EXPECT_EQ(anchor.partNumber, "A-1");
+    EXPECT_EQ(anchor.sheetRow, 2);
+    EXPECT_EQ(anchor.catalogueRow, 1);
+    ASSERT_EQ(anchor.fields.size(), 1U) << "name and notes are the same; price 1 is empty";
+    EXPECT_EQ(anchor.fields[0].field, P::Price);
+    EXPECT_EQ(anchor.fields[0].before, Cell(10.0f));
+    EXPECT_EQ(anchor.fields[0].after, Cell(12.5f));
+}
+
+TEST_F(ImportPlanTest, NewProductsFollowTheImportsRules)
+{
+    const ImportPlan update = plan(ImportAction::UpdateExisting);
+    ASSERT_EQ(update.addedCount(), 2);
+    const auto dowel = update.addedProduct(0);
+    EXPECT_EQ(dowel[P::PartNumber - 1], Cell("D-4"));
+    EXPECT_EQ(dowel[P::ProductName - 1], Cell("Dowel"));
+    EXPECT_EQ(dowel[P::Price - 1], Cell(4.0f));
+    EXPECT_EQ(dowel[P::Notes - 1], Cell("hello"));
+    EXPECT_EQ(dowel[P::Price1 - 1], Cell("3.9"));
+    EXPECT_EQ(dowel[P::Includes - 1], Cell(QString()));
+    const auto bare = update.addedProduct(1);
+    EXPECT_EQ(bare[P::PartNumber - 1], Cell("E-5"));
+    EXPECT_EQ(bare[P::ProductName - 1], Cell("Missing Product Name"));
+    EXPECT_TRUE(bare[P::Price - 1].isEmpty());
+}
+
+TEST_F(ImportPlanTest, AnUnmappedNameLeavesTheNamesAsTheyAre)
+{
+    catalogue.put(1, P::Price, 12.5f);
+    const ImportPlan update = plan(ImportAction::UpdateExisting, supplierLetters(false));
+    EXPECT_TRUE(update.changed.empty());
+    EXPECT_EQ(update.unchanged, 2);
+    ASSERT_EQ(update.addedCount(), 2);
+    EXPECT_EQ(update.addedProduct(0)[P::ProductName - 1], Cell("Missing Product Name"));
+}
+
+TEST_F(ImportPlanTest, AnEmptyCellLeavesItsFieldAsItIs)
+{
+    catalogue.put(1, P::Price1, "7");
+    const ImportPlan update = plan(ImportAction::UpdateExisting);
+    ASSERT_EQ(update.changed.size(), 1U);
+    for (const ImportPlan::FieldChange &change : update.changed[0].fields)
+        EXPECT_NE(change.field, P::Price1);
+}
+
+TEST_F(ImportPlanTest, ANameIsCutTo75CharactersBeforeItIsCompared)
+{
+    const QString longName(80, QLatin1Char('N'));
+    catalogue.put(3, P::ProductName, longName.left(75));
+    const TextWorkbook longSheet(
+        ("Part Number\tProduct Name\r\nC-3\t" + longName + "\r\nG-7\t" + longName + "\r\n")
+            .toUtf8());
+    ImportPlanner planner(
+        longSheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    const ImportPlan update = planner.takePlan();
+    EXPECT_EQ(update.unchanged, 1);
+    ASSERT_EQ(update.addedCount(), 1);
+    EXPECT_EQ(update.addedProduct(0)[P::ProductName - 1], Cell(longName.left(75)));
+}
+
+TEST_F(ImportPlanTest, AddingSkipsEveryKnownPartNumberAndEndsAtTheFirstEmptyOne)
+{
+    const ImportPlan add = plan(ImportAction::AddNew);
+    EXPECT_EQ(add.action, ImportAction::AddNew);
+    EXPECT_TRUE(add.changed.empty());
+    EXPECT_EQ(add.unchanged, 0);
+    // Row 4 has no part number: adding ends there.
+    EXPECT_EQ(skippedRows(add),
+        (std::vector<std::pair<int, SkipReason>> {
+            { 2, SkipReason::PartNumberExists }, { 3, SkipReason::PartNumberExists } }));
+    EXPECT_EQ(add.addedCount(), 0);
+}
+
+TEST(ImportPlanAdding, APartNumberTwiceInTheSheetIsAddedOnceAndTheRepeatCountsAsExisting)
+{
+    Table catalogue(0, P::FieldCount);
+    const TextWorkbook sheet(QByteArray("Part Number\tProduct Name\tPrice\r\n"
+                                        "X-1\tFirst\tn/a\r\nX-1\tSecond\t2\r\nX-2\tOther\t3\r\n"));
+    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan add = planner.takePlan();
+    ASSERT_EQ(add.addedCount(), 2);
+    EXPECT_EQ(add.addedProduct(0)[P::ProductName - 1], Cell("First"));
+    EXPECT_TRUE(add.addedProduct(0)[P::Price - 1].isEmpty()) << "a price that is no number";
+    EXPECT_EQ(add.skippedCount(SkipReason::PartNumberExists), 1);
+    EXPECT_EQ(planner.currentRow(), 5);
+}
+
+TEST(ImportPlanAdding, AnUnmappedPartNumberPlansNothing)
+{
+    Table catalogue(0, P::FieldCount);
+    const TextWorkbook sheet(SupplierRows);
+    ImportPlanner planner(
+        sheet, catalogue, "@@?????????????", true, ImportAction::UpdateExisting, EnUs);
+    EXPECT_FALSE(planner.step());
+    EXPECT_TRUE(planner.plan().changesNothing());
+}
+
+namespace {
+
+/// Column A and B of rows 2 to lastRow; reading any cell of a failing row raises an error.
+class FailingRowsSheet : public IWorkbook
+{
+public:
+    FailingRowsSheet(int lastRow, std::vector<int> failing)
+        : m_lastRow(lastRow), m_failing(std::move(failing))
+    {
+    }
+    QString cellText(int column, int row) const override
+    {
+        if (std::find(m_failing.begin(), m_failing.end(), row) != m_failing.end())
+            throw VbError(ErrorNumber::TypeMismatch);
+        if (row > m_lastRow || column > 1)
+            return QString();
+        return QStringLiteral("%1-%2").arg(column == 0 ? "P" : "Name").arg(row);
+    }
+
+private:
+    int m_lastRow;
+    std::vector<int> m_failing;
+};
+
+} // namespace
+
+TEST(ImportPlanErrors, ARowThatCannotBeReadIsSkippedAndTheErrorKept)
+{
+    Table catalogue(0, P::FieldCount);
+    const FailingRowsSheet sheet(6, { 3 });
+    for (const ImportAction action : { ImportAction::AddNew, ImportAction::UpdateExisting }) {
+        ImportPlanner planner(sheet, catalogue, supplierLetters(), true, action, EnUs);
+        planner.runAll();
+        const ImportPlan plan = planner.takePlan();
+        EXPECT_EQ(plan.addedCount(), 4);
+        ASSERT_EQ(plan.skipped.size(), 1U);
+        EXPECT_EQ(plan.skipped[0].sheetRow, 3);
+        EXPECT_EQ(plan.skipped[0].reason, SkipReason::Unreadable);
+        ASSERT_TRUE(plan.firstError.has_value());
+        EXPECT_EQ(plan.firstError->number(), ErrorNumber::TypeMismatch);
+    }
+}
+
+TEST(ImportPlanErrors, ASheetThatNeverReadsEnds)
+{
+    Table catalogue(0, P::FieldCount);
+    std::vector<int> every;
+    for (int row = 1; row <= 500; ++row)
+        every.push_back(row);
+    const FailingRowsSheet sheet(500, every);
+    ImportPlanner planner(
+        sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    EXPECT_EQ(planner.currentRow(), 2 + ImportPlanner::MaxUnreadableRows);
+}

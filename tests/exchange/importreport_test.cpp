@@ -1,0 +1,167 @@
+// What the preview and the result messages say about an import, and the preview's lists.
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "exchange/columnmapping.h"
+#include "exchange/importplan.h"
+#include "exchange/importplanmodels.h"
+#include "exchange/importreport.h"
+#include "exchange/textworkbook.h"
+
+#include <QAbstractItemModelTester>
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+namespace P = ProductRecord;
+namespace CM = ColumnMapping;
+
+namespace {
+
+const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+
+ImportPlan planOf(const Table &catalogue, const QByteArray &rows, ImportAction action)
+{
+    std::array<int, CM::ListCount> positions;
+    positions.fill(0);
+    positions[0] = 0; // A: part number
+    positions[1] = 1; // B: name
+    positions[3] = 3; // C: list price
+    positions[2] = 4; // D: price point 1
+    positions[4] = 5; // E: price 1
+    const TextWorkbook sheet(rows);
+    ImportPlanner planner(sheet, catalogue, CM::columnLetters(positions), true, action, EnUs);
+    planner.runAll();
+    return planner.takePlan();
+}
+
+Table sampleCatalogue()
+{
+    Table catalogue(2, P::FieldCount);
+    catalogue.put(1, P::PartNumber, "H-1");
+    catalogue.put(1, P::ProductName, "Hammer");
+    catalogue.put(1, P::Price, 19.5f);
+    catalogue.put(1, P::PricePoint1, "10");
+    catalogue.put(1, P::Price1, "18");
+    catalogue.put(2, P::PartNumber, "S-2");
+    catalogue.put(2, P::ProductName, "Saw");
+    catalogue.put(2, P::Price, 1234.5f);
+    return catalogue;
+}
+
+const QByteArray Rows = "Part Number\tProduct Name\tPrice\tPrice Point 1\tPrice 1\r\n"
+                        "N-3\tNails\t4.5\t100\t4\r\n"
+                        "H-1\tClaw hammer\t21\t12\t18\r\n"
+                        "\tNo part\t1\t\t\r\n"
+                        "S-2\tSaw\tn/a\t\t\r\n"
+                        "N-3\tNails again\t5\t\t\r\n"
+                        "\tNo part either\t1\t\t\r\n";
+
+QStringList rowOf(const QAbstractItemModel &model, int row)
+{
+    QStringList cells;
+    for (int column = 0; column < model.columnCount(); ++column)
+        cells << model.index(row, column).data().toString();
+    return cells;
+}
+
+} // namespace
+
+TEST(ImportReport, TheCountLinesNameEveryCountAndEachReason)
+{
+    const ImportPlan plan = planOf(sampleCatalogue(), Rows, ImportAction::UpdateExisting);
+    EXPECT_EQ(ImportReport::countLines(plan),
+        (QStringList { "Products added: 1", "Products changed: 1", "Products unchanged: 0",
+            "Rows skipped: 4 (empty part number: 2; part number twice in the sheet: 1; list "
+            "price that is no number: 1)" }));
+    EXPECT_EQ(ImportReport::resultMessage(plan),
+        "Products added: 1\nProducts changed: 1\nProducts unchanged: 0\nRows skipped: 4 (empty "
+        "part number: 2; part number twice in the sheet: 1; list price that is no number: 1)");
+}
+
+TEST(ImportReport, NothingSkippedSaysSo)
+{
+    const ImportPlan plan = planOf(sampleCatalogue(),
+        "Part Number\tProduct Name\r\nH-1\tHammer\r\nS-2\tSaw\r\n", ImportAction::UpdateExisting);
+    EXPECT_EQ(ImportReport::countLines(plan),
+        (QStringList { "Products added: 0", "Products changed: 0", "Products unchanged: 2",
+            "Rows skipped: 0" }));
+}
+
+TEST(ImportReport, AddingCountsTheKnownPartNumbers)
+{
+    const ImportPlan plan = planOf(sampleCatalogue(), Rows, ImportAction::AddNew);
+    EXPECT_EQ(
+        ImportReport::countLines(plan).last(), "Rows skipped: 1 (part number already exists: 1)");
+}
+
+TEST(ImportReport, TheAddMessageSaysHowManyRowsWereSkipped)
+{
+    EXPECT_FALSE(ImportReport::addResultMessage(0, 0).has_value());
+    EXPECT_EQ(
+        ImportReport::addResultMessage(3, 0), "3 changes have been made to the knowledge base.");
+    EXPECT_EQ(ImportReport::addResultMessage(3, 2),
+        "3 changes have been made to the knowledge base. 2 rows were skipped because their part "
+        "number already exists.");
+    EXPECT_EQ(ImportReport::addResultMessage(1, 1),
+        "1 changes have been made to the knowledge base. 1 row was skipped because its part "
+        "number already exists.");
+    EXPECT_EQ(ImportReport::addResultMessage(0, 10),
+        "No products were added: 10 rows were skipped because their part number already "
+        "exists.");
+    EXPECT_EQ(ImportReport::addResultTitle(3), "Success!");
+    EXPECT_EQ(ImportReport::addResultTitle(0), "Input Excel Data");
+}
+
+TEST(ImportReport, TheProgressCaptionAlternates)
+{
+    EXPECT_EQ(ImportReport::progressCaption("Update", 7), "Please wait");
+    EXPECT_EQ(ImportReport::progressCaption("Please wait", 7), "7 products analyzed");
+    EXPECT_EQ(ImportReport::progressCaption("7 products analyzed", 9), "Please wait");
+}
+
+TEST(ImportReport, PricesShowAsCurrencyQuantitiesAndTextsAsTheyAre)
+{
+    EXPECT_EQ(ImportReport::displayText(P::Price, Cell(1234.5f), EnUs), "$1,234.50");
+    EXPECT_EQ(ImportReport::displayText(P::Price3, Cell("4"), EnUs), "$4.00");
+    EXPECT_EQ(ImportReport::displayText(P::Price, Cell("n/a"), EnUs), "n/a");
+    EXPECT_EQ(ImportReport::displayText(P::Price, Cell(), EnUs), "");
+    EXPECT_EQ(ImportReport::displayText(P::PricePoint2, Cell("100"), EnUs), "100");
+    EXPECT_EQ(ImportReport::displayText(P::Notes, Cell("Two\r\nlines"), EnUs), "Two\r\nlines");
+    EXPECT_EQ(ImportReport::displayText(P::Price, Cell(float(1e38) * 10.0f), EnUs), QString())
+        << "a number no form can show";
+}
+
+TEST(ImportChangesModel, ListsEveryChangeProductByProductAndFieldByField)
+{
+    const ImportPlan plan = planOf(sampleCatalogue(), Rows, ImportAction::UpdateExisting);
+    ImportChangesModel model(plan, EnUs);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const QStringList headers { "Row", "Part Number", "Action", "Field", "Old", "New" };
+    for (int column = 0; column < headers.size(); ++column)
+        EXPECT_EQ(model.headerData(column, Qt::Horizontal).toString(), headers[column]);
+    ASSERT_EQ(model.rowCount(), 8);
+    EXPECT_EQ(rowOf(model, 0), (QStringList { "2", "N-3", "Add", "Part Number", "", "N-3" }));
+    EXPECT_EQ(rowOf(model, 1), (QStringList { "2", "N-3", "Add", "Product Name", "", "Nails" }));
+    EXPECT_EQ(rowOf(model, 2), (QStringList { "2", "N-3", "Add", "Price", "", "$4.50" }));
+    EXPECT_EQ(rowOf(model, 3), (QStringList { "2", "N-3", "Add", "Price Point 1", "", "100" }));
+    EXPECT_EQ(rowOf(model, 4), (QStringList { "2", "N-3", "Add", "Price 1", "", "$4.00" }));
+    // The includes and notes are empty texts: nothing to list.
+    EXPECT_EQ(rowOf(model, 5),
+        (QStringList { "3", "H-1", "Change", "Product Name", "Hammer", "Claw hammer" }));
+    EXPECT_EQ(rowOf(model, 6), (QStringList { "3", "H-1", "Change", "Price", "$19.50", "$21.00" }));
+    EXPECT_EQ(rowOf(model, 7), (QStringList { "3", "H-1", "Change", "Price Point 1", "10", "12" }));
+    EXPECT_EQ(rowOf(model, 8).at(0), "") << "past the end";
+}
+
+TEST(SkippedRowsModel, ListsEverySkippedRowWithItsReason)
+{
+    const ImportPlan plan = planOf(sampleCatalogue(), Rows, ImportAction::UpdateExisting);
+    SkippedRowsModel model(plan);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    EXPECT_EQ(model.headerData(2, Qt::Horizontal).toString(), "Reason");
+    ASSERT_EQ(model.rowCount(), 4);
+    EXPECT_EQ(rowOf(model, 0), (QStringList { "4", "", "empty part number" }));
+    EXPECT_EQ(rowOf(model, 1), (QStringList { "5", "S-2", "list price that is no number" }));
+    EXPECT_EQ(rowOf(model, 2), (QStringList { "6", "N-3", "part number twice in the sheet" }));
+    EXPECT_EQ(rowOf(model, 3), (QStringList { "7", "", "empty part number" }));
+}

@@ -59,6 +59,12 @@ EditProductCell::EditProductCell(
 {
 }
 
+ChangePrices::ChangePrices(
+    EditHistory &history, const QString &text, const ProductView &view, CellChanges changes)
+    : ProductCellsStep(history, text, view, std::move(changes))
+{
+}
+
 EditSideBox::EditSideBox(
     EditHistory &history, const QString &text, const ProductView &view, CellChange change)
     : ProductCellsStep(history, text, view, { std::move(change) })

@@ -61,6 +61,14 @@ public:
         EditHistory &history, const QString &text, const ProductView &view, CellChange change);
 };
 
+/// "Change Prices...": list prices and break prices of many products changed at once.
+class ChangePrices : public ProductCellsStep
+{
+public:
+    ChangePrices(
+        EditHistory &history, const QString &text, const ProductView &view, CellChanges changes);
+};
+
 /// An edit in the price schedule: the product's price points (fields 6 to 15, sorted by
 /// quantity) and what the schedule shows (as the user typed it), before and after.
 class EditSchedule : public ProductCellsStep

@@ -5,6 +5,7 @@
 #include "catalogue/products.h"
 #include "commands/cataloguecommands.h"
 #include "core/conversions.h"
+#include "products/pricechange.h"
 
 #include <algorithm>
 
@@ -145,6 +146,25 @@ bool clearSchedule(EditHistory &history, const ProductView &view, int row)
     const Table empty(P::PricePointCount, 2);
     return scheduleStep<ClearSchedule>(
         history, view, row, empty, QStringLiteral("Clear Price Schedule"));
+}
+
+bool changePrices(EditHistory &history, const ProductView &view, const PriceChangePlan &plan)
+{
+    const Table &catalogue = history.module().Catalogue();
+    if (plan.entries.empty() || !plan.belowZero.isEmpty())
+        return false;
+    CellChanges changes;
+    for (const PriceChangeEntry &entry : plan.entries) {
+        if (!isProductRow(catalogue, entry.row) || entry.field < 1 || entry.field > P::FieldCount)
+            return false;
+        changes.push_back(
+            { entry.row, entry.field, catalogue.get(entry.row, entry.field), entry.after });
+    }
+    const QString text = changes.size() == 1
+        ? QStringLiteral("Change Prices (1 price)")
+        : QStringLiteral("Change Prices (%1 prices)").arg(changes.size());
+    history.push(new ChangePrices(history, text, view, std::move(changes)));
+    return true;
 }
 
 int insertProduct(EditHistory &history, const ProductView &view, int currentRow)

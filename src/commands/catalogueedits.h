@@ -8,6 +8,7 @@ namespace tarnwick {
 
 class Cell;
 class Table;
+struct PriceChangePlan;
 
 /// The changes of the catalogue a window asks for. Each makes one step of the history (or
 /// none, when it would change nothing) and returns whether the change was accepted; view is
@@ -48,6 +49,11 @@ void sort(EditHistory &history, const ProductView &view, int field);
 /// View → Refresh: the catalogue sorted on the part number as one step named "Refresh"; none,
 /// and false, when it is already in that order.
 bool refresh(EditHistory &history, const ProductView &view);
+
+/// "Change Prices...": every price of plan gets its new value, as one step ("Change Prices (12
+/// prices)"). False when the plan changes nothing, has a price below zero or names a cell
+/// outside the catalogue's products.
+bool changePrices(EditHistory &history, const ProductView &view, const PriceChangePlan &plan);
 
 /// An import: the products of changes added and its cells changed, then the catalogue sorted
 /// on the part number, as one step named after what it did ("Import (12 added, 40 changed)").

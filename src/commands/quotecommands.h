@@ -54,6 +54,20 @@ public:
     using QuoteCellsStep::QuoteCellsStep;
 };
 
+/// "Lock Price": a line's unit price locked or unlocked.
+class LockQuotePrice : public QuoteCellsStep
+{
+public:
+    using QuoteCellsStep::QuoteCellsStep;
+};
+
+/// "Price at Quantities": the further quantities kept with a line.
+class SetQuoteQuantities : public QuoteCellsStep
+{
+public:
+    using QuoteCellsStep::QuoteCellsStep;
+};
+
 /// "&Reset Prices": every line back to its list price.
 class ResetQuotePrices : public QuoteCellsStep
 {

@@ -3,6 +3,7 @@
 #include "catalogue/module1.h"
 #include "commands/quotecommands.h"
 #include "core/conversions.h"
+#include "quotes/quoteaids.h"
 #include "quotes/quotediscount.h"
 #include "quotes/quoteline.h"
 
@@ -114,11 +115,38 @@ bool setCell(
     return true;
 }
 
-void resetPrices(EditHistory &history, const QuoteView &before)
+void resetPrices(EditHistory &history, const QuoteView &before, Discount::LockedLines locked)
 {
     const QLocale locale = history.module().locale();
     cellsStep<ResetQuotePrices>(history, before, shown(before), QStringLiteral("Reset Prices"),
-        [&](Table &changed) { Discount::resetPrices(changed, locale); });
+        [&](Table &changed) { Discount::resetPrices(changed, locale, locked); });
+}
+
+bool setQuantities(
+    EditHistory &history, const QuoteView &before, int row, const std::vector<qint32> &quantities)
+{
+    Module1 &module = history.module();
+    const Table &quote = module.QuoteTable();
+    if (row < 1 || row >= QuoteLine::firstFreeRow(quote)
+        || quote.fieldCount() < QuoteLine::Quantities)
+        return false;
+    const QString text = QuoteAids::quantitiesText(quantities);
+    const QString name = lineName(module, quote, row, QStringLiteral("Price at Quantities"));
+    return cellsStep<SetQuoteQuantities>(history, before, shown(before), name, [&](Table &changed) {
+        changed.put(row, QuoteLine::Quantities, text.isEmpty() ? Cell() : Cell(text));
+    });
+}
+
+bool setLocked(EditHistory &history, const QuoteView &before, int row, bool locked)
+{
+    Module1 &module = history.module();
+    const Table &quote = module.QuoteTable();
+    if (row < 1 || row >= QuoteLine::firstFreeRow(quote) || quote.fieldCount() < QuoteLine::Locked)
+        return false;
+    const QString name = lineName(
+        module, quote, row, locked ? QStringLiteral("Lock Price") : QStringLiteral("Unlock Price"));
+    return cellsStep<LockQuotePrice>(history, before, shown(before), name,
+        [&](Table &changed) { QuoteLine::setLocked(changed, row, locked); });
 }
 
 void discountAll(

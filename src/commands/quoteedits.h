@@ -1,7 +1,10 @@
 #pragma once
 
 #include "commands/edithistory.h"
+#include "quotes/quotediscount.h"
 #include "quotes/quotelist.h"
+
+#include <vector>
 
 namespace tarnwick {
 
@@ -29,8 +32,18 @@ void removeAll(EditHistory &history, const QuoteView &before);
 bool setCell(
     EditHistory &history, const QuoteView &before, int row, int column, const QString &text);
 
-/// "&Reset Prices".
-void resetPrices(EditHistory &history, const QuoteView &before);
+/// "&Reset Prices"; locked lines kept or unlocked and reset as locked says.
+void resetPrices(EditHistory &history, const QuoteView &before,
+    Discount::LockedLines locked = Discount::LockedLines::Unlock);
+
+/// "Price at Quantities": the further quantities kept with quote row row ("Price at Quantities
+/// TW-100"). False when the row is no line of the quote or already has them.
+bool setQuantities(
+    EditHistory &history, const QuoteView &before, int row, const std::vector<qint32> &quantities);
+
+/// "Lock Price": quote row row's unit price locked or unlocked ("Lock Price TW-100", "Unlock
+/// Price TW-100"). False when the row is no line of the quote or already so.
+bool setLocked(EditHistory &history, const QuoteView &before, int row, bool locked);
 
 /// "Discount &All" with the multiplier of the choice (for the step's name, "5%").
 void discountAll(

@@ -70,9 +70,16 @@ void ClearPrice(Table &schedule)
 PriceLookup SetPrice(
     const Table &catalogue, const QString &Number, qint32 qty, const QLocale &locale)
 {
-    PriceLookup result;
     const int row = productRow(catalogue, Number, locale);
     if (row == 0)
+        return {};
+    return priceAtRow(catalogue, row, qty, locale);
+}
+
+PriceLookup priceAtRow(const Table &catalogue, int row, qint32 qty, const QLocale &locale)
+{
+    PriceLookup result;
+    if (row < 1 || row > catalogue.rowCount() || catalogue.fieldCount() < ProductRecord::FieldCount)
         return result;
     result.found = true;
     result.price = priceText(catalogue.get(row, ProductRecord::Price), locale);
@@ -89,6 +96,15 @@ PriceLookup SetPrice(
         result.error = error;
     }
     return result;
+}
+
+float chargedPrice(const QString &price, const QLocale &locale)
+{
+    try {
+        return conv::toSingle(Cell(price), locale);
+    } catch (const VbError &) {
+        return 0.0f;
+    }
 }
 
 /// Points 1 to 4 are shown when their quantity is set, point 5 when its price is set (a point

@@ -39,6 +39,14 @@ void ClearPrice(Table &schedule);
 PriceLookup SetPrice(
     const Table &catalogue, const QString &Number, qint32 qty, const QLocale &locale);
 
+/// The unit price of catalogue row at quantity qty, by the same rule as SetPrice (for a
+/// product already found, e.g. one of several rows with the same part number).
+PriceLookup priceAtRow(const Table &catalogue, int row, qint32 qty, const QLocale &locale);
+
+/// What a quote charges per unit for a price text of SetPrice: the text read as a single; a
+/// text that is no number (an unknown product, a price point without its price) charges 0.
+float chargedPrice(const QString &price, const QLocale &locale);
+
 /// The one-line text of the price points of catalogue row, e.g. "10 - $9;   50 - $8".
 QString creatdiscs(const Table &catalogue, int row, const QLocale &locale);
 

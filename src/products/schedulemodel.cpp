@@ -4,6 +4,7 @@
 #include "core/conversions.h"
 #include "core/formats.h"
 #include "products/priceedittext.h"
+#include "products/priceladder.h"
 
 namespace tarnwick {
 
@@ -42,6 +43,8 @@ QVariant ScheduleModel::data(const QModelIndex &index, int role) const
 {
     if (!isCell(index))
         return {};
+    if (role == ProblemRole || role == Qt::ToolTipRole)
+        return problemData(index, role);
     const Cell &cell = m_schedule.get(index.row() + 1, index.column() + 1);
     if (cell.isNull())
         return {};
@@ -52,6 +55,31 @@ QVariant ScheduleModel::data(const QModelIndex &index, int role) const
     if (role == Qt::TextAlignmentRole)
         return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
     return {};
+}
+
+std::vector<LadderProblem> ScheduleModel::problems() const
+{
+    const Cell listPrice = m_listPrice ? m_listPrice() : Cell();
+    return PriceLadder::check(PriceLadder::pointsOfSchedule(m_schedule), listPrice, m_locale);
+}
+
+QVariant ScheduleModel::problemData(const QModelIndex &index, int role) const
+{
+    QStringList texts;
+    for (const LadderProblem &problem : problems()) {
+        if (problem.point == index.row() + 1 && problem.column == index.column() + 1)
+            texts << problem.text;
+    }
+    if (role == ProblemRole)
+        return !texts.isEmpty();
+    return texts.isEmpty() ? QVariant() : QVariant(texts.join(QLatin1Char('\n')));
+}
+
+void ScheduleModel::recheck()
+{
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1),
+            { ProblemRole, Qt::ToolTipRole });
 }
 
 QVariant ScheduleModel::headerData(int section, Qt::Orientation orientation, int role) const
@@ -85,7 +113,8 @@ bool ScheduleModel::setData(const QModelIndex &index, const QVariant &value, int
     } else {
         m_schedule.put(index.row() + 1, index.column() + 1, typed);
     }
-    Q_EMIT dataChanged(index, index);
+    // Another cell's marker may come or go with this one.
+    Q_EMIT dataChanged(this->index(0, 0), this->index(rowCount() - 1, columnCount() - 1));
     return true;
 }
 

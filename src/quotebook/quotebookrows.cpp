@@ -17,13 +17,15 @@ namespace {
 
 /// The columns of a quote line, in the order of the quote's fields.
 constexpr std::array<const char *, QuoteLine::FieldCount> LineColumns { "part_number",
-    "product_name", "unit_price", "quantity", "extended_price", "list_price", "includes" };
+    "product_name", "unit_price", "quantity", "extended_price", "list_price", "includes", "locked",
+    "quantities" };
 
-QString lineColumns()
+/// The columns of the first fields fields of a quote line.
+QString lineColumns(int fields = QuoteLine::FieldCount)
 {
     QStringList names;
-    for (const char *name : LineColumns)
-        names << QString::fromLatin1(name);
+    for (int field = 0; field < fields; ++field)
+        names << QString::fromLatin1(LineColumns[std::size_t(field)]);
     return names.join(QLatin1String(", "));
 }
 
@@ -111,16 +113,21 @@ bool run(QSqlDatabase &db, const QString &sql, QSqlError &error)
     return false;
 }
 
-QString insertLinesSql(const QString &table, int rows)
+QString insertLinesSql(const QString &table, int rows, int fields)
 {
+    fields = qBound(1, fields, QuoteLine::FieldCount);
     const bool ofQuote = table == QLatin1String("quote_lines");
-    const QString values = ofQuote ? QStringLiteral("(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
-                                   : QStringLiteral("(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
+    // The line number, every field, the kinds and the price source; the quote's id first.
+    const int placeholders = fields + 3 + (ofQuote ? 1 : 0);
+    QStringList marks;
+    for (int mark = 0; mark < placeholders; ++mark)
+        marks << QStringLiteral("?");
+    const QString values = QLatin1Char('(') + marks.join(QLatin1String(", ")) + QLatin1Char(')');
     QStringList all;
     for (int row = 0; row < rows; ++row)
         all << values;
     return QStringLiteral("INSERT INTO %1 (%2line, %3, kinds, price_source) VALUES %4")
-        .arg(table, ofQuote ? QStringLiteral("quote_id, ") : QString(), lineColumns(),
+        .arg(table, ofQuote ? QStringLiteral("quote_id, ") : QString(), lineColumns(fields),
             all.join(QLatin1String(", ")));
 }
 
@@ -131,14 +138,14 @@ constexpr int LinesPerStatement = 50;
 
 /// Binds the values of line row of content, from position at on.
 void bindLine(QSqlQuery &insert, int &at, bool withQuoteId, qint64 quoteId,
-    const QuoteContent &content, int row)
+    const QuoteContent &content, int row, int fields)
 {
     const Table &lines = content.lines;
     if (withQuoteId)
         insert.bindValue(at++, quoteId);
     insert.bindValue(at++, row);
     QString kinds;
-    for (int field = 1; field <= QuoteLine::FieldCount; ++field) {
+    for (int field = 1; field <= fields; ++field) {
         const Cell cell = field <= lines.fieldCount() ? lines.get(row, field) : Cell();
         insert.bindValue(at++, sqlValue(cell));
         kinds += kindLetter(cell);
@@ -153,8 +160,9 @@ void bindLine(QSqlQuery &insert, int &at, bool withQuoteId, qint64 quoteId,
 } // namespace
 
 bool writeLines(const StatementFor &statementFor, const QString &table, qint64 quoteId,
-    const QuoteContent &content, QSqlError &error)
+    const QuoteContent &content, QSqlError &error, int fields)
 {
+    fields = qBound(1, fields, QuoteLine::FieldCount);
     const bool withQuoteId = table == QLatin1String("quote_lines");
     const int count = content.lines.rowCount();
     for (int first = 1; first <= count; first += LinesPerStatement) {
@@ -162,7 +170,7 @@ bool writeLines(const StatementFor &statementFor, const QString &table, qint64 q
         QSqlQuery &insert = statementFor(table, rows);
         int at = 0;
         for (int row = first; row < first + rows; ++row)
-            bindLine(insert, at, withQuoteId, quoteId, content, row);
+            bindLine(insert, at, withQuoteId, quoteId, content, row, fields);
         if (!run(insert, error))
             return false;
     }
@@ -170,14 +178,15 @@ bool writeLines(const StatementFor &statementFor, const QString &table, qint64 q
 }
 
 std::optional<QuoteContent> readLines(
-    QSqlDatabase &db, const QString &table, qint64 quoteId, QSqlError &error)
+    QSqlDatabase &db, const QString &table, qint64 quoteId, QSqlError &error, int fields)
 {
+    fields = qBound(1, fields, QuoteLine::FieldCount);
     const bool ofQuote = table == QLatin1String("quote_lines");
     QSqlQuery select(db);
     select.setForwardOnly(true);
-    select.prepare(
-        QStringLiteral("SELECT %1, kinds, price_source FROM %2 %3 ORDER BY line")
-            .arg(lineColumns(), table, ofQuote ? QStringLiteral("WHERE quote_id = ?") : QString()));
+    select.prepare(QStringLiteral("SELECT %1, kinds, price_source FROM %2 %3 ORDER BY line")
+                       .arg(lineColumns(fields), table,
+                           ofQuote ? QStringLiteral("WHERE quote_id = ?") : QString()));
     if (ofQuote)
         select.bindValue(0, quoteId);
     if (!run(select, error))
@@ -185,14 +194,14 @@ std::optional<QuoteContent> readLines(
     std::vector<std::array<Cell, QuoteLine::FieldCount>> rows;
     QuoteContent content;
     while (select.next()) {
-        const QString kinds = select.value(QuoteLine::FieldCount).toString();
+        const QString kinds = select.value(fields).toString();
         std::array<Cell, QuoteLine::FieldCount> cells;
-        for (int field = 0; field < QuoteLine::FieldCount; ++field)
+        // A field a line was saved without (a lock, further quantities) reads as empty.
+        for (int field = 0; field < fields; ++field)
             cells[std::size_t(field)] =
-                cellOf(select.value(field), field < kinds.size() ? kinds.at(field) : QChar(u'T'));
+                cellOf(select.value(field), field < kinds.size() ? kinds.at(field) : QChar(u'E'));
         rows.push_back(std::move(cells));
-        const auto source =
-            PriceSources::fromStoredName(select.value(QuoteLine::FieldCount + 1).toString());
+        const auto source = PriceSources::fromStoredName(select.value(fields + 1).toString());
         content.sources.push_back(source ? *source : PriceSource::Typed);
     }
     if (select.lastError().isValid()) {

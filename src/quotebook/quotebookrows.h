@@ -1,6 +1,7 @@
 #pragma once
 
 #include "quotebook/quoterecord.h"
+#include "quotes/quoteline.h"
 
 #include <QLocale>
 #include <QSqlDatabase>
@@ -36,15 +37,17 @@ Cell cellOf(const QVariant &value, QChar kind);
 using StatementFor = std::function<QSqlQuery &(const QString &table, int rows)>;
 
 /// The statement that inserts rows lines at once into table ("quote_lines", whose rows start
-/// with the quote's key, or "in_hand_lines").
-QString insertLinesSql(const QString &table, int rows);
-/// Writes the lines of content into table, inside the caller's transaction, several lines per
-/// statement (statements from statementFor).
+/// with the quote's key, or "in_hand_lines"), with the first fields fields of each line.
+QString insertLinesSql(const QString &table, int rows, int fields = QuoteLine::FieldCount);
+/// Writes the first fields fields of the lines of content into table, inside the caller's
+/// transaction, several lines per statement (statements from statementFor, made by
+/// insertLinesSql with the same fields).
 bool writeLines(const StatementFor &statementFor, const QString &table, qint64 quoteId,
-    const QuoteContent &content, QSqlError &error);
-/// Reads them back in line order; none on an error.
-std::optional<QuoteContent> readLines(
-    QSqlDatabase &db, const QString &table, qint64 quoteId, QSqlError &error);
+    const QuoteContent &content, QSqlError &error, int fields = QuoteLine::FieldCount);
+/// Reads them back in line order; none on an error. Only the first fields fields are read (a
+/// book being brought up from a version whose lines had fewer columns); the rest stay empty.
+std::optional<QuoteContent> readLines(QSqlDatabase &db, const QString &table, qint64 quoteId,
+    QSqlError &error, int fields = QuoteLine::FieldCount);
 
 /// What the quote list's search looks in: the number, the customer, the company and every part
 /// number of the lines, case-folded, one per line of text.

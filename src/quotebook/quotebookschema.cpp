@@ -1,6 +1,7 @@
 #include "quotebook/quotebookschema.h"
 
 #include "quotebook/quotebookrows.h"
+#include "quotes/quoteline.h"
 
 #include <QSqlQuery>
 #include <QStringList>
@@ -74,7 +75,9 @@ bool fillTotalsAndSearch(QSqlDatabase &db, const QLocale &locale, QSqlError &err
     search.prepare(QStringLiteral("INSERT INTO quote_search (quote_id, haystack) VALUES (?, ?)"));
     for (const QuoteHeader &header : existing) {
         const auto content =
-            QuoteBookRows::readLines(db, QStringLiteral("quote_lines"), header.id, error);
+            // The lines have the columns of version 1 here.
+            QuoteBookRows::readLines(
+                db, QStringLiteral("quote_lines"), header.id, error, QuoteLine::Includes);
         if (!content)
             return false;
         total.bindValue(0, QuoteBookRows::totalOf(content->lines, locale));
@@ -106,12 +109,29 @@ bool toVersion2(QSqlDatabase &db, const QLocale &locale, QSqlError &error)
     return fillTotalsAndSearch(db, locale, error);
 }
 
+/// Version 3: a quote line keeps whether its unit price is locked and its further quantities.
+/// Lines saved before read both as empty: unlocked, no further quantities.
+bool toVersion3(QSqlDatabase &db, const QLocale &, QSqlError &error)
+{
+    const QStringList statements {
+        QStringLiteral("ALTER TABLE quote_lines ADD COLUMN locked"),
+        QStringLiteral("ALTER TABLE quote_lines ADD COLUMN quantities"),
+        QStringLiteral("ALTER TABLE in_hand_lines ADD COLUMN locked"),
+        QStringLiteral("ALTER TABLE in_hand_lines ADD COLUMN quantities"),
+    };
+    for (const QString &sql : statements) {
+        if (!QuoteBookRows::run(db, sql, error))
+            return false;
+    }
+    return true;
+}
+
 using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;
 
 /// Step k brings the book from version k − 1 to version k.
 const std::vector<Step> &steps()
 {
-    static const std::vector<Step> all { toVersion1, toVersion2 };
+    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3 };
     return all;
 }
 

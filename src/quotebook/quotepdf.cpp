@@ -2,6 +2,8 @@
 
 #include "catalogue/table.h"
 #include "core/conversions.h"
+#include "core/formats.h"
+#include "quotes/quoteaids.h"
 #include "quotes/quoteline.h"
 
 #include <QFontMetricsF>
@@ -148,6 +150,33 @@ void addParagraphs(std::vector<Block> &blocks, const QString &text, const QFont 
         blocks.push_back({ { Piece { { line }, font } }, 0 });
 }
 
+/// Under the price line, as in the quote document: the cheaper volume prices when they are asked
+/// for, then the small table of the line's further quantities.
+void addPricingAids(Block &block, const Table &quote, int row, const QuoteDocumentInput &document,
+    const QLocale &locale)
+{
+    if (!document.catalogue)
+        return;
+    const Table &catalogue = *document.catalogue;
+    if (document.volumePrices == 1) {
+        for (const QString &line : QuoteAids::volumePriceLines(quote, catalogue, row, locale))
+            block.pieces.push_back({ { line }, fontOf(10) });
+    }
+    const auto prices = QuoteAids::linePricesAt(quote, catalogue, row, locale);
+    if (prices.empty())
+        return;
+    block.pieces.push_back({ { QStringLiteral("Quantity"), QStringLiteral("Unit Price"),
+                                 QStringLiteral("Extended Price") },
+        fontOf(10), true });
+    const QString currency = QStringLiteral("Currency");
+    for (const QuantityPrice &price : prices) {
+        block.pieces.push_back({ { format(Cell(price.quantity), QStringLiteral("#,###"), locale),
+                                     format(Cell(price.unitPrice), currency, locale),
+                                     format(Cell(price.extended), currency, locale) },
+            fontOf(10), true });
+    }
+}
+
 Block lineBlock(
     const Table &quote, int row, const QuotePdfInput &input, const QLocale &locale, qreal gap)
 {
@@ -159,6 +188,7 @@ Block lineBlock(
     const QStringList parts =
         QuoteDocument::priceLine(quote, row, locale).split(QLatin1Char('\t'), Qt::SkipEmptyParts);
     block.pieces.push_back({ parts, fontOf(10), true });
+    addPricingAids(block, quote, row, input.document, locale);
     const QString includes = cellText(quote.get(row, QuoteLine::Includes), locale);
     if (input.document.noIncludes != 1 && !includes.isEmpty())
         block.pieces.push_back({ { includes }, fontOf(10) });

@@ -21,7 +21,8 @@ struct QuotePdfInput
 };
 
 /// The quote document laid out for paper: the heading, one block per line (the part number
-/// and name in bold, the price line in columns, the Includes text), the totals and the
+/// and name in bold, the price line in columns, the volume prices and further quantities as the
+/// quote document shows them, the Includes text), the totals and the
 /// ending, with the quote's number, customer and date at the top of every page and "Page n of
 /// m" at its foot. A line's block is never split by a page break.
 namespace QuotePdf {

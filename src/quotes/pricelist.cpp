@@ -4,6 +4,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "products/priceladder.h"
 #include "quotes/printcodes.h"
 
 #include <QElapsedTimer>
@@ -24,17 +25,15 @@ QString textOf(const Cell &cell, const QLocale &locale)
     return cell.isNull() ? QString() : conv::toText(cell, locale);
 }
 
-/// "from <quantity>: <price>" for every price point whose quantity and price are both set.
+/// "from <quantity>: <price>" for every break in ascending quantity, with the price a quote
+/// charges from that quantity on (SetPrice's price, whatever order the points are kept in).
 QStringList breaksOf(const Table &catalogue, int row, const QLocale &locale)
 {
     QStringList breaks;
-    for (int k = 1; k <= 5; ++k) {
-        const Cell &quantity = catalogue.get(row, 4 + 2 * k);
-        const Cell &price = catalogue.get(row, 5 + 2 * k);
-        if (quantity.isBlank() || price.isBlank())
-            continue;
-        breaks.append(QLatin1String("from ") + format(quantity, QStringLiteral("#,###"), locale)
-            + QLatin1String(": ") + format(price, QStringLiteral("Currency"), locale));
+    for (const PriceBreak &entry : PriceLadder::breaks(catalogue, row, locale)) {
+        breaks.append(QLatin1String("from ")
+            + format(Cell(entry.quantity), QStringLiteral("#,###"), locale) + QLatin1String(": ")
+            + format(Cell(entry.price), QStringLiteral("Currency"), locale));
     }
     return breaks;
 }

@@ -22,7 +22,7 @@ struct PriceListEntry
     QString partNumber;
     QString name;
     QString price; ///< the list price as currency
-    QStringList breaks; ///< one text per price point, e.g. "from 10: $9.00"
+    QStringList breaks; ///< one text per break in ascending quantity, e.g. "from 10: $9.00"
 };
 
 /// The page header and footer of the price list, with the print codes of expandPrintCodes.

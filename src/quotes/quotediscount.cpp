@@ -56,15 +56,30 @@ void applyToLine(Table &quote, int row, float multiplier, const QLocale &locale)
         discountLine(quote, row, multiplier, locale);
 }
 
-void resetPrices(Table &quote, const QLocale &locale)
+void resetPrices(Table &quote, const QLocale &locale, LockedLines locked)
 {
     const int end = QuoteLine::firstFreeRow(quote);
     for (int row = 1; row < end; ++row) {
+        if (QuoteLine::isLocked(quote, row)) {
+            if (locked == LockedLines::Keep)
+                continue;
+            QuoteLine::setLocked(quote, row, false);
+        }
         quote.put(row, QuoteLine::UnitPrice, quote.get(row, QuoteLine::ListPrice));
         ErrorTrap trap;
         trap.step(
             [&] { quote.put(row, QuoteLine::ExtendedPrice, extendedPrice(quote, row, locale)); });
     }
+}
+
+bool anyLocked(const Table &quote)
+{
+    const int end = QuoteLine::firstFreeRow(quote);
+    for (int row = 1; row < end; ++row) {
+        if (QuoteLine::isLocked(quote, row))
+            return true;
+    }
+    return false;
 }
 
 } // namespace tarnwick::Discount

@@ -18,9 +18,16 @@ void applyToAllLines(Table &quote, float multiplier, const QLocale &locale);
 /// price when its list price is numeric. A row outside the table changes nothing.
 void applyToLine(Table &quote, int row, float multiplier, const QLocale &locale);
 
+/// What "Reset Prices" does with locked lines: keeps them as they are, or unlocks and resets
+/// them with the others.
+enum class LockedLines { Keep, Unlock };
+
 /// "Reset Prices": every quote line's unit price becomes its list price, and its extended
-/// price quantity × unit price.
-void resetPrices(Table &quote, const QLocale &locale);
+/// price quantity × unit price; locked lines as locked says.
+void resetPrices(Table &quote, const QLocale &locale, LockedLines locked = LockedLines::Unlock);
+
+/// Whether any line of the quote has a locked price.
+bool anyLocked(const Table &quote);
 
 } // namespace Discount
 

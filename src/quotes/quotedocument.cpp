@@ -4,6 +4,7 @@
 #include "core/conversions.h"
 #include "core/formats.h"
 #include "quotes/documentcomposer.h"
+#include "quotes/quoteaids.h"
 #include "quotes/quoteline.h"
 
 #include <QTextDocument>
@@ -77,10 +78,29 @@ QString priceLineOf(const Table &quote, int row, const QLocale &locale)
         + QLatin1String("Discount: ") + discount + Tab + QLatin1String("Ext.: ") + extended + Lf;
 }
 
-/// One block per line: part number and name in bold, the price line, the Includes text unless
-/// "NoIncludes" is 1, and a blank line. The paragraphs before the blank line are kept together.
-void insertLine(
-    DocumentComposer &out, const Table &quote, int row, int noIncludes, const QLocale &locale)
+/// The small table of a line's further quantities: a heading row, then quantity, unit price
+/// and extended price of each, separated by tabs.
+void insertQuantities(DocumentComposer &out, const Table &quote, int row, const Table &catalogue,
+    const QLocale &locale)
+{
+    const auto prices = QuoteAids::linePricesAt(quote, catalogue, row, locale);
+    if (prices.empty())
+        return;
+    out.insert(QLatin1String("Quantity") + Tab + QLatin1String("Unit Price") + Tab
+        + QLatin1String("Extended Price") + Lf);
+    for (const QuantityPrice &price : prices) {
+        out.insert(format(Cell(price.quantity), QStringLiteral("#,###"), locale) + Tab
+            + currency(Cell(price.unitPrice), locale) + Tab + currency(Cell(price.extended), locale)
+            + Lf);
+    }
+}
+
+/// One block per line: part number and name in bold, the price line, the cheaper volume
+/// prices when they are asked for, the table of the line's further quantities, the Includes
+/// text unless "NoIncludes" is 1, and a blank line. The paragraphs before the blank line are
+/// kept together.
+void insertLine(DocumentComposer &out, const Table &quote, int row, const QuoteDocumentInput &input,
+    const QLocale &locale)
 {
     const int first = out.blockNumber();
     out.setBold(true);
@@ -90,7 +110,14 @@ void insertLine(
     out.setBold(false);
     out.setSize(10);
     out.insert(priceLineOf(quote, row, locale));
-    if (noIncludes != 1)
+    if (input.volumePrices == 1 && input.catalogue) {
+        for (const QString &line :
+            QuoteAids::volumePriceLines(quote, *input.catalogue, row, locale))
+            out.insert(line + Lf);
+    }
+    if (input.catalogue)
+        insertQuantities(out, quote, row, *input.catalogue, locale);
+    if (input.noIncludes != 1)
         out.insert(textOf(quote.get(row, QuoteLine::Includes), locale) + Lf);
     // The product's name, its price line and its includes text never part at a page break.
     out.keepTogether(first, out.blockNumber() - 1);
@@ -144,7 +171,7 @@ std::unique_ptr<QTextDocument> build(
     out.setBold(false);
     const int end = QuoteLine::firstFreeRow(quote);
     for (int row = 1; row < end; ++row)
-        insertLine(out, quote, row, input.noIncludes, locale);
+        insertLine(out, quote, row, input, locale);
     insertTotals(out, input, locale);
     out.insert(input.ending);
     return document;

@@ -20,6 +20,11 @@ struct QuoteDocumentInput
     int noIncludes = 0; ///< 1 leaves out every line's Includes text
     QString discountBox; ///< TxtDisc
     QString totalBox; ///< TxtTotal
+    /// 1 adds under each line its cheaper volume prices ("VolumePrices"); needs catalogue.
+    int volumePrices = 0;
+    /// The catalogue the volume prices and the prices at a line's further quantities are read
+    /// from; without it neither is shown.
+    const Table *catalogue = nullptr;
 };
 
 /// The totals lines of the quote document.

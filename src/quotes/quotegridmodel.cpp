@@ -4,6 +4,7 @@
 #include "core/conversions.h"
 #include "core/formats.h"
 #include "products/priceedittext.h"
+#include "quotes/quoteaids.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 
@@ -54,7 +55,16 @@ QVariant QuoteGridModel::data(const QModelIndex &index, int role) const
 {
     if (!isCell(index))
         return {};
-    const Cell &cell = m_quote.get(quoteRowOf(index.row()), index.column() + 1);
+    const int row = quoteRowOf(index.row());
+    if (role == LockedRole)
+        return index.column() == QuoteGridColumn::Price && QuoteLine::isLocked(m_quote, row);
+    if (role == Qt::ToolTipRole) {
+        if (index.column() != QuoteGridColumn::Quantity)
+            return {};
+        const QString text = QuoteAids::nextBreakText(m_quote, m_catalogue, row, m_locale);
+        return text.isEmpty() ? QVariant() : QVariant(text);
+    }
+    const Cell &cell = m_quote.get(row, index.column() + 1);
     if (cell.isNull())
         return {};
     const QString format = QString::fromLatin1(Columns[index.column()].format);

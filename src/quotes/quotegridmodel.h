@@ -20,6 +20,10 @@ class QuoteGridModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    /// True on the Price cell of a line whose unit price is locked; the grid shows a lock mark
+    /// there. The Quantity cell's tool tip names the line's next break (QuoteAids).
+    static constexpr int LockedRole = Qt::UserRole + 1;
+
     QuoteGridModel(
         Table &quote, const Table &catalogue, const QLocale &locale, QObject *parent = nullptr);
 

@@ -17,4 +17,19 @@ int lineCount(const Table &quote)
     return firstFreeRow(quote) - 1;
 }
 
+bool isLocked(const Table &quote, int row)
+{
+    if (row < 1 || row > quote.rowCount() || quote.fieldCount() < Locked)
+        return false;
+    const Cell &cell = quote.get(row, Locked);
+    return cell.isNumber() && cell.asNumber() != 0;
+}
+
+void setLocked(Table &quote, int row, bool locked)
+{
+    if (row < 1 || row > quote.rowCount() || quote.fieldCount() < Locked)
+        return;
+    quote.put(row, Locked, locked ? Cell(qint32(1)) : Cell());
+}
+
 } // namespace tarnwick::QuoteLine

@@ -54,7 +54,8 @@ AddLineResult addProduct(
 
 /// Re-pricing rule: q is the line's quantity. When the quantity was changed, the unit price
 /// becomes SetPrice's price for q, read as a single (so a typed price lasts only until the
-/// next quantity change); when the price was changed, the typed price, read as a single, is
+/// next quantity change), except on a locked line, which keeps its unit price; when the price
+/// was changed, the typed price, read as a single, is
 /// kept whatever the price points say. The extended price is then unit price × q in double
 /// precision, not rounded. A price that does not convert counts as 0 (an unknown part number,
 /// a price point without its price). Edits of the part number or the product name change no
@@ -70,7 +71,7 @@ void repriceLine(
     qint32 q = 0;
     float p = 0.0f;
     trap.step([&] { q = lineQuantity(quote, row, locale); });
-    if (changedColumn == QuoteGridColumn::Quantity) {
+    if (changedColumn == QuoteGridColumn::Quantity && !QuoteLine::isLocked(quote, row)) {
         trap.step([&] {
             const QString number = conv::toText(quote.get(row, QuoteLine::PartNumber), locale);
             const PriceLookup lookup = PriceSchedule::SetPrice(catalogue, number, q, locale);

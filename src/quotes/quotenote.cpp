@@ -13,6 +13,7 @@ namespace {
 const QString Application = QStringLiteral("Tarnwick");
 const QString Section = QStringLiteral("Settings");
 const QString NoIncludesKey = QStringLiteral("NoIncludes");
+const QString VolumePricesKey = QStringLiteral("VolumePrices");
 
 } // namespace
 
@@ -71,12 +72,31 @@ QString readEnding(const QString &folder)
     return readText(endingPath(folder));
 }
 
-int noIncludes(const ISettingsStore &settings)
+namespace {
+
+int integerSetting(const ISettingsStore &settings, const QString &key)
 {
     bool ok = false;
     const int value =
-        settings.get(Application, Section, NoIncludesKey, QStringLiteral("0")).trimmed().toInt(&ok);
+        settings.get(Application, Section, key, QStringLiteral("0")).trimmed().toInt(&ok);
     return ok ? value : 0;
+}
+
+} // namespace
+
+int noIncludes(const ISettingsStore &settings)
+{
+    return integerSetting(settings, NoIncludesKey);
+}
+
+int volumePrices(const ISettingsStore &settings)
+{
+    return integerSetting(settings, VolumePricesKey);
+}
+
+bool saveVolumePrices(ISettingsStore &settings, int value)
+{
+    return settings.save(Application, Section, VolumePricesKey, QString::number(value));
 }
 
 bool saveNoIncludes(ISettingsStore &settings, int value)

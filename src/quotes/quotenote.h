@@ -43,6 +43,11 @@ int noIncludes(const ISettingsStore &settings);
 /// False when the setting could not be written (the store's writeError() says why).
 bool saveNoIncludes(ISettingsStore &settings, int value);
 
+/// "VolumePrices" as an integer (default 0; a value that is no whole number counts as 0); 1
+/// shows the cheaper volume prices under the quote document's lines.
+int volumePrices(const ISettingsStore &settings);
+bool saveVolumePrices(ISettingsStore &settings, int value);
+
 } // namespace QuoteNote
 
 } // namespace tarnwick

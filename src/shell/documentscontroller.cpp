@@ -35,6 +35,8 @@ void DocumentsController::copyQuote()
     input.heading = QuoteNote::readHeading(folder);
     input.ending = QuoteNote::readEnding(folder);
     input.noIncludes = QuoteNote::noIncludes(m_services.settings);
+    input.volumePrices = QuoteNote::volumePrices(m_services.settings);
+    input.catalogue = &m_module.Catalogue();
     input.discountBox = m_ui.TxtDisc->text();
     input.totalBox = m_ui.TxtTotal->text();
     const auto document = QuoteDocument::build(m_module.QuoteTable(), input, m_module.locale());

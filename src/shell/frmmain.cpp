@@ -67,6 +67,7 @@ frmMain::frmMain(
     m_grid->setCatalogueWork(m_catalogue.attachWork(this));
     m_edit = new EditController(services.clipboard, this);
     connectEditItems();
+    connectPricingItems();
     connectHandlers();
     new PaneFocus(m_ui, this);
     watchMouse();

@@ -26,6 +26,7 @@ class ExchangeController;
 class SaveController;
 class MainWindowActions;
 class Module1;
+class PricingController;
 class ProductGridController;
 class QuoteBookController;
 class QuoteController;
@@ -67,6 +68,7 @@ public:
     QuoteBookController &quoteBook() const { return *m_book; }
     DocumentsController &documents() const { return *m_documents; }
     ExchangeController &exchange() const { return *m_exchange; }
+    PricingController &pricing() const { return *m_pricing; }
     SaveController &saving() const { return *m_save; }
     /// The history of changes of the run (Edit → Undo and Redo).
     EditHistory &history() const { return *m_history; }
@@ -133,6 +135,10 @@ private Q_SLOTS:
     void mnuQuoteRevision_Click();
     void mnuQuoteDuplicate_Click();
     void mnuQuotePdf_Click();
+    void mnuCheckPrices_Click();
+    void mnuChangePrices_Click();
+    void mnuQuoteLock_Click();
+    void mnuQuoteQuantities_Click();
 
 private:
     bool Form_Unload();
@@ -150,6 +156,8 @@ private:
     /// The Edit menu: Undo and Redo over the history of changes, Cut, Copy, Paste and Paste
     /// Special (frmmainedit.cpp).
     void connectEditItems();
+    /// The pricing aids of the Products and Quote menus (frmmainpricing.cpp).
+    void connectPricingItems();
     void loadCaptions();
     void watchMouse();
     QList<QWidget *> watchedWidgets() const;
@@ -182,6 +190,7 @@ private:
     ExchangeController *m_exchange = nullptr;
     SaveController *m_save = nullptr;
     EditController *m_edit = nullptr;
+    PricingController *m_pricing = nullptr;
     CatalogueLifecycle m_catalogue;
     QSystemTrayIcon *m_tray = nullptr;
     TwipRect m_gridRect;

@@ -38,6 +38,8 @@ FrmQuoteNote::FrmQuoteNote(
     m_txtbottom = textBox("txtbottom", this);
     m_chkincludes = new QCheckBox(tr("Do not show Includes information"), this);
     m_chkincludes->setObjectName(QStringLiteral("Chkincludes"));
+    m_chkVolumePrices = new QCheckBox(tr("Show volume prices"), this);
+    m_chkVolumePrices->setObjectName(QStringLiteral("ChkVolumePrices"));
     m_cmdOK = new QPushButton(tr("OK"), this);
     m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
     m_cmdOK->setDefault(true);
@@ -50,6 +52,7 @@ FrmQuoteNote::FrmQuoteNote(
     bottom->setBuddy(m_txtbottom);
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(m_chkincludes);
+    buttons->addWidget(m_chkVolumePrices);
     buttons->addStretch();
     buttons->addWidget(m_cmdOK);
     buttons->addWidget(m_cmdNextTip);
@@ -69,6 +72,7 @@ FrmQuoteNote::FrmQuoteNote(
 void FrmQuoteNote::connectHandlers()
 {
     connect(m_chkincludes, &QCheckBox::clicked, this, &FrmQuoteNote::Chkincludes_Click);
+    connect(m_chkVolumePrices, &QCheckBox::clicked, this, &FrmQuoteNote::ChkVolumePrices_Click);
     connect(m_cmdOK, &QPushButton::clicked, this, &FrmQuoteNote::cmdOK_Click);
     connect(m_cmdNextTip, &QPushButton::clicked, this, &FrmQuoteNote::cmdNextTip_Click);
 }
@@ -76,6 +80,7 @@ void FrmQuoteNote::connectHandlers()
 void FrmQuoteNote::Form_Load()
 {
     m_chkincludes->setChecked(QuoteNote::noIncludes(m_settings) == 1);
+    m_chkVolumePrices->setChecked(QuoteNote::volumePrices(m_settings) == 1);
     m_txtbottom->setPlainText(QuoteNote::readEnding(m_appFolder));
     m_txttop->setPlainText(QuoteNote::readHeading(m_appFolder));
 }
@@ -97,6 +102,16 @@ void FrmQuoteNote::Chkincludes_Click()
     const bool checked = m_chkincludes->isChecked();
     if (!QuoteNote::saveNoIncludes(m_settings, checked ? 1 : 0)) {
         m_chkincludes->setChecked(!checked);
+        m_prompts.msgBox(
+            settingFailedText(m_settings.writeError()), MsgStyle::Exclamation, SaveFailedTitle);
+    }
+}
+
+void FrmQuoteNote::ChkVolumePrices_Click()
+{
+    const bool checked = m_chkVolumePrices->isChecked();
+    if (!QuoteNote::saveVolumePrices(m_settings, checked ? 1 : 0)) {
+        m_chkVolumePrices->setChecked(!checked);
         m_prompts.msgBox(
             settingFailedText(m_settings.writeError()), MsgStyle::Exclamation, SaveFailedTitle);
     }

@@ -31,6 +31,8 @@ public:
 
 private Q_SLOTS:
     void Chkincludes_Click();
+    /// "Show volume prices": saved at once as "VolumePrices", as Chkincludes is.
+    void ChkVolumePrices_Click();
     void cmdOK_Click();
     void cmdNextTip_Click();
 
@@ -44,6 +46,7 @@ private:
     QTextEdit *m_txttop = nullptr;
     QTextEdit *m_txtbottom = nullptr;
     QCheckBox *m_chkincludes = nullptr;
+    QCheckBox *m_chkVolumePrices = nullptr;
     QPushButton *m_cmdOK = nullptr;
     QPushButton *m_cmdNextTip = nullptr;
 };

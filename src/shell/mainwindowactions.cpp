@@ -21,7 +21,8 @@ const QStringList EditItems { "mnuEditUndo=&Undo", "mnuEditRedo=&Redo", "-", "mn
     "mnuEditCopy=&Copy", "mnuEditPaste=&Paste", "mnuEditPasteSpecial=Paste &Special..." };
 const QStringList ViewItems { "mnuViewRefresh=&Refresh", "mnuViewWebBrowser=&Web Browser" };
 const QStringList ProductItems { "mnuAddProd=&Add", "mnuEditProd=&Edit", "-",
-    "mnucopyproduct=&Copy Product Info", "-", "mnuDelProd=&Delete", "mnuDelAll=Delete &All" };
+    "mnucopyproduct=&Copy Product Info", "-", "mnuDelProd=&Delete", "mnuDelAll=Delete &All", "-",
+    "mnuCheckPrices=Chec&k Price Points", "mnuChangePrices=C&hange Prices..." };
 const QStringList PrintItems { "mnuPreview=Setup", "mnuPrint=Print Price List" };
 const QStringList SettingsItems { "mnuUserOptions=&Password" };
 // The Help menu's captions are string-table numbers, replaced when the main window loads.
@@ -31,7 +32,8 @@ const QStringList GridItems { "mnuGrdMainQuote=Add to &Quote",
     "mnuCopyProductInfo=&Copy Product Info" };
 const QStringList QuoteItems { "mnuQuoteDelete=Remove &Product", "mnuquoteclear=Remove &All", "-",
     "mnuResetPrices=&Reset Prices", "mnudiscountAll=Discount &All", "mnuDiscprod=Discount &Product",
-    "-", "mnuquotecopy=&Copy", "-", "mnuQuoteNote=&Quote Note", "-", "mnuQuoteSave=&Save Quote...",
+    "mnuQuoteLock=&Lock Price", "mnuQuoteQuantities=Price a&t Quantities...", "-",
+    "mnuquotecopy=&Copy", "-", "mnuQuoteNote=&Quote Note", "-", "mnuQuoteSave=&Save Quote...",
     "mnuQuoteOpen=&Open Quote...", "mnuQuoteRevision=&New Revision",
     "mnuQuoteDuplicate=&Duplicate Quote", "mnuQuotePdf=Save as PD&F..." };
 const QStringList ScheduleItems { "mnuclearprices=&Clear" };
@@ -146,6 +148,8 @@ void MainWindowActions::createToolBar(QMainWindow *window)
     editButton->setCheckable(true);
     // Products → Edit carries the button's state as its check mark, whichever of the two
     // the user pressed.
+    // Quote → Lock Price shows whether the current line's price is locked.
+    action(QStringLiteral("mnuQuoteLock"))->setCheckable(true);
     QAction *editItem = action(QStringLiteral("mnuEditProd"));
     editItem->setCheckable(true);
     QObject::connect(editButton, &QAction::toggled, editItem, &QAction::setChecked);

@@ -145,9 +145,13 @@ QWidget *MainWindowUi::createQuotePage(QWidget *parent)
     totals->addRow(lblTotal, TxtTotal);
     totals->addRow(lblDisc, TxtDisc);
     totals->addRow(lblPercent, TxtQdisper);
+    LblNextBreak = named(new QLabel(FraQuote), "LblNextBreak");
+    LblNextBreak->setWordWrap(true);
+    // Assistive tools read the label's own text, as they read any label.
     auto *frameLayout = new QVBoxLayout(FraQuote);
     frameLayout->addWidget(GrdQuote, 1);
     frameLayout->addLayout(totals);
+    frameLayout->addWidget(LblNextBreak);
     auto *layout = new QVBoxLayout(page);
     layout->addWidget(FraQuote);
     return page;

@@ -39,6 +39,7 @@ struct MainWindowUi
     QLineEdit *TxtTotal = nullptr;
     QLineEdit *TxtDisc = nullptr;
     QLineEdit *TxtQdisper = nullptr;
+    QLabel *LblNextBreak = nullptr; ///< the current quote line's next price break
     QLabel *sbPanel1 = nullptr; ///< the status bar's first panel
 
 private:

@@ -12,6 +12,7 @@
 #include "products/productrow.h"
 #include "products/schedulemodel.h"
 #include "shell/cataloguework.h"
+#include "shell/cellmarkdelegate.h"
 #include "shell/gridview.h"
 #include "shell/inputorder.h"
 #include "shell/mainwindowui.h"
@@ -76,7 +77,10 @@ void ProductGridController::bind(int firstColumnWidth)
     m_scheduleModel->setCellWriter([this](int row, int column, const Cell &value) {
         return scheduleCellTyped(row, column, value);
     });
+    m_scheduleModel->setListPriceSource([this] { return Cell(m_ui.TxtPrice->text()); });
     m_ui.PriceSchedule->setModel(m_scheduleModel);
+    m_ui.PriceSchedule->setItemDelegate(new CellMarkDelegate(
+        ScheduleModel::ProblemRole, CellMarkDelegate::warningIcon(), m_ui.PriceSchedule));
     m_ui.PriceSchedule->viewport()->installEventFilter(this);
     m_ui.PriceSchedule->installEventFilter(this);
     m_ui.TxtPrice->installEventFilter(this);
@@ -202,6 +206,7 @@ void ProductGridController::PriceSchedule_MouseUp(Qt::MouseButton Button, const 
 void ProductGridController::TxtPrice_LostFocus()
 {
     m_ui.TxtPrice->setText(PriceSchedule::formatPriceBox(m_ui.TxtPrice->text(), m_module.locale()));
+    m_scheduleModel->recheck();
 }
 
 void ProductGridController::popUpGridMenu(const QPoint &globalPosition)

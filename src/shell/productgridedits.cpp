@@ -6,6 +6,7 @@
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
 #include "commands/catalogueedits.h"
+#include "products/priceladder.h"
 #include "products/priceschedule.h"
 #include "products/productgridmodel.h"
 #include "products/productrow.h"
@@ -14,6 +15,7 @@
 #include "shell/mainwindowui.h"
 
 #include <QItemSelectionModel>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
@@ -111,6 +113,10 @@ bool ProductGridController::scheduleCellTyped(int row, int column, const Cell &v
     shown.put(row, column, value);
     const bool taken = CatalogueEdits::setSchedule(m_history, m_shownView, m_shownView.row, shown);
     refreshGridRow(m_shownView.row);
+    // The ladder as typed so far is checked at once; the warning never stops the typing.
+    const auto problems = PriceLadder::check(
+        PriceLadder::pointsOfSchedule(shown), Cell(m_ui.TxtPrice->text()), m_module.locale());
+    m_ui.sbPanel1->setText(PriceLadder::describe(problems));
     return taken;
 }
 

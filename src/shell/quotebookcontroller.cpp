@@ -379,6 +379,8 @@ bool QuoteBookController::writePdf(const QString &path, const QString &title)
     input.document.heading = input.header.heading;
     input.document.ending = input.header.ending;
     input.document.noIncludes = QuoteNote::noIncludes(m_services.settings);
+    input.document.volumePrices = QuoteNote::volumePrices(m_services.settings);
+    input.document.catalogue = &m_module.Catalogue();
     input.document.discountBox = m_ui.TxtDisc->text();
     input.document.totalBox = m_ui.TxtTotal->text();
     QString error;

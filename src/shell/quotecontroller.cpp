@@ -2,21 +2,28 @@
 
 #include "catalogue/module1.h"
 #include "commands/quoteedits.h"
+#include "core/conversions.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
 #include "products/ui/frmdiscount.h"
 #include "products/ui/frmdiscountprod.h"
+#include "products/ui/frmquantities.h"
+#include "quotes/quoteaids.h"
 #include "quotes/quotediscount.h"
 #include "quotes/quotegridmodel.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 #include "quotes/quotepricing.h"
+#include "shell/accessiblenames.h"
+#include "shell/cellmarkdelegate.h"
 #include "shell/columnwidths.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -62,6 +69,13 @@ void QuoteController::bind()
     grid->viewport()->installEventFilter(this);
     grid->installEventFilter(this);
     connect(m_model, &QuoteGridModel::quoteChanged, this, &QuoteController::QuotePrice);
+    grid->setItemDelegate(
+        new CellMarkDelegate(QuoteGridModel::LockedRole, CellMarkDelegate::lockIcon(), grid));
+    connect(grid->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        showNextBreak();
+        updateLineItems();
+    });
+    connect(m_quoteMenu, &QMenu::aboutToShow, this, &QuoteController::updateLineItems);
 }
 
 int QuoteController::currentGridRow() const
@@ -132,13 +146,23 @@ void QuoteController::clearTotals()
     m_ui.TxtTotal->setText(cleared.total);
     m_ui.TxtDisc->setText(cleared.discount);
     m_ui.TxtQdisper->setText(cleared.percent);
+    m_ui.LblNextBreak->clear();
     m_totalsCleared = true;
 }
 
 void QuoteController::resetPrices()
 {
     const QModelIndex current = m_ui.GrdQuote->currentIndex();
-    QuoteEdits::resetPrices(m_history, currentView());
+    Discount::LockedLines locked = Discount::LockedLines::Keep;
+    if (Discount::anyLocked(m_module.QuoteTable())) {
+        const int answer = m_services.prompts.msgBox(UnlockQuestion,
+            MsgStyle::YesNoCancel | MsgStyle::Question, QStringLiteral("Reset Prices"));
+        if (answer != MsgResult::Yes && answer != MsgResult::No)
+            return;
+        if (answer == MsgResult::Yes)
+            locked = Discount::LockedLines::Unlock;
+    }
+    QuoteEdits::resetPrices(m_history, currentView(), locked);
     QuotePrice();
     m_model->reload();
     moveToRow(0);
@@ -186,6 +210,67 @@ void QuoteController::QuotePrice()
     m_ui.TxtDisc->setText(totals.discount);
     m_ui.TxtQdisper->setText(totals.percent);
     m_totalsCleared = false;
+    showNextBreak();
+}
+
+void QuoteController::showNextBreak()
+{
+    const int row = currentGridRow() + 1;
+    m_ui.LblNextBreak->setText(row < 1 ? QString()
+                                       : QuoteAids::nextBreakText(m_module.QuoteTable(),
+                                           m_module.Catalogue(), row, m_module.locale()));
+}
+
+QAction *QuoteController::menuItem(const char *name) const
+{
+    return m_quoteMenu->findChild<QAction *>(QString::fromLatin1(name));
+}
+
+void QuoteController::updateLineItems()
+{
+    const int row = currentGridRow() + 1;
+    const bool isLine = row >= 1 && row < QuoteLine::firstFreeRow(m_module.QuoteTable());
+    if (QAction *lock = menuItem("mnuQuoteLock")) {
+        lock->setEnabled(isLine);
+        lock->setChecked(QuoteLine::isLocked(m_module.QuoteTable(), row));
+    }
+    if (QAction *quantities = menuItem("mnuQuoteQuantities"))
+        quantities->setEnabled(isLine);
+}
+
+void QuoteController::showQuantities(QWidget *owner)
+{
+    m_ui.GrdQuote->commitPendingEdit();
+    const int row = currentGridRow() + 1;
+    const Table &quote = m_module.QuoteTable();
+    if (row < 1 || row >= QuoteLine::firstFreeRow(quote))
+        return;
+    const QLocale locale = m_module.locale();
+    const QString part = conv::toText(quote.get(row, QuoteLine::PartNumber), locale);
+    const QString name = conv::toText(quote.get(row, QuoteLine::ProductName), locale);
+    auto pricer = [this, part, locale](const std::vector<qint32> &quantities) {
+        return QuoteAids::pricesAt(m_module.Catalogue(), part, quantities, locale);
+    };
+    auto *form = new FrmQuantities(QStringLiteral("%1 %2").arg(part, name).trimmed(),
+        QuoteAids::quantitiesOf(quote, row), pricer, locale, owner);
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    exposeObjectNames(form);
+    connect(form, &QDialog::accepted, this, [this, form, row] {
+        QuoteEdits::setQuantities(m_history, currentView(), row, form->quantities());
+    });
+    form->open();
+}
+
+void QuoteController::toggleLock()
+{
+    m_ui.GrdQuote->commitPendingEdit();
+    const int row = currentGridRow() + 1;
+    const bool locked = QuoteLine::isLocked(m_module.QuoteTable(), row);
+    if (QuoteEdits::setLocked(m_history, currentView(), row, !locked))
+        Q_EMIT m_model->dataChanged(
+            m_model->index(row - 1, 0), m_model->index(row - 1, QuoteGridColumn::Count - 1));
+    updateLineItems();
+    showNextBreak();
 }
 
 void QuoteController::quoteChanged(const QuoteChange &change)
@@ -207,6 +292,7 @@ void QuoteController::showQuote(const QuoteView &view)
         clearTotals();
     else
         QuotePrice();
+    updateLineItems();
 }
 
 bool QuoteController::replaceLines(const Table &lines)

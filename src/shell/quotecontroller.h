@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QPoint>
 
+class QAction;
 class QMenu;
 class QWidget;
 
@@ -27,6 +28,7 @@ class QuoteController : public QObject
 
 public:
     static constexpr QLatin1String GridHint { "Right click on products for options." };
+    static constexpr QLatin1String UnlockQuestion { "Unlock the locked prices too?" };
 
     QuoteController(const AppServices &services, Module1 &module, EditHistory &history,
         MainWindowUi &ui, QMenu *quoteMenu, QObject *parent = nullptr);
@@ -39,7 +41,15 @@ public:
     void addProduct(int catalogueRow, const QString &includesText);
     void removeCurrentLine();
     void removeAllLines();
+    /// "&Reset Prices"; with locked lines it first asks whether to unlock them too.
     void resetPrices();
+    /// "Lock Price": locks the current line's unit price, or unlocks it when it is locked.
+    void toggleLock();
+    /// "Price at Quantities": opens FrmQuantities for the current line; OK keeps the
+    /// quantities with the line as one step.
+    void showQuantities(QWidget *owner);
+    /// The next break of the current line under the totals (LblNextBreak).
+    void showNextBreak();
     /// Opens the discount window for all lines, or for the current line only.
     void showDiscountAll(QWidget *owner);
     void showDiscountLine(QWidget *owner);
@@ -74,6 +84,10 @@ private:
     void GrdQuote_MouseUp(Qt::MouseButton Button, const QPoint &position);
     void GrdQuote_MouseMove();
     void moveToRow(int gridRow, int column = 0);
+    /// "Lock Price" is checked on a locked line; it and "Price at Quantities" are enabled on a
+    /// line.
+    void updateLineItems();
+    QAction *menuItem(const char *name) const;
 
     const AppServices &m_services;
     Module1 &m_module;

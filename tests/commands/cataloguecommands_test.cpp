@@ -8,6 +8,7 @@
 #include "catalogue/products.h"
 #include "commands/cataloguecommands.h"
 #include "commands/catalogueedits.h"
+#include "products/pricechange.h"
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -302,6 +303,39 @@ TEST_F(CatalogueCommandsTest, AnImportOfNothingStillSortsACatalogueInNameOrder)
     EXPECT_TRUE(CatalogueEdits::import(history, { 1, 0 }, ProductChanges {}));
     EXPECT_EQ(column(P::PartNumber), QStringList({ "A-100", "B-200", "C-300" }));
     EXPECT_EQ(history.undoText(), QStringLiteral("Import (0 added)"));
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(CatalogueCommandsTest, ChangePricesIsOneStepForEveryPriceOfEveryProduct)
+{
+    catalogue().put(2, P::PricePoint1, Cell("10"));
+    catalogue().put(2, P::Price1, Cell("2.25"));
+    const QByteArray before = fileBytes();
+    PriceChangeRule rule;
+    rule.value = 10;
+    const PriceChangePlan plan = PriceChange::plan(catalogue(), { 1, 2, 3 }, rule, locale);
+    ASSERT_EQ(plan.entries.size(), 3u);
+    EXPECT_TRUE(CatalogueEdits::changePrices(history, { 2, 0 }, plan));
+    EXPECT_EQ(column(P::Price), (QStringList { "1.38", "2.75", "" }));
+    EXPECT_EQ(catalogue().get(2, P::Price1), Cell("2.48"));
+    EXPECT_EQ(history.undoText(), QStringLiteral("Change Prices (3 prices)"));
+    expectUndoAndRedo(before);
+}
+
+TEST_F(CatalogueCommandsTest, ChangePricesRefusesAPlanWithAPriceBelowZeroOrNothingToDo)
+{
+    PriceChangeRule rule;
+    rule.by = PriceChangeRule::By::Amount;
+    rule.value = -2;
+    const PriceChangePlan plan = PriceChange::plan(catalogue(), { 1, 2 }, rule, locale);
+    ASSERT_FALSE(plan.belowZero.isEmpty());
+    EXPECT_FALSE(CatalogueEdits::changePrices(history, { 1, 0 }, plan));
+    EXPECT_FALSE(CatalogueEdits::changePrices(history, { 1, 0 }, PriceChangePlan {}));
+    EXPECT_FALSE(history.canUndo());
+    EXPECT_EQ(fileBytes(), start);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "commands/catalogueedits.h"
 #include "commands/cellchanges.h"
 #include "commands/quoteedits.h"
+#include "quotes/quotediscount.h"
 #include "quotes/quoteline.h"
 
 using namespace tarnwick;
@@ -154,6 +155,65 @@ TEST_F(QuoteCommandsTest, AWholeQuoteCanBeReplacedAndGotBack)
     EXPECT_EQ(quote().get(1, Q::PartNumber), Cell("Z-9"));
     EXPECT_EQ(history.undoText(), QStringLiteral("Open Quote 7"));
     expectUndoAndRedo(before);
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(QuoteCommandsTest, LockingAPriceIsAStepAndALockedLineKeepsItsPriceAsTheQuantityChanges)
+{
+    const Table before = quote();
+    ASSERT_TRUE(QuoteEdits::setLocked(history, { 1, QuoteGridColumn::Price, false }, 1, true));
+    EXPECT_TRUE(Q::isLocked(quote(), 1));
+    EXPECT_EQ(history.undoText(), QStringLiteral("Lock Price A-100"));
+    EXPECT_FALSE(QuoteEdits::setLocked(history, {}, 1, true)) << "already locked: no step";
+    EXPECT_FALSE(QuoteEdits::setLocked(history, {}, 3, true)) << "no line";
+    expectUndoAndRedo(before);
+
+    ASSERT_TRUE(QuoteEdits::setCell(
+        history, { 1, QuoteGridColumn::Quantity, false }, 1, QuoteGridColumn::Quantity, "5"));
+    EXPECT_EQ(quote().get(1, Q::UnitPrice), Cell(10.0f)) << "locked: the point of 5 is not taken";
+    EXPECT_EQ(quote().get(1, Q::ExtendedPrice), Cell(50.0));
+
+    ASSERT_TRUE(QuoteEdits::setLocked(history, {}, 1, false));
+    EXPECT_EQ(history.undoText(), QStringLiteral("Unlock Price A-100"));
+    EXPECT_FALSE(Q::isLocked(quote(), 1));
+}
+
+TEST_F(QuoteCommandsTest, ResetPricesKeepsLockedLinesOrUnlocksThemInOneStep)
+{
+    QuoteEdits::setCell(history, {}, 1, QuoteGridColumn::Price, "7");
+    QuoteEdits::setCell(history, {}, 2, QuoteGridColumn::Price, "3");
+    QuoteEdits::setLocked(history, {}, 1, true);
+    const Table before = quote();
+    QuoteEdits::resetPrices(history, {}, Discount::LockedLines::Keep);
+    EXPECT_EQ(quote().get(1, Q::UnitPrice), Cell("7"));
+    EXPECT_EQ(quote().get(2, Q::UnitPrice), Cell(4.0f));
+    history.undo();
+    EXPECT_TRUE(sameCells(quote(), before));
+    QuoteEdits::resetPrices(history, {}, Discount::LockedLines::Unlock);
+    EXPECT_EQ(quote().get(1, Q::UnitPrice), Cell(10.0f));
+    EXPECT_FALSE(Q::isLocked(quote(), 1));
+    EXPECT_EQ(history.undoText(), QStringLiteral("Reset Prices"));
+    expectUndoAndRedo(before);
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(QuoteCommandsTest, QuantitiesKeptWithALineAreOneStep)
+{
+    const Table before = quote();
+    ASSERT_TRUE(QuoteEdits::setQuantities(history, {}, 2, { 10, 100 }));
+    EXPECT_EQ(quote().get(2, Q::Quantities), Cell("10;100"));
+    EXPECT_EQ(history.undoText(), QStringLiteral("Price at Quantities B-200"));
+    EXPECT_FALSE(QuoteEdits::setQuantities(history, {}, 2, { 10, 100 })) << "nothing changes";
+    EXPECT_FALSE(QuoteEdits::setQuantities(history, {}, 5, { 10 })) << "no line";
+    expectUndoAndRedo(before);
+    ASSERT_TRUE(QuoteEdits::setQuantities(history, {}, 2, {}));
+    EXPECT_TRUE(quote().get(2, Q::Quantities).isEmpty());
 }
 
 } // namespace

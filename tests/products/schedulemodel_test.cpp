@@ -1,5 +1,6 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
+#include "products/priceladder.h"
 #include "products/productrow.h"
 #include "products/schedulemodel.h"
 
@@ -65,6 +66,36 @@ TEST_F(ScheduleModelTest, CellsAreReadOnlyUntilTheModelIsMadeEditable)
     model.setEditable(false);
     EXPECT_FALSE(model.setData(cell, "20"));
     EXPECT_EQ(schedule.get(1, 1), Cell("10"));
+}
+
+TEST_F(ScheduleModelTest, ACellWithALadderProblemCarriesAMarkerAndItsTextAsToolTip)
+{
+    model.setListPriceSource([] { return Cell("$10.00"); });
+    model.setEditable(true);
+    ASSERT_TRUE(model.setData(model.index(0, 0), "25"));
+    ASSERT_TRUE(model.setData(model.index(0, 1), "9"));
+    EXPECT_FALSE(model.index(0, 0).data(ScheduleModel::ProblemRole).toBool());
+    QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+    ASSERT_TRUE(model.setData(model.index(1, 0), "10"));
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_TRUE(model.index(1, 0).data(ScheduleModel::ProblemRole).toBool());
+    EXPECT_EQ(model.index(1, 0).data(Qt::ToolTipRole).toString(),
+        QStringLiteral("Price Point 2 (10) is not above Price Point 1 (25)."));
+    EXPECT_FALSE(model.index(0, 0).data(ScheduleModel::ProblemRole).toBool());
+    EXPECT_EQ(model.index(1, 1).data(Qt::ToolTipRole).toString(),
+        QStringLiteral("Price Point 2 (10) has no price."));
+
+    ASSERT_TRUE(model.setData(model.index(1, 1), "11"));
+    EXPECT_TRUE(model.index(1, 1).data(ScheduleModel::ProblemRole).toBool());
+    EXPECT_EQ(model.index(1, 1).data(Qt::ToolTipRole).toString(),
+        QStringLiteral("Price 2 ($11.00) is above the list price ($10.00)."));
+    EXPECT_EQ(model.problems().size(), 2u);
+
+    ASSERT_TRUE(model.setData(model.index(1, 0), "50"));
+    ASSERT_TRUE(model.setData(model.index(1, 1), "8"));
+    EXPECT_TRUE(model.problems().empty());
+    EXPECT_FALSE(model.index(1, 0).data(ScheduleModel::ProblemRole).toBool());
+    EXPECT_FALSE(model.index(1, 0).data(Qt::ToolTipRole).isValid());
 }
 
 TEST_F(ScheduleModelTest, AnEmptyEntryEmptiesTheCell)

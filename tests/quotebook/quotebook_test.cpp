@@ -22,7 +22,7 @@ TEST_F(QuoteBookTest, ANewBookIsInWalModeAtTheCurrentVersion)
     EXPECT_EQ(query.value(0).toString(), QStringLiteral("wal"));
     query.finish();
     ASSERT_TRUE(query.exec(QStringLiteral("PRAGMA user_version")) && query.next());
-    EXPECT_EQ(query.value(0).toInt(), 2);
+    EXPECT_EQ(query.value(0).toInt(), 3);
     query.finish();
     ASSERT_TRUE(query.exec(QStringLiteral("PRAGMA application_id")) && query.next());
     EXPECT_EQ(query.value(0).toInt(), 0x54574B51);
@@ -218,6 +218,36 @@ TEST_F(QuoteBookTest, TheQuoteInHandIsKeptAndReplaced)
     ASSERT_TRUE(empty.has_value());
     EXPECT_EQ(empty->quoteId, 0);
     EXPECT_EQ(empty->content.lines.rowCount(), 0);
+}
+
+TEST_F(QuoteBookTest, ALockedLineAndItsFurtherQuantitiesSurviveSaveAndOpen)
+{
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12, 3);
+    Table &lines = quote.content.lines;
+    QuoteLine::setLocked(lines, 2, true);
+    lines.put(2, QuoteLine::Quantities, QStringLiteral("50;100;250"));
+    lines.put(3, QuoteLine::Quantities, QStringLiteral("12"));
+    ASSERT_TRUE(QuoteLine::isLocked(lines, 2));
+    ASSERT_TRUE(book->saveNew(quote));
+    QuoteBook::InHand inHand;
+    inHand.content = quote.content;
+    inHand.quoteId = quote.header.id;
+    ASSERT_TRUE(book->keepInHand(inHand));
+    ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened);
+
+    const auto loaded = book->load(quote.header.id);
+    ASSERT_TRUE(loaded.has_value()) << book->errorString().toStdString();
+    const auto kept = book->inHand();
+    ASSERT_TRUE(kept.has_value());
+    for (const Table *back : { &loaded->content.lines, &kept->content.lines }) {
+        EXPECT_TRUE(sameTable(*back, lines));
+        EXPECT_FALSE(QuoteLine::isLocked(*back, 1));
+        EXPECT_TRUE(QuoteLine::isLocked(*back, 2));
+        EXPECT_FALSE(QuoteLine::isLocked(*back, 3));
+        EXPECT_TRUE(back->get(1, QuoteLine::Quantities).isEmpty());
+        EXPECT_EQ(back->get(2, QuoteLine::Quantities), Cell(QStringLiteral("50;100;250")));
+        EXPECT_EQ(back->get(3, QuoteLine::Quantities), Cell(QStringLiteral("12")));
+    }
 }
 
 TEST_F(QuoteBookTest, TheBackupIsAWholeBookOfItsOwn)

@@ -6,6 +6,7 @@
 #include "quotebook/quotebookmessages.h"
 #include "quotebook/quotebookrows.h"
 #include "quotebook/quotebookschema.h"
+#include "quotes/quoteline.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -73,20 +74,21 @@ TEST_F(QuoteBookFileTest, ABookOfVersionOneIsBroughtUpToDate)
             "reference, quote_date, valid_until, status, heading_id, ending_id) VALUES "
             "(5, 2025, 41, 1, 'Old Customer', 'Old Company', '', '', '2025-11-03', "
             "'2025-12-03', 'accepted', 1, 2)"));
+        // Lines of that version have no lock and no further quantities.
         QuoteContent content = sampleContent(3, QStringLiteral("OLD"));
         QSqlQuery insert(raw.db());
         const auto statementFor = [&](const QString &table, int rows) -> QSqlQuery & {
-            insert.prepare(QuoteBookRows::insertLinesSql(table, rows));
+            insert.prepare(QuoteBookRows::insertLinesSql(table, rows, QuoteLine::Includes));
             return insert;
         };
         ASSERT_TRUE(QuoteBookRows::writeLines(
-            statementFor, QStringLiteral("quote_lines"), 5, content, error));
+            statementFor, QStringLiteral("quote_lines"), 5, content, error, QuoteLine::Includes));
         EXPECT_EQ(QuoteBookSchema::version(raw.db(), error), 1);
     }
     ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
     QSqlError error;
     QSqlDatabase db = book.database();
-    EXPECT_EQ(QuoteBookSchema::version(db, error), 2);
+    EXPECT_EQ(QuoteBookSchema::version(db, error), 3);
     const QList<QuoteSummary> found = book.list(QStringLiteral("old-2"));
     ASSERT_EQ(found.size(), 1);
     EXPECT_EQ(found[0].number(), QStringLiteral("Q-2025-0041"));
@@ -98,10 +100,48 @@ TEST_F(QuoteBookFileTest, ABookOfVersionOneIsBroughtUpToDate)
     const auto loaded = book.load(5);
     ASSERT_TRUE(loaded.has_value());
     EXPECT_TRUE(sameTable(loaded->content.lines, sampleContent(3, QStringLiteral("OLD")).lines));
+    for (int row = 1; row <= 3; ++row) {
+        EXPECT_FALSE(QuoteLine::isLocked(loaded->content.lines, row));
+        EXPECT_TRUE(loaded->content.lines.get(row, QuoteLine::Quantities).isEmpty());
+    }
     EXPECT_EQ(loaded->header.heading, QStringLiteral("Hello"));
     SavedQuote next = sampleQuote(QStringLiteral("New"), QDate(2025, 12, 1));
     ASSERT_TRUE(book.saveNew(next));
     EXPECT_EQ(next.header.number(), QStringLiteral("Q-2025-0042"));
+}
+
+TEST_F(QuoteBookFileTest, LinesKeptBeforeLocksWereStoredReadAsUnlocked)
+{
+    {
+        RawDatabase raw(path());
+        QSqlError error;
+        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 2, locale, error))
+            << error.text().toStdString();
+        QSqlQuery insert(raw.db());
+        const auto statementFor = [&](const QString &table, int rows) -> QSqlQuery & {
+            insert.prepare(QuoteBookRows::insertLinesSql(table, rows, QuoteLine::Includes));
+            return insert;
+        };
+        ASSERT_TRUE(QuoteBookRows::writeLines(statementFor, QStringLiteral("in_hand_lines"), 0,
+            sampleContent(2, QStringLiteral("HAND")), error, QuoteLine::Includes));
+        raw.exec(QStringLiteral("INSERT INTO in_hand (id, quote_id) VALUES (1, 0)"));
+    }
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    QSqlError error;
+    QSqlDatabase db = book.database();
+    EXPECT_EQ(QuoteBookSchema::version(db, error), 3);
+    const auto kept = book.inHand();
+    ASSERT_TRUE(kept.has_value());
+    EXPECT_TRUE(sameTable(kept->content.lines, sampleContent(2, QStringLiteral("HAND")).lines));
+    EXPECT_FALSE(QuoteLine::isLocked(kept->content.lines, 1));
+    EXPECT_TRUE(kept->content.lines.get(2, QuoteLine::Quantities).isEmpty());
+    // The quote in hand can be kept again with a lock.
+    QuoteBook::InHand again = *kept;
+    QuoteLine::setLocked(again.content.lines, 1, true);
+    ASSERT_TRUE(book.keepInHand(again));
+    const auto relocked = book.inHand();
+    ASSERT_TRUE(relocked.has_value());
+    EXPECT_TRUE(QuoteLine::isLocked(relocked->content.lines, 1));
 }
 
 TEST_F(QuoteBookFileTest, AFailedStepLeavesTheBookAtTheVersionBefore)

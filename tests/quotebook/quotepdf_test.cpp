@@ -174,3 +174,54 @@ TEST_F(QuotePdfTest, ThePageHeaderNamesQuoteCustomerAndDate)
 }
 
 } // namespace
+
+namespace {
+
+/// The text with its runs of blanks made one space and no blank at either end of a line.
+QString linesOf(const QString &text)
+{
+    return collapsed(text).replace(
+        QRegularExpression(QStringLiteral(" *\n *")), QStringLiteral("\n"));
+}
+
+TEST_F(QuotePdfTest, VolumePricesAndFurtherQuantitiesAreOnPaperAsInTheQuoteDocument)
+{
+    // TW-100: list $12.85, 10 at $11.90, 25 at $10.95.
+    Table catalogue(1, 15);
+    catalogue.put(1, 1, "TW-100");
+    catalogue.put(1, 2, "Widget 1");
+    catalogue.put(1, 3, "12.85");
+    catalogue.put(1, 6, "10");
+    catalogue.put(1, 7, "11.9");
+    catalogue.put(1, 8, "25");
+    catalogue.put(1, 9, "10.95");
+    Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    quote.put(1, QuoteLine::PartNumber, "TW-100");
+    quote.put(1, QuoteLine::ProductName, "Widget 1");
+    quote.put(1, QuoteLine::UnitPrice, "12.85");
+    quote.put(1, QuoteLine::Quantity, qint32(1));
+    quote.put(1, QuoteLine::ExtendedPrice, 12.85);
+    quote.put(1, QuoteLine::ListPrice, "12.85");
+    quote.put(1, QuoteLine::Quantities, "10;25");
+
+    const QString plain = linesOf(pdfText(write(quote)));
+    EXPECT_FALSE(plain.contains(QStringLiteral("Unit Price"))) << "no catalogue, no prices";
+
+    input.document.catalogue = &catalogue;
+    const QString without = linesOf(pdfText(write(quote)));
+    EXPECT_FALSE(without.contains(QStringLiteral("Order 10 or more"))) << without.toStdString();
+    EXPECT_TRUE(without.contains(QStringLiteral("Quantity Unit Price Extended Price\n"
+                                                "10 $11.90 $119.00\n"
+                                                "25 $10.95 $273.75\n")))
+        << without.toStdString();
+
+    input.document.volumePrices = 1;
+    const QString with = linesOf(pdfText(write(quote)));
+    EXPECT_TRUE(with.contains(QStringLiteral("Order 10 or more: $11.90 each.\n"
+                                             "Order 25 or more: $10.95 each.\n")))
+        << with.toStdString();
+    EXPECT_LT(with.indexOf(QStringLiteral("Order 25 or more")),
+        with.indexOf(QStringLiteral("Quantity Unit Price")));
+}
+
+} // namespace

@@ -1,4 +1,5 @@
 #include "catalogue/table.h"
+#include "products/priceschedule.h"
 #include "quotes/pricelist.h"
 #include "quotes/printcodes.h"
 
@@ -171,6 +172,70 @@ TEST(PriceListDocumentTest, AProductWithANameButNoPartNumberIsPrinted)
     const auto rows = document.rowsOfPage(0);
     ASSERT_EQ(rows.size(), 2u);
     EXPECT_EQ(rows[1].item, 1) << "the second catalogue row";
+}
+
+/// A catalogue whose TW-400 keeps its points in descending order: 10 at $1,200.00 in slot 1,
+/// 5 at $1,225.00 in slot 2, so from 5 on the quote charges $1,225.00 (slot 2 is met last).
+Table descendingLadder()
+{
+    Table catalogue(2, 15);
+    catalogue.put(1, 1, "TW-100");
+    catalogue.put(1, 2, "Widget 1");
+    catalogue.put(1, 3, "12.85");
+    catalogue.put(1, 6, "10");
+    catalogue.put(1, 7, "11.9");
+    catalogue.put(1, 8, "25");
+    catalogue.put(1, 9, "10.95");
+    catalogue.put(2, 1, "TW-400");
+    catalogue.put(2, 2, "Widget 4");
+    catalogue.put(2, 3, "1250");
+    catalogue.put(2, 6, "10");
+    catalogue.put(2, 7, "1200");
+    catalogue.put(2, 8, "5");
+    catalogue.put(2, 9, "1225");
+    return catalogue;
+}
+
+TEST(PriceListTest, BreaksAreListedInAscendingQuantityAtThePriceAQuoteCharges)
+{
+    const Table catalogue = descendingLadder();
+    const auto entries = PriceList::entries(catalogue, EnUs);
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[0].breaks,
+        QStringList({ QStringLiteral("from 10: $11.90"), QStringLiteral("from 25: $10.95") }));
+    EXPECT_EQ(entries[1].breaks,
+        QStringList({ QStringLiteral("from 5: $1,225.00"), QStringLiteral("from 10: $1,225.00") }));
+    // The paged preview reads each row as it lays it out: the same breaks.
+    const auto laidOut = PriceList::entryOfRow(catalogue, 2, EnUs);
+    ASSERT_TRUE(laidOut.has_value());
+    EXPECT_EQ(laidOut->breaks, entries[1].breaks);
+    for (const qint32 quantity : { 5, 10 }) {
+        EXPECT_EQ(PriceSchedule::SetPrice(catalogue, "TW-400", quantity, EnUs).price,
+            QStringLiteral("1225"));
+    }
+}
+
+TEST(PriceListTest, PrintedTheDescendingLadderShowsWhatTheQuoteCharges)
+{
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("ladder.pdf"));
+    {
+        QPdfWriter writer(pdf);
+        writer.setPageSize(QPageSize(QPageSize::A4));
+        ASSERT_EQ(PriceList::paint(writer, PriceList::entries(descendingLadder(), EnUs)), 1);
+    }
+    QProcess pdftotext;
+    pdftotext.start(
+        QStringLiteral("pdftotext"), { QStringLiteral("-layout"), pdf, QStringLiteral("-") });
+    ASSERT_TRUE(pdftotext.waitForFinished(20000)) << "pdftotext must be installed";
+    const QString text = QString::fromUtf8(pdftotext.readAllStandardOutput());
+    EXPECT_FALSE(text.contains(QStringLiteral("$1,200.00"))) << text.toStdString();
+    const qsizetype five = text.indexOf(QStringLiteral("from 5: $1,225.00"));
+    const qsizetype ten = text.indexOf(QStringLiteral("from 10: $1,225.00"));
+    EXPECT_GE(five, 0) << text.toStdString();
+    EXPECT_GT(ten, five) << text.toStdString();
+    EXPECT_LT(text.indexOf(QStringLiteral("from 10: $11.90")),
+        text.indexOf(QStringLiteral("from 25: $10.95")));
 }
 
 TEST(PriceListTest, ThePageCountGrowsWithTheCatalogue)

@@ -40,10 +40,11 @@ TEST_F(QuoteBookWindowTest, TheQuoteMenuOffersTheBookAfterQuoteNoteWithLettersOf
     }
     EXPECT_EQ(captions,
         (QStringList { "Remove &Product", "Remove &All", "&Reset Prices", "Discount &All",
-            "Discount &Product", "&Copy", "&Quote Note", "&Save Quote...", "&Open Quote...",
-            "&New Revision", "&Duplicate Quote", "Save as PD&F..." }));
+            "Discount &Product", "&Lock Price", "Price a&t Quantities...", "&Copy", "&Quote Note",
+            "&Save Quote...", "&Open Quote...", "&New Revision", "&Duplicate Quote",
+            "Save as PD&F..." }));
     for (const char *name : { "mnuQuoteSave", "mnuQuoteOpen", "mnuQuoteRevision",
-             "mnuQuoteDuplicate", "mnuQuotePdf" }) {
+             "mnuQuoteDuplicate", "mnuQuotePdf", "mnuQuoteLock", "mnuQuoteQuantities" }) {
         const QChar letter = letterOf(action(name)->text());
         ASSERT_FALSE(letter.isNull()) << name;
         int users = 0;

@@ -120,7 +120,7 @@ TEST_F(StartupTest, LoadsTheCatalogueSortedByPartNumberAndShowsTheFirstRow)
     EXPECT_EQ(grid->headerData(0, Qt::Horizontal).toString(), QStringLiteral("Part Number"));
     EXPECT_EQ(grid->index(0, 2).data().toString(), QStringLiteral("$12.50"));
     EXPECT_EQ(module->QuoteTable().rowCount(), 250);
-    EXPECT_EQ(module->QuoteTable().fieldCount(), 7);
+    EXPECT_EQ(module->QuoteTable().fieldCount(), 9);
     EXPECT_EQ(module->ScheduleTable().rowCount(), 5);
     EXPECT_EQ(module->ScheduleTable().fieldCount(), 2);
     EXPECT_EQ(window->ui().SSTabmain->currentIndex(), 0);

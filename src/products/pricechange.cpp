@@ -1,0 +1,115 @@
+#include "products/pricechange.h"
+
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "core/formats.h"
+#include "core/storednumber.h"
+#include "core/vberror.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnwick::PriceChange {
+
+namespace {
+
+/// Money rounding: the amount is first taken to six decimals (so 12.85 × 1.1 counts as the
+/// 14.135 it is meant to be, not the 14.13499… a double holds), then to units of unit (0.01 or
+/// 1) with halves away from zero, as a price list is rounded by hand.
+double roundMoney(double amount, long long microsPerUnit)
+{
+    const long long micros = std::llround(amount * 1e6);
+    const long long half = microsPerUnit / 2;
+    const long long units = (micros >= 0 ? micros + half : micros - half) / microsPerUnit;
+    return double(units) * double(microsPerUnit) / 1e6;
+}
+
+constexpr long long Cent = 10000;
+constexpr long long Unit = 1000000;
+
+/// The nearest price n + ending with n a whole number of at least 0.
+double nearestEnding(double price, double ending)
+{
+    const double whole = std::max(0.0, roundMoney(price - ending, Unit));
+    return roundMoney(whole + ending, Cent);
+}
+
+QString textOf(const Cell &cell, const QLocale &locale)
+{
+    return cell.isNull() ? QString() : conv::toText(cell, locale);
+}
+
+void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field,
+    const QString &what, const PriceChangeRule &rule, const QLocale &locale)
+{
+    const Cell &cell = catalogue.get(row, field);
+    if (cell.isBlank() || cell.isNull() || !conv::isNumeric(cell, locale))
+        return;
+    double oldPrice = 0;
+    try {
+        oldPrice = conv::toDouble(cell, locale);
+    } catch (const VbError &) {
+        return;
+    }
+    const double newPrice = apply(oldPrice, rule);
+    const QString part = textOf(catalogue.get(row, ProductRecord::PartNumber), locale);
+    if (newPrice < 0) {
+        plan.belowZero << QStringLiteral("%1 %2").arg(part, what.toLower());
+        return;
+    }
+    if (newPrice == oldPrice)
+        return;
+    plan.entries.push_back(
+        { row, field, part, what, cell, Cell(stored::numberText(newPrice)), oldPrice, newPrice });
+}
+
+} // namespace
+
+double apply(double oldPrice, const PriceChangeRule &rule)
+{
+    const double changed = rule.by == PriceChangeRule::By::Percent
+        ? oldPrice * (100.0 + rule.value) / 100.0
+        : oldPrice + rule.value;
+    const double cents = roundMoney(changed, Cent);
+    switch (rule.rounding) {
+    case PriceChangeRule::Rounding::End95:
+        return cents < 0 ? cents : nearestEnding(cents, 0.95);
+    case PriceChangeRule::Rounding::End99:
+        return cents < 0 ? cents : nearestEnding(cents, 0.99);
+    case PriceChangeRule::Rounding::Whole:
+        return roundMoney(cents, Unit);
+    case PriceChangeRule::Rounding::Cents:
+        break;
+    }
+    return cents;
+}
+
+PriceChangePlan plan(const Table &catalogue, const std::vector<int> &rows,
+    const PriceChangeRule &rule, const QLocale &locale)
+{
+    PriceChangePlan result;
+    if (catalogue.fieldCount() < ProductRecord::FieldCount)
+        return result;
+    for (const int row : rows) {
+        if (row < 1 || row > catalogue.rowCount())
+            continue;
+        planField(result, catalogue, row, ProductRecord::Price, QStringLiteral("List price"), rule,
+            locale);
+        for (int k = 1; k <= ProductRecord::PricePointCount; ++k) {
+            planField(result, catalogue, row, ProductRecord::pricePointPriceField(k),
+                QStringLiteral("Price %1").arg(k), rule, locale);
+        }
+    }
+    return result;
+}
+
+QString previewLine(const PriceChangeEntry &entry, const QLocale &locale)
+{
+    const QString currency = QStringLiteral("Currency");
+    return QStringLiteral("%1  %2  %3 \u2192 %4")
+        .arg(entry.partNumber, entry.what, format(Cell(entry.oldPrice), currency, locale),
+            format(Cell(entry.newPrice), currency, locale));
+}
+
+} // namespace tarnwick::PriceChange

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "core/cell.h"
+
+#include <QLocale>
+#include <QString>
+
+#include <vector>
+
+namespace tarnwick {
+
+class Table;
+
+/// How "Change Prices" changes a price: by a percentage or an amount, then rounded.
+struct PriceChangeRule
+{
+    enum class By { Percent, Amount };
+    enum class Rounding {
+        Cents, ///< to the cent
+        End95, ///< to the nearest price ending in .95
+        End99, ///< to the nearest price ending in .99
+        Whole, ///< to whole units
+    };
+
+    By by = By::Percent;
+    /// +10 raises by 10 % (or 10.00), −5 lowers by 5 % (or 5.00).
+    double value = 0;
+    Rounding rounding = Rounding::Cents;
+};
+
+/// One price that the change gives a new value.
+struct PriceChangeEntry
+{
+    int row = 0; ///< the catalogue row
+    int field = 0; ///< the list price or a price point's price
+    QString partNumber;
+    QString what; ///< "List price", "Price 2" …
+    Cell before;
+    Cell after; ///< the new price as the catalogue stores prices ("14.95")
+    double oldPrice = 0;
+    double newPrice = 0;
+};
+
+/// The change planned for a set of products, before anything is changed.
+struct PriceChangePlan
+{
+    std::vector<PriceChangeEntry> entries;
+    /// Prices the change would take below zero; a plan with any is not applied.
+    QStringList belowZero;
+};
+
+namespace PriceChange {
+
+/// The new price for oldPrice by rule: changed by the percentage (old × (100 + p) ÷ 100) or
+/// the amount (old + a), then rounded to the cent (halves away from zero), and then to the
+/// nearest price ending in .95 or .99 or to whole units when the rule says so.
+double apply(double oldPrice, const PriceChangeRule &rule);
+
+/// The list price and the price points' prices of rows (catalogue rows) by rule. Prices that
+/// are no number or empty stay as they are; a price whose new value equals the old is left out.
+PriceChangePlan plan(const Table &catalogue, const std::vector<int> &rows,
+    const PriceChangeRule &rule, const QLocale &locale);
+
+/// A preview line: "TW-100  List price  $12.85 → $14.14".
+QString previewLine(const PriceChangeEntry &entry, const QLocale &locale);
+
+} // namespace PriceChange
+
+} // namespace tarnwick

@@ -1,0 +1,234 @@
+#include "products/priceladder.h"
+
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "core/formats.h"
+#include "core/vberror.h"
+#include "products/priceschedule.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace tarnwick::PriceLadder {
+
+namespace {
+
+constexpr int PointCount = ProductRecord::PricePointCount;
+
+std::optional<double> numberOf(const Cell &cell, const QLocale &locale)
+{
+    if (cell.isBlank() || cell.isNull() || !conv::isNumeric(cell, locale))
+        return std::nullopt;
+    try {
+        return conv::toDouble(cell, locale);
+    } catch (const VbError &) {
+        return std::nullopt;
+    }
+}
+
+/// A threshold as SetPrice reads it: a 16-bit whole number, none when it cannot be read.
+std::optional<qint16> thresholdOf(const Cell &cell, const QLocale &locale)
+{
+    try {
+        return conv::toInt16(cell, locale);
+    } catch (const VbError &) {
+        return std::nullopt;
+    }
+}
+
+QString quantityText(double quantity, const QLocale &locale)
+{
+    const QString text = format(Cell(quantity), QStringLiteral("#,###"), locale);
+    return text.isEmpty() ? QStringLiteral("0") : text;
+}
+
+QString money(double amount, const QLocale &locale)
+{
+    return format(Cell(amount), QStringLiteral("Currency"), locale);
+}
+
+QString cellText(const Cell &cell, const QLocale &locale)
+{
+    return cell.isNull() ? QString() : conv::toText(cell, locale);
+}
+
+/// A used point: its slot, its threshold as read and its price, when it is a number.
+struct Used
+{
+    int point;
+    qint16 threshold;
+    std::optional<double> price;
+};
+
+/// The quantities: each must be readable and above the one of the used point before it.
+void checkQuantities(const Points &points, const QLocale &locale,
+    std::vector<LadderProblem> &problems, std::vector<Used> &used)
+{
+    std::optional<Used> previous;
+    for (int k = 1; k <= PointCount; ++k) {
+        const Cell &quantity = points.quantity.at(std::size_t(k - 1));
+        if (quantity.isBlank() || quantity.isNull())
+            continue;
+        const auto threshold = thresholdOf(quantity, locale);
+        if (!threshold) {
+            const auto number = numberOf(quantity, locale);
+            const QString text = number
+                ? QStringLiteral("Price Point %1 (%2) is above 32,767, the highest quantity a "
+                                 "price point can have.")
+                      .arg(k)
+                      .arg(quantityText(*number, locale))
+                : QStringLiteral("Price Point %1 (\"%2\") is no quantity.")
+                      .arg(k)
+                      .arg(cellText(quantity, locale));
+            problems.push_back({ LadderProblem::Kind::UnusableQuantity, k, 1, text });
+            continue;
+        }
+        if (previous && *threshold <= previous->threshold) {
+            problems.push_back({ LadderProblem::Kind::NotAbovePrevious, k, 1,
+                QStringLiteral("Price Point %1 (%2) is not above Price Point %3 (%4).")
+                    .arg(k)
+                    .arg(quantityText(*threshold, locale))
+                    .arg(previous->point)
+                    .arg(quantityText(previous->threshold, locale)) });
+        }
+        Used point { k, *threshold, numberOf(points.price.at(std::size_t(k - 1)), locale) };
+        used.push_back(point);
+        previous = point;
+    }
+}
+
+/// The prices: each used point has one, none above the list price, none above the price of a
+/// lower quantity.
+void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLocale &locale,
+    std::vector<LadderProblem> &problems)
+{
+    const auto list = numberOf(listPrice, locale);
+    std::vector<Used> ascending = used;
+    std::stable_sort(ascending.begin(), ascending.end(),
+        [](const Used &a, const Used &b) { return a.threshold < b.threshold; });
+    for (const Used &point : used) {
+        if (!point.price) {
+            problems.push_back({ LadderProblem::Kind::MissingPrice, point.point, 2,
+                QStringLiteral("Price Point %1 (%2) has no price.")
+                    .arg(point.point)
+                    .arg(quantityText(point.threshold, locale)) });
+            continue;
+        }
+        if (list && *point.price > *list) {
+            problems.push_back({ LadderProblem::Kind::AboveListPrice, point.point, 2,
+                QStringLiteral("Price %1 (%2) is above the list price (%3).")
+                    .arg(point.point)
+                    .arg(money(*point.price, locale), money(*list, locale)) });
+        }
+        // The nearest lower quantity with a price.
+        const Used *lower = nullptr;
+        for (const Used &other : ascending) {
+            if (other.threshold < point.threshold && other.price)
+                lower = &other;
+        }
+        if (lower && *point.price > *lower->price) {
+            problems.push_back({ LadderProblem::Kind::CostsMore, point.point, 2,
+                QStringLiteral("%1 or more cost %2 each, more than %3 or more (%4).")
+                    .arg(quantityText(point.threshold, locale), money(*point.price, locale),
+                        quantityText(lower->threshold, locale), money(*lower->price, locale)) });
+        }
+    }
+}
+
+} // namespace
+
+Points pointsOfProduct(const Table &catalogue, int row)
+{
+    Points points;
+    if (row < 1 || row > catalogue.rowCount() || catalogue.fieldCount() < ProductRecord::FieldCount)
+        return points;
+    for (int k = 1; k <= PointCount; ++k) {
+        points.quantity.at(std::size_t(k - 1)) =
+            catalogue.get(row, ProductRecord::pricePointField(k));
+        points.price.at(std::size_t(k - 1)) =
+            catalogue.get(row, ProductRecord::pricePointPriceField(k));
+    }
+    return points;
+}
+
+Points pointsOfSchedule(const Table &schedule)
+{
+    Points points;
+    for (int k = 1; k <= PointCount && k <= schedule.rowCount(); ++k) {
+        if (schedule.fieldCount() < 2)
+            break;
+        points.quantity.at(std::size_t(k - 1)) = schedule.get(k, 1);
+        points.price.at(std::size_t(k - 1)) = schedule.get(k, 2);
+    }
+    return points;
+}
+
+std::vector<LadderProblem> check(const Points &points, const Cell &listPrice, const QLocale &locale)
+{
+    std::vector<LadderProblem> problems;
+    std::vector<Used> used;
+    checkQuantities(points, locale, problems, used);
+    checkPrices(used, listPrice, locale, problems);
+    std::stable_sort(problems.begin(), problems.end(),
+        [](const LadderProblem &a, const LadderProblem &b) { return a.point < b.point; });
+    return problems;
+}
+
+std::vector<LadderProblem> checkProduct(const Table &catalogue, int row, const QLocale &locale)
+{
+    if (row < 1 || row > catalogue.rowCount() || catalogue.fieldCount() < ProductRecord::FieldCount)
+        return {};
+    return check(pointsOfProduct(catalogue, row), catalogue.get(row, ProductRecord::Price), locale);
+}
+
+QString describe(const std::vector<LadderProblem> &problems)
+{
+    QStringList texts;
+    for (const LadderProblem &problem : problems)
+        texts << problem.text;
+    return texts.join(QLatin1Char(' '));
+}
+
+std::vector<ProductLadderProblems> checkCatalogue(const Table &catalogue, const QLocale &locale)
+{
+    std::vector<ProductLadderProblems> list;
+    if (catalogue.fieldCount() < ProductRecord::FieldCount)
+        return list;
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
+        const Cell &part = catalogue.get(row, ProductRecord::PartNumber);
+        const Cell &name = catalogue.get(row, ProductRecord::ProductName);
+        if (part.isBlank() && name.isBlank())
+            continue;
+        const auto problems = checkProduct(catalogue, row, locale);
+        if (!problems.empty())
+            list.push_back({ row, cellText(part, locale), describe(problems) });
+    }
+    return list;
+}
+
+/// Break rule: every threshold SetPrice can read is a break, counted from 1 when it is below
+/// 1; the price of a break is what SetPrice charges at its quantity, read as the quote reads it.
+std::vector<PriceBreak> breaks(const Table &catalogue, int row, const QLocale &locale)
+{
+    std::vector<PriceBreak> list;
+    if (row < 1 || row > catalogue.rowCount() || catalogue.fieldCount() < ProductRecord::FieldCount)
+        return list;
+    std::vector<qint32> quantities;
+    for (int k = 1; k <= PointCount; ++k) {
+        const Cell &quantity = catalogue.get(row, ProductRecord::pricePointField(k));
+        if (quantity.isBlank() || quantity.isNull())
+            continue;
+        if (const auto threshold = thresholdOf(quantity, locale))
+            quantities.push_back(std::max<qint32>(1, *threshold));
+    }
+    std::sort(quantities.begin(), quantities.end());
+    quantities.erase(std::unique(quantities.begin(), quantities.end()), quantities.end());
+    for (const qint32 quantity : quantities) {
+        const PriceLookup lookup = PriceSchedule::priceAtRow(catalogue, row, quantity, locale);
+        list.push_back({ quantity, PriceSchedule::chargedPrice(lookup.price, locale) });
+    }
+    return list;
+}
+
+} // namespace tarnwick::PriceLadder

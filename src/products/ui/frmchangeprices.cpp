@@ -1,0 +1,146 @@
+#include "products/ui/frmchangeprices.h"
+
+#include "core/conversions.h"
+
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+namespace {
+
+template <typename W> W *namedChangeWidget(W *widget, const char *name)
+{
+    widget->setObjectName(QString::fromLatin1(name));
+    return widget;
+}
+
+} // namespace
+
+FrmChangePrices::FrmChangePrices(
+    Planner planner, int selectedCount, int shownCount, const QLocale &locale, QWidget *parent)
+    : QDialog(parent), m_planner(std::move(planner)), m_locale(locale)
+{
+    setObjectName(QStringLiteral("FrmChangePrices"));
+    setWindowTitle(Caption);
+    QFormLayout *form = createChoices(selectedCount, shownCount);
+    m_preview = namedChangeWidget(new QPlainTextEdit(this), "TxtPreview");
+    m_preview->setReadOnly(true);
+    m_preview->setAccessibleName(tr("Preview of the new prices"));
+    m_summary = namedChangeWidget(new QLabel(this), "LblSummary");
+    m_summary->setWordWrap(true);
+    m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(form);
+    layout->addWidget(m_preview, 1);
+    layout->addWidget(m_summary);
+    layout->addWidget(m_buttons);
+    for (QRadioButton *option : { m_percent, m_amount, m_selected, m_all })
+        connect(option, &QRadioButton::toggled, this, &FrmChangePrices::updatePreview);
+    connect(m_change, &QLineEdit::textChanged, this, &FrmChangePrices::updatePreview);
+    connect(m_rounding, &QComboBox::currentIndexChanged, this, &FrmChangePrices::updatePreview);
+    resize(560, 420);
+    updatePreview();
+}
+
+QFormLayout *FrmChangePrices::createChoices(int selectedCount, int shownCount)
+{
+    m_percent = namedChangeWidget(new QRadioButton(tr("Per&centage"), this), "OptPercent");
+    m_amount = namedChangeWidget(new QRadioButton(tr("A&mount"), this), "OptAmount");
+    m_change = namedChangeWidget(new QLineEdit(this), "TxtChange");
+    m_change->setPlaceholderText(tr("e.g. 5 to raise, -5 to lower"));
+    m_rounding = namedChangeWidget(new QComboBox(this), "CmbRounding");
+    m_rounding->addItems(
+        { tr("To the cent"), tr("To .95 endings"), tr("To .99 endings"), tr("To whole units") });
+    m_selected = namedChangeWidget(
+        new QRadioButton(tr("Se&lected products (%1)").arg(selectedCount), this), "OptSelected");
+    m_all = namedChangeWidget(
+        new QRadioButton(tr("All products sho&wn (%1)").arg(shownCount), this), "OptAll");
+    m_selected->setEnabled(selectedCount > 0);
+    // Two separate choices: what the change is, and which products it applies to.
+    auto *by = new QHBoxLayout;
+    auto *scope = new QHBoxLayout;
+    auto *byGroup = new QButtonGroup(this);
+    auto *scopeGroup = new QButtonGroup(this);
+    for (QRadioButton *option : { m_percent, m_amount }) {
+        byGroup->addButton(option);
+        by->addWidget(option);
+    }
+    for (QRadioButton *option : { m_selected, m_all }) {
+        scopeGroup->addButton(option);
+        scope->addWidget(option);
+    }
+    m_percent->setChecked(true);
+    (selectedCount > 1 ? m_selected : m_all)->setChecked(true);
+    auto *form = new QFormLayout;
+    auto *changeLabel = new QLabel(tr("Change &by:"), this);
+    changeLabel->setBuddy(m_change);
+    auto *roundingLabel = new QLabel(tr("R&ounding:"), this);
+    roundingLabel->setBuddy(m_rounding);
+    form->addRow(new QLabel(tr("Change:"), this), by);
+    form->addRow(changeLabel, m_change);
+    form->addRow(roundingLabel, m_rounding);
+    form->addRow(new QLabel(tr("Products:"), this), scope);
+    return form;
+}
+
+std::optional<PriceChangeRule> FrmChangePrices::rule() const
+{
+    const auto value = conv::parseNumber(m_change->text().trimmed(), m_locale);
+    if (!value)
+        return std::nullopt;
+    PriceChangeRule rule;
+    rule.by = m_percent->isChecked() ? PriceChangeRule::By::Percent : PriceChangeRule::By::Amount;
+    rule.value = *value;
+    rule.rounding = PriceChangeRule::Rounding(m_rounding->currentIndex());
+    return rule;
+}
+
+bool FrmChangePrices::selectedOnly() const
+{
+    return m_selected->isChecked();
+}
+
+void FrmChangePrices::updatePreview()
+{
+    const auto entered = rule();
+    m_plan = entered ? m_planner(*entered, selectedOnly()) : PriceChangePlan {};
+    QStringList lines;
+    for (const PriceChangeEntry &entry : m_plan.entries) {
+        if (lines.size() == PreviewLimit)
+            break;
+        lines << PriceChange::previewLine(entry, m_locale);
+    }
+    if (int(m_plan.entries.size()) > PreviewLimit)
+        lines << tr("… and %1 more.").arg(int(m_plan.entries.size()) - PreviewLimit);
+    m_preview->setPlainText(lines.join(QLatin1Char('\n')));
+    QString summary;
+    if (!entered)
+        summary = tr("Enter the percentage or the amount as a number.");
+    else if (!m_plan.belowZero.isEmpty())
+        summary = tr("The change would take prices below zero: %1.")
+                      .arg(m_plan.belowZero.mid(0, 5).join(QStringLiteral(", ")));
+    else if (m_plan.entries.empty())
+        summary = tr("No price changes.");
+    else
+        summary = m_plan.entries.size() == 1
+            ? tr("1 price will change.")
+            : tr("%1 prices will change.").arg(int(m_plan.entries.size()));
+    m_summary->setText(summary);
+    m_buttons->button(QDialogButtonBox::Ok)
+        ->setEnabled(entered && m_plan.belowZero.isEmpty() && !m_plan.entries.empty());
+}
+
+} // namespace tarnwick

@@ -1,0 +1,71 @@
+#include "products/ui/frmcheckprices.h"
+
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+FrmCheckPrices::FrmCheckPrices(QWidget *parent) : QDialog(parent)
+{
+    setObjectName(QStringLiteral("FrmCheckPrices"));
+    setWindowTitle(Caption);
+    m_label = new QLabel(this);
+    m_label->setObjectName(QStringLiteral("LblProblems"));
+    m_label->setWordWrap(true);
+    m_grid = new QTableWidget(0, 2, this);
+    m_grid->setObjectName(QStringLiteral("GrdProblems"));
+    m_grid->setAccessibleName(tr("Products whose price points need attention"));
+    m_grid->setHorizontalHeaderLabels({ tr("Part Number"), tr("What Is Wrong") });
+    m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_grid->setWordWrap(true);
+    m_grid->horizontalHeader()->setStretchLastSection(true);
+    m_grid->verticalHeader()->setVisible(false);
+    m_label->setBuddy(m_grid);
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    m_close = buttons->button(QDialogButtonBox::Close);
+    m_close->setObjectName(QStringLiteral("CmdClose"));
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);
+    // A double-click and Enter both activate a row.
+    connect(m_grid, &QAbstractItemView::activated, this, &FrmCheckPrices::GrdProblems_DblClick);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_label);
+    layout->addWidget(m_grid, 1);
+    layout->addWidget(buttons);
+    resize(620, 360);
+}
+
+void FrmCheckPrices::setProblems(const std::vector<ProductLadderProblems> &problems)
+{
+    m_problems = problems;
+    m_grid->setRowCount(int(problems.size()));
+    for (int i = 0; i < int(problems.size()); ++i) {
+        const ProductLadderProblems &entry = problems.at(std::size_t(i));
+        m_grid->setItem(i, 0, new QTableWidgetItem(entry.partNumber));
+        auto *what = new QTableWidgetItem(entry.text);
+        what->setToolTip(entry.text);
+        m_grid->setItem(i, 1, what);
+    }
+    m_grid->resizeColumnToContents(0);
+    m_grid->resizeRowsToContents();
+    m_label->setText(problems.empty()
+            ? QString(NoProblemsText)
+            : tr("Products whose price points need &attention (double-click one to go to it):"));
+    if (!problems.empty())
+        m_grid->setCurrentCell(0, 0);
+}
+
+void FrmCheckPrices::GrdProblems_DblClick(const QModelIndex &index)
+{
+    if (!index.isValid() || index.row() >= int(m_problems.size()))
+        return;
+    const ProductLadderProblems &entry = m_problems.at(std::size_t(index.row()));
+    Q_EMIT productChosen(entry.row, entry.partNumber);
+}
+
+} // namespace tarnwick

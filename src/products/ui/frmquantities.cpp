@@ -1,0 +1,87 @@
+#include "products/ui/frmquantities.h"
+
+#include "core/cell.h"
+#include "core/formats.h"
+
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+namespace tarnwick {
+
+FrmQuantities::FrmQuantities(const QString &lineName, const std::vector<qint32> &quantities,
+    Pricer pricer, const QLocale &locale, QWidget *parent)
+    : QDialog(parent), m_pricer(std::move(pricer)), m_locale(locale)
+{
+    setObjectName(QStringLiteral("FrmQuantities"));
+    setWindowTitle(Caption);
+    auto *heading = new QLabel(tr("Quantities for %1:").arg(lineName), this);
+    heading->setObjectName(QStringLiteral("LblQuantities"));
+    auto *boxes = new QGridLayout;
+    for (int i = 0; i < QuoteAids::MaxQuantities; ++i) {
+        auto *box = new QLineEdit(this);
+        box->setObjectName(QStringLiteral("TxtQuantity%1").arg(i + 1));
+        box->setAccessibleName(tr("Quantity %1").arg(i + 1));
+        if (i < int(quantities.size()))
+            box->setText(QString::number(quantities.at(std::size_t(i))));
+        auto *label = new QLabel(tr("Quantity &%1:").arg(i + 1), this);
+        label->setBuddy(box);
+        boxes->addWidget(label, i, 0);
+        boxes->addWidget(box, i, 1);
+        m_boxes.at(std::size_t(i)) = box;
+        connect(box, &QLineEdit::textChanged, this, &FrmQuantities::updatePrices);
+    }
+    m_prices = new QTableWidget(0, 3, this);
+    m_prices->setObjectName(QStringLiteral("GrdQuantityPrices"));
+    m_prices->setAccessibleName(tr("Prices at the quantities"));
+    m_prices->setHorizontalHeaderLabels({ tr("Quantity"), tr("Unit Price"), tr("Ext. Price") });
+    m_prices->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_prices->verticalHeader()->setVisible(false);
+    m_prices->horizontalHeader()->setStretchLastSection(true);
+    m_message = new QLabel(this);
+    m_message->setObjectName(QStringLiteral("LblMessage"));
+    m_message->setWordWrap(true);
+    m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(heading);
+    layout->addLayout(boxes);
+    layout->addWidget(m_prices, 1);
+    layout->addWidget(m_message);
+    layout->addWidget(m_buttons);
+    resize(420, 380);
+    updatePrices();
+}
+
+void FrmQuantities::updatePrices()
+{
+    QStringList entries;
+    for (const QLineEdit *box : m_boxes)
+        entries << box->text();
+    m_entry = QuoteAids::readQuantities(entries, m_locale);
+    const auto prices =
+        m_entry.error.isEmpty() ? m_pricer(m_entry.quantities) : std::vector<QuantityPrice> {};
+    m_prices->setRowCount(int(prices.size()));
+    const QString currency = QStringLiteral("Currency");
+    for (int i = 0; i < int(prices.size()); ++i) {
+        const QuantityPrice &price = prices.at(std::size_t(i));
+        const QString texts[] = { format(Cell(price.quantity), QStringLiteral("#,###"), m_locale),
+            format(Cell(price.unitPrice), currency, m_locale),
+            format(Cell(price.extended), currency, m_locale) };
+        for (int column = 0; column < 3; ++column) {
+            auto *item = new QTableWidgetItem(texts[column]);
+            item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            m_prices->setItem(i, column, item);
+        }
+    }
+    m_message->setText(m_entry.error);
+    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(m_entry.error.isEmpty());
+}
+
+} // namespace tarnwick

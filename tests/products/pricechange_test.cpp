@@ -1,0 +1,103 @@
+// Many prices raised or lowered at once, with each rounding.
+#include "catalogue/table.h"
+#include "products/pricechange.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+
+namespace {
+
+const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+
+using By = PriceChangeRule::By;
+using Rounding = PriceChangeRule::Rounding;
+
+PriceChangeRule ruleOf(By by, double value, Rounding rounding)
+{
+    PriceChangeRule rule;
+    rule.by = by;
+    rule.value = value;
+    rule.rounding = rounding;
+    return rule;
+}
+
+TEST(PriceChangeTest, APercentageRoundedToTheCent)
+{
+    EXPECT_DOUBLE_EQ(PriceChange::apply(12.85, ruleOf(By::Percent, 10, Rounding::Cents)), 14.14);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(20.0, ruleOf(By::Percent, -5, Rounding::Cents)), 19.0);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.89, ruleOf(By::Percent, 3, Rounding::Cents)), 0.92);
+}
+
+TEST(PriceChangeTest, AnAmountRoundedToTheCent)
+{
+    EXPECT_DOUBLE_EQ(PriceChange::apply(12.85, ruleOf(By::Amount, 1.5, Rounding::Cents)), 14.35);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(12.85, ruleOf(By::Amount, -0.855, Rounding::Cents)), 12.0);
+}
+
+TEST(PriceChangeTest, EndingsOf95And99AreTheNearestSuchPrice)
+{
+    EXPECT_DOUBLE_EQ(PriceChange::apply(14.14, ruleOf(By::Percent, 0, Rounding::End95)), 13.95);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(14.5, ruleOf(By::Percent, 0, Rounding::End95)), 14.95);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(12.85, ruleOf(By::Percent, 10, Rounding::End99)), 13.99);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(19.0, ruleOf(By::Amount, 0, Rounding::End99)), 18.99);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.3, ruleOf(By::Amount, 0, Rounding::End95)), 0.95)
+        << "never below the first such ending";
+}
+
+TEST(PriceChangeTest, WholeUnits)
+{
+    EXPECT_DOUBLE_EQ(PriceChange::apply(12.85, ruleOf(By::Percent, 10, Rounding::Whole)), 14.0);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(389, ruleOf(By::Percent, 2.5, Rounding::Whole)), 399.0);
+}
+
+Table catalogue()
+{
+    Table table(3, 15);
+    table.put(1, 1, "TW-100");
+    table.put(1, 3, "12.85");
+    table.put(1, 6, "10");
+    table.put(1, 7, "11.9");
+    table.put(1, 8, "25");
+    table.put(1, 9, "$10.95");
+    table.put(2, 1, "TW-200");
+    table.put(2, 3, "call us");
+    table.put(2, 6, "5");
+    table.put(3, 1, "TW-300");
+    table.put(3, 3, "2");
+    return table;
+}
+
+TEST(PriceChangeTest, ThePlanChangesListAndBreakPricesOfTheChosenRowsOnly)
+{
+    const Table table = catalogue();
+    const PriceChangePlan plan =
+        PriceChange::plan(table, { 1, 2 }, ruleOf(By::Percent, 10, Rounding::Cents), EnUs);
+    EXPECT_TRUE(plan.belowZero.isEmpty());
+    ASSERT_EQ(plan.entries.size(), 3u)
+        << "TW-200 has no price that is a number, TW-300 is not chosen";
+    EXPECT_EQ(plan.entries[0].field, 3);
+    EXPECT_EQ(plan.entries[0].after, Cell("14.14"));
+    EXPECT_EQ(plan.entries[1].field, 7);
+    EXPECT_EQ(plan.entries[1].after, Cell("13.09"));
+    EXPECT_EQ(plan.entries[2].field, 9);
+    EXPECT_EQ(plan.entries[2].before, Cell("$10.95"));
+    EXPECT_EQ(plan.entries[2].after, Cell("12.05"));
+    EXPECT_EQ(PriceChange::previewLine(plan.entries[0], EnUs),
+        QStringLiteral("TW-100  List price  $12.85 \u2192 $14.14"));
+    EXPECT_EQ(PriceChange::previewLine(plan.entries[2], EnUs),
+        QStringLiteral("TW-100  Price 2  $10.95 \u2192 $12.05"));
+}
+
+TEST(PriceChangeTest, APriceBelowZeroIsReportedAndAnUnchangedPriceLeftOut)
+{
+    const Table table = catalogue();
+    const PriceChangePlan lower =
+        PriceChange::plan(table, { 1, 3 }, ruleOf(By::Amount, -3, Rounding::Cents), EnUs);
+    EXPECT_EQ(lower.belowZero, QStringList { QStringLiteral("TW-300 list price") });
+    const PriceChangePlan same =
+        PriceChange::plan(table, { 3 }, ruleOf(By::Percent, 0, Rounding::Whole), EnUs);
+    EXPECT_TRUE(same.entries.empty());
+}
+
+} // namespace

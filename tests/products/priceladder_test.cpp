@@ -1,0 +1,187 @@
+// What is wrong with a product's price points, and the breaks a quote really gets from them.
+#include "catalogue/table.h"
+#include "products/priceladder.h"
+#include "products/priceschedule.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+
+namespace {
+
+const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+
+using Kind = LadderProblem::Kind;
+
+/// One product row: list price and up to five (quantity, price) points as stored texts.
+Table product(const QString &list, const std::vector<std::pair<QString, QString>> &points)
+{
+    Table catalogue(1, 15);
+    catalogue.put(1, 1, "TW-400");
+    catalogue.put(1, 2, "Widget 4");
+    catalogue.put(1, 3, list);
+    int k = 1;
+    for (const auto &[quantity, price] : points) {
+        if (!quantity.isEmpty())
+            catalogue.put(1, 4 + 2 * k, quantity);
+        if (!price.isEmpty())
+            catalogue.put(1, 5 + 2 * k, price);
+        ++k;
+    }
+    return catalogue;
+}
+
+std::vector<Kind> kindsOf(const std::vector<LadderProblem> &problems)
+{
+    std::vector<Kind> kinds;
+    for (const auto &problem : problems)
+        kinds.push_back(problem.kind);
+    return kinds;
+}
+
+TEST(PriceLadderTest, AnAscendingLadderBelowTheListPriceHasNoProblem)
+{
+    const Table catalogue = product("12.85", { { "10", "11.9" }, { "25", "10.95" } });
+    EXPECT_TRUE(PriceLadder::checkProduct(catalogue, 1, EnUs).empty());
+}
+
+TEST(PriceLadderTest, ADescendingThresholdIsNotAboveTheOneBeforeIt)
+{
+    const Table catalogue = product("1250", { { "10", "1200" }, { "5", "1225" } });
+    const auto problems = PriceLadder::checkProduct(catalogue, 1, EnUs);
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_EQ(problems[0].kind, Kind::NotAbovePrevious);
+    EXPECT_EQ(problems[0].point, 2);
+    EXPECT_EQ(problems[0].column, 1);
+    EXPECT_EQ(
+        problems[0].text, QStringLiteral("Price Point 2 (5) is not above Price Point 1 (10)."));
+}
+
+TEST(PriceLadderTest, AnEqualThresholdIsNotAboveEither)
+{
+    const Table catalogue = product("20", { { "10", "18" }, { "10", "17" } });
+    EXPECT_EQ(kindsOf(PriceLadder::checkProduct(catalogue, 1, EnUs)),
+        std::vector<Kind> { Kind::NotAbovePrevious });
+}
+
+TEST(PriceLadderTest, AHigherQuantityThatCostsMoreIsFound)
+{
+    const Table catalogue = product("20", { { "10", "18" }, { "50", "18.5" } });
+    const auto problems = PriceLadder::checkProduct(catalogue, 1, EnUs);
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_EQ(problems[0].kind, Kind::CostsMore);
+    EXPECT_EQ(problems[0].point, 2);
+    EXPECT_EQ(problems[0].column, 2);
+    EXPECT_EQ(problems[0].text,
+        QStringLiteral("50 or more cost $18.50 each, more than 10 or more ($18.00)."));
+}
+
+TEST(PriceLadderTest, ABreakPriceAboveTheListPriceIsFound)
+{
+    const Table catalogue = product("12.5", { { "10", "$13.00" } });
+    const auto problems = PriceLadder::checkProduct(catalogue, 1, EnUs);
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_EQ(problems[0].kind, Kind::AboveListPrice);
+    EXPECT_EQ(
+        problems[0].text, QStringLiteral("Price 1 ($13.00) is above the list price ($12.50)."));
+}
+
+TEST(PriceLadderTest, AThresholdSetPriceCannotReadAndAMissingPriceAreFound)
+{
+    const Table catalogue = product("20", { { "40000", "15" }, { "ten", "14" }, { "60", "" } });
+    const auto problems = PriceLadder::checkProduct(catalogue, 1, EnUs);
+    ASSERT_EQ(kindsOf(problems),
+        (std::vector<Kind> { Kind::UnusableQuantity, Kind::UnusableQuantity, Kind::MissingPrice }));
+    EXPECT_EQ(problems[0].text,
+        QStringLiteral("Price Point 1 (40,000) is above 32,767, the highest quantity a price "
+                       "point can have."));
+    EXPECT_EQ(problems[1].text, QStringLiteral("Price Point 2 (\"ten\") is no quantity."));
+    EXPECT_EQ(problems[2].text, QStringLiteral("Price Point 3 (60) has no price."));
+}
+
+TEST(PriceLadderTest, GapsBetweenSlotsAreNoProblem)
+{
+    const Table catalogue =
+        product("20", { { "", "" }, { "10", "18" }, { "", "" }, { "50", "16" } });
+    EXPECT_TRUE(PriceLadder::checkProduct(catalogue, 1, EnUs).empty());
+}
+
+TEST(PriceLadderTest, TheScheduleBeingEditedIsCheckedAgainstTheListPrice)
+{
+    Table schedule(5, 2);
+    schedule.put(1, 1, "25");
+    schedule.put(1, 2, "9");
+    schedule.put(2, 1, "10");
+    schedule.put(2, 2, "11");
+    const auto problems =
+        PriceLadder::check(PriceLadder::pointsOfSchedule(schedule), Cell("10"), EnUs);
+    EXPECT_EQ(
+        kindsOf(problems), (std::vector<Kind> { Kind::NotAbovePrevious, Kind::AboveListPrice }));
+    EXPECT_EQ(PriceLadder::describe(problems),
+        QStringLiteral("Price Point 2 (10) is not above Price Point 1 (25). Price 2 ($11.00) is "
+                       "above the list price ($10.00)."));
+}
+
+TEST(PriceLadderTest, TheCatalogueCheckListsEveryProductWithAProblem)
+{
+    Table catalogue(3, 15);
+    catalogue.put(1, 1, "TW-100");
+    catalogue.put(1, 3, "12.85");
+    catalogue.put(1, 6, "10");
+    catalogue.put(1, 7, "11.9");
+    catalogue.put(2, 1, "TW-400");
+    catalogue.put(2, 3, "1250");
+    catalogue.put(2, 6, "10");
+    catalogue.put(2, 7, "1200");
+    catalogue.put(2, 8, "5");
+    catalogue.put(2, 9, "1225");
+    catalogue.put(3, 1, "TW-500");
+    catalogue.put(3, 3, "5");
+    catalogue.put(3, 6, "2");
+    catalogue.put(3, 7, "6");
+    const auto list = PriceLadder::checkCatalogue(catalogue, EnUs);
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0].row, 2);
+    EXPECT_EQ(list[0].partNumber, QStringLiteral("TW-400"));
+    EXPECT_EQ(list[0].text, QStringLiteral("Price Point 2 (5) is not above Price Point 1 (10)."));
+    EXPECT_EQ(list[1].row, 3);
+    EXPECT_EQ(list[1].text, QStringLiteral("Price 1 ($6.00) is above the list price ($5.00)."));
+}
+
+TEST(PriceLadderTest, BreaksAscendWithThePriceSetPriceGives)
+{
+    const Table catalogue = product("1250", { { "10", "1200" }, { "5", "1225" } });
+    const auto breaks = PriceLadder::breaks(catalogue, 1, EnUs);
+    ASSERT_EQ(breaks.size(), 2u);
+    EXPECT_EQ(breaks[0].quantity, 5);
+    EXPECT_EQ(breaks[0].price, 1225.0f);
+    EXPECT_EQ(breaks[1].quantity, 10);
+    EXPECT_EQ(breaks[1].price, 1225.0f) << "slot 2 is met at 10 as well and wins";
+    for (const auto &entry : breaks) {
+        EXPECT_EQ(entry.price,
+            PriceSchedule::chargedPrice(
+                PriceSchedule::SetPrice(catalogue, "TW-400", entry.quantity, EnUs).price, EnUs));
+    }
+}
+
+TEST(PriceLadderTest, BreaksLeaveOutUnreadableThresholdsAndFollowSetPricePastThem)
+{
+    const Table catalogue =
+        product("20", { { "", "" }, { "10", "18" }, { "40000", "1" }, { "50", "16" } });
+    const auto breaks = PriceLadder::breaks(catalogue, 1, EnUs);
+    ASSERT_EQ(breaks.size(), 2u);
+    EXPECT_EQ(breaks[0].quantity, 10);
+    EXPECT_EQ(breaks[0].price, 18.0f);
+    EXPECT_EQ(breaks[1].quantity, 50);
+    EXPECT_EQ(breaks[1].price, 18.0f) << "SetPrice stops reading at 40000, so 50 never applies";
+}
+
+TEST(PriceLadderTest, ABreakWithoutPriceChargesNothingAsTheQuoteDoes)
+{
+    const Table catalogue = product("20", { { "10", "" } });
+    const auto breaks = PriceLadder::breaks(catalogue, 1, EnUs);
+    ASSERT_EQ(breaks.size(), 1u);
+    EXPECT_EQ(breaks[0].price, 0.0f);
+}
+
+} // namespace

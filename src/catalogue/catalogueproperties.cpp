@@ -38,8 +38,8 @@ QString CatalogueProperties::sizeText(const QLocale &locale) const
 {
     if (!fileExists)
         return NotSavedYet;
-    const QString bytes = fileSize == 1 ? QStringLiteral("1 byte")
-                                        : QStringLiteral("%1 bytes").arg(locale.toString(fileSize));
+    QString bytes = fileSize == 1 ? QStringLiteral("1 byte")
+                                  : QStringLiteral("%1 bytes").arg(locale.toString(fileSize));
     if (fileSize < 1024)
         return bytes;
     return QStringLiteral("%1 (%2)").arg(

@@ -100,6 +100,7 @@ bool QuoteBook::saveNewQuotes(std::vector<SavedQuote> &quotes)
     if (!isOpen())
         return fail(QStringLiteral("the quote book is not open"));
     std::vector<QuoteHeader> before;
+    before.reserve(quotes.size());
     for (const SavedQuote &quote : quotes)
         before.push_back(quote.header);
     if (!fullSync(true) || !begin())

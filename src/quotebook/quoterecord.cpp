@@ -56,8 +56,8 @@ namespace QuoteNumbers {
 
 QString customerText(const QString &name, const QString &company)
 {
-    const QString who = name.trimmed();
-    const QString firm = company.trimmed();
+    QString who = name.trimmed();
+    QString firm = company.trimmed();
     if (who.isEmpty())
         return firm;
     if (firm.isEmpty() || firm == who)

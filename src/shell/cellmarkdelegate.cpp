@@ -37,7 +37,7 @@ QIcon CellMarkDelegate::warningIcon()
 
 QIcon CellMarkDelegate::lockIcon()
 {
-    const QIcon themed = QIcon::fromTheme(QStringLiteral("object-locked"));
+    QIcon themed = QIcon::fromTheme(QStringLiteral("object-locked"));
     if (!themed.isNull())
         return themed;
     QPixmap pixmap(32, 32);

@@ -86,6 +86,7 @@ bool GridView::handleGridKey(const QKeyCombination &key)
     if (const int direction = focusOutDirection(key)) {
         commitPendingEdit();
         // The widget's own focus chain, not the view's override that moves between cells.
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): skipping the view's override is the point
         QWidget::focusNextPrevChild(direction > 0);
         return true;
     }
@@ -111,6 +112,7 @@ void GridView::focusInEvent(QFocusEvent *event)
     const bool returning =
         event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
     if (returning && !currentIndex().isValid()) {
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): the view's own would pick a current cell
         QAbstractScrollArea::focusInEvent(event);
         setAttribute(Qt::WA_InputMethodEnabled, false);
         viewport()->update();

@@ -147,7 +147,9 @@ TEST(PriceListDocumentTest, ARowThatDoesNotFitGoesToTheNextPage)
         EXPECT_LE(last.top + last.height, document.footerTop()) << "page " << page + 1;
         if (page + 1 < document.pagesReady()) {
             // The next page's first row was moved there because it did not fit here.
-            const auto &moved = document.rowsOfPage(page + 1).front();
+            const auto nextRows = document.rowsOfPage(page + 1);
+            ASSERT_FALSE(nextRows.empty());
+            const auto &moved = nextRows.front();
             EXPECT_GT(last.top + last.height + moved.height, document.footerTop())
                 << "page " << page + 1;
         }

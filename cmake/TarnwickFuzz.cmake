@@ -14,7 +14,7 @@
 # fuzz/regressions/<name>/ are replayed by the tests). The fuzzer starts from the SEEDS folders
 # and from fuzz/regressions/<name>/; what it learns goes into <build>/fuzz/corpus/<name>/ and a
 # finding into <build>/fuzz/findings/<name>/, never into the source tree.
-set(TARNWICK_FUZZ_SECONDS 30 CACHE STRING "How long the test of each fuzz target runs, in seconds")
+set(TARNWICK_FUZZ_SECONDS 20 CACHE STRING "How long the test of each fuzz target runs, in seconds")
 set(TARNWICK_FUZZ_RSS_LIMIT_MB 2048 CACHE STRING "The memory a fuzz target may use")
 
 if(TARNWICK_BUILD_FUZZERS)

@@ -7,8 +7,8 @@ a build folder's compile_commands.json, and fails on any finding.
 The program's sources (src/) are checked as they are compiled: its libraries are unity
 builds, and clang-tidy reads each unity file once, Qt's headers with it, rather than once per
 source, which is most of its time; findings still name the source file and line. The tests
-(tests/) are checked too with --tests, one file at a time; generated files (moc, resources) and
-the benchmarks are not checked.
+(tests/, unity builds too) are checked as well with --tests; generated files (moc, resources)
+and the benchmarks are not checked.
 """
 import argparse
 import json
@@ -50,7 +50,8 @@ def checked(build, with_tests):
         path = os.path.realpath(entry["file"])
         if "/Unity/unity_" in path:
             sources = [os.path.realpath(s) for s in unity_sources(path)]
-            if sources and all(s.startswith(CHECKED[0]) for s in sources):
+            if sources and any(all(s.startswith(folder) for s in sources) for folder in folders):
+                entry["command"] = PCH_INCLUDE.sub("", entry["command"])
                 files.setdefault(path, entry)
         elif path.startswith(folders) and path.endswith(".cpp"):
             entry["command"] = PCH_INCLUDE.sub("", entry["command"])

@@ -6,14 +6,12 @@
 #include "catalogue/cataloguewriter.h"
 #include "catalogue/productrecord.h"
 #include "core/vberror.h"
+#include "support/testlocale.h"
 
 namespace tarnwick::test {
 namespace {
 
 using Status = CatalogueReadResult::Status;
-
-const QLocale English(QLocale::English, QLocale::UnitedStates);
-const QLocale German(QLocale::German, QLocale::Germany);
 
 /// Records the pieces of a streamed file, and how often the file started again.
 class RecordingSink : public CatalogueByteSink
@@ -85,7 +83,7 @@ TEST(CatalogueBytesTest, TypedCellsGiveTheSameFileInEveryEncoding)
         QStringLiteral("\U0001F642"),
     };
     for (const QString &name : names) {
-        for (const QLocale &locale : { English, German }) {
+        for (const QLocale &locale : { EnUs, DeDe }) {
             SCOPED_TRACE(name.toStdString());
             expectSameFile(typedTable(name), locale);
         }
@@ -100,11 +98,11 @@ TEST(CatalogueBytesTest, AFileInPiecesStartsAgainInUtf8WhenALaterCharacterNeedsI
     table.put(2, 2, QStringLiteral("Caf\u00e9")); // Windows-1252 would do
     table.put(39, 2, QStringLiteral("\u87ba\u4e1d")); // but not here
     RecordingSink sink;
-    const CatalogueStreamResult streamed = streamCatalogueFile(table, English, 0, sink, 64);
+    const CatalogueStreamResult streamed = streamCatalogueFile(table, EnUs, 0, sink, 64);
     EXPECT_TRUE(streamed.ok);
     EXPECT_EQ(sink.restarts, 1);
     EXPECT_GT(sink.pieces.size(), 3);
-    EXPECT_EQ(sink.joined(), catalogueFileBytes(table, English, 0).bytes);
+    EXPECT_EQ(sink.joined(), catalogueFileBytes(table, EnUs, 0).bytes);
     EXPECT_TRUE(sink.joined().contains("Caf\xc3\xa9"));
     EXPECT_EQ(streamed.rowsWritten, 40);
 }
@@ -116,7 +114,7 @@ TEST(CatalogueBytesTest, ASinkThatRefusesAPieceStopsTheWriting)
         table.put(row, 1, QStringLiteral("P%1").arg(row));
     RecordingSink sink;
     sink.refuseAfter = 2;
-    const CatalogueStreamResult streamed = streamCatalogueFile(table, English, 0, sink, 64);
+    const CatalogueStreamResult streamed = streamCatalogueFile(table, EnUs, 0, sink, 64);
     EXPECT_FALSE(streamed.ok);
     EXPECT_EQ(sink.pieces.size(), 3);
 }
@@ -125,17 +123,17 @@ TEST(CatalogueBytesTest, AByteOrderMarkAtTheStartIsKept)
 {
     Table table(1, 15);
     table.put(1, 1, QStringLiteral("\uFEFF\u87ba"));
-    expectSameFile(table, English);
+    expectSameFile(table, EnUs);
     table.put(1, 1, QStringLiteral("\uFEFFA"));
-    expectSameFile(table, English);
+    expectSameFile(table, EnUs);
 }
 
 TEST(CatalogueBytesTest, ATableOfFewerThanFifteenFieldsRaisesAsBefore)
 {
     Table table(2, 3);
     table.put(1, 1, QStringLiteral("A-1"));
-    EXPECT_THROW(catalogueFileText(table, English, 0), VbError);
-    EXPECT_THROW(catalogueFileBytes(table, English, 0), VbError);
+    EXPECT_THROW(catalogueFileText(table, EnUs, 0), VbError);
+    EXPECT_THROW(catalogueFileBytes(table, EnUs, 0), VbError);
 }
 
 class CatalogueRoundTripTest : public CatalogueFixture
@@ -227,12 +225,12 @@ TEST(CatalogueBytesTest, InPiecesOnlyTheFirstPieceGetsTheMark)
     for (int row = 1; row <= 3; ++row)
         table.put(row, 1, QStringLiteral("\uFEFFP%1").arg(row));
     RecordingSink sink;
-    ASSERT_TRUE(streamCatalogueFile(table, English, 0, sink, 1).ok);
+    ASSERT_TRUE(streamCatalogueFile(table, EnUs, 0, sink, 1).ok);
     ASSERT_EQ(sink.pieces.size(), 3);
     EXPECT_TRUE(sink.pieces[0].startsWith("\xef\xbb\xbf\xef\xbb\xbfP1"));
     EXPECT_TRUE(sink.pieces[1].startsWith("\xef\xbb\xbfP2"));
     EXPECT_TRUE(sink.pieces[2].startsWith("\xef\xbb\xbfP3"));
-    EXPECT_EQ(sink.joined(), catalogueFileBytes(table, English, 0).bytes);
+    EXPECT_EQ(sink.joined(), catalogueFileBytes(table, EnUs, 0).bytes);
 }
 
 TEST(CatalogueBytesTest, EveryPieceIsCheckedForReadingBackAsUtf8)
@@ -246,18 +244,18 @@ TEST(CatalogueBytesTest, EveryPieceIsCheckedForReadingBackAsUtf8)
         table.put(row, 2, QStringLiteral("Caf\u00c3\u00a9"));
     }
     table.put(38, 4, QStringLiteral("-20 \u00b0C"));
-    const QByteArray whole = catalogueFileBytes(table, English, 0).bytes;
+    const QByteArray whole = catalogueFileBytes(table, EnUs, 0).bytes;
     EXPECT_TRUE(whole.contains("Caf\xc3\xa9" FE)) << "Windows-1252 bytes";
     EXPECT_TRUE(whole.contains("-20 \xb0"
                                "C" FE));
     RecordingSink sink;
-    const CatalogueStreamResult streamed = streamCatalogueFile(table, English, 0, sink, 64);
+    const CatalogueStreamResult streamed = streamCatalogueFile(table, EnUs, 0, sink, 64);
     EXPECT_TRUE(streamed.ok);
     EXPECT_GT(sink.pieces.size(), 5);
     EXPECT_EQ(sink.restarts, 0) << "nothing asked for UTF-8";
     EXPECT_EQ(sink.joined(), whole);
     // And it reads back as the same texts.
-    EXPECT_EQ(decodeCatalogueBytes(whole), catalogueFileText(table, English, 0).text);
+    EXPECT_EQ(decodeCatalogueBytes(whole), catalogueFileText(table, EnUs, 0).text);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/cell.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +19,6 @@
 namespace tarnwick::test {
 namespace {
 
-const QLocale English(QLocale::English, QLocale::UnitedStates);
-const QLocale German(QLocale::German, QLocale::Germany);
 const std::string End = "\x7f\x7f\x7f";
 
 struct Reading
@@ -56,7 +55,7 @@ QString describe(const Cell &cell)
 }
 
 /// Reads bytes both ways and expects the same outcome; returns the quick reading.
-Reading expectBothWaysAlike(const std::string &bytes, const QLocale &locale = English)
+Reading expectBothWaysAlike(const std::string &bytes, const QLocale &locale = EnUs)
 {
     const Reading quick = readBytes(bytes, locale, false);
     const Reading general = readBytes(bytes, locale, true);
@@ -195,7 +194,7 @@ TEST(CatalogueReaderTest, EveryTextCellHoldsOneReferenceToTheFileBytes)
     bytes += product({ "ODD", "price", "not a number" });
     for (int i = 20; i < 40; ++i)
         bytes += fullProduct("Q" + std::to_string(i));
-    Reading reading = readBytes(bytes, English, false);
+    Reading reading = readBytes(bytes, EnUs, false);
     ASSERT_EQ(reading.result.rowsRead, 41);
     Table &table = reading.table;
     const CellTextBlock *fileBytes = table.get(1, ProductRecord::PartNumber).textBlock();
@@ -224,8 +223,7 @@ TEST(CatalogueReaderTest, EveryTextCellHoldsOneReferenceToTheFileBytes)
 
 TEST(CatalogueReaderTest, WhereTheStoredFormIsNotTheUsersTheNumbersReadAlike)
 {
-    expectBothWaysAlike(
-        fullProduct("A") + product({ "B", "x", "1.5", "", "", "2.5", "3" }), German);
+    expectBothWaysAlike(fullProduct("A") + product({ "B", "x", "1.5", "", "", "2.5", "3" }), DeDe);
 }
 
 TEST(CatalogueReaderTest, RandomFilesReadAlikeEitherWay)

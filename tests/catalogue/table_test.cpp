@@ -1,6 +1,7 @@
 #include "catalogue/table.h"
 
 #include "core/vberror.h"
+#include "support/testlocale.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -12,7 +13,7 @@
 namespace tarnwick {
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 /// The error number a call raises; 0 when it raises none.
 int errorOf(const std::function<void()> &call)

@@ -14,6 +14,7 @@
 #include "products/productcommands.h"
 #include "quotes/quotediscount.h"
 #include "quotes/quoteline.h"
+#include "support/testlocale.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -65,7 +66,7 @@ enum class Kind {
     KindCount
 };
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 /// The key of a numeric sort: numbers and texts that read as numbers; none for the rest.
 std::optional<double> numberKey(const Cell &cell)

@@ -6,6 +6,8 @@
 #include "exchange/spreadsheetexport.h"
 #include "exchange/textworkbook.h"
 #include "exchange/workbook.h"
+#include "exchangetestdata.h"
+#include "support/testlocale.h"
 
 #include <QDir>
 
@@ -17,12 +19,9 @@ namespace CM = ColumnMapping;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
-QString dataFile(const QString &name)
-{
-    return QDir(QStringLiteral(TARNWICK_TEST_DATA)).filePath(name);
-}
+using tarnwick::test::dataFile;
 
 std::unique_ptr<IWorkbook> open(const QString &name)
 {

@@ -9,6 +9,7 @@
 #include "exchange/spreadsheetexport.h"
 #include "exchange/textworkbook.h"
 #include "support/fakesettingsstore.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +19,7 @@ namespace CM = ColumnMapping;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 std::array<int, CM::ListCount> noSelection()
 {

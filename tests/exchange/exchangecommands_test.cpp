@@ -8,6 +8,7 @@
 #include "support/diskfaults.h"
 #include "support/fakeservices.h"
 #include "support/tempappfolder.h"
+#include "support/testlocale.h"
 
 #include <QFile>
 
@@ -19,7 +20,7 @@ namespace EC = ExchangeCommands;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 class ExchangeCommandsTest : public ::testing::Test
 {

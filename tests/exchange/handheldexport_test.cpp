@@ -1,6 +1,7 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "exchange/handheldexport.h"
+#include "support/testlocale.h"
 
 #include <QDir>
 
@@ -11,7 +12,7 @@ namespace P = ProductRecord;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 Table widgetCatalogue()
 {

@@ -6,6 +6,7 @@
 #include "support/diskfaults.h"
 #include "support/fakeservices.h"
 #include "support/tempappfolder.h"
+#include "support/testlocale.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,7 +20,7 @@ using HandheldExport::SendResult;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 Table threeProducts()
 {

@@ -14,9 +14,11 @@
 #include "exchange/importplan.h"
 #include "exchange/textworkbook.h"
 #include "exchange/workbook.h"
+#include "exchangetestdata.h"
 #include "platform/appenvironment.h"
 #include "products/productcommands.h"
 #include "support/fakeprompts.h"
+#include "support/testlocale.h"
 
 #include <QDir>
 
@@ -28,7 +30,7 @@ namespace CM = ColumnMapping;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 /// The program's shared state with its history of changes, and the import as the import window
 /// carries it out.
@@ -92,7 +94,7 @@ protected:
 };
 
 /// Part number A, name B, list price C, first price point D and its price E.
-QString supplierLetters()
+QString supplierSheetLetters()
 {
     std::array<int, CM::ListCount> positions;
     positions.fill(0);
@@ -122,7 +124,7 @@ protected:
 
     ImportPlan update()
     {
-        return plan(sheet, supplierLetters(), true, ImportAction::UpdateExisting);
+        return plan(sheet, supplierSheetLetters(), true, ImportAction::UpdateExisting);
     }
 
     TextWorkbook sheet { SupplierSheet };
@@ -248,7 +250,7 @@ TEST_F(ImportTest, TheImportsSortIsTheOneTheGridsSortGives)
     byGrid.put(6, P::ProductName, "7");
     ProductCommands::sortCatalogue(byGrid, grids, P::PartNumber, EnUs);
 
-    ASSERT_TRUE(apply(plan(sheet, supplierLetters(), true, ImportAction::AddNew)));
+    ASSERT_TRUE(apply(plan(sheet, supplierSheetLetters(), true, ImportAction::AddNew)));
     EXPECT_EQ(products.Count(), 6);
     ASSERT_EQ(catalogue.rowCount(), 6) << "the row kept beyond Count goes, as the sort drops it";
     for (int row = 1; row <= 6; ++row)
@@ -257,10 +259,7 @@ TEST_F(ImportTest, TheImportsSortIsTheOneTheGridsSortGives)
 
 namespace {
 
-QString dataFile(const QString &name)
-{
-    return QDir(QStringLiteral(TARNWICK_TEST_DATA)).filePath(name);
-}
+using tarnwick::test::dataFile;
 
 /// Part number A, name B, price C, notes D, includes E, first point F and G.
 QString sampleLetters()

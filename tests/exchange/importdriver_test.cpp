@@ -12,8 +12,10 @@
 #include "exchange/columnmapping.h"
 #include "exchange/importdriver.h"
 #include "exchange/workbook.h"
+#include "exchangetestdata.h"
 #include "platform/appenvironment.h"
 #include "support/fakeprompts.h"
+#include "support/testlocale.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -27,12 +29,9 @@ namespace CM = ColumnMapping;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
-QString dataFile(const QString &name)
-{
-    return QDir(QStringLiteral(TARNWICK_TEST_DATA)).filePath(name);
-}
+using tarnwick::test::dataFile;
 
 /// Part number in column A, product name in column B, nothing else.
 QString partAndNameLetters()

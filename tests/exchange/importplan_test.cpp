@@ -9,6 +9,7 @@
 #include "exchange/workbook.h"
 #include "platform/appenvironment.h"
 #include "support/fakeprompts.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +19,7 @@ namespace CM = ColumnMapping;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 /// Part number A, name B, list price C, notes D, first price E (lists 0, 1, 3, 7, 4).
 QString supplierLetters(bool withName = true)

@@ -6,6 +6,7 @@
 #include "exchange/importplanmodels.h"
 #include "exchange/importreport.h"
 #include "exchange/textworkbook.h"
+#include "support/testlocale.h"
 
 #include <QAbstractItemModelTester>
 
@@ -17,7 +18,7 @@ namespace CM = ColumnMapping;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 ImportPlan planOf(const Table &catalogue, const QByteArray &rows, ImportAction action)
 {

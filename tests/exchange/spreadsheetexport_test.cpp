@@ -4,6 +4,7 @@
 #include "support/diskfaults.h"
 #include "support/fakeservices.h"
 #include "support/tempappfolder.h"
+#include "support/testlocale.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,7 +16,7 @@ namespace P = ProductRecord;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 const QByteArray Header = "Part Number\tProduct Name\tPrice\tNotes\tIncludes\tPrice Point 1\t"
                           "Price 1\tPrice Point 2\tPrice 2\tPrice Point 3\tPrice 3\t"

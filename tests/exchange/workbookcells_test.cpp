@@ -6,6 +6,7 @@
 #include "exchange/importchanges.h"
 #include "exchange/importplan.h"
 #include "exchange/workbook.h"
+#include "exchangetestdata.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,10 +23,7 @@
 namespace tarnwick {
 namespace {
 
-QString dataFile(const QString &name)
-{
-    return QDir(QStringLiteral(TARNWICK_TEST_DATA)).filePath(name);
-}
+using tarnwick::test::dataFile;
 
 std::unique_ptr<IWorkbook> open(const QString &path)
 {

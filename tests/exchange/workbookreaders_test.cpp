@@ -17,6 +17,7 @@
 #include "exchange/workbook.h"
 #include "platform/appenvironment.h"
 #include "support/fakeprompts.h"
+#include "support/testlocale.h"
 
 #include <QDir>
 #include <QFile>
@@ -31,7 +32,7 @@ namespace CM = ColumnMapping;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 const QString Error = QStringLiteral("<error>");
 
 const char *const ValuesWorkbooks[] = { "values.xls", "values.xlsx", "values.ods",

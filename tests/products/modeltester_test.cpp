@@ -6,6 +6,7 @@
 #include "products/schedulemodel.h"
 
 #include "support/modelcheck.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 Table catalogueOf(int products)
 {

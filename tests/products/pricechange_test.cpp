@@ -1,6 +1,7 @@
 // Many prices raised or lowered at once, with each rounding.
 #include "catalogue/table.h"
 #include "products/pricechange.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +9,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 using By = PriceChangeRule::By;
 using Rounding = PriceChangeRule::Rounding;

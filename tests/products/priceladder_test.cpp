@@ -2,6 +2,7 @@
 #include "catalogue/table.h"
 #include "products/priceladder.h"
 #include "products/priceschedule.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 using Kind = LadderProblem::Kind;
 

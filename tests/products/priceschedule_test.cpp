@@ -2,6 +2,7 @@
 #include "catalogue/table.h"
 #include "core/vberror.h"
 #include "products/priceschedule.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 /// A catalogue of three products; the price points of "A-100" are set per test.
 class SetPriceTest : public ::testing::Test

@@ -4,6 +4,7 @@
 #include "platform/appenvironment.h"
 #include "products/productcommands.h"
 #include "support/fakeprompts.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 /// A catalogue of products and the Products object that counts them.
 class ProductCommandsTest : public ::testing::Test

@@ -1,6 +1,7 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "products/productgridmodel.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 TEST(ProductGridModelTest, ShowsTheColumnsWithTheirCaptionsInOrder)
 {

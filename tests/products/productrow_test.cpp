@@ -1,6 +1,7 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "products/productrow.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +9,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 class ProductRowTest : public ::testing::Test
 {

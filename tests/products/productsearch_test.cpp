@@ -3,6 +3,7 @@
 #include "products/productsearch.h"
 #include "support/fakeprompts.h"
 #include "support/fakeservices.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +11,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 /// A small catalogue (grid rows 0..4) and a search with recording prompts and event pump.
 class ProductSearchTest : public ::testing::Test

@@ -3,6 +3,7 @@
 #include "products/priceladder.h"
 #include "products/productrow.h"
 #include "products/schedulemodel.h"
+#include "support/testlocale.h"
 
 #include <QSignalSpy>
 
@@ -12,7 +13,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 class ScheduleModelTest : public ::testing::Test
 {

@@ -2,6 +2,7 @@
 #include "products/ui/frmdiscount.h"
 #include "products/ui/frmdiscountprod.h"
 #include "quotes/quoteline.h"
+#include "support/testlocale.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -15,7 +16,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 class DiscountFormTest : public ::testing::Test
 {

@@ -17,9 +17,6 @@ using namespace tarnwick::test;
 
 namespace {
 
-const QuoteTexts Texts { QStringLiteral("Heading"), QStringLiteral("Ending") };
-const QDate Today(2026, 5, 12);
-
 class QuoteBookEditsTest : public QuoteBookTest
 {
 protected:
@@ -51,7 +48,7 @@ protected:
 
 TEST_F(QuoteBookEditsTest, AnOpenedQuoteGoesBackWithItsRevisionAndComesAgain)
 {
-    SavedQuote saved = sampleQuote(QStringLiteral("ACME"), Today, 3, QStringLiteral("S"));
+    SavedQuote saved = sampleQuote(QStringLiteral("ACME"), SampleToday, 3, QStringLiteral("S"));
     ASSERT_TRUE(book->saveNew(saved));
     QuoteList::replaceLines(module.QuoteTable(), sampleContent(2, QStringLiteral("U")).lines);
     const QuoteSession::State unsaved = session->state();
@@ -98,9 +95,10 @@ TEST_F(QuoteBookEditsTest, ANewQuoteEmptiesTheTotalsAndAnUndoShowsThemAgain)
 TEST_F(QuoteBookEditsTest, TheSameLinesUnderAnotherRevisionAreAStepAndNothingNewIsNone)
 {
     QuoteList::replaceLines(module.QuoteTable(), sampleContent(2).lines);
-    ASSERT_TRUE(session->saveNew({ QStringLiteral("ACME"), {}, {}, {} }, Texts, Today));
+    ASSERT_TRUE(session->saveNew({ QStringLiteral("ACME"), {}, {}, {} }, SampleTexts, SampleToday));
     const QuoteSession::State original = session->state();
-    ASSERT_TRUE(session->duplicate({ QStringLiteral("Bolt"), {}, {}, {} }, Texts, Today));
+    ASSERT_TRUE(
+        session->duplicate({ QStringLiteral("Bolt"), {}, {}, {} }, SampleTexts, SampleToday));
     const QuoteSession::State duplicate = session->state();
     const Table same = module.QuoteTable();
 

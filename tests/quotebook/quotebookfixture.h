@@ -1,8 +1,10 @@
 #pragma once
 
 #include "quotebook/quotebook.h"
+#include "quotebook/quotesession.h"
 #include "support/tempappfolder.h"
 
+#include <QDate>
 #include <QLocale>
 
 #include <gtest/gtest.h>
@@ -10,6 +12,10 @@
 #include <memory>
 
 namespace tarnwick::test {
+
+/// The heading and ending the quote book's tests save with their quotes, and their "today".
+inline const QuoteTexts SampleTexts { QStringLiteral("Heading"), QStringLiteral("Ending") };
+inline const QDate SampleToday(2026, 5, 12);
 
 /// Quote lines for tests: lines part numbers "<prefix>-1" … "<prefix>-<count>", each at list
 /// price $2.50 with quantity its line number.

@@ -17,9 +17,6 @@ using namespace tarnwick::test;
 
 namespace {
 
-const QDate Today(2026, 5, 12);
-const QuoteTexts Texts { QStringLiteral("Heading"), QStringLiteral("Ending") };
-
 class QuoteSessionTest : public QuoteBookTest
 {
 protected:
@@ -70,12 +67,12 @@ TEST_F(QuoteSessionTest, TheFirstSaveNumbersTheQuoteForItsCustomer)
     add(1, QStringLiteral("10"));
     add(2);
     QSignalSpy headerChanged(session.get(), &QuoteSession::headerChanged);
-    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    ASSERT_TRUE(session->saveNew(acme(), SampleTexts, SampleToday));
     EXPECT_EQ(headerChanged.count(), 1);
     const QuoteHeader &header = session->header();
     EXPECT_EQ(header.numberAndRevision(), QStringLiteral("Q-2026-0001 A"));
     EXPECT_EQ(header.customer, acme());
-    EXPECT_EQ(header.date, Today);
+    EXPECT_EQ(header.date, SampleToday);
     EXPECT_EQ(header.validUntil, QDate(2026, 6, 11));
     EXPECT_EQ(header.heading, QStringLiteral("Heading"));
     EXPECT_FALSE(session->isChanged());
@@ -91,7 +88,7 @@ TEST_F(QuoteSessionTest, TheFirstSaveNumbersTheQuoteForItsCustomer)
 TEST_F(QuoteSessionTest, LaterSavesUpdateThatRevision)
 {
     add(1);
-    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    ASSERT_TRUE(session->saveNew(acme(), SampleTexts, SampleToday));
     add(3, QStringLiteral("4"));
     EXPECT_TRUE(session->isChanged());
     ASSERT_TRUE(session->saveChanges({ QStringLiteral("New heading"), QStringLiteral("Ending") }));
@@ -112,12 +109,12 @@ TEST_F(QuoteSessionTest, LaterSavesUpdateThatRevision)
 TEST_F(QuoteSessionTest, ANewRevisionKeepsTheSavedOneUnchanged)
 {
     add(1);
-    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    ASSERT_TRUE(session->saveNew(acme(), SampleTexts, SampleToday));
     const qint64 revisionA = session->header().id;
     add(2);
-    ASSERT_TRUE(session->saveRevision(Texts, Today.addDays(2)));
+    ASSERT_TRUE(session->saveRevision(SampleTexts, SampleToday.addDays(2)));
     EXPECT_EQ(session->header().numberAndRevision(), QStringLiteral("Q-2026-0001 B"));
-    EXPECT_EQ(session->header().date, Today.addDays(2));
+    EXPECT_EQ(session->header().date, SampleToday.addDays(2));
     EXPECT_EQ(session->header().customer, acme());
     EXPECT_FALSE(session->isChanged());
     EXPECT_EQ(book->load(revisionA)->content.lines.rowCount(), 1);
@@ -128,11 +125,11 @@ TEST_F(QuoteSessionTest, ADuplicateHasTheSameLinesUnderANewNumber)
 {
     add(1, QStringLiteral("12"));
     add(2);
-    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    ASSERT_TRUE(session->saveNew(acme(), SampleTexts, SampleToday));
     const qint64 original = session->header().id;
     const CustomerDetails other { QStringLiteral("Bolt Brothers"), QStringLiteral("Bolt Ltd"), {},
         {} };
-    ASSERT_TRUE(session->duplicate(other, Texts, Today));
+    ASSERT_TRUE(session->duplicate(other, SampleTexts, SampleToday));
     EXPECT_EQ(session->header().numberAndRevision(), QStringLiteral("Q-2026-0002 A"));
     EXPECT_EQ(session->header().customer, other);
     EXPECT_TRUE(sameTable(
@@ -144,7 +141,7 @@ TEST_F(QuoteSessionTest, AStateTakenBackNamesTheRevisionAsTheBookHasItNow)
 {
     const QuoteSession::State unsaved = session->state();
     add(1);
-    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    ASSERT_TRUE(session->saveNew(acme(), SampleTexts, SampleToday));
     const QuoteSession::State saved = session->state();
     ASSERT_TRUE(session->markSent());
     QSignalSpy header(session.get(), &QuoteSession::headerChanged);
@@ -192,7 +189,7 @@ TEST_F(QuoteSessionTest, TheQuoteInHandIsKeptWhenItChangesAndRestoredAtTheNextSt
 TEST_F(QuoteSessionTest, ASavedQuoteInHandComesBackAsThatRevisionWithItsChanges)
 {
     add(1);
-    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    ASSERT_TRUE(session->saveNew(acme(), SampleTexts, SampleToday));
     add(2);
     ASSERT_TRUE(session->keepNow());
     ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened);
@@ -226,7 +223,7 @@ TEST_F(QuoteSessionTest, OpeningAQuoteFindsTheLinesThatCostOtherwiseToday)
     add(3); // list price 3, typed below
     quote.put(3, QuoteLine::UnitPrice, "2.75");
     QuoteList::repriceLine(quote, catalogue, 3, QuoteGridColumn::Price, locale);
-    ASSERT_TRUE(session->saveNew(acme(), Texts, Today));
+    ASSERT_TRUE(session->saveNew(acme(), SampleTexts, SampleToday));
     const qint64 id = session->header().id;
     session->startNew();
     QuoteList::replaceLines(quote, Table(0, QuoteLine::FieldCount));

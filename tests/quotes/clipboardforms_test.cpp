@@ -8,6 +8,7 @@
 #include "quotes/quotedocument.h"
 #include "quotes/quoteline.h"
 #include "quotes/rtfwriter.h"
+#include "support/testlocale.h"
 
 #include <QRegularExpression>
 #include <QTextCursor>
@@ -21,7 +22,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 class ClipboardFormsTest : public ::testing::Test
 {

@@ -2,6 +2,7 @@
 #include "products/priceschedule.h"
 #include "quotes/pricelist.h"
 #include "quotes/printcodes.h"
+#include "support/testlocale.h"
 
 #include <QPdfWriter>
 #include <QProcess>
@@ -13,7 +14,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 TEST(PrintCodesTest, TabMovesToTheNextSectionAndPIsThePageNumber)
 {

@@ -1,5 +1,6 @@
 #include "catalogue/table.h"
 #include "quotes/productreport.h"
+#include "support/testlocale.h"
 
 #include <QTextCursor>
 #include <QTextDocument>
@@ -10,7 +11,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 QString report(const Table &catalogue, int row)
 {

@@ -2,6 +2,7 @@
 #include "products/discount.h"
 #include "quotes/quotediscount.h"
 #include "quotes/quoteline.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 /// A quote of three lines and room for more.
 class QuoteDiscountTest : public ::testing::Test

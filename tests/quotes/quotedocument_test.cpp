@@ -3,6 +3,7 @@
 #include "quotes/quotedocument.h"
 #include "quotes/quoteline.h"
 #include "quotes/rtfwriter.h"
+#include "support/testlocale.h"
 
 #include <QTextCursor>
 #include <QTextDocument>
@@ -13,7 +14,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 class QuoteDocumentTest : public ::testing::Test
 {

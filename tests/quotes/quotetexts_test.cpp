@@ -7,6 +7,7 @@
 #include "quotes/quotenote.h"
 
 #include "support/tempappfolder.h"
+#include "support/testlocale.h"
 
 #include <QDir>
 #include <QTextDocument>
@@ -16,7 +17,7 @@
 namespace tarnwick {
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 void putLine(Table &quote, int row, const Cell &unit, const Cell &list, const Cell &extended)
 {

@@ -4,6 +4,7 @@
 #include "quotes/quotedocument.h"
 #include "quotes/quoteline.h"
 #include "quotes/rtfwriter.h"
+#include "support/testlocale.h"
 
 #include <QProcess>
 #include <QRegularExpression>
@@ -18,7 +19,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 /// unrtf's HTML of rtf (the body only, raw line breaks removed).
 QString unrtfHtml(const QByteArray &rtf)

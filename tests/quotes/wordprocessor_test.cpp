@@ -7,6 +7,7 @@
 #include "quotes/documentclipboard.h"
 #include "quotes/quotedocument.h"
 #include "quotes/quoteline.h"
+#include "support/testlocale.h"
 
 #include <QFile>
 #include <QTextDocument>
@@ -21,7 +22,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 QByteArray dataFile(const char *name)
 {

@@ -22,11 +22,6 @@ using namespace tarnwick::test;
 
 namespace {
 
-QString workbook(const char *name)
-{
-    return QDir(QStringLiteral(TARNWICK_WORKBOOKS)).filePath(QString::fromLatin1(name));
-}
-
 class ExchangeWindowTest : public SampleWindowTest
 {
 protected:

@@ -29,11 +29,6 @@ using namespace tarnwick::test;
 
 namespace {
 
-QString workbook(const char *name)
-{
-    return QDir(QStringLiteral(TARNWICK_WORKBOOKS)).filePath(QString::fromLatin1(name));
-}
-
 /// Rows as a spreadsheet puts them on the clipboard: tab-separated, header row first.
 const QString CopiedRows = QStringLiteral("Part Number\tProduct Name\tPrice\n"
                                           "A-100\tAnchor\t13.25\n"

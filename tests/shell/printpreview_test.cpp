@@ -4,6 +4,7 @@
 #include "catalogue/table.h"
 #include "quotes/pricelist.h"
 #include "shell/printpreview.h"
+#include "support/testlocale.h"
 
 #include <QAction>
 #include <QLabel>
@@ -20,7 +21,7 @@ using namespace tarnwick;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 Table catalogueOf(int products)
 {

@@ -18,8 +18,6 @@ using namespace tarnwick::test;
 
 namespace {
 
-const QString RecoveryFile = QStringLiteral("twdata-recovery.dat");
-
 class SavingWindowTest : public SampleWindowTest
 {
 protected:

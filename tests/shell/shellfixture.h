@@ -9,6 +9,7 @@
 #include "support/tempappfolder.h"
 
 #include <QByteArray>
+#include <QDir>
 #include <QLocale>
 #include <QStringList>
 
@@ -19,6 +20,15 @@
 #include <vector>
 
 namespace tarnwick::test {
+
+/// The name of the recovery file in the application folder.
+inline const QString RecoveryFile = QStringLiteral("twdata-recovery.dat");
+
+/// A workbook of the exchange tests' data folder.
+inline QString workbook(const char *name)
+{
+    return QDir(QStringLiteral(TARNWICK_WORKBOOKS)).filePath(QString::fromLatin1(name));
+}
 
 /// Answers the shell's dialogs from a script: the password prompt with `answer` (counting
 /// the times it was asked), the input dialog with the queued texts (recording each request).

@@ -26,8 +26,6 @@ using namespace tarnwick::test;
 
 namespace {
 
-const QString RecoveryFile = QStringLiteral("twdata-recovery.dat");
-
 class UndoWindowTest : public SampleWindowTest
 {
 protected:

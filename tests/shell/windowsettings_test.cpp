@@ -1,6 +1,7 @@
 #include "shell/settingskeys.h"
 #include "shell/windowsettings.h"
 #include "support/fakesettingsstore.h"
+#include "support/testlocale.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,7 @@ using namespace tarnwick::test;
 
 namespace {
 
-const QLocale EnUs(QLocale::English, QLocale::UnitedStates);
+using tarnwick::test::EnUs;
 
 void store(FakeSettingsStore &settings, QLatin1String key, const QString &value)
 {

@@ -75,10 +75,11 @@ side_done
 # package is built and checked once, from the first build: a package of a sanitizer build would
 # never be shipped. Each test executable runs its cases in one process here (see
 # cmake/TarnwickTest.cmake): an instrumented process costs more to start and to check at exit
-# than most cases take.
+# than most cases take. The tests' own code is built without UBSan's dynamic type check (vptr),
+# which alone took a third of the time of building it; the program's code keeps every check.
 asan_dir="$TARNWICK_ROOT/build-asan"
 stage "sanitizer configure" tarnwick_configure "$asan_dir" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" \
-    -DTARNWICK_TEST_CODE_OPTIONS=-O0 -DTARNWICK_UNITY_BUILD=ON \
+    -DTARNWICK_TEST_CODE_OPTIONS="-O0;-fno-sanitize=vptr" -DTARNWICK_UNITY_BUILD=ON \
     -DTARNWICK_BUILD_TESTS=ON -DTARNWICK_WERROR=ON -DTARNWICK_SANITIZE=ON \
     -DTARNWICK_TEST_WHOLE_EXECUTABLES=ON
 stage "sanitizer build" cmake --build "$asan_dir" -j "$(nproc)"

@@ -191,7 +191,9 @@ QList<int> linesWithOtherPrices(const Table &quote, const std::vector<PriceSourc
     const int lines = qMin(QuoteLine::lineCount(quote), int(sources.size()));
     for (int row = 1; row <= lines && row <= quote.rowCount(); ++row) {
         const PriceSource source = sources[std::size_t(row - 1)];
-        if (source != PriceSource::ListPrice && source != PriceSource::PricePoint)
+        // A locked price was agreed with the customer: today's catalogue does not change it.
+        if ((source != PriceSource::ListPrice && source != PriceSource::PricePoint)
+            || QuoteLine::isLocked(quote, row))
             continue;
         const int product = catalogueRowOf(catalogue, partNumberOf(quote, row, locale), locale);
         const auto unitToday = catalogueUnitPrice(quote, row, catalogue, locale);

@@ -104,6 +104,21 @@ TEST_F(PriceSourceTest, LinesFromTheCatalogueWithOtherPricesTodayAreFound)
     EXPECT_TRUE(PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale).isEmpty());
 }
 
+TEST_F(PriceSourceTest, ALockedLineIsNotOfferedTodaysPrice)
+{
+    add(QStringLiteral("A-100"));
+    add(QStringLiteral("B-200"));
+    const std::vector<PriceSource> sources { PriceSource::ListPrice, PriceSource::ListPrice };
+    catalogue.put(1, ProductRecord::Price, "$13.00");
+    catalogue.put(2, ProductRecord::Price, "$7.00");
+    QuoteLine::setLocked(quote, 1, true);
+    EXPECT_EQ(
+        PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale), (QList<int> { 2 }));
+    QuoteLine::setLocked(quote, 1, false);
+    EXPECT_EQ(PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale),
+        (QList<int> { 1, 2 }));
+}
+
 TEST_F(PriceSourceTest, AProductNoLongerInTheCatalogueIsLeftAsItIs)
 {
     add(QStringLiteral("A-100"));

@@ -1,6 +1,8 @@
 // The quote document's clipboard forms as a word processor takes them: the HTML with its
 // columns in table cells (read back by Qt's own HTML reader), and the RTF keeping each
 // product's name, price line and includes text together on one page.
+#include "quotedocumentfixture.h"
+
 #include "catalogue/table.h"
 #include "quotes/documentclipboard.h"
 #include "quotes/htmlwriter.h"
@@ -24,32 +26,14 @@ namespace {
 
 using tarnwick::test::EnUs;
 
-class ClipboardFormsTest : public ::testing::Test
+class ClipboardFormsTest : public tarnwick::test::QuoteDocumentFixture
 {
 protected:
-    ClipboardFormsTest() : quote(QuoteLine::MaxLines, QuoteLine::FieldCount)
+    ClipboardFormsTest() : QuoteDocumentFixture(QStringLiteral("$2.50"), QStringLiteral("$47.50"))
     {
-        input.heading = QStringLiteral("Dear customer,");
-        input.ending = QStringLiteral("Kind regards");
-        input.discountBox = QStringLiteral("$2.50");
-        input.totalBox = QStringLiteral("$47.50");
         addLine(1, "A-1", "Widget", "$12.50", qint32(2), 25.0, "$12.50", "Box and cable");
         addLine(2, "B-2", "Gadget & Co <big>", 11.25f, qint32(2), 22.5, "$12.50", "Manual");
     }
-    void addLine(int row, const char *part, const char *name, const Cell &unit, const Cell &qty,
-        const Cell &ext, const Cell &list, const char *includes)
-    {
-        quote.put(row, QuoteLine::PartNumber, part);
-        quote.put(row, QuoteLine::ProductName, name);
-        quote.put(row, QuoteLine::UnitPrice, unit);
-        quote.put(row, QuoteLine::Quantity, qty);
-        quote.put(row, QuoteLine::ExtendedPrice, ext);
-        quote.put(row, QuoteLine::ListPrice, list);
-        quote.put(row, QuoteLine::Includes, includes);
-    }
-
-    Table quote;
-    QuoteDocumentInput input;
 };
 
 QString cellText(QTextTable *table, int row, int column)

@@ -1,3 +1,5 @@
+#include "quotedocumentfixture.h"
+
 #include "catalogue/table.h"
 #include "quotes/documentclipboard.h"
 #include "quotes/quotedocument.h"
@@ -16,31 +18,12 @@ namespace {
 
 using tarnwick::test::EnUs;
 
-class QuoteDocumentTest : public ::testing::Test
+class QuoteDocumentTest : public tarnwick::test::QuoteDocumentFixture
 {
 protected:
-    QuoteDocumentTest() : quote(QuoteLine::MaxLines, QuoteLine::FieldCount)
-    {
-        input.heading = QStringLiteral("Dear customer,");
-        input.ending = QStringLiteral("Kind regards");
-        input.discountBox = QStringLiteral("$0.00");
-        input.totalBox = QStringLiteral("$25.00");
-    }
-    void addLine(int row, const char *part, const char *name, const Cell &unit, const Cell &qty,
-        const Cell &ext, const Cell &list, const char *includes)
-    {
-        quote.put(row, QuoteLine::PartNumber, part);
-        quote.put(row, QuoteLine::ProductName, name);
-        quote.put(row, QuoteLine::UnitPrice, unit);
-        quote.put(row, QuoteLine::Quantity, qty);
-        quote.put(row, QuoteLine::ExtendedPrice, ext);
-        quote.put(row, QuoteLine::ListPrice, list);
-        quote.put(row, QuoteLine::Includes, includes);
-    }
+    QuoteDocumentTest()
+        : QuoteDocumentFixture(QStringLiteral("$0.00"), QStringLiteral("$25.00")) { }
     QString plain() const { return QuoteDocument::build(quote, input, EnUs)->toPlainText(); }
-
-    Table quote;
-    QuoteDocumentInput input;
 };
 
 TEST_F(QuoteDocumentTest, OnePlainLine)

@@ -78,10 +78,7 @@ protected:
             QPoint(cell.left() + cell.height() / 2, cell.bottom()));
     }
     QString partInGridRow(int row) const { return grid->model()->index(row, 0).data().toString(); }
-    QString quoteCell(int row, int column) const
-    {
-        return quoteGrid->model()->index(row, column).data().toString();
-    }
+    QString quoteCell(int row, int column) const { return gridCellText(quoteGrid, row, column); }
 
     GridView *quoteGrid = nullptr;
 };

@@ -90,10 +90,7 @@ protected:
         window->actions().mnuMainGrid()->hide();
         action("mnuGrdMainQuote")->trigger();
     }
-    QString quoteCell(int row, int column) const
-    {
-        return quoteGrid->model()->index(row, column).data().toString();
-    }
+    QString quoteCell(int row, int column) const { return gridCellText(quoteGrid, row, column); }
     /// The catalogue row holding a part number, 0 when none does.
     int rowOfPart(const QString &part)
     {

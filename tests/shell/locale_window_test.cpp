@@ -53,19 +53,11 @@ protected:
     }
     void typeIntoQuote(int row, int column, const QString &text)
     {
-        GridView *quote = window->ui().GrdQuote;
-        quote->setCurrentIndex(quote->model()->index(row, column));
-        QTest::keyClick(quote, Qt::Key_F2);
-        auto *editor = quote->viewport()->findChild<QLineEdit *>();
-        ASSERT_NE(editor, nullptr);
-        editor->selectAll();
-        QTest::keyClicks(editor, text);
-        QTest::keyClick(editor, Qt::Key_Return);
-        ASSERT_TRUE(QTest::qWaitFor([quote] { return !quote->isEditing(); }, 2000));
+        editGridCell(window->ui().GrdQuote, row, column, text);
     }
     QString quoteCell(int row, int column) const
     {
-        return window->ui().GrdQuote->model()->index(row, column).data().toString();
+        return gridCellText(window->ui().GrdQuote, row, column);
     }
     void addBoltToQuote()
     {

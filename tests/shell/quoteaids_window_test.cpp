@@ -53,21 +53,8 @@ protected:
     {
         return window->actions().action(QString::fromLatin1(name));
     }
-    void typeQuantity(int row, const QString &text)
-    {
-        quoteGrid->setCurrentIndex(quoteGrid->model()->index(row, 3));
-        QTest::keyClick(quoteGrid, Qt::Key_F2);
-        auto *editor = quoteGrid->viewport()->findChild<QLineEdit *>();
-        ASSERT_NE(editor, nullptr);
-        editor->selectAll();
-        QTest::keyClicks(editor, text);
-        QTest::keyClick(editor, Qt::Key_Return);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 2000));
-    }
-    QString cell(int row, int column) const
-    {
-        return quoteGrid->model()->index(row, column).data().toString();
-    }
+    void typeQuantity(int row, const QString &text) { editGridCell(quoteGrid, row, 3, text); }
+    QString cell(int row, int column) const { return gridCellText(quoteGrid, row, column); }
     bool lockMarkShown(int row) const
     {
         auto *marks = qobject_cast<CellMarkDelegate *>(quoteGrid->itemDelegate());

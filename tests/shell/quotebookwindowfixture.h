@@ -9,7 +9,6 @@
 #include "shell/quotebookcontroller.h"
 
 #include <QGroupBox>
-#include <QLineEdit>
 #include <QTableView>
 
 #include <deque>
@@ -84,11 +83,7 @@ protected:
             texts << model->index(row, column).data().toString();
         return texts;
     }
-    QStringList totals() const
-    {
-        return { window->ui().TxtTotal->text(), window->ui().TxtDisc->text(),
-            window->ui().TxtQdisper->text() };
-    }
+    QStringList totals() const { return quoteTotalBoxes(*window); }
     QuoteBook &book() { return window->quoteBook().book(); }
     /// Closes the window as the user would and starts the program again in the same folder.
     void closeAndStart()

@@ -4,6 +4,7 @@
 #include "shell/settingskeys.h"
 
 #include <QAction>
+#include <QLineEdit>
 
 #include <QTest>
 
@@ -22,6 +23,29 @@ QByteArray sampleCatalogue()
     return catalogueLine({ "B-200", "Bolt", "2.5", "Zinc plated", "Nut", "1", "2.5", "100", "2" })
         + catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes", "Washer" })
         + catalogueLine({ "C-300", "Clamp", "", "", "" });
+}
+
+void editGridCell(GridView *grid, int row, int column, const QString &text)
+{
+    grid->setCurrentIndex(grid->model()->index(row, column));
+    QTest::keyClick(grid, Qt::Key_F2);
+    auto *editor = grid->viewport()->findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    editor->selectAll();
+    QTest::keyClicks(editor, text);
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([grid] { return !grid->isEditing(); }, 2000));
+}
+
+QString gridCellText(const GridView *grid, int row, int column)
+{
+    return grid->model()->index(row, column).data().toString();
+}
+
+QStringList quoteTotalBoxes(const frmMain &window)
+{
+    return { window.ui().TxtTotal->text(), window.ui().TxtDisc->text(),
+        window.ui().TxtQdisper->text() };
 }
 
 void ShellTest::SetUp()

@@ -72,6 +72,14 @@ QByteArray catalogueLine(const QStringList &fields);
 /// A small catalogue of three products, out of part-number order.
 QByteArray sampleCatalogue();
 
+/// Edits a grid cell (0-based) from the keyboard as a user does: F2, the text over the old
+/// one, Enter; returns once the edit is done. A failure is reported to the running test.
+void editGridCell(GridView *grid, int row, int column, const QString &text);
+/// The text a grid shows in a cell (0-based).
+QString gridCellText(const GridView *grid, int row, int column);
+/// The quote's total boxes: the total, the discount and the discount percentage.
+QStringList quoteTotalBoxes(const frmMain &window);
+
 /// A start of the real program in a temporary application folder, with fake desktop services.
 class ShellTest : public ::testing::Test
 {

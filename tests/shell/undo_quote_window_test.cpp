@@ -16,7 +16,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
-#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
@@ -45,24 +44,10 @@ protected:
     }
     void typeIntoQuote(int row, int column, const QString &text)
     {
-        quoteGrid->setCurrentIndex(quoteGrid->model()->index(row, column));
-        QTest::keyClick(quoteGrid, Qt::Key_F2);
-        auto *editor = quoteGrid->viewport()->findChild<QLineEdit *>();
-        ASSERT_NE(editor, nullptr);
-        editor->selectAll();
-        QTest::keyClicks(editor, text);
-        QTest::keyClick(editor, Qt::Key_Return);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 2000));
+        editGridCell(quoteGrid, row, column, text);
     }
-    QString quoteCell(int row, int column) const
-    {
-        return quoteGrid->model()->index(row, column).data().toString();
-    }
-    QStringList totals() const
-    {
-        return { window->ui().TxtTotal->text(), window->ui().TxtDisc->text(),
-            window->ui().TxtQdisper->text() };
-    }
+    QString quoteCell(int row, int column) const { return gridCellText(quoteGrid, row, column); }
+    QStringList totals() const { return quoteTotalBoxes(*window); }
     void ctrlZ()
     {
         quoteGrid->setFocus(Qt::MouseFocusReason);

@@ -131,25 +131,6 @@ SCENARIOS = {name[len("scenario_"):]: fn for name, fn in globals().items()
              if name.startswith("scenario_")}
 
 
-def main():
-    args = e2e.parse_args()
-    fn = SCENARIOS.get(args.scenario)
-    if fn is None:
-        print("unknown scenario %r; known: %s" % (args.scenario, ", ".join(sorted(SCENARIOS))))
-        return 2
-    run = e2e.Run(args)
-    try:
-        fn(run)
-    except Exception as e:  # noqa: BLE001 - report and fail
-        print("FAIL %s: %s: %s" % (args.scenario, type(e).__name__, e))
-        print("0 passed, 1 failed")
-        return 1
-    finally:
-        e2e.shutil.rmtree(run.tmp, ignore_errors=True)
-    print("ok   %s" % args.scenario)
-    print("1 passed, 0 failed")
-    return 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    e2e.SCENARIOS = SCENARIOS
+    sys.exit(e2e.main())

@@ -75,7 +75,7 @@ TEST_F(QuoteBookTest, ASavedQuoteComesBackWithEveryCellAndItsKind)
 
     const auto loaded = book->load(quote.header.id);
     ASSERT_TRUE(loaded.has_value()) << book->errorString().toStdString();
-    EXPECT_TRUE(sameTable(loaded->content.lines, lines));
+    EXPECT_TRUE(sameCells(loaded->content.lines, lines));
     EXPECT_EQ(loaded->content.lines.get(1, QuoteLine::UnitPrice).kind(), Cell::Kind::Single);
     EXPECT_EQ(loaded->content.lines.get(1, QuoteLine::ExtendedPrice).kind(), Cell::Kind::Double);
     EXPECT_EQ(loaded->content.lines.get(1, QuoteLine::Quantity).kind(), Cell::Kind::Int32);
@@ -125,7 +125,7 @@ TEST_F(QuoteBookTest, AnUpdateRewritesTheRevisionInPlace)
     ASSERT_TRUE(book->update(quote)) << book->errorString().toStdString();
     const auto loaded = book->load(quote.header.id);
     ASSERT_TRUE(loaded.has_value());
-    EXPECT_TRUE(sameTable(loaded->content.lines, quote.content.lines));
+    EXPECT_TRUE(sameCells(loaded->content.lines, quote.content.lines));
     EXPECT_EQ(loaded->header.customer.email, QStringLiteral("new@example.com"));
     EXPECT_EQ(loaded->header.heading, QStringLiteral("A new heading"));
     EXPECT_EQ(book->quoteCount(), 1);
@@ -210,7 +210,7 @@ TEST_F(QuoteBookTest, TheQuoteInHandIsKeptAndReplaced)
     const auto kept = book->inHand();
     ASSERT_TRUE(kept.has_value());
     EXPECT_EQ(kept->quoteId, 7);
-    EXPECT_TRUE(sameTable(kept->content.lines, inHand.content.lines));
+    EXPECT_TRUE(sameCells(kept->content.lines, inHand.content.lines));
     EXPECT_EQ(kept->content.sources, inHand.content.sources);
 
     ASSERT_TRUE(book->keepInHand(QuoteBook::InHand()));
@@ -240,7 +240,7 @@ TEST_F(QuoteBookTest, ALockedLineAndItsFurtherQuantitiesSurviveSaveAndOpen)
     const auto kept = book->inHand();
     ASSERT_TRUE(kept.has_value());
     for (const Table *back : { &loaded->content.lines, &kept->content.lines }) {
-        EXPECT_TRUE(sameTable(*back, lines));
+        EXPECT_TRUE(sameCells(*back, lines));
         EXPECT_FALSE(QuoteLine::isLocked(*back, 1));
         EXPECT_TRUE(QuoteLine::isLocked(*back, 2));
         EXPECT_FALSE(QuoteLine::isLocked(*back, 3));
@@ -263,7 +263,7 @@ TEST_F(QuoteBookTest, TheBackupIsAWholeBookOfItsOwn)
     ASSERT_EQ(copy.open(backup).status, QuoteBook::OpenStatus::Opened);
     const auto loaded = copy.load(quote.header.id);
     ASSERT_TRUE(loaded.has_value());
-    EXPECT_TRUE(sameTable(loaded->content.lines, quote.content.lines));
+    EXPECT_TRUE(sameCells(loaded->content.lines, quote.content.lines));
 }
 
 TEST_F(QuoteBookTest, ABackupThatCannotBeWrittenLeavesTheOldOne)
@@ -311,7 +311,7 @@ TEST_F(QuoteBookTest, TenThousandQuotesOfTwentyLines)
     EXPECT_EQ(byPart.first().customerText(), QStringLiteral("Customer 9876, Customer 9876 Ltd"));
     const auto loaded = book->load(byPart.first().id);
     ASSERT_TRUE(loaded.has_value());
-    EXPECT_TRUE(sameTable(loaded->content.lines, quotes[9876].content.lines));
+    EXPECT_TRUE(sameCells(loaded->content.lines, quotes[9876].content.lines));
 }
 
 } // namespace

@@ -35,19 +35,6 @@ SavedQuote sampleQuote(const QString &customer, const QDate &date, int lines, co
     return quote;
 }
 
-bool sameTable(const Table &a, const Table &b)
-{
-    if (a.rowCount() != b.rowCount() || a.fieldCount() != b.fieldCount())
-        return false;
-    for (int row = 1; row <= a.rowCount(); ++row) {
-        for (int field = 1; field <= a.fieldCount(); ++field) {
-            if (!(a.get(row, field) == b.get(row, field)))
-                return false;
-        }
-    }
-    return true;
-}
-
 void QuoteBookTest::SetUp()
 {
     book = std::make_unique<QuoteBook>(locale);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/cellchanges.h"
 #include "quotebook/quotebook.h"
 #include "quotebook/quotesession.h"
 #include "support/tempappfolder.h"
@@ -24,9 +25,6 @@ QuoteContent sampleContent(int count, const QString &prefix = QStringLiteral("P"
 /// A saved quote for customer, dated date, with sampleContent(lines).
 SavedQuote sampleQuote(const QString &customer, const QDate &date, int lines = 3,
     const QString &prefix = QStringLiteral("P"));
-
-/// True when both tables have the same size and cells.
-bool sameTable(const Table &a, const Table &b);
 
 /// A quote book in a temporary application folder.
 class QuoteBookTest : public ::testing::Test

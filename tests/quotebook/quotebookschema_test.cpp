@@ -99,7 +99,7 @@ TEST_F(QuoteBookFileTest, ABookOfVersionOneIsBroughtUpToDate)
     EXPECT_EQ(book.list(QStringLiteral("q-2025-0041")).size(), 1);
     const auto loaded = book.load(5);
     ASSERT_TRUE(loaded.has_value());
-    EXPECT_TRUE(sameTable(loaded->content.lines, sampleContent(3, QStringLiteral("OLD")).lines));
+    EXPECT_TRUE(sameCells(loaded->content.lines, sampleContent(3, QStringLiteral("OLD")).lines));
     for (int row = 1; row <= 3; ++row) {
         EXPECT_FALSE(QuoteLine::isLocked(loaded->content.lines, row));
         EXPECT_TRUE(loaded->content.lines.get(row, QuoteLine::Quantities).isEmpty());
@@ -132,7 +132,7 @@ TEST_F(QuoteBookFileTest, LinesKeptBeforeLocksWereStoredReadAsUnlocked)
     EXPECT_EQ(QuoteBookSchema::version(db, error), 3);
     const auto kept = book.inHand();
     ASSERT_TRUE(kept.has_value());
-    EXPECT_TRUE(sameTable(kept->content.lines, sampleContent(2, QStringLiteral("HAND")).lines));
+    EXPECT_TRUE(sameCells(kept->content.lines, sampleContent(2, QStringLiteral("HAND")).lines));
     EXPECT_FALSE(QuoteLine::isLocked(kept->content.lines, 1));
     EXPECT_TRUE(kept->content.lines.get(2, QuoteLine::Quantities).isEmpty());
     // The quote in hand can be kept again with a lock.

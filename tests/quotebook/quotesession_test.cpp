@@ -79,7 +79,7 @@ TEST_F(QuoteSessionTest, TheFirstSaveNumbersTheQuoteForItsCustomer)
 
     const auto saved = book->load(header.id);
     ASSERT_TRUE(saved.has_value());
-    EXPECT_TRUE(sameTable(saved->content.lines, QuoteList::linesOf(quote)));
+    EXPECT_TRUE(sameCells(saved->content.lines, QuoteList::linesOf(quote)));
     EXPECT_EQ(saved->content.sources,
         (std::vector<PriceSource> { PriceSource::PricePoint, PriceSource::ListPrice }));
     EXPECT_DOUBLE_EQ(saved->total, 109.5 + 4.0);
@@ -132,7 +132,7 @@ TEST_F(QuoteSessionTest, ADuplicateHasTheSameLinesUnderANewNumber)
     ASSERT_TRUE(session->duplicate(other, SampleTexts, SampleToday));
     EXPECT_EQ(session->header().numberAndRevision(), QStringLiteral("Q-2026-0002 A"));
     EXPECT_EQ(session->header().customer, other);
-    EXPECT_TRUE(sameTable(
+    EXPECT_TRUE(sameCells(
         book->load(session->header().id)->content.lines, book->load(original)->content.lines));
     EXPECT_EQ(book->load(original)->header.customer, acme());
 }
@@ -182,7 +182,7 @@ TEST_F(QuoteSessionTest, TheQuoteInHandIsKeptWhenItChangesAndRestoredAtTheNextSt
     QuoteSession next(*book, restoredQuote, catalogue, locale);
     const auto lines = next.restore();
     ASSERT_TRUE(lines.has_value());
-    EXPECT_TRUE(sameTable(*lines, QuoteList::linesOf(quote)));
+    EXPECT_TRUE(sameCells(*lines, QuoteList::linesOf(quote)));
     EXPECT_FALSE(next.header().isSaved());
 }
 

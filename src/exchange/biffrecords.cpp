@@ -1,5 +1,7 @@
 #include "exchange/biffrecords.h"
 
+#include "exchange/utf8.h"
+
 namespace tarnwick::Biff {
 
 bool RecordReader::next(Record &record)
@@ -166,19 +168,7 @@ void appendUtf16(std::string &out, const char16_t *units, std::size_t count)
         } else if (c >= 0xD800 && c <= 0xDFFF) {
             c = 0xFFFD;
         }
-        if (c < 0x800) {
-            out += char(0xC0 | (c >> 6));
-            out += char(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            out += char(0xE0 | (c >> 12));
-            out += char(0x80 | ((c >> 6) & 0x3F));
-            out += char(0x80 | (c & 0x3F));
-        } else {
-            out += char(0xF0 | (c >> 18));
-            out += char(0x80 | ((c >> 12) & 0x3F));
-            out += char(0x80 | ((c >> 6) & 0x3F));
-            out += char(0x80 | (c & 0x3F));
-        }
+        appendUtf8(out, c);
     }
 }
 

@@ -36,13 +36,8 @@ public:
     bool read()
     {
         const int depth = m_xml.depth();
-        for (;;) {
-            const Token token = m_xml.next();
-            if (token == Token::Invalid || token == Token::End)
-                return false;
-            if (token == Token::EndElement && m_xml.depth() == depth)
-                return true;
-            if (token != Token::StartElement)
+        while (m_xml.nextWithin(depth)) {
+            if (m_xml.token() != Token::StartElement)
                 continue;
             const std::string_view name = m_xml.name();
             if (name == "table:table-row") {
@@ -55,6 +50,7 @@ public:
                 return false;
             }
         }
+        return !m_xml.failed();
     }
 
 private:
@@ -64,13 +60,8 @@ private:
         const qint64 repeat =
             odsRepeat(m_xml.attribute("table:number-rows-repeated"), qint64(SheetCells::MaxRows));
         qint64 column = 0;
-        for (;;) {
-            const Token token = m_xml.next();
-            if (token == Token::Invalid || token == Token::End)
-                return false;
-            if (token == Token::EndElement && m_xml.depth() == depth)
-                break;
-            if (token != Token::StartElement)
+        while (m_xml.nextWithin(depth)) {
+            if (m_xml.token() != Token::StartElement)
                 continue;
             const std::string_view name = m_xml.name();
             if (name != "table:table-cell" && name != "table:covered-table-cell") {
@@ -88,6 +79,8 @@ private:
             }
             column += cellRepeat;
         }
+        if (m_xml.failed())
+            return false;
         m_cells.repeatRow(int(m_row), int(repeat));
         m_row += repeat;
         return true;
@@ -141,13 +134,8 @@ private:
     {
         const int depth = m_xml.depth();
         bool first = true;
-        for (;;) {
-            const Token token = m_xml.next();
-            if (token == Token::Invalid || token == Token::End)
-                return false;
-            if (token == Token::EndElement && m_xml.depth() == depth)
-                return true;
-            if (token != Token::StartElement)
+        while (m_xml.nextWithin(depth)) {
+            if (m_xml.token() != Token::StartElement)
                 continue;
             if (m_xml.name() != "text:p" && m_xml.name() != "text:h") {
                 // Comments, drawings and other content of the cell are no part of its value.
@@ -161,22 +149,18 @@ private:
             if (!readParagraph(start))
                 return false;
         }
+        return !m_xml.failed();
     }
 
     bool readParagraph(std::size_t start)
     {
         const int depth = m_xml.depth();
-        for (;;) {
-            const Token token = m_xml.next();
-            if (token == Token::Invalid || token == Token::End)
-                return false;
-            if (token == Token::EndElement && m_xml.depth() == depth)
-                return true;
-            if (token == Token::Text) {
+        while (m_xml.nextWithin(depth)) {
+            if (m_xml.token() == Token::Text) {
                 appendLimited(start, m_xml.text());
                 continue;
             }
-            if (token != Token::StartElement)
+            if (m_xml.token() != Token::StartElement)
                 continue;
             const std::string_view name = m_xml.name();
             if (name == "text:s") {
@@ -193,6 +177,7 @@ private:
                 return false;
             }
         }
+        return !m_xml.failed();
     }
 
     /// How many bytes the cell begun at start may still take (one more than a cell keeps, so

@@ -237,13 +237,8 @@ bool appendStringItem(XmlPull &xml, std::string &out)
     const int depth = xml.depth();
     const std::size_t itemStart = out.size();
     std::string text;
-    for (;;) {
-        Token token = xml.next();
-        if (token == Token::Invalid || token == Token::End)
-            return false;
-        if (token == Token::EndElement && xml.depth() == depth)
-            return true;
-        if (token != Token::StartElement)
+    while (xml.nextWithin(depth)) {
+        if (xml.token() != Token::StartElement)
             continue;
         const std::string_view name = xml.localName();
         if (name == "r")
@@ -256,12 +251,12 @@ bool appendStringItem(XmlPull &xml, std::string &out)
         }
         const int textDepth = xml.depth();
         text.clear();
-        while ((token = xml.next()) != Token::EndElement || xml.depth() != textDepth) {
-            if (token == Token::Invalid || token == Token::End)
-                return false;
-            if (token == Token::Text && text.size() <= SheetCells::MaxCellBytes)
+        while (xml.nextWithin(textDepth)) {
+            if (xml.token() == Token::Text && text.size() <= SheetCells::MaxCellBytes)
                 text.append(xml.text());
         }
+        if (xml.failed())
+            return false;
         if (text.find("_x") == std::string::npos && text.find("_X") == std::string::npos) {
             SheetValue::appendText(out, text);
         } else {
@@ -272,6 +267,7 @@ bool appendStringItem(XmlPull &xml, std::string &out)
         if (out.size() - itemStart > SheetCells::MaxCellBytes + 4)
             out.resize(itemStart + SheetCells::MaxCellBytes + 4);
     }
+    return !xml.failed();
 }
 
 } // namespace tarnwick::XlsxParts

@@ -107,13 +107,8 @@ private:
         m_value.clear();
         bool hasValue = false;
         const int depth = m_xml.depth();
-        for (;;) {
-            const Token token = m_xml.next();
-            if (token == Token::Invalid || token == Token::End)
-                return false;
-            if (token == Token::EndElement && m_xml.depth() == depth)
-                break;
-            if (token != Token::StartElement)
+        while (m_xml.nextWithin(depth)) {
+            if (m_xml.token() != Token::StartElement)
                 continue;
             if (m_xml.localName() == "v") {
                 hasValue = true;
@@ -127,6 +122,8 @@ private:
                 return false;
             }
         }
+        if (m_xml.failed())
+            return false;
         if (!placed) {
             texts.resize(start);
             return true;
@@ -141,15 +138,11 @@ private:
     bool readValue()
     {
         const int depth = m_xml.depth();
-        for (;;) {
-            const Token token = m_xml.next();
-            if (token == Token::Invalid || token == Token::End)
-                return false;
-            if (token == Token::EndElement && m_xml.depth() == depth)
-                return true;
-            if (token == Token::Text && m_value.size() <= SheetCells::MaxCellBytes)
+        while (m_xml.nextWithin(depth)) {
+            if (m_xml.token() == Token::Text && m_value.size() <= SheetCells::MaxCellBytes)
                 m_value.append(m_xml.text());
         }
+        return !m_xml.failed();
     }
 
     bool putValue(int row, int column, XlsxCellType type, int style, std::size_t start)

@@ -1,5 +1,7 @@
 #include "exchange/xmlpull.h"
 
+#include "exchange/utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -30,25 +32,6 @@ bool isXmlBlank(char c)
 bool isBlankText(std::string_view text)
 {
     return std::all_of(text.begin(), text.end(), isXmlBlank);
-}
-
-void appendCodePoint(std::string &out, char32_t c)
-{
-    if (c < 0x80) {
-        out += char(c);
-    } else if (c < 0x800) {
-        out += char(0xC0 | (c >> 6));
-        out += char(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += char(0xE0 | (c >> 12));
-        out += char(0x80 | ((c >> 6) & 0x3F));
-        out += char(0x80 | (c & 0x3F));
-    } else {
-        out += char(0xF0 | (c >> 18));
-        out += char(0x80 | ((c >> 12) & 0x3F));
-        out += char(0x80 | ((c >> 6) & 0x3F));
-        out += char(0x80 | (c & 0x3F));
-    }
 }
 
 /// The character of a reference such as "#10", "#x2F" or "amp" (the text between & and ;), or
@@ -143,16 +126,18 @@ std::string_view XmlPull::attributeByLocalName(std::string_view localName) const
 
 bool XmlPull::skipElement()
 {
-    const int depth = m_depth;
     if (m_token != Token::StartElement)
         return false;
-    for (;;) {
-        const Token token = next();
-        if (token == Token::End || token == Token::Invalid)
-            return false;
-        if (token == Token::EndElement && m_depth == depth)
-            return true;
-    }
+    const int depth = m_depth;
+    while (nextWithin(depth)) { }
+    return !failed();
+}
+
+bool XmlPull::nextWithin(int depth)
+{
+    const Token token = next();
+    return token != Token::End && token != Token::Invalid
+        && (token != Token::EndElement || m_depth != depth);
 }
 
 bool XmlPull::fill()
@@ -469,7 +454,7 @@ bool XmlPull::decodeInto(std::string &out, std::string_view raw, bool attributeV
             const char32_t character = entityCharacter(raw.substr(at, semicolon - at));
             if (character == 0)
                 return false;
-            appendCodePoint(out, character);
+            appendUtf8(out, character);
             at = semicolon + 1;
         } else if (c == '<') {
             return false;

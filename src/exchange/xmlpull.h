@@ -52,6 +52,15 @@ public:
     /// After a start element: reads up to and including its end. False when the input ends or
     /// is invalid first.
     bool skipElement();
+    /// Reads the next token inside the element at depth, whose start tag has been read; false
+    /// at that element's end tag, and false when the input ends or is invalid first, which
+    /// failed() then tells. An element's content is read as
+    ///     const int depth = xml.depth();
+    ///     while (xml.nextWithin(depth)) { ... }
+    ///     if (xml.failed()) ...
+    bool nextWithin(int depth);
+    /// Whether the input has ended or proved invalid.
+    bool failed() const { return m_token == Token::End || m_token == Token::Invalid; }
 
 private:
     struct Attribute

@@ -111,6 +111,46 @@ TEST(XmlPull, SkipElementReadsToItsEnd)
     EXPECT_EQ(parser.depth(), 2);
 }
 
+TEST(XmlPull, NextWithinReadsAnElementsContentUpToItsOwnEnd)
+{
+    XmlPull parser(sourceOf("<a><b>x<b>y</b><c/></b><d/></a>", 2));
+    ASSERT_EQ(parser.next(), Token::StartElement);
+    ASSERT_EQ(parser.next(), Token::StartElement);
+    const int depth = parser.depth();
+    std::string seen;
+    while (parser.nextWithin(depth)) {
+        if (parser.token() == Token::StartElement)
+            seen += "<" + std::string(parser.name()) + ">";
+        else if (parser.token() == Token::EndElement)
+            seen += "</" + std::string(parser.name()) + ">";
+        else if (parser.token() == Token::Text)
+            seen += parser.text();
+    }
+    EXPECT_FALSE(parser.failed());
+    EXPECT_EQ(seen, "x<b>y</b><c></c>") << "the inner b's end is not the outer one's";
+    EXPECT_EQ(parser.token(), Token::EndElement);
+    EXPECT_EQ(parser.name(), "b");
+    ASSERT_EQ(parser.next(), Token::StartElement);
+    EXPECT_EQ(parser.name(), "d");
+}
+
+TEST(XmlPull, NextWithinStopsWhenTheInputEndsOrIsInvalidFirst)
+{
+    for (const std::string xml : { "<a><b>x<c/>", "<a><b>x</c></a>" }) {
+        SCOPED_TRACE(xml);
+        XmlPull parser(sourceOf(xml, 1 << 10));
+        ASSERT_EQ(parser.next(), Token::StartElement);
+        ASSERT_EQ(parser.next(), Token::StartElement);
+        const int depth = parser.depth();
+        int steps = 0;
+        while (parser.nextWithin(depth))
+            ++steps;
+        EXPECT_TRUE(parser.failed());
+        EXPECT_FALSE(parser.skipElement());
+        EXPECT_LE(steps, 3);
+    }
+}
+
 TEST(XmlPull, LongTextComesInPiecesNeverInsideAReference)
 {
     std::string body;

@@ -16,13 +16,7 @@
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
-#include "platform/qt/qtclipboard.h"
-#include "platform/qt/qtdesktopservices.h"
-#include "platform/qt/qteventpump.h"
-#include "platform/qt/qtfiledialogs.h"
-#include "platform/qt/qthelpviewer.h"
-#include "platform/qt/qtprocesslauncher.h"
-#include "platform/qt/qtsettingsstore.h"
+#include "platform/qt/qtservices.h"
 #include "shell/frmmain.h"
 #include "shell/frmsplash1.h"
 #include "shell/gridview.h"
@@ -174,15 +168,8 @@ int main(int argc, char **argv)
 
     const AppEnvironment environment(folder.path(), QString());
     AnsweringPrompts prompts;
-    QtClipboard clipboard;
-    QtSettingsStore settings;
-    QtFileDialogs fileDialogs;
-    QtProcessLauncher launcher;
-    QtHelpViewer help;
-    QtEventPump events;
-    QtDesktopServices desktop;
-    const AppServices services { prompts, clipboard, settings, fileDialogs, launcher, help, events,
-        environment, desktop };
+    QtServices desktopServices;
+    const AppServices services = desktopServices.with(prompts, environment);
     ScriptedDialogs dialogs;
     Module1 module(prompts, environment, QLocale(QLocale::English, QLocale::UnitedStates));
 

@@ -7,14 +7,8 @@
 #include "platform/appfolder.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
-#include "platform/qt/qtclipboard.h"
-#include "platform/qt/qtdesktopservices.h"
-#include "platform/qt/qteventpump.h"
-#include "platform/qt/qtfiledialogs.h"
-#include "platform/qt/qthelpviewer.h"
-#include "platform/qt/qtprocesslauncher.h"
 #include "platform/qt/qtprompts.h"
-#include "platform/qt/qtsettingsstore.h"
+#include "platform/qt/qtservices.h"
 #include "shell/frmmain.h"
 #include "shell/frmsplash1.h"
 #include "shell/shelldialogs.h"
@@ -55,15 +49,8 @@ int main(int argc, char *argv[])
 
     const AppEnvironment environment = AppEnvironment::fromApplication(QApplication::arguments());
     QtPrompts prompts;
-    QtClipboard clipboard;
-    QtSettingsStore settings;
-    QtFileDialogs fileDialogs;
-    QtProcessLauncher launcher;
-    QtHelpViewer help;
-    QtEventPump events;
-    QtDesktopServices desktop;
-    const AppServices services { prompts, clipboard, settings, fileDialogs, launcher, help, events,
-        environment, desktop };
+    QtServices desktopServices;
+    const AppServices services = desktopServices.with(prompts, environment);
 
     const SingleInstance instance(environment.appFolder());
     if (!instance.isOnlyInstance()) {

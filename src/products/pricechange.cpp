@@ -112,4 +112,34 @@ QString previewLine(const PriceChangeEntry &entry, const QLocale &locale)
             format(Cell(entry.newPrice), currency, locale));
 }
 
+QString previewText(const PriceChangePlan &plan, const QLocale &locale, int limit)
+{
+    QStringList lines;
+    const int count = int(plan.entries.size());
+    for (int i = 0; i < count && i < limit; ++i)
+        lines << previewLine(plan.entries[std::size_t(i)], locale);
+    if (count > limit)
+        lines << QStringLiteral("\u2026 and %1 more.").arg(count - limit);
+    return lines.join(QLatin1Char('\n'));
+}
+
+QString summary(const PriceChangePlan &plan, bool entered)
+{
+    if (!entered)
+        return QStringLiteral("Enter the percentage or the amount as a number.");
+    if (!plan.belowZero.isEmpty())
+        return QStringLiteral("The change would take prices below zero: %1.")
+            .arg(plan.belowZero.mid(0, 5).join(QStringLiteral(", ")));
+    if (plan.entries.empty())
+        return QStringLiteral("No price changes.");
+    return plan.entries.size() == 1
+        ? QStringLiteral("1 price will change.")
+        : QStringLiteral("%1 prices will change.").arg(int(plan.entries.size()));
+}
+
+bool canApply(const PriceChangePlan &plan, bool entered)
+{
+    return entered && plan.belowZero.isEmpty() && !plan.entries.empty();
+}
+
 } // namespace tarnwick::PriceChange

@@ -64,6 +64,16 @@ PriceChangePlan plan(const Table &catalogue, const std::vector<int> &rows,
 /// A preview line: "TW-100  List price  $12.85 → $14.14".
 QString previewLine(const PriceChangeEntry &entry, const QLocale &locale);
 
+/// The preview: a line for each of the first limit changes, then "… and N more." for the rest.
+QString previewText(const PriceChangePlan &plan, const QLocale &locale, int limit);
+
+/// The line under the preview. entered: whether the change is a number (without one, the plan
+/// is empty and the line asks for it).
+QString summary(const PriceChangePlan &plan, bool entered);
+
+/// Whether the plan may be applied: a number entered, some price changed, none below zero.
+bool canApply(const PriceChangePlan &plan, bool entered);
+
 } // namespace PriceChange
 
 } // namespace tarnwick

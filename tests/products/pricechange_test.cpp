@@ -101,4 +101,38 @@ TEST(PriceChangeTest, APriceBelowZeroIsReportedAndAnUnchangedPriceLeftOut)
     EXPECT_TRUE(same.entries.empty());
 }
 
+TEST(PriceChangeTest, ThePreviewAndItsSummarySayWhatOkWouldDo)
+{
+    const Table table = catalogue();
+    const PriceChangePlan raise =
+        PriceChange::plan(table, { 1, 2 }, ruleOf(By::Percent, 10, Rounding::Cents), EnUs);
+    EXPECT_EQ(PriceChange::previewText(raise, EnUs, 2),
+        QStringLiteral("TW-100  List price  $12.85 \u2192 $14.14\n"
+                       "TW-100  Price 1  $11.90 \u2192 $13.09\n"
+                       "\u2026 and 1 more."));
+    EXPECT_EQ(PriceChange::previewText(raise, EnUs, 3).count(QLatin1Char('\n')), 2);
+    EXPECT_EQ(PriceChange::summary(raise, true), QStringLiteral("3 prices will change."));
+    EXPECT_TRUE(PriceChange::canApply(raise, true));
+
+    const PriceChangePlan one =
+        PriceChange::plan(table, { 3 }, ruleOf(By::Percent, 10, Rounding::Cents), EnUs);
+    EXPECT_EQ(PriceChange::summary(one, true), QStringLiteral("1 price will change."));
+
+    const PriceChangePlan lower =
+        PriceChange::plan(table, { 1, 3 }, ruleOf(By::Amount, -3, Rounding::Cents), EnUs);
+    EXPECT_EQ(PriceChange::summary(lower, true),
+        QStringLiteral("The change would take prices below zero: TW-300 list price."));
+    EXPECT_FALSE(PriceChange::canApply(lower, true));
+
+    const PriceChangePlan same =
+        PriceChange::plan(table, { 3 }, ruleOf(By::Percent, 0, Rounding::Whole), EnUs);
+    EXPECT_EQ(PriceChange::summary(same, true), QStringLiteral("No price changes."));
+    EXPECT_FALSE(PriceChange::canApply(same, true));
+
+    EXPECT_EQ(PriceChange::summary({}, false),
+        QStringLiteral("Enter the percentage or the amount as a number."));
+    EXPECT_FALSE(PriceChange::canApply(raise, false));
+    EXPECT_TRUE(PriceChange::previewText({}, EnUs, 200).isEmpty());
+}
+
 } // namespace

@@ -117,30 +117,10 @@ void FrmChangePrices::updatePreview()
 {
     const auto entered = rule();
     m_plan = entered ? m_planner(*entered, selectedOnly()) : PriceChangePlan {};
-    QStringList lines;
-    for (const PriceChangeEntry &entry : m_plan.entries) {
-        if (lines.size() == PreviewLimit)
-            break;
-        lines << PriceChange::previewLine(entry, m_locale);
-    }
-    if (int(m_plan.entries.size()) > PreviewLimit)
-        lines << tr("… and %1 more.").arg(int(m_plan.entries.size()) - PreviewLimit);
-    m_preview->setPlainText(lines.join(QLatin1Char('\n')));
-    QString summary;
-    if (!entered)
-        summary = tr("Enter the percentage or the amount as a number.");
-    else if (!m_plan.belowZero.isEmpty())
-        summary = tr("The change would take prices below zero: %1.")
-                      .arg(m_plan.belowZero.mid(0, 5).join(QStringLiteral(", ")));
-    else if (m_plan.entries.empty())
-        summary = tr("No price changes.");
-    else
-        summary = m_plan.entries.size() == 1
-            ? tr("1 price will change.")
-            : tr("%1 prices will change.").arg(int(m_plan.entries.size()));
-    m_summary->setText(summary);
+    m_preview->setPlainText(PriceChange::previewText(m_plan, m_locale, PreviewLimit));
+    m_summary->setText(PriceChange::summary(m_plan, entered.has_value()));
     m_buttons->button(QDialogButtonBox::Ok)
-        ->setEnabled(entered && m_plan.belowZero.isEmpty() && !m_plan.entries.empty());
+        ->setEnabled(PriceChange::canApply(m_plan, entered.has_value()));
 }
 
 } // namespace tarnwick

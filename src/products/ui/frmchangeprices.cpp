@@ -53,6 +53,8 @@ FrmChangePrices::FrmChangePrices(
     connect(m_rounding, &QComboBox::currentIndexChanged, this, &FrmChangePrices::updatePreview);
     resize(560, 420);
     updatePreview();
+    // What the user types first is the change; the options keep their defaults.
+    m_change->setFocus();
 }
 
 QFormLayout *FrmChangePrices::createChoices(int selectedCount, int shownCount)

@@ -33,14 +33,19 @@ ProductStep::ProductStep(EditHistory &history, const QString &text, const Produc
 
 void ProductStep::announce(bool undone, bool replayed)
 {
-    m_history.announce(
-        ProductChange { undone ? m_before : m_after, m_rowsChanged, keepsSchedule(), replayed });
+    const auto [firstRow, lastRow] = changedRows();
+    m_history.announce(ProductChange {
+        undone ? m_before : m_after, m_rowsChanged, keepsSchedule(), replayed, firstRow, lastRow });
 }
 
 ProductCellsStep::ProductCellsStep(
     EditHistory &history, const QString &text, const ProductView &view, CellChanges changes)
-    : ProductStep(history, text, view, view, false), m_changes(std::move(changes))
+    : ProductStep(history, text, view, view, false), m_changes(std::move(changes)), m_rows(0, 0)
 {
+    const auto [first, last] = std::minmax_element(m_changes.begin(), m_changes.end(),
+        [](const CellChange &a, const CellChange &b) { return a.row < b.row; });
+    if (first != m_changes.end())
+        m_rows = { first->row, last->row };
 }
 
 void ProductCellsStep::forward()

@@ -7,6 +7,7 @@
 
 #include <QLocale>
 
+#include <utility>
 #include <vector>
 
 namespace tarnwick {
@@ -23,6 +24,8 @@ protected:
     void announce(bool undone, bool replayed) override;
     /// Whether the price schedule shows what the step left in the schedule table.
     virtual bool keepsSchedule() const { return false; }
+    /// The first and last rows whose cells the step changes in place; {0, 0} for none.
+    virtual std::pair<int, int> changedRows() const { return { 0, 0 }; }
     EditHistory &history() const { return m_history; }
 
 private:
@@ -40,9 +43,11 @@ protected:
         EditHistory &history, const QString &text, const ProductView &view, CellChanges changes);
     void forward() override;
     void backward() override;
+    std::pair<int, int> changedRows() const override { return m_rows; }
 
 private:
     CellChanges m_changes;
+    std::pair<int, int> m_rows;
 };
 
 /// A part number or product name typed into the product grid.

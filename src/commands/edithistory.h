@@ -40,6 +40,10 @@ struct ProductChange
     bool scheduleKept = false;
     /// An undo or a redo, not the user's own change (which the window shows itself).
     bool replayed = false;
+    /// The first and last catalogue rows whose cells the step changed (0 when it changed no
+    /// cell in place), for the grid to show them again.
+    int firstRow = 0;
+    int lastRow = 0;
 };
 
 /// What a step did to the quote, for the windows that show it.

@@ -121,6 +121,8 @@ private:
     void setEditMode(bool on);
     void writeBackRow(const ProductView &view);
     void refreshGridRow(int row);
+    /// Repaints the grid rows first to last (1-based; clipped to the grid).
+    void refreshGridRows(int first, int last);
     void popUpGridMenu(const QPoint &globalPosition);
 
     const AppServices &m_services;

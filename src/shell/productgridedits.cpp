@@ -19,6 +19,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
+#include <algorithm>
+
 namespace tarnwick {
 
 void ProductGridController::writeBackRow(const ProductView &view)
@@ -45,9 +47,16 @@ void ProductGridController::writeBackRow(const ProductView &view)
 
 void ProductGridController::refreshGridRow(int row)
 {
-    if (row >= 1 && row <= m_gridModel->rowCount())
-        Q_EMIT m_gridModel->dataChanged(m_gridModel->index(row - 1, 0),
-            m_gridModel->index(row - 1, m_gridModel->columnCount() - 1));
+    refreshGridRows(row, row);
+}
+
+void ProductGridController::refreshGridRows(int first, int last)
+{
+    first = std::max(first, 1);
+    last = std::min(last, m_gridModel->rowCount());
+    if (first <= last)
+        Q_EMIT m_gridModel->dataChanged(m_gridModel->index(first - 1, 0),
+            m_gridModel->index(last - 1, m_gridModel->columnCount() - 1));
 }
 
 void ProductGridController::clearScheduleShown()
@@ -128,10 +137,12 @@ void ProductGridController::productsChanged(const ProductChange &change)
     // schedule show that row as they did then.
     m_gridTag.clear();
     const ProductView &view = change.view;
-    if (change.rowsChanged)
+    if (change.rowsChanged) {
         m_gridModel->reload();
-    else
+    } else {
         refreshGridRow(view.row);
+        refreshGridRows(change.firstRow, change.lastRow);
+    }
     const bool isRow = view.row >= 1 && view.row <= m_gridModel->rowCount();
     m_repositioning = true;
     if (isRow)

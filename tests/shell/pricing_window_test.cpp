@@ -128,6 +128,8 @@ TEST_F(PricingWindowTest, ChangePricesPreviewsAndAppliesOneUndoStep)
     ASSERT_NE(change, nullptr);
     auto *ok = change->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
     EXPECT_FALSE(ok->isEnabled()) << "nothing entered yet";
+    EXPECT_EQ(change->focusWidget(), change->findChild<QLineEdit *>(QStringLiteral("TxtChange")))
+        << "what is typed first is the change";
     QTest::keyClicks(change->findChild<QLineEdit *>(QStringLiteral("TxtChange")), "10");
     change->findChild<QComboBox *>(QStringLiteral("CmbRounding"))->setCurrentIndex(1);
     const QString preview =
@@ -146,6 +148,20 @@ TEST_F(PricingWindowTest, ChangePricesPreviewsAndAppliesOneUndoStep)
     EXPECT_EQ(conv::toText(module->Catalogue().get(2, 9), locale), QStringLiteral("1347.95"));
     EXPECT_EQ(priceOf(3), QStringLiteral("5"));
     EXPECT_EQ(window->history().undoText(), QStringLiteral("Change Prices (6 prices)"));
+    // The grid is told about every changed row, not only the current one, so none of them
+    // keeps showing the price it had before the undo or the redo.
+    QSignalSpy shown(grid->model(), &QAbstractItemModel::dataChanged);
+    const auto secondRowShownAgain = [&shown] {
+        return std::any_of(shown.begin(), shown.end(), [](const QList<QVariant> &signal) {
+            return signal[0].toModelIndex().row() <= 1 && signal[1].toModelIndex().row() >= 1;
+        });
+    };
+    action("mnuEditUndo")->trigger();
+    EXPECT_TRUE(secondRowShownAgain());
+    shown.clear();
+    action("mnuEditRedo")->trigger();
+    EXPECT_TRUE(secondRowShownAgain());
+    EXPECT_EQ(priceOf(2), QStringLiteral("1374.95"));
     action("mnuEditUndo")->trigger();
     EXPECT_EQ(priceOf(1), QStringLiteral("12.85"));
     EXPECT_EQ(priceOf(2), QStringLiteral("1250"));

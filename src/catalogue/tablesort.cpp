@@ -192,23 +192,6 @@ void sortByText(
     Q_UNUSED(first);
 }
 
-/// The value a cell sorts by in a numeric sort; none for blank and non-numeric cells.
-std::optional<double> sortNumber(const Cell &cell, const QLocale &locale, bool dotLocale)
-{
-    if (cell.isNumber())
-        return cell.asNumber();
-    if (!cell.isText() || cell.textView().isEmpty())
-        return std::nullopt;
-    if (dotLocale) {
-        const CellTextView view = cell.textView();
-        if (view.encoding != TextEncoding::Utf16) {
-            if (const std::optional<double> plain = conv::plainDecimal(view.bytes(), view.size))
-                return plain;
-        }
-    }
-    return conv::parseNumber(cell.asText(), locale);
-}
-
 void sortByNumber(
     std::vector<int> &order, const Table &table, int first, int field, const QLocale &locale)
 {
@@ -216,7 +199,7 @@ void sortByNumber(
     std::vector<std::optional<double>> keys;
     keys.reserve(order.size());
     for (const int row : order)
-        keys.push_back(sortNumber(table.get(row, field), locale, dotLocale));
+        keys.push_back(conv::cellNumber(table.get(row, field), locale, dotLocale));
     // Numbers ascending; blank and non-numeric cells after every number, in their old order.
     std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
         const auto &ka = keys[std::size_t(a - first)];

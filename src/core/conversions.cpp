@@ -270,4 +270,20 @@ std::optional<double> plainDecimal(const char *bytes, qsizetype size)
     return value;
 }
 
+std::optional<double> cellNumber(const Cell &cell, const QLocale &locale, bool plainDecimals)
+{
+    if (cell.isNumber())
+        return cell.asNumber();
+    if (!cell.isText())
+        return std::nullopt;
+    const CellTextView view = cell.textView();
+    if (view.isEmpty())
+        return std::nullopt;
+    if (plainDecimals && view.encoding != TextEncoding::Utf16) {
+        if (const std::optional<double> plain = plainDecimal(view.bytes(), view.size))
+            return plain;
+    }
+    return parseNumber(cell.asText(), locale);
+}
+
 } // namespace tarnwick::conv

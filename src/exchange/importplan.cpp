@@ -16,24 +16,14 @@ namespace {
 
 const QString MissingProductName = QStringLiteral("Missing Product Name");
 
-/// The value of a cell as a number, when it is one: numbers as they are, texts as the user's
-/// locale reads them ("$12.50", "12.5").
-std::optional<double> numberIn(const Cell &cell, const QLocale &locale)
-{
-    if (cell.isNumber())
-        return cell.asNumber();
-    if (cell.isText())
-        return conv::parseNumber(cell.asText(), locale);
-    return std::nullopt;
-}
-
 /// Whether two cells of a field hold the same value: numbers by value (in single precision
-/// where either side is kept so, as the list price is), anything else by its text.
-bool sameValue(int field, const Cell &a, const Cell &b, const QLocale &locale)
+/// where either side is kept so, as the list price is), anything else by its text. Texts are
+/// read as numbers as the user's locale reads them ("$12.50", "12.5").
+bool sameValue(int field, const Cell &a, const Cell &b, const QLocale &locale, bool plain)
 {
     if (P::isNumberField(field)) {
-        const std::optional<double> x = numberIn(a, locale);
-        const std::optional<double> y = numberIn(b, locale);
+        const std::optional<double> x = conv::cellNumber(a, locale, plain);
+        const std::optional<double> y = conv::cellNumber(b, locale, plain);
         if (x && y) {
             const bool single = field == P::Price || a.kind() == Cell::Kind::Single
                 || b.kind() == Cell::Kind::Single;
@@ -61,19 +51,20 @@ int ImportPlan::skippedCount(SkipReason reason) const
     return count;
 }
 
-/// The texts of one sheet row, by catalogue field (index 0 unused); whether each field's list
-/// is mapped.
+/// The cells of one sheet row as the workbook hands them over (IWorkbook::textCell: texts,
+/// without a copy where the workbook can), by catalogue field (index 0 unused); whether each
+/// field's list is mapped. Only the part number is decoded, for the index of part numbers.
 struct ImportPlanner::RowCells
 {
-    std::array<QString, P::FieldCount + 1> text;
+    std::array<Cell, P::FieldCount + 1> cell;
     std::array<bool, P::FieldCount + 1> mapped {};
-    /// The sheet column each mapped field is read from.
-    std::array<int, P::FieldCount + 1> column {};
+    QString partNumber;
 
+    bool isBlank(int field) const { return cell[std::size_t(field)].isBlank(); }
     bool allEmpty() const
     {
-        for (const QString &value : text) {
-            if (!value.isEmpty())
+        for (const Cell &value : cell) {
+            if (!value.isBlank())
                 return false;
         }
         return true;
@@ -83,7 +74,8 @@ struct ImportPlanner::RowCells
 ImportPlanner::ImportPlanner(const IWorkbook &workbook, const Table &catalogue,
     const QString &letters, bool firstRowHasHeaders, ImportAction action, const QLocale &locale)
     : m_workbook(workbook), m_catalogue(catalogue), m_letters(letters), m_locale(locale),
-      m_row(firstRowHasHeaders ? 2 : 1), m_emptyText(QString())
+      m_plainDecimals(conv::readsPlainDecimals(locale)), m_row(firstRowHasHeaders ? 2 : 1),
+      m_emptyText(QString())
 {
     m_plan.action = action;
     m_done = m_letters.size() != ColumnMapping::ListCount
@@ -104,10 +96,9 @@ bool ImportPlanner::readCell(int listIndex, RowCells &cells)
     if (ColumnMapping::isUnread(letter))
         return true;
     cells.mapped[std::size_t(field)] = true;
-    cells.column[std::size_t(field)] = letter.unicode() - 'A';
-    QString &text = cells.text[std::size_t(field)];
+    Cell &cell = cells.cell[std::size_t(field)];
     // An error cell (#DIV/0!, #N/A) is a cell that cannot be read.
-    return m_trap.step([&] { text = readCellText(m_workbook, letter.unicode() - 'A', m_row); });
+    return m_trap.step([&] { cell = readTextCell(m_workbook, letter.unicode() - 'A', m_row); });
 }
 
 void ImportPlanner::readOtherCells(RowCells &cells)
@@ -137,7 +128,8 @@ bool ImportPlanner::step()
         return !m_done;
     }
     m_unreadableRows = 0;
-    const QString partNumber = cells.text[P::PartNumber];
+    cells.partNumber = cells.cell[P::PartNumber].asText();
+    const QString &partNumber = cells.partNumber;
     if (update ? cells.allEmpty() : partNumber.isEmpty()) {
         m_done = true;
         return false;
@@ -154,7 +146,7 @@ bool ImportPlanner::step()
 
 void ImportPlanner::planAdd(RowCells &cells)
 {
-    const QString &partNumber = cells.text[P::PartNumber];
+    const QString &partNumber = cells.partNumber;
     if (m_partNumbers.contains(partNumber)) {
         skip(SkipReason::PartNumberExists, partNumber);
         return;
@@ -166,14 +158,13 @@ void ImportPlanner::planAdd(RowCells &cells)
 
 void ImportPlanner::planUpdate(const RowCells &cells)
 {
-    const QString &partNumber = cells.text[P::PartNumber];
+    const QString &partNumber = cells.partNumber;
     const auto known = m_partNumbers.constFind(partNumber);
-    const QString &price = cells.text[P::Price];
     if (partNumber.isEmpty())
         skip(SkipReason::EmptyPartNumber, partNumber);
     else if (known != m_partNumbers.cend() && *known == 0)
         skip(SkipReason::RepeatedPartNumber, partNumber);
-    else if (!price.isEmpty() && !conv::parseNumber(price, m_locale))
+    else if (!cells.isBlank(P::Price) && !number(cells.cell[P::Price]))
         skip(SkipReason::PriceNotANumber, partNumber);
     else if (known != m_partNumbers.cend())
         planExisting(cells, *known);
@@ -197,22 +188,29 @@ void ImportPlanner::skip(SkipReason reason, const QString &partNumber)
     m_plan.skipped.push_back({ m_row, reason, partNumber });
 }
 
-Cell ImportPlanner::newCell(int field, const RowCells &cells) const
+std::optional<double> ImportPlanner::number(const Cell &cell) const
 {
-    const QString &text = cells.text[std::size_t(field)];
-    if (field == P::ProductName)
-        return Cell(text.isEmpty() ? MissingProductName : text.left(MaxNameLength));
-    if (field == P::Price) {
-        const std::optional<double> price = conv::parseNumber(text, m_locale);
-        return price ? Cell(float(*price)) : Cell();
-    }
-    return text.isEmpty() ? m_emptyText : textCell(field, cells);
+    return conv::cellNumber(cell, m_locale, m_plainDecimals);
 }
 
-Cell ImportPlanner::textCell(int field, const RowCells &cells) const
+Cell ImportPlanner::nameCell(const Cell &name)
 {
-    // The workbook's own cell keeps the text without a copy where it can.
-    return m_workbook.textCell(cells.column[std::size_t(field)], m_row);
+    // Only a text of more bytes (or units) than the limit can have more characters.
+    if (name.textView().size <= MaxNameLength)
+        return name;
+    return Cell(name.asText().left(MaxNameLength));
+}
+
+Cell ImportPlanner::newCell(int field, const RowCells &cells) const
+{
+    const Cell &cell = cells.cell[std::size_t(field)];
+    if (field == P::ProductName)
+        return cell.isBlank() ? Cell(MissingProductName) : nameCell(cell);
+    if (field == P::Price) {
+        const std::optional<double> price = number(cell);
+        return price ? Cell(float(*price)) : Cell();
+    }
+    return cell.isBlank() ? m_emptyText : cell;
 }
 
 void ImportPlanner::planNew(const RowCells &cells)
@@ -224,14 +222,14 @@ void ImportPlanner::planNew(const RowCells &cells)
 
 std::optional<Cell> ImportPlanner::updatedCell(int field, const RowCells &cells) const
 {
-    const QString &text = cells.text[std::size_t(field)];
-    if (!cells.mapped[std::size_t(field)] || text.isEmpty() || field == P::PartNumber)
+    const Cell &cell = cells.cell[std::size_t(field)];
+    if (!cells.mapped[std::size_t(field)] || cell.isBlank() || field == P::PartNumber)
         return std::nullopt;
     if (field == P::ProductName)
-        return Cell(text.left(MaxNameLength));
+        return nameCell(cell);
     if (field == P::Price)
-        return Cell(float(*conv::parseNumber(text, m_locale)));
-    return textCell(field, cells);
+        return Cell(float(*number(cell)));
+    return cell;
 }
 
 void ImportPlanner::planExisting(const RowCells &cells, int catalogueRow)
@@ -242,7 +240,7 @@ void ImportPlanner::planExisting(const RowCells &cells, int catalogueRow)
         if (!after)
             continue;
         const Cell &before = m_catalogue.get(catalogueRow, field);
-        if (!sameValue(field, before, *after, m_locale))
+        if (!sameValue(field, before, *after, m_locale, m_plainDecimals))
             product.fields.push_back({ field, before, std::move(*after) });
     }
     if (product.fields.empty()) {
@@ -251,7 +249,7 @@ void ImportPlanner::planExisting(const RowCells &cells, int catalogueRow)
     }
     product.sheetRow = m_row;
     product.catalogueRow = catalogueRow;
-    product.partNumber = cells.text[P::PartNumber];
+    product.partNumber = cells.partNumber;
     m_plan.changed.push_back(std::move(product));
 }
 

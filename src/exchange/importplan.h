@@ -135,14 +135,17 @@ private:
     void planExisting(const RowCells &cells, int catalogueRow);
     void skip(SkipReason reason, const QString &partNumber);
     Cell newCell(int field, const RowCells &cells) const;
-    /// The field's cell of the current row as the workbook hands it over (IWorkbook::textCell).
-    Cell textCell(int field, const RowCells &cells) const;
+    /// The product name a name cell gives: cut to its first MaxNameLength characters.
+    static Cell nameCell(const Cell &name);
+    /// A cell's number as the user's locale reads it; none for a blank or no number.
+    std::optional<double> number(const Cell &cell) const;
     std::optional<Cell> updatedCell(int field, const RowCells &cells) const;
 
     const IWorkbook &m_workbook;
     const Table &m_catalogue;
     QString m_letters;
     QLocale m_locale;
+    bool m_plainDecimals;
     /// Part number → catalogue row (0 for a part number planned from an earlier row).
     QHash<QString, int> m_partNumbers;
     ImportPlan m_plan;

@@ -60,13 +60,6 @@ WorkbookOpenResult asWorkbook(SheetReadResult read)
 
 } // namespace
 
-QString readCellText(const IWorkbook &workbook, int column, int row)
-{
-    if (workbook.isError(column, row))
-        throw VbError(ErrorNumber::TypeMismatch);
-    return workbook.cellText(column, row);
-}
-
 Cell readTextCell(const IWorkbook &workbook, int column, int row)
 {
     if (workbook.isError(column, row))

@@ -35,10 +35,9 @@ public:
     virtual Cell textCell(int column, int row) const { return Cell(cellText(column, row)); }
 };
 
-/// The text of a cell as the import reads it: an error cell raises "Type mismatch" (13), so
-/// the import counts it as a cell it could not read and takes it as empty.
-QString readCellText(const IWorkbook &workbook, int column, int row);
-/// The same as a catalogue cell (IWorkbook::textCell).
+/// A cell as the import reads it, as a catalogue cell (IWorkbook::textCell): an error cell
+/// raises "Type mismatch" (13), so the import counts it as a cell it could not read and takes
+/// it as empty.
 Cell readTextCell(const IWorkbook &workbook, int column, int row);
 
 /// A workbook that was opened, or the error number and text of one that could not be.

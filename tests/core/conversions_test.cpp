@@ -231,5 +231,23 @@ TEST(IsNumericTest, AgreesWithToDouble)
     }
 }
 
+TEST(CellNumber, ReadsNumbersAndTextsAsTheLocaleDoesWithOrWithoutTheQuickPath)
+{
+    const QByteArray bytes = "12.50";
+    auto *block = new CellTextBlock;
+    block->bytes = bytes;
+    const Cell plainBytes = Cell::inBlockAdopting(block, 0, bytes.size(), TextEncoding::Utf8);
+    for (const bool plain : { false, true }) {
+        EXPECT_EQ(conv::cellNumber(plainBytes, enUS(), plain), 12.5);
+        EXPECT_EQ(conv::cellNumber(Cell(QStringLiteral("$1,234.50")), enUS(), plain), 1234.5);
+        EXPECT_EQ(conv::cellNumber(Cell(2.5f), enUS(), plain), 2.5);
+        EXPECT_EQ(conv::cellNumber(Cell(QStringLiteral(" 7 ")), enUS(), plain), 7.0);
+        EXPECT_FALSE(conv::cellNumber(Cell(QStringLiteral("n/a")), enUS(), plain));
+        EXPECT_FALSE(conv::cellNumber(Cell(QString()), enUS(), plain));
+        EXPECT_FALSE(conv::cellNumber(Cell(), enUS(), plain));
+    }
+    EXPECT_EQ(conv::cellNumber(Cell(QStringLiteral("12,5")), deDE(), false), 12.5);
+}
+
 } // namespace
 } // namespace tarnwick

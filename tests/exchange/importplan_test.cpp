@@ -175,6 +175,22 @@ TEST_F(ImportPlanTest, ANameIsCutTo75CharactersBeforeItIsCompared)
     EXPECT_EQ(update.addedProduct(0)[P::ProductName - 1], Cell(longName.left(75)));
 }
 
+TEST(ImportPlanAdding, ANameIsCutByCharactersNotByBytes)
+{
+    Table catalogue(0, P::FieldCount);
+    // 75 and 76 characters of two UTF-8 bytes each.
+    const QString whole(75, QChar(0x00E9));
+    const QString over = whole + QChar(0x00E8);
+    const TextWorkbook sheet(
+        ("Part Number\tProduct Name\r\nE-1\t" + whole + "\r\nE-2\t" + over + "\r\n").toUtf8());
+    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan add = planner.takePlan();
+    ASSERT_EQ(add.addedCount(), 2);
+    EXPECT_EQ(add.addedProduct(0)[P::ProductName - 1].asText(), whole);
+    EXPECT_EQ(add.addedProduct(1)[P::ProductName - 1].asText(), whole);
+}
+
 TEST_F(ImportPlanTest, AddingSkipsEveryKnownPartNumberAndEndsAtTheFirstEmptyOne)
 {
     const ImportPlan add = plan(ImportAction::AddNew);

@@ -40,6 +40,7 @@ side_start() {
 side_done() {
     local status=0
     wait "$side_pid" || status=$?
+    side_pid=""
     echo "---- $side_name:"
     cat "$side_log"
     rm -f "$side_log"
@@ -47,7 +48,23 @@ side_done() {
     echo "== ${tarnwick_times[-1]}"
     return "$status"
 }
-trap 'cpu_seconds; printf "%s\n" "${tarnwick_times[@]}" "$(printf "%5d s %6d s cpu  total" \
+# When a stage fails while a side stage runs, the side stage is stopped with everything it
+# started, and what it printed so far is shown.
+stop_tree() {
+    local child
+    for child in $(pgrep -P "$1" || true); do stop_tree "$child"; done
+    kill "$1" 2>/dev/null || true
+}
+stop_side() {
+    [ -n "$side_pid" ] || return 0
+    stop_tree "$side_pid"
+    wait "$side_pid" 2>/dev/null || true
+    echo "---- $side_name (stopped: the stage beside it failed):"
+    cat "$side_log"
+    rm -f "$side_log"
+    side_pid=""
+}
+trap 'stop_side; cpu_seconds; printf "%s\n" "${tarnwick_times[@]}" "$(printf "%5d s %6d s cpu  total" \
     $SECONDS "$cpu")"; rm -f "$tarnwick_cpu_file"' EXIT
 
 # The test executables precompile the headers they share; ccache, where it is the compiler

@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
+#include <QStyle>
 #include <QTest>
 #include <QTimer>
 
@@ -260,4 +262,29 @@ TEST_F(FrmUpdateTest, EscapeAndCancelUnloadTheWindow)
     EXPECT_EQ(unloads, 2);
     EXPECT_EQ(catalogueChanges, 0);
     EXPECT_EQ(catalogue.rowCount(), 1);
+}
+
+TEST_F(FrmUpdateTest, TheWindowFitsItsScreenWithTheActionsAndButtonsOnIt)
+{
+    FrmUpdate &update = open(workbook("sample.xlsx"));
+    const QScreen *screen = update.screen();
+    ASSERT_NE(screen, nullptr);
+    const int titleBar = update.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &update);
+    const int room = screen->availableGeometry().height() - titleBar;
+    // The offscreen screen of the tests is 800 pixels high, as a 1280×800 screen: the window
+    // can be made that small, and is no taller than the screen's free area.
+    ASSERT_LE(update.minimumSizeHint().height(), room);
+    EXPECT_LE(update.height(), room);
+    const QRect inside = update.rect();
+    for (const char *name :
+        { "OptAdd", "OptUpdate", "ChkIgnore", "CmdOK", "CmdCancel", "CmdHelp", "GrdSample" }) {
+        const auto *control = update.findChild<QWidget *>(QString::fromLatin1(name));
+        ASSERT_NE(control, nullptr) << name;
+        const QRect place(control->mapTo(&update, QPoint(0, 0)), control->size());
+        EXPECT_TRUE(inside.contains(place)) << name;
+    }
+    // The sample grid shows its five rows where there is room, and gives them up first.
+    const auto *grid = update.findChild<QWidget *>(QStringLiteral("GrdSample"));
+    EXPECT_TRUE(update.height() >= room || grid->height() == grid->maximumHeight())
+        << update.height() << " " << room;
 }

@@ -18,6 +18,8 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
+#include <QStyle>
 #include <QTableWidget>
 #include <QTimer>
 
@@ -49,6 +51,7 @@ FrmUpdate::FrmUpdate(const AppServices &services, const Table &catalogue,
     m_driver = new ImportDriver(catalogue, locale, std::move(apply), this);
     connectHandlers();
     Form_Load();
+    fitToScreen();
 }
 
 FrmUpdate::~FrmUpdate() = default;
@@ -86,6 +89,22 @@ void FrmUpdate::Form_Load()
     ListColumns();
     showSample();
     m_ui.CmbField[ColumnMapping::PartNumberList]->setFocus();
+}
+
+/// The first size: the sample grid at its full height where the screen's free area (less a
+/// title bar) has room for it, else shorter, so the actions and buttons stay on the screen.
+void FrmUpdate::fitToScreen()
+{
+    const QWidget *owner = parentWidget() != nullptr ? parentWidget() : this;
+    const QScreen *screen = owner->screen();
+    QSize size = sizeHint();
+    const QTableWidget *grid = m_ui.GrdSample;
+    size.rheight() += std::max(0, grid->maximumHeight() - grid->sizeHint().height());
+    if (screen != nullptr) {
+        const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+        size.setHeight(std::min(size.height(), screen->availableGeometry().height() - titleBar));
+    }
+    resize(size.expandedTo(minimumSizeHint()));
 }
 
 /// Offers the columns of the header row in every list, "Skip Field" first in the optional

@@ -90,6 +90,7 @@ private:
     void selectPositions(const std::array<int, ColumnMapping::ListCount> &positions);
     void setMappingEnabled(bool enabled);
     void showSample();
+    void fitToScreen();
     void showImportErrors();
     void importFinished(int changes);
     void showPreview();

@@ -85,13 +85,16 @@ void FrmUpdateUi::setupUi(QDialog *window)
     helpers->addStretch();
     fields->addLayout(helpers);
     fields->addWidget(LblSample);
-    fields->addWidget(GrdSample);
-    fields->addWidget(ChkIgnore);
-    fields->addWidget(createActionsFrame(window));
+    fields->addWidget(GrdSample, 1);
+    // The choices that apply to the whole import stand beside the mapping, under the buttons:
+    // below it they made the window taller than a 1280×800 screen.
     auto *buttons = new QVBoxLayout;
     buttons->addWidget(CmdOK);
     buttons->addWidget(CmdCancel);
     buttons->addWidget(CmdHelp);
+    buttons->addSpacing(CmdOK->sizeHint().height());
+    buttons->addWidget(ChkIgnore);
+    buttons->addWidget(createActionsFrame(window));
     buttons->addStretch();
     auto *body = new QHBoxLayout;
     body->addLayout(fields, 1);
@@ -181,8 +184,11 @@ void FrmUpdateUi::createMappingHelpers(QDialog *window)
     GrdSample->setTabKeyNavigation(false);
     GrdSample->setWordWrap(false);
     GrdSample->setAccessibleName(QStringLiteral("Sample rows"));
+    // As tall as its rows where there is room; on a small screen it gives up rows first.
     const int rowHeight = GrdSample->verticalHeader()->defaultSectionSize();
-    GrdSample->setFixedHeight(rowHeight * (SampleRows + 3));
+    GrdSample->setMinimumHeight(rowHeight * 4);
+    GrdSample->setMaximumHeight(rowHeight * (SampleRows + 3));
+    GrdSample->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     LblSample =
         named(new QLabel(QStringLiteral("&Sample rows:"), window), QStringLiteral("LblSample"));
     LblSample->setBuddy(GrdSample);

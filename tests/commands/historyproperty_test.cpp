@@ -475,6 +475,7 @@ protected:
         while (kinds.size() < 200 - std::size_t(Kind::KindCount))
             kinds.push_back(Kind(weighted(random)));
         std::vector<Kind> each;
+        each.reserve(std::size_t(Kind::KindCount));
         for (int k = 0; k < int(Kind::KindCount); ++k)
             each.push_back(Kind(k));
         std::shuffle(each.begin(), each.end(), random);

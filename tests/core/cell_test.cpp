@@ -103,6 +103,7 @@ TEST(CellTest, ReleasingARangeGivesEveryReferenceBackOnce)
     auto *second = new CellTextBlock;
     second->bytes = QByteArrayLiteral("B-2");
     std::vector<Cell> cells;
+    cells.reserve(8);
     // Runs of one block, interrupted by another block, a number and a string of its own.
     for (int i = 0; i < 3; ++i)
         cells.push_back(Cell::inBlock(first, 0, 3, TextEncoding::Windows1252));
@@ -137,6 +138,7 @@ TEST(CellTest, CopyingARangeTakesOneReferencePerCell)
     auto *second = new CellTextBlock;
     second->bytes = QByteArrayLiteral("B-2");
     std::vector<Cell> cells;
+    cells.reserve(8);
     for (int i = 0; i < 3; ++i)
         cells.push_back(Cell::inBlock(first, 0, 3, TextEncoding::Windows1252));
     cells.push_back(Cell::inBlock(second, 0, 3, TextEncoding::Windows1252));

@@ -86,7 +86,8 @@ TEST(CellTextTest, ByteCellsReadAsTheirText)
     EXPECT_EQ(name.asText(), QStringLiteral("Caf\u00e9 \u20ac"));
     EXPECT_TRUE(part.isText());
     EXPECT_FALSE(part.isBlank());
-    const Cell copy = name;
+    const Cell copy =
+        name; // NOLINT(performance-unnecessary-copy-initialization): the copy is tested
     EXPECT_EQ(copy, name);
     EXPECT_EQ(copy, Cell(QStringLiteral("Caf\u00e9 \u20ac")));
     EXPECT_NE(copy, Cell(QStringLiteral("Caf\u00e9 \u20ac ")));

@@ -299,7 +299,7 @@ TEST(WorkbookReaders, TheFormatIsKnownFromTheContentNotTheName)
     QTemporaryDir folder;
     ASSERT_TRUE(folder.isValid());
     const auto copyAs = [&folder](const char *from, const char *to) {
-        const QString path = folder.filePath(QString::fromLatin1(to));
+        QString path = folder.filePath(QString::fromLatin1(to));
         EXPECT_TRUE(QFile::copy(dataFile(from), path));
         return path;
     };

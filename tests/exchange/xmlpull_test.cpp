@@ -4,7 +4,7 @@
 
 #include <QRandomGenerator>
 
-#include <cstring>
+#include <algorithm>
 #include <memory>
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ XmlPull::Source sourceOf(const std::string &bytes, qint64 piece)
     return [bytes, piece, at](char *data, qint64 size) {
         const auto count =
             std::size_t(std::min<qint64>({ size, piece, qint64(bytes.size() - *at) }));
-        std::memcpy(data, bytes.data() + *at, count);
+        std::copy_n(bytes.data() + *at, count, data);
         *at += count;
         return qint64(count);
     };
@@ -206,7 +206,7 @@ TEST(XmlPull, AFailingSourceMakesTheDocumentInvalid)
     XmlPull parser([&calls](char *data, qint64) -> qint64 {
         if (calls++ > 0)
             return -1;
-        std::memcpy(data, "<a>", 3);
+        std::copy_n("<a>", 3, data);
         return 3;
     });
     EXPECT_EQ(parser.next(), Token::StartElement);

@@ -35,6 +35,7 @@ Table product(const QString &list, const std::vector<std::pair<QString, QString>
 std::vector<Kind> kindsOf(const std::vector<LadderProblem> &problems)
 {
     std::vector<Kind> kinds;
+    kinds.reserve(problems.size());
     for (const auto &problem : problems)
         kinds.push_back(problem.kind);
     return kinds;

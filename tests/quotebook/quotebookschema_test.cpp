@@ -198,6 +198,7 @@ TEST_F(QuoteBookFileTest, ABookWithDamagedPagesIsKeptAside)
         QuoteBook first(locale);
         ASSERT_EQ(first.open(path()).status, QuoteBook::OpenStatus::Created);
         std::vector<SavedQuote> quotes;
+        quotes.reserve(40);
         for (int i = 0; i < 40; ++i)
             quotes.push_back(sampleQuote(QStringLiteral("C%1").arg(i), QDate(2026, 5, 12), 20));
         ASSERT_TRUE(first.saveNewQuotes(quotes));

@@ -61,7 +61,7 @@ protected:
     }
     QString write(const Table &quote)
     {
-        const QString path = folder.filePath(QStringLiteral("quote.pdf"));
+        QString path = folder.filePath(QStringLiteral("quote.pdf"));
         QString error;
         EXPECT_TRUE(QuotePdf::write(path, quote, input, locale, error)) << error.toStdString();
         return path;

@@ -235,8 +235,8 @@ TEST(SplitterDragTest, WindowNarrowerThan1000CannotBeDragged)
     const TwipRect grid { 0, 0, 400, 100 };
     const TwipRect bar { 450, 0, 60, 100 };
     const TwipRect tab { 550, 50, 400, 25 };
-    for (double mouseX = -450; mouseX <= 500; mouseX += 50)
-        EXPECT_FALSE(dragSplitter(mouseX, 999, grid, bar, tab)) << "mouse x " << mouseX;
+    for (int mouseX = -450; mouseX <= 500; mouseX += 50)
+        EXPECT_FALSE(dragSplitter(double(mouseX), 999, grid, bar, tab)) << "mouse x " << mouseX;
     EXPECT_TRUE(dragSplitter(50, 1000, grid, bar, tab));
     EXPECT_FALSE(dragSplitter(0, 0, grid, bar, tab));
 }

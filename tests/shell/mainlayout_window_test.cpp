@@ -49,7 +49,7 @@ TEST_F(MainLayoutWindowTest, ThePanesFollowTheSplitAndStayInsideTheWindow)
     const QRect grid = window->ui().GrdMain->geometry();
     const QRect tab = window->ui().SSTabmain->geometry();
     EXPECT_EQ(grid.left(), 0);
-    EXPECT_NEAR(grid.width(), client->width() / 2, 1);
+    EXPECT_NEAR(grid.width(), client->width() / 2.0, 1);
     EXPECT_EQ(grid.height(), client->height());
     EXPECT_GT(window->ui().Frame1->geometry().left(), grid.right());
     EXPECT_GT(tab.left(), window->ui().Frame1->geometry().left());
@@ -66,7 +66,7 @@ TEST_F(MainLayoutWindowTest, DraggingTheBarChangesTheSplitAndItIsSavedAtClose)
     drag(target - barLeft);
     EXPECT_EQ(window->screenSplit(), qint16(target * 100 / clientWidth));
     EXPECT_TRUE(window->ui().SSTabmain->isVisible());
-    EXPECT_NEAR(window->ui().GrdMain->width(), clientWidth * window->screenSplit() / 100, 1);
+    EXPECT_NEAR(window->ui().GrdMain->width(), clientWidth * window->screenSplit() / 100.0, 1);
     window->close();
     EXPECT_EQ(setting(QStringLiteral("ScreenSplit")), QString::number(window->screenSplit()));
 }

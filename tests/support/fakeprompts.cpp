@@ -24,7 +24,7 @@ QString FakePrompts::inputBox(
 {
     m_shown.push_back({ ShownPrompt::Kind::Input, prompt, title, 0, defaultText });
     if (!m_inputAnswers.empty()) {
-        const QString answer = m_inputAnswers.front();
+        QString answer = m_inputAnswers.front();
         m_inputAnswers.pop_front();
         return answer;
     }

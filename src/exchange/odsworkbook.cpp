@@ -203,7 +203,8 @@ private:
 
 bool readOdsSheet(ZipArchive &archive, SheetCells &cells)
 {
-    const std::unique_ptr<ZipArchive::Member> content = archive.member("content.xml");
+    const std::unique_ptr<ZipArchive::Member> content =
+        ZipArchive::readAhead(archive.member("content.xml"));
     if (!content)
         return false;
     XmlPull xml([&content](char *data, qint64 size) { return content->read(data, size); });

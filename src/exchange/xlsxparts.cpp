@@ -19,7 +19,7 @@ using Token = XmlPull::Token;
 template <typename F>
 bool eachStartElement(const ZipArchive &archive, const std::string &name, F &&f)
 {
-    const std::unique_ptr<ZipArchive::Member> member = archive.member(name);
+    const std::unique_ptr<ZipArchive::Member> member = ZipArchive::readAhead(archive.member(name));
     if (!member)
         return false;
     XmlPull xml([&member](char *data, qint64 size) { return member->read(data, size); });

@@ -215,7 +215,8 @@ bool readXlsxSheet(ZipArchive &archive, SheetCells &cells)
         || !XlsxParts::readCellFormats(archive, workbook.styles, formats)
         || !XlsxParts::readSharedStrings(archive, workbook.sharedStrings, cells, strings))
         return false;
-    const std::unique_ptr<ZipArchive::Member> sheet = archive.member(workbook.sheet);
+    const std::unique_ptr<ZipArchive::Member> sheet =
+        ZipArchive::readAhead(archive.member(workbook.sheet));
     if (!sheet)
         return false;
     XmlPull xml([&sheet](char *data, qint64 size) { return sheet->read(data, size); });

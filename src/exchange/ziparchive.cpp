@@ -1,7 +1,14 @@
 #include "exchange/ziparchive.h"
 
 #include <algorithm>
+#include <condition_variable>
+#include <cstring>
+#include <deque>
+#include <exception>
+#include <mutex>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <zip.h>
 
@@ -53,6 +60,110 @@ private:
     bool m_failed = false;
 };
 
+/// A member inflated on a thread of its own, at most MaxPieces pieces ahead of the reader.
+class ReadAheadMember : public ZipArchive::Member
+{
+public:
+    explicit ReadAheadMember(std::unique_ptr<ZipArchive::Member> member)
+        : m_member(std::move(member)), m_thread([this] { produce(); })
+    {
+    }
+    ~ReadAheadMember() override
+    {
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_stop = true;
+        }
+        m_changed.notify_all();
+        m_thread.join();
+    }
+    ReadAheadMember(const ReadAheadMember &) = delete;
+    ReadAheadMember &operator=(const ReadAheadMember &) = delete;
+
+    qint64 read(char *data, qint64 size) override
+    {
+        if (m_at == m_piece.size()) {
+            std::unique_lock<std::mutex> lock(m_mutex);
+            if (!m_piece.empty())
+                m_spare.push_back(std::move(m_piece));
+            m_piece.clear();
+            m_at = 0;
+            m_changed.wait(lock, [this] { return !m_ready.empty() || m_status <= 0; });
+            if (m_error)
+                std::rethrow_exception(m_error);
+            if (m_ready.empty())
+                return m_status;
+            m_piece = std::move(m_ready.front());
+            m_ready.pop_front();
+            m_at = 0;
+            lock.unlock();
+            m_changed.notify_all();
+        }
+        const std::size_t count = std::min(std::size_t(size), m_piece.size() - m_at);
+        std::memcpy(data, m_piece.data() + m_at, count);
+        m_at += count;
+        return qint64(count);
+    }
+
+private:
+    static constexpr std::size_t PieceBytes = std::size_t(256) << 10;
+    static constexpr std::size_t MaxPieces = 4;
+
+    void produce()
+    {
+        for (;;) {
+            std::vector<char> piece;
+            {
+                std::unique_lock<std::mutex> lock(m_mutex);
+                m_changed.wait(lock, [this] { return m_stop || m_ready.size() < MaxPieces; });
+                if (m_stop)
+                    return;
+                if (!m_spare.empty()) {
+                    piece = std::move(m_spare.back());
+                    m_spare.pop_back();
+                }
+            }
+            qint64 count = -1;
+            std::exception_ptr error;
+            try {
+                piece.resize(PieceBytes);
+                count = m_member->read(piece.data(), qint64(piece.size()));
+            } catch (...) {
+                // Out of memory: the reader sees it where it reads, as without the thread.
+                error = std::current_exception();
+            }
+            {
+                const std::lock_guard<std::mutex> lock(m_mutex);
+                if (count > 0) {
+                    piece.resize(std::size_t(count));
+                    m_ready.push_back(std::move(piece));
+                } else {
+                    m_status = error ? -1 : count;
+                    m_error = error;
+                }
+            }
+            m_changed.notify_all();
+            if (count <= 0)
+                return;
+        }
+    }
+
+    std::unique_ptr<ZipArchive::Member> m_member;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    /// Pieces inflated and not yet read; emptied pieces kept for the next ones.
+    std::deque<std::vector<char>> m_ready;
+    std::vector<std::vector<char>> m_spare;
+    /// 1 while inflating, then 0 at the end of the member or -1 when it failed.
+    qint64 m_status = 1;
+    std::exception_ptr m_error;
+    bool m_stop = false;
+    /// The piece being read (the reader's thread only).
+    std::vector<char> m_piece;
+    std::size_t m_at = 0;
+    std::thread m_thread;
+};
+
 } // namespace
 
 ZipArchive::ZipArchive(std::unique_ptr<Handle> handle) : m_handle(std::move(handle)) { }
@@ -102,6 +213,13 @@ std::unique_ptr<ZipArchive::Member> ZipArchive::member(std::string_view name, qi
         return nullptr;
     return std::make_unique<ZipMemberReader>(
         file, qint64(std::min<zip_uint64_t>(stat.size, zip_uint64_t(MaxMemberBytes) + 1)), limit);
+}
+
+std::unique_ptr<ZipArchive::Member> ZipArchive::readAhead(std::unique_ptr<Member> member)
+{
+    if (!member)
+        return nullptr;
+    return std::make_unique<ReadAheadMember>(std::move(member));
 }
 
 } // namespace tarnwick

@@ -38,6 +38,11 @@ public:
     /// The member of that name opened for reading, or nullptr. Reading it fails once it
     /// inflates beyond limit bytes.
     std::unique_ptr<Member> member(std::string_view name, qint64 limit = MaxMemberBytes) const;
+    /// The member read ahead: a thread of its own inflates it a few pieces ahead of the reader,
+    /// so parsing a large part and inflating it use a processor core each. Reads give the same
+    /// bytes and results as the member's own; nullptr stays nullptr. While such a member is
+    /// open, nothing else of its archive may be used (libzip is not used from two threads).
+    static std::unique_ptr<Member> readAhead(std::unique_ptr<Member> member);
 
 private:
     struct Handle;

@@ -154,3 +154,121 @@ TEST(WorkbookReaders, BytesThatAreNoWorkbookOfTheFormatGiveTheUsualError)
     expectRefused("sample.xlsx as .xls", openXlsWorkbookData(dataBytes("sample.xlsx")));
     expectRefused("notaworkbook.xls as .xls", openXlsWorkbookData(dataBytes("notaworkbook.xls")));
 }
+
+namespace {
+
+std::uint32_t zipCrc(const QByteArray &bytes)
+{
+    std::uint32_t crc = 0xFFFFFFFF;
+    for (const char c : bytes) {
+        crc ^= std::uint8_t(c);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xEDB88320 & (0 - (crc & 1)));
+    }
+    return ~crc;
+}
+
+/// A zip archive of one member stored as it is (no compression).
+QByteArray storedZip(const QByteArray &name, const QByteArray &data)
+{
+    const auto u16 = [](QByteArray &out, quint16 value) {
+        char bytes[2];
+        qToLittleEndian(value, bytes);
+        out.append(bytes, 2);
+    };
+    const auto u32 = [](QByteArray &out, quint32 value) {
+        char bytes[4];
+        qToLittleEndian(value, bytes);
+        out.append(bytes, 4);
+    };
+    const quint32 crc = zipCrc(data);
+    const auto size = quint32(data.size());
+    QByteArray zip("PK\x03\x04", 4);
+    for (const quint16 field : { 20, 0, 0, 0, 0 })
+        u16(zip, field);
+    for (const quint32 field : { crc, size, size })
+        u32(zip, field);
+    u16(zip, quint16(name.size()));
+    u16(zip, 0);
+    zip += name + data;
+    const auto directory = quint32(zip.size());
+    zip.append("PK\x01\x02", 4);
+    for (const quint16 field : { 20, 20, 0, 0, 0, 0 })
+        u16(zip, field);
+    for (const quint32 field : { crc, size, size })
+        u32(zip, field);
+    for (const quint16 field :
+        { quint16(name.size()), quint16(0), quint16(0), quint16(0), quint16(0) })
+        u16(zip, field);
+    u32(zip, 0);
+    u32(zip, 0);
+    zip += name;
+    const auto directorySize = quint32(zip.size()) - directory;
+    zip.append("PK\x05\x06", 4);
+    for (const quint16 field : { 0, 0, 1, 1 })
+        u16(zip, field);
+    u32(zip, directorySize);
+    u32(zip, directory);
+    u16(zip, 0);
+    return zip;
+}
+
+/// A megabyte and a half of varied bytes: more pieces than a member is read ahead.
+QByteArray largeData()
+{
+    QByteArray data;
+    for (int i = 0; data.size() < (3 << 19); ++i)
+        data += QByteArray::number(i * 7919) + (i % 13 == 0 ? "\n" : " ");
+    return data;
+}
+
+} // namespace
+
+TEST(ZipArchive, AMemberReadAheadGivesTheSameBytesInPiecesOfAnySize)
+{
+    const QByteArray data = largeData();
+    const QByteArray file = storedZip("content.xml", data);
+    const std::unique_ptr<ZipArchive> archive = ZipArchive::open(file);
+    ASSERT_TRUE(archive);
+    for (const qint64 piece : { qint64(1) << 20, qint64(256) << 10, qint64(4093) }) {
+        const auto member = ZipArchive::readAhead(archive->member("content.xml"));
+        ASSERT_TRUE(member);
+        const std::optional<QByteArray> bytes = readWhole(*member, piece);
+        ASSERT_TRUE(bytes) << piece;
+        EXPECT_TRUE(*bytes == data) << piece;
+        EXPECT_EQ(member->read(nullptr, 0), 0) << "the end stays the end";
+    }
+    EXPECT_EQ(ZipArchive::readAhead(archive->member("missing.xml")), nullptr);
+}
+
+TEST(ZipArchive, AMemberReadAheadCanBeLeftBeforeItsEnd)
+{
+    const QByteArray data = largeData();
+    const QByteArray file = storedZip("content.xml", data);
+    const std::unique_ptr<ZipArchive> archive = ZipArchive::open(file);
+    ASSERT_TRUE(archive);
+    QByteArray buffer(1000, '\0');
+    {
+        const auto member = ZipArchive::readAhead(archive->member("content.xml"));
+        ASSERT_TRUE(member);
+        EXPECT_EQ(member->read(buffer.data(), buffer.size()), buffer.size());
+    }
+    // The archive can be used again once the member is closed, its thread stopped.
+    const auto again = archive->member("content.xml");
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->read(buffer.data(), buffer.size()), buffer.size());
+    EXPECT_TRUE(buffer == data.left(buffer.size()));
+}
+
+TEST(ZipArchive, ADamagedMemberReadAheadIsDamaged)
+{
+    for (const quint32 claimed : { quint32(StylesSize + 1), quint32(StylesSize - 1) }) {
+        const QByteArray file = withStylesClaiming(claimed);
+        const std::unique_ptr<ZipArchive> archive = ZipArchive::open(file);
+        ASSERT_TRUE(archive) << claimed;
+        const auto member = ZipArchive::readAhead(archive->member("xl/styles.xml"));
+        ASSERT_TRUE(member) << claimed;
+        EXPECT_FALSE(readWhole(*member, 1024)) << claimed;
+        EXPECT_EQ(member->read(nullptr, 0), -1) << "a failure stays a failure";
+    }
+}

@@ -40,7 +40,7 @@ public:
             if (m_xml.token() != Token::StartElement)
                 continue;
             const std::string_view name = m_xml.name();
-            if (name == "table:table-row") {
+            if (isName(name, "table:table-row")) {
                 if (!readRow())
                     return false;
                 if (m_cells.stopped() || m_row > SheetCells::MaxRows)
@@ -91,7 +91,7 @@ private:
     {
         const auto row = int(m_row);
         const std::string_view valueType = m_xml.attribute("office:value-type");
-        if (m_xml.attribute("calcext:value-type") == "error") {
+        if (isName(m_xml.attribute("calcext:value-type"), "error")) {
             for (int column = first; column < last; ++column)
                 m_cells.putError(row, column);
             return m_xml.skipElement();
@@ -102,21 +102,21 @@ private:
         double number = 0;
         std::int64_t day = 0;
         std::int64_t seconds = 0;
-        const bool isNumber =
-            valueType == "float" || valueType == "percentage" || valueType == "currency";
+        const bool isNumber = isName(valueType, "float") || isName(valueType, "percentage")
+            || isName(valueType, "currency");
         if (isNumber && SheetValue::appendPlainDecimal(texts, m_xml.attribute("office:value"))) {
         } else if (isNumber && SheetValue::parseNumber(m_xml.attribute("office:value"), number)) {
             SheetValue::appendNumber(texts, number);
-        } else if (valueType == "date"
+        } else if (isName(valueType, "date")
             && SheetValue::parseIsoDateTime(m_xml.attribute("office:date-value"), day, seconds)) {
             SheetValue::appendDayAndSeconds(texts, day, seconds);
-        } else if (valueType == "time"
+        } else if (isName(valueType, "time")
             && SheetValue::parseIsoDuration(m_xml.attribute("office:time-value"), number)) {
             SheetValue::appendTime(texts, number);
-        } else if (valueType == "boolean") {
+        } else if (isName(valueType, "boolean")) {
             const std::string_view value = m_xml.attribute("office:boolean-value");
             texts += value == "true" || value == "1" ? "TRUE" : "FALSE";
-        } else if (valueType == "string" && m_xml.hasAttribute("office:string-value")) {
+        } else if (isName(valueType, "string") && m_xml.hasAttribute("office:string-value")) {
             SheetValue::appendText(texts, m_xml.attribute("office:string-value"));
         } else {
             fromAttribute = false;
@@ -163,14 +163,14 @@ private:
             if (m_xml.token() != Token::StartElement)
                 continue;
             const std::string_view name = m_xml.name();
-            if (name == "text:s") {
+            if (isName(name, "text:s")) {
                 const auto count = std::size_t(
                     odsRepeat(m_xml.attribute("text:c"), qint64(SheetCells::MaxCellBytes)));
                 if (room(start) > 0)
                     m_cells.texts().append(std::min(count, room(start)), ' ');
-            } else if (name == "text:tab") {
+            } else if (isName(name, "text:tab")) {
                 appendLimited(start, "\t");
-            } else if (name == "text:line-break") {
+            } else if (isName(name, "text:line-break")) {
                 appendLimited(start, "\r\n");
             } else if ((name == "office:annotation" || name == "text:note")
                 && !m_xml.skipElement()) {

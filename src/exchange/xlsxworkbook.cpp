@@ -43,15 +43,15 @@ enum class XlsxCellType { Number, SharedString, Text, Boolean, Error, Date };
 
 XlsxCellType xlsxCellType(std::string_view type)
 {
-    if (type == "s")
+    if (isName(type, "s"))
         return XlsxCellType::SharedString;
-    if (type == "str" || type == "inlineStr")
+    if (isName(type, "str") || isName(type, "inlineStr"))
         return XlsxCellType::Text;
-    if (type == "b")
+    if (isName(type, "b"))
         return XlsxCellType::Boolean;
-    if (type == "e")
+    if (isName(type, "e"))
         return XlsxCellType::Error;
-    if (type == "d")
+    if (isName(type, "d"))
         return XlsxCellType::Date;
     return XlsxCellType::Number;
 }
@@ -77,14 +77,14 @@ public:
             if (token != Token::StartElement)
                 continue;
             const std::string_view name = m_xml.localName();
-            if (name == "row") {
+            if (isName(name, "row")) {
                 int row = 0;
                 const std::string_view number = m_xml.attribute("r");
                 const auto result =
                     std::from_chars(number.data(), number.data() + number.size(), row);
                 m_row = result.ec == std::errc() && row >= 1 ? row : m_row + 1;
                 m_column = -1;
-            } else if (name == "c") {
+            } else if (isName(name, "c")) {
                 if (!readCell())
                     return false;
             }
@@ -110,11 +110,11 @@ private:
         while (m_xml.nextWithin(depth)) {
             if (m_xml.token() != Token::StartElement)
                 continue;
-            if (m_xml.localName() == "v") {
+            if (isName(m_xml.localName(), "v")) {
                 hasValue = true;
                 if (!readValue())
                     return false;
-            } else if (m_xml.localName() == "is") {
+            } else if (isName(m_xml.localName(), "is")) {
                 hasValue = true;
                 if (!XlsxParts::appendStringItem(m_xml, texts))
                     return false;

@@ -96,9 +96,7 @@ std::string_view XmlPull::attribute(std::string_view name) const
 {
     for (std::size_t i = 0; i < m_attributeCount; ++i) {
         const std::string_view candidate = m_attributes[i].name;
-        // Most names differ in their length or first letter: no compare call for them.
-        if (candidate.size() == name.size() && !name.empty() && candidate[0] == name[0]
-            && candidate == name)
+        if (isName(candidate, name))
             return m_attributes[i].value;
     }
     return {};
@@ -273,7 +271,8 @@ std::size_t XmlPull::findMarkupEnd(std::string_view terminator)
     for (;;) {
         const std::string_view data(m_buffer.data() + m_begin, m_end - m_begin);
         const std::size_t from = scanned > terminator.size() ? scanned - terminator.size() : 1;
-        const std::size_t at = data.find(terminator, from);
+        const std::size_t at =
+            terminator.size() == 1 ? data.find(terminator[0], from) : data.find(terminator, from);
         if (at != std::string_view::npos)
             return m_begin + at + terminator.size();
         scanned = data.size();
@@ -287,8 +286,16 @@ XmlPull::Token XmlPull::readMarkup()
     while (m_end - m_begin < 9 && fill()) { }
     const std::string_view start(
         m_buffer.data() + m_begin, std::min<std::size_t>(9, m_end - m_begin));
+    // Most markup is a start or an end tag: the character after '<' tells them apart at once.
+    const char second = start.size() > 1 ? start[1] : '\0';
+    if (second != '?' && second != '!') {
+        if (second != '/')
+            return readStartTag();
+        const std::size_t end = findMarkupEnd(">");
+        return end == std::string::npos ? Token::Invalid : readEndTag(end);
+    }
     std::size_t end = std::string::npos;
-    if (start.substr(0, 2) == "<?") {
+    if (second == '?') {
         end = findMarkupEnd("?>");
     } else if (start.substr(0, 4) == "<!--") {
         end = findMarkupEnd("-->");
@@ -308,13 +315,8 @@ XmlPull::Token XmlPull::readMarkup()
         }
         m_text = m_textStore;
         return Token::Text;
-    } else if (start.substr(0, 2) == "<!") {
-        return Token::Invalid;
-    } else if (start.substr(0, 2) == "</") {
-        end = findMarkupEnd(">");
-        return end == std::string::npos ? Token::Invalid : readEndTag(end);
     } else {
-        return readStartTag();
+        return Token::Invalid;
     }
     if (end == std::string::npos)
         return Token::Invalid;

@@ -20,6 +20,19 @@ namespace tarnwick {
 ///
 /// The views it hands out (names, attribute values, text) stay valid until the next call of
 /// next(). Long character data may come as several Text tokens in a row.
+/// Whether text is name, byte for byte: what == says, without a call to compare memory, for the
+/// short names the readers compare for every element.
+constexpr bool isName(std::string_view text, std::string_view name)
+{
+    if (text.size() != name.size())
+        return false;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        if (text[i] != name[i])
+            return false;
+    }
+    return true;
+}
+
 class XmlPull
 {
 public:

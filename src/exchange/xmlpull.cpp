@@ -24,6 +24,20 @@ constexpr std::array<bool, 256> XmlSpecialInValue = [] {
     return table;
 }();
 
+/// The characters that end an element's name: blanks, '/' and '>'; an attribute's name also
+/// ends at '='.
+constexpr std::array<bool, 256> XmlNameEnd = [] {
+    std::array<bool, 256> table {};
+    for (const char c : { ' ', '\t', '\n', '\r', '/', '>' })
+        table[std::uint8_t(c)] = true;
+    return table;
+}();
+constexpr std::array<bool, 256> XmlAttributeNameEnd = [] {
+    std::array<bool, 256> table = XmlNameEnd;
+    table[std::uint8_t('=')] = true;
+    return table;
+}();
+
 bool isXmlBlank(char c)
 {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
@@ -351,7 +365,7 @@ XmlPull::TagRead XmlPull::readTagInBuffer()
     const char *data = m_buffer.data();
     const std::size_t end = m_end;
     std::size_t at = m_begin + 1;
-    while (at < end && !isXmlBlank(data[at]) && data[at] != '/' && data[at] != '>')
+    while (at < end && !XmlNameEnd[std::uint8_t(data[at])])
         ++at;
     if (at >= end)
         return TagRead::Incomplete;
@@ -376,8 +390,7 @@ XmlPull::TagRead XmlPull::readTagInBuffer()
             break;
         }
         const std::size_t nameStart = at;
-        while (at < end && data[at] != '=' && !isXmlBlank(data[at]) && data[at] != '>'
-            && data[at] != '/')
+        while (at < end && !XmlAttributeNameEnd[std::uint8_t(data[at])])
             ++at;
         const std::string_view name(data + nameStart, at - nameStart);
         while (at < end && isXmlBlank(data[at]))

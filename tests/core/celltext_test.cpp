@@ -86,8 +86,9 @@ TEST(CellTextTest, ByteCellsReadAsTheirText)
     EXPECT_EQ(name.asText(), QStringLiteral("Caf\u00e9 \u20ac"));
     EXPECT_TRUE(part.isText());
     EXPECT_FALSE(part.isBlank());
-    const Cell copy =
-        name; // NOLINT(performance-unnecessary-copy-initialization): the copy is tested
+    // The copy is what is tested.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const Cell copy = name;
     EXPECT_EQ(copy, name);
     EXPECT_EQ(copy, Cell(QStringLiteral("Caf\u00e9 \u20ac")));
     EXPECT_NE(copy, Cell(QStringLiteral("Caf\u00e9 \u20ac ")));

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <limits>
 #include <utility>
 
 namespace tarnwick {
@@ -27,6 +28,19 @@ void Table::touch()
 Table::Table(int rows, int fields)
 {
     redim(rows, fields);
+}
+
+Table Table::fromCells(int fields, std::vector<Cell> &&cells)
+{
+    if (fields <= 0 || cells.size() % std::size_t(fields) != 0
+        || cells.size() / std::size_t(fields) > std::size_t(std::numeric_limits<int>::max()))
+        raiseOutOfRange();
+    Table table;
+    table.m_rows = int(cells.size() / std::size_t(fields));
+    table.m_fields = fields;
+    table.m_cells = std::move(cells);
+    table.touch();
+    return table;
 }
 
 Table::Table(const Table &other)

@@ -22,6 +22,9 @@ public:
 
     Table() = default;
     Table(int rows, int fields);
+    /// A table of fields fields whose cells, row after row, are cells, taken over without a
+    /// copy; cells must hold whole rows.
+    static Table fromCells(int fields, std::vector<Cell> &&cells);
     Table(const Table &other);
     Table(Table &&) noexcept = default;
     Table &operator=(const Table &other);

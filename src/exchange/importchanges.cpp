@@ -48,13 +48,8 @@ private:
 ProductChanges importChanges(ImportPlan plan, const Table &catalogue)
 {
     ProductChanges changes;
-    const int added = plan.addedCount();
-    changes.added.redim(added, P::FieldCount);
-    for (int index = 0; index < added; ++index) {
-        const auto from = plan.addedCells.begin() + std::ptrdiff_t(index) * P::FieldCount;
-        const std::span<Cell> row = changes.added.rowCells(index + 1);
-        std::move(from, from + P::FieldCount, row.begin());
-    }
+    // The new products' cells are already laid out row after row: the table takes them over.
+    changes.added = Table::fromCells(P::FieldCount, std::move(plan.addedCells));
     ProductRows rows(catalogue);
     for (ImportPlan::ChangedProduct &product : plan.changed) {
         const int row = rows.rowOf(product);

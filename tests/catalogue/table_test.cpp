@@ -85,6 +85,24 @@ TEST(TableTest, EveryAccessOutsideTheBoundsRaisesError9)
     EXPECT_EQ(errorOf([&] { table.get(2, 3); }), 0);
 }
 
+TEST(TableTest, ATableTakesOverCellsLaidOutRowAfterRow)
+{
+    std::vector<Cell> cells { Cell("A-1"), Cell(1.5f), Cell("B-2"), Cell() };
+    const Cell *storage = cells.data();
+    const Table table = Table::fromCells(2, std::move(cells));
+    EXPECT_EQ(table.rowCount(), 2);
+    EXPECT_EQ(table.fieldCount(), 2);
+    EXPECT_EQ(table.get(1, 1), Cell("A-1"));
+    EXPECT_EQ(table.get(1, 2), Cell(1.5f));
+    EXPECT_EQ(table.get(2, 1), Cell("B-2"));
+    EXPECT_TRUE(table.get(2, 2).isEmpty());
+    EXPECT_EQ(&table.get(1, 1), storage) << "the cells are taken over, not copied";
+    EXPECT_NE(table.generation(), Table().generation());
+    EXPECT_EQ(Table::fromCells(3, {}).rowCount(), 0);
+    EXPECT_EQ(errorOf([] { Table::fromCells(3, std::vector<Cell>(4)); }), 9) << "no whole rows";
+    EXPECT_EQ(errorOf([] { Table::fromCells(0, {}); }), 9);
+}
+
 TEST(TableTest, RedimEmptiesEveryCell)
 {
     Table table(2, 2);

@@ -6,6 +6,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 namespace tarnwick::WorkbookWire {
@@ -230,9 +231,12 @@ std::unique_ptr<IWorkbook> Decoder::takeWorkbook()
 {
     if (m_state != State::Read)
         return nullptr;
+    m_text.truncate(m_textSize);
+    m_text.squeeze();
     auto workbook = std::make_unique<WireWorkbook>(
         std::move(m_text), std::move(m_starts), std::move(m_errors), m_rows);
     m_text.clear();
+    m_textSize = 0;
     m_starts.clear();
     m_errors.clear();
     m_state = State::Malformed;
@@ -260,12 +264,15 @@ bool Decoder::placeCell(quint32 row, int column, quint32 length)
     // Each row is the one of the cell before or the next one; cells of a row come left to right.
     if (row < 1 || row > quint32(MaxRows) || (row != quint32(m_rows) && row != quint32(m_rows) + 1)
         || column >= Columns || length > quint32(MaxCellBytes)
-        || quint64(m_text.size()) + length >= std::numeric_limits<quint32>::max())
+        || quint64(m_textSize) + length >= std::numeric_limits<quint32>::max())
         return false;
     const std::size_t index = std::size_t(row - 1) * Columns + std::size_t(column);
     if (index < m_starts.size())
         return false;
-    m_starts.resize(index + 1, quint32(m_text.size()));
+    // Cells come left to right with few gaps: a push per place is all the growth there is.
+    const auto start = quint32(m_textSize);
+    while (m_starts.size() <= index)
+        m_starts.push_back(start);
     m_rows = int(row);
     return true;
 }
@@ -285,10 +292,24 @@ qsizetype Decoder::readCell(QByteArrayView bytes)
     if (bytes.size() < CellFrameHead + qsizetype(length))
         return 0;
     const QByteArrayView text = bytes.sliced(CellFrameHead, length);
-    if (!celltext::isValidUtf8(text.data(), text.size()) || !placeCell(row, column, length))
+    // Every text must be UTF-8 by itself. All texts together are checked once, at the end: with
+    // no text starting with a continuation byte, which would hide a character cut between two
+    // texts, that is the same as checking each.
+    if ((length > 0 && (uchar(text.front()) & 0xC0) == 0x80) || !placeCell(row, column, length))
         return -1;
-    m_text.append(text);
+    appendText(text);
     return CellFrameHead + length;
+}
+
+void Decoder::appendText(QByteArrayView text)
+{
+    // The array is a buffer grown by doubling, its first m_textSize bytes used: appending to a
+    // QByteArray takes its general insert path, a large part of decoding millions of short
+    // texts.
+    if (m_text.size() - m_textSize < text.size())
+        m_text.resize(std::max(2 * m_text.size(), m_textSize + text.size()));
+    std::memcpy(m_text.data() + m_textSize, text.data(), std::size_t(text.size()));
+    m_textSize += text.size();
 }
 
 qsizetype Decoder::readErrorCell(QByteArrayView bytes)
@@ -307,9 +328,10 @@ qsizetype Decoder::readEnd(QByteArrayView bytes)
 {
     if (bytes.size() < EndFrameSize)
         return 0;
-    if (wireNumberAt(bytes, 1) != quint32(m_rows))
+    if (wireNumberAt(bytes, 1) != quint32(m_rows)
+        || !celltext::isValidUtf8(m_text.constData(), m_textSize))
         return -1;
-    m_starts.resize(std::size_t(m_rows) * Columns + 1, quint32(m_text.size()));
+    m_starts.resize(std::size_t(m_rows) * Columns + 1, quint32(m_textSize));
     m_state = State::Read;
     return EndFrameSize;
 }
@@ -326,6 +348,7 @@ qsizetype Decoder::readFailure(QByteArrayView bytes)
     m_errorNumber = int(wireNumberAt(bytes, 1));
     m_errorText = QString::fromUtf8(bytes.sliced(FailureFrameHead, length));
     m_text.clear();
+    m_textSize = 0;
     m_starts.clear();
     m_errors.clear();
     m_state = State::Failed;

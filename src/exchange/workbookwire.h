@@ -67,6 +67,7 @@ public:
     QString errorText() const { return m_errorText; }
 
 private:
+    void appendText(QByteArrayView text);
     /// Reads one frame at the start of bytes; returns its length, 0 when it is not complete
     /// yet, or -1 when it is malformed.
     qsizetype readFrame(QByteArrayView bytes);
@@ -81,7 +82,9 @@ private:
     State m_state = State::Reading;
     bool m_headerRead = false;
     QByteArray m_pending;
+    /// The texts of the cells so far, one after the other: the first m_textSize bytes.
     QByteArray m_text;
+    qsizetype m_textSize = 0;
     /// Where each cell's text starts in m_text, Columns per row; the cell after the last starts
     /// where the last ends.
     std::vector<quint32> m_starts;

@@ -214,6 +214,12 @@ TEST(WorkbookWire, BytesThatBreakTheRulesAreMalformed)
     const std::vector<std::pair<const char *, QByteArray>> cases {
         { "a text that is no UTF-8", header + cell(1, 0, 2, "\xC3(") + end(1) },
         { "a text cut inside a character", header + cell(1, 0, 1, "\xC3") + end(1) },
+        { "a character cut between two texts",
+            header + cell(1, 0, 1, "\xC3") + cell(1, 1, 1, "\xA9") + end(1) },
+        { "a character cut across an empty text",
+            header + cell(1, 0, 1, "\xC3") + cell(1, 1, 0, "") + cell(1, 2, 1, "\xA9") + end(1) },
+        { "a text cut inside a character at the end",
+            header + cell(1, 0, 1, "x") + cell(1, 1, 2, "y\xE2") + end(1) },
         { "an error cell in column S", header + errorCell(1, 18) + end(1) },
         { "an error cell before the cell to its left",
             header + cell(1, 3, 1, "x") + errorCell(1, 2) + end(1) },

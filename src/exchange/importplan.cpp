@@ -156,7 +156,7 @@ void ImportPlanner::planAdd(RowCells &cells)
     planNew(cells);
 }
 
-void ImportPlanner::planUpdate(const RowCells &cells)
+void ImportPlanner::planUpdate(RowCells &cells)
 {
     const QString &partNumber = cells.partNumber;
     const auto known = m_partNumbers.constFind(partNumber);
@@ -193,7 +193,7 @@ std::optional<double> ImportPlanner::number(const Cell &cell) const
     return conv::cellNumber(cell, m_locale, m_plainDecimals);
 }
 
-Cell ImportPlanner::nameCell(const Cell &name)
+Cell ImportPlanner::nameCell(Cell name)
 {
     // Only a text of more bytes (or units) than the limit can have more characters.
     if (name.textView().size <= MaxNameLength)
@@ -201,19 +201,20 @@ Cell ImportPlanner::nameCell(const Cell &name)
     return Cell(name.asText().left(MaxNameLength));
 }
 
-Cell ImportPlanner::newCell(int field, const RowCells &cells) const
+Cell ImportPlanner::newCell(int field, RowCells &cells) const
 {
-    const Cell &cell = cells.cell[std::size_t(field)];
+    // The row's cells are not needed after this: a text moves into the plan as it is.
+    Cell &cell = cells.cell[std::size_t(field)];
     if (field == P::ProductName)
-        return cell.isBlank() ? Cell(MissingProductName) : nameCell(cell);
+        return cell.isBlank() ? Cell(MissingProductName) : nameCell(std::move(cell));
     if (field == P::Price) {
         const std::optional<double> price = number(cell);
         return price ? Cell(float(*price)) : Cell();
     }
-    return cell.isBlank() ? m_emptyText : cell;
+    return cell.isBlank() ? m_emptyText : std::move(cell);
 }
 
-void ImportPlanner::planNew(const RowCells &cells)
+void ImportPlanner::planNew(RowCells &cells)
 {
     for (int field = 1; field <= P::FieldCount; ++field)
         m_plan.addedCells.push_back(newCell(field, cells));

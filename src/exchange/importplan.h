@@ -130,13 +130,13 @@ private:
     bool readCell(int listIndex, RowCells &cells);
     void readOtherCells(RowCells &cells);
     void planAdd(RowCells &cells);
-    void planUpdate(const RowCells &cells);
-    void planNew(const RowCells &cells);
+    void planUpdate(RowCells &cells);
+    void planNew(RowCells &cells);
     void planExisting(const RowCells &cells, int catalogueRow);
     void skip(SkipReason reason, const QString &partNumber);
-    Cell newCell(int field, const RowCells &cells) const;
+    Cell newCell(int field, RowCells &cells) const;
     /// The product name a name cell gives: cut to its first MaxNameLength characters.
-    static Cell nameCell(const Cell &name);
+    static Cell nameCell(Cell name);
     /// A cell's number as the user's locale reads it; none for a blank or no number.
     std::optional<double> number(const Cell &cell) const;
     std::optional<Cell> updatedCell(int field, const RowCells &cells) const;

@@ -211,7 +211,9 @@ Cell ImportPlanner::newCell(int field, RowCells &cells) const
         const std::optional<double> price = number(cell);
         return price ? Cell(float(*price)) : Cell();
     }
-    return cell.isBlank() ? m_emptyText : std::move(cell);
+    if (cell.isBlank())
+        return m_emptyText;
+    return std::move(cell);
 }
 
 void ImportPlanner::planNew(RowCells &cells)

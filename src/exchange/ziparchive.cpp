@@ -7,6 +7,7 @@
 #include <exception>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -65,11 +66,13 @@ class ReadAheadMember : public ZipArchive::Member
 {
 public:
     explicit ReadAheadMember(std::unique_ptr<ZipArchive::Member> member)
-        : m_member(std::move(member)), m_thread([this] { produce(); })
+        : m_member(std::move(member))
     {
     }
     ~ReadAheadMember() override
     {
+        if (!m_thread.joinable())
+            return;
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
             m_stop = true;
@@ -79,6 +82,19 @@ public:
     }
     ReadAheadMember(const ReadAheadMember &) = delete;
     ReadAheadMember &operator=(const ReadAheadMember &) = delete;
+
+    /// Starts the thread; false when the system gives none.
+    bool start()
+    {
+        try {
+            m_thread = std::thread([this] { produce(); });
+        } catch (const std::system_error &) {
+            return false;
+        }
+        return true;
+    }
+    /// The member itself, for a reader that could not be started.
+    std::unique_ptr<ZipArchive::Member> takeMember() { return std::move(m_member); }
 
     qint64 read(char *data, qint64 size) override
     {
@@ -99,8 +115,10 @@ public:
             lock.unlock();
             m_changed.notify_all();
         }
-        const std::size_t count = std::min(std::size_t(size), m_piece.size() - m_at);
-        std::memcpy(data, m_piece.data() + m_at, count);
+        const std::size_t count =
+            std::min(std::size_t(std::max<qint64>(size, 0)), m_piece.size() - m_at);
+        if (count > 0)
+            std::memcpy(data, m_piece.data() + m_at, count);
         m_at += count;
         return qint64(count);
     }
@@ -219,7 +237,11 @@ std::unique_ptr<ZipArchive::Member> ZipArchive::readAhead(std::unique_ptr<Member
 {
     if (!member)
         return nullptr;
-    return std::make_unique<ReadAheadMember>(std::move(member));
+    auto ahead = std::make_unique<ReadAheadMember>(std::move(member));
+    // Without a thread the member is read as it is.
+    if (!ahead->start())
+        return ahead->takeMember();
+    return ahead;
 }
 
 } // namespace tarnwick

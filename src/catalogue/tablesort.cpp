@@ -169,6 +169,21 @@ int compareUnfolded(const Cell &a, const Cell &b, const QLocale &locale)
     return QString::compare(sortText(a, locale), sortText(b, locale));
 }
 
+/// std::stable_sort that first looks for what catalogues hold most often: an order already
+/// sorted (a header clicked twice, a refresh) or two sorted runs one after the other (a sorted
+/// catalogue with a sorted sheet imported after it), which it puts in order with one pass of
+/// comparisons. The result is the same: a stable merge of two sorted runs is their stable sort.
+template <typename It, typename Less> void sortStably(It begin, It end, Less less)
+{
+    const It firstBreak = std::is_sorted_until(begin, end, less);
+    if (firstBreak == end)
+        return;
+    if (std::is_sorted(firstBreak, end, less))
+        std::inplace_merge(begin, firstBreak, end, less);
+    else
+        std::stable_sort(begin, end, less);
+}
+
 void sortByText(
     std::vector<int> &order, const Table &table, int first, int field, const QLocale &locale)
 {
@@ -181,7 +196,7 @@ void sortByText(
     for (const int row : order)
         addTextKey(all, table.get(row, field), row, locale);
     all.packPrefixes();
-    std::stable_sort(all.keys.begin(), all.keys.end(), [&](const TextKey &a, const TextKey &b) {
+    sortStably(all.keys.begin(), all.keys.end(), [&](const TextKey &a, const TextKey &b) {
         const int folded = all.compare(a, b);
         if (folded != 0)
             return folded < 0;
@@ -201,7 +216,7 @@ void sortByNumber(
     for (const int row : order)
         keys.push_back(conv::cellNumber(table.get(row, field), locale, dotLocale));
     // Numbers ascending; blank and non-numeric cells after every number, in their old order.
-    std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+    sortStably(order.begin(), order.end(), [&](int a, int b) {
         const auto &ka = keys[std::size_t(a - first)];
         const auto &kb = keys[std::size_t(b - first)];
         if (ka && kb)

@@ -216,6 +216,25 @@ TEST(TableTest, NumericSortKeepsEqualValuesInTheirOrder)
     EXPECT_EQ(originalRows(table), (std::vector<int> { 4, 1, 2, 3 }));
 }
 
+TEST(TableTest, SortedRowsStayAndTwoSortedRunsMergeKeepingEqualRowsInOrder)
+{
+    Table sorted = columnTable({ Cell("apple"), Cell("Banana"), Cell("banana"), Cell("cherry") });
+    sorted.sortRows(1, 4, 1, Table::SortKind::Text, EnUs);
+    EXPECT_EQ(originalRows(sorted), (std::vector<int> { 1, 2, 3, 4 }));
+    // A sorted catalogue, then sorted rows added after it; equal keys in both runs.
+    Table runs = columnTable(
+        { Cell("b"), Cell("d"), Cell("f"), Cell("a"), Cell("D"), Cell("d"), Cell("g") });
+    runs.sortRows(1, 7, 1, Table::SortKind::Text, EnUs);
+    EXPECT_EQ(originalRows(runs), (std::vector<int> { 4, 1, 5, 2, 6, 3, 7 }));
+    // Three runs take the general way, to the same kind of result.
+    Table three = columnTable({ Cell("b"), Cell("d"), Cell("a"), Cell("d"), Cell("c") });
+    three.sortRows(1, 5, 1, Table::SortKind::Text, EnUs);
+    EXPECT_EQ(originalRows(three), (std::vector<int> { 3, 1, 5, 2, 4 }));
+    Table numbers = columnTable({ Cell("1"), Cell("5"), Cell("9"), Cell("2"), Cell("5"), Cell() });
+    numbers.sortRows(1, 6, 1, Table::SortKind::Numeric, EnUs);
+    EXPECT_EQ(originalRows(numbers), (std::vector<int> { 1, 4, 2, 5, 3, 6 }));
+}
+
 TEST(TableTest, SortMovesWholeRowsAndLeavesOtherRowsAlone)
 {
     Table table = columnTable({ Cell("z"), Cell("c"), Cell("b"), Cell("a"), Cell("0") });

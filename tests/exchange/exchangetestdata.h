@@ -1,7 +1,14 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDir>
+#include <QFile>
 #include <QString>
+
+#include <zip.h>
+
+#include <utility>
+#include <vector>
 
 namespace tarnwick::test {
 
@@ -9,6 +16,27 @@ namespace tarnwick::test {
 inline QString dataFile(const QString &name)
 {
     return QDir(QStringLiteral(TARNWICK_TEST_DATA)).filePath(name);
+}
+
+/// Writes a zip file of the given members, compressed as libzip does by default.
+inline bool writeZip(
+    const QString &path, const std::vector<std::pair<const char *, QByteArray>> &members)
+{
+    int error = 0;
+    zip_t *archive =
+        zip_open(QFile::encodeName(path).constData(), ZIP_CREATE | ZIP_TRUNCATE, &error);
+    if (!archive)
+        return false;
+    for (const auto &[name, bytes] : members) {
+        zip_source_t *source =
+            zip_source_buffer(archive, bytes.constData(), zip_uint64_t(bytes.size()), 0);
+        if (!source || zip_file_add(archive, name, source, ZIP_FL_OVERWRITE) < 0) {
+            zip_source_free(source);
+            zip_discard(archive);
+            return false;
+        }
+    }
+    return zip_close(archive) == 0;
 }
 
 } // namespace tarnwick::test

@@ -14,8 +14,6 @@
 
 #include <gtest/gtest.h>
 
-#include <zip.h>
-
 #include <array>
 #include <utility>
 #include <vector>
@@ -24,32 +22,13 @@ namespace tarnwick {
 namespace {
 
 using tarnwick::test::dataFile;
+using tarnwick::test::writeZip;
 
 std::unique_ptr<IWorkbook> open(const QString &path)
 {
     WorkbookOpenResult result = openWorkbook(path);
     EXPECT_TRUE(result.workbook) << path.toStdString() << " " << result.errorNumber;
     return std::move(result.workbook);
-}
-
-/// Writes a zip file of the given members, stored as they are.
-bool writeZip(const QString &path, const std::vector<std::pair<const char *, QByteArray>> &members)
-{
-    int error = 0;
-    zip_t *archive =
-        zip_open(QFile::encodeName(path).constData(), ZIP_CREATE | ZIP_TRUNCATE, &error);
-    if (!archive)
-        return false;
-    for (const auto &[name, bytes] : members) {
-        zip_source_t *source =
-            zip_source_buffer(archive, bytes.constData(), zip_uint64_t(bytes.size()), 0);
-        if (!source || zip_file_add(archive, name, source, ZIP_FL_OVERWRITE) < 0) {
-            zip_source_free(source);
-            zip_discard(archive);
-            return false;
-        }
-    }
-    return zip_close(archive) == 0;
 }
 
 TEST(WorkbookCellsTest, EqualNeighboursWrittenAsOneRepeatedCellAreTwoCells)

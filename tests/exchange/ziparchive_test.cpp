@@ -3,9 +3,11 @@
 #include "exchange/workbook.h"
 #include "exchange/workbookformats.h"
 #include "exchange/ziparchive.h"
+#include "exchangetestdata.h"
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <QtEndian>
 
 #include <gtest/gtest.h>
@@ -157,60 +159,15 @@ TEST(WorkbookReaders, BytesThatAreNoWorkbookOfTheFormatGiveTheUsualError)
 
 namespace {
 
-std::uint32_t zipCrc(const QByteArray &bytes)
+/// A zip archive of one member, as libzip writes it.
+QByteArray zipOf(const char *name, const QByteArray &data)
 {
-    std::uint32_t crc = 0xFFFFFFFF;
-    for (const char c : bytes) {
-        crc ^= std::uint8_t(c);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (0xEDB88320 & (0 - (crc & 1)));
-    }
-    return ~crc;
-}
-
-/// A zip archive of one member stored as it is (no compression).
-QByteArray storedZip(const QByteArray &name, const QByteArray &data)
-{
-    const auto u16 = [](QByteArray &out, quint16 value) {
-        char bytes[2];
-        qToLittleEndian(value, bytes);
-        out.append(bytes, 2);
-    };
-    const auto u32 = [](QByteArray &out, quint32 value) {
-        char bytes[4];
-        qToLittleEndian(value, bytes);
-        out.append(bytes, 4);
-    };
-    const quint32 crc = zipCrc(data);
-    const auto size = quint32(data.size());
-    QByteArray zip("PK\x03\x04", 4);
-    for (const quint16 field : { 20, 0, 0, 0, 0 })
-        u16(zip, field);
-    for (const quint32 field : { crc, size, size })
-        u32(zip, field);
-    u16(zip, quint16(name.size()));
-    u16(zip, 0);
-    zip += name + data;
-    const auto directory = quint32(zip.size());
-    zip.append("PK\x01\x02", 4);
-    for (const quint16 field : { 20, 20, 0, 0, 0, 0 })
-        u16(zip, field);
-    for (const quint32 field : { crc, size, size })
-        u32(zip, field);
-    for (const quint16 field :
-        { quint16(name.size()), quint16(0), quint16(0), quint16(0), quint16(0) })
-        u16(zip, field);
-    u32(zip, 0);
-    u32(zip, 0);
-    zip += name;
-    const auto directorySize = quint32(zip.size()) - directory;
-    zip.append("PK\x05\x06", 4);
-    for (const quint16 field : { 0, 0, 1, 1 })
-        u16(zip, field);
-    u32(zip, directorySize);
-    u32(zip, directory);
-    u16(zip, 0);
-    return zip;
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("member.zip"));
+    EXPECT_TRUE(tarnwick::test::writeZip(path, { { name, data } }));
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return file.readAll();
 }
 
 /// A megabyte and a half of varied bytes: more pieces than a member is read ahead.
@@ -227,7 +184,7 @@ QByteArray largeData()
 TEST(ZipArchive, AMemberReadAheadGivesTheSameBytesInPiecesOfAnySize)
 {
     const QByteArray data = largeData();
-    const QByteArray file = storedZip("content.xml", data);
+    const QByteArray file = zipOf("content.xml", data);
     const std::unique_ptr<ZipArchive> archive = ZipArchive::open(file);
     ASSERT_TRUE(archive);
     for (const qint64 piece : { qint64(1) << 20, qint64(256) << 10, qint64(4093) }) {
@@ -244,7 +201,7 @@ TEST(ZipArchive, AMemberReadAheadGivesTheSameBytesInPiecesOfAnySize)
 TEST(ZipArchive, AMemberReadAheadCanBeLeftBeforeItsEnd)
 {
     const QByteArray data = largeData();
-    const QByteArray file = storedZip("content.xml", data);
+    const QByteArray file = zipOf("content.xml", data);
     const std::unique_ptr<ZipArchive> archive = ZipArchive::open(file);
     ASSERT_TRUE(archive);
     QByteArray buffer(1000, '\0');

@@ -121,8 +121,14 @@ private:
         } else {
             fromAttribute = false;
         }
-        if (fromAttribute ? !m_xml.skipElement() : !readParagraphs(start))
+        // Most cells hold one paragraph of plain characters, read at once.
+        std::string_view paragraph;
+        if (m_xml.readPlainContent("text:p", paragraph)) {
+            if (!fromAttribute)
+                appendLimited(start, paragraph);
+        } else if (fromAttribute ? !m_xml.skipElement() : !readParagraphs(start)) {
             return false;
+        }
         const SheetText text = m_cells.checkedTextFrom(start);
         for (int column = first; column < last; ++column)
             m_cells.put(row, column, text);

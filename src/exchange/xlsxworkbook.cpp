@@ -106,6 +106,30 @@ private:
         const std::size_t start = texts.size();
         m_value.clear();
         bool hasValue = false;
+        std::string_view value;
+        if (m_xml.readPlainContent("v", value)) {
+            hasValue = true;
+        } else if (!readContent(hasValue)) {
+            return false;
+        } else {
+            value = m_value;
+        }
+        if (!placed) {
+            texts.resize(start);
+            return true;
+        }
+        m_column = column;
+        m_row = row;
+        if (column >= SheetCells::Columns || !hasValue)
+            return true;
+        return putValue(row, column, type, style, value, start);
+    }
+
+    /// The cell's content token by token: its value into m_value, an inline string into the
+    /// texts.
+    bool readContent(bool &hasValue)
+    {
+        std::string &texts = m_cells.texts();
         const int depth = m_xml.depth();
         while (m_xml.nextWithin(depth)) {
             if (m_xml.token() != Token::StartElement)
@@ -122,17 +146,7 @@ private:
                 return false;
             }
         }
-        if (m_xml.failed())
-            return false;
-        if (!placed) {
-            texts.resize(start);
-            return true;
-        }
-        m_column = column;
-        m_row = row;
-        if (column >= SheetCells::Columns || !hasValue)
-            return true;
-        return putValue(row, column, type, style, start);
+        return !m_xml.failed();
     }
 
     bool readValue()
@@ -145,7 +159,8 @@ private:
         return !m_xml.failed();
     }
 
-    bool putValue(int row, int column, XlsxCellType type, int style, std::size_t start)
+    bool putValue(int row, int column, XlsxCellType type, int style, std::string_view value,
+        std::size_t start)
     {
         std::string &texts = m_cells.texts();
         double number = 0;
@@ -154,8 +169,7 @@ private:
         switch (type) {
         case XlsxCellType::SharedString: {
             std::size_t index = 0;
-            const auto result =
-                std::from_chars(m_value.data(), m_value.data() + m_value.size(), index);
+            const auto result = std::from_chars(value.data(), value.data() + value.size(), index);
             if (result.ec != std::errc() || index >= m_strings.size())
                 return false;
             m_cells.put(row, column, m_strings[index]);
@@ -165,29 +179,29 @@ private:
             m_cells.putError(row, column);
             return true;
         case XlsxCellType::Boolean:
-            texts += m_value == "1" || m_value == "true" ? "TRUE" : "FALSE";
+            texts += value == "1" || value == "true" ? "TRUE" : "FALSE";
             break;
         case XlsxCellType::Date:
-            if (SheetValue::parseIsoDateTime(m_value, day, seconds))
+            if (SheetValue::parseIsoDateTime(value, day, seconds))
                 SheetValue::appendDayAndSeconds(texts, day, seconds);
             else
-                SheetValue::appendText(texts, m_value);
+                SheetValue::appendText(texts, value);
             break;
         case XlsxCellType::Number: {
             const auto kind = style >= 0 && std::size_t(style) < m_formats.size()
                 ? m_formats[std::size_t(style)]
                 : SheetValue::FormatKind::Number;
             if (kind == SheetValue::FormatKind::Number
-                && SheetValue::appendPlainDecimal(texts, m_value))
+                && SheetValue::appendPlainDecimal(texts, value))
                 break;
-            if (SheetValue::parseNumber(m_value, number)) {
+            if (SheetValue::parseNumber(value, number)) {
                 SheetValue::appendValue(texts, number, kind, m_system1904);
                 break;
             }
             [[fallthrough]];
         }
         case XlsxCellType::Text:
-            SheetValue::appendText(texts, m_value);
+            SheetValue::appendText(texts, value);
             break;
         }
         m_cells.put(row, column, m_cells.checkedTextFrom(start));

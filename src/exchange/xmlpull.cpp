@@ -152,6 +152,49 @@ bool XmlPull::nextWithin(int depth)
         && (token != Token::EndElement || m_depth != depth);
 }
 
+bool XmlPull::readPlainContent(std::string_view child, std::string_view &text)
+{
+    if (m_token != Token::StartElement || m_pendingEnd)
+        return false;
+    const std::string_view element = std::string_view(m_openNames).substr(m_openStarts.back());
+    const char *data = m_buffer.data();
+    const std::size_t end = m_end;
+    // "<child>"
+    const std::size_t opening = child.size() + 2;
+    const std::size_t from = m_consumed;
+    if (end - from < opening || data[from] != '<' || data[from + opening - 1] != '>'
+        || !isName(std::string_view(data + from + 1, child.size()), child))
+        return false;
+    const std::size_t at = from + opening;
+    const void *found = std::memchr(data + at, '<', end - at);
+    if (found == nullptr)
+        return false;
+    const auto stop = std::size_t(static_cast<const char *>(found) - data);
+    const std::string_view raw(data + at, stop - at);
+    if (std::memchr(raw.data(), '&', raw.size()) != nullptr
+        || std::memchr(raw.data(), '\r', raw.size()) != nullptr)
+        return false;
+    // "</child></element>"
+    const std::size_t closing = child.size() + element.size() + 6;
+    const char *tail = data + stop;
+    const std::size_t elementAt = child.size() + 5;
+    if (end - stop < closing || tail[1] != '/' || tail[elementAt - 3] != '>'
+        || tail[elementAt - 2] != '<' || tail[elementAt - 1] != '/' || tail[closing - 1] != '>'
+        || !isName(std::string_view(tail + 2, child.size()), child)
+        || !isName(std::string_view(tail + elementAt, element.size()), element))
+        return false;
+    m_consumed = stop + closing;
+    m_name = std::string_view(tail + elementAt, element.size());
+    m_depth = int(m_openStarts.size());
+    m_openNames.resize(m_openStarts.back());
+    m_openStarts.pop_back();
+    m_attributeCount = 0;
+    m_text = {};
+    m_token = Token::EndElement;
+    text = raw;
+    return true;
+}
+
 bool XmlPull::fill()
 {
     if (m_atEnd)

@@ -72,6 +72,12 @@ public:
     ///     while (xml.nextWithin(depth)) { ... }
     ///     if (xml.failed()) ...
     bool nextWithin(int depth);
+    /// Right after a start tag: when the input held so far goes on with
+    /// <child>characters</child></element> (the usual form of a cell's value) with characters
+    /// that need no decoding, reads all of it up to and including the element's end tag and
+    /// gives the characters in text (valid as text() is); the parser is then on the element's
+    /// end. Otherwise reads nothing and returns false, and the element is read token by token.
+    bool readPlainContent(std::string_view child, std::string_view &text);
     /// Whether the input has ended or proved invalid.
     bool failed() const { return m_token == Token::End || m_token == Token::Invalid; }
 

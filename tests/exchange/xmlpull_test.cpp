@@ -134,6 +134,105 @@ TEST(XmlPull, NextWithinReadsAnElementsContentUpToItsOwnEnd)
     EXPECT_EQ(parser.name(), "d");
 }
 
+TEST(XmlPull, PlainContentIsReadAtOnceUpToTheElementsEnd)
+{
+    XmlPull parser(sourceOf("<row><c r=\"A1\"><v>12.5</v></c><c><v></v></c><c r=\"B1\"/>"
+                            "<n:c><n:v>x y</n:v></n:c><d/></row>",
+        1 << 20));
+    ASSERT_EQ(parser.next(), Token::StartElement);
+    ASSERT_EQ(parser.next(), Token::StartElement);
+    EXPECT_EQ(parser.attribute("r"), "A1");
+    std::string_view text;
+    ASSERT_TRUE(parser.readPlainContent("v", text));
+    EXPECT_EQ(text, "12.5");
+    EXPECT_EQ(parser.token(), Token::EndElement);
+    EXPECT_EQ(parser.name(), "c");
+    EXPECT_EQ(parser.depth(), 2);
+    ASSERT_EQ(parser.next(), Token::StartElement);
+    ASSERT_TRUE(parser.readPlainContent("v", text));
+    EXPECT_EQ(text, "");
+    ASSERT_EQ(parser.next(), Token::StartElement);
+    EXPECT_FALSE(parser.readPlainContent("v", text)) << "an empty element has no content";
+    ASSERT_EQ(parser.next(), Token::EndElement);
+    ASSERT_EQ(parser.next(), Token::StartElement);
+    ASSERT_TRUE(parser.readPlainContent("n:v", text));
+    EXPECT_EQ(text, "x y");
+    EXPECT_EQ(parser.name(), "n:c");
+    ASSERT_EQ(parser.next(), Token::StartElement);
+    EXPECT_EQ(parser.name(), "d");
+    EXPECT_EQ(parser.depth(), 2);
+    ASSERT_EQ(parser.next(), Token::EndElement);
+    ASSERT_EQ(parser.next(), Token::EndElement);
+    EXPECT_EQ(parser.name(), "row");
+    EXPECT_EQ(parser.next(), Token::End);
+}
+
+TEST(XmlPull, ContentOfAnotherFormIsLeftToBeReadTokenByToken)
+{
+    // Each is read token by token after readPlainContent has declined it.
+    const std::vector<std::pair<std::string, std::string>> cases {
+        { "<c><v>a &amp; b</v></c>", "'a & b'</v></c>" },
+        { "<c><v>a\r\nb</v></c>", "'a\nb'</v></c>" },
+        { "<c><f>A1*2</f><v>2</v></c>", "<f>'A1*2'</f><v>'2'</v></c>" },
+        { "<c><v t=\"x\">2</v></c>", "'2'</v></c>" },
+        { "<c><v>2</v ></c>", "'2'</v></c>" },
+        { "<c><v>2</v></c >", "'2'</v></c>" },
+        { "<c><w>2</w></c>", "<w>'2'</w></c>" },
+        { "<c><v>2</v><v>3</v></c>", "'2'</v><v>'3'</v></c>" },
+    };
+    for (const auto &[xml, rest] : cases) {
+        SCOPED_TRACE(xml);
+        XmlPull parser(sourceOf("<r>" + xml + "</r>", 1 << 20));
+        ASSERT_EQ(parser.next(), Token::StartElement);
+        ASSERT_EQ(parser.next(), Token::StartElement);
+        std::string_view text;
+        EXPECT_FALSE(parser.readPlainContent("v", text));
+        EXPECT_EQ(parser.token(), Token::StartElement) << "nothing is read";
+        std::string seen;
+        for (Token token = parser.next(); token != Token::End && token != Token::Invalid
+             && !(token == Token::EndElement && parser.name() == "r");
+             token = parser.next()) {
+            if (token == Token::StartElement && parser.name() == "v" && seen.empty())
+                continue;
+            if (token == Token::StartElement)
+                seen += "<" + std::string(parser.name()) + ">";
+            else if (token == Token::EndElement)
+                seen += "</" + std::string(parser.name()) + ">";
+            else
+                seen += "'" + std::string(parser.text()) + "'";
+        }
+        EXPECT_EQ(seen, rest);
+    }
+}
+
+TEST(XmlPull, PlainContentCutByTheEndOfTheInputHeldSoFarIsReadTokenByToken)
+{
+    const std::string xml = "<r><c><v>1234</v></c></r>";
+    for (const qint64 piece : { 1, 4, 8, 12, 16, 20 }) {
+        SCOPED_TRACE(piece);
+        XmlPull parser(sourceOf(xml, piece));
+        ASSERT_EQ(parser.next(), Token::StartElement);
+        ASSERT_EQ(parser.next(), Token::StartElement);
+        std::string_view text;
+        std::string value;
+        if (parser.readPlainContent("v", text)) {
+            value = text;
+        } else {
+            const int depth = parser.depth();
+            while (parser.nextWithin(depth)) {
+                if (parser.token() == Token::Text)
+                    value += parser.text();
+            }
+        }
+        EXPECT_EQ(value, "1234");
+        EXPECT_EQ(parser.token(), Token::EndElement);
+        EXPECT_EQ(parser.name(), "c");
+        ASSERT_EQ(parser.next(), Token::EndElement);
+        EXPECT_EQ(parser.name(), "r");
+        EXPECT_EQ(parser.next(), Token::End);
+    }
+}
+
 TEST(XmlPull, NextWithinStopsWhenTheInputEndsOrIsInvalidFirst)
 {
     for (const std::string xml : { "<a><b>x<c/>", "<a><b>x</c></a>" }) {

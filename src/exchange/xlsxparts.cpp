@@ -232,10 +232,34 @@ bool readSharedStrings(const ZipArchive &archive, const std::string &member, She
     });
 }
 
+namespace {
+
+/// The text of one run of a string item (or of the whole item), "_x000D_" and the like
+/// unescaped, the item kept to a cell's length.
+void appendItemText(std::string &out, std::size_t itemStart, std::string_view text)
+{
+    if (text.find("_x") == std::string_view::npos && text.find("_X") == std::string_view::npos) {
+        SheetValue::appendText(out, text);
+    } else {
+        std::string unescaped;
+        appendUnescaped(unescaped, text);
+        SheetValue::appendText(out, unescaped);
+    }
+    if (out.size() - itemStart > SheetCells::MaxCellBytes + 4)
+        out.resize(itemStart + SheetCells::MaxCellBytes + 4);
+}
+
+} // namespace
+
 bool appendStringItem(XmlPull &xml, std::string &out)
 {
-    const int depth = xml.depth();
     const std::size_t itemStart = out.size();
+    std::string_view plain;
+    if (xml.readPlainContent("t", plain)) {
+        appendItemText(out, itemStart, plain);
+        return true;
+    }
+    const int depth = xml.depth();
     std::string text;
     while (xml.nextWithin(depth)) {
         if (xml.token() != Token::StartElement)
@@ -257,15 +281,7 @@ bool appendStringItem(XmlPull &xml, std::string &out)
         }
         if (xml.failed())
             return false;
-        if (text.find("_x") == std::string::npos && text.find("_X") == std::string::npos) {
-            SheetValue::appendText(out, text);
-        } else {
-            std::string unescaped;
-            appendUnescaped(unescaped, text);
-            SheetValue::appendText(out, unescaped);
-        }
-        if (out.size() - itemStart > SheetCells::MaxCellBytes + 4)
-            out.resize(itemStart + SheetCells::MaxCellBytes + 4);
+        appendItemText(out, itemStart, text);
     }
     return !xml.failed();
 }

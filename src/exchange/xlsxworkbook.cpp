@@ -15,6 +15,21 @@ namespace {
 
 using Token = XmlPull::Token;
 
+/// std::from_chars for the short decimal numbers of every cell (its row, style and shared
+/// string): up to nine digits are read here, anything else by from_chars itself.
+template <typename Number>
+std::from_chars_result readNumber(const char *first, const char *last, Number &value)
+{
+    const char *at = first;
+    Number number = 0;
+    for (; at != last && at - first < 9 && unsigned(*at - '0') < 10; ++at)
+        number = number * 10 + Number(*at - '0');
+    if (at == first || (at != last && unsigned(*at - '0') < 10))
+        return std::from_chars(first, last, value);
+    value = number;
+    return { at, std::errc() };
+}
+
 /// Column and row of a reference such as "BC12" (column 54, row 12); false when it is none or
 /// lies beyond the largest worksheet.
 bool parseCellReference(std::string_view reference, int &column, int &row)
@@ -32,8 +47,7 @@ bool parseCellReference(std::string_view reference, int &column, int &row)
             break;
     }
     --column;
-    const auto result =
-        std::from_chars(reference.data() + at, reference.data() + reference.size(), row);
+    const auto result = readNumber(reference.data() + at, reference.data() + reference.size(), row);
     return letters >= 1 && letters <= 3 && result.ec == std::errc()
         && result.ptr == reference.data() + reference.size() && column < 16384 && row >= 1
         && row <= SheetCells::MaxRows;
@@ -80,8 +94,7 @@ public:
             if (isName(name, "row")) {
                 int row = 0;
                 const std::string_view number = m_xml.attribute("r");
-                const auto result =
-                    std::from_chars(number.data(), number.data() + number.size(), row);
+                const auto result = readNumber(number.data(), number.data() + number.size(), row);
                 m_row = result.ec == std::errc() && row >= 1 ? row : m_row + 1;
                 m_column = -1;
             } else if (isName(name, "c")) {
@@ -100,7 +113,7 @@ private:
         const bool placed = reference.empty() || parseCellReference(reference, column, row);
         int style = 0;
         const std::string_view styleText = m_xml.attribute("s");
-        std::from_chars(styleText.data(), styleText.data() + styleText.size(), style);
+        readNumber(styleText.data(), styleText.data() + styleText.size(), style);
         const XlsxCellType type = xlsxCellType(m_xml.attribute("t"));
         std::string &texts = m_cells.texts();
         const std::size_t start = texts.size();
@@ -169,7 +182,7 @@ private:
         switch (type) {
         case XlsxCellType::SharedString: {
             std::size_t index = 0;
-            const auto result = std::from_chars(value.data(), value.data() + value.size(), index);
+            const auto result = readNumber(value.data(), value.data() + value.size(), index);
             if (result.ec != std::errc() || index >= m_strings.size())
                 return false;
             m_cells.put(row, column, m_strings[index]);

@@ -88,13 +88,6 @@ char32_t entityCharacter(std::string_view entity)
 
 } // namespace
 
-void XmlPull::addAttribute(std::string_view name, std::string_view value)
-{
-    if (m_attributeCount == m_attributes.size())
-        m_attributes.emplace_back();
-    m_attributes[m_attributeCount++] = Attribute { name, value };
-}
-
 XmlPull::XmlPull(Source source) : m_source(std::move(source))
 {
     m_buffer.resize(std::size_t(2 * XmlReadBytes));
@@ -152,6 +145,30 @@ bool XmlPull::nextWithin(int depth)
         && (token != Token::EndElement || m_depth != depth);
 }
 
+std::size_t XmlPull::plainStartTagEnd(std::size_t at) const
+{
+    const char *data = m_buffer.data();
+    const std::size_t end = m_end;
+    for (;;) {
+        if (at >= end)
+            return std::string::npos;
+        if (data[at] == '>')
+            return at + 1;
+        if (data[at] != ' ')
+            return std::string::npos;
+        const std::size_t nameStart = ++at;
+        while (at < end && !XmlAttributeNameEnd[std::uint8_t(data[at])])
+            ++at;
+        if (at == nameStart || at + 1 >= end || data[at] != '=' || data[at + 1] != '"')
+            return std::string::npos;
+        for (at += 2; at < end && data[at] != '"'; ++at) {
+            if (XmlSpecialInValue[std::uint8_t(data[at])])
+                return std::string::npos;
+        }
+        ++at;
+    }
+}
+
 bool XmlPull::readPlainContent(std::string_view child, std::string_view &text)
 {
     if (m_token != Token::StartElement || m_pendingEnd)
@@ -159,13 +176,14 @@ bool XmlPull::readPlainContent(std::string_view child, std::string_view &text)
     const std::string_view element = std::string_view(m_openNames).substr(m_openStarts.back());
     const char *data = m_buffer.data();
     const std::size_t end = m_end;
-    // "<child>"
-    const std::size_t opening = child.size() + 2;
+    // "<child>", or "<child name="value" ...>" with values that need no decoding
     const std::size_t from = m_consumed;
-    if (end - from < opening || data[from] != '<' || data[from + opening - 1] != '>'
+    if (end - from < child.size() + 2 || data[from] != '<'
         || !isName(std::string_view(data + from + 1, child.size()), child))
         return false;
-    const std::size_t at = from + opening;
+    const std::size_t at = plainStartTagEnd(from + 1 + child.size());
+    if (at == std::string::npos)
+        return false;
     const void *found = std::memchr(data + at, '<', end - at);
     if (found == nullptr)
         return false;

@@ -73,10 +73,11 @@ public:
     ///     if (xml.failed()) ...
     bool nextWithin(int depth);
     /// Right after a start tag: when the input held so far goes on with
-    /// <child>characters</child></element> (the usual form of a cell's value) with characters
-    /// that need no decoding, reads all of it up to and including the element's end tag and
-    /// gives the characters in text (valid as text() is); the parser is then on the element's
-    /// end. Otherwise reads nothing and returns false, and the element is read token by token.
+    /// <child>characters</child></element> (the usual form of a cell's value), the child's
+    /// attributes and the characters needing no decoding, reads all of it up to and including the
+    /// element's end tag and gives the characters in text (valid as text() is); the parser is then
+    /// on the element's end. Otherwise reads nothing and returns false, and the element is read
+    /// token by token.
     bool readPlainContent(std::string_view child, std::string_view &text);
     /// Whether the input has ended or proved invalid.
     bool failed() const { return m_token == Token::End || m_token == Token::Invalid; }
@@ -101,6 +102,10 @@ private:
     /// comment, processing instruction or CDATA section), reading more input as needed; npos
     /// when there is none.
     std::size_t findMarkupEnd(std::string_view terminator);
+    /// Where a start tag whose name ends at at ends when what follows is plain attributes
+    /// (name="value" with nothing to decode) held in the input so far: just after its '>';
+    /// npos otherwise.
+    std::size_t plainStartTagEnd(std::size_t at) const;
     bool decodeInto(std::string &out, std::string_view raw, bool attributeValue);
 
     Source m_source;
@@ -124,7 +129,12 @@ private:
         std::size_t offset;
         std::size_t size;
     };
-    void addAttribute(std::string_view name, std::string_view value);
+    void addAttribute(std::string_view name, std::string_view value)
+    {
+        if (m_attributeCount == m_attributes.size())
+            m_attributes.emplace_back();
+        m_attributes[m_attributeCount++] = Attribute { name, value };
+    }
     /// The attributes of the current start element: the first m_attributeCount of the list.
     std::vector<Attribute> m_attributes;
     std::size_t m_attributeCount = 0;

@@ -137,7 +137,8 @@ TEST(XmlPull, NextWithinReadsAnElementsContentUpToItsOwnEnd)
 TEST(XmlPull, PlainContentIsReadAtOnceUpToTheElementsEnd)
 {
     XmlPull parser(sourceOf("<row><c r=\"A1\"><v>12.5</v></c><c><v></v></c><c r=\"B1\"/>"
-                            "<n:c><n:v>x y</n:v></n:c><d/></row>",
+                            "<n:c><n:v>x y</n:v></n:c>"
+                            "<si><t xml:space=\"preserve\" b=\"\"> two  blanks </t></si><d/></row>",
         1 << 20));
     ASSERT_EQ(parser.next(), Token::StartElement);
     ASSERT_EQ(parser.next(), Token::StartElement);
@@ -159,6 +160,9 @@ TEST(XmlPull, PlainContentIsReadAtOnceUpToTheElementsEnd)
     EXPECT_EQ(text, "x y");
     EXPECT_EQ(parser.name(), "n:c");
     ASSERT_EQ(parser.next(), Token::StartElement);
+    ASSERT_TRUE(parser.readPlainContent("t", text)) << "plain attributes of the child";
+    EXPECT_EQ(text, " two  blanks ");
+    ASSERT_EQ(parser.next(), Token::StartElement);
     EXPECT_EQ(parser.name(), "d");
     EXPECT_EQ(parser.depth(), 2);
     ASSERT_EQ(parser.next(), Token::EndElement);
@@ -174,7 +178,9 @@ TEST(XmlPull, ContentOfAnotherFormIsLeftToBeReadTokenByToken)
         { "<c><v>a &amp; b</v></c>", "'a & b'</v></c>" },
         { "<c><v>a\r\nb</v></c>", "'a\nb'</v></c>" },
         { "<c><f>A1*2</f><v>2</v></c>", "<f>'A1*2'</f><v>'2'</v></c>" },
-        { "<c><v t=\"x\">2</v></c>", "'2'</v></c>" },
+        { "<c><v t='x'>2</v></c>", "'2'</v></c>" },
+        { "<c><v t=\"&lt;\">2</v></c>", "'2'</v></c>" },
+        { "<c><v  t=\"x\">2</v></c>", "'2'</v></c>" },
         { "<c><v>2</v ></c>", "'2'</v></c>" },
         { "<c><v>2</v></c >", "'2'</v></c>" },
         { "<c><w>2</w></c>", "<w>'2'</w></c>" },
@@ -202,6 +208,22 @@ TEST(XmlPull, ContentOfAnotherFormIsLeftToBeReadTokenByToken)
                 seen += "'" + std::string(parser.text()) + "'";
         }
         EXPECT_EQ(seen, rest);
+    }
+}
+
+TEST(XmlPull, ContentThatIsNoXmlIsNotReadAsPlainContent)
+{
+    for (const std::string xml :
+        { "<c><v t>2</v></c>", "<c><v t=\"x>2</v></c>", "<c><v>2</w></c>" }) {
+        SCOPED_TRACE(xml);
+        XmlPull parser(sourceOf("<r>" + xml + "</r>", 1 << 20));
+        ASSERT_EQ(parser.next(), Token::StartElement);
+        ASSERT_EQ(parser.next(), Token::StartElement);
+        std::string_view text;
+        EXPECT_FALSE(parser.readPlainContent("v", text));
+        const int depth = parser.depth();
+        while (parser.nextWithin(depth)) { }
+        EXPECT_EQ(parser.token(), Token::Invalid);
     }
 }
 

@@ -27,6 +27,47 @@ qint64 odsRepeat(std::string_view value, qint64 limit)
     return result.ec != std::errc() || count < 1 ? 1 : std::min(count, limit);
 }
 
+/// The attributes of a table cell the reader uses (absent ones empty), found in one pass over
+/// the cell's attributes; of an attribute written twice, the first.
+struct OdsCellAttributes
+{
+    explicit OdsCellAttributes(const XmlPull &xml)
+    {
+        for (std::size_t i = xml.attributeCount(); i-- > 0;) {
+            const std::string_view name = xml.attributeName(i);
+            const std::string_view value = xml.attributeValue(i);
+            if (isName(name, "office:value-type")) {
+                valueType = value;
+            } else if (isName(name, "office:value")) {
+                number = value;
+            } else if (isName(name, "calcext:value-type")) {
+                calcextType = value;
+            } else if (isName(name, "table:number-columns-repeated")) {
+                repeat = value;
+            } else if (isName(name, "office:date-value")) {
+                date = value;
+            } else if (isName(name, "office:time-value")) {
+                time = value;
+            } else if (isName(name, "office:boolean-value")) {
+                boolean = value;
+            } else if (isName(name, "office:string-value")) {
+                string = value;
+                hasString = true;
+            }
+        }
+    }
+
+    std::string_view valueType;
+    std::string_view number;
+    std::string_view calcextType;
+    std::string_view repeat;
+    std::string_view date;
+    std::string_view time;
+    std::string_view boolean;
+    std::string_view string;
+    bool hasString = false;
+};
+
 class OdsTableReader
 {
 public:
@@ -69,10 +110,10 @@ private:
                     return false;
                 continue;
             }
-            const qint64 cellRepeat =
-                odsRepeat(m_xml.attribute("table:number-columns-repeated"), OdsMaxColumnRepeat);
+            const OdsCellAttributes cell(m_xml);
+            const qint64 cellRepeat = odsRepeat(cell.repeat, OdsMaxColumnRepeat);
             if (column < SheetCells::Columns) {
-                if (!readCell(int(column), int(std::min<qint64>(column + cellRepeat, 64))))
+                if (!readCell(cell, int(column), int(std::min<qint64>(column + cellRepeat, 64))))
                     return false;
             } else if (!m_xml.skipElement()) {
                 return false;
@@ -87,11 +128,11 @@ private:
     }
 
     /// Reads the cell the parser is on into columns [first, last).
-    bool readCell(int first, int last)
+    bool readCell(const OdsCellAttributes &cell, int first, int last)
     {
         const auto row = int(m_row);
-        const std::string_view valueType = m_xml.attribute("office:value-type");
-        if (isName(m_xml.attribute("calcext:value-type"), "error")) {
+        const std::string_view valueType = cell.valueType;
+        if (isName(cell.calcextType, "error")) {
             for (int column = first; column < last; ++column)
                 m_cells.putError(row, column);
             return m_xml.skipElement();
@@ -104,20 +145,19 @@ private:
         std::int64_t seconds = 0;
         const bool isNumber = isName(valueType, "float") || isName(valueType, "percentage")
             || isName(valueType, "currency");
-        if (isNumber && SheetValue::appendPlainDecimal(texts, m_xml.attribute("office:value"))) {
-        } else if (isNumber && SheetValue::parseNumber(m_xml.attribute("office:value"), number)) {
+        if (isNumber && SheetValue::appendPlainDecimal(texts, cell.number)) {
+        } else if (isNumber && SheetValue::parseNumber(cell.number, number)) {
             SheetValue::appendNumber(texts, number);
         } else if (isName(valueType, "date")
-            && SheetValue::parseIsoDateTime(m_xml.attribute("office:date-value"), day, seconds)) {
+            && SheetValue::parseIsoDateTime(cell.date, day, seconds)) {
             SheetValue::appendDayAndSeconds(texts, day, seconds);
-        } else if (isName(valueType, "time")
-            && SheetValue::parseIsoDuration(m_xml.attribute("office:time-value"), number)) {
+        } else if (isName(valueType, "time") && SheetValue::parseIsoDuration(cell.time, number)) {
             SheetValue::appendTime(texts, number);
         } else if (isName(valueType, "boolean")) {
-            const std::string_view value = m_xml.attribute("office:boolean-value");
+            const std::string_view value = cell.boolean;
             texts += value == "true" || value == "1" ? "TRUE" : "FALSE";
-        } else if (isName(valueType, "string") && m_xml.hasAttribute("office:string-value")) {
-            SheetValue::appendText(texts, m_xml.attribute("office:string-value"));
+        } else if (isName(valueType, "string") && cell.hasString) {
+            SheetValue::appendText(texts, cell.string);
         } else {
             fromAttribute = false;
         }

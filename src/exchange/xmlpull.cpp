@@ -25,10 +25,11 @@ constexpr std::array<bool, 256> XmlSpecialInValue = [] {
 }();
 
 /// The characters that end an element's name: blanks, '/' and '>'; an attribute's name also
-/// ends at '='.
+/// ends at '='. The scans also stop at NUL, which the buffer holds after the input: a NUL
+/// within the input is scanned past.
 constexpr std::array<bool, 256> XmlNameEnd = [] {
     std::array<bool, 256> table {};
-    for (const char c : { ' ', '\t', '\n', '\r', '/', '>' })
+    for (const char c : { ' ', '\t', '\n', '\r', '/', '>', '\0' })
         table[std::uint8_t(c)] = true;
     return table;
 }();
@@ -37,6 +38,28 @@ constexpr std::array<bool, 256> XmlAttributeNameEnd = [] {
     table[std::uint8_t('=')] = true;
     return table;
 }();
+
+/// Where an attribute value's scan stops: its quote (either), what needs decoding, and NUL.
+constexpr std::array<bool, 256> XmlValueStop = [] {
+    std::array<bool, 256> table = XmlSpecialInValue;
+    for (const char c : { '"', '\'', '\0' })
+        table[std::uint8_t(c)] = true;
+    return table;
+}();
+
+/// The first character from at on that stop holds, or end; the NUL after the input ends the
+/// scan without a comparison of at with end for every character.
+std::size_t scanTo(
+    const char *data, std::size_t at, std::size_t end, const std::array<bool, 256> &stop)
+{
+    for (;;) {
+        while (!stop[std::uint8_t(data[at])])
+            ++at;
+        if (at >= end || data[at] != '\0')
+            return at;
+        ++at;
+    }
+}
 
 bool isXmlBlank(char c)
 {
@@ -179,7 +202,7 @@ bool XmlPull::readPlainContent(std::string_view child, std::string_view &text)
     // "<child>", or "<child name="value" ...>" with values that need no decoding
     const std::size_t from = m_consumed;
     if (end - from < child.size() + 2 || data[from] != '<'
-        || !isName(std::string_view(data + from + 1, child.size()), child))
+        || std::memcmp(data + from + 1, child.data(), child.size()) != 0)
         return false;
     const std::size_t at = plainStartTagEnd(from + 1 + child.size());
     if (at == std::string::npos)
@@ -198,8 +221,8 @@ bool XmlPull::readPlainContent(std::string_view child, std::string_view &text)
     const std::size_t elementAt = child.size() + 5;
     if (end - stop < closing || tail[1] != '/' || tail[elementAt - 3] != '>'
         || tail[elementAt - 2] != '<' || tail[elementAt - 1] != '/' || tail[closing - 1] != '>'
-        || !isName(std::string_view(tail + 2, child.size()), child)
-        || !isName(std::string_view(tail + elementAt, element.size()), element))
+        || std::memcmp(tail + 2, child.data(), child.size()) != 0
+        || std::memcmp(tail + elementAt, element.data(), element.size()) != 0)
         return false;
     m_consumed = stop + closing;
     m_name = std::string_view(tail + elementAt, element.size());
@@ -223,15 +246,18 @@ bool XmlPull::fill()
         m_consumed -= std::min(m_consumed, m_begin);
         m_begin = 0;
     }
-    if (m_buffer.size() - m_end < std::size_t(XmlReadBytes))
-        m_buffer.resize(std::max(m_buffer.size() * 2, m_end + std::size_t(XmlReadBytes)));
+    // One byte more than is read, for the NUL after the input that ends the tag scans.
+    if (m_buffer.size() - m_end <= std::size_t(XmlReadBytes))
+        m_buffer.resize(std::max(m_buffer.size() * 2, m_end + std::size_t(XmlReadBytes) + 1));
     const qint64 count = m_source(m_buffer.data() + m_end, XmlReadBytes);
     if (count <= 0) {
+        m_buffer[m_end] = '\0';
         m_atEnd = true;
         m_sourceFailed = count < 0;
         return false;
     }
     m_end += std::size_t(count);
+    m_buffer[m_end] = '\0';
     return true;
 }
 
@@ -425,9 +451,7 @@ XmlPull::TagRead XmlPull::readTagInBuffer()
 {
     const char *data = m_buffer.data();
     const std::size_t end = m_end;
-    std::size_t at = m_begin + 1;
-    while (at < end && !XmlNameEnd[std::uint8_t(data[at])])
-        ++at;
+    std::size_t at = scanTo(data, m_begin + 1, end, XmlNameEnd);
     if (at >= end)
         return TagRead::Incomplete;
     if (at == m_begin + 1)
@@ -451,8 +475,7 @@ XmlPull::TagRead XmlPull::readTagInBuffer()
             break;
         }
         const std::size_t nameStart = at;
-        while (at < end && !XmlAttributeNameEnd[std::uint8_t(data[at])])
-            ++at;
+        at = scanTo(data, at, end, XmlAttributeNameEnd);
         const std::string_view name(data + nameStart, at - nameStart);
         while (at < end && isXmlBlank(data[at]))
             ++at;
@@ -471,12 +494,16 @@ XmlPull::TagRead XmlPull::readTagInBuffer()
         // One pass finds the closing quote and whether the value needs decoding.
         std::size_t close = at + 1;
         bool plain = true;
-        for (; close < end && data[close] != quote; ++close) {
+        for (;;) {
+            close = scanTo(data, close, end, XmlValueStop);
+            if (close >= end)
+                return TagRead::Incomplete;
+            if (data[close] == quote)
+                break;
             if (XmlSpecialInValue[std::uint8_t(data[close])])
                 plain = false;
+            ++close;
         }
-        if (close >= end)
-            return TagRead::Incomplete;
         const std::string_view raw(data + at + 1, close - at - 1);
         at = close + 1;
         if (plain) {

@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <cstring>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,13 @@ constexpr bool isName(std::string_view text, std::string_view name)
     return true;
 }
 
+/// The same for a name written in the code: the length is known, so the bytes are compared a
+/// word at a time without a call.
+template <std::size_t Size> inline bool isName(std::string_view text, const char (&name)[Size])
+{
+    return text.size() == Size - 1 && std::memcmp(text.data(), name, Size - 1) == 0;
+}
+
 class XmlPull
 {
 public:
@@ -57,6 +65,10 @@ public:
     /// replaced; absent is an empty view and false from hasAttribute.
     std::string_view attribute(std::string_view name) const;
     bool hasAttribute(std::string_view name) const;
+    /// Of a start element: its attributes, for a reader that looks for several in one pass.
+    std::size_t attributeCount() const { return m_attributeCount; }
+    std::string_view attributeName(std::size_t index) const { return m_attributes[index].name; }
+    std::string_view attributeValue(std::size_t index) const { return m_attributes[index].value; }
     /// The value of the first attribute whose name without its prefix is localName.
     std::string_view attributeByLocalName(std::string_view localName) const;
     /// Of a text token: the characters, entities replaced and line ends as LF.

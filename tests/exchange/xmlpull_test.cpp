@@ -227,6 +227,22 @@ TEST(XmlPull, ContentThatIsNoXmlIsNotReadAsPlainContent)
     }
 }
 
+TEST(XmlPull, ANulInANameOrAValueIsPartOfIt)
+{
+    const std::string xml("<r\0s a\0b=\"x\0y\" c='&lt;\0'>t</r\0s>", 32);
+    for (const qint64 piece : { 1, 3, 64 }) {
+        SCOPED_TRACE(piece);
+        XmlPull parser(sourceOf(xml, piece));
+        ASSERT_EQ(parser.next(), Token::StartElement);
+        EXPECT_EQ(parser.name(), std::string_view("r\0s", 3));
+        EXPECT_EQ(parser.attribute(std::string_view("a\0b", 3)), std::string_view("x\0y", 3));
+        EXPECT_EQ(parser.attribute("c"), std::string_view("<\0", 2));
+        ASSERT_EQ(parser.next(), Token::Text);
+        ASSERT_EQ(parser.next(), Token::EndElement);
+        EXPECT_EQ(parser.next(), Token::End);
+    }
+}
+
 TEST(XmlPull, PlainContentCutByTheEndOfTheInputHeldSoFarIsReadTokenByToken)
 {
     const std::string xml = "<r><c><v>1234</v></c></r>";

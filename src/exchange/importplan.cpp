@@ -6,6 +6,7 @@
 #include "exchange/columnmapping.h"
 #include "exchange/workbook.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tarnwick {
@@ -58,7 +59,11 @@ struct ImportPlanner::RowCells
 {
     std::array<Cell, P::FieldCount + 1> cell;
     std::array<bool, P::FieldCount + 1> mapped {};
-    QString partNumber;
+    /// The part number's UTF-8 bytes (in spare where the cell does not keep UTF-8).
+    QByteArrayView partKey;
+    QByteArray spare;
+
+    QString partNumber() const { return cell[P::PartNumber].asText(); }
 
     bool isBlank(int field) const { return cell[std::size_t(field)].isBlank(); }
     bool allEmpty() const
@@ -80,13 +85,38 @@ ImportPlanner::ImportPlanner(const IWorkbook &workbook, const Table &catalogue,
     m_plan.action = action;
     m_done = m_letters.size() != ColumnMapping::ListCount
         || ColumnMapping::isUnread(m_letters[ColumnMapping::PartNumberList]);
-    m_partNumbers.reserve(m_catalogue.rowCount());
+    const int sheetRows = std::max(0, workbook.rowCountHint() - m_row + 1);
+    m_partNumbers.reserve(m_catalogue.rowCount() + sheetRows);
+    m_plan.addedCells.reserve(std::size_t(sheetRows) * P::FieldCount);
+    m_plan.addedSheetRows.reserve(std::size_t(sheetRows));
     // From the last row up, so the first entry of a repeated part number wins.
+    QByteArray spare;
     for (int row = m_catalogue.rowCount(); row >= 1; --row) {
         const Cell &part = m_catalogue.get(row, P::PartNumber);
         if (part.isText())
-            m_partNumbers.insert(part.asText(), row);
+            m_partNumbers.insert(keepKey(part, utf8Of(part, spare)), row);
     }
+}
+
+QByteArrayView ImportPlanner::utf8Of(const Cell &cell, QByteArray &spare)
+{
+    const CellTextView text = cell.textView();
+    if (text.encoding == TextEncoding::Utf8)
+        return QByteArrayView(text.bytes(), text.size);
+    spare = text.toString().toUtf8();
+    return spare;
+}
+
+QByteArrayView ImportPlanner::keepKey(const Cell &cell, QByteArrayView key)
+{
+    if (cell.textView().encoding != TextEncoding::Utf8) {
+        m_keyBytes.emplace_back(key.data(), key.size());
+        return m_keyBytes.back();
+    }
+    // The cells of a sheet or of a catalogue file mostly share one block.
+    if (m_keyBlocks.empty() || m_keyBlocks.back().textBlock() != cell.textBlock())
+        m_keyBlocks.push_back(cell);
+    return key;
 }
 
 bool ImportPlanner::readCell(int listIndex, RowCells &cells)
@@ -128,27 +158,28 @@ bool ImportPlanner::step()
         return !m_done;
     }
     m_unreadableRows = 0;
-    cells.partNumber = cells.cell[P::PartNumber].asText();
-    const QString &partNumber = cells.partNumber;
-    if (update ? cells.allEmpty() : partNumber.isEmpty()) {
+    const Cell &partCell = cells.cell[P::PartNumber];
+    cells.partKey = utf8Of(partCell, cells.spare);
+    if (update ? cells.allEmpty() : cells.partKey.isEmpty()) {
         m_done = true;
         return false;
     }
+    // Kept before the row's cells move into the plan.
+    const QByteArrayView key = keepKey(partCell, cells.partKey);
     if (update)
         planUpdate(cells);
     else
         planAdd(cells);
     // Whatever became of it, a later row with this part number is a repeat.
-    m_partNumbers.insert(partNumber, 0);
+    m_partNumbers.insert(key, 0);
     ++m_row;
     return true;
 }
 
 void ImportPlanner::planAdd(RowCells &cells)
 {
-    const QString &partNumber = cells.partNumber;
-    if (m_partNumbers.contains(partNumber)) {
-        skip(SkipReason::PartNumberExists, partNumber);
+    if (m_partNumbers.contains(cells.partKey)) {
+        skip(SkipReason::PartNumberExists, cells.partNumber());
         return;
     }
     readOtherCells(cells);
@@ -158,14 +189,13 @@ void ImportPlanner::planAdd(RowCells &cells)
 
 void ImportPlanner::planUpdate(RowCells &cells)
 {
-    const QString &partNumber = cells.partNumber;
-    const auto known = m_partNumbers.constFind(partNumber);
-    if (partNumber.isEmpty())
-        skip(SkipReason::EmptyPartNumber, partNumber);
+    const auto known = m_partNumbers.constFind(cells.partKey);
+    if (cells.partKey.isEmpty())
+        skip(SkipReason::EmptyPartNumber, QString());
     else if (known != m_partNumbers.cend() && *known == 0)
-        skip(SkipReason::RepeatedPartNumber, partNumber);
+        skip(SkipReason::RepeatedPartNumber, cells.partNumber());
     else if (!cells.isBlank(P::Price) && !number(cells.cell[P::Price]))
-        skip(SkipReason::PriceNotANumber, partNumber);
+        skip(SkipReason::PriceNotANumber, cells.partNumber());
     else if (known != m_partNumbers.cend())
         planExisting(cells, *known);
     else
@@ -252,7 +282,7 @@ void ImportPlanner::planExisting(const RowCells &cells, int catalogueRow)
     }
     product.sheetRow = m_row;
     product.catalogueRow = catalogueRow;
-    product.partNumber = cells.partNumber;
+    product.partNumber = cells.partNumber();
     m_plan.changed.push_back(std::move(product));
 }
 

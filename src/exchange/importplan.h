@@ -3,10 +3,13 @@
 #include "core/cell.h"
 #include "core/errortrap.h"
 
+#include <QByteArray>
+#include <QByteArrayView>
 #include <QHash>
 #include <QLocale>
 #include <QString>
 
+#include <deque>
 #include <optional>
 #include <span>
 #include <vector>
@@ -146,8 +149,21 @@ private:
     QString m_letters;
     QLocale m_locale;
     bool m_plainDecimals;
-    /// Part number → catalogue row (0 for a part number planned from an earlier row).
-    QHash<QString, int> m_partNumbers;
+    /// The UTF-8 bytes of a text cell: the cell's own where it keeps UTF-8, else decoded into
+    /// spare.
+    static QByteArrayView utf8Of(const Cell &cell, QByteArray &spare);
+    /// Makes key (the bytes utf8Of gave for cell) last as long as the planner: the cell's block
+    /// is held, or the bytes are copied.
+    QByteArrayView keepKey(const Cell &cell, QByteArrayView key);
+
+    /// Part number (its UTF-8 bytes) → catalogue row (0 for a part number planned from an
+    /// earlier row). A part number is looked up for every row: as bytes it is neither decoded
+    /// nor copied.
+    QHash<QByteArrayView, int> m_partNumbers;
+    /// What the keys of m_partNumbers point into: the blocks of the cells they came from, and
+    /// the bytes of part numbers no cell kept as UTF-8.
+    std::vector<Cell> m_keyBlocks;
+    std::deque<QByteArray> m_keyBytes;
     ImportPlan m_plan;
     int m_row;
     bool m_done = false;

@@ -33,6 +33,9 @@ public:
     /// The cell's text as a catalogue cell (a text cell, empty text included). A workbook that
     /// keeps its texts in one block hands out cells that point into it, without a copy.
     virtual Cell textCell(int column, int row) const { return Cell(cellText(column, row)); }
+    /// How many rows the sheet holds when the workbook knows it without counting, else 0: a
+    /// reader of every row makes room for them at once.
+    virtual int rowCountHint() const { return 0; }
 };
 
 /// A cell as the import reads it, as a catalogue cell (IWorkbook::textCell): an error cell

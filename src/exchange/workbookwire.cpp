@@ -90,6 +90,7 @@ public:
         const auto [start, size] = place(column, row);
         return Cell::inBlock(m_block, start, size, TextEncoding::Utf8);
     }
+    int rowCountHint() const override { return m_rows; }
 
 private:
     /// Where the cell's text starts in the block and how long it is (0 outside the sheet).

@@ -219,6 +219,51 @@ TEST(ImportPlanAdding, APartNumberTwiceInTheSheetIsAddedOnceAndTheRepeatCountsAs
     EXPECT_EQ(planner.currentRow(), 5);
 }
 
+TEST(ImportPlanAdding, APartNumberIsKnownWhateverEncodingTheCatalogueKeepsItIn)
+{
+    // Typed in the program (UTF-16), read from an older catalogue file (Windows-1252) and from
+    // a newer one (UTF-8); the sheet is UTF-8 text.
+    Table catalogue(3, P::FieldCount);
+    catalogue.put(1, P::PartNumber, QStringLiteral("\u00C4-1"));
+    auto *older = new CellTextBlock;
+    older->bytes = QByteArrayLiteral("\xC9-2");
+    catalogue.put(2, P::PartNumber, Cell::inBlock(older, 0, 3, TextEncoding::Windows1252));
+    auto *newer = new CellTextBlock;
+    newer->bytes = QByteArrayLiteral("\xC3\x98-3");
+    catalogue.put(3, P::PartNumber, Cell::inBlock(newer, 0, 4, TextEncoding::Utf8));
+    for (CellTextBlock *block : { older, newer }) {
+        if (block->ref.fetch_sub(1) == 1)
+            delete block;
+    }
+    const TextWorkbook sheet(QByteArray("Part Number\tProduct Name\tPrice\r\n"
+                                        "\xC3\x84-1\ta\t1\r\n\xC3\x89-2\tb\t2\r\n"
+                                        "\xC3\x98-3\tc\t3\r\nN-4\td\t4\r\n"
+                                        "\xC3\x89-2\te\t5\r\nA-1\tf\t6\r\n"));
+    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan add = planner.takePlan();
+    EXPECT_EQ(skippedRows(add),
+        (std::vector<std::pair<int, SkipReason>> { { 2, SkipReason::PartNumberExists },
+            { 3, SkipReason::PartNumberExists }, { 4, SkipReason::PartNumberExists },
+            { 6, SkipReason::PartNumberExists } }));
+    ASSERT_EQ(add.skipped.size(), 4U);
+    EXPECT_EQ(add.skipped[1].partNumber, QStringLiteral("\u00C9-2"));
+    ASSERT_EQ(add.addedCount(), 2);
+    EXPECT_EQ(add.addedProduct(0)[P::PartNumber - 1], Cell("N-4"));
+    EXPECT_EQ(add.addedProduct(1)[P::PartNumber - 1], Cell("A-1"));
+
+    ImportPlanner update(
+        sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    update.runAll();
+    const ImportPlan changes = update.takePlan();
+    ASSERT_EQ(changes.changed.size(), 3U) << "the three known products get a name and a price";
+    EXPECT_EQ(changes.changed[0].catalogueRow, 1);
+    EXPECT_EQ(changes.changed[1].catalogueRow, 2);
+    EXPECT_EQ(changes.changed[2].catalogueRow, 3);
+    EXPECT_EQ(changes.changed[2].partNumber, QStringLiteral("\u00D8-3"));
+    EXPECT_EQ(changes.skippedCount(SkipReason::RepeatedPartNumber), 1);
+}
+
 TEST(ImportPlanAdding, AnUnmappedPartNumberPlansNothing)
 {
     Table catalogue(0, P::FieldCount);

@@ -112,8 +112,10 @@ public:
             m_piece = std::move(m_ready.front());
             m_ready.pop_front();
             m_at = 0;
+            const bool refill = m_ready.size() == RefillAt;
             lock.unlock();
-            m_changed.notify_all();
+            if (refill)
+                m_changed.notify_all();
         }
         const std::size_t count =
             std::min(std::size_t(std::max<qint64>(size, 0)), m_piece.size() - m_at);
@@ -125,7 +127,8 @@ public:
 
 private:
     static constexpr std::size_t PieceBytes = std::size_t(256) << 10;
-    static constexpr std::size_t MaxPieces = 4;
+    static constexpr std::size_t MaxPieces = 8;
+    static constexpr std::size_t RefillAt = 2;
 
     void produce()
     {
@@ -133,7 +136,10 @@ private:
             std::vector<char> piece;
             {
                 std::unique_lock<std::mutex> lock(m_mutex);
-                m_changed.wait(lock, [this] { return m_stop || m_ready.size() < MaxPieces; });
+                // A full queue is refilled once the reader has taken it down to RefillAt
+                // pieces: the threads wake each other once for several pieces, not for each.
+                if (m_ready.size() >= MaxPieces)
+                    m_changed.wait(lock, [this] { return m_stop || m_ready.size() <= RefillAt; });
                 if (m_stop)
                     return;
                 if (!m_spare.empty()) {

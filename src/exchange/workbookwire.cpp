@@ -237,6 +237,7 @@ std::unique_ptr<IWorkbook> Decoder::takeWorkbook()
     auto workbook = std::make_unique<WireWorkbook>(
         std::move(m_text), std::move(m_starts), std::move(m_errors), m_rows);
     m_text.clear();
+    m_textData = nullptr;
     m_textSize = 0;
     m_starts.clear();
     m_errors.clear();
@@ -260,20 +261,25 @@ qsizetype Decoder::readFrame(QByteArrayView bytes)
     }
 }
 
-bool Decoder::placeCell(quint32 row, int column, quint32 length)
+inline bool Decoder::fitsPlace(quint32 row, int column, quint32 length) const
 {
     // Each row is the one of the cell before or the next one; cells of a row come left to right.
-    if (row < 1 || row > quint32(MaxRows) || (row != quint32(m_rows) && row != quint32(m_rows) + 1)
-        || column >= Columns || length > quint32(MaxCellBytes)
-        || quint64(m_textSize) + length >= std::numeric_limits<quint32>::max())
-        return false;
+    return row >= 1 && row <= quint32(MaxRows)
+        && (row == quint32(m_rows) || row == quint32(m_rows) + 1) && column < Columns
+        && length <= quint32(MaxCellBytes)
+        && quint64(m_textSize) + length < std::numeric_limits<quint32>::max();
+}
+
+inline bool Decoder::placeCell(quint32 row, int column)
+{
     const std::size_t index = std::size_t(row - 1) * Columns + std::size_t(column);
     if (index < m_starts.size())
         return false;
-    // Cells come left to right with few gaps: a push per place is all the growth there is.
-    const auto start = quint32(m_textSize);
-    while (m_starts.size() <= index)
-        m_starts.push_back(start);
+    // Cells come left to right with few gaps: mostly one push per cell.
+    if (index == m_starts.size())
+        m_starts.push_back(quint32(m_textSize));
+    else
+        m_starts.resize(index + 1, quint32(m_textSize));
     m_rows = int(row);
     return true;
 }
@@ -287,8 +293,7 @@ qsizetype Decoder::readCell(QByteArrayView bytes)
     const quint32 length = wireNumberAt(bytes, 6);
     // The place is checked before the text arrives, so a length beyond the limit is refused
     // at once; it is taken only with the whole text.
-    if (row < 1 || row > quint32(MaxRows) || (row != quint32(m_rows) && row != quint32(m_rows) + 1)
-        || column >= Columns || length > quint32(MaxCellBytes))
+    if (!fitsPlace(row, column, length))
         return -1;
     if (bytes.size() < CellFrameHead + qsizetype(length))
         return 0;
@@ -296,7 +301,7 @@ qsizetype Decoder::readCell(QByteArrayView bytes)
     // Every text must be UTF-8 by itself. All texts together are checked once, at the end: with
     // no text starting with a continuation byte, which would hide a character cut between two
     // texts, that is the same as checking each.
-    if ((length > 0 && (uchar(text.front()) & 0xC0) == 0x80) || !placeCell(row, column, length))
+    if ((length > 0 && (uchar(text.front()) & 0xC0) == 0x80) || !placeCell(row, column))
         return -1;
     appendText(text);
     return CellFrameHead + length;
@@ -306,10 +311,15 @@ void Decoder::appendText(QByteArrayView text)
 {
     // The array is a buffer grown by doubling, its first m_textSize bytes used: appending to a
     // QByteArray takes its general insert path, a large part of decoding millions of short
-    // texts.
-    if (m_text.size() - m_textSize < text.size())
+    // texts, and QByteArray::data() looks at the array's sharing on every call: the decoder
+    // keeps the array's own pointer.
+    if (m_text.size() - m_textSize < text.size()) {
         m_text.resize(std::max(2 * m_text.size(), m_textSize + text.size()));
-    std::memcpy(m_text.data() + m_textSize, text.data(), std::size_t(text.size()));
+        m_textData = m_text.data();
+    }
+    if (text.isEmpty())
+        return;
+    std::memcpy(m_textData + m_textSize, text.data(), std::size_t(text.size()));
     m_textSize += text.size();
 }
 
@@ -319,7 +329,7 @@ qsizetype Decoder::readErrorCell(QByteArrayView bytes)
         return 0;
     const quint32 row = wireNumberAt(bytes, 1);
     const int column = uchar(bytes[5]);
-    if (!placeCell(row, column, 0))
+    if (!fitsPlace(row, column, 0) || !placeCell(row, column))
         return -1;
     m_errors.push_back(quint32(m_starts.size() - 1));
     return ErrorCellFrameSize;
@@ -349,6 +359,7 @@ qsizetype Decoder::readFailure(QByteArrayView bytes)
     m_errorNumber = int(wireNumberAt(bytes, 1));
     m_errorText = QString::fromUtf8(bytes.sliced(FailureFrameHead, length));
     m_text.clear();
+    m_textData = nullptr;
     m_textSize = 0;
     m_starts.clear();
     m_errors.clear();

@@ -73,9 +73,12 @@ private:
     qsizetype readFrame(QByteArrayView bytes);
     qsizetype readCell(QByteArrayView bytes);
     qsizetype readErrorCell(QByteArrayView bytes);
-    /// Keeps the place of the cell at (row, column) for a text of length bytes; false when it
-    /// breaks the order of the cells.
-    bool placeCell(quint32 row, int column, quint32 length);
+    /// Whether a cell at (row, column) with a text of length bytes may come next: its row is the
+    /// last cell's or the next one, and column, length and all texts stay within their limits.
+    bool fitsPlace(quint32 row, int column, quint32 length) const;
+    /// Keeps the place of a cell that fits (fitsPlace) for the text that follows; false when it
+    /// lies left of or at the last cell of its row.
+    bool placeCell(quint32 row, int column);
     qsizetype readEnd(QByteArrayView bytes);
     qsizetype readFailure(QByteArrayView bytes);
 
@@ -84,6 +87,8 @@ private:
     QByteArray m_pending;
     /// The texts of the cells so far, one after the other: the first m_textSize bytes.
     QByteArray m_text;
+    /// m_text's bytes, the array being the decoder's alone.
+    char *m_textData = nullptr;
     qsizetype m_textSize = 0;
     /// Where each cell's text starts in m_text, Columns per row; the cell after the last starts
     /// where the last ends.

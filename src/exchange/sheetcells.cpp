@@ -63,6 +63,7 @@ bool SheetCells::keeps(int row, int column)
 
 void SheetCells::append(int row, int column, SheetText text, bool error)
 {
+    bool newRow = false;
     if (m_ordered && !m_cells.empty()) {
         Cell &last = m_cells.back();
         if (int(last.row) == row && int(last.column) == column) {
@@ -73,10 +74,13 @@ void SheetCells::append(int row, int column, SheetText text, bool error)
         }
         if (row < int(last.row) || (int(last.row) == row && column < int(last.column)))
             m_ordered = false;
+        newRow = row > int(last.row);
     }
     m_cells.push_back(
         Cell { quint32(row), text.offset, text.size, quint8(column), quint8(error ? 1 : 0) });
     m_lastRow = std::max(m_lastRow, row);
+    if (newRow && m_rowComplete)
+        m_rowComplete();
 }
 
 void SheetCells::repeatRow(int row, int count)
@@ -91,6 +95,8 @@ void SheetCells::repeatRow(int row, int count)
 
 void SheetCells::finish()
 {
+    m_finished = true;
+    m_reordered = m_reordered || !m_ordered;
     if (!m_ordered) {
         // Repeated rows come only from readers that go in order.
         m_runs.clear();

@@ -5,6 +5,7 @@
 #include <QtGlobal>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -80,27 +81,59 @@ public:
     /// 1..rowCount(), row by row and left to right, a repeated row once per row it stands for.
     template <typename F> void forEachCell(F &&f) const
     {
-        std::size_t at = 0;
+        RowCursor cursor;
+        forEachCompleteCell(cursor, std::forward<F>(f));
+    }
+
+    /// How far forEachCompleteCell has gone.
+    struct RowCursor
+    {
+        std::size_t cell = 0;
         std::size_t run = 0;
-        for (int row = 1; row <= m_rowCount && at < m_cells.size();) {
-            const std::size_t first = at;
+        int row = 1;
+        bool ended = false;
+    };
+    /// As forEachCell, for the rows from cursor on that no later cell can change, and moves the
+    /// cursor past them: while a reader still puts cells in order, every row before the last one
+    /// that holds a cell; after finish(), all rows.
+    template <typename F> void forEachCompleteCell(RowCursor &cursor, F &&f) const
+    {
+        const std::size_t end = m_finished ? m_cells.size() : lastRowStart();
+        while (!cursor.ended && cursor.cell < end) {
+            const std::size_t first = cursor.cell;
             const quint32 stored = m_cells[first].row;
-            while (at < m_cells.size() && m_cells[at].row == stored)
+            // The rows run from row 1 without a gap (finish() keeps no more than that).
+            if (stored != quint32(cursor.row)) {
+                cursor.ended = true;
+                break;
+            }
+            std::size_t at = first;
+            while (at < end && m_cells[at].row == stored)
                 ++at;
             int count = 1;
-            while (run < m_runs.size() && m_runs[run].row < stored)
-                ++run;
-            if (run < m_runs.size() && m_runs[run].row == stored)
-                count = int(m_runs[run].count);
-            for (int k = 0; k < count && row <= m_rowCount; ++k, ++row) {
+            while (cursor.run < m_runs.size() && m_runs[cursor.run].row < stored)
+                ++cursor.run;
+            if (cursor.run < m_runs.size() && m_runs[cursor.run].row == stored)
+                count = int(m_runs[cursor.run].count);
+            for (int k = 0; k < count; ++k, ++cursor.row) {
                 for (std::size_t i = first; i < at; ++i) {
                     const Cell &cell = m_cells[i];
-                    f(row, int(cell.column), cell.error != 0,
+                    f(cursor.row, int(cell.column), cell.error != 0,
                         std::string_view(m_texts.data() + cell.offset, cell.size));
                 }
             }
+            cursor.cell = at;
         }
     }
+    /// Called while a reader puts cells in order, each time a cell of a new row arrives: the
+    /// rows before it are complete (forEachCompleteCell), so a writer can hand them on.
+    void setRowCompleteListener(std::function<void()> listener)
+    {
+        m_rowComplete = std::move(listener);
+    }
+    /// After finish(): whether cells came out of order and were sorted, so rows handed on while
+    /// reading may have changed.
+    bool wasReordered() const { return m_reordered; }
 
 private:
     struct Cell
@@ -121,6 +154,14 @@ private:
     void append(int row, int column, SheetText text, bool error);
     /// The stored cell at (column, row), or nullptr.
     const Cell *find(int column, int row) const;
+    /// Where the cells of the last row that holds a cell start.
+    std::size_t lastRowStart() const
+    {
+        std::size_t at = m_cells.size();
+        while (at > 0 && m_cells[at - 1].row == m_cells.back().row)
+            --at;
+        return at;
+    }
 
     std::string m_texts;
     std::vector<Cell> m_cells;
@@ -129,7 +170,10 @@ private:
     int m_lastRow = 0;
     bool m_ordered = true;
     bool m_stopped = false;
+    bool m_finished = false;
+    bool m_reordered = false;
     int m_rowCount = 0;
+    std::function<void()> m_rowComplete;
 };
 
 } // namespace tarnwick

@@ -77,9 +77,9 @@ SheetReadResult sheetNotRead(int errorNumber)
     return SheetReadResult { nullptr, errorNumber, NotAnExcelFile };
 }
 
-SheetReadResult readSheet(QByteArrayView bytes)
+SheetReadResult readSheet(QByteArrayView bytes, std::unique_ptr<SheetCells> into)
 {
-    auto cells = std::make_unique<SheetCells>();
+    std::unique_ptr<SheetCells> cells = into ? std::move(into) : std::make_unique<SheetCells>();
     if (startsWith(bytes, "PK\x03\x04") || startsWith(bytes, "PK\x05\x06")) {
         SheetReadResult zipped = readZippedSheet(bytes, *cells);
         if (zipped.errorNumber != 0)
@@ -98,7 +98,7 @@ SheetReadResult readSheet(QByteArrayView bytes)
     return SheetReadResult { std::move(cells), 0, {} };
 }
 
-SheetReadResult readSheetFile(const QString &path)
+SheetReadResult readSheetFile(const QString &path, std::unique_ptr<SheetCells> into)
 {
     QFile file(path);
     if (!file.exists())
@@ -108,16 +108,17 @@ SheetReadResult readSheetFile(const QString &path)
     if (file.size() > MaxWorkbookFileBytes)
         return sheetNotRead(WorkbookError::TooLarge);
     if (file.size() == 0)
-        return readSheet(QByteArrayView());
+        return readSheet(QByteArrayView(), std::move(into));
     // A mapped file costs no copy; a file that cannot be mapped is read.
     if (const uchar *mapped = file.map(0, file.size()))
-        return readSheet(QByteArrayView(reinterpret_cast<const char *>(mapped), file.size()));
+        return readSheet(
+            QByteArrayView(reinterpret_cast<const char *>(mapped), file.size()), std::move(into));
     const QByteArray bytes = file.read(MaxWorkbookFileBytes + 1);
     if (bytes.size() > MaxWorkbookFileBytes)
         return sheetNotRead(WorkbookError::TooLarge);
     if (file.error() != QFileDevice::NoError)
         return sheetNotRead(WorkbookError::FileAccess);
-    return readSheet(bytes);
+    return readSheet(bytes, std::move(into));
 }
 
 namespace {

@@ -82,9 +82,11 @@ SheetReadResult sheetNotRead(int errorNumber);
 /// (".xlsx"), a zip holding "content.xml" an OpenDocument spreadsheet (".ods"), a compound
 /// document an Excel 97 workbook (".xls"), and other text tab-separated text (as the export
 /// writes it). Anything else, and a damaged file, gives NotAWorkbook.
-SheetReadResult readSheet(QByteArrayView bytes);
+/// into: the store to read into (one that tells a listener of its complete rows, say); a new
+/// one when null.
+SheetReadResult readSheet(QByteArrayView bytes, std::unique_ptr<SheetCells> into = nullptr);
 /// Reads the first worksheet of a file as readSheet does.
-SheetReadResult readSheetFile(const QString &path);
+SheetReadResult readSheetFile(const QString &path, std::unique_ptr<SheetCells> into = nullptr);
 
 /// The same as an IWorkbook.
 WorkbookOpenResult readWorkbook(QByteArrayView bytes);

@@ -11,8 +11,10 @@
 #include <new>
 
 #if defined(Q_OS_LINUX)
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 #endif
 
 namespace tarnwick::WorkbookReaderChild {
@@ -55,17 +57,26 @@ void applyLimits(int cpuSeconds)
 int run(const QString &path)
 {
     applyLimits();
-    static char buffer[1 << 16];
+    // Rows go out while the file is read: in pieces of a mebibyte, so the program wakes for
+    // each of them, not for every 64 KiB the pipe would otherwise hold.
+    static char buffer[1 << 20];
     std::setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
+#if defined(Q_OS_LINUX)
+    fcntl(STDOUT_FILENO, F_SETPIPE_SZ, int(sizeof buffer));
+#endif
     bool written = true;
     try {
-        const SheetReadResult read = readSheetFile(path);
-        if (!read.cells) {
-            written = writeToParent(WorkbookWire::failureMessage(read.errorNumber, read.errorText));
-        } else {
-            WorkbookWire::writeWorkbook(*read.cells,
-                [&written](const QByteArray &bytes) { written = written && writeToParent(bytes); });
-        }
+        // Rows go to the parent as they are read, so it decodes them meanwhile.
+        WorkbookWire::SheetWriter writer(
+            [&written](const QByteArray &bytes) { written = written && writeToParent(bytes); });
+        auto cells = std::make_unique<SheetCells>();
+        SheetCells *store = cells.get();
+        store->setRowCompleteListener([&writer, store] { writer.writeCompleteRows(*store); });
+        const SheetReadResult read = readSheetFile(path, std::move(cells));
+        if (read.cells)
+            writer.finish(*read.cells);
+        else
+            writer.fail(read.errorNumber, read.errorText);
     } catch (const std::bad_alloc &) {
         return ExitOutOfMemory;
     }

@@ -85,7 +85,9 @@ void WorkbookReaderProcess::readOutput()
     const int rowsBefore = m_decoder->rows();
     const QByteArray bytes = m_process->read(OutputSlice);
     m_received += bytes.size();
-    if (m_received > m_options.outputLimit) {
+    // Rows the reader withdrew (written while it read, before it found cells out of order) are
+    // no longer kept.
+    if (m_received - m_decoder->withdrawnBytes() > m_options.outputLimit) {
         fail(Failure::OutputTooLarge);
         return;
     }

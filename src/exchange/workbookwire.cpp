@@ -13,7 +13,8 @@ namespace tarnwick::WorkbookWire {
 
 namespace {
 
-// The stream starts with these bytes; a new layout gets a new last digit.
+// The stream starts with these bytes; a frame laid out anew gets a new last digit (a new kind
+// of frame does not: no stream that was written before holds it).
 constexpr char WireHeader[] = "TWWBK02\n";
 constexpr qsizetype WireHeaderSize = sizeof(WireHeader) - 1;
 
@@ -21,6 +22,7 @@ constexpr char CellTag = 'C';
 constexpr char ErrorCellTag = 'X';
 constexpr char EndTag = 'E';
 constexpr char FailureTag = 'F';
+constexpr char ResetTag = 'R';
 // tag, row, column, length; tag, row, column; tag, rows; tag, error number, length.
 constexpr qsizetype CellFrameHead = 1 + 4 + 1 + 4;
 constexpr qsizetype ErrorCellFrameSize = 1 + 4 + 1;
@@ -113,33 +115,8 @@ private:
 void writeWorkbook(
     const SheetCells &cells, const std::function<void(const QByteArray &)> &sink, int chunkBytes)
 {
-    // Frames are laid out in a plain buffer and handed over without a copy: millions of small
-    // cells cost no more than their bytes.
-    std::string out(WireHeader, std::size_t(WireHeaderSize));
-    out.reserve(std::size_t(chunkBytes) + std::size_t(MaxCellBytes) + CellFrameHead);
-    char number[4];
-    const auto flush = [&out, &sink] {
-        sink(QByteArray::fromRawData(out.data(), qsizetype(out.size())));
-        out.clear();
-    };
-    cells.forEachCell([&](int row, int column, bool error, std::string_view text) {
-        out += error ? ErrorCellTag : CellTag;
-        qToLittleEndian(quint32(row), number);
-        out.append(number, 4);
-        out += char(column);
-        if (!error) {
-            const std::string_view kept = SheetValue::utf8Prefix(text, std::size_t(MaxCellBytes));
-            qToLittleEndian(quint32(kept.size()), number);
-            out.append(number, 4);
-            out.append(kept);
-        }
-        if (out.size() >= std::size_t(chunkBytes))
-            flush();
-    });
-    out += EndTag;
-    qToLittleEndian(quint32(cells.rowCount()), number);
-    out.append(number, 4);
-    flush();
+    SheetWriter writer(sink, chunkBytes);
+    writer.finish(cells);
 }
 
 void writeWorkbook(
@@ -180,6 +157,72 @@ QByteArray failureMessage(int errorNumber, const QString &text)
     return out;
 }
 
+SheetWriter::SheetWriter(Sink sink, int chunkBytes)
+    : m_sink(std::move(sink)), m_chunkBytes(std::size_t(std::max(chunkBytes, 1))),
+      m_out(WireHeader, std::size_t(WireHeaderSize))
+{
+    m_out.reserve(m_chunkBytes + std::size_t(MaxCellBytes) + CellFrameHead);
+}
+
+void SheetWriter::writeRows(const SheetCells &cells)
+{
+    char number[4];
+    cells.forEachCompleteCell(
+        m_cursor, [&](int row, int column, bool error, std::string_view text) {
+            m_out += error ? ErrorCellTag : CellTag;
+            qToLittleEndian(quint32(row), number);
+            m_out.append(number, 4);
+            m_out += char(column);
+            if (!error) {
+                const std::string_view kept =
+                    SheetValue::utf8Prefix(text, std::size_t(MaxCellBytes));
+                qToLittleEndian(quint32(kept.size()), number);
+                m_out.append(number, 4);
+                m_out.append(kept);
+            }
+            if (m_out.size() >= m_chunkBytes)
+                flush();
+        });
+}
+
+void SheetWriter::writeCompleteRows(const SheetCells &cells)
+{
+    writeRows(cells);
+}
+
+void SheetWriter::finish(const SheetCells &cells)
+{
+    if (cells.wasReordered() && m_cursor.row > 1) {
+        m_out += ResetTag;
+        m_cursor = {};
+    }
+    writeRows(cells);
+    char number[4];
+    m_out += EndTag;
+    qToLittleEndian(quint32(cells.rowCount()), number);
+    m_out.append(number, 4);
+    flush();
+}
+
+void SheetWriter::fail(int errorNumber, const QString &text)
+{
+    const QByteArray bytes = utf8Within(text, MaxErrorBytes);
+    char number[4];
+    m_out += FailureTag;
+    qToLittleEndian(quint32(errorNumber), number);
+    m_out.append(number, 4);
+    qToLittleEndian(quint32(bytes.size()), number);
+    m_out.append(number, 4);
+    m_out.append(bytes.constData(), std::size_t(bytes.size()));
+    flush();
+}
+
+void SheetWriter::flush()
+{
+    m_sink(QByteArray::fromRawData(m_out.data(), qsizetype(m_out.size())));
+    m_out.clear();
+}
+
 Decoder::Decoder() = default;
 Decoder::~Decoder() = default;
 
@@ -205,6 +248,7 @@ Decoder::State Decoder::feed(QByteArrayView bytes)
         used = WireHeaderSize;
     }
     while (m_state == State::Reading && used < m_pending.size()) {
+        m_frameAt = m_consumed + used;
         const qsizetype length = readFrame(QByteArrayView(m_pending).sliced(used));
         if (length < 0)
             m_state = State::Malformed;
@@ -212,6 +256,7 @@ Decoder::State Decoder::feed(QByteArrayView bytes)
             break;
         used += length;
     }
+    m_consumed += used;
     if (m_state == State::Reading)
         m_pending.remove(0, used);
     else if (m_state == State::Malformed || used < m_pending.size())
@@ -256,6 +301,8 @@ qsizetype Decoder::readFrame(QByteArrayView bytes)
         return readEnd(bytes);
     case FailureTag:
         return readFailure(bytes);
+    case ResetTag:
+        return readReset();
     default:
         return -1;
     }
@@ -345,6 +392,22 @@ qsizetype Decoder::readEnd(QByteArrayView bytes)
     m_starts.resize(std::size_t(m_rows) * Columns + 1, quint32(m_textSize));
     m_state = State::Read;
     return EndFrameSize;
+}
+
+qsizetype Decoder::readReset()
+{
+    // A reader withdraws its rows once at most.
+    if (m_withdrawn > 0)
+        return -1;
+    m_withdrawn = m_frameAt + 1;
+    m_text.clear();
+    m_textData = nullptr;
+    m_textSize = 0;
+    m_starts.clear();
+    m_starts.shrink_to_fit();
+    m_errors.clear();
+    m_rows = 0;
+    return 1;
 }
 
 qsizetype Decoder::readFailure(QByteArrayView bytes)

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace tarnwick::WorkbookWire {
@@ -38,6 +39,38 @@ void writeWorkbook(const IWorkbook &workbook, const std::function<void(const QBy
 /// The whole output for a file that could not be opened: the header and the error.
 QByteArray failureMessage(int errorNumber, const QString &text);
 
+/// Writes the worksheet as writeWorkbook does while a reader is still reading it: rows go out
+/// as soon as they are complete (SheetCells::setRowCompleteListener), so the program decodes
+/// them while the rest of the file is read. Rows written before the reader found cells out of
+/// order are withdrawn at the end (a reset), and the whole sheet follows in order.
+class SheetWriter
+{
+public:
+    using Sink = std::function<void(const QByteArray &)>;
+    explicit SheetWriter(Sink sink, int chunkBytes = 1 << 16);
+    SheetWriter(const SheetWriter &) = delete;
+    SheetWriter &operator=(const SheetWriter &) = delete;
+
+    /// Writes the rows of cells that are complete and not written yet.
+    void writeCompleteRows(const SheetCells &cells);
+    /// After cells.finish(): the rest of the rows and the end.
+    void finish(const SheetCells &cells);
+    /// Instead of finish(): the error of a file that could not be read, after which the rows
+    /// written so far count for nothing.
+    void fail(int errorNumber, const QString &text);
+
+private:
+    void writeRows(const SheetCells &cells);
+    void flush();
+
+    Sink m_sink;
+    std::size_t m_chunkBytes;
+    /// Frames are laid out in a plain buffer and handed over without a copy: millions of small
+    /// cells cost no more than their bytes.
+    std::string m_out;
+    SheetCells::RowCursor m_cursor;
+};
+
 /// Reads what the reader process writes, piece by piece as it arrives. Every kind of input is
 /// safe: frames are checked before anything is kept, cells must come in order (each row the
 /// same as or right after the last), texts must be valid UTF-8, and what is kept grows with the
@@ -60,6 +93,9 @@ public:
     State state() const { return m_state; }
     /// The rows that arrived so far.
     int rows() const { return m_rows; }
+    /// The bytes of the stream the reader withdrew (the rows before a reset): they no longer
+    /// count towards what is kept.
+    qint64 withdrawnBytes() const { return m_withdrawn; }
     /// After Read: the worksheet (once).
     std::unique_ptr<IWorkbook> takeWorkbook();
     /// After Failed: the error the reader reported.
@@ -80,6 +116,7 @@ private:
     /// lies left of or at the last cell of its row.
     bool placeCell(quint32 row, int column);
     qsizetype readEnd(QByteArrayView bytes);
+    qsizetype readReset();
     qsizetype readFailure(QByteArrayView bytes);
 
     State m_state = State::Reading;
@@ -96,6 +133,11 @@ private:
     /// The indexes (as in m_starts) of the error cells, in order.
     std::vector<quint32> m_errors;
     int m_rows = 0;
+    /// Bytes of the stream read in earlier calls of feed(), and where the frame being read
+    /// starts in the stream.
+    qint64 m_consumed = 0;
+    qint64 m_frameAt = 0;
+    qint64 m_withdrawn = 0;
     int m_errorNumber = 0;
     QString m_errorText;
 };

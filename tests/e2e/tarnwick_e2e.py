@@ -496,15 +496,19 @@ def scenario_hostile(run):
             s.wait_window_gone("Update", timeout=15)
             check(s.running(), "the program is still there after %s" % name)
         # A workbook that takes a while shows the reading window; its Cancel stops the read.
+        # A named pipe nobody writes to is such a file (as one on a share that does not
+        # answer): the reader waits for it until it is stopped, however fast it reads.
+        slow = os.path.join(folder, "slow.ods")
+        os.mkfifo(slow)
         s.menu("&File/&Open...")
         s.answer_next_box("Yes", title="Input Excel Data")
-        choose_file(s, "Open", os.path.join(folder, "repeat.ods"))
+        choose_file(s, "Open", slow)
         wait_for(lambda: reading_window(s), 10, "the reading window")
         started = time.monotonic()
         s.press("CmdCancelRead", how="click")
         wait_for(lambda: not reading_window(s), 10, "the reading window gone")
         print("%-16s %-10s %5.1f s from Cancel to the window gone"
-              % ("repeat.ods", "Cancel", time.monotonic() - started))
+              % ("slow.ods", "Cancel", time.monotonic() - started))
         titles = [w["title"] for w in s.windows()]
         check(not [t for t in titles if t.startswith("Error ") or t == "Update"],
               "nothing opens after Cancel: %r" % titles)

@@ -3,7 +3,8 @@
 // survives any reader. Kinds: segv, abort, spin (busy until stopped), cpu (busy under a CPU
 // limit of one second), sleep, allocate (until the memory limit), flood (valid cells without
 // end), garbage, early (ends in the middle of its output), slow (a row every few milliseconds,
-// without end).
+// without end), withdraw (3 MiB of rows, withdrawn, then the same rows again and the end: more
+// than the tests' 4 MiB output limit in all, less than it after the withdrawal).
 #include "exchange/workbookreaderchild.h"
 #include "exchange/workbookwire.h"
 
@@ -88,6 +89,17 @@ int fault(const char *kind)
         put(cellBytes(1, 0, "Part Number").left(8));
     for (int row = 1; name == "flood" && row <= WorkbookWire::MaxRows; ++row)
         put(cellBytes(row, 0, QByteArray(60000, 'x')));
+    if (name == "withdraw") {
+        QByteArray rows;
+        for (int row = 1; row <= 48; ++row)
+            rows += cellBytes(row, 0, QByteArray(64 << 10, 'x'));
+        put(rows);
+        put(QByteArray("R") + rows);
+        QByteArray end("E");
+        char number[4];
+        qToLittleEndian(quint32(48), number);
+        put(end.append(number, 4));
+    }
     for (int row = 1; name == "slow" && row <= WorkbookWire::MaxRows; ++row) {
         put(cellBytes(row, 0, "Part " + QByteArray::number(row)) + cellBytes(row, 1, "Name"));
         std::this_thread::sleep_for(std::chrono::milliseconds(5));

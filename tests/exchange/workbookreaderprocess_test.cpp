@@ -158,6 +158,19 @@ TEST(WorkbookReaderProcess, AReaderThatWritesWithoutEndStopsAtTheOutputLimit)
     EXPECT_EQ(reader.failure(), Failure::OutputTooLarge);
 }
 
+TEST(WorkbookReaderProcess, RowsTheReaderWithdrewDoNotCountTowardsTheOutputLimit)
+{
+    WorkbookReaderOptions options = faultyReader("withdraw");
+    options.outputLimit = 4 << 20;
+    WorkbookReaderProcess reader(options);
+    readToTheEnd(reader, dataFile("sample.xlsx"));
+    ASSERT_EQ(reader.outcome(), Outcome::Read);
+    const WorkbookOpenResult result = reader.takeResult();
+    ASSERT_NE(result.workbook, nullptr);
+    EXPECT_EQ(result.workbook->cellText(0, 48), QString(64 << 10, QLatin1Char('x')));
+    EXPECT_EQ(result.workbook->cellText(0, 49), QString());
+}
+
 TEST(WorkbookReaderProcess, TheCpuLimitEndsABusyReaderBeforeTheTimeLimit)
 {
     WorkbookReaderOptions options = faultyReader("cpu");

@@ -295,3 +295,137 @@ TEST(WorkbookWire, RandomAndDamagedBytesNeverCrashTheDecoder)
         }
     }
 }
+
+namespace {
+
+/// A sheet read with a SheetWriter listening, as the reader process reads one: what went out
+/// while the cells were put (before finish), and all of the output.
+struct StreamedSheet
+{
+    SheetCells cells;
+    QByteArray beforeFinish;
+    QByteArray output;
+};
+
+template <typename Put> std::unique_ptr<StreamedSheet> streamSheet(Put &&put)
+{
+    auto streamed = std::make_unique<StreamedSheet>();
+    WorkbookWire::SheetWriter writer([&](const QByteArray &bytes) { streamed->output += bytes; },
+        /*chunkBytes=*/1);
+    SheetCells &cells = streamed->cells;
+    cells.setRowCompleteListener([&] { writer.writeCompleteRows(cells); });
+    put(cells);
+    streamed->beforeFinish = streamed->output;
+    cells.finish();
+    writer.finish(cells);
+    return streamed;
+}
+
+std::unique_ptr<IWorkbook> decodedSheet(const QByteArray &bytes)
+{
+    Decoder decoder;
+    EXPECT_EQ(decodeInPieces(decoder, bytes, { 5, 64 }), Decoder::State::Read);
+    return decoder.takeWorkbook();
+}
+
+} // namespace
+
+TEST(WorkbookWire, RowsGoOutWhileTheSheetIsReadAndReadBackAsTheWholeSheetDoes)
+{
+    const auto streamed = streamSheet([](SheetCells &cells) {
+        setCell(cells, 0, 1, QStringLiteral("Part Number"));
+        setCell(cells, 1, 1, QStringLiteral("Name"));
+        setCell(cells, 0, 2, QStringLiteral("A-1"));
+        cells.putError(2, 2);
+        setCell(cells, 0, 3, QStringLiteral("B-2"));
+        cells.repeatRow(3, 3); // rows 3 to 5
+        setCell(cells, 0, 6, QStringLiteral("C-3"));
+        setCell(cells, 4, 6, QStringLiteral("last row, still open"));
+    });
+    const SheetCells &cells = streamed->cells;
+    EXPECT_FALSE(cells.wasReordered());
+    EXPECT_EQ(cells.rowCount(), 6);
+    // Rows 1 to 5 were complete before the reading ended; row 6 only at its end.
+    Decoder early;
+    early.feed(streamed->beforeFinish);
+    EXPECT_EQ(early.state(), Decoder::State::Reading);
+    EXPECT_EQ(early.rows(), 5);
+    EXPECT_EQ(streamed->output, encoded(cells)) << "the same bytes as the sheet written at once";
+    const std::unique_ptr<IWorkbook> read = decodedSheet(streamed->output);
+    ASSERT_NE(read, nullptr);
+    expectSameCellsUpToRow(cells, *read, 6);
+    EXPECT_EQ(read->cellText(0, 5), QStringLiteral("B-2"));
+    EXPECT_TRUE(read->isError(2, 2));
+}
+
+TEST(WorkbookWire, RowsWrittenBeforeCellsCameOutOfOrderAreWithdrawn)
+{
+    const auto streamed = streamSheet([](SheetCells &cells) {
+        setCell(cells, 0, 1, QStringLiteral("Part Number"));
+        setCell(cells, 0, 2, QStringLiteral("A-1"));
+        setCell(cells, 0, 3, QStringLiteral("B-2"));
+        setCell(cells, 1, 1, QStringLiteral("a late header")); // row 1 again
+        setCell(cells, 0, 2, QStringLiteral("A-1 again")); // the later value stays
+        setCell(cells, 0, 4, QStringLiteral("D-4"));
+    });
+    const SheetCells &cells = streamed->cells;
+    EXPECT_TRUE(cells.wasReordered());
+    Decoder early;
+    early.feed(streamed->beforeFinish);
+    EXPECT_EQ(early.rows(), 2) << "rows 1 and 2 had gone out";
+    Decoder decoder;
+    ASSERT_EQ(decodeInPieces(decoder, streamed->output, { 3 }), Decoder::State::Read);
+    EXPECT_EQ(decoder.withdrawnBytes(), streamed->beforeFinish.size() + 1)
+        << "what went out before, and the reset";
+    const std::unique_ptr<IWorkbook> read = decoder.takeWorkbook();
+    ASSERT_NE(read, nullptr);
+    expectSameCellsUpToRow(cells, *read, 4);
+    EXPECT_EQ(read->cellText(1, 1), QStringLiteral("a late header"));
+    EXPECT_EQ(read->cellText(0, 2), QStringLiteral("A-1 again"));
+}
+
+TEST(WorkbookWire, NothingGoesOutOfASheetThatDoesNotStartAtRowOne)
+{
+    const auto streamed = streamSheet([](SheetCells &cells) {
+        setCell(cells, 0, 2, QStringLiteral("row 2"));
+        setCell(cells, 0, 3, QStringLiteral("row 3"));
+        setCell(cells, 0, 4, QStringLiteral("row 4"));
+    });
+    EXPECT_EQ(streamed->cells.rowCount(), 0);
+    const std::unique_ptr<IWorkbook> read = decodedSheet(streamed->output);
+    ASSERT_NE(read, nullptr);
+    EXPECT_EQ(read->cellText(0, 2), QString());
+}
+
+TEST(WorkbookWire, AFailureAfterRowsWentOutIsTheResult)
+{
+    QByteArray output;
+    WorkbookWire::SheetWriter writer([&](const QByteArray &bytes) { output += bytes; });
+    SheetCells cells;
+    cells.setRowCompleteListener([&] { writer.writeCompleteRows(cells); });
+    setCell(cells, 0, 1, QStringLiteral("Part Number"));
+    setCell(cells, 0, 2, QStringLiteral("A-1"));
+    writer.fail(432, QStringLiteral("not a workbook after all"));
+    Decoder decoder;
+    EXPECT_EQ(decodeInPieces(decoder, output, { 2 }), Decoder::State::Failed);
+    EXPECT_EQ(decoder.errorNumber(), 432);
+    EXPECT_EQ(decoder.errorText(), QStringLiteral("not a workbook after all"));
+    EXPECT_EQ(decoder.takeWorkbook(), nullptr);
+}
+
+TEST(WorkbookWire, AReaderWithdrawsItsRowsOnceAtMost)
+{
+    SheetCells sheet;
+    setCell(sheet, 0, 1, QStringLiteral("Part Number"));
+    sheet.finish();
+    QByteArray bytes = encoded(sheet);
+    const QByteArray end = bytes.right(5);
+    bytes.chop(5);
+    Decoder once;
+    once.feed(bytes + "R" + bytes.mid(8) + end);
+    EXPECT_EQ(once.state(), Decoder::State::Read);
+    EXPECT_EQ(once.withdrawnBytes(), bytes.size() + 1);
+    Decoder twice;
+    twice.feed(bytes + "R" + bytes.mid(8) + "R" + bytes.mid(8) + end);
+    EXPECT_EQ(twice.state(), Decoder::State::Malformed);
+}

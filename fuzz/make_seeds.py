@@ -127,6 +127,10 @@ def text_seeds(source, out):
           b'TWWBK02\n' + b'C' + struct.pack('<IBI', 1, 0, 1) + b'a' + b'X'
           + struct.pack('<IB', 1, 1) + b'C' + struct.pack('<IBI', 1, 2, 1) + b'b' + b'E'
           + struct.pack('<I', 1))
+    # Rows sent while reading, withdrawn once, then sent again in order.
+    first = b'C' + struct.pack('<IBI', 1, 0, 1) + b'a' + b'C' + struct.pack('<IBI', 2, 0, 1) + b'b'
+    write(os.path.join(out, 'wire_decoder'), 'withdrawn.wire',
+          b'TWWBK02\n' + first + b'R' + first + b'E' + struct.pack('<I', 2))
     failure = 'This file is not an Excel 97 file.'.encode()
     write(os.path.join(out, 'wire_decoder'), 'failure.wire',
           b'TWWBK02\n' + b'F' + struct.pack('<II', 51, len(failure)) + failure)

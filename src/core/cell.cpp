@@ -94,11 +94,6 @@ bool Cell::isNumber() const
     return k == Kind::Single || k == Kind::Double || k == Kind::Int32;
 }
 
-bool Cell::isBlank() const
-{
-    return isEmpty() || (isText() && textView().isEmpty());
-}
-
 QString Cell::asText() const
 {
     if (!isText())

@@ -92,7 +92,18 @@ public:
     bool isText() const { return kind() == Kind::Text; }
     bool isNumber() const;
     /// True for the empty state and for a text of length 0.
-    bool isBlank() const;
+    bool isBlank() const
+    {
+        if (isEmpty())
+            return true;
+        if (!isText())
+            return false;
+        // The same as textView().isEmpty(), without making the view: asked of every cell an
+        // import reads.
+        return static_cast<TextEncoding>(m_encoding) == TextEncoding::Utf16
+            ? m_value.block->text.isEmpty()
+            : m_size == 0;
+    }
 
     /// The stored text; an empty QString for any other kind.
     QString asText() const;

@@ -3,6 +3,7 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/conversions.h"
+#include "core/vberror.h"
 #include "exchange/columnmapping.h"
 #include "exchange/workbook.h"
 
@@ -59,6 +60,13 @@ struct ImportPlanner::RowCells
 {
     std::array<Cell, P::FieldCount + 1> cell;
     std::array<bool, P::FieldCount + 1> mapped {};
+    /// The mapped columns' cells as the workbook gave them (IWorkbook::readCells), in the order
+    /// of m_readColumns, and which of them are error cells.
+    std::array<Cell, ColumnMapping::ListCount> fetched;
+    std::array<bool, ColumnMapping::ListCount> errors {};
+    /// False when the workbook raised an error reading the row at once: its cells are then
+    /// read one by one, each error kept as it was raised.
+    bool fetchedAll = false;
     /// The part number's UTF-8 bytes (in spare where the cell does not keep UTF-8).
     QByteArrayView partKey;
     QByteArray spare;
@@ -85,6 +93,15 @@ ImportPlanner::ImportPlanner(const IWorkbook &workbook, const Table &catalogue,
     m_plan.action = action;
     m_done = m_letters.size() != ColumnMapping::ListCount
         || ColumnMapping::isUnread(m_letters[ColumnMapping::PartNumberList]);
+    m_listSlot.fill(-1);
+    for (int index = 0; !m_done && index < ColumnMapping::ListCount; ++index) {
+        const QChar letter = m_letters[index];
+        if (ColumnMapping::isUnread(letter))
+            continue;
+        m_listSlot[std::size_t(index)] = int(m_readColumns.size());
+        m_listField[std::size_t(index)] = ColumnMapping::catalogueField(index);
+        m_readColumns.push_back(letter.unicode() - 'A');
+    }
     const int sheetRows = std::max(0, workbook.rowCountHint() - m_row + 1);
     m_partNumbers.reserve(m_catalogue.rowCount() + sheetRows);
     m_plan.addedCells.reserve(std::size_t(sheetRows) * P::FieldCount);
@@ -121,14 +138,21 @@ QByteArrayView ImportPlanner::keepKey(const Cell &cell, QByteArrayView key)
 
 bool ImportPlanner::readCell(int listIndex, RowCells &cells)
 {
-    const QChar letter = m_letters[listIndex];
-    const int field = ColumnMapping::catalogueField(listIndex);
-    if (ColumnMapping::isUnread(letter))
+    const int slot = m_listSlot[std::size_t(listIndex)];
+    if (slot < 0)
         return true;
+    const int field = m_listField[std::size_t(listIndex)];
     cells.mapped[std::size_t(field)] = true;
     Cell &cell = cells.cell[std::size_t(field)];
-    // An error cell (#DIV/0!, #N/A) is a cell that cannot be read.
-    return m_trap.step([&] { cell = readTextCell(m_workbook, letter.unicode() - 'A', m_row); });
+    if (!cells.fetchedAll) {
+        return m_trap.step(
+            [&] { cell = readTextCell(m_workbook, m_readColumns[std::size_t(slot)], m_row); });
+    }
+    // An error cell (#DIV/0!, #N/A) is a cell that cannot be read, as readTextCell says.
+    if (cells.errors[std::size_t(slot)])
+        return m_trap.step([] { throw VbError(ErrorNumber::TypeMismatch); });
+    cell = std::move(cells.fetched[std::size_t(slot)]);
+    return true;
 }
 
 void ImportPlanner::readOtherCells(RowCells &cells)
@@ -144,6 +168,14 @@ bool ImportPlanner::step()
     if (m_done)
         return false;
     RowCells cells;
+    const std::size_t count = m_readColumns.size();
+    try {
+        m_workbook.readCells(m_row, m_readColumns, std::span(cells.fetched).first(count),
+            std::span(cells.errors).first(count));
+        cells.fetchedAll = true;
+    } catch (const VbError &) {
+        cells.fetched = {};
+    }
     const bool read = readCell(ColumnMapping::PartNumberList, cells);
     const bool update = m_plan.action == ImportAction::UpdateExisting;
     // Adding reads the other cells of a row only for a new product, as the import always did.

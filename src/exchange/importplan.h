@@ -2,6 +2,7 @@
 
 #include "core/cell.h"
 #include "core/errortrap.h"
+#include "exchange/columnmapping.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -9,6 +10,7 @@
 #include <QLocale>
 #include <QString>
 
+#include <array>
 #include <deque>
 #include <optional>
 #include <span>
@@ -145,6 +147,12 @@ private:
     std::optional<Cell> updatedCell(int field, const RowCells &cells) const;
 
     const IWorkbook &m_workbook;
+    /// The columns of the mapped lists, read for every row at once, and where each list's
+    /// column stands among them (-1 for a list that is not read).
+    std::vector<int> m_readColumns;
+    std::array<int, ColumnMapping::ListCount> m_listSlot {};
+    /// The catalogue field of each list that is read.
+    std::array<int, ColumnMapping::ListCount> m_listField {};
     const Table &m_catalogue;
     QString m_letters;
     QLocale m_locale;

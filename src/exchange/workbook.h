@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <memory>
+#include <span>
 
 namespace tarnwick {
 
@@ -36,6 +37,16 @@ public:
     /// How many rows the sheet holds when the workbook knows it without counting, else 0: a
     /// reader of every row makes room for them at once.
     virtual int rowCountHint() const { return 0; }
+    /// Several cells of one row at once, as textCell gives them (columns[i] into cells[i]); an
+    /// error cell is left empty and its errors[i] set. The spans have the same length.
+    virtual void readCells(
+        int row, std::span<const int> columns, std::span<Cell> cells, std::span<bool> errors) const
+    {
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            errors[i] = isError(columns[i], row);
+            cells[i] = errors[i] ? Cell() : textCell(columns[i], row);
+        }
+    }
 };
 
 /// A cell as the import reads it, as a catalogue cell (IWorkbook::textCell): an error cell

@@ -93,6 +93,24 @@ public:
         return Cell::inBlock(m_block, start, size, TextEncoding::Utf8);
     }
     int rowCountHint() const override { return m_rows; }
+    void readCells(int row, std::span<const int> columns, std::span<Cell> cells,
+        std::span<bool> errors) const override
+    {
+        // The row's texts take their references to the block together, not one at a time; the
+        // workbook holds one of its own meanwhile.
+        int texts = 0;
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            errors[i] = !m_errors.empty() && isError(columns[i], row);
+            if (errors[i]) {
+                cells[i] = Cell();
+                continue;
+            }
+            const auto [start, size] = place(columns[i], row);
+            cells[i] = Cell::inBlockAdopting(m_block, start, size, TextEncoding::Utf8);
+            ++texts;
+        }
+        m_block->ref.fetch_add(texts, std::memory_order_relaxed);
+    }
 
 private:
     /// Where the cell's text starts in the block and how long it is (0 outside the sheet).

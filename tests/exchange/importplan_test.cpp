@@ -5,8 +5,10 @@
 #include "catalogue/table.h"
 #include "exchange/columnmapping.h"
 #include "exchange/importplan.h"
+#include "exchange/sheetcells.h"
 #include "exchange/textworkbook.h"
 #include "exchange/workbook.h"
+#include "exchange/workbookwire.h"
 #include "platform/appenvironment.h"
 #include "support/fakeprompts.h"
 #include "support/testlocale.h"
@@ -328,4 +330,94 @@ TEST(ImportPlanErrors, ASheetThatNeverReadsEnds)
         sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
     planner.runAll();
     EXPECT_EQ(planner.currentRow(), 2 + ImportPlanner::MaxUnreadableRows);
+}
+
+namespace {
+
+void putText(SheetCells &sheet, int row, int column, std::string_view text)
+{
+    sheet.put(row, column, sheet.addText(text));
+}
+
+/// A supplier's sheet with error cells (#N/A, #DIV/0!): one in a part number, one in a name.
+SheetCells sheetWithErrorCells()
+{
+    SheetCells sheet;
+    putText(sheet, 1, 0, "Part Number");
+    putText(sheet, 1, 1, "Product Name");
+    putText(sheet, 1, 2, "Price");
+    sheet.putError(2, 0);
+    putText(sheet, 2, 1, "no part number to read");
+    putText(sheet, 3, 0, "E-1");
+    sheet.putError(3, 1);
+    putText(sheet, 3, 2, "2.5");
+    putText(sheet, 4, 0, "E-2");
+    putText(sheet, 4, 1, "Fine");
+    sheet.finish();
+    return sheet;
+}
+
+std::unique_ptr<IWorkbook> throughTheWire(const SheetCells &sheet)
+{
+    WorkbookWire::Decoder decoder;
+    WorkbookWire::writeWorkbook(sheet, [&](const QByteArray &bytes) { decoder.feed(bytes); });
+    EXPECT_EQ(decoder.state(), WorkbookWire::Decoder::State::Read);
+    return decoder.takeWorkbook();
+}
+
+} // namespace
+
+TEST(ImportPlanErrors, ErrorCellsReadWithTheirRowAreCellsThatCannotBeRead)
+{
+    const SheetCells sheet = sheetWithErrorCells();
+    const std::unique_ptr<IWorkbook> wire = throughTheWire(sheet);
+    ASSERT_NE(wire, nullptr);
+    const std::vector<const IWorkbook *> workbooks { &sheet, wire.get() };
+    for (const IWorkbook *workbook : workbooks) {
+        Table catalogue(0, P::FieldCount);
+        ImportPlanner planner(
+            *workbook, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+        planner.runAll();
+        const ImportPlan plan = planner.takePlan();
+        EXPECT_EQ(skippedRows(plan),
+            (std::vector<std::pair<int, SkipReason>> { { 2, SkipReason::Unreadable } }));
+        ASSERT_EQ(plan.addedCount(), 2);
+        EXPECT_EQ(plan.addedProduct(0)[P::PartNumber - 1], Cell("E-1"));
+        EXPECT_EQ(plan.addedProduct(0)[P::ProductName - 1], Cell("Missing Product Name"))
+            << "an error in the name leaves it empty";
+        EXPECT_EQ(plan.addedProduct(0)[P::Price - 1], Cell(2.5f));
+        EXPECT_EQ(plan.addedProduct(1)[P::ProductName - 1], Cell("Fine"));
+        ASSERT_TRUE(plan.firstError.has_value());
+        EXPECT_EQ(plan.firstError->number(), ErrorNumber::TypeMismatch);
+    }
+}
+
+TEST(WorkbookCells, ARowReadAtOnceIsTheSameAsItsCellsReadOneByOne)
+{
+    const SheetCells sheet = sheetWithErrorCells();
+    const std::unique_ptr<IWorkbook> wire = throughTheWire(sheet);
+    ASSERT_NE(wire, nullptr);
+    const std::vector<int> columns { 3, 0, 1, 17, 0 };
+    const std::vector<const IWorkbook *> workbooks { &sheet, wire.get() };
+    for (const IWorkbook *workbook : workbooks) {
+        const Cell first = workbook->textCell(0, 1);
+        const CellTextBlock *block = first.textBlock();
+        const int referencesBefore = block != nullptr ? block->ref.load() : 0;
+        for (int row = 1; row <= 5; ++row) {
+            SCOPED_TRACE(row);
+            std::vector<Cell> cells(columns.size(), Cell(QStringLiteral("old")));
+            bool flags[5] = { true, true, true, true, true };
+            workbook->readCells(row, columns, cells, flags);
+            for (std::size_t i = 0; i < columns.size(); ++i) {
+                EXPECT_EQ(flags[i], workbook->isError(columns[i], row)) << columns[i];
+                if (flags[i])
+                    EXPECT_TRUE(cells[i].isEmpty()) << columns[i];
+                else
+                    EXPECT_EQ(cells[i], workbook->textCell(columns[i], row)) << columns[i];
+            }
+        }
+        if (block != nullptr) {
+            EXPECT_EQ(block->ref.load(), referencesBefore) << "every reference given back";
+        }
+    }
 }

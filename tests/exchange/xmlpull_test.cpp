@@ -171,6 +171,23 @@ TEST(XmlPull, PlainContentIsReadAtOnceUpToTheElementsEnd)
     EXPECT_EQ(parser.next(), Token::End);
 }
 
+namespace {
+
+/// A parser on the start of cell, the element xml starts with inside a root element <r>,
+/// after readPlainContent("v") declined its content and read nothing.
+std::unique_ptr<XmlPull> declinedCell(const std::string &xml)
+{
+    auto parser = std::make_unique<XmlPull>(sourceOf("<r>" + xml + "</r>", 1 << 20));
+    EXPECT_EQ(parser->next(), Token::StartElement);
+    EXPECT_EQ(parser->next(), Token::StartElement);
+    std::string_view text;
+    EXPECT_FALSE(parser->readPlainContent("v", text));
+    EXPECT_EQ(parser->token(), Token::StartElement) << "nothing is read";
+    return parser;
+}
+
+} // namespace
+
 TEST(XmlPull, ContentOfAnotherFormIsLeftToBeReadTokenByToken)
 {
     // Each is read token by token after readPlainContent has declined it.
@@ -188,12 +205,8 @@ TEST(XmlPull, ContentOfAnotherFormIsLeftToBeReadTokenByToken)
     };
     for (const auto &[xml, rest] : cases) {
         SCOPED_TRACE(xml);
-        XmlPull parser(sourceOf("<r>" + xml + "</r>", 1 << 20));
-        ASSERT_EQ(parser.next(), Token::StartElement);
-        ASSERT_EQ(parser.next(), Token::StartElement);
-        std::string_view text;
-        EXPECT_FALSE(parser.readPlainContent("v", text));
-        EXPECT_EQ(parser.token(), Token::StartElement) << "nothing is read";
+        const std::unique_ptr<XmlPull> declined = declinedCell(xml);
+        XmlPull &parser = *declined;
         std::string seen;
         for (Token token = parser.next(); token != Token::End && token != Token::Invalid
              && !(token == Token::EndElement && parser.name() == "r");
@@ -216,11 +229,8 @@ TEST(XmlPull, ContentThatIsNoXmlIsNotReadAsPlainContent)
     for (const std::string xml :
         { "<c><v t>2</v></c>", "<c><v t=\"x>2</v></c>", "<c><v>2</w></c>" }) {
         SCOPED_TRACE(xml);
-        XmlPull parser(sourceOf("<r>" + xml + "</r>", 1 << 20));
-        ASSERT_EQ(parser.next(), Token::StartElement);
-        ASSERT_EQ(parser.next(), Token::StartElement);
-        std::string_view text;
-        EXPECT_FALSE(parser.readPlainContent("v", text));
+        const std::unique_ptr<XmlPull> declined = declinedCell(xml);
+        XmlPull &parser = *declined;
         const int depth = parser.depth();
         while (parser.nextWithin(depth)) { }
         EXPECT_EQ(parser.token(), Token::Invalid);

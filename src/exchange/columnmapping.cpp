@@ -4,10 +4,6 @@ namespace tarnwick::ColumnMapping {
 
 namespace {
 
-// Catalogue field of each list index 0..14.
-constexpr std::array<int, ListCount> FieldOfList { 1, 2, 6, 3, 7, 8, 5, 4, 9, 10, 11, 12, 13, 14,
-    15 };
-
 bool isOneOf(const QString &text, std::initializer_list<const char *> words)
 {
     for (const char *word : words) {
@@ -19,11 +15,6 @@ bool isOneOf(const QString &text, std::initializer_list<const char *> words)
 }
 
 } // namespace
-
-int catalogueField(int listIndex)
-{
-    return FieldOfList.at(std::size_t(listIndex));
-}
 
 QStringList columnEntries(const IWorkbook &workbook)
 {

@@ -18,8 +18,13 @@ constexpr int ProductNameList = 1;
 inline const QString SkipField = QStringLiteral("Skip Field");
 inline const QString Required = QStringLiteral("Required");
 
-/// The catalogue field (1 to 15) that list index fills.
-int catalogueField(int listIndex);
+/// The catalogue field (1 to 15) that list index fills; asked for every cell an import reads.
+inline int catalogueField(int listIndex)
+{
+    constexpr std::array<int, ListCount> FieldOfList { 1, 2, 6, 3, 7, 8, 5, 4, 9, 10, 11, 12, 13,
+        14, 15 };
+    return FieldOfList.at(std::size_t(listIndex));
+}
 
 /// The column entries of the worksheet's header row: "Col 0-  Part Number" … for columns A
 /// to R, stopping at the first column whose row-1 cell is empty.

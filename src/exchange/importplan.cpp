@@ -99,7 +99,6 @@ ImportPlanner::ImportPlanner(const IWorkbook &workbook, const Table &catalogue,
         if (ColumnMapping::isUnread(letter))
             continue;
         m_listSlot[std::size_t(index)] = int(m_readColumns.size());
-        m_listField[std::size_t(index)] = ColumnMapping::catalogueField(index);
         m_readColumns.push_back(letter.unicode() - 'A');
     }
     const int sheetRows = std::max(0, workbook.rowCountHint() - m_row + 1);
@@ -141,7 +140,7 @@ bool ImportPlanner::readCell(int listIndex, RowCells &cells)
     const int slot = m_listSlot[std::size_t(listIndex)];
     if (slot < 0)
         return true;
-    const int field = m_listField[std::size_t(listIndex)];
+    const int field = ColumnMapping::catalogueField(listIndex);
     cells.mapped[std::size_t(field)] = true;
     Cell &cell = cells.cell[std::size_t(field)];
     if (!cells.fetchedAll) {

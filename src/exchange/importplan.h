@@ -145,18 +145,6 @@ private:
     /// A cell's number as the user's locale reads it; none for a blank or no number.
     std::optional<double> number(const Cell &cell) const;
     std::optional<Cell> updatedCell(int field, const RowCells &cells) const;
-
-    const IWorkbook &m_workbook;
-    /// The columns of the mapped lists, read for every row at once, and where each list's
-    /// column stands among them (-1 for a list that is not read).
-    std::vector<int> m_readColumns;
-    std::array<int, ColumnMapping::ListCount> m_listSlot {};
-    /// The catalogue field of each list that is read.
-    std::array<int, ColumnMapping::ListCount> m_listField {};
-    const Table &m_catalogue;
-    QString m_letters;
-    QLocale m_locale;
-    bool m_plainDecimals;
     /// The UTF-8 bytes of a text cell: the cell's own where it keeps UTF-8, else decoded into
     /// spare.
     static QByteArrayView utf8Of(const Cell &cell, QByteArray &spare);
@@ -164,6 +152,15 @@ private:
     /// is held, or the bytes are copied.
     QByteArrayView keepKey(const Cell &cell, QByteArrayView key);
 
+    const IWorkbook &m_workbook;
+    /// The columns of the mapped lists, read for every row at once, and where each list's
+    /// column stands among them (-1 for a list that is not read).
+    std::vector<int> m_readColumns;
+    std::array<int, ColumnMapping::ListCount> m_listSlot {};
+    const Table &m_catalogue;
+    QString m_letters;
+    QLocale m_locale;
+    bool m_plainDecimals;
     /// Part number (its UTF-8 bytes) → catalogue row (0 for a part number planned from an
     /// earlier row). A part number is looked up for every row: as bytes it is neither decoded
     /// nor copied.

@@ -54,6 +54,16 @@ QByteArray utf8Within(const QString &text, int limit)
     return bytes;
 }
 
+/// The frame of a file that could not be read: its error number and the error's text.
+QByteArray failureFrame(int errorNumber, const QString &text)
+{
+    const QByteArray bytes = utf8Within(text, MaxErrorBytes);
+    QByteArray out(1, FailureTag);
+    appendWireNumber(out, quint32(errorNumber));
+    appendWireNumber(out, quint32(bytes.size()));
+    return out + bytes;
+}
+
 /// The worksheet the decoder built: the texts of all cells in one block (checked to be UTF-8)
 /// and where each starts. Its text cells point into the block, so an import keeps the texts
 /// of the cells it takes without a copy each.
@@ -166,13 +176,7 @@ void writeWorkbook(
 
 QByteArray failureMessage(int errorNumber, const QString &text)
 {
-    const QByteArray bytes = utf8Within(text, MaxErrorBytes);
-    QByteArray out(WireHeader, WireHeaderSize);
-    out.append(FailureTag);
-    appendWireNumber(out, quint32(errorNumber));
-    appendWireNumber(out, quint32(bytes.size()));
-    out.append(bytes);
-    return out;
+    return QByteArray(WireHeader, WireHeaderSize) + failureFrame(errorNumber, text);
 }
 
 SheetWriter::SheetWriter(Sink sink, int chunkBytes)
@@ -182,7 +186,7 @@ SheetWriter::SheetWriter(Sink sink, int chunkBytes)
     m_out.reserve(m_chunkBytes + std::size_t(MaxCellBytes) + CellFrameHead);
 }
 
-void SheetWriter::writeRows(const SheetCells &cells)
+void SheetWriter::writeCompleteRows(const SheetCells &cells)
 {
     char number[4];
     cells.forEachCompleteCell(
@@ -203,18 +207,13 @@ void SheetWriter::writeRows(const SheetCells &cells)
         });
 }
 
-void SheetWriter::writeCompleteRows(const SheetCells &cells)
-{
-    writeRows(cells);
-}
-
 void SheetWriter::finish(const SheetCells &cells)
 {
     if (cells.wasReordered() && m_cursor.row > 1) {
         m_out += ResetTag;
         m_cursor = {};
     }
-    writeRows(cells);
+    writeCompleteRows(cells);
     char number[4];
     m_out += EndTag;
     qToLittleEndian(quint32(cells.rowCount()), number);
@@ -224,14 +223,8 @@ void SheetWriter::finish(const SheetCells &cells)
 
 void SheetWriter::fail(int errorNumber, const QString &text)
 {
-    const QByteArray bytes = utf8Within(text, MaxErrorBytes);
-    char number[4];
-    m_out += FailureTag;
-    qToLittleEndian(quint32(errorNumber), number);
-    m_out.append(number, 4);
-    qToLittleEndian(quint32(bytes.size()), number);
-    m_out.append(number, 4);
-    m_out.append(bytes.constData(), std::size_t(bytes.size()));
+    const QByteArray frame = failureFrame(errorNumber, text);
+    m_out.append(frame.constData(), std::size_t(frame.size()));
     flush();
 }
 
@@ -299,11 +292,7 @@ std::unique_ptr<IWorkbook> Decoder::takeWorkbook()
     m_text.squeeze();
     auto workbook = std::make_unique<WireWorkbook>(
         std::move(m_text), std::move(m_starts), std::move(m_errors), m_rows);
-    m_text.clear();
-    m_textData = nullptr;
-    m_textSize = 0;
-    m_starts.clear();
-    m_errors.clear();
+    clearCells();
     m_state = State::Malformed;
     return workbook;
 }
@@ -412,18 +401,22 @@ qsizetype Decoder::readEnd(QByteArrayView bytes)
     return EndFrameSize;
 }
 
+void Decoder::clearCells()
+{
+    m_text = QByteArray();
+    m_textData = nullptr;
+    m_textSize = 0;
+    m_starts = {};
+    m_errors = {};
+}
+
 qsizetype Decoder::readReset()
 {
     // A reader withdraws its rows once at most.
     if (m_withdrawn > 0)
         return -1;
     m_withdrawn = m_frameAt + 1;
-    m_text.clear();
-    m_textData = nullptr;
-    m_textSize = 0;
-    m_starts.clear();
-    m_starts.shrink_to_fit();
-    m_errors.clear();
+    clearCells();
     m_rows = 0;
     return 1;
 }
@@ -439,11 +432,7 @@ qsizetype Decoder::readFailure(QByteArrayView bytes)
         return 0;
     m_errorNumber = int(wireNumberAt(bytes, 1));
     m_errorText = QString::fromUtf8(bytes.sliced(FailureFrameHead, length));
-    m_text.clear();
-    m_textData = nullptr;
-    m_textSize = 0;
-    m_starts.clear();
-    m_errors.clear();
+    clearCells();
     m_state = State::Failed;
     return FailureFrameHead + length;
 }

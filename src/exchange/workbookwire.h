@@ -60,7 +60,6 @@ public:
     void fail(int errorNumber, const QString &text);
 
 private:
-    void writeRows(const SheetCells &cells);
     void flush();
 
     Sink m_sink;
@@ -117,6 +116,8 @@ private:
     bool placeCell(quint32 row, int column);
     qsizetype readEnd(QByteArrayView bytes);
     qsizetype readReset();
+    /// Forgets every cell read (a reset, a failure, or the worksheet handed over).
+    void clearCells();
     qsizetype readFailure(QByteArrayView bytes);
 
     State m_state = State::Reading;

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 
 namespace tarnwick {
 
@@ -225,8 +227,11 @@ void ImportPlanner::planUpdate(RowCells &cells)
         skip(SkipReason::EmptyPartNumber, QString());
     else if (known != m_partNumbers.cend() && *known == 0)
         skip(SkipReason::RepeatedPartNumber, cells.partNumber());
-    else if (!cells.isBlank(P::Price) && !number(cells.cell[P::Price]))
+    else if (const std::optional<double> price = number(cells.cell[P::Price]);
+             !cells.isBlank(P::Price) && !price)
         skip(SkipReason::PriceNotANumber, cells.partNumber());
+    else if (price && !fitsPrice(*price))
+        skip(SkipReason::PriceTooLarge, cells.partNumber());
     else if (known != m_partNumbers.cend())
         planExisting(cells, *known);
     else
@@ -262,7 +267,12 @@ Cell ImportPlanner::nameCell(Cell name)
     return Cell(name.asText().left(MaxNameLength));
 }
 
-Cell ImportPlanner::newCell(int field, RowCells &cells) const
+bool ImportPlanner::fitsPrice(double price)
+{
+    return std::fabs(price) <= double(std::numeric_limits<float>::max());
+}
+
+Cell ImportPlanner::newCell(int field, RowCells &cells)
 {
     // The row's cells are not needed after this: a text moves into the plan as it is.
     Cell &cell = cells.cell[std::size_t(field)];
@@ -270,7 +280,16 @@ Cell ImportPlanner::newCell(int field, RowCells &cells) const
         return cell.isBlank() ? Cell(MissingProductName) : nameCell(std::move(cell));
     if (field == P::Price) {
         const std::optional<double> price = number(cell);
-        return price ? Cell(float(*price)) : Cell();
+        if (!price)
+            return Cell();
+        // Too large for the catalogue: an overflow, which the import reports as an error
+        // reading the sheet, and the product comes without a price.
+        if (!fitsPrice(*price)) {
+            m_trap.step([] { throw VbError(ErrorNumber::Overflow, QStringLiteral("Overflow")); });
+            m_plan.firstError = m_trap.firstError();
+            return Cell();
+        }
+        return Cell(float(*price));
     }
     if (cell.isBlank())
         return m_emptyText;

@@ -42,6 +42,9 @@ enum class SkipReason {
     /// The list price is mapped and its cell holds something that is no number
     /// (UpdateExisting).
     PriceNotANumber,
+    /// The list price is mapped and its cell holds a number beyond what the catalogue's
+    /// single-precision prices hold, about 3.4E+38 (UpdateExisting).
+    PriceTooLarge,
     /// The part number's cell could not be read.
     Unreadable,
 };
@@ -139,11 +142,13 @@ private:
     void planNew(RowCells &cells);
     void planExisting(const RowCells &cells, int catalogueRow);
     void skip(SkipReason reason, const QString &partNumber);
-    Cell newCell(int field, RowCells &cells) const;
+    Cell newCell(int field, RowCells &cells);
     /// The product name a name cell gives: cut to its first MaxNameLength characters.
     static Cell nameCell(Cell name);
     /// A cell's number as the user's locale reads it; none for a blank or no number.
     std::optional<double> number(const Cell &cell) const;
+    /// Whether a list price can be kept as the catalogue keeps it, in single precision.
+    static bool fitsPrice(double price);
     std::optional<Cell> updatedCell(int field, const RowCells &cells) const;
     /// The UTF-8 bytes of a text cell: the cell's own where it keeps UTF-8, else decoded into
     /// spare.

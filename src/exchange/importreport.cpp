@@ -13,7 +13,7 @@ namespace P = ProductRecord;
 
 /// The order in which the reasons are counted.
 constexpr SkipReason Reasons[] = { SkipReason::EmptyPartNumber, SkipReason::RepeatedPartNumber,
-    SkipReason::PriceNotANumber, SkipReason::PartNumberExists, SkipReason::Unreadable };
+    SkipReason::PriceNotANumber, SkipReason::PriceTooLarge, SkipReason::PartNumberExists, SkipReason::Unreadable };
 
 bool isPriceField(int field)
 {
@@ -40,6 +40,8 @@ QString reasonText(SkipReason reason)
         return QStringLiteral("part number twice in the sheet");
     case SkipReason::PriceNotANumber:
         return QStringLiteral("list price that is no number");
+    case SkipReason::PriceTooLarge:
+        return QStringLiteral("list price too large");
     case SkipReason::PartNumberExists:
         return QStringLiteral("part number already exists");
     case SkipReason::Unreadable:

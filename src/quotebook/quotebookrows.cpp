@@ -9,6 +9,7 @@
 #include <QSqlQuery>
 
 #include <array>
+#include <cmath>
 #include <limits>
 
 namespace tarnwick::QuoteBookRows {
@@ -83,10 +84,12 @@ Cell cellOf(const QVariant &value, QChar kind)
         return Cell();
     bool ok = false;
     if (kind == u'S' || kind == u'D' || kind == u'I') {
+        // A number no cell of its kind holds (a book changed by another program) is kept as
+        // the text stored: a float beyond its range would be infinite.
         const double number = value.toDouble(&ok);
-        if (ok && kind == u'S')
+        if (ok && kind == u'S' && std::fabs(number) <= double(std::numeric_limits<float>::max()))
             return Cell(float(number));
-        if (ok && kind == u'D')
+        if (ok && kind == u'D' && std::isfinite(number))
             return Cell(number);
         const qint64 whole = value.toLongLong(&ok);
         if (ok && whole >= std::numeric_limits<qint32>::min()

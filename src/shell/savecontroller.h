@@ -9,7 +9,7 @@ namespace tarnwick {
 struct AppServices;
 class CatalogueLifecycle;
 class EditHistory;
-class MainWindowUi;
+struct MainWindowUi;
 class Module1;
 class ProductGridController;
 

@@ -319,6 +319,38 @@ TEST(ImportPlanErrors, ARowThatCannotBeReadIsSkippedAndTheErrorKept)
     }
 }
 
+TEST(ImportPlanErrors, AListPriceBeyondSinglePrecisionIsAnOverflowNotAnInfinitePrice)
+{
+    Table catalogue(1, P::FieldCount);
+    catalogue.put(1, P::PartNumber, "A-1");
+    catalogue.put(1, P::Price, 10.0f);
+    const TextWorkbook sheet("Part Number\tProduct Name\tPrice\tNotes\tPrice 1\r\n"
+                             "A-1\tAnchor\t5E+39\t\t\r\n"
+                             "N-1\tNut\t-5E+39\t\t\r\n"
+                             "N-2\tNail\t3.4E+38\t\t\r\n");
+
+    ImportPlanner adding(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    adding.runAll();
+    const ImportPlan add = adding.takePlan();
+    ASSERT_EQ(add.addedCount(), 2);
+    EXPECT_TRUE(add.addedProduct(0)[P::Price - 1].isEmpty()) << "the product comes without a price";
+    EXPECT_EQ(add.addedProduct(1)[P::Price - 1], Cell(3.4E+38f));
+    ASSERT_TRUE(add.firstError.has_value()) << "and the import reports an error";
+    EXPECT_EQ(add.firstError->number(), ErrorNumber::Overflow);
+
+    ImportPlanner updating(
+        sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    updating.runAll();
+    const ImportPlan update = updating.takePlan();
+    EXPECT_EQ(skippedRows(update),
+        (std::vector<std::pair<int, SkipReason>> {
+            { 2, SkipReason::PriceTooLarge }, { 3, SkipReason::PriceTooLarge } }));
+    EXPECT_TRUE(update.changed.empty());
+    EXPECT_EQ(update.addedCount(), 1);
+    EXPECT_EQ(update.addedProduct(0)[P::Price - 1], Cell(3.4E+38f));
+    EXPECT_FALSE(update.firstError.has_value());
+}
+
 TEST(ImportPlanErrors, ASheetThatNeverReadsEnds)
 {
     Table catalogue(0, P::FieldCount);

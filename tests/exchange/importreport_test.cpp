@@ -79,6 +79,14 @@ TEST(ImportReport, TheCountLinesNameEveryCountAndEachReason)
         "part number: 2; part number twice in the sheet: 1; list price that is no number: 1)");
 }
 
+TEST(ImportReport, APriceTooLargeForTheCatalogueIsNamedAsTheReason)
+{
+    const ImportPlan plan = planOf(sampleCatalogue(),
+        "Part Number\tProduct Name\tPrice\r\nH-1\tHammer\t1E+39\r\n",
+        ImportAction::UpdateExisting);
+    EXPECT_EQ(ImportReport::countLines(plan).last(), "Rows skipped: 1 (list price too large: 1)");
+}
+
 TEST(ImportReport, NothingSkippedSaysSo)
 {
     const ImportPlan plan = planOf(sampleCatalogue(),

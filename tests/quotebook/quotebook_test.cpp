@@ -92,6 +92,27 @@ TEST_F(QuoteBookTest, ASavedQuoteComesBackWithEveryCellAndItsKind)
     EXPECT_EQ(header.ending, QStringLiteral("Kind regards"));
 }
 
+TEST_F(QuoteBookTest, ANumberBeyondItsKindChangedByAnotherProgramComesBackAsItsText)
+{
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12, 2);
+    ASSERT_TRUE(book->saveNew(quote));
+    QSqlQuery query(book->database());
+    // 1e999 is how SQLite writes an infinite REAL.
+    ASSERT_TRUE(query.exec(QStringLiteral(
+        "UPDATE quote_lines SET unit_price = 1e39, extended_price = 1e999 WHERE line = 1")));
+    query.finish();
+
+    const auto loaded = book->load(quote.header.id);
+    ASSERT_TRUE(loaded.has_value()) << book->errorString().toStdString();
+    const Cell &unit = loaded->content.lines.get(1, QuoteLine::UnitPrice);
+    const Cell &extended = loaded->content.lines.get(1, QuoteLine::ExtendedPrice);
+    EXPECT_TRUE(unit.isText()) << "a single-precision price of 1e39 would be infinite";
+    EXPECT_EQ(unit.asText(), QStringLiteral("1e+39"));
+    EXPECT_TRUE(extended.isText());
+    EXPECT_EQ(loaded->content.lines.get(2, QuoteLine::UnitPrice),
+        quote.content.lines.get(2, QuoteLine::UnitPrice));
+}
+
 TEST_F(QuoteBookTest, ARevisionKeepsTheOneBeforeAsItWas)
 {
     SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12, 2);

@@ -13,7 +13,8 @@ namespace P = ProductRecord;
 
 /// The order in which the reasons are counted.
 constexpr SkipReason Reasons[] = { SkipReason::EmptyPartNumber, SkipReason::RepeatedPartNumber,
-    SkipReason::PriceNotANumber, SkipReason::PriceTooLarge, SkipReason::PartNumberExists, SkipReason::Unreadable };
+    SkipReason::PriceNotANumber, SkipReason::PriceTooLarge, SkipReason::PartNumberExists,
+    SkipReason::Unreadable };
 
 bool isPriceField(int field)
 {

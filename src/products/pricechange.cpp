@@ -54,6 +54,10 @@ void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field
     }
     const double newPrice = apply(oldPrice, rule);
     const QString part = textOf(catalogue.get(row, ProductRecord::PartNumber), locale);
+    if (!(std::fabs(newPrice) < MaxPrice)) {
+        plan.tooLarge << QStringLiteral("%1 %2").arg(part, what.toLower());
+        return;
+    }
     if (newPrice < 0) {
         plan.belowZero << QStringLiteral("%1 %2").arg(part, what.toLower());
         return;
@@ -71,6 +75,8 @@ double apply(double oldPrice, const PriceChangeRule &rule)
     const double changed = rule.by == PriceChangeRule::By::Percent
         ? oldPrice * (100.0 + rule.value) / 100.0
         : oldPrice + rule.value;
+    if (!(std::fabs(changed) < MaxPrice))
+        return changed;
     const double cents = roundMoney(changed, Cent);
     switch (rule.rounding) {
     case PriceChangeRule::Rounding::End95:
@@ -127,6 +133,9 @@ QString summary(const PriceChangePlan &plan, bool entered)
 {
     if (!entered)
         return QStringLiteral("Enter the percentage or the amount as a number.");
+    if (!plan.tooLarge.isEmpty())
+        return QStringLiteral("The change would take prices to a trillion or more: %1.")
+            .arg(plan.tooLarge.mid(0, 5).join(QStringLiteral(", ")));
     if (!plan.belowZero.isEmpty())
         return QStringLiteral("The change would take prices below zero: %1.")
             .arg(plan.belowZero.mid(0, 5).join(QStringLiteral(", ")));
@@ -139,7 +148,7 @@ QString summary(const PriceChangePlan &plan, bool entered)
 
 bool canApply(const PriceChangePlan &plan, bool entered)
 {
-    return entered && plan.belowZero.isEmpty() && !plan.entries.empty();
+    return entered && plan.belowZero.isEmpty() && plan.tooLarge.isEmpty() && !plan.entries.empty();
 }
 
 } // namespace tarnwick::PriceChange

@@ -47,13 +47,20 @@ struct PriceChangePlan
     std::vector<PriceChangeEntry> entries;
     /// Prices the change would take below zero; a plan with any is not applied.
     QStringList belowZero;
+    /// Prices the change would take to MaxPrice or beyond; a plan with any is not applied.
+    QStringList tooLarge;
 };
 
 namespace PriceChange {
 
+/// No change takes a price to this or beyond (a percentage of 1E+20 typed by mistake): the
+/// rounding to the cent stays exact well below it.
+inline constexpr double MaxPrice = 1e12;
+
 /// The new price for oldPrice by rule: changed by the percentage (old × (100 + p) ÷ 100) or
 /// the amount (old + a), then rounded to the cent (halves away from zero), and then to the
-/// nearest price ending in .95 or .99 or to whole units when the rule says so.
+/// nearest price ending in .95 or .99 or to whole units when the rule says so. A changed price
+/// of MaxPrice or more (or no finite number) comes back unrounded.
 double apply(double oldPrice, const PriceChangeRule &rule);
 
 /// The list price and the price points' prices of rows (catalogue rows) by rule. Prices that
@@ -71,7 +78,8 @@ QString previewText(const PriceChangePlan &plan, const QLocale &locale, int limi
 /// is empty and the line asks for it).
 QString summary(const PriceChangePlan &plan, bool entered);
 
-/// Whether the plan may be applied: a number entered, some price changed, none below zero.
+/// Whether the plan may be applied: a number entered, some price changed, none below zero or
+/// too large.
 bool canApply(const PriceChangePlan &plan, bool entered);
 
 } // namespace PriceChange

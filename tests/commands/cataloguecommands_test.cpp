@@ -325,7 +325,7 @@ TEST_F(CatalogueCommandsTest, ChangePricesIsOneStepForEveryPriceOfEveryProduct)
     expectUndoAndRedo(before);
 }
 
-TEST_F(CatalogueCommandsTest, ChangePricesRefusesAPlanWithAPriceBelowZeroOrNothingToDo)
+TEST_F(CatalogueCommandsTest, ChangePricesRefusesAPlanWithAPriceBelowZeroOrTooLargeOrNothingToDo)
 {
     PriceChangeRule rule;
     rule.by = PriceChangeRule::By::Amount;
@@ -334,6 +334,15 @@ TEST_F(CatalogueCommandsTest, ChangePricesRefusesAPlanWithAPriceBelowZeroOrNothi
     ASSERT_FALSE(plan.belowZero.isEmpty());
     EXPECT_FALSE(CatalogueEdits::changePrices(history, { 1, 0 }, plan));
     EXPECT_FALSE(CatalogueEdits::changePrices(history, { 1, 0 }, PriceChangePlan {}));
+    rule.by = PriceChangeRule::By::Percent;
+    rule.value = 1e20;
+    PriceChangePlan huge = PriceChange::plan(catalogue(), { 1, 2 }, rule, locale);
+    ASSERT_FALSE(huge.tooLarge.isEmpty());
+    // Even with a price the change could make, the plan is refused as a whole.
+    huge.entries =
+        PriceChange::plan(catalogue(), { 1, 2 }, PriceChangeRule { .value = 10 }, locale).entries;
+    ASSERT_FALSE(huge.entries.empty());
+    EXPECT_FALSE(CatalogueEdits::changePrices(history, { 1, 0 }, huge));
     EXPECT_FALSE(history.canUndo());
     EXPECT_EQ(fileBytes(), start);
 }

@@ -82,8 +82,7 @@ TEST(ImportReport, TheCountLinesNameEveryCountAndEachReason)
 TEST(ImportReport, APriceTooLargeForTheCatalogueIsNamedAsTheReason)
 {
     const ImportPlan plan = planOf(sampleCatalogue(),
-        "Part Number\tProduct Name\tPrice\r\nH-1\tHammer\t1E+39\r\n",
-        ImportAction::UpdateExisting);
+        "Part Number\tProduct Name\tPrice\r\nH-1\tHammer\t1E+39\r\n", ImportAction::UpdateExisting);
     EXPECT_EQ(ImportReport::countLines(plan).last(), "Rows skipped: 1 (list price too large: 1)");
 }
 

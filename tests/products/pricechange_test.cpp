@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace tarnwick;
 
 namespace {
@@ -99,6 +101,30 @@ TEST(PriceChangeTest, APriceBelowZeroIsReportedAndAnUnchangedPriceLeftOut)
     const PriceChangePlan same =
         PriceChange::plan(table, { 3 }, ruleOf(By::Percent, 0, Rounding::Whole), EnUs);
     EXPECT_TRUE(same.entries.empty());
+}
+
+TEST(PriceChangeTest, APriceChangedToATrillionOrMoreIsReportedAndNothingApplied)
+{
+    const Table table = catalogue();
+    for (const double percent : { 1e20, -1e20, 1e300, std::numeric_limits<double>::max() }) {
+        const PriceChangePlan huge =
+            PriceChange::plan(table, { 1 }, ruleOf(By::Percent, percent, Rounding::Cents), EnUs);
+        EXPECT_EQ(huge.tooLarge.value(0), QStringLiteral("TW-100 list price")) << percent;
+        EXPECT_TRUE(huge.belowZero.isEmpty()) << "a rounding that overflows is not below zero";
+        EXPECT_FALSE(PriceChange::canApply(huge, true));
+        EXPECT_TRUE(PriceChange::summary(huge, true)
+                        .startsWith(QStringLiteral(
+                            "The change would take prices to a trillion or more: TW-100 list "
+                            "price")));
+        for (const PriceChangeEntry &entry : huge.entries)
+            EXPECT_LT(entry.newPrice, PriceChange::MaxPrice);
+    }
+    EXPECT_DOUBLE_EQ(PriceChange::apply(999999999999.994, ruleOf(By::Amount, 0, Rounding::Cents)),
+        999999999999.99);
+    const PriceChangePlan largest =
+        PriceChange::plan(table, { 1 }, ruleOf(By::Amount, 999999999000.0, Rounding::Cents), EnUs);
+    EXPECT_TRUE(largest.tooLarge.isEmpty());
+    EXPECT_FALSE(largest.entries.empty());
 }
 
 TEST(PriceChangeTest, ThePreviewAndItsSummarySayWhatOkWouldDo)

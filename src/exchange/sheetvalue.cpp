@@ -163,6 +163,47 @@ FormatKind kindOfBuiltInFormat(int id)
     return FormatKind::Number;
 }
 
+namespace {
+
+/// Writes a number that to_chars wrote in scientific form ("-1.2345e+40") as a plain decimal:
+/// its digits with the point moved by the exponent and zeros where no digit is left.
+void appendScientificAsPlain(std::string &out, std::string_view scientific)
+{
+    const std::size_t e = scientific.find('e');
+    std::string_view mantissa = scientific.substr(0, e);
+    std::string_view exponentText = scientific.substr(e + 1);
+    if (!exponentText.empty() && exponentText.front() == '+')
+        exponentText.remove_prefix(1);
+    int exponent = 0;
+    std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
+    if (!mantissa.empty() && mantissa.front() == '-') {
+        out += '-';
+        mantissa.remove_prefix(1);
+    }
+    std::string digits;
+    for (const char c : mantissa) {
+        if (c != '.')
+            digits += c;
+    }
+    while (digits.size() > 1 && digits.back() == '0')
+        digits.pop_back();
+    const int wholeDigits = exponent + 1;
+    if (wholeDigits <= 0) {
+        out += "0.";
+        out.append(std::size_t(-wholeDigits), '0');
+        out += digits;
+    } else if (std::size_t(wholeDigits) >= digits.size()) {
+        out += digits;
+        out.append(std::size_t(wholeDigits) - digits.size(), '0');
+    } else {
+        out.append(digits, 0, std::size_t(wholeDigits));
+        out += '.';
+        out.append(digits, std::size_t(wholeDigits));
+    }
+}
+
+} // namespace
+
 void appendNumber(std::string &out, double value)
 {
     if (!std::isfinite(value))
@@ -191,14 +232,18 @@ void appendNumber(std::string &out, double value)
         out.append(shortest);
         return;
     }
+    // Rounded to 15 significant digits, as a spreadsheet shows the number, and written out with
+    // zeros after them: a double's further digits are noise (1E+40 is 1 and forty zeros, not
+    // the 10000000000000000303786028427003666890752 the double holds).
     result =
         std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, 14);
     double rounded = 0;
-    // Near the largest double the rounded digits lie beyond it: the number stays as it is.
+    // Near the largest double the rounded digits lie beyond it: its own shortest digits are
+    // written instead.
     if (std::from_chars(buffer, result.ptr, rounded).ec != std::errc())
-        rounded = value;
-    result = std::to_chars(buffer, buffer + sizeof buffer, rounded, std::chars_format::fixed);
-    out.append(buffer, result.ptr);
+        result =
+            std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific);
+    appendScientificAsPlain(out, std::string_view(buffer, std::size_t(result.ptr - buffer)));
 }
 
 bool appendPlainDecimal(std::string &out, std::string_view text)

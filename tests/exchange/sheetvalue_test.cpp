@@ -79,7 +79,25 @@ TEST(SheetValue, NumbersAreTheirShortestDecimalOfFifteenDigits)
     EXPECT_EQ(number(0), "0");
     EXPECT_EQ(number(std::numeric_limits<double>::infinity()), "");
     EXPECT_EQ(number(std::nan("")), "");
-    EXPECT_EQ(number(1.7976931348623157e308).size(), 309u);
+    EXPECT_EQ(number(1.7976931348623157e308), "17976931348623157" + std::string(292, '0'));
+    EXPECT_EQ(number(-1.7976931348623157e308).size(), 310u);
+}
+
+TEST(SheetValue, ANumberBeyondFifteenDigitsIsItsFirstFifteenAndZeros)
+{
+    // The doubles nearest these hold other digits after the fifteenth
+    // (1E+40 is 10000000000000000303786028427003666890752).
+    EXPECT_EQ(number(1e40), "1" + std::string(40, '0'));
+    EXPECT_EQ(number(-5e39), "-5" + std::string(39, '0'));
+    EXPECT_EQ(number(1e23), "1" + std::string(23, '0'));
+    EXPECT_EQ(number(1.2345678901234567e20), "123456789012346000000");
+    EXPECT_EQ(number(9.87654321098765e30), "9876543210987650" + std::string(15, '0'));
+    EXPECT_EQ(number(1.5e-20), "0.000000000000000000015");
+    EXPECT_EQ(number(1.2345678901234567e-5), "0.0000123456789012346");
+    // What a spreadsheet file writes for such a number comes out the same.
+    std::string plain;
+    ASSERT_TRUE(SheetValue::appendPlainDecimal(plain, "1" + std::string(40, '0')));
+    EXPECT_EQ(plain, number(1e40));
 }
 
 TEST(SheetValue, DatesAreIsoTextWithTheirTimeOfDay)

@@ -129,7 +129,7 @@ void ExchangeController::readImportFile()
     setMainWindowBusy(true);
     m_read = new WorkbookReadDialog(m_readerOptions, m_importFile, m_owner);
     // Queued: the window opens from the event loop, not from inside the reader's signal.
-    connect(m_read, &WorkbookReadDialog::done, this, &ExchangeController::workbookRead,
+    connect(m_read, &WorkbookReadDialog::readOver, this, &ExchangeController::workbookRead,
         Qt::QueuedConnection);
     m_read->start();
 }

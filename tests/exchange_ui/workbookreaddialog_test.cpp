@@ -34,7 +34,7 @@ Outcome outcomeOf(const QSignalSpy &done)
 TEST(WorkbookReadDialog, ShowsTheFileAndTheRowsReadAndCancelStopsTheRead)
 {
     WorkbookReadDialog dialog(slowReader(), workbook("sample.xlsx"));
-    QSignalSpy done(&dialog, &WorkbookReadDialog::done);
+    QSignalSpy done(&dialog, &WorkbookReadDialog::readOver);
     dialog.start();
     ASSERT_TRUE(QTest::qWaitFor([&] { return dialog.isVisible(); }, 20000));
     EXPECT_EQ(dialog.windowTitle(), "Tarnwick");
@@ -58,7 +58,7 @@ TEST(WorkbookReadDialog, ShowsTheFileAndTheRowsReadAndCancelStopsTheRead)
 TEST(WorkbookReadDialog, EscapeCancelsTheRead)
 {
     WorkbookReadDialog dialog(slowReader(), workbook("sample.xlsx"));
-    QSignalSpy done(&dialog, &WorkbookReadDialog::done);
+    QSignalSpy done(&dialog, &WorkbookReadDialog::readOver);
     dialog.start();
     ASSERT_TRUE(QTest::qWaitFor([&] { return dialog.isVisible(); }, 20000));
     QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -70,7 +70,7 @@ TEST(WorkbookReadDialog, EscapeCancelsTheRead)
 TEST(WorkbookReadDialog, AReadWorkbookIsHandedOver)
 {
     WorkbookReadDialog dialog(testReader(), workbook("sample.ods"));
-    QSignalSpy done(&dialog, &WorkbookReadDialog::done);
+    QSignalSpy done(&dialog, &WorkbookReadDialog::readOver);
     dialog.start();
     ASSERT_TRUE(done.wait(20000));
     EXPECT_EQ(outcomeOf(done), Outcome::Read);

@@ -93,7 +93,7 @@ void WorkbookReadDialog::readFinished()
 {
     m_showTimer.stop();
     hide();
-    Q_EMIT done(m_reader.outcome());
+    Q_EMIT readOver(m_reader.outcome());
 }
 
 } // namespace tarnwick

@@ -44,7 +44,7 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     /// The read is over (read, unreadable or cancelled); the window is hidden.
-    void done(WorkbookReaderProcess::Outcome outcome);
+    void readOver(WorkbookReaderProcess::Outcome outcome);
 
 private Q_SLOTS:
     void CmdCancelRead_Click();

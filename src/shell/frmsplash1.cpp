@@ -95,7 +95,6 @@ void FrmSplash1::Form_Load()
     const QString password = readUserPassword(m_services.settings);
     m_main = std::make_unique<frmMain>(m_services, m_module, m_dialogs);
     const auto error = m_main->Form_Load();
-    m_mainLoaded = true;
     if (error)
         reportStartError(*error);
     if (!password.isEmpty() && m_closeRequested) {
@@ -119,6 +118,10 @@ void FrmSplash1::Form_Load()
     }
     // Changes a run that did not end cleanly left behind are offered before the catalogue shows.
     m_main->offerRecovery();
+    // Only now may a tick or a close finish the start: a box above (the start error, the
+    // password, the recovery) runs the event loop while it is up, and the main window must not
+    // appear behind it, nor leave this window before the start is through with it.
+    m_mainLoaded = true;
     // After a start error or a password, the main window is shown at once; otherwise the start
     // finishes once the tick counter reaches 15; a close asked for meanwhile ends it at once.
     if (error || !password.isEmpty() || m_closeRequested)

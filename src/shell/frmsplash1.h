@@ -81,7 +81,8 @@ private:
     bool m_ended = false;
     bool m_finished = false;
     bool m_closeRequested = false;
-    bool m_mainLoaded = false; ///< frmMain's Form_Load has returned
+    /// frmMain's Form_Load has returned and every box of the start has been answered.
+    bool m_mainLoaded = false;
 };
 
 } // namespace tarnwick

@@ -217,6 +217,26 @@ TEST_F(StartupTest, ASettingThatIsNoNumberIsReportedAndTheCatalogueStillLoads)
     EXPECT_TRUE(mainWindow->isVisible());
 }
 
+TEST_F(StartupTest, TheStartErrorBoxKeepsTheMainWindowBackUntilItIsAnswered)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("MainTop"), QStringLiteral("nan"));
+    // The box stays up while the splash ticks past its wait, as a user reading it would.
+    bool startedWhileShown = false;
+    fakes->prompts.whileShown([&] {
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return splash && splash->Tag.toInt() >= FrmSplash1::TicksToWait + 2; }, 5000));
+        startedWhileShown = started;
+    });
+    start();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Error Message"));
+    EXPECT_FALSE(startedWhileShown) << "the main window came up behind the error box";
+    ASSERT_TRUE(started) << "once the box is answered the main window is shown at once";
+    EXPECT_TRUE(mainWindow->isVisible());
+    EXPECT_EQ(module->AllProducts().Count(), 3);
+}
+
 TEST_F(StartupTest, TheInstallationErrorBoxHasItsTitleAndStyle)
 {
     EXPECT_EQ(FrmSplash1::InstallErrorMessage,

@@ -7,6 +7,8 @@ namespace tarnwick::test {
 int FakePrompts::msgBox(const QString &text, int style, const QString &title)
 {
     m_shown.push_back({ ShownPrompt::Kind::Message, text, title, style, {} });
+    if (m_whileShown)
+        m_whileShown();
     if ((style & 0xF) == MsgStyle::OkOnly)
         return MsgResult::Ok;
     if (!m_messageAnswers.empty()) {

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <deque>
+#include <functional>
 #include <vector>
 
 namespace tarnwick::test {
@@ -35,6 +36,9 @@ public:
     void answerMessage(int result) { m_messageAnswers.push_back(result); }
     /// Scripts the text typed into the next input box (empty = Cancel).
     void answerInput(const QString &text) { m_inputAnswers.push_back(text); }
+    /// Runs action while each message box is up, before it answers: a real box runs the event
+    /// loop meanwhile, so timers and queued calls of the program go on.
+    void whileShown(std::function<void()> action) { m_whileShown = std::move(action); }
 
     const std::vector<ShownPrompt> &shown() const { return m_shown; }
     /// The texts of every box shown, in order.
@@ -47,6 +51,7 @@ private:
     std::vector<ShownPrompt> m_shown;
     std::deque<int> m_messageAnswers;
     std::deque<QString> m_inputAnswers;
+    std::function<void()> m_whileShown;
 };
 
 } // namespace tarnwick::test

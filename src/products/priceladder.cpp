@@ -8,6 +8,7 @@
 #include "products/priceschedule.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace tarnwick::PriceLadder {
@@ -51,6 +52,14 @@ QString money(double amount, const QLocale &locale)
 QString cellText(const Cell &cell, const QLocale &locale)
 {
     return cell.isNull() ? QString() : conv::toText(cell, locale);
+}
+
+/// Whether price is above than as money, to the cent. The list price is kept in single
+/// precision (16.4 is 16.3999996…) and a break price as the text typed ("16.40"): compared as
+/// they are, equal prices would be one above the other.
+bool costsMore(double price, double than)
+{
+    return std::round(price * 100.0) > std::round(than * 100.0);
 }
 
 /// A used point: its slot, its threshold as read and its price, when it is a number.
@@ -115,7 +124,7 @@ void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLo
                     .arg(quantityText(point.threshold, locale)) });
             continue;
         }
-        if (list && *point.price > *list) {
+        if (list && costsMore(*point.price, *list)) {
             problems.push_back({ LadderProblem::Kind::AboveListPrice, point.point, 2,
                 QStringLiteral("Price %1 (%2) is above the list price (%3).")
                     .arg(point.point)
@@ -127,7 +136,7 @@ void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLo
             if (other.threshold < point.threshold && other.price)
                 lower = &other;
         }
-        if (lower && *point.price > *lower->price) {
+        if (lower && costsMore(*point.price, *lower->price)) {
             problems.push_back({ LadderProblem::Kind::CostsMore, point.point, 2,
                 QStringLiteral("%1 or more cost %2 each, more than %3 or more (%4).")
                     .arg(quantityText(point.threshold, locale), money(*point.price, locale),

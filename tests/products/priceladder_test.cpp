@@ -88,6 +88,22 @@ TEST(PriceLadderTest, ABreakPriceAboveTheListPriceIsFound)
         problems[0].text, QStringLiteral("Price 1 ($13.00) is above the list price ($12.50)."));
 }
 
+TEST(PriceLadderTest, PricesAreComparedAsMoneyWhateverPrecisionTheyAreKeptIn)
+{
+    // The catalogue keeps its list prices in single precision: 16.4 is 16.3999996…
+    Table catalogue = product(QString(), { { "1", "16.40" }, { "10", "15.2" }, { "25", "15.20" } });
+    catalogue.put(1, 3, 16.4f);
+    catalogue.put(1, 9, 15.2f); // the price of the second point, as a number
+    EXPECT_TRUE(PriceLadder::checkProduct(catalogue, 1, EnUs).empty());
+
+    catalogue.put(1, 7, "16.41");
+    catalogue.put(1, 11, "15.21");
+    const auto problems = PriceLadder::checkProduct(catalogue, 1, EnUs);
+    ASSERT_EQ(kindsOf(problems), (std::vector<Kind> { Kind::AboveListPrice, Kind::CostsMore }));
+    EXPECT_EQ(
+        problems[0].text, QStringLiteral("Price 1 ($16.41) is above the list price ($16.40)."));
+}
+
 TEST(PriceLadderTest, AThresholdSetPriceCannotReadAndAMissingPriceAreFound)
 {
     const Table catalogue = product("20", { { "40000", "15" }, { "ten", "14" }, { "60", "" } });

@@ -62,7 +62,10 @@ void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field
         plan.belowZero << QStringLiteral("%1 %2").arg(part, what.toLower());
         return;
     }
-    if (newPrice == oldPrice)
+    // A list price kept in single precision (16.4 is 16.3999996…) is unchanged when the new
+    // price is the same single.
+    const bool single = cell.kind() == Cell::Kind::Single;
+    if (newPrice == oldPrice || (single && float(newPrice) == float(oldPrice)))
         return;
     plan.entries.push_back(
         { row, field, part, what, cell, Cell(stored::numberText(newPrice)), oldPrice, newPrice });

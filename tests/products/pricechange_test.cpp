@@ -127,6 +127,26 @@ TEST(PriceChangeTest, APriceChangedToATrillionOrMoreIsReportedAndNothingApplied)
     EXPECT_FALSE(largest.entries.empty());
 }
 
+TEST(PriceChangeTest, AListPriceKeptInSinglePrecisionChangesAsTheMoneyItShows)
+{
+    // The catalogue keeps its list prices in single precision: 16.4 is 16.3999996…
+    Table table(1, 15);
+    table.put(1, 1, "BV-1075");
+    table.put(1, 3, 16.4f);
+    table.put(1, 6, "1");
+    table.put(1, 7, 16.4f);
+    const PriceChangePlan same =
+        PriceChange::plan(table, { 1 }, ruleOf(By::Percent, 0, Rounding::Cents), EnUs);
+    EXPECT_TRUE(same.entries.empty()) << "$16.40 to $16.40 is no change";
+    EXPECT_EQ(PriceChange::summary(same, true), QStringLiteral("No price changes."));
+    const PriceChangePlan raise =
+        PriceChange::plan(table, { 1 }, ruleOf(By::Percent, 10, Rounding::Cents), EnUs);
+    ASSERT_EQ(raise.entries.size(), 2u);
+    EXPECT_EQ(raise.entries[0].after, Cell("18.04"));
+    EXPECT_EQ(PriceChange::previewLine(raise.entries[0], EnUs),
+        QStringLiteral("BV-1075  List price  $16.40 \u2192 $18.04"));
+}
+
 TEST(PriceChangeTest, ThePreviewAndItsSummarySayWhatOkWouldDo)
 {
     const Table table = catalogue();

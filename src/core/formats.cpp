@@ -119,6 +119,13 @@ QLocale programLocaleFrom(const QLocale &systemLocale)
     return systemLocale;
 }
 
+QString plainToolTip(const QString &text)
+{
+    if (!text.contains(u'<') && !text.contains(u'&'))
+        return text;
+    return QStringLiteral("<qt style=\"white-space:pre-wrap\">%1</qt>").arg(text.toHtmlEscaped());
+}
+
 QLocale programLocale()
 {
     return programLocaleFrom(QLocale::system());

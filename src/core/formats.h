@@ -18,6 +18,11 @@ namespace tarnwick {
 /// name gives the value's text. A number that is infinite or no number raises 6 (overflow).
 QString format(const Cell &value, const QString &formatName, const QLocale &locale);
 
+/// A tool tip for a text that holds what someone typed (a part number, a sheet's cell): a tool
+/// tip reads "<b>" or "&amp;" as markup, so such a text is handed over as markup that shows it
+/// character for character; any other text stays as it is.
+QString plainToolTip(const QString &text);
+
 /// The locale the program formats and parses with: the user's own, except that the C locale
 /// (no LANG set) is replaced by en-US so that money is never shown as a bare number.
 QLocale programLocale();

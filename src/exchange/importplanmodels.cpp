@@ -1,6 +1,7 @@
 #include "exchange/importplanmodels.h"
 
 #include "catalogue/productrecord.h"
+#include "core/formats.h"
 #include "exchange/importplan.h"
 #include "exchange/importreport.h"
 
@@ -98,8 +99,10 @@ QVariant ImportChangesModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid() || index.row() >= int(m_lines.size()))
         return {};
-    if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
+    if (role == Qt::DisplayRole)
         return text(m_lines[std::size_t(index.row())], index.column());
+    if (role == Qt::ToolTipRole)
+        return plainToolTip(text(m_lines[std::size_t(index.row())], index.column()));
     return {};
 }
 

@@ -72,7 +72,7 @@ QVariant ScheduleModel::problemData(const QModelIndex &index, int role) const
     }
     if (role == ProblemRole)
         return !texts.isEmpty();
-    return texts.isEmpty() ? QVariant() : QVariant(texts.join(QLatin1Char('\n')));
+    return texts.isEmpty() ? QVariant() : QVariant(plainToolTip(texts.join(QLatin1Char('\n'))));
 }
 
 void ScheduleModel::recheck()

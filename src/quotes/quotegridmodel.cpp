@@ -62,7 +62,7 @@ QVariant QuoteGridModel::data(const QModelIndex &index, int role) const
         if (index.column() != QuoteGridColumn::Quantity)
             return {};
         const QString text = QuoteAids::nextBreakText(m_quote, m_catalogue, row, m_locale);
-        return text.isEmpty() ? QVariant() : QVariant(text);
+        return text.isEmpty() ? QVariant() : QVariant(plainToolTip(text));
     }
     const Cell &cell = m_quote.get(row, index.column() + 1);
     if (cell.isNull())

@@ -83,6 +83,8 @@ void MainWindowUi::setupUi(QMainWindow *window)
 
     window->statusBar()->setObjectName(QStringLiteral("sbStatusBar"));
     sbPanel1 = named(new QLabel(window), "sbPanel1");
+    // The status shows customers' names, part numbers and paths: never as markup.
+    sbPanel1->setTextFormat(Qt::PlainText);
     sbPanel1->setMinimumWidth(160);
     window->statusBar()->addWidget(sbPanel1, 1);
 }
@@ -146,6 +148,7 @@ QWidget *MainWindowUi::createQuotePage(QWidget *parent)
     totals->addRow(lblDisc, TxtDisc);
     totals->addRow(lblPercent, TxtQdisper);
     LblNextBreak = named(new QLabel(FraQuote), "LblNextBreak");
+    LblNextBreak->setTextFormat(Qt::PlainText); // names a part number
     LblNextBreak->setWordWrap(true);
     // Assistive tools read the label's own text, as they read any label.
     auto *frameLayout = new QVBoxLayout(FraQuote);

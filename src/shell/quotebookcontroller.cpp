@@ -174,8 +174,10 @@ void QuoteBookController::showHeader()
     QString caption = FrameCaption;
     if (header.isSaved()) {
         caption += QStringLiteral(": ") + header.numberAndRevision();
+        // A frame's title reads "&" as the mark of a shortcut key: "Zoë & Søn" keeps its "&".
         if (!header.customerText().isEmpty())
-            caption += QStringLiteral(", ") + header.customerText();
+            caption += QStringLiteral(", ")
+                + QString(header.customerText()).replace(u'&', QStringLiteral("&&"));
         if (header.status != QuoteStatus::Draft)
             caption += QStringLiteral(" (%1)").arg(QuoteStatuses::name(header.status));
     }

@@ -20,6 +20,15 @@ QString formatUs(const Cell &value, const char *name)
     return format(value, QString::fromUtf8(name), enUS());
 }
 
+TEST(PlainToolTipTest, ATextThatCouldBeMarkupIsEscapedAndAnyOtherKept)
+{
+    EXPECT_EQ(plainToolTip(QStringLiteral("Price 1 ($13.00) is above the list price.")),
+        QStringLiteral("Price 1 ($13.00) is above the list price."));
+    EXPECT_EQ(plainToolTip(QStringLiteral("<b>P-1</b> & Co\n  two")),
+        QStringLiteral("<qt style=\"white-space:pre-wrap\">&lt;b&gt;P-1&lt;/b&gt; &amp; Co\n  "
+                       "two</qt>"));
+}
+
 TEST(CurrencyFormatTest, UsesTheLocalesCurrencyForm)
 {
     EXPECT_EQ(formatUs(Cell(1234.5), "Currency"), QStringLiteral("$1,234.50"));

@@ -69,6 +69,16 @@ TEST_F(ScheduleModelTest, CellsAreReadOnlyUntilTheModelIsMadeEditable)
     EXPECT_EQ(schedule.get(1, 1), Cell("10"));
 }
 
+TEST_F(ScheduleModelTest, AToolTipShowsWhatWasTypedNotMarkup)
+{
+    model.setEditable(true);
+    ASSERT_TRUE(model.setData(model.index(0, 0), "<b>ten</b> & more"));
+    const QString tip = model.index(0, 0).data(Qt::ToolTipRole).toString();
+    EXPECT_EQ(tip,
+        QStringLiteral("<qt style=\"white-space:pre-wrap\">Price Point 1 (&quot;&lt;b&gt;ten&lt;/"
+                       "b&gt; &amp; more&quot;) is no quantity.</qt>"));
+}
+
 TEST_F(ScheduleModelTest, ACellWithALadderProblemCarriesAMarkerAndItsTextAsToolTip)
 {
     model.setListPriceSource([] { return Cell("$10.00"); });

@@ -55,6 +55,24 @@ TEST_F(QuoteBookWindowTest, TheQuoteMenuOffersTheBookAfterQuoteNoteWithLettersOf
     EXPECT_EQ(action("mnuFileNew")->shortcut(), QKeySequence(QKeySequence::New));
 }
 
+TEST_F(QuoteBookWindowTest, ACustomersNameShowsAsTypedInTheFrameAndTheStatusBar)
+{
+    addToQuote(1);
+    CustomerDetails customer = Acme;
+    customer.customer = QStringLiteral("Ann <b>O'Brien</b>");
+    customer.company = QStringLiteral("Zoë & Søn");
+    bookDialogs->customers.push_back(customer);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(book().quoteCount(), 1);
+    // A frame's title reads a single "&" as the mark of a shortcut key.
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, Ann <b>O'Brien</b>, Zoë && Søn"));
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Quote Q-2026-0001 A saved for Ann <b>O'Brien</b>, Zoë & Søn."));
+    EXPECT_EQ(window->ui().sbPanel1->textFormat(), Qt::PlainText) << "no markup of the user's";
+    EXPECT_EQ(window->ui().LblNextBreak->textFormat(), Qt::PlainText);
+}
+
 TEST_F(QuoteBookWindowTest, SaveQuoteAsksForTheCustomerOnceThenUpdatesThatRevision)
 {
     addToQuote(1);

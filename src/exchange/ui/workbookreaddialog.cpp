@@ -29,6 +29,7 @@ WorkbookReadDialog::WorkbookReadDialog(
     setWindowTitle(QStringLiteral("Tarnwick"));
     setWindowModality(Qt::ApplicationModal);
     m_file = readDialogControl(new QLabel(readingText(path), this), "LblReadFile");
+    m_file->setTextFormat(Qt::PlainText); // a file's name is never markup
     m_bar = readDialogControl(new QProgressBar(this), "PrgRead");
     m_bar->setRange(0, 0);
     m_bar->setAccessibleName(m_file->text());

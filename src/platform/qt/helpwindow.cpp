@@ -126,6 +126,7 @@ QWidget *HelpWindow::createSearchPage()
     row->addWidget(m_searchBox, 1);
     row->addWidget(find);
     m_searchStatus = new QLabel(page);
+    m_searchStatus->setTextFormat(Qt::PlainText); // it repeats the words typed
     m_searchStatus->setWordWrap(true);
     m_results = new QListWidget(page);
     name(m_results, QStringLiteral("lstHelpSearchResults"), tr("Pages found"));

@@ -38,6 +38,7 @@ FrmChangePrices::FrmChangePrices(
     m_preview->setReadOnly(true);
     m_preview->setAccessibleName(tr("Preview of the new prices"));
     m_summary = namedChangeWidget(new QLabel(this), "LblSummary");
+    m_summary->setTextFormat(Qt::PlainText); // it names part numbers
     m_summary->setWordWrap(true);
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);

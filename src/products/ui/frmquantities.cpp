@@ -22,6 +22,7 @@ FrmQuantities::FrmQuantities(const QString &lineName, const std::vector<qint32> 
     setWindowTitle(Caption);
     auto *heading = new QLabel(tr("Quantities for %1:").arg(lineName), this);
     heading->setObjectName(QStringLiteral("LblQuantities"));
+    heading->setTextFormat(Qt::PlainText); // the line's part number and name
     auto *boxes = new QGridLayout;
     for (int i = 0; i < QuoteAids::MaxQuantities; ++i) {
         auto *box = new QLineEdit(this);
@@ -45,6 +46,7 @@ FrmQuantities::FrmQuantities(const QString &lineName, const std::vector<qint32> 
     m_prices->horizontalHeader()->setStretchLastSection(true);
     m_message = new QLabel(this);
     m_message->setObjectName(QStringLiteral("LblMessage"));
+    m_message->setTextFormat(Qt::PlainText);
     m_message->setWordWrap(true);
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);

@@ -29,12 +29,14 @@ FrmSaveQuote::FrmSaveQuote(QWidget *parent) : QDialog(parent)
     setWindowTitle(tr("Save Quote"));
     m_intro = controlNamed(new QLabel(this), "LblIntro");
     m_intro->setWordWrap(true);
+    m_intro->setTextFormat(Qt::PlainText);
     m_txtCustomer = controlNamed(new QLineEdit(this), "TxtCustomer");
     m_txtCompany = controlNamed(new QLineEdit(this), "TxtCompany");
     m_txtEmail = controlNamed(new QLineEdit(this), "TxtEmail");
     m_txtReference = controlNamed(new QLineEdit(this), "TxtReference");
     m_problem = controlNamed(new QLabel(this), "LblProblem");
     m_problem->setWordWrap(true);
+    m_problem->setTextFormat(Qt::PlainText); // it may repeat what was typed
     m_cmdOK = controlNamed(new QPushButton(tr("OK"), this), "CmdOK");
     m_cmdCancel = controlNamed(new QPushButton(tr("Cancel"), this), "CmdCancel");
     m_cmdOK->setDefault(true);

@@ -68,6 +68,7 @@ class ScriptedDialogs : public IShellDialogs
 {
 public:
     QString askPassword() override { return {}; }
+    void closePasswordPrompt() override { }
     QString askText(const QString &, const QString &, const QString &) override
     {
         return QStringLiteral("no such product");

@@ -107,8 +107,12 @@ void FrmSplash1::Form_Load()
     if (!password.isEmpty()) {
         // Nothing of the catalogue shows while the prompt is up: the tick wait ends here.
         m_timer->stop();
-        if (!PasswordLock::unlock(m_services.settings, password, m_dialogs.askPassword())) {
-            // One attempt per start: the program ends here and nothing is written.
+        m_askingPassword = true;
+        const QString answer = m_dialogs.askPassword();
+        m_askingPassword = false;
+        if (m_closeRequested || !PasswordLock::unlock(m_services.settings, password, answer)) {
+            // One attempt per start, and a close asked for while the prompt was up closes it: the
+            // program ends here and nothing is written.
             m_ended = true;
             m_timer->stop();
             m_main.reset();
@@ -162,6 +166,12 @@ void FrmSplash1::requestClose()
     if (m_finished || m_ended)
         return;
     m_closeRequested = true;
+    // Nothing was changed while the password is asked for: the prompt closes, and with it the
+    // program, writing nothing.
+    if (m_askingPassword) {
+        m_dialogs.closePasswordPrompt();
+        return;
+    }
     // The main window has loaded and the splash only waits for its ticks: the start finishes
     // now, once the close event that asked for it is done.
     if (m_mainLoaded && m_main)

@@ -79,6 +79,7 @@ private:
     QTimer *m_timer;
     qint16 m_ticks = 0;
     bool m_ended = false;
+    bool m_askingPassword = false; ///< the password prompt is up
     bool m_finished = false;
     bool m_closeRequested = false;
     /// frmMain's Form_Load has returned and every box of the start has been answered.

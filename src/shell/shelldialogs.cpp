@@ -10,8 +10,16 @@ namespace tarnwick {
 QString ShellDialogs::askPassword()
 {
     FrmPassword dialog;
+    m_passwordPrompt = &dialog;
     dialog.exec();
+    m_passwordPrompt = nullptr;
     return dialog.Password;
+}
+
+void ShellDialogs::closePasswordPrompt()
+{
+    if (m_passwordPrompt)
+        m_passwordPrompt->reject();
 }
 
 QString ShellDialogs::askText(const QString &caption, const QString &prompt, const QString &text)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDialog>
+#include <QPointer>
 #include <QString>
 
 namespace tarnwick {
@@ -13,6 +15,9 @@ public:
 
     /// Shows FrmPassword; the text the user confirmed, empty when it was closed without OK.
     virtual QString askPassword() = 0;
+    /// Closes the password prompt while it is up, as closing it without OK does: the program
+    /// was asked to end (a log-out) while it waited for the password.
+    virtual void closePasswordPrompt() = 0;
     /// Shows Dialog with the caption, prompt and text; the text confirmed with OK, empty on
     /// Cancel.
     virtual QString askText(const QString &caption, const QString &prompt, const QString &text) = 0;
@@ -23,7 +28,11 @@ class ShellDialogs : public IShellDialogs
 {
 public:
     QString askPassword() override;
+    void closePasswordPrompt() override;
     QString askText(const QString &caption, const QString &prompt, const QString &text) override;
+
+private:
+    QPointer<QDialog> m_passwordPrompt;
 };
 
 } // namespace tarnwick

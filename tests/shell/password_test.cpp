@@ -6,6 +6,7 @@
 #include "shell/frmpassword.h"
 #include "shell/mainwindowactions.h"
 #include "shell/passwordlock.h"
+#include "shell/shelldialogs.h"
 
 #include <QAction>
 #include <QApplication>
@@ -171,6 +172,19 @@ TEST_F(PasswordTest, ATrailingBlankDoesNotMatch)
     expectProgramEndedWithoutWriting();
 }
 
+TEST_F(PasswordTest, ACloseAskedForWhileThePromptIsUpClosesItAndEndsWithoutWriting)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    // The user would have typed the right password; the log-out came first.
+    dialogs.answer = QStringLiteral("abc");
+    dialogs.whileAsking = [&] { splash->close(); };
+    start();
+    EXPECT_EQ(dialogs.closeRequests, 1) << "the prompt must not wait for an answer";
+    EXPECT_FALSE(started);
+    expectProgramEndedWithoutWriting();
+}
+
 TEST_F(PasswordTest, ClosingThePromptWithoutOkEndsTheProgram)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
@@ -194,6 +208,25 @@ TEST(FrmPasswordTest, MasksTheTypedCharactersAndEnterConfirms)
     QTest::keyClick(box, Qt::Key_Return);
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
     EXPECT_EQ(dialog.Password, QStringLiteral("s3cret"));
+}
+
+TEST(FrmPasswordTest, ThePromptClosedByTheProgramAnswersAsClosingItWould)
+{
+    ShellDialogs dialogs;
+    bool typed = false;
+    // Runs inside the prompt's own event loop, once it is up.
+    QTimer::singleShot(0, [&] {
+        auto *prompt = qobject_cast<FrmPassword *>(QApplication::activeModalWidget());
+        auto *box = prompt ? prompt->findChild<QLineEdit *>(QStringLiteral("TxtPW")) : nullptr;
+        if (box) {
+            QTest::keyClicks(box, QStringLiteral("abc"));
+            typed = true;
+        }
+        dialogs.closePasswordPrompt();
+    });
+    EXPECT_EQ(dialogs.askPassword(), QString());
+    EXPECT_TRUE(typed) << "the prompt was not up";
+    dialogs.closePasswordPrompt(); // with no prompt up: nothing happens
 }
 
 TEST(FrmPasswordTest, IsWideEnoughForItsWholeTitle)

@@ -45,9 +45,15 @@ public:
     QString askPassword() override
     {
         ++asked;
+        closedWhileAsking = false;
         if (whileAsking)
             whileAsking();
-        return answer;
+        return closedWhileAsking ? QString() : answer;
+    }
+    void closePasswordPrompt() override
+    {
+        ++closeRequests;
+        closedWhileAsking = true;
     }
     QString askText(const QString &caption, const QString &prompt, const QString &text) override
     {
@@ -61,6 +67,9 @@ public:
 
     QString answer;
     int asked = 0;
+    /// Times the program closed the prompt itself, and whether it did so for the one up.
+    int closeRequests = 0;
+    bool closedWhileAsking = false;
     /// Runs while the prompt is up, before the answer is given.
     std::function<void()> whileAsking;
     QStringList textAnswers;

@@ -24,11 +24,17 @@ public:
             std::forward<F>(f)();
             return true;
         } catch (const VbError &error) {
-            if (!m_first)
-                m_first = error;
-            m_last = error;
+            record(error);
             return false;
         }
+    }
+
+    /// Remembers error as a step that raised it would: for an error found without raising.
+    void record(const VbError &error)
+    {
+        if (!m_first)
+            m_first = error;
+        m_last = error;
     }
 
     bool failed() const { return m_first.has_value(); }

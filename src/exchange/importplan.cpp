@@ -205,6 +205,8 @@ bool ImportPlanner::step()
         planAdd(cells);
     // Whatever became of it, a later row with this part number is a repeat.
     m_partNumbers.insert(key, 0);
+    // Reading the other cells and their values may have failed too.
+    m_plan.firstError = m_trap.firstError();
     ++m_row;
     return true;
 }
@@ -216,7 +218,6 @@ void ImportPlanner::planAdd(RowCells &cells)
         return;
     }
     readOtherCells(cells);
-    m_plan.firstError = m_trap.firstError();
     planNew(cells);
 }
 
@@ -285,8 +286,7 @@ Cell ImportPlanner::newCell(int field, RowCells &cells)
         // Too large for the catalogue: an overflow, which the import reports as an error
         // reading the sheet, and the product comes without a price.
         if (!fitsPrice(*price)) {
-            m_trap.step([] { throw VbError(ErrorNumber::Overflow, QStringLiteral("Overflow")); });
-            m_plan.firstError = m_trap.firstError();
+            m_trap.record(VbError(ErrorNumber::Overflow, QStringLiteral("Overflow")));
             return Cell();
         }
         return Cell(float(*price));

@@ -37,6 +37,16 @@ TEST(ErrorTrapTest, ContinuesWithTheNextStepAfterAnError)
     EXPECT_TRUE(trap.failed());
 }
 
+TEST(ErrorTrapTest, AnErrorRecordedWithoutRaisingCountsAsAStepsError)
+{
+    ErrorTrap trap;
+    trap.record(VbError(ErrorNumber::Overflow, QStringLiteral("found")));
+    trap.step([] { throw VbError(ErrorNumber::TypeMismatch, QStringLiteral("raised")); });
+    ASSERT_TRUE(trap.failed());
+    EXPECT_EQ(trap.firstError()->description(), QStringLiteral("found"));
+    EXPECT_EQ(trap.lastError()->description(), QStringLiteral("raised"));
+}
+
 TEST(ErrorTrapTest, RecordsFirstAndLastError)
 {
     ErrorTrap trap;

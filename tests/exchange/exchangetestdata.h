@@ -1,5 +1,7 @@
 #pragma once
 
+#include "exchange/sheetcells.h"
+
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
@@ -7,10 +9,17 @@
 
 #include <zip.h>
 
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace tarnwick::test {
+
+/// Puts text into cells at (row, column), as a reader puts a text cell.
+inline void putText(SheetCells &cells, int row, int column, std::string_view text)
+{
+    cells.put(row, column, cells.addText(text));
+}
 
 /// A file of the exchange tests' data folder.
 inline QString dataFile(const QString &name)

@@ -9,6 +9,7 @@
 #include "exchange/textworkbook.h"
 #include "exchange/workbook.h"
 #include "exchange/workbookwire.h"
+#include "exchangetestdata.h"
 #include "platform/appenvironment.h"
 #include "support/fakeprompts.h"
 #include "support/testlocale.h"
@@ -22,6 +23,7 @@ namespace CM = ColumnMapping;
 namespace {
 
 using tarnwick::test::EnUs;
+using tarnwick::test::putText;
 
 /// Part number A, name B, list price C, notes D, first price E (lists 0, 1, 3, 7, 4).
 QString supplierLetters(bool withName = true)
@@ -365,11 +367,6 @@ TEST(ImportPlanErrors, ASheetThatNeverReadsEnds)
 }
 
 namespace {
-
-void putText(SheetCells &sheet, int row, int column, std::string_view text)
-{
-    sheet.put(row, column, sheet.addText(text));
-}
 
 /// A supplier's sheet with error cells (#N/A, #DIV/0!): one in a part number, one in a name.
 SheetCells sheetWithErrorCells()

@@ -2,6 +2,7 @@
 // the cells in.
 #include "exchange/sheetcells.h"
 #include "exchange/sheetvalue.h"
+#include "exchangetestdata.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 
 using namespace tarnwick;
 using SheetValue::FormatKind;
+using tarnwick::test::putText;
 
 namespace {
 
@@ -50,11 +52,6 @@ std::string isoDate(std::string_view iso)
     std::string out;
     SheetValue::appendDayAndSeconds(out, day, seconds);
     return out;
-}
-
-void put(SheetCells &cells, int row, int column, std::string_view text)
-{
-    cells.put(row, column, cells.addText(text));
 }
 
 } // namespace
@@ -202,15 +199,15 @@ TEST(SheetValue, NumbersDatesAndDurationsAsTheFilesWriteThem)
 TEST(SheetCells, OnlyColumnsAToRDownToTheFirstEmptyRowAreKept)
 {
     SheetCells cells;
-    put(cells, 1, 0, "Part Number");
-    put(cells, 1, 17, "R");
-    put(cells, 1, 18, "S is not kept");
-    put(cells, 2, 3, "");
+    putText(cells, 1, 0, "Part Number");
+    putText(cells, 1, 17, "R");
+    putText(cells, 1, 18, "S is not kept");
+    putText(cells, 2, 3, "");
     cells.putError(2, 4);
     EXPECT_FALSE(cells.stopped());
-    put(cells, 4, 0, "after an empty row");
+    putText(cells, 4, 0, "after an empty row");
     EXPECT_TRUE(cells.stopped());
-    put(cells, 3, 0, "nothing is kept once stopped");
+    putText(cells, 3, 0, "nothing is kept once stopped");
     cells.finish();
     EXPECT_EQ(cells.rowCount(), 2);
     EXPECT_EQ(cells.cellText(17, 1), "R");
@@ -223,11 +220,11 @@ TEST(SheetCells, OnlyColumnsAToRDownToTheFirstEmptyRowAreKept)
 TEST(SheetCells, CellsOutOfOrderAreSortedAndTheLaterOfTwoStays)
 {
     SheetCells cells;
-    put(cells, 2, 5, "F2");
-    put(cells, 1, 0, "A1");
-    put(cells, 2, 1, "B2");
-    put(cells, 1, 0, "A1 again");
-    put(cells, 3, 0, "A3");
+    putText(cells, 2, 5, "F2");
+    putText(cells, 1, 0, "A1");
+    putText(cells, 2, 1, "B2");
+    putText(cells, 1, 0, "A1 again");
+    putText(cells, 3, 0, "A3");
     cells.putError(2, 5);
     cells.finish();
     EXPECT_EQ(cells.rowCount(), 3);
@@ -246,11 +243,11 @@ TEST(SheetCells, CellsOutOfOrderAreSortedAndTheLaterOfTwoStays)
 TEST(SheetCells, ARepeatedRowStandsForEachOfItsRows)
 {
     SheetCells cells;
-    put(cells, 1, 0, "Part Number");
-    put(cells, 2, 0, "Same");
-    put(cells, 2, 2, "5");
+    putText(cells, 1, 0, "Part Number");
+    putText(cells, 2, 0, "Same");
+    putText(cells, 2, 2, "5");
     cells.repeatRow(2, 3);
-    put(cells, 5, 0, "After");
+    putText(cells, 5, 0, "After");
     cells.repeatRow(6, 1000); // an empty row repeated: nothing
     cells.finish();
     EXPECT_EQ(cells.rowCount(), 5);
@@ -264,7 +261,7 @@ TEST(SheetCells, ARepeatedRowStandsForEachOfItsRows)
     cells.forEachCell([&](int, int, bool, std::string_view) { ++visited; });
     EXPECT_EQ(visited, 1 + 3 * 2 + 1);
     SheetCells huge;
-    put(huge, 1, 0, "x");
+    putText(huge, 1, 0, "x");
     huge.repeatRow(1, 2000000000);
     huge.finish();
     EXPECT_EQ(huge.rowCount(), SheetCells::MaxRows);

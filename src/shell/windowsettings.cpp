@@ -31,18 +31,23 @@ MainWindowSettingsRead readMainWindowSettings(const ISettingsStore &store, const
         return conv::toInt16(
             stored::numberCell(readText(store, key, QString::number(fallback)), locale), locale);
     };
+    // A placement that stops at a damaged value is no stored size: the window then opens as on
+    // a first run, not at the defaults' 600 × 433 pixels.
+    bool placementRead = false;
     try {
         v.left = single(SettingsKeys::MainLeft, v.left);
         v.top = single(SettingsKeys::MainTop, v.top);
         v.width = single(SettingsKeys::MainWidth, v.width);
         v.height = single(SettingsKeys::MainHeight, v.height);
+        placementRead = true;
         v.screenSplit = int16(SettingsKeys::ScreenSplit, v.screenSplit);
         v.colwidth = int16(SettingsKeys::Colwidth, v.colwidth);
     } catch (const VbError &error) {
         result.error = error;
     }
-    result.sizeStored = !readText(store, SettingsKeys::MainWidth, QString()).isEmpty()
-        || !readText(store, SettingsKeys::MainHeight, QString()).isEmpty();
+    result.sizeStored = placementRead
+        && (!readText(store, SettingsKeys::MainWidth, QString()).isEmpty()
+            || !readText(store, SettingsKeys::MainHeight, QString()).isEmpty());
     return result;
 }
 

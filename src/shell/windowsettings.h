@@ -31,7 +31,9 @@ struct MainWindowSettingsRead
 {
     MainWindowSettings values;
     std::optional<VbError> error;
-    bool sizeStored = false; ///< "MainWidth" or "MainHeight" is in the settings
+    /// "MainWidth" or "MainHeight" is in the settings, and the four values of the placement
+    /// were read (a damaged one leaves the window to open as on a first run).
+    bool sizeStored = false;
 };
 
 /// The smallest window a stored placement is widened to, in pixels (less on a smaller screen).

@@ -7,6 +7,7 @@
 
 #include "catalogue/module1.h"
 #include "shell/twips.h"
+#include "shell/windowsettings.h"
 
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -215,6 +216,10 @@ TEST_F(StartupTest, ASettingThatIsNoNumberIsReportedAndTheCatalogueStillLoads)
     EXPECT_EQ(box.style, MsgStyle::OkOnly);
     EXPECT_EQ(module->AllProducts().Count(), 3);
     EXPECT_TRUE(mainWindow->isVisible());
+    // Without a size that could be read the window opens as on a first run.
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    EXPECT_EQ(mainWindow->size(),
+        placeMainWindow(QRect(), false, available, MinimumMainWindowSize).size());
 }
 
 TEST_F(StartupTest, TheStartErrorBoxKeepsTheMainWindowBackUntilItIsAnswered)

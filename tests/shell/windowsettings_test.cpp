@@ -196,4 +196,23 @@ TEST(WindowPlacementTest, ReadTellsWhetherASizeIsStored)
     EXPECT_TRUE(readMainWindowSettings(settings, EnUs).sizeStored);
 }
 
+TEST(WindowPlacementTest, ADamagedPlacementIsNoStoredSize)
+{
+    FakeSettingsStore settings;
+    store(settings, SettingsKeys::MainWidth, QStringLiteral("9000"));
+    store(settings, SettingsKeys::MainHeight, QStringLiteral("7000"));
+    store(settings, SettingsKeys::MainTop, QStringLiteral("nan"));
+    const MainWindowSettingsRead read = readMainWindowSettings(settings, EnUs);
+    ASSERT_TRUE(read.error.has_value());
+    EXPECT_FALSE(read.sizeStored) << "the window opens as on a first run";
+
+    // A damaged value after the placement leaves the stored size in force.
+    store(settings, SettingsKeys::MainTop, QStringLiteral("500"));
+    store(settings, SettingsKeys::Colwidth, QStringLiteral("nan"));
+    const MainWindowSettingsRead later = readMainWindowSettings(settings, EnUs);
+    ASSERT_TRUE(later.error.has_value());
+    EXPECT_TRUE(later.sizeStored);
+    EXPECT_EQ(later.values.height, 7000.0f);
+}
+
 } // namespace

@@ -187,8 +187,11 @@ void CatalogueRecovery::writeFinished()
     if (m_writeResult.ok) {
         m_writtenState = m_writingState;
         m_fileExists = true;
+        const bool failedBefore = !m_lastError.isEmpty();
         m_lastError.clear();
         Q_EMIT written();
+        if (failedBefore)
+            Q_EMIT writeRecovered();
     } else if (m_lastError != m_writeResult.detail) {
         m_lastError = m_writeResult.detail;
         Q_EMIT writeFailed(m_lastError);
@@ -223,7 +226,10 @@ bool CatalogueRecovery::writeNow()
     }
     m_writtenState = now;
     m_fileExists = true;
-    m_lastError.clear();
+    if (!m_lastError.isEmpty()) {
+        m_lastError.clear();
+        Q_EMIT writeRecovered();
+    }
     return true;
 }
 
@@ -236,6 +242,8 @@ void CatalogueRecovery::saved()
     m_forcedUnsaved = false;
     QFile::remove(path());
     m_fileExists = false;
+    // Saved changes need no keeping: a later failure to keep new ones is news again.
+    m_lastError.clear();
     if (m_savedCheck.markSaved)
         m_savedCheck.markSaved();
     setModified(false);

@@ -91,6 +91,8 @@ Q_SIGNALS:
     void checked();
     /// The recovery file could not be written; detail in plain words.
     void writeFailed(const QString &detail);
+    /// After writeFailed(): the recovery file was written again, the changes are safe.
+    void writeRecovered();
 
 private:
     struct State

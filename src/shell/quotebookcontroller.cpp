@@ -27,6 +27,8 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include <utility>
+
 namespace tarnwick {
 
 namespace {
@@ -62,7 +64,12 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
 {
     connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
     connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
+        m_keepFailing = true;
         status(QStringLiteral("The quote on screen cannot be kept safe: %1. Save it.").arg(detail));
+    });
+    connect(m_session.get(), &QuoteSession::kept, this, [this] {
+        if (std::exchange(m_keepFailing, false))
+            status(QStringLiteral("The quote on screen is kept safe again."));
     });
 }
 

@@ -105,6 +105,7 @@ private:
     QString m_unavailable; ///< why the book could not be opened; empty once it is
     bool m_openable = true; ///< false once the book turned out to be of a later version
     bool m_started = false;
+    bool m_keepFailing = false; ///< the status bar says the quote cannot be kept safe
 };
 
 } // namespace tarnwick

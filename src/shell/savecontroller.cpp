@@ -19,6 +19,7 @@ namespace tarnwick {
 
 namespace {
 const QString CopyFilter = QStringLiteral("Catalogue Files (*.dat)|*.dat|All Files (*.*)|*.*");
+const QString RecoveredMessage = QStringLiteral("Unsaved changes are kept safe again.");
 } // namespace
 
 SaveController::SaveController(const AppServices &services, Module1 &module,
@@ -42,6 +43,8 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
             QStringLiteral("Unsaved changes cannot be kept safe: %1. Save the catalogue.")
                 .arg(detail));
     });
+    connect(&recovery, &CatalogueRecovery::writeRecovered, this,
+        [this] { m_ui.sbPanel1->setText(RecoveredMessage); });
 }
 
 void SaveController::storeEdits()

@@ -305,6 +305,27 @@ TEST_F(CatalogueRecoveryTest, AFolderThatTakesNoFileIsReportedOnce)
     EXPECT_EQ(failed.size(), 1) << "the same failure is not reported again and again";
 }
 
+TEST_F(CatalogueRecoveryTest, AWriteThatWorksAgainAfterAFailureIsReported)
+{
+    const QString missing = folder.filePath(QStringLiteral("missing-folder"));
+    module.DataFile = missing + QStringLiteral("/twdata.dat");
+    QSignalSpy failed(&recovery, &CatalogueRecovery::writeFailed);
+    QSignalSpy recovered(&recovery, &CatalogueRecovery::writeRecovered);
+    recovery.start();
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor, kept at last"));
+    ASSERT_TRUE(failed.wait(5000));
+    EXPECT_TRUE(recovered.isEmpty());
+
+    ASSERT_TRUE(QDir().mkpath(missing));
+    ASSERT_TRUE(recovered.wait(5000));
+    EXPECT_TRUE(recovery.lastError().isEmpty());
+    QFile written(missing + QStringLiteral("/twdata-recovery.dat"));
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(written.readAll().contains("Anchor, kept at last"));
+    recovery.stop();
+    EXPECT_EQ(recovered.size(), 1);
+}
+
 TEST_F(CatalogueRecoveryTest, ChangesTakenBackCountAsSavedAndTheFileGoes)
 {
     // The history of changes says whether the catalogue is at its saved state.

@@ -243,6 +243,8 @@ def scenario_full_disk(run):
                   or sorted(os.listdir(disk)) == ["filler", "twdata.dat"],
                   "no partial file left: %r" % os.listdir(disk))
             os.remove(filler)
+            wait_for(lambda: "kept safe again" in s.status_text(), 10,
+                     "the status bar saying the changes are safe once there is room")
             s.key("ctrl+s")
             wait_for(lambda: b"Typed on a full disk" in open(data, "rb").read(), 10,
                      "the save once there is room")

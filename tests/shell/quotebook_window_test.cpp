@@ -154,6 +154,27 @@ TEST_F(QuoteBookWindowTest, TheQuoteOnScreenOutlivesACrash)
     EXPECT_EQ(quoteColumn(0), (QStringList { "C-300", "B-200" }));
 }
 
+TEST_F(QuoteBookWindowTest, TheStatusBarTellsWhenTheQuoteIsSafeAgain)
+{
+    QuoteSession *session = window->quoteBook().session();
+    QSignalSpy kept(session, &QuoteSession::kept);
+    // The book failed to take the quote in hand (a full disk, say) ...
+    Q_EMIT session->keepFailed(QStringLiteral("the disk is full"));
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("The quote on screen cannot be kept safe: the disk is full. Save it."));
+    // ... and takes the next change.
+    addToQuote(1);
+    ASSERT_TRUE(kept.wait(5000));
+    EXPECT_EQ(
+        window->ui().sbPanel1->text(), QStringLiteral("The quote on screen is kept safe again."));
+
+    // Later keeps leave the status bar to other news.
+    window->ui().sbPanel1->setText(QStringLiteral("Something else"));
+    addToQuote(2);
+    ASSERT_TRUE(kept.wait(5000));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Something else"));
+}
+
 TEST_F(QuoteBookWindowTest, ASavedQuoteComesBackAsItsRevision)
 {
     addToQuote(1);

@@ -162,6 +162,28 @@ TEST_F(SavingWindowTest, ChangesReachTheRecoveryFileAndACloseRemovesIt)
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Anchor, kept safe"));
 }
 
+TEST_F(SavingWindowTest, TheStatusBarTellsWhenChangesAreSafeAgain)
+{
+    // A folder in the recovery file's place: the copy cannot be written.
+    ASSERT_TRUE(QDir(folder.path()).mkdir(RecoveryFile));
+    renameFirstProduct(QStringLiteral("Anchor, unsafe"));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            return window->ui().sbPanel1->text().startsWith(
+                QStringLiteral("Unsaved changes cannot be kept safe: "));
+        },
+        5000));
+
+    ASSERT_TRUE(QDir(folder.filePath(RecoveryFile)).removeRecursively());
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            return window->ui().sbPanel1->text()
+                == QStringLiteral("Unsaved changes are kept safe again.");
+        },
+        5000));
+    EXPECT_TRUE(folder.readFile(RecoveryFile).contains("Anchor, unsafe"));
+}
+
 TEST_F(SavingWindowTest, TextTypedIntoASideBoxReachesTheRecoveryFile)
 {
     button("Edit")->trigger();

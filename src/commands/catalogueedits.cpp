@@ -98,6 +98,12 @@ bool alreadySorted(Module1 &module)
     return true;
 }
 
+/// The text of one side box.
+const QString &boxText(const SideBoxTexts &boxes, int field)
+{
+    return field == P::Price ? boxes.price : field == P::Includes ? boxes.includes : boxes.notes;
+}
+
 } // namespace
 
 bool setCell(EditHistory &history, const ProductView &view, int row, int field, const Cell &value)
@@ -124,6 +130,11 @@ bool setSideBox(
     if (!isProductRow(catalogue, row)
         || (field != P::Price && field != P::Includes && field != P::Notes))
         return false;
+    // A box that still shows what the row holds changes nothing, however the cell is kept: a
+    // list price read as the number 14.14 shows as "$14.14", which would be stored as text.
+    const SideBoxTexts shown = ProductRow::sideBoxes(catalogue, row, module.locale());
+    if (boxText(shown, field) == boxText(boxes, field))
+        return true;
     const Cell value = ProductRow::sideBoxCell(field, boxes, module.locale());
     const Cell &old = catalogue.get(row, field);
     if (old == value)

@@ -9,6 +9,7 @@
 #include "commands/cataloguecommands.h"
 #include "commands/catalogueedits.h"
 #include "products/pricechange.h"
+#include "products/productrow.h"
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -96,6 +97,25 @@ TEST_F(CatalogueCommandsTest, ASideBoxIsStoredAsTheWriteBackStoresIt)
     history.undo();
     EXPECT_EQ(catalogue().get(2, P::Price), Cell(2.5f)) << "the number as read, not its text";
     EXPECT_EQ(fileBytes(), start);
+}
+
+TEST_F(CatalogueCommandsTest, BoxesThatShowWhatTheRowHoldsMakeNoStep)
+{
+    // B-200's list price is the number 2.5, shown in its box as "$2.50".
+    const SideBoxTexts shown = ProductRow::sideBoxes(catalogue(), 2, module.locale());
+    ASSERT_EQ(shown.price, QStringLiteral("$2.50"));
+    for (const int field : { P::Price, P::Includes, P::Notes })
+        EXPECT_TRUE(CatalogueEdits::setSideBox(history, { 2, 0 }, 2, field, shown));
+    EXPECT_FALSE(history.canUndo());
+    EXPECT_EQ(catalogue().get(2, P::Price), Cell(2.5f)) << "the number as read, not its text";
+    EXPECT_EQ(fileBytes(), start);
+
+    // Another price typed is a change.
+    SideBoxTexts typed = shown;
+    typed.price = QStringLiteral("$2.55");
+    CatalogueEdits::setSideBox(history, { 2, 0 }, 2, P::Price, typed);
+    EXPECT_EQ(catalogue().get(2, P::Price), Cell("$2.55"));
+    EXPECT_EQ(history.undoText(), QStringLiteral("Edit List Price B-200"));
 }
 
 TEST_F(CatalogueCommandsTest, AScheduleEditStoresThePointsSortedAndKeepsWhatTheScheduleShows)

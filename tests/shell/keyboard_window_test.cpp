@@ -208,6 +208,24 @@ TEST_F(KeyboardWindowTest, F6GoesRoundTheProductGridTheSideBoxesAndTheQuote)
     EXPECT_EQ(QApplication::focusWidget(), quoteGrid);
 }
 
+TEST_F(KeyboardWindowTest, PassingThroughTheSideBoxesInEditModeChangesNothing)
+{
+    window->actions().action(QStringLiteral("mnuEditProd"))->trigger();
+    goToRow(1); // B-200, list price 2.5
+    focusGrid(grid);
+    const quint64 before = catalogue().generation();
+    press(Qt::Key_F6);
+    ASSERT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
+    press(Qt::Key_Tab);
+    press(Qt::Key_F6, Qt::ShiftModifier);
+    ASSERT_EQ(QApplication::focusWidget(), grid);
+
+    EXPECT_EQ(catalogue().generation(), before) << "no cell was written";
+    EXPECT_FALSE(window->actions().action(QStringLiteral("mnuEditUndo"))->isEnabled());
+    EXPECT_TRUE(catalogue().get(2, 3).isNumber()) << "the list price keeps its number";
+    EXPECT_FALSE(window->isWindowModified());
+}
+
 TEST_F(KeyboardWindowTest, AddToQuoteHasAKeyNoStandardActionUsesShownInTheMenu)
 {
     QAction *add = action("mnuGrdMainQuote");

@@ -116,6 +116,11 @@ TEST_F(PricingWindowTest, CheckPricePointsListsTheProductsAndADoubleClickGoesToO
     problems->setCurrentCell(0, 0);
     QTest::keyClick(problems, Qt::Key_Return);
     EXPECT_EQ(grid->currentIndex().row(), 1) << "Enter goes to TW-400";
+    EXPECT_TRUE(check->isVisible()) << "Enter keeps the list open";
+    // Each reason fits its line: no row stands taller than two lines of text.
+    const int line = problems->fontMetrics().height();
+    for (int row = 0; row < problems->rowCount(); ++row)
+        EXPECT_LT(problems->rowHeight(row), 2 * line + 8) << "row " << row;
 }
 
 TEST_F(PricingWindowTest, ChangePricesPreviewsAndAppliesOneUndoStep)

@@ -1,5 +1,7 @@
 #include "products/ui/frmcheckprices.h"
 
+#include "core/formats.h"
+
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -30,6 +32,9 @@ FrmCheckPrices::FrmCheckPrices(QWidget *parent) : QDialog(parent)
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     m_close = buttons->button(QDialogButtonBox::Close);
     m_close->setObjectName(QStringLiteral("CmdClose"));
+    // Enter chooses a row of the list; it must not also press Close.
+    m_close->setAutoDefault(false);
+    m_close->setDefault(false);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);
     // A double-click and Enter both activate a row.
     connect(m_grid, &QAbstractItemView::activated, this, &FrmCheckPrices::GrdProblems_DblClick);
@@ -38,6 +43,26 @@ FrmCheckPrices::FrmCheckPrices(QWidget *parent) : QDialog(parent)
     layout->addWidget(m_grid, 1);
     layout->addWidget(buttons);
     resize(620, 360);
+    // Row heights follow the width the reasons get once the window is laid out.
+    connect(m_grid->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int section) {
+        if (section == 1)
+            fitRows();
+    });
+}
+
+void FrmCheckPrices::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    fitRows();
+}
+
+void FrmCheckPrices::fitRows()
+{
+    // Wrapped reasons for a list a person reads through; a very long list keeps one line per
+    // row (the whole reason is in the tool tip), so the window never waits on the layout.
+    constexpr int MostRowsFitted = 500;
+    if (m_grid->rowCount() <= MostRowsFitted)
+        m_grid->resizeRowsToContents();
 }
 
 void FrmCheckPrices::setProblems(const std::vector<ProductLadderProblems> &problems)
@@ -48,11 +73,12 @@ void FrmCheckPrices::setProblems(const std::vector<ProductLadderProblems> &probl
         const ProductLadderProblems &entry = problems.at(std::size_t(i));
         m_grid->setItem(i, 0, new QTableWidgetItem(entry.partNumber));
         auto *what = new QTableWidgetItem(entry.text);
-        what->setToolTip(entry.text);
+        what->setToolTip(plainToolTip(entry.text));
         m_grid->setItem(i, 1, what);
     }
     m_grid->resizeColumnToContents(0);
-    m_grid->resizeRowsToContents();
+    if (isVisible())
+        fitRows();
     m_label->setText(problems.empty()
             ? QString(NoProblemsText)
             : tr("Products whose price points need &attention (double-click one to go to it):"));

@@ -39,7 +39,13 @@ Q_SIGNALS:
 private Q_SLOTS:
     void GrdProblems_DblClick(const QModelIndex &index);
 
+protected:
+    void showEvent(QShowEvent *event) override;
+
 private:
+    /// Rows as tall as their wrapped reasons at the width the reasons have now.
+    void fitRows();
+
     QLabel *m_label = nullptr;
     QTableWidget *m_grid = nullptr;
     QPushButton *m_close = nullptr;

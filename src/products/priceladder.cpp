@@ -44,8 +44,12 @@ QString quantityText(double quantity, const QLocale &locale)
     return text.isEmpty() ? QStringLiteral("0") : text;
 }
 
+/// An amount of money with its sign in front: the reasons put amounts in brackets already, so
+/// the Currency format's brackets for a negative amount would double them.
 QString money(double amount, const QLocale &locale)
 {
+    if (amount < 0.0 && std::round(amount * 100.0) != 0.0)
+        return locale.negativeSign() + format(Cell(-amount), QStringLiteral("Currency"), locale);
     return format(Cell(amount), QStringLiteral("Currency"), locale);
 }
 
@@ -123,6 +127,12 @@ void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLo
                     .arg(point.point)
                     .arg(quantityText(point.threshold, locale)) });
             continue;
+        }
+        if (costsMore(0.0, *point.price)) {
+            problems.push_back({ LadderProblem::Kind::BelowZero, point.point, 2,
+                QStringLiteral("Price %1 (%2) is below zero.")
+                    .arg(point.point)
+                    .arg(money(*point.price, locale)) });
         }
         if (list && costsMore(*point.price, *list)) {
             problems.push_back({ LadderProblem::Kind::AboveListPrice, point.point, 2,

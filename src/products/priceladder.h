@@ -21,6 +21,7 @@ struct LadderProblem
         MissingPrice, ///< a threshold without a price, or a price that is no number
         CostsMore, ///< a higher quantity costs more than a lower one
         AboveListPrice, ///< a break price above the list price
+        BelowZero, ///< a break price below zero
     };
 
     Kind kind = Kind::NotAbovePrevious;

@@ -104,6 +104,20 @@ TEST(PriceLadderTest, PricesAreComparedAsMoneyWhateverPrecisionTheyAreKeptIn)
         problems[0].text, QStringLiteral("Price 1 ($16.41) is above the list price ($16.40)."));
 }
 
+TEST(PriceLadderTest, APriceBelowZeroIsFoundAndAmountsShowTheirSign)
+{
+    const Table catalogue = product("-5", { { "1", "1" }, { "10", "-0.004" }, { "20", "-1" } });
+    const auto problems = PriceLadder::checkProduct(catalogue, 1, EnUs);
+    ASSERT_EQ(kindsOf(problems),
+        (std::vector<Kind> {
+            Kind::AboveListPrice, Kind::AboveListPrice, Kind::BelowZero, Kind::AboveListPrice }));
+    EXPECT_EQ(problems[0].text, QStringLiteral("Price 1 ($1.00) is above the list price (-$5.00)."))
+        << "one pair of brackets";
+    EXPECT_EQ(problems[1].text, QStringLiteral("Price 2 ($0.00) is above the list price (-$5.00)."))
+        << "less than a cent below zero is no amount below zero";
+    EXPECT_EQ(problems[2].text, QStringLiteral("Price 3 (-$1.00) is below zero."));
+}
+
 TEST(PriceLadderTest, AThresholdSetPriceCannotReadAndAMissingPriceAreFound)
 {
     const Table catalogue = product("20", { { "40000", "15" }, { "ten", "14" }, { "60", "" } });

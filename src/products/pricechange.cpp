@@ -52,6 +52,11 @@ void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field
     } catch (const VbError &) {
         return;
     }
+    // A price that is a trillion or more already (read from a damaged sheet, say) is no price a
+    // change can be worked out from: it stays as it is, as a price that is no number does, and
+    // does not keep the others from changing.
+    if (!(std::fabs(oldPrice) < MaxPrice))
+        return;
     const double newPrice = apply(oldPrice, rule);
     const QString part = textOf(catalogue.get(row, ProductRecord::PartNumber), locale);
     if (!(std::fabs(newPrice) < MaxPrice)) {

@@ -64,7 +64,8 @@ inline constexpr double MaxPrice = 1e12;
 double apply(double oldPrice, const PriceChangeRule &rule);
 
 /// The list price and the price points' prices of rows (catalogue rows) by rule. Prices that
-/// are no number or empty stay as they are; a price whose new value equals the old is left out.
+/// are no number, empty, or MaxPrice or more already stay as they are; a price whose new value
+/// equals the old is left out.
 PriceChangePlan plan(const Table &catalogue, const std::vector<int> &rows,
     const PriceChangeRule &rule, const QLocale &locale);
 

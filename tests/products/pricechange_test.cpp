@@ -127,6 +127,24 @@ TEST(PriceChangeTest, APriceChangedToATrillionOrMoreIsReportedAndNothingApplied)
     EXPECT_FALSE(largest.entries.empty());
 }
 
+TEST(PriceChangeTest, APriceThatIsATrillionAlreadyStaysAndTheOthersChange)
+{
+    Table table = catalogue();
+    table.put(3, 3, 1e20f); // TW-300's list price, read from a damaged sheet
+    table.put(1, 7, "-1e12");
+    for (const double percent : { 0.0, 10.0 }) {
+        const PriceChangePlan plan = PriceChange::plan(
+            table, { 1, 2, 3 }, ruleOf(By::Percent, percent, Rounding::Cents), EnUs);
+        EXPECT_TRUE(plan.tooLarge.isEmpty()) << percent;
+        EXPECT_TRUE(plan.belowZero.isEmpty()) << percent;
+        for (const PriceChangeEntry &entry : plan.entries)
+            EXPECT_NE(entry.partNumber, QStringLiteral("TW-300")) << percent;
+        EXPECT_EQ(plan.entries.size(), percent == 0.0 ? 0u : 2u)
+            << "TW-100's list price and its second price point";
+        EXPECT_EQ(PriceChange::canApply(plan, true), percent != 0.0);
+    }
+}
+
 TEST(PriceChangeTest, AListPriceKeptInSinglePrecisionChangesAsTheMoneyItShows)
 {
     // The catalogue keeps its list prices in single precision: 16.4 is 16.3999996…

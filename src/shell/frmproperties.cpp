@@ -15,8 +15,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QUrl>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace tarnwick {
 
@@ -81,8 +84,25 @@ void FrmProperties::Form_Load()
     m_productCount->setText(properties.productCountText(locale));
     m_lastSaved->setText(properties.lastSavedText(locale));
     m_backup->setText(properties.backupText(locale));
-    for (QLineEdit *box : findChildren<QLineEdit *>())
+    fitBoxes();
+}
+
+void FrmProperties::fitBoxes()
+{
+    // Every figure readable at once, as far as the screen goes: the boxes are as wide as the
+    // longest of them (a path, the backup's date and time).
+    const QList<QLineEdit *> boxes = findChildren<QLineEdit *>();
+    int widest = 0;
+    for (QLineEdit *box : boxes) {
         box->setCursorPosition(0);
+        widest = std::max(widest, box->fontMetrics().horizontalAdvance(box->text()));
+    }
+    const QScreen *on = screen();
+    const int most = on ? on->availableGeometry().width() * 3 / 4 : widest;
+    constexpr int FrameAndMargins = 16;
+    for (QLineEdit *box : boxes)
+        box->setMinimumWidth(std::min(widest + FrameAndMargins, most));
+    adjustSize();
 }
 
 void FrmProperties::CmdOpenFolder_Click()

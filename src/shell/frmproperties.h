@@ -28,6 +28,8 @@ public:
 
     /// Reads the figures again from the files and the catalogue.
     void Form_Load();
+    /// Widens the boxes to the longest figure the screen has room for.
+    void fitBoxes();
 
     QLineEdit *txtAppFolder() const { return m_appFolder; }
     QLineEdit *txtDataFile() const { return m_dataFile; }

@@ -75,6 +75,15 @@ TEST_F(ViewMenuWindowTest, PropertiesOpenedAgainIsOneWindowWithTheFiguresOfNow)
     EXPECT_EQ(form->txtProductCount()->text(), QString::number(module->AllProducts().Count()));
     EXPECT_TRUE(
         form->txtBackup()->text().startsWith(QStringLiteral("Yes, the catalogue as saved on ")));
+    // The longest figure is readable whole.
+    QLineEdit *backup = form->txtBackup();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            return backup->fontMetrics().horizontalAdvance(backup->text())
+                < backup->contentsRect().width() - 4;
+        },
+        2000))
+        << backup->width();
 }
 
 TEST_F(ViewMenuWindowTest, OpenFolderShowsTheApplicationFolderInTheFileManager)

@@ -9,6 +9,8 @@
 
 #include <QTextDocument>
 
+#include <cmath>
+#include <limits>
 #include <optional>
 
 namespace tarnwick::QuoteDocument {
@@ -44,14 +46,18 @@ bool atListPrice(const Cell &unit, const Cell &list, const QLocale &locale)
 }
 
 /// The discount of a line, (list price − unit price) ÷ list price, held as a single; 0 when the
-/// list price is no number or zero.
-float discountOf(const Cell &unit, const Cell &list, const QLocale &locale)
+/// list price is no number or zero, none when the ratio lies beyond a single (a unit price typed
+/// as 1E+40).
+std::optional<float> discountOf(const Cell &unit, const Cell &list, const QLocale &locale)
 {
     const auto unitNumber = numberOf(unit, locale);
     const auto listNumber = numberOf(list, locale);
     if (!unitNumber || !listNumber || *listNumber == 0.0)
         return 0.0f;
-    return float((*listNumber - *unitNumber) / *listNumber);
+    const double share = (*listNumber - *unitNumber) / *listNumber;
+    if (!(std::fabs(share) <= double(std::numeric_limits<float>::max())))
+        return std::nullopt;
+    return float(share);
 }
 
 QString currency(const Cell &cell, const QLocale &locale)
@@ -71,8 +77,9 @@ QString priceLineOf(const Table &quote, int row, const QLocale &locale)
             + currency(unit, locale) + Tab + Tab + Tab + QLatin1String("Extended Price  ")
             + extended + Lf;
     }
+    const std::optional<float> share = discountOf(unit, list, locale);
     const QString discount =
-        format(Cell(discountOf(unit, list, locale)), QStringLiteral("percent"), locale);
+        share ? format(Cell(*share), QStringLiteral("percent"), locale) : QString();
     return QLatin1String("Quantity ") + quantity + Tab + QLatin1String("List: ")
         + currency(list, locale) + Tab + QLatin1String("Price: ") + currency(unit, locale) + Tab
         + QLatin1String("Discount: ") + discount + Tab + QLatin1String("Ext.: ") + extended + Lf;

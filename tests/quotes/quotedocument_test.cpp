@@ -69,6 +69,19 @@ TEST_F(QuoteDocumentTest, TheDiscountIsTheSingleRatioInThePercentFormat)
     EXPECT_TRUE(plain().contains(QStringLiteral("Discount: 9.90%\t")));
 }
 
+TEST_F(QuoteDocumentTest, ADiscountBeyondASingleLeavesTheFigureOut)
+{
+    // A unit price typed as 1E+40 against a list price of $12.85, and a price against a list
+    // price too small to divide by: neither ratio fits a single.
+    addLine(1, "B-2", "Gadget", Cell(1e40), qint32(1), 0.0, "$12.85", "");
+    addLine(2, "C-3", "Gizmo", Cell(5.0), qint32(1), 5.0, Cell(1e-40), "");
+    QString text;
+    ASSERT_NO_THROW(text = plain());
+    EXPECT_TRUE(text.contains(QStringLiteral("\tDiscount: \tExt.: $0.00\n"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("Price: $5.00\tDiscount: \tExt.: $5.00\n")))
+        << text.toStdString();
+}
+
 TEST_F(QuoteDocumentTest, NoIncludesOneLeavesTheIncludesOutAnyOtherValueShowsThem)
 {
     addLine(1, "A-1", "Widget", "$12.50", qint32(1), 12.5, "$12.50", "Cable");

@@ -42,6 +42,51 @@ qsizetype physicalLineEnd(std::string_view text, qsizetype position)
     return end == std::string_view::npos ? qsizetype(text.size()) : qsizetype(end);
 }
 
+/// The field ends in [from, to) of text, found as the fields are split (each search goes on
+/// after the field end found before), and where the last of them ends.
+struct FieldEnds
+{
+    int count = 0;
+    qsizetype lastEnd = -1;
+};
+
+FieldEnds fieldEndsIn(std::string_view text, qsizetype from, qsizetype to)
+{
+    const std::string_view part = text.substr(std::size_t(from), std::size_t(to - from));
+    FieldEnds ends;
+    for (std::size_t at = part.find(fieldend::Bytes); at != std::string_view::npos;
+         at = part.find(fieldend::Bytes, at + fieldend::Bytes.size())) {
+        ++ends.count;
+        ends.lastEnd = from + qsizetype(at + fieldend::Bytes.size());
+    }
+    return ends;
+}
+
+/// The end of the line that starts at from, read as a product line is: physical lines are
+/// joined until one ends with DEL.
+qsizetype joinedLineEnd(std::string_view text, qsizetype from)
+{
+    qsizetype end = physicalLineEnd(text, from);
+    while (!(end > from && text[std::size_t(end - 1)] == fieldend::Byte)
+        && end + 2 < qsizetype(text.size()))
+        end = physicalLineEnd(text, end + 2);
+    return end;
+}
+
+/// Whether the product line [start, end), which ends with DEL before a CR LF, goes on in the
+/// next physical line: it ends with a whole field end, holds fewer than the fifteen, and the
+/// line after it holds no more than the missing ones.
+bool continuesAfterFieldEnd(std::string_view text, qsizetype start, qsizetype end)
+{
+    if (end + 2 >= qsizetype(text.size()))
+        return false;
+    const FieldEnds ends = fieldEndsIn(text, start, end);
+    if (ends.lastEnd != end || ends.count >= ProductRecord::FieldCount)
+        return false;
+    return ends.count + fieldEndsIn(text, end + 2, joinedLineEnd(text, end + 2)).count
+        <= ProductRecord::FieldCount;
+}
+
 /// Calls found(lf) for the LF of every CR LF whose LF lies in [from, to) of data; from is at
 /// least 1, so the CR before it is inside the data.
 template <typename Found>
@@ -158,9 +203,15 @@ CatalogueReader::Line CatalogueReader::readLogicalLine(
         observer.recordStarted(decoded(position, end - position));
     // Every logical line ends with a field end; a line that does not was broken by a line
     // break inside a field, and the next physical line continues it (its CR LF included).
+    // A field that begins with a line break (notes starting with an empty line) puts a whole
+    // field end right before a CR LF inside the product: while the line holds fewer than its
+    // fifteen field ends, and the line after it (read the same way) holds no more than the
+    // ones missing, that line continues the product too. A whole product after a damaged,
+    // short one has fifteen field ends of its own and stays a product.
     for (;;) {
         const qsizetype next = std::min<qsizetype>(end + 2, qsizetype(text.size()));
-        if (end > line.start && text[std::size_t(end - 1)] == fieldend::Byte) {
+        if (end > line.start && text[std::size_t(end - 1)] == fieldend::Byte
+            && !continuesAfterFieldEnd(text, line.start, end)) {
             position = next;
             break;
         }

@@ -157,6 +157,32 @@ TEST(CatalogueReaderTest, OddLinesReadAsTheGeneralWayReadsThem)
     }
 }
 
+TEST(CatalogueReaderTest, FieldsThatBeginWithALineBreakStayInTheirProduct)
+{
+    // Notes typed after an Enter at their start: a field end right before a CR LF.
+    const std::string leading =
+        product({ "LB-002", "Normal after", "5", "\r\nok", "\r\n", "\r\n1", "\r\n2.5" });
+    const Reading reading = expectBothWaysAlike(fullProduct("A-1") + leading + fullProduct("C-3"));
+    ASSERT_EQ(reading.result.status, CatalogueReadResult::Status::Ok);
+    ASSERT_EQ(reading.result.rowsRead, 3);
+    const Table &table = reading.table;
+    EXPECT_EQ(table.get(2, ProductRecord::PartNumber).asText(), QStringLiteral("LB-002"));
+    EXPECT_FLOAT_EQ(float(table.get(2, ProductRecord::Price).asNumber()), 5.0f);
+    EXPECT_EQ(table.get(2, 4).asText(), QStringLiteral("\r\nok"));
+    EXPECT_EQ(table.get(2, 5).asText(), QStringLiteral("\r\n"));
+    EXPECT_EQ(table.get(2, 6).asText(), QStringLiteral("\r\n1"));
+    EXPECT_EQ(table.get(2, 7).asText(), QStringLiteral("\r\n2.5"));
+    EXPECT_TRUE(table.get(2, 15).asText().isEmpty());
+    EXPECT_EQ(table.get(3, ProductRecord::PartNumber).asText(), QStringLiteral("C-3"));
+    EXPECT_TRUE(reading.result.unreadNumbers.isEmpty());
+
+    // A damaged product of three fields before a whole one: the whole one stays a product.
+    const Reading damaged =
+        expectBothWaysAlike("A" + End + "x" + End + "1" + End + "\r\n" + fullProduct("B-2"));
+    ASSERT_EQ(damaged.result.rowsRead, 2);
+    EXPECT_EQ(damaged.table.get(2, ProductRecord::PartNumber).asText(), QStringLiteral("B-2"));
+}
+
 TEST(CatalogueReaderTest, AFailureNamesTheSameLineEitherWay)
 {
     // The first product has a note of three lines, so the line without a field end (a line

@@ -14,7 +14,7 @@ QString native(const QString &path)
 
 } // namespace
 
-QString opened(const QuoteBook::OpenResult &result, const QString &path, bool backupExists)
+QString opened(const QuoteBook::OpenResult &result, const QString &path, const QString &lastCopy)
 {
     switch (result.status) {
     case QuoteBook::OpenStatus::Opened:
@@ -26,9 +26,10 @@ QString opened(const QuoteBook::OpenResult &result, const QString &path, bool ba
                            "It has been kept as \"%3\", and a new, empty quote book has been "
                            "started.")
                 .arg(native(path), result.detail, QFileInfo(result.keptAs).fileName());
-        if (backupExists)
-            text += QStringLiteral(" The copy made when Tarnwick was last closed is "
-                                   "\"quotes.bak\" in the same folder.");
+        if (!lastCopy.isEmpty())
+            text += QStringLiteral(" The copy made when Tarnwick was last closed is \"%1\" in "
+                                   "the same folder.")
+                        .arg(lastCopy);
         return text;
     }
     case QuoteBook::OpenStatus::TooNew:

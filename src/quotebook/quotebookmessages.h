@@ -12,9 +12,9 @@ struct QuoteHeader;
 namespace QuoteBookMessages {
 
 /// What start-up says about the book it opened: nothing for a sound or a new book; the damage
-/// (where the file was kept, and the backup when there is one), a book of a later version, or
-/// why there is no book.
-QString opened(const QuoteBook::OpenResult &result, const QString &path, bool backupExists);
+/// (where the file was kept, and lastCopy, the file name of the copy made at the last close,
+/// when there is one), a book of a later version, or why there is no book.
+QString opened(const QuoteBook::OpenResult &result, const QString &path, const QString &lastCopy);
 /// At close, when the quote on screen had no book to be kept in.
 QString notKept(const QString &why);
 /// "The quote book is not available: <why>."

@@ -20,6 +20,7 @@
 #include "shell/quotecontroller.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QGroupBox>
 #include <QLabel>
@@ -108,8 +109,9 @@ bool QuoteBookController::openBook(bool inABox)
     if (!m_openable)
         return false;
     const QuoteBook::OpenResult result = m_book.open(bookPath());
-    const QString message = QuoteBookMessages::opened(result, bookPath(),
-        QFileInfo::exists(m_services.environment.pathInAppFolder(BackupFileName)));
+    const QString lastCopy =
+        result.status == QuoteBook::OpenStatus::Replaced ? keepLastCopy(result) : QString();
+    const QString message = QuoteBookMessages::opened(result, bookPath(), lastCopy);
     if (!message.isEmpty() && inABox)
         m_services.prompts.msgBox(message, MsgStyle::Exclamation, Titles::Book);
     else if (!message.isEmpty())
@@ -118,6 +120,24 @@ bool QuoteBookController::openBook(bool inABox)
     m_openable = result.status != QuoteBook::OpenStatus::TooNew;
     m_unavailable = m_book.isOpen() ? QString() : result.detail;
     return m_book.isOpen();
+}
+
+QString QuoteBookController::keepLastCopy(const QuoteBook::OpenResult &replaced)
+{
+    // The copy made at the last close is the user's way back to the damaged book's quotes: the
+    // new book's copies must never take its place. It moves beside the damaged file; where it
+    // cannot, this run makes no copy at its close.
+    const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
+    if (!QFileInfo::exists(backup))
+        return {};
+    const QString kept = QFileInfo(replaced.keptAs)
+                             .fileName()
+                             .replace(QStringLiteral("-damaged-"), QStringLiteral("-backup-"));
+    if (!kept.isEmpty() && kept != QFileInfo(replaced.keptAs).fileName()
+        && QFile::rename(backup, m_services.environment.pathInAppFolder(kept)))
+        return kept;
+    m_keepBackup = true;
+    return QFileInfo(backup).fileName();
 }
 
 void QuoteBookController::restoreInHand()
@@ -146,7 +166,7 @@ void QuoteBookController::shutDown()
         return;
     }
     const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
-    if (!m_book.backupTo(backup))
+    if (!m_keepBackup && !m_book.backupTo(backup))
         report(QuoteBookMessages::backupFailed(backup, m_book.errorString()), Titles::Book);
     m_book.close();
 }

@@ -72,6 +72,9 @@ public:
 private:
     QString bookPath() const;
     /// Opens the book when it is not open yet; a failure is told in a box or in the status bar.
+    /// Moves the copy made at the last close beside the damaged book replaced; its file name,
+    /// empty when there was none.
+    QString keepLastCopy(const QuoteBook::OpenResult &replaced);
     bool openBook(bool inABox);
     bool ready(const QString &title);
     QuoteTexts currentTexts() const;
@@ -105,6 +108,8 @@ private:
     QString m_unavailable; ///< why the book could not be opened; empty once it is
     bool m_openable = true; ///< false once the book turned out to be of a later version
     bool m_started = false;
+    /// The copy of a damaged book's last close could not be moved aside: it stays untouched.
+    bool m_keepBackup = false;
     bool m_keepFailing = false; ///< the status bar says the quote cannot be kept safe
 };
 

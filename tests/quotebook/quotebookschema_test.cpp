@@ -184,7 +184,7 @@ TEST_F(QuoteBookFileTest, AFileThatIsNoDatabaseIsKeptAsideAndANewBookStarted)
     SavedQuote quote = sampleQuote(QStringLiteral("ACME"), QDate(2026, 5, 12));
     EXPECT_TRUE(book.saveNew(quote));
 
-    EXPECT_EQ(QuoteBookMessages::opened(result, path(), true),
+    EXPECT_EQ(QuoteBookMessages::opened(result, path(), QStringLiteral("quotes.bak")),
         QStringLiteral("The quote book \"%1\" is damaged and could not be read (file is not a "
                        "database).\n\nIt has been kept as \"quotes-damaged-20260512-140309.db\", "
                        "and a new, empty quote book has been started. The copy made when Tarnwick "
@@ -260,7 +260,7 @@ TEST_F(QuoteBookFileTest, ABookOfALaterVersionIsLeftAlone)
     EXPECT_FALSE(book.isOpen());
     EXPECT_EQ(folder.readFile(QStringLiteral("quotes.db")), before);
     EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("quotes.db") });
-    EXPECT_EQ(QuoteBookMessages::opened(result, path(), false),
+    EXPECT_EQ(QuoteBookMessages::opened(result, path(), QString()),
         QStringLiteral("The quote book \"%1\" was written by a later version of Tarnwick. It has "
                        "been left as it is; quotes cannot be saved or opened until that version "
                        "is used again.")
@@ -275,15 +275,17 @@ TEST_F(QuoteBookFileTest, AFolderThatIsNotThereIsReported)
     EXPECT_FALSE(result.detail.isEmpty());
     EXPECT_FALSE(book.isOpen());
     EXPECT_TRUE(
-        QuoteBookMessages::opened(result, QStringLiteral("x/quotes.db"), false)
+        QuoteBookMessages::opened(result, QStringLiteral("x/quotes.db"), QString())
             .startsWith(QLatin1String("The quote book \"x/quotes.db\" could not be opened: ")));
 }
 
 TEST_F(QuoteBookFileTest, ASoundOrNewBookIsOpenedWithoutAWord)
 {
-    EXPECT_TRUE(QuoteBookMessages::opened({ QuoteBook::OpenStatus::Created, {}, {} }, path(), true)
+    EXPECT_TRUE(QuoteBookMessages::opened(
+        { QuoteBook::OpenStatus::Created, {}, {} }, path(), QStringLiteral("quotes.bak"))
                     .isEmpty());
-    EXPECT_TRUE(QuoteBookMessages::opened({ QuoteBook::OpenStatus::Opened, {}, {} }, path(), true)
+    EXPECT_TRUE(QuoteBookMessages::opened(
+        { QuoteBook::OpenStatus::Opened, {}, {} }, path(), QStringLiteral("quotes.bak"))
                     .isEmpty());
 }
 

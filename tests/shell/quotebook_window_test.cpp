@@ -419,6 +419,28 @@ TEST_F(DamagedBookWindowTest, ADamagedQuoteBookIsReportedKeptAndReplaced)
     EXPECT_TRUE(mainWindow->quoteBook().book().isOpen());
 }
 
+TEST_F(DamagedBookWindowTest, TheCopyOfTheLastCloseOutlivesTheNewBook)
+{
+    folder.writeFile(QStringLiteral("quotes.db"), QByteArray(9000, 'q'));
+    folder.writeFile(QStringLiteral("quotes.bak"), QByteArray("the good book of yesterday"));
+    startAndWait();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    const QStringList kept = folder.fileNames().filter(QStringLiteral("quotes-backup-"));
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_TRUE(kept.first().endsWith(QStringLiteral(".db")));
+    EXPECT_EQ(folder.readFile(kept.first()), QByteArray("the good book of yesterday"));
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.endsWith(
+        QStringLiteral(" The copy made when Tarnwick was last closed is \"%1\" in the same "
+                       "folder.")
+            .arg(kept.first())))
+        << fakes->prompts.shown()[0].text.toStdString();
+
+    EXPECT_TRUE(mainWindow->close());
+    EXPECT_EQ(folder.readFile(kept.first()), QByteArray("the good book of yesterday"))
+        << "the close copies the new book to quotes.bak, never over the kept copy";
+    EXPECT_TRUE(folder.exists(QStringLiteral("quotes.bak")));
+}
+
 TEST_F(DamagedBookWindowTest, WithoutABookTheCommandsSayWhy)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());

@@ -67,13 +67,15 @@ bool readQuotedCell(const QString &text, qsizetype &at, QString &cell)
 }
 
 /// Reads the cells of one line (or of several, where a quoted cell holds line breaks) from
-/// text[at]; moves at past its line end.
-QStringList readRecord(const QString &text, qsizetype &at)
+/// text[at]; moves at past its line end. The first cell of a line that goes on with a field
+/// of the line before (continuing) is the middle of that field, taken as it stands.
+QStringList readRecord(const QString &text, qsizetype &at, bool continuing = false)
 {
     QStringList cells;
     QString cell;
-    for (;;) {
-        if (at < text.size() && text[at] == QLatin1Char('"') && readQuotedCell(text, at, cell)) {
+    for (bool first = true;; first = false) {
+        if (!(first && continuing) && at < text.size() && text[at] == QLatin1Char('"')
+            && readQuotedCell(text, at, cell)) {
             cells << cell;
         } else {
             qsizetype end = at;
@@ -123,11 +125,22 @@ void readTextSheet(QByteArrayView bytes, SheetCells &cells)
         } else {
             // A field that holds a line break continues on the next line.
             while (record.size() > 1 && record.size() < width && at < text.size()) {
+                const qsizetype lineStart = at;
                 next = readRecord(text, at);
                 if (record.size() + next.size() - 1 > width) {
                     hasNext = true;
                     break;
                 }
+                // It goes on with the last field: a quote at its start is the field's text
+                // (the export's notes with a quoted second line), unless only the quoted
+                // reading fits the row.
+                const qsizetype quotedEnd = at;
+                at = lineStart;
+                QStringList asItStands = readRecord(text, at, true);
+                if (record.size() + asItStands.size() - 1 <= width)
+                    next = std::move(asItStands);
+                else
+                    at = quotedEnd;
                 record.last() += QStringLiteral("\r\n") + next.first();
                 record.append(next.mid(1));
             }

@@ -40,6 +40,22 @@ TEST(TextWorkbook, QuotesThatDoNotCloseACellStayAsTheyAre)
     EXPECT_EQ(sheet.cellText(2, 4), "5");
 }
 
+TEST(TextWorkbook, TheExportsNotesKeepAQuotedLineAfterTheirFirst)
+{
+    // The export writes a field's line breaks as they stand: the line after a break is the
+    // middle of the field, and its quotes are the text's own.
+    const TextWorkbook sheet(QByteArray("Part Number\tNotes\tIncludes\tPrice 1\r\n"
+                                        "QT-001\tLine one\r\n\"Quoted line\"\tValve\r\n"
+                                        "\"Seal kit\"\t12.5\r\n"
+                                        "QT-002\tplain\tx\t1\r\n"));
+    EXPECT_EQ(sheet.cellText(0, 2), "QT-001");
+    EXPECT_EQ(sheet.cellText(1, 2), "Line one\r\n\"Quoted line\"");
+    EXPECT_EQ(sheet.cellText(2, 2), "Valve\r\n\"Seal kit\"");
+    EXPECT_EQ(sheet.cellText(3, 2), "12.5");
+    EXPECT_EQ(sheet.cellText(0, 3), "QT-002");
+    EXPECT_EQ(sheet.cellText(1, 3), "plain");
+}
+
 TEST(TextWorkbook, CharactersOfEveryEncodingTheTextMayHave)
 {
     const TextWorkbook utf8(QByteArray("\xEF\xBB\xBFM\xC3\xBCller\t\xE2\x82\xAC\r\n"));

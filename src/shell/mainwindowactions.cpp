@@ -144,6 +144,15 @@ void MainWindowActions::createToolBar(QMainWindow *window)
         button->setToolTip(QObject::tr(entry.toolTip));
         m_buttons.insert(key, button);
     }
+    // The two buttons no menu item stands for get keys of their own, shown in their tool tips.
+    const auto giveKey = [this](const char *key, const QKeySequence &sequence) {
+        QAction *button = m_buttons.value(QString::fromLatin1(key));
+        button->setShortcut(sequence);
+        button->setToolTip(QStringLiteral("%1 (%2)").arg(
+            button->toolTip(), sequence.toString(QKeySequence::NativeText)));
+    };
+    giveKey("Find", QKeySequence(QKeySequence::Find));
+    giveKey("Palm", handheldShortcut());
     QAction *editButton = m_buttons.value(QStringLiteral("Edit"));
     editButton->setCheckable(true);
     // Products → Edit carries the button's state as its check mark, whichever of the two
@@ -170,6 +179,11 @@ QAction *MainWindowActions::button(const QString &key) const
 QKeySequence MainWindowActions::addToQuoteShortcut()
 {
     return QKeySequence(Qt::CTRL | Qt::Key_D);
+}
+
+QKeySequence MainWindowActions::handheldShortcut()
+{
+    return QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_H);
 }
 
 QStringList MainWindowActions::buttonKeys()

@@ -35,6 +35,9 @@ public:
     /// The key of "Add to Quote", shown in the grid's menu and working anywhere in the main
     /// window: Ctrl+D, which no standard action of the desktop uses.
     static QKeySequence addToQuoteShortcut();
+    /// The key of the toolbar's "Palm" (send to the handheld), which no menu item stands for;
+    /// "Find" has the desktop's find key.
+    static QKeySequence handheldShortcut();
 
 private:
     QMenu *addMenu(QMenu *menu, const QString &name, const QStringList &items);

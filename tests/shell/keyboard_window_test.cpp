@@ -246,6 +246,38 @@ TEST_F(KeyboardWindowTest, AddToQuoteHasAKeyNoStandardActionUsesShownInTheMenu)
     }
 }
 
+TEST_F(KeyboardWindowTest, FindAndSendToHandheldHaveKeysShownInTheirToolTips)
+{
+    EXPECT_TRUE(button("Find")->toolTip().endsWith(QStringLiteral(" (%1)").arg(
+        QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText))));
+    const QKeySequence handheld = MainWindowActions::handheldShortcut();
+    EXPECT_TRUE(button("Palm")->toolTip().endsWith(
+        QStringLiteral(" (%1)").arg(handheld.toString(QKeySequence::NativeText))));
+    for (int standard = QKeySequence::HelpContents; standard <= QKeySequence::Cancel; ++standard)
+        EXPECT_FALSE(
+            QKeySequence::keyBindings(QKeySequence::StandardKey(standard)).contains(handheld))
+            << standard;
+    for (QAction *other : window->findChildren<QAction *>()) {
+        if (other != button("Palm")) {
+            EXPECT_NE(other->shortcut(), handheld) << qPrintable(other->objectName());
+        }
+    }
+
+    // The find key finds from the grid, as the button does.
+    focusGrid(grid);
+    dialogs.textAnswers << QStringLiteral("clamp");
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(grid->currentIndex().row(), 2);
+    ASSERT_EQ(dialogs.textRequests.size(), 1U);
+
+    // The handheld's key asks before it sends, as the button does.
+    fakes->prompts.answerMessage(MsgResult::Cancel);
+    press(Qt::Key_H, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_EQ(fakes->prompts.texts().size(), 1);
+    EXPECT_TRUE(fakes->prompts.texts()[0].startsWith(QStringLiteral("Send ")))
+        << fakes->prompts.texts()[0].toStdString();
+}
+
 TEST_F(KeyboardWindowTest, TheKeyOfAddToQuoteAddsTheCurrentProduct)
 {
     goToRow(2);

@@ -130,9 +130,9 @@ QString QuoteBookController::keepLastCopy(const QuoteBook::OpenResult &replaced)
     const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
     if (!QFileInfo::exists(backup))
         return {};
-    const QString kept = QFileInfo(replaced.keptAs)
-                             .fileName()
-                             .replace(QStringLiteral("-damaged-"), QStringLiteral("-backup-"));
+    QString kept = QFileInfo(replaced.keptAs)
+                       .fileName()
+                       .replace(QStringLiteral("-damaged-"), QStringLiteral("-backup-"));
     if (!kept.isEmpty() && kept != QFileInfo(replaced.keptAs).fileName()
         && QFile::rename(backup, m_services.environment.pathInAppFolder(kept)))
         return kept;

@@ -53,6 +53,14 @@ QString notKept(const QString &why)
         .arg(why);
 }
 
+QString notKeptInBook(const QString &why)
+{
+    return QStringLiteral("The quote on screen could not be kept for the next start: %1. Its "
+                          "last changes are lost when Tarnwick closes; saved quotes are not "
+                          "affected.")
+        .arg(why);
+}
+
 QString unavailable(const QString &why)
 {
     return QStringLiteral("The quote book is not available: %1.").arg(why);
@@ -99,6 +107,13 @@ QString saveFailed(const QString &why)
 QString nothingToSave()
 {
     return QStringLiteral("The quote has no lines. Add products to it first.");
+}
+
+QString emptiedQuestion(const QuoteHeader &header)
+{
+    return QStringLiteral("Quote %1 has no lines now. Save it without lines, in place of the "
+                          "lines it was saved with?")
+        .arg(header.numberAndRevision());
 }
 
 QString revisionNeedsSave()

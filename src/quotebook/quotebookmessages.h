@@ -17,6 +17,8 @@ namespace QuoteBookMessages {
 QString opened(const QuoteBook::OpenResult &result, const QString &path, const QString &lastCopy);
 /// At close, when the quote on screen had no book to be kept in.
 QString notKept(const QString &why);
+/// At close, when the book is there but would not take the quote on screen.
+QString notKeptInBook(const QString &why);
 /// "The quote book is not available: <why>."
 QString unavailable(const QString &why);
 
@@ -32,6 +34,8 @@ QString saved(const QuoteHeader &header);
 /// Saving failed: "The quote could not be saved: <why>. Nothing in the quote book changed."
 QString saveFailed(const QString &why);
 QString nothingToSave();
+/// Before a saved quote whose lines were all removed is saved: "Quote <n> has no lines now…".
+QString emptiedQuestion(const QuoteHeader &header);
 QString revisionNeedsSave();
 /// The mail program could take no attachment: attach the file by hand.
 QString attachByHand(const QString &pdfPath);

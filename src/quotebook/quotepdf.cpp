@@ -121,13 +121,32 @@ public:
         }
     }
 
+    /// One line of up to three texts: at the left, in the middle, at the right. The middle one
+    /// (the customer) never runs into the others: it is centred on the page where it has the
+    /// room, moved aside where it has not, and cut with an ellipsis where even that is too
+    /// narrow.
     void pageText(const QStringList &texts, const QFont &font, qreal top)
     {
         m_painter.setFont(font);
+        const QFontMetricsF metrics(font, m_painter.device());
         const QRectF line(m_body.left(), top, m_body.width(), lineHeight(font));
-        const Qt::Alignment sides[] = { Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight };
-        for (qsizetype i = 0; i < texts.size() && i < 3; ++i)
-            m_painter.drawText(line, sides[i] | Qt::AlignVCenter, texts.at(i));
+        const QString left = texts.value(0);
+        const QString middle = texts.value(1);
+        const QString right = texts.value(2);
+        m_painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, left);
+        m_painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter, right);
+        const qreal gap = 2 * metrics.averageCharWidth();
+        const qreal from =
+            line.left() + (left.isEmpty() ? 0 : metrics.horizontalAdvance(left) + gap);
+        const qreal to =
+            line.right() - (right.isEmpty() ? 0 : metrics.horizontalAdvance(right) + gap);
+        if (middle.isEmpty() || to <= from)
+            return;
+        const QString shown = metrics.elidedText(middle, Qt::ElideRight, to - from);
+        const qreal width = std::min(metrics.horizontalAdvance(shown), to - from);
+        const qreal x = std::clamp(line.center().x() - width / 2, from, to - width);
+        m_painter.drawText(
+            QRectF(x, top, to - x, line.height()), Qt::AlignLeft | Qt::AlignVCenter, shown);
     }
 
     qreal lineHeight(const QFont &font) const

@@ -175,6 +175,17 @@ bool QuoteSession::markSent()
     return true;
 }
 
+void QuoteSession::refreshStatus()
+{
+    if (!m_header.isSaved() || !m_book.isOpen())
+        return;
+    const auto quote = m_book.load(m_header.id);
+    if (!quote || quote->header.status == m_header.status)
+        return;
+    m_header.status = quote->header.status;
+    Q_EMIT headerChanged();
+}
+
 std::optional<Table> QuoteSession::restore()
 {
     const auto inHand = m_book.inHand();

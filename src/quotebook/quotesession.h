@@ -84,6 +84,9 @@ public:
 
     /// The revision in hand is marked as sent to the customer.
     bool markSent();
+    /// Takes the status the book holds for the quote in hand (the Quotes window sets statuses
+    /// in the book); headerChanged() when it is another.
+    void refreshStatus();
 
     /// Keeps the quote in hand in the book when it changed since last kept. True when the book
     /// holds the quote as it is now.

@@ -159,12 +159,14 @@ void QuoteBookController::shutDown()
         return;
     m_session->stopKeeping();
     m_ui.GrdQuote->commitPendingEdit();
-    m_session->keepNow();
+    const bool kept = m_session->keepNow();
     if (!m_book.isOpen()) {
         if (!m_session->isEmpty())
             report(QuoteBookMessages::notKept(m_unavailable), Titles::Book);
         return;
     }
+    if (!kept)
+        report(QuoteBookMessages::notKeptInBook(m_book.errorString()), Titles::Book);
     const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
     if (!m_keepBackup && !m_book.backupTo(backup))
         report(QuoteBookMessages::backupFailed(backup, m_book.errorString()), Titles::Book);
@@ -235,6 +237,13 @@ bool QuoteBookController::saveInHand(const QString &title)
 {
     if (!m_session->header().isSaved())
         return saveFirstTime(title);
+    // Removing every line and saving would throw the saved lines away: asked first, No the
+    // default.
+    if (m_session->isEmpty()
+        && m_services.prompts.msgBox(QuoteBookMessages::emptiedQuestion(m_session->header()),
+               MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2, title)
+            != MsgResult::Yes)
+        return false;
     bool saved = false;
     if (m_session->header().status == QuoteStatus::Sent) {
         const int answer =
@@ -271,7 +280,12 @@ bool QuoteBookController::offerToSave(const QString &title)
 /// A PDF or a mail names the quote's number: the quote is saved first when it is not.
 bool QuoteBookController::ensureSaved(const QString &title)
 {
-    if (m_session->header().isSaved() && !m_session->isChanged())
+    // The PDF shows the heading and ending the quote was saved with: texts changed in Quote
+    // Note since then change the quote too, which is saved first (a sent one is asked about).
+    const QuoteHeader &header = m_session->header();
+    const QuoteTexts texts = currentTexts();
+    const bool textsChanged = texts.heading != header.heading || texts.ending != header.ending;
+    if (header.isSaved() && !m_session->isChanged() && !textsChanged)
         return true;
     return saveInHand(title);
 }
@@ -295,6 +309,9 @@ void QuoteBookController::openQuote()
     if (!ready(Titles::Open) || !offerToSave(Titles::Open))
         return;
     const auto chosen = m_dialogs->chooseQuote(m_owner, m_book);
+    // The Quotes window may have set the status of the quote on screen: a sent quote is asked
+    // about before it changes, and a save keeps its status.
+    m_session->refreshStatus();
     if (!chosen)
         return;
     const auto quote = m_session->load(*chosen);

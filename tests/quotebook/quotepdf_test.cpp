@@ -9,6 +9,9 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <vector>
+
 using namespace tarnwick;
 using namespace tarnwick::test;
 
@@ -171,6 +174,60 @@ TEST_F(QuotePdfTest, ThePageHeaderNamesQuoteCustomerAndDate)
     EXPECT_EQ(QuotePdf::pageHeader(input.header, locale),
         (QStringList { "Quote Q-2026-0001 A", "ACME Plumbing", "Tuesday, May 12, 2026" }));
     EXPECT_EQ(QuotePdf::pageHeader(QuoteHeader(), locale), (QStringList { "Quote", "", "" }));
+}
+
+TEST_F(QuotePdfTest, ALongCustomerIsCutBeforeTheDateNotPaintedOverIt)
+{
+    input.header.customer.customer = QStringLiteral("Maximilian Oberhuber-Schwarzenberg");
+    input.header.customer.company =
+        QStringLiteral("Northern Plumbing and Heating Supplies Limited of the Greater Region");
+    Table quote(QuoteLine::Rows, QuoteLine::Fields);
+    quote.put(1, QuoteLine::PartNumber, QStringLiteral("A-1"));
+    quote.put(1, QuoteLine::Product, QStringLiteral("Widget"));
+    const QString path = write(quote);
+    // The words of the page's top line with where they lie: none overlaps the next.
+    QProcess reader;
+    reader.start(QStringLiteral("pdftotext"),
+        { QStringLiteral("-bbox"), QStringLiteral("-f"), QStringLiteral("1"), QStringLiteral("-l"),
+            QStringLiteral("1"), path, QStringLiteral("-") });
+    ASSERT_TRUE(reader.waitForFinished(30000)) << "pdftotext must be installed";
+    const QString boxes = QString::fromUtf8(reader.readAllStandardOutput());
+    const QRegularExpression wordPattern(
+        QStringLiteral("<word xMin=\"([\\d.]+)\" yMin=\"([\\d.]+)\" xMax=\"([\\d.]+)\" "
+                       "yMax=\"[\\d.]+\">([^<]*)</word>"));
+    struct Word
+    {
+        double left, top, right;
+        QString text;
+    };
+    std::vector<Word> words;
+    for (const auto &match : wordPattern.globalMatch(boxes))
+        words.push_back({ match.captured(1).toDouble(), match.captured(2).toDouble(),
+            match.captured(3).toDouble(), match.captured(4) });
+    ASSERT_FALSE(words.empty()) << boxes.toStdString();
+    const double topLine =
+        std::min_element(words.begin(), words.end(), [](const Word &a, const Word &b) {
+            return a.top < b.top;
+        })->top;
+    std::vector<Word> header;
+    QStringList texts;
+    for (const Word &word : words) {
+        if (word.top < topLine + 2) {
+            header.push_back(word);
+        }
+    }
+    std::sort(
+        header.begin(), header.end(), [](const Word &a, const Word &b) { return a.left < b.left; });
+    for (const Word &word : header)
+        texts << word.text;
+    for (std::size_t i = 1; i < header.size(); ++i)
+        EXPECT_LE(header[i - 1].right, header[i].left + 0.5)
+            << header[i - 1].text.toStdString() << " runs into " << header[i].text.toStdString();
+    const QString line = texts.join(QLatin1Char(' '));
+    EXPECT_TRUE(line.startsWith(QStringLiteral("Quote Q-2026-0001 A Maximilian")))
+        << line.toStdString();
+    EXPECT_TRUE(line.endsWith(QStringLiteral("Tuesday, May 12, 2026"))) << line.toStdString();
+    EXPECT_TRUE(line.contains(QChar(0x2026))) << "the customer is cut: " << line.toStdString();
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "support/tempappfolder.h"
 
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -16,6 +17,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -91,6 +94,30 @@ TEST_F(FrmQuotesTest, ListsTheQuotesNewestFirst)
     EXPECT_EQ(column(4), (QStringList { "$1,234.50", "$1,234.50", "$1,234.50" }));
     EXPECT_EQ(column(5), (QStringList { "draft", "draft", "draft" }));
     EXPECT_EQ(child<QLabel>("LblCount")->text(), QStringLiteral("3 quotes"));
+}
+
+TEST_F(FrmQuotesTest, EveryColumnIsReadableAtTheFirstSize)
+{
+    auto *grid = child<QTableView>("GrdQuotes");
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    QHeaderView *header = grid->horizontalHeader();
+    const int shown = grid->viewport()->width();
+    int right = 0;
+    for (int column = 0; column < QuoteListModel::ColumnCount; ++column) {
+        right =
+            std::max(right, header->sectionViewportPosition(column) + header->sectionSize(column));
+        if (column == QuoteListModel::Customer)
+            continue;
+        const QString caption = grid->model()->headerData(column, Qt::Horizontal).toString();
+        EXPECT_GE(header->sectionSize(column), grid->fontMetrics().horizontalAdvance(caption))
+            << qPrintable(caption);
+        for (int row = 0; row < grid->model()->rowCount(); ++row) {
+            const QString text = grid->model()->index(row, column).data().toString();
+            EXPECT_GT(header->sectionSize(column), grid->fontMetrics().horizontalAdvance(text))
+                << qPrintable(text);
+        }
+    }
+    EXPECT_LE(right, shown) << "the last column (Status) is in view";
 }
 
 TEST_F(FrmQuotesTest, TypingIntoTheSearchBoxNarrowsTheList)

@@ -6,6 +6,7 @@
 #include "catalogue/productrecord.h"
 #include "quotebook/quotesession.h"
 #include "quotes/quoteline.h"
+#include "quotes/quotenote.h"
 #include "shell/mainwindowactions.h"
 
 #include <QAction>
@@ -16,6 +17,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
 
@@ -122,6 +124,23 @@ TEST_F(QuoteBookWindowTest, TheQuoteOnScreenIsThereAgainAfterACloseAndAStart)
     EXPECT_EQ(totals(), before);
     EXPECT_TRUE(folder.exists(QStringLiteral("quotes.bak")));
     EXPECT_EQ(window->ui().FraQuote->title(), QStringLiteral("Quote Details"));
+}
+
+TEST_F(QuoteBookWindowTest, AQuoteTheBookWillNotTakeAtCloseIsNamed)
+{
+    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
+    addToQuote(1);
+    ASSERT_TRUE(kept.wait(5000));
+    // The book stops taking the quote in hand (as a read-only folder or a full disk would).
+    QSqlQuery(book().database()).exec(QStringLiteral("DROP TABLE in_hand_lines"));
+    addToQuote(0);
+    fakes->prompts.clear();
+    EXPECT_TRUE(window->close());
+    ASSERT_FALSE(fakes->prompts.shown().empty());
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
+        QStringLiteral("The quote on screen could not be kept for the next start: ")))
+        << fakes->prompts.shown()[0].text.toStdString();
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Quote Book"));
 }
 
 TEST_F(QuoteBookWindowTest, NoQuoteBookIsMadeUntilThereIsAQuoteToKeep)
@@ -329,6 +348,57 @@ TEST_F(QuoteBookWindowTest, SaveAsPdfWritesTheQuoteWhereTheUserChooses)
     EXPECT_EQ(totals().first(), QStringLiteral("$15.00"));
 }
 
+TEST_F(QuoteBookWindowTest, SavingAQuoteEmptiedOfItsLinesAsksFirst)
+{
+    addToQuote(1);
+    addToQuote(0);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    const qint64 id = book().list().first().id;
+    action("mnuquoteclear")->trigger();
+    ASSERT_EQ(quoteColumn(0), QStringList());
+    fakes->prompts.clear();
+
+    fakes->prompts.answerMessage(MsgResult::No);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("Quote Q-2026-0001 A has no lines now. Save it without lines, in place of "
+                       "the lines it was saved with?"));
+    EXPECT_EQ(fakes->prompts.shown()[0].style,
+        MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
+    EXPECT_EQ(book().load(id)->content.lines.rowCount(), 2) << "No keeps the saved lines";
+
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    action("mnuQuoteSave")->trigger();
+    EXPECT_EQ(book().load(id)->content.lines.rowCount(), 0) << "Yes saves it as it is";
+}
+
+TEST_F(QuoteBookWindowTest, AHeadingChangedAfterTheSaveIsSavedBeforeThePdfIsWritten)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(book().quoteCount(), 1);
+    const qint64 id = book().list().first().id;
+    // Quote Note: new texts after the save.
+    ASSERT_TRUE(QuoteNote::saveNotes(
+        folder.path(), QStringLiteral("NEW HEADING"), QStringLiteral("NEW ENDING")));
+
+    const QString path = folder.filePath(QStringLiteral("out.pdf"));
+    fakes->fileDialogs.answer(FileDialogResult { path, 1 });
+    action("mnuQuotePdf")->trigger();
+    EXPECT_TRUE(fakes->prompts.shown().empty()) << "a draft is saved into its revision";
+    EXPECT_EQ(book().load(id)->header.heading, QStringLiteral("NEW HEADING"));
+    EXPECT_EQ(book().load(id)->header.ending, QStringLiteral("NEW ENDING"));
+    QProcess reader;
+    reader.start(QStringLiteral("pdftotext"), { path, QStringLiteral("-") });
+    ASSERT_TRUE(reader.waitForFinished(20000)) << "pdftotext must be installed";
+    const QString text = QString::fromUtf8(reader.readAllStandardOutput());
+    EXPECT_TRUE(text.contains(QStringLiteral("NEW HEADING"))) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("NEW ENDING"))) << text.toStdString();
+}
+
 TEST_F(QuoteBookWindowTest, SendHandsThePdfToTheMailProgramAndMarksTheQuoteSent)
 {
     addToQuote(1);
@@ -363,6 +433,31 @@ TEST_F(QuoteBookWindowTest, SendHandsThePdfToTheMailProgramAndMarksTheQuoteSent)
                        "Q-2026-0001 A itself."));
     EXPECT_EQ(window->ui().FraQuote->title(),
         QStringLiteral("Quote Details: Q-2026-0001 B, ACME Plumbing"));
+}
+
+TEST_F(QuoteBookWindowTest, AStatusSetInTheQuotesWindowHoldsForTheQuoteOnScreen)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(book().quoteCount(), 1);
+    const qint64 id = book().list().first().id;
+    // Marked as sent in the Quotes window, which is then closed without opening a quote.
+    bookDialogs->whileChoosing = [id](QuoteBook &quotes) {
+        EXPECT_TRUE(quotes.setStatus(id, QuoteStatus::Sent));
+    };
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (sent)"));
+
+    // A change to the sent quote is asked about, and the answer Cancel saves nothing.
+    addToQuote(0);
+    fakes->prompts.answerMessage(MsgResult::Cancel);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].style & 0x7, MsgStyle::YesNoCancel);
+    EXPECT_EQ(book().list().first().status, QuoteStatus::Sent);
+    EXPECT_EQ(book().load(id)->content.lines.rowCount(), 1) << "the sent revision is unchanged";
 }
 
 TEST_F(QuoteBookWindowTest, SendWithoutXdgEmailOpensAMailtoLinkAndSaysToAttachThePdf)

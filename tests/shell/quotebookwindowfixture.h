@@ -12,6 +12,7 @@
 #include <QTableView>
 
 #include <deque>
+#include <functional>
 
 namespace tarnwick::test {
 
@@ -34,6 +35,8 @@ public:
     std::optional<qint64> chooseQuote(QWidget *, QuoteBook &book) override
     {
         ++chooserShown;
+        if (whileChoosing)
+            whileChoosing(book);
         if (!chooseNumber)
             return std::nullopt;
         for (const QuoteSummary &quote : book.list()) {
@@ -48,6 +51,8 @@ public:
     QStringList intros;
     std::optional<QString> chooseNumber;
     int chooserShown = 0;
+    /// What the user does in the Quotes window before choosing (sets a status, say).
+    std::function<void(QuoteBook &)> whileChoosing;
 };
 
 inline const CustomerDetails Acme { QStringLiteral("ACME Plumbing"), QString(),

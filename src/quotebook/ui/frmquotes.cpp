@@ -13,8 +13,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QStyle>
 #include <QTableView>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace tarnwick {
 
@@ -64,6 +68,32 @@ FrmQuotes::FrmQuotes(QuoteBook &book, IPrompts &prompts, const QLocale &locale, 
     layOut(findLabel, statusLabel);
     connectHandlers();
     refresh();
+    fitColumns();
+}
+
+void FrmQuotes::fitColumns()
+{
+    // Every column as wide as its caption and the quotes listed, the customer the room left,
+    // and the window wide enough for all six, as far as the screen goes.
+    QHeaderView *header = m_grdQuotes->horizontalHeader();
+    header->setSectionResizeMode(QuoteListModel::Customer, QHeaderView::Interactive);
+    int width = 0;
+    for (int column = 0; column < QuoteListModel::ColumnCount; ++column) {
+        if (column != QuoteListModel::Customer) {
+            m_grdQuotes->resizeColumnToContents(column);
+            width += header->sectionSize(column);
+        }
+    }
+    const int customer = fontMetrics().averageCharWidth() * 32;
+    header->setSectionResizeMode(QuoteListModel::Customer, QHeaderView::Stretch);
+    const int frame = 2 * m_grdQuotes->frameWidth()
+        + m_grdQuotes->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 2 * layout()->spacing()
+        + layout()->contentsMargins().left() + layout()->contentsMargins().right();
+    int wanted = width + customer + frame;
+    if (const QScreen *on = screen())
+        wanted = std::min(wanted, on->availableGeometry().width() * 9 / 10);
+    if (wanted > this->width())
+        resize(wanted, height());
 }
 
 void FrmQuotes::layOut(QLabel *findLabel, QLabel *statusLabel)

@@ -40,6 +40,8 @@ private Q_SLOTS:
 
 private:
     void layOut(QLabel *findLabel, QLabel *statusLabel);
+    /// Columns as wide as their contents, the window as wide as the columns.
+    void fitColumns();
     void connectHandlers();
     void showCurrentStatus();
     int currentRow() const;

@@ -118,6 +118,11 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
     if (!QFileInfo::exists(fileName))
         return readFailure(
             Status::Missing, ErrorNumber::FileNotFound, QStringLiteral("the file does not exist"));
+    // Only a file is opened: a pipe or a device in its place would keep the start waiting for
+    // data that never comes.
+    if (!QFileInfo(fileName).isFile())
+        return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
+            QStringLiteral("it is not a file but a folder, a pipe or a device"));
     QFile file(fileName);
     errno = 0;
     if (!file.open(QIODevice::ReadOnly)) {

@@ -75,4 +75,19 @@ int findProduct(const Table &catalogue, const Table &product)
     return 0;
 }
 
+int otherRowWithPartNumber(const Table &catalogue, int row)
+{
+    if (row < 1 || row > catalogue.rowCount() || catalogue.fieldCount() < ProductRecord::PartNumber)
+        return 0;
+    const Cell &partNumber = catalogue.get(row, ProductRecord::PartNumber);
+    if (partNumber.isBlank() || partNumber.isNull())
+        return 0;
+    for (int other = catalogue.find(ProductRecord::PartNumber, partNumber); other > 0;
+         other = catalogue.find(ProductRecord::PartNumber, partNumber, other + 1)) {
+        if (other != row)
+            return other;
+    }
+    return 0;
+}
+
 } // namespace tarnwick::ProductCommands

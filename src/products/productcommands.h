@@ -64,6 +64,10 @@ void sortCatalogue(Table &catalogue, const Products &products, int field, const 
 /// row, as taken before a sort); 0 when there is none.
 int findProduct(const Table &catalogue, const Table &product);
 
+/// Another catalogue row with the part number of row (quotes and imports find a product by its
+/// part number, and take the first); 0 when the number is empty or no other row has it.
+int otherRowWithPartNumber(const Table &catalogue, int row);
+
 } // namespace ProductCommands
 
 } // namespace tarnwick

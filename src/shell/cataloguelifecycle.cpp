@@ -15,6 +15,8 @@
 
 #include <algorithm>
 
+#include <utility>
+
 namespace tarnwick {
 
 namespace {
@@ -68,14 +70,18 @@ CatalogueReadResult CatalogueLifecycle::load()
     m_module.SortedByPart = true;
     if (result.status == CatalogueReadResult::Status::Failed) {
         m_readFailed = true;
-        m_prompts.msgBox(
-            unreadMessage(m_module.DataFile, result), MsgStyle::Exclamation, CatalogueTitle);
+        m_loadMessages << unreadMessage(m_module.DataFile, result);
     }
-    if (!result.unreadNumbers.isEmpty()) {
-        m_prompts.msgBox(
-            unreadNumbersMessage(result.unreadNumbers), MsgStyle::Exclamation, CatalogueTitle);
-    }
+    if (!result.unreadNumbers.isEmpty())
+        m_loadMessages << unreadNumbersMessage(result.unreadNumbers);
     return result;
+}
+
+void CatalogueLifecycle::showLoadMessages()
+{
+    const QStringList messages = std::exchange(m_loadMessages, {});
+    for (const QString &message : messages)
+        m_prompts.msgBox(message, MsgStyle::Exclamation, CatalogueTitle);
 }
 
 CatalogueWriteResult CatalogueLifecycle::save()

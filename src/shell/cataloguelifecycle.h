@@ -4,6 +4,7 @@
 #include "catalogue/cataloguerecovery.h"
 
 #include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -24,13 +25,16 @@ public:
     CatalogueLifecycle(Module1 &module, IPrompts &prompts);
 
     /// Sizes the catalogue to 1000 rows, reads the file, cuts the table to Count rows and sorts
-    /// it on the part number. A file that exists but could not be read completely is reported
-    /// once, here, and so are stored numbers that could not be read.
+    /// it on the part number. A file that exists but could not be read completely, and stored
+    /// numbers that could not be read, are kept for showLoadMessages().
     /// A file of at least backgroundReadBytes() is read and sorted on a worker thread while
     /// this thread keeps handling its events (the splash keeps ticking and painting); nothing
     /// else touches the catalogue until load() returns. The "test" command line always reads
     /// here, as its boxes must.
     CatalogueReadResult load();
+    /// Shows, once, what load() found wrong with the file. The start calls it after the
+    /// password: the messages quote the catalogue's products.
+    void showLoadMessages();
 
     /// Files of this size or more are read on a worker thread (4 MB, about 10,000 products).
     qint64 backgroundReadBytes() const { return m_backgroundReadBytes; }
@@ -90,6 +94,7 @@ private:
     CatalogueRecovery m_recovery;
     CatalogueWork *m_work = nullptr;
     bool m_readFailed = false;
+    QStringList m_loadMessages; ///< what load() found, for showLoadMessages()
     bool m_unreadFileKept = false;
     qint64 m_backgroundReadBytes = 4 * 1024 * 1024;
 };

@@ -309,6 +309,11 @@ void frmMain::savePlacement()
             MsgStyle::OkOnly | MsgStyle::Exclamation, SettingsNotSavedTitle);
 }
 
+void frmMain::showCatalogueMessages()
+{
+    m_catalogue.showLoadMessages();
+}
+
 void frmMain::offerRecovery()
 {
     m_save->offerRecovery();

@@ -50,6 +50,9 @@ public:
     /// been loaded all the same (so a bad setting never costs the user their products).
     std::optional<VbError> Form_Load();
 
+    /// Start-up, after the password: what reading the catalogue file found wrong (its messages
+    /// name products, so they wait for the password).
+    void showCatalogueMessages();
     /// Start-up, after the password and before the window shows: offers the changes a run
     /// that did not end cleanly left in the recovery file, then keeps that file up to date.
     void offerRecovery();

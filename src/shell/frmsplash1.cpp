@@ -120,7 +120,9 @@ void FrmSplash1::Form_Load()
             return;
         }
     }
-    // Changes a run that did not end cleanly left behind are offered before the catalogue shows.
+    // What the catalogue file held wrong, then the changes a run that did not end cleanly left
+    // behind, before the catalogue shows.
+    m_main->showCatalogueMessages();
     m_main->offerRecovery();
     // Only now may a tick or a close finish the start: a box above (the start error, the
     // password, the recovery) runs the event loop while it is up, and the main window must not

@@ -4,6 +4,7 @@
 #include "catalogue/productrecord.h"
 #include "commands/catalogueedits.h"
 #include "core/conversions.h"
+#include "core/formats.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
 #include "products/priceschedule.h"
@@ -151,6 +152,17 @@ void ProductGridController::showCurrentRow()
     PriceSchedule::PriceUpdate(m_module.Catalogue(), row, m_module.ScheduleTable());
     m_scheduleModel->reload();
     m_shownView = currentView();
+    // What the status bar said about the schedule of the product left is no news for this one.
+    if (!m_ladderStatus.isEmpty() && m_ui.sbPanel1->text() == m_ladderStatus)
+        showLadderStatus(QString());
+}
+
+void ProductGridController::showLadderStatus(const QString &text)
+{
+    m_ladderStatus = text;
+    m_ui.sbPanel1->setText(text);
+    // A long list of problems goes past the window's edge: the tool tip holds all of it.
+    m_ui.sbPanel1->setToolTip(plainToolTip(text));
 }
 
 void ProductGridController::GrdMain_HeadClick(int ColIndex)

@@ -109,6 +109,9 @@ private:
     /// Shows a step that was undone or redone (the user's own changes are shown as made).
     void productsChanged(const ProductChange &change);
     /// A side box was left: its text is stored in the product it shows.
+    /// The status bar's account of the schedule's problems (empty: none), with the whole of it
+    /// as the tool tip.
+    void showLadderStatus(const QString &text);
     void storeSideBox(int field);
     bool gridCellTyped(int row, int field, const Cell &value);
     bool scheduleCellTyped(int row, int column, const Cell &value);
@@ -140,6 +143,7 @@ private:
     /// The row the side boxes and the schedule show, and the grid's column then.
     ProductView m_shownView;
     bool m_repositioning = false;
+    QString m_ladderStatus; ///< what showLadderStatus() last put in the status bar
 };
 
 } // namespace tarnwick

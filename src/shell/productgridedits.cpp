@@ -6,8 +6,10 @@
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
 #include "commands/catalogueedits.h"
+#include "core/conversions.h"
 #include "products/priceladder.h"
 #include "products/priceschedule.h"
+#include "products/productcommands.h"
 #include "products/productgridmodel.h"
 #include "products/productrow.h"
 #include "products/schedulemodel.h"
@@ -113,7 +115,23 @@ void ProductGridController::storeSideBox(int field)
 bool ProductGridController::gridCellTyped(int row, int field, const Cell &value)
 {
     const int column = field == ProductRecord::PartNumber ? 0 : 1;
-    return CatalogueEdits::setCell(m_history, { row, column }, row, field, value);
+    const bool taken = CatalogueEdits::setCell(m_history, { row, column }, row, field, value);
+    // A part number another product has already is taken, as typed, but said: quotes and
+    // imports find a product by its number and would take the other one.
+    if (taken && field == ProductRecord::PartNumber) {
+        const Table &catalogue = m_module.Catalogue();
+        if (const int other = ProductCommands::otherRowWithPartNumber(catalogue, row)) {
+            m_ui.sbPanel1->setText(
+                QStringLiteral("Part number %1 is already used by \"%2\". Quotes and imports "
+                               "take the first product with a part number: give this one "
+                               "another.")
+                    .arg(conv::toText(
+                             catalogue.get(row, ProductRecord::PartNumber), m_module.locale()),
+                        conv::toText(
+                            catalogue.get(other, ProductRecord::ProductName), m_module.locale())));
+        }
+    }
+    return taken;
 }
 
 bool ProductGridController::scheduleCellTyped(int row, int column, const Cell &value)
@@ -125,7 +143,7 @@ bool ProductGridController::scheduleCellTyped(int row, int column, const Cell &v
     // The ladder as typed so far is checked at once; the warning never stops the typing.
     const auto problems = PriceLadder::check(
         PriceLadder::pointsOfSchedule(shown), Cell(m_ui.TxtPrice->text()), m_module.locale());
-    m_ui.sbPanel1->setText(PriceLadder::describe(problems));
+    showLadderStatus(PriceLadder::describe(problems));
     return taken;
 }
 

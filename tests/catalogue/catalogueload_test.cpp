@@ -12,6 +12,10 @@
 
 #include <random>
 
+#if defined(Q_OS_UNIX)
+#include <sys/stat.h>
+#endif
+
 namespace tarnwick::test {
 namespace {
 
@@ -175,6 +179,23 @@ TEST_F(CatalogueLoadTest, BinaryFileIsNotACatalogue)
     EXPECT_FALSE(result.detail.isEmpty());
     EXPECT_EQ(result.rowsRead, 0);
     EXPECT_EQ(products.Count(), 12);
+}
+
+TEST_F(CatalogueLoadTest, APipeOrAFolderInTheFilesPlaceIsNotReadAndNothingWaits)
+{
+#if defined(Q_OS_UNIX)
+    // Opening a pipe for reading would wait for a writer that never comes.
+    ASSERT_EQ(::mkfifo(QFile::encodeName(dataFile()).constData(), 0600), 0);
+    const CatalogueReadResult pipe = products.ReadProds(dataFile());
+    EXPECT_EQ(pipe.status, Status::Failed);
+    EXPECT_EQ(pipe.detail, QStringLiteral("it is not a file but a folder, a pipe or a device"));
+    EXPECT_EQ(products.Count(), 0);
+    ASSERT_TRUE(QFile::remove(dataFile()));
+#endif
+    ASSERT_TRUE(QDir().mkdir(dataFile()));
+    const CatalogueReadResult folder = products.ReadProds(dataFile());
+    EXPECT_EQ(folder.status, Status::Failed);
+    EXPECT_EQ(folder.detail, QStringLiteral("it is not a file but a folder, a pipe or a device"));
 }
 
 TEST_F(CatalogueLoadTest, TextFileWithoutFieldEndsIsNotACatalogue)

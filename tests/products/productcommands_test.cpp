@@ -362,4 +362,14 @@ TEST_F(ProductCommandsTest, AProductNoLongerThereOrAnEmptyRowIsNotFound)
     EXPECT_EQ(ProductCommands::findProduct(catalogue, Table()), 0);
 }
 
+TEST_F(ProductCommandsTest, AnotherProductWithThePartNumberIsFoundEitherWay)
+{
+    load({ "A-1", "B-2", "A-1", "", "" });
+    EXPECT_EQ(ProductCommands::otherRowWithPartNumber(catalogue, 1), 3);
+    EXPECT_EQ(ProductCommands::otherRowWithPartNumber(catalogue, 3), 1);
+    EXPECT_EQ(ProductCommands::otherRowWithPartNumber(catalogue, 2), 0);
+    EXPECT_EQ(ProductCommands::otherRowWithPartNumber(catalogue, 4), 0) << "empty numbers differ";
+    EXPECT_EQ(ProductCommands::otherRowWithPartNumber(catalogue, 9), 0);
+}
+
 } // namespace

@@ -21,6 +21,14 @@ protected:
         module.DataFile = folder.filePath(QStringLiteral("twdata.dat"));
     }
 
+    /// Loads the file and shows what the load found, as the start does after the password.
+    CatalogueReadResult loadAndReport()
+    {
+        const CatalogueReadResult result = lifecycle.load();
+        lifecycle.showLoadMessages();
+        return result;
+    }
+
     TempAppFolder folder;
     FakePrompts prompts;
     AppEnvironment environment;
@@ -31,7 +39,7 @@ protected:
 TEST_F(CatalogueLifecycleTest, LoadCutsTheTableToTheCountAndSortsByPartNumber)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
-    const CatalogueReadResult result = lifecycle.load();
+    const CatalogueReadResult result = loadAndReport();
     EXPECT_EQ(result.status, CatalogueReadResult::Status::Ok);
     EXPECT_EQ(module.Catalogue().rowCount(), 3);
     EXPECT_EQ(module.Catalogue().fieldCount(), 15);
@@ -42,7 +50,7 @@ TEST_F(CatalogueLifecycleTest, LoadCutsTheTableToTheCountAndSortsByPartNumber)
 
 TEST_F(CatalogueLifecycleTest, AMissingFileIsTheQuietFirstRun)
 {
-    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Missing);
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Missing);
     EXPECT_EQ(module.Catalogue().rowCount(), 0);
     EXPECT_TRUE(prompts.shown().empty());
     EXPECT_TRUE(lifecycle.save().ok);
@@ -53,7 +61,7 @@ TEST_F(CatalogueLifecycleTest, AFileThatEndsInsideAProductIsReportedAndKeptBefor
 {
     const QByteArray broken = catalogueLine({ "P1", "One" }) + "P2\x7f\x7f\x7fno end";
     folder.writeFile(QStringLiteral("twdata.dat"), broken);
-    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Failed);
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
     ASSERT_EQ(prompts.shown().size(), 1u);
     EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("could not be read completely")));
     EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("(error 62)")));
@@ -72,7 +80,7 @@ TEST_F(CatalogueLifecycleTest, AFailedStartLeavesTheLastGoodBackupInPlace)
     const QByteArray good = catalogueLine({ "G-1", "Good" });
     folder.writeFile(QStringLiteral("twdata.bak"), good);
     folder.writeFile(QStringLiteral("twdata.dat"), QByteArray("P1\x7f\x7f\x7fno end"));
-    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Failed);
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
     EXPECT_TRUE(lifecycle.save().ok);
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), good);
 }
@@ -81,7 +89,7 @@ TEST_F(CatalogueLifecycleTest, AGoodStartKeepsThePreviousFileAsTheBackup)
 {
     folder.writeFile(QStringLiteral("twdata.bak"), catalogueLine({ "OLD" }));
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
-    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Ok);
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Ok);
     EXPECT_TRUE(lifecycle.save().ok);
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
 }
@@ -91,7 +99,7 @@ TEST_F(CatalogueLifecycleTest, AStoredNumberThatCannotBeReadIsReportedWithProduc
     folder.writeFile(QStringLiteral("twdata.dat"),
         catalogueLine({ "A-1", "One", "call us" })
             + catalogueLine({ "B-2", "Two", "5", "", "", "10", "n/a" }));
-    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Ok);
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Ok);
     ASSERT_EQ(prompts.shown().size(), 1u);
     const QString text = prompts.shown()[0].text;
     EXPECT_TRUE(text.contains(QStringLiteral("Product \"A-1\", Price: \"call us\"")))
@@ -108,7 +116,7 @@ TEST_F(CatalogueLifecycleTest, AnUnreadableFileIsDescribedInWordsWithTheNumberIn
 {
     // A folder where the file should be cannot be opened as a file.
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("twdata.dat")));
-    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Failed);
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
     ASSERT_EQ(prompts.shown().size(), 1u);
     const QString text = prompts.shown()[0].text;
     EXPECT_TRUE(text.contains(QStringLiteral("could not be read completely: the file cannot be "
@@ -140,7 +148,7 @@ TEST_F(CatalogueLifecycleTest, TheSaveFailureNamesTheCauseOnce)
 
 TEST_F(CatalogueLifecycleTest, AFailedSaveAsksWhetherToCloseAnyway)
 {
-    lifecycle.load();
+    loadAndReport();
     module.DataFile = folder.filePath(QStringLiteral("missing-folder/twdata.dat"));
     prompts.answerMessage(MsgResult::No);
     EXPECT_FALSE(lifecycle.saveBeforeClose());
@@ -156,7 +164,7 @@ TEST_F(CatalogueLifecycleTest, AFailedSaveAsksWhetherToCloseAnyway)
 
 TEST_F(CatalogueLifecycleTest, ASuccessfulSaveClosesWithoutAQuestion)
 {
-    lifecycle.load();
+    loadAndReport();
     EXPECT_TRUE(lifecycle.saveBeforeClose());
     EXPECT_TRUE(prompts.shown().empty());
 }
@@ -170,7 +178,7 @@ TEST_F(CatalogueLifecycleTest, ALargeFileIsReadWhileThisThreadKeepsHandlingItsEv
     bool handled = false;
     QMetaObject::invokeMethod(
         qApp, [&] { handled = true; }, Qt::QueuedConnection);
-    const CatalogueReadResult result = lifecycle.load();
+    const CatalogueReadResult result = loadAndReport();
     EXPECT_TRUE(handled) << "an event posted before the load ran during it";
     EXPECT_EQ(result.status, CatalogueReadResult::Status::Ok);
     EXPECT_EQ(module.Catalogue().rowCount(), 3);
@@ -186,7 +194,7 @@ TEST_F(CatalogueLifecycleTest, ASmallFileIsReadAtOnce)
     bool handled = false;
     QMetaObject::invokeMethod(
         qApp, [&] { handled = true; }, Qt::QueuedConnection);
-    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Ok);
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Ok);
     EXPECT_FALSE(handled) << "no event runs while a small catalogue loads";
     QCoreApplication::processEvents();
     EXPECT_TRUE(handled);
@@ -197,7 +205,7 @@ TEST_F(CatalogueLifecycleTest, ALargeFileThatCannotBeReadIsReportedAfterTheLoad)
     const QByteArray broken = catalogueLine({ "P1", "One" }) + "P2\x7f\x7f\x7fno end";
     folder.writeFile(QStringLiteral("twdata.dat"), broken);
     lifecycle.setBackgroundReadBytes(1);
-    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Failed);
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
     ASSERT_EQ(prompts.shown().size(), 1u);
     EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("(error 62)")));
 }

@@ -23,6 +23,7 @@
 #include <QRadioButton>
 #include <QTest>
 #include <QToolBar>
+#include <QWindow>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -162,6 +163,23 @@ TEST_F(ImportWindowTest, PastedRowsAreShownBeforeTheyAreAddedAndCancelAddsNothin
     EXPECT_EQ(module->AllProducts().Count(), 3);
     EXPECT_TRUE(fakes->prompts.shown().empty());
     EXPECT_TRUE(window->menuBar()->isEnabled());
+}
+
+TEST_F(ImportWindowTest, TheMainWindowsCloseButtonWorksWhileThePreviewIsOpen)
+{
+    fakes->clipboard.setText(CopiedRows);
+    action("mnuEditPasteSpecial")->trigger();
+    ASSERT_NE(updateWindow(), nullptr);
+    select("CmbField(0)", 0);
+    select("CmbField(1)", 1);
+    click(updateWindow(), "CmdOK");
+    ASSERT_NE(waitForPreview(), nullptr);
+    // The close the window system asks for, as the title bar's button does.
+    ASSERT_NE(window->windowHandle(), nullptr);
+    window->windowHandle()->close();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !window->isVisible(); }, 5000));
+    EXPECT_EQ(updateWindow(), nullptr);
+    EXPECT_EQ(module->AllProducts().Count(), 3) << "the preview's rows were not added";
 }
 
 TEST_F(ImportWindowTest, PasteSpecialWithoutCopiedRowsSaysWhatItNeeds)

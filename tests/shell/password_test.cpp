@@ -131,6 +131,36 @@ TEST_F(PasswordTest, NoMainWindowOrTrayIconShowsWhileThePromptIsUp)
     EXPECT_TRUE(mainWindow->isVisible());
 }
 
+TEST_F(PasswordTest, WhatTheCatalogueFileHeldWrongWaitsForThePassword)
+{
+    // A price that cannot be read: the message names the product.
+    folder.writeFile(QStringLiteral("twdata.dat"),
+        catalogueLine({ "SECRET-1", "Hidden product", "12,x" }) + sampleCatalogue());
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    dialogs.answer = QStringLiteral("abc");
+    std::size_t shownBeforeThePassword = 99;
+    dialogs.whileAsking = [&] { shownBeforeThePassword = fakes->prompts.shown().size(); };
+    start();
+    ASSERT_EQ(dialogs.asked, 1);
+    EXPECT_EQ(shownBeforeThePassword, 0U) << "nothing of the catalogue before the password";
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Catalogue"));
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.contains(QStringLiteral("SECRET-1")));
+    EXPECT_TRUE(started);
+}
+
+TEST_F(PasswordTest, AWrongPasswordShowsNothingOfTheCatalogue)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"),
+        catalogueLine({ "SECRET-1", "Hidden product", "12,x" }) + sampleCatalogue());
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    dialogs.answer = QStringLiteral("abd");
+    start();
+    EXPECT_EQ(dialogs.asked, 1);
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_TRUE(splash->programEnded());
+}
+
 TEST_F(PasswordTest, AWrongPasswordEndsWithoutTheMainWindowEverShown)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());

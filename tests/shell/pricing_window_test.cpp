@@ -6,6 +6,7 @@
 #include "catalogue/module1.h"
 #include "commands/edithistory.h"
 #include "core/conversions.h"
+#include "core/formats.h"
 #include "products/schedulemodel.h"
 #include "products/ui/frmchangeprices.h"
 #include "products/ui/frmcheckprices.h"
@@ -84,6 +85,26 @@ TEST_F(PricingWindowTest, ATypedThresholdBelowTheOneBeforeItIsMarkedAndNamedInTh
     ASSERT_TRUE(schedule->setData(schedule->index(2, 1), QStringLiteral("9.8")));
     EXPECT_EQ(window->ui().sbPanel1->text(), QString());
     EXPECT_TRUE(marks->markOf(schedule->index(2, 0)).isNull());
+}
+
+TEST_F(PricingWindowTest, TheScheduleWarningIsWholeInItsToolTipAndGoesWithItsProduct)
+{
+    grid->setCurrentIndex(grid->model()->index(0, 0));
+    window->actions().button(QStringLiteral("Edit"))->trigger();
+    QAbstractItemModel *schedule = window->ui().PriceSchedule->model();
+    ASSERT_TRUE(schedule->setData(schedule->index(2, 0), QStringLiteral("5")));
+    const QString warning = window->ui().sbPanel1->text();
+    ASSERT_FALSE(warning.isEmpty());
+    EXPECT_EQ(window->ui().sbPanel1->toolTip(), plainToolTip(warning));
+
+    grid->setCurrentIndex(grid->model()->index(1, 0));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString()) << "no word about another product";
+    EXPECT_EQ(window->ui().sbPanel1->toolTip(), QString());
+
+    // Other news in the status bar stays when the row changes.
+    window->ui().sbPanel1->setText(QStringLiteral("Catalogue saved"));
+    grid->setCurrentIndex(grid->model()->index(0, 0));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Catalogue saved"));
 }
 
 TEST_F(PricingWindowTest, CheckPricePointsListsTheProductsAndADoubleClickGoesToOne)

@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QDir>
 #include <QFileInfo>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTest>
@@ -34,6 +35,20 @@ protected:
         return QTest::qWaitFor([&] { return window->isWindowModified() == modified; }, 5000);
     }
 };
+
+TEST_F(SavingWindowTest, APartNumberAnotherProductHasIsTakenAndSaid)
+{
+    button("Edit")->trigger();
+    goToRow(2); // C-300
+    ASSERT_TRUE(grid->model()->setData(grid->model()->index(2, 0), QStringLiteral("A-100")));
+    EXPECT_EQ(catalogue().get(3, 1).asText(), QStringLiteral("A-100")) << "taken as typed";
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Part number A-100 is already used by \"Anchor\". Quotes and imports "
+                       "take the first product with a part number: give this one another."));
+    window->ui().sbPanel1->clear();
+    ASSERT_TRUE(grid->model()->setData(grid->model()->index(2, 0), QStringLiteral("C-301")));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString());
+}
 
 TEST_F(SavingWindowTest, TheTitleMarksUnsavedChangesTheDesktopWay)
 {

@@ -88,8 +88,9 @@ QString ImportChangesModel::text(const Line &line, int column) const
     }
     for (const ImportPlan::FieldChange &change : changed->fields) {
         if (change.field == line.field) {
-            return ImportReport::displayText(
-                line.field, column == OldColumn ? change.before : change.after, m_locale);
+            const auto [before, after] =
+                ImportReport::changeTexts(line.field, change.before, change.after, m_locale);
+            return column == OldColumn ? before : after;
         }
     }
     return QString();

@@ -106,4 +106,16 @@ QString displayText(int field, const Cell &value, const QLocale &locale)
     return shown ? text : value.asText();
 }
 
+std::pair<QString, QString> changeTexts(
+    int field, const Cell &before, const Cell &after, const QLocale &locale)
+{
+    std::pair<QString, QString> texts { displayText(field, before, locale),
+        displayText(field, after, locale) };
+    if (texts.first == texts.second && isPriceField(field)) {
+        ErrorTrap trap;
+        trap.step([&] { texts = { conv::toText(before, locale), conv::toText(after, locale) }; });
+    }
+    return texts;
+}
+
 } // namespace tarnwick::ImportReport

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <utility>
 
 namespace tarnwick::ImportReport {
 
@@ -44,5 +45,10 @@ QString progressCaption(const QString &caption, int row);
 /// locale's currency form ("$12.50"), a text that is no number as it stands, the quantities and
 /// texts as they are.
 QString displayText(int field, const Cell &value, const QLocale &locale);
+/// The old and the new value of a changed field as the preview shows them: as displayText
+/// does, except that two prices that differ below the cent ($2.67 for 2.675 and 2.67) show
+/// all their digits, so the change can be seen.
+std::pair<QString, QString> changeTexts(
+    int field, const Cell &before, const Cell &after, const QLocale &locale);
 
 } // namespace tarnwick::ImportReport

@@ -72,6 +72,8 @@ std::optional<QString> chooseFile(IFileDialogs &dialogs, IPrompts &prompts)
     request.filter =
         QStringLiteral("All Files (*.*)|*.*|Text Files(*.txt)|*.txt|Excel Files (*.xls)|*.xls");
     request.filterIndex = 3;
+    // "Overwrite existing file?" below is the one question about a file that is there.
+    request.confirmOverwrite = false;
     for (;;) {
         const std::optional<FileDialogResult> chosen = dialogs.getSaveFile(request);
         if (!chosen || chosen->path.isEmpty()) {

@@ -19,6 +19,9 @@ struct FileDialogRequest
     QString fileName;
     /// Folders the dialog offers in its side panel, in order (none: the dialog's own choice).
     QStringList places;
+    /// A save dialog asks before an existing file is chosen; false where the caller asks itself,
+    /// so the user is asked once.
+    bool confirmOverwrite = true;
 };
 
 /// The file the user chose and the filter (from 1) that was selected.

@@ -134,6 +134,9 @@ TEST_F(ExchangeCommandsTest, AnExportThatFailsPartWayIsReportedAndTheReplacedFil
     EXPECT_FALSE(exported);
     ASSERT_EQ(fakes.prompts.shown().size(), 2U);
     EXPECT_EQ(fakes.prompts.shown()[0].text, "Overwrite existing file?");
+    ASSERT_EQ(fakes.fileDialogs.requests().size(), 1U);
+    EXPECT_FALSE(fakes.fileDialogs.requests()[0].confirmOverwrite)
+        << "the dialog does not ask a second time";
     EXPECT_EQ(fakes.prompts.shown()[1].text,
         QStringLiteral("The products could not be written to \"%1\": the file would be larger "
                        "than the system allows")

@@ -139,6 +139,19 @@ TEST(ImportReport, PricesShowAsCurrencyQuantitiesAndTextsAsTheyAre)
         << "a number no form can show";
 }
 
+TEST(ImportReport, PricesThatDifferBelowTheCentShowAllTheirDigits)
+{
+    EXPECT_EQ(ImportReport::changeTexts(P::Price, Cell(2.675f), Cell("$2.67"), EnUs),
+        std::make_pair(QStringLiteral("2.675"), QStringLiteral("$2.67")));
+    EXPECT_EQ(ImportReport::changeTexts(P::Price2, Cell("1.125"), Cell("1.12"), EnUs),
+        std::make_pair(QStringLiteral("1.125"), QStringLiteral("1.12")));
+    EXPECT_EQ(ImportReport::changeTexts(P::Price, Cell(2.5f), Cell("3"), EnUs),
+        std::make_pair(QStringLiteral("$2.50"), QStringLiteral("$3.00")))
+        << "prices a cent or more apart show as money";
+    EXPECT_EQ(ImportReport::changeTexts(P::Notes, Cell("a"), Cell("b"), EnUs),
+        std::make_pair(QStringLiteral("a"), QStringLiteral("b")));
+}
+
 TEST(ImportChangesModel, ListsEveryChangeProductByProductAndFieldByField)
 {
     const ImportPlan plan = planOf(sampleCatalogue(), Rows, ImportAction::UpdateExisting);

@@ -232,7 +232,12 @@ void FrmUpdate::showPreview()
     m_preview->setHelpRequest([this] { Form_KeyDown(Qt::Key_F1, Qt::NoModifier); });
     connect(m_preview, &QDialog::accepted, this, &FrmUpdate::applyPreviewedPlan);
     connect(m_preview, &QDialog::rejected, this, &FrmUpdate::backToMapping);
-    m_preview->open();
+    // Not modal: a modal preview would keep the main window's close (its title bar's button, a
+    // log-out) from reaching it, and closing "Update" closes the preview with it. The mapping
+    // stays disabled while the preview is up.
+    m_preview->setWindowModality(Qt::NonModal);
+    m_preview->show();
+    m_preview->activateWindow();
 }
 
 void FrmUpdate::applyPreviewedPlan()

@@ -70,7 +70,8 @@ std::optional<FileDialogResult> QtFileDialogs::runSave(const FileDialogRequest &
     QString selected = nameFilterAt(filters, request.filterIndex);
     const QString start = initialDialogPath(request);
     const QString path =
-        QFileDialog::getSaveFileName(parentWidget(), request.title, start, filterText, &selected);
+        QFileDialog::getSaveFileName(parentWidget(), request.title, start, filterText, &selected,
+            request.confirmOverwrite ? QFileDialog::Options() : QFileDialog::DontConfirmOverwrite);
     if (path.isEmpty())
         return std::nullopt;
     // The filter that was offered first stands when the dialog names none of the offered ones.

@@ -130,7 +130,10 @@ TEST_F(FrmUpdatePreviewTest, OkShowsEveryChangeAndTheCountsBeforeAnythingChanges
     ASSERT_NE(preview, nullptr);
     EXPECT_EQ(preview->objectName(), "FrmImportPreview");
     EXPECT_EQ(preview->windowTitle(), "Import Preview");
-    EXPECT_EQ(preview->windowModality(), Qt::WindowModal);
+    // Not modal (the main window's close must reach it), but the mapping waits meanwhile.
+    EXPECT_EQ(preview->windowModality(), Qt::NonModal);
+    EXPECT_FALSE(window->findChild<QPushButton *>(QStringLiteral("CmdOK"))->isEnabled());
+    EXPECT_FALSE(window->findChild<QWidget *>(QStringLiteral("OptUpdate"))->isEnabled());
     EXPECT_EQ(counts(preview), SampleCounts);
     expectCatalogueAsBefore();
     EXPECT_TRUE(fakes.prompts.shown().empty());

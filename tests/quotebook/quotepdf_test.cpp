@@ -181,9 +181,9 @@ TEST_F(QuotePdfTest, ALongCustomerIsCutBeforeTheDateNotPaintedOverIt)
     input.header.customer.customer = QStringLiteral("Maximilian Oberhuber-Schwarzenberg");
     input.header.customer.company =
         QStringLiteral("Northern Plumbing and Heating Supplies Limited of the Greater Region");
-    Table quote(QuoteLine::Rows, QuoteLine::Fields);
+    Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);
     quote.put(1, QuoteLine::PartNumber, QStringLiteral("A-1"));
-    quote.put(1, QuoteLine::Product, QStringLiteral("Widget"));
+    quote.put(1, QuoteLine::ProductName, QStringLiteral("Widget"));
     const QString path = write(quote);
     // The words of the page's top line with where they lie: none overlaps the next.
     QProcess reader;

@@ -114,13 +114,13 @@ TEST_F(CatalogueLifecycleTest, AStoredNumberThatCannotBeReadIsReportedWithProduc
 
 TEST_F(CatalogueLifecycleTest, AnUnreadableFileIsDescribedInWordsWithTheNumberInBrackets)
 {
-    // A folder where the file should be cannot be opened as a file.
+    // A folder where the file should be is not read as a file.
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("twdata.dat")));
     EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
     ASSERT_EQ(prompts.shown().size(), 1u);
     const QString text = prompts.shown()[0].text;
-    EXPECT_TRUE(text.contains(QStringLiteral("could not be read completely: the file cannot be "
-                                             "opened: ")))
+    EXPECT_TRUE(text.contains(QStringLiteral("could not be read completely: it is not a file but "
+                                             "a folder, a pipe or a device (error 57).")))
         << text.toStdString();
     EXPECT_EQ(text.count(QLatin1Char('(')), 1) << text.toStdString();
     EXPECT_TRUE(text.contains(QStringLiteral(" (error 57).")));

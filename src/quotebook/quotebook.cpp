@@ -240,10 +240,19 @@ bool QuoteBook::prepareBook()
         return fail(wal.lastError());
     wal.finish();
     if (!QuoteBookRows::run(m_db, QStringLiteral("PRAGMA foreign_keys = ON"), error)
-        || !QuoteBookRows::run(m_db, QStringLiteral("PRAGMA busy_timeout = 2000"), error)
+        || !QuoteBookRows::run(
+            m_db, QStringLiteral("PRAGMA busy_timeout = %1").arg(BusyWaitMs), error)
         || !QuoteBookSchema::migrate(m_db, QuoteBookSchema::CurrentVersion, m_locale, error))
         return fail(error);
     return true;
+}
+
+void QuoteBook::setBusyWait(int milliseconds)
+{
+    if (!isOpen())
+        return;
+    QSqlError error;
+    QuoteBookRows::run(m_db, QStringLiteral("PRAGMA busy_timeout = %1").arg(milliseconds), error);
 }
 
 QString QuoteBook::keepAside(const QDateTime &now)

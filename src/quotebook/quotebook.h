@@ -88,6 +88,10 @@ public:
     /// Keeps the quote in hand, replacing the one kept before. Written without waiting for
     /// the disk: it survives the program's end at any moment, though not a power cut.
     bool keepInHand(const InHand &inHand);
+    /// How long a statement waits for a book another connection is writing: BusyWaitMs, or
+    /// less where the window must not wait (the quote kept in the background).
+    void setBusyWait(int milliseconds);
+    static constexpr int BusyWaitMs = 2000;
     /// The quote in hand as last kept; none when there is none (or on an error).
     std::optional<InHand> inHand();
 

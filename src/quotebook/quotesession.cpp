@@ -4,6 +4,8 @@
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 
+#include <algorithm>
+
 namespace tarnwick {
 
 namespace {
@@ -28,7 +30,7 @@ QuoteSession::QuoteSession(QuoteBook &book, const Table &quote, const Table &cat
     const QLocale &locale, QObject *parent)
     : QObject(parent), m_book(book), m_quote(quote), m_catalogue(catalogue), m_locale(locale)
 {
-    connect(&m_timer, &QTimer::timeout, this, [this] { keepNow(); });
+    connect(&m_timer, &QTimer::timeout, this, &QuoteSession::keepInBackground);
 }
 
 bool QuoteSession::isEmpty() const
@@ -232,7 +234,18 @@ bool QuoteSession::keepNow()
 
 void QuoteSession::startKeeping(int intervalMs)
 {
+    m_interval = intervalMs;
     m_timer.start(intervalMs);
+}
+
+void QuoteSession::keepInBackground()
+{
+    // The window never waits long for a book another program holds: the keep tries briefly,
+    // and after a failure less and less often (up to every MaxRetryMs) until it works again.
+    m_book.setBusyWait(BackgroundBusyWaitMs);
+    const bool kept = keepNow();
+    m_book.setBusyWait(QuoteBook::BusyWaitMs);
+    m_timer.setInterval(kept ? m_interval : std::min(m_timer.interval() * 2, MaxRetryMs));
 }
 
 void QuoteSession::stopKeeping()

@@ -94,6 +94,11 @@ public:
     /// Looks at the quote every intervalMs milliseconds and keeps it when it changed, so a
     /// change reaches the disk within about that time.
     void startKeeping(int intervalMs = 500);
+    /// The timer's keep: a short wait on a busy book, and fewer tries while it stays busy.
+    void keepInBackground();
+    static constexpr int BackgroundBusyWaitMs = 50;
+    static constexpr int MaxRetryMs = 8000;
+    int keepInterval() const { return m_timer.interval(); }
     void stopKeeping();
     /// Opens the book when there is a quote to keep and the book is not open yet (a first
     /// book is made only once it is needed); true when it is open.
@@ -128,6 +133,7 @@ private:
     quint64 m_keptGeneration = 0;
     qint64 m_keptQuoteId = -1;
     QTimer m_timer;
+    int m_interval = 500; ///< the keep timer's interval while keeping works
     std::function<bool()> m_opener;
 };
 

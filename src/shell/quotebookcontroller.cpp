@@ -2,6 +2,7 @@
 
 #include "catalogue/module1.h"
 #include "commands/quoteedits.h"
+#include "core/formats.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/ifiledialogs.h"
@@ -22,12 +23,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QFontMetrics>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <utility>
 
 namespace tarnwick {
@@ -64,6 +67,7 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
       m_today([] { return QDate::currentDate(); })
 {
     connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
+    m_ui.FraQuote->installEventFilter(this);
     connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
         m_keepFailing = true;
         status(QStringLiteral("The quote on screen cannot be kept safe: %1. Save it.").arg(detail));
@@ -200,17 +204,38 @@ void QuoteBookController::status(const QString &text)
 void QuoteBookController::showHeader()
 {
     const QuoteHeader &header = m_session->header();
-    QString caption = FrameCaption;
+    QString start = FrameCaption;
+    QString customer;
+    QString end;
     if (header.isSaved()) {
-        caption += QStringLiteral(": ") + header.numberAndRevision();
-        // A frame's title reads "&" as the mark of a shortcut key: "Zoë & Søn" keeps its "&".
-        if (!header.customerText().isEmpty())
-            caption += QStringLiteral(", ")
-                + QString(header.customerText()).replace(u'&', QStringLiteral("&&"));
+        start += QStringLiteral(": ") + header.numberAndRevision();
+        if (!header.customerText().isEmpty()) {
+            start += QStringLiteral(", ");
+            customer = header.customerText();
+        }
         if (header.status != QuoteStatus::Draft)
-            caption += QStringLiteral(" (%1)").arg(QuoteStatuses::name(header.status));
+            end = QStringLiteral(" (%1)").arg(QuoteStatuses::name(header.status));
     }
-    m_ui.FraQuote->setTitle(caption);
+    // A long customer is cut to the frame's width, so the status stays in view; the tool tip
+    // has all of it.
+    QGroupBox *frame = m_ui.FraQuote;
+    const QFontMetrics metrics(frame->font());
+    const int room =
+        frame->width() - 2 * metrics.averageCharWidth() - metrics.horizontalAdvance(start + end);
+    const QString shown = !frame->isVisible() || metrics.horizontalAdvance(customer) <= room
+        ? customer
+        : metrics.elidedText(customer, Qt::ElideRight, std::max(room, 0));
+    // A frame's title reads "&" as the mark of a shortcut key: "Zoë & Søn" keeps its "&".
+    const auto doubled = [](QString text) { return text.replace(u'&', QStringLiteral("&&")); };
+    frame->setTitle(doubled(start) + doubled(shown) + end);
+    frame->setToolTip(shown == customer ? QString() : plainToolTip(start + customer + end));
+}
+
+bool QuoteBookController::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_ui.FraQuote && event->type() == QEvent::Resize)
+        showHeader();
+    return QObject::eventFilter(watched, event);
 }
 
 /// The first save asks who the quote is for; an empty quote is not saved.

@@ -92,6 +92,8 @@ private:
     void offerTodaysPrices(const std::vector<PriceSource> &sources);
     void restoreInHand();
     void showHeader();
+    /// A resized frame shows its title again, cut to its new width.
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void report(const QString &text, const QString &title);
     void status(const QString &text);
 

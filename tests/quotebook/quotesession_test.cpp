@@ -10,6 +10,8 @@
 #include "quotes/quotelist.h"
 
 #include <QSignalSpy>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTest>
 
 using namespace tarnwick;
@@ -214,6 +216,44 @@ TEST_F(QuoteSessionTest, TheKeeperWritesWithinItsInterval)
     const auto inHand = book->inHand();
     ASSERT_TRUE(inHand.has_value());
     EXPECT_EQ(inHand->content.lines.get(1, QuoteLine::PartNumber), Cell("PIPE-3"));
+}
+
+TEST_F(QuoteSessionTest, ABookAnotherProgramHoldsIsTriedLessOftenUntilItIsFree)
+{
+    session->startKeeping(500);
+    add(3);
+    {
+        // Another program writing the book holds it for as long as it likes.
+        QSqlDatabase other =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other"));
+        other.setDatabaseName(book->path());
+        ASSERT_TRUE(other.open());
+        QSqlQuery hold(other);
+        ASSERT_TRUE(hold.exec(QStringLiteral("BEGIN IMMEDIATE")));
+        QSignalSpy failed(session.get(), &QuoteSession::keepFailed);
+        session->keepInBackground();
+        EXPECT_EQ(failed.size(), 1);
+        EXPECT_EQ(session->keepInterval(), 1000);
+        session->keepInBackground();
+        EXPECT_EQ(session->keepInterval(), 2000);
+        for (int i = 0; i < 10; ++i)
+            session->keepInBackground();
+        EXPECT_EQ(session->keepInterval(), QuoteSession::MaxRetryMs);
+        QSqlQuery wait(book->database());
+        ASSERT_TRUE(wait.exec(QStringLiteral("PRAGMA busy_timeout")) && wait.next());
+        EXPECT_EQ(wait.value(0).toInt(), QuoteBook::BusyWaitMs)
+            << "saves the user asks for wait as before";
+        hold.exec(QStringLiteral("ROLLBACK"));
+        hold.finish();
+        other.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("other"));
+    QSignalSpy kept(session.get(), &QuoteSession::kept);
+    session->keepInBackground();
+    EXPECT_EQ(kept.size(), 1);
+    EXPECT_EQ(session->keepInterval(), 500) << "back to its pace once the book is free";
+    session->stopKeeping();
+    EXPECT_EQ(book->inHand()->content.lines.get(1, QuoteLine::PartNumber), Cell("PIPE-3"));
 }
 
 TEST_F(QuoteSessionTest, OpeningAQuoteFindsTheLinesThatCostOtherwiseToday)

@@ -4,6 +4,7 @@
 #include "quotebookwindowfixture.h"
 
 #include "catalogue/productrecord.h"
+#include "core/formats.h"
 #include "quotebook/quotesession.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotenote.h"
@@ -346,6 +347,43 @@ TEST_F(QuoteBookWindowTest, SaveAsPdfWritesTheQuoteWhereTheUserChooses)
     EXPECT_GT(anchor, bolt) << "the lines in the quote's order";
     EXPECT_TRUE(text.contains(QStringLiteral("Order Total = %1").arg(totals().first())));
     EXPECT_EQ(totals().first(), QStringLiteral("$15.00"));
+}
+
+TEST_F(QuoteBookWindowTest, ALongCustomerIsCutInTheFramesTitleAndTheStatusStaysInView)
+{
+    window->ui().SSTabmain->setCurrentIndex(1);
+    addToQuote(1);
+    CustomerDetails longOne = Acme;
+    longOne.customer = QStringLiteral("Maximilian Oberhuber-Schwarzenberg & Sons");
+    longOne.company =
+        QStringLiteral("Northern Plumbing and Heating Supplies Limited of the Greater Region");
+    bookDialogs->customers.push_back(longOne);
+    action("mnuQuoteSave")->trigger();
+    const qint64 id = book().list().first().id;
+    bookDialogs->whileChoosing = [id](QuoteBook &quotes) {
+        EXPECT_TRUE(quotes.setStatus(id, QuoteStatus::Sent));
+    };
+    action("mnuQuoteOpen")->trigger();
+
+    QGroupBox *frame = window->ui().FraQuote;
+    ASSERT_TRUE(frame->isVisible());
+    EXPECT_TRUE(
+        frame->title().startsWith(QStringLiteral("Quote Details: Q-2026-0001 A, Maximilian")))
+        << frame->title().toStdString();
+    EXPECT_TRUE(frame->title().endsWith(QStringLiteral("\u2026 (sent)")))
+        << frame->title().toStdString();
+    EXPECT_LE(frame->fontMetrics().horizontalAdvance(
+                  QString(frame->title()).replace(QStringLiteral("&&"), QStringLiteral("&"))),
+        frame->width());
+    EXPECT_EQ(frame->toolTip(),
+        plainToolTip(QStringLiteral("Quote Details: Q-2026-0001 A, Maximilian "
+                                    "Oberhuber-Schwarzenberg & Sons, Northern Plumbing and Heating "
+                                    "Supplies Limited of the Greater Region (sent)")));
+
+    // Wider, the frame shows more of the customer.
+    const qsizetype before = frame->title().size();
+    window->resize(window->width() + 300, window->height());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return frame->title().size() > before; }, 2000));
 }
 
 TEST_F(QuoteBookWindowTest, SavingAQuoteEmptiedOfItsLinesAsksFirst)

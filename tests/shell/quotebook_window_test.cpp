@@ -60,6 +60,7 @@ TEST_F(QuoteBookWindowTest, TheQuoteMenuOffersTheBookAfterQuoteNoteWithLettersOf
 
 TEST_F(QuoteBookWindowTest, ACustomersNameShowsAsTypedInTheFrameAndTheStatusBar)
 {
+    window->resize(1400, window->height()); // room for the whole title
     addToQuote(1);
     CustomerDetails customer = Acme;
     customer.customer = QStringLiteral("Ann <b>O'Brien</b>");

@@ -233,7 +233,8 @@ void QuoteBookController::showHeader()
 
 bool QuoteBookController::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_ui.FraQuote && event->type() == QEvent::Resize)
+    if (watched == m_ui.FraQuote
+        && (event->type() == QEvent::Resize || event->type() == QEvent::Show))
         showHeader();
     return QObject::eventFilter(watched, event);
 }

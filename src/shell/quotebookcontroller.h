@@ -92,7 +92,7 @@ private:
     void offerTodaysPrices(const std::vector<PriceSource> &sources);
     void restoreInHand();
     void showHeader();
-    /// A resized frame shows its title again, cut to its new width.
+    /// A frame shown or resized shows its title again, cut to its width.
     bool eventFilter(QObject *watched, QEvent *event) override;
     void report(const QString &text, const QString &title);
     void status(const QString &text);

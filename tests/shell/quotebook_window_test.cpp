@@ -385,6 +385,15 @@ TEST_F(QuoteBookWindowTest, ALongCustomerIsCutInTheFramesTitleAndTheStatusStaysI
     const qsizetype before = frame->title().size();
     window->resize(window->width() + 300, window->height());
     EXPECT_TRUE(QTest::qWaitFor([&] { return frame->title().size() > before; }, 2000));
+
+    // The title set while the quote tab is hidden (the quote restored at the next start) is cut
+    // when the tab shows.
+    window->ui().SSTabmain->setCurrentIndex(0);
+    Q_EMIT window->quoteBook().session()->headerChanged();
+    window->ui().SSTabmain->setCurrentIndex(1);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return frame->title().endsWith(QStringLiteral("\u2026 (sent)")); }, 2000))
+        << frame->title().toStdString();
 }
 
 TEST_F(QuoteBookWindowTest, SavingAQuoteEmptiedOfItsLinesAsksFirst)

@@ -1,6 +1,6 @@
 // The quote book on the real main window: the quote menu's book commands, File → New, Save All
-// and Send, the quote on screen kept across a close and a crash, a quote opened with the prices
-// of today's catalogue, and a damaged quote book at start-up.
+// and Send, the quote on screen kept across a close, a quote opened with the prices of today's
+// catalogue. (Crashes, failures to keep and damaged books: quotebook_safety_window_test.cpp.)
 #include "quotebookwindowfixture.h"
 
 #include "catalogue/productrecord.h"
@@ -18,7 +18,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
 
@@ -128,23 +127,6 @@ TEST_F(QuoteBookWindowTest, TheQuoteOnScreenIsThereAgainAfterACloseAndAStart)
     EXPECT_EQ(window->ui().FraQuote->title(), QStringLiteral("Quote Details"));
 }
 
-TEST_F(QuoteBookWindowTest, AQuoteTheBookWillNotTakeAtCloseIsNamed)
-{
-    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
-    addToQuote(1);
-    ASSERT_TRUE(kept.wait(5000));
-    // The book stops taking the quote in hand (as a read-only folder or a full disk would).
-    QSqlQuery(book().database()).exec(QStringLiteral("DROP TABLE in_hand_lines"));
-    addToQuote(0);
-    fakes->prompts.clear();
-    EXPECT_TRUE(window->close());
-    ASSERT_FALSE(fakes->prompts.shown().empty());
-    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
-        QStringLiteral("The quote on screen could not be kept for the next start: ")))
-        << fakes->prompts.shown()[0].text.toStdString();
-    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Quote Book"));
-}
-
 TEST_F(QuoteBookWindowTest, NoQuoteBookIsMadeUntilThereIsAQuoteToKeep)
 {
     EXPECT_FALSE(folder.exists(QStringLiteral("quotes.db")));
@@ -161,39 +143,6 @@ TEST_F(QuoteBookWindowTest, TheFirstLineMakesTheQuoteBook)
     ASSERT_TRUE(kept.wait(5000));
     EXPECT_TRUE(folder.exists(QStringLiteral("quotes.db")));
     EXPECT_TRUE(fakes->prompts.shown().empty());
-}
-
-TEST_F(QuoteBookWindowTest, TheQuoteOnScreenOutlivesACrash)
-{
-    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
-    addToQuote(2);
-    addToQuote(1);
-    ASSERT_TRUE(kept.wait(5000));
-    // No close: the windows go as a killed program's would.
-    restart();
-    installFakes();
-    EXPECT_EQ(quoteColumn(0), (QStringList { "C-300", "B-200" }));
-}
-
-TEST_F(QuoteBookWindowTest, TheStatusBarTellsWhenTheQuoteIsSafeAgain)
-{
-    QuoteSession *session = window->quoteBook().session();
-    QSignalSpy kept(session, &QuoteSession::kept);
-    // The book failed to take the quote in hand (a full disk, say) ...
-    Q_EMIT session->keepFailed(QStringLiteral("the disk is full"));
-    EXPECT_EQ(window->ui().sbPanel1->text(),
-        QStringLiteral("The quote on screen cannot be kept safe: the disk is full. Save it."));
-    // ... and takes the next change.
-    addToQuote(1);
-    ASSERT_TRUE(kept.wait(5000));
-    EXPECT_EQ(
-        window->ui().sbPanel1->text(), QStringLiteral("The quote on screen is kept safe again."));
-
-    // Later keeps leave the status bar to other news.
-    window->ui().sbPanel1->setText(QStringLiteral("Something else"));
-    addToQuote(2);
-    ASSERT_TRUE(kept.wait(5000));
-    EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Something else"));
 }
 
 TEST_F(QuoteBookWindowTest, ASavedQuoteComesBackAsItsRevision)
@@ -538,74 +487,6 @@ TEST_F(QuoteBookWindowTest, SaveAllSavesTheCatalogueAndTheQuote)
     EXPECT_EQ(book().quoteCount(), 1);
     action("mnuFileSaveAll")->trigger();
     EXPECT_EQ(book().quoteCount(), 1) << "an unchanged quote is not saved again";
-}
-
-class DamagedBookWindowTest : public ShellTest
-{
-};
-
-TEST_F(DamagedBookWindowTest, ADamagedQuoteBookIsReportedKeptAndReplaced)
-{
-    folder.writeFile(QStringLiteral("quotes.db"), QByteArray(9000, 'q'));
-    startAndWait();
-    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
-    const ShownPrompt &box = fakes->prompts.shown()[0];
-    EXPECT_TRUE(box.text.startsWith(QStringLiteral("The quote book \"%1\" is damaged and could not "
-                                                   "be read (file is not a database).")
-                                        .arg(folder.filePath(QStringLiteral("quotes.db")))))
-        << box.text.toStdString();
-    EXPECT_EQ(box.title, QStringLiteral("Quote Book"));
-    EXPECT_EQ(box.style, MsgStyle::Exclamation);
-    const QStringList kept = folder.fileNames().filter(QStringLiteral("quotes-damaged-"));
-    ASSERT_EQ(kept.size(), 1);
-    EXPECT_EQ(folder.readFile(kept.first()), QByteArray(9000, 'q'));
-    EXPECT_TRUE(mainWindow->quoteBook().book().isOpen());
-}
-
-TEST_F(DamagedBookWindowTest, TheCopyOfTheLastCloseOutlivesTheNewBook)
-{
-    folder.writeFile(QStringLiteral("quotes.db"), QByteArray(9000, 'q'));
-    folder.writeFile(QStringLiteral("quotes.bak"), QByteArray("the good book of yesterday"));
-    startAndWait();
-    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
-    const QStringList kept = folder.fileNames().filter(QStringLiteral("quotes-backup-"));
-    ASSERT_EQ(kept.size(), 1);
-    EXPECT_TRUE(kept.first().endsWith(QStringLiteral(".db")));
-    EXPECT_EQ(folder.readFile(kept.first()), QByteArray("the good book of yesterday"));
-    EXPECT_TRUE(fakes->prompts.shown()[0].text.endsWith(
-        QStringLiteral(" The copy made when Tarnwick was last closed is \"%1\" in the same "
-                       "folder.")
-            .arg(kept.first())))
-        << fakes->prompts.shown()[0].text.toStdString();
-
-    EXPECT_TRUE(mainWindow->close());
-    EXPECT_EQ(folder.readFile(kept.first()), QByteArray("the good book of yesterday"))
-        << "the close copies the new book to quotes.bak, never over the kept copy";
-    EXPECT_TRUE(folder.exists(QStringLiteral("quotes.bak")));
-}
-
-TEST_F(DamagedBookWindowTest, WithoutABookTheCommandsSayWhy)
-{
-    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
-    QDir(folder.path()).mkdir(QStringLiteral("quotes.db"));
-    startAndWait();
-    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
-    EXPECT_TRUE(fakes->prompts.shown()[0].text.contains(QLatin1String("could not be opened")));
-    fakes->prompts.clear();
-    mainWindow->actions().action(QStringLiteral("mnuQuoteOpen"))->trigger();
-    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
-    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
-        QLatin1String("The quote book is not available: ")));
-    // A quote that has no book to be kept in is named at the close.
-    QTableView *products = mainWindow->ui().GrdMain;
-    products->setCurrentIndex(products->model()->index(0, 0));
-    mainWindow->actions().action(QStringLiteral("mnuGrdMainQuote"))->trigger();
-    fakes->prompts.clear();
-    EXPECT_TRUE(mainWindow->close());
-    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
-    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
-        QLatin1String("The quote on screen could not be kept for the next start: the quote book "
-                      "is not available (")));
 }
 
 } // namespace

@@ -76,6 +76,20 @@ protected:
         return shown ? updateWindow()->previewWindow() : nullptr;
     }
 
+    /// Edit → Paste Special of CopiedRows, part number and name mapped, OK: the preview, or
+    /// null when it did not come.
+    FrmImportPreview *previewPastedRows()
+    {
+        fakes->clipboard.setText(CopiedRows);
+        action("mnuEditPasteSpecial")->trigger();
+        if (!updateWindow())
+            return nullptr;
+        select("CmbField(0)", 0);
+        select("CmbField(1)", 1);
+        click(updateWindow(), "CmdOK");
+        return waitForPreview();
+    }
+
     /// The catalogue as its file would hold it now.
     QByteArray catalogueBytes() const
     {
@@ -147,13 +161,7 @@ TEST_F(ImportWindowTest, PasteSpecialTakesTheCopiedRowsThroughTheMappingAndThePr
 
 TEST_F(ImportWindowTest, PastedRowsAreShownBeforeTheyAreAddedAndCancelAddsNothing)
 {
-    fakes->clipboard.setText(CopiedRows);
-    action("mnuEditPasteSpecial")->trigger();
-    ASSERT_NE(updateWindow(), nullptr);
-    select("CmbField(0)", 0);
-    select("CmbField(1)", 1);
-    click(updateWindow(), "CmdOK");
-    FrmImportPreview *preview = waitForPreview();
+    FrmImportPreview *preview = previewPastedRows();
     ASSERT_NE(preview, nullptr);
     EXPECT_EQ(preview->findChild<QLabel *>("LblSkipped")->text(),
         "Rows skipped: 1 (part number already exists: 1)");
@@ -168,13 +176,7 @@ TEST_F(ImportWindowTest, PastedRowsAreShownBeforeTheyAreAddedAndCancelAddsNothin
 
 TEST_F(ImportWindowTest, TheMainWindowsCloseButtonWorksWhileThePreviewIsOpen)
 {
-    fakes->clipboard.setText(CopiedRows);
-    action("mnuEditPasteSpecial")->trigger();
-    ASSERT_NE(updateWindow(), nullptr);
-    select("CmbField(0)", 0);
-    select("CmbField(1)", 1);
-    click(updateWindow(), "CmdOK");
-    ASSERT_NE(waitForPreview(), nullptr);
+    ASSERT_NE(previewPastedRows(), nullptr);
     // No modal window: the window system delivers no close to a window one blocks.
     EXPECT_EQ(QGuiApplication::modalWindow(), nullptr);
     // The close the title bar's button asks for.

@@ -182,6 +182,10 @@ void ExchangeController::setMainWindowBusy(bool busy)
     m_owner->menuBar()->setEnabled(!busy);
     m_toolBar->setEnabled(!busy);
     m_owner->centralWidget()->setEnabled(!busy);
+    // The keys the window itself answers (Add to Quote, Find product, Send to handheld) wait
+    // too.
+    for (QAction *action : m_owner->actions())
+        action->setEnabled(!busy);
 }
 
 void ExchangeController::showImportedCatalogue()

@@ -145,14 +145,18 @@ void MainWindowActions::createToolBar(QMainWindow *window)
         m_buttons.insert(key, button);
     }
     // The two buttons no menu item stands for get keys of their own, shown in their tool tips.
-    const auto giveKey = [this](const char *key, const QKeySequence &sequence) {
+    const auto giveKey = [this, window](const char *key, const QKeySequence &sequence) {
         QAction *button = m_buttons.value(QString::fromLatin1(key));
         button->setShortcut(sequence);
+        // The window answers the key, whatever becomes of the toolbar.
+        window->addAction(button);
         button->setToolTip(QStringLiteral("%1 (%2)").arg(
             button->toolTip(), sequence.toString(QKeySequence::NativeText)));
     };
     giveKey("Find", QKeySequence(QKeySequence::Find));
     giveKey("Palm", handheldShortcut());
+    // The toolbar holds commands no menu has: it cannot be hidden.
+    m_toolBar->toggleViewAction()->setVisible(false);
     QAction *editButton = m_buttons.value(QStringLiteral("Edit"));
     editButton->setCheckable(true);
     // Products → Edit carries the button's state as its check mark, whichever of the two

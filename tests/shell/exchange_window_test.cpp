@@ -53,6 +53,10 @@ protected:
         EXPECT_EQ(window->actions().toolBar()->isEnabled(), !busy);
         EXPECT_EQ(window->centralWidget()->isEnabled(), !busy);
         EXPECT_EQ(window->cursor().shape(), busy ? Qt::WaitCursor : Qt::ArrowCursor);
+        // The keys the window answers itself (Ctrl+D, Ctrl+F, Ctrl+Shift+H) wait too.
+        ASSERT_FALSE(window->QWidget::actions().isEmpty());
+        for (QAction *own : window->QWidget::actions())
+            EXPECT_EQ(own->isEnabled(), !busy) << qPrintable(own->objectName());
     }
 
     /// Maps part number and name in the open "Update" window and clicks OK.

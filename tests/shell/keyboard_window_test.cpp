@@ -20,6 +20,7 @@
 #include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTest>
+#include <QToolBar>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -269,6 +270,17 @@ TEST_F(KeyboardWindowTest, FindAndSendToHandheldHaveKeysShownInTheirToolTips)
     press(Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(grid->currentIndex().row(), 2);
     ASSERT_EQ(dialogs.textRequests.size(), 1U);
+
+    // The toolbar cannot be hidden, and the keys work even if it were.
+    EXPECT_FALSE(window->actions().toolBar()->toggleViewAction()->isVisible());
+    window->actions().toolBar()->hide();
+    goToRow(0);
+    dialogs.textAnswers << QStringLiteral("bolt");
+    focusGrid(grid);
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(grid->currentIndex().row(), 1);
+    EXPECT_EQ(dialogs.textRequests.size(), 2U);
+    window->actions().toolBar()->show();
 
     // The handheld's key asks before it sends, as the button does.
     fakes->prompts.answerMessage(MsgResult::Cancel);

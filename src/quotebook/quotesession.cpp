@@ -232,6 +232,12 @@ bool QuoteSession::keepNow()
     return true;
 }
 
+void QuoteSession::markKept()
+{
+    m_keptGeneration = m_quote.generation();
+    m_keptQuoteId = m_header.id;
+}
+
 void QuoteSession::startKeeping(int intervalMs)
 {
     m_interval = intervalMs;

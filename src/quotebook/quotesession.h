@@ -91,6 +91,9 @@ public:
     /// Keeps the quote in hand in the book when it changed since last kept. True when the book
     /// holds the quote as it is now.
     bool keepNow();
+    /// After restore(): the quote on screen holds the lines the book keeps, so nothing is
+    /// written until it changes.
+    void markKept();
     /// Looks at the quote every intervalMs milliseconds and keeps it when it changed, so a
     /// change reaches the disk within about that time.
     void startKeeping(int intervalMs = 500);

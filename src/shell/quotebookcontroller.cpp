@@ -147,7 +147,11 @@ QString QuoteBookController::keepLastCopy(const QuoteBook::OpenResult &replaced)
 void QuoteBookController::restoreInHand()
 {
     const auto lines = m_session->restore();
-    if (lines && !m_quote.replaceLines(*lines))
+    if (!lines)
+        return;
+    if (m_quote.replaceLines(*lines))
+        m_session->markKept(); // the book holds these lines already
+    else
         m_session->startNew();
 }
 

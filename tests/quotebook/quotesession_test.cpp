@@ -256,6 +256,36 @@ TEST_F(QuoteSessionTest, ABookAnotherProgramHoldsIsTriedLessOftenUntilItIsFree)
     EXPECT_EQ(book->inHand()->content.lines.get(1, QuoteLine::PartNumber), Cell("PIPE-3"));
 }
 
+TEST_F(QuoteSessionTest, AQuoteBroughtBackIsNotWrittenAgainUntilItChanges)
+{
+    add(3);
+    ASSERT_TRUE(session->keepNow());
+    // The next start brings the quote back onto a fresh quote table.
+    Table screen(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    QuoteSession next(*book, screen, catalogue, locale);
+    const auto lines = next.restore();
+    ASSERT_TRUE(lines.has_value());
+    ASSERT_TRUE(QuoteList::replaceLines(screen, *lines));
+    next.markKept();
+
+    // Another program holds the book: nothing needs writing, so nothing fails.
+    QSqlDatabase other =
+        QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("holder"));
+    other.setDatabaseName(book->path());
+    ASSERT_TRUE(other.open());
+    {
+        QSqlQuery hold(other);
+        ASSERT_TRUE(hold.exec(QStringLiteral("BEGIN IMMEDIATE")));
+        QSignalSpy failed(&next, &QuoteSession::keepFailed);
+        EXPECT_TRUE(next.keepNow());
+        EXPECT_TRUE(failed.isEmpty());
+        hold.exec(QStringLiteral("ROLLBACK"));
+    }
+    other.close();
+    other = QSqlDatabase();
+    QSqlDatabase::removeDatabase(QStringLiteral("holder"));
+}
+
 TEST_F(QuoteSessionTest, OpeningAQuoteFindsTheLinesThatCostOtherwiseToday)
 {
     add(1, QStringLiteral("10")); // price point 10.95

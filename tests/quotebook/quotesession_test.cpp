@@ -19,6 +19,32 @@ using namespace tarnwick::test;
 
 namespace {
 
+/// Another program writing the quote book at path, holding it for as long as this lives.
+class BookHolder
+{
+public:
+    explicit BookHolder(const QString &path)
+    {
+        QSqlDatabase other =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("holder"));
+        other.setDatabaseName(path);
+        held = other.open() && QSqlQuery(other).exec(QStringLiteral("BEGIN IMMEDIATE"));
+    }
+    ~BookHolder()
+    {
+        {
+            QSqlDatabase other = QSqlDatabase::database(QStringLiteral("holder"), false);
+            QSqlQuery(other).exec(QStringLiteral("ROLLBACK"));
+            other.close();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("holder"));
+    }
+    BookHolder(const BookHolder &) = delete;
+    BookHolder &operator=(const BookHolder &) = delete;
+
+    bool held = false;
+};
+
 class QuoteSessionTest : public QuoteBookTest
 {
 protected:
@@ -224,12 +250,8 @@ TEST_F(QuoteSessionTest, ABookAnotherProgramHoldsIsTriedLessOftenUntilItIsFree)
     add(3);
     {
         // Another program writing the book holds it for as long as it likes.
-        QSqlDatabase other =
-            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other"));
-        other.setDatabaseName(book->path());
-        ASSERT_TRUE(other.open());
-        QSqlQuery hold(other);
-        ASSERT_TRUE(hold.exec(QStringLiteral("BEGIN IMMEDIATE")));
+        const BookHolder holder(book->path());
+        ASSERT_TRUE(holder.held);
         QSignalSpy failed(session.get(), &QuoteSession::keepFailed);
         session->keepInBackground();
         EXPECT_EQ(failed.size(), 1);
@@ -243,11 +265,7 @@ TEST_F(QuoteSessionTest, ABookAnotherProgramHoldsIsTriedLessOftenUntilItIsFree)
         ASSERT_TRUE(wait.exec(QStringLiteral("PRAGMA busy_timeout")) && wait.next());
         EXPECT_EQ(wait.value(0).toInt(), QuoteBook::BusyWaitMs)
             << "saves the user asks for wait as before";
-        hold.exec(QStringLiteral("ROLLBACK"));
-        hold.finish();
-        other.close();
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("other"));
     QSignalSpy kept(session.get(), &QuoteSession::kept);
     session->keepInBackground();
     EXPECT_EQ(kept.size(), 1);
@@ -269,21 +287,11 @@ TEST_F(QuoteSessionTest, AQuoteBroughtBackIsNotWrittenAgainUntilItChanges)
     next.markKept();
 
     // Another program holds the book: nothing needs writing, so nothing fails.
-    QSqlDatabase other =
-        QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("holder"));
-    other.setDatabaseName(book->path());
-    ASSERT_TRUE(other.open());
-    {
-        QSqlQuery hold(other);
-        ASSERT_TRUE(hold.exec(QStringLiteral("BEGIN IMMEDIATE")));
-        QSignalSpy failed(&next, &QuoteSession::keepFailed);
-        EXPECT_TRUE(next.keepNow());
-        EXPECT_TRUE(failed.isEmpty());
-        hold.exec(QStringLiteral("ROLLBACK"));
-    }
-    other.close();
-    other = QSqlDatabase();
-    QSqlDatabase::removeDatabase(QStringLiteral("holder"));
+    const BookHolder holder(book->path());
+    ASSERT_TRUE(holder.held);
+    QSignalSpy failed(&next, &QuoteSession::keepFailed);
+    EXPECT_TRUE(next.keepNow());
+    EXPECT_TRUE(failed.isEmpty());
 }
 
 TEST_F(QuoteSessionTest, OpeningAQuoteFindsTheLinesThatCostOtherwiseToday)

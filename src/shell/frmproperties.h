@@ -28,8 +28,6 @@ public:
 
     /// Reads the figures again from the files and the catalogue.
     void Form_Load();
-    /// Widens the boxes to the longest figure the screen has room for.
-    void fitBoxes();
 
     QLineEdit *txtAppFolder() const { return m_appFolder; }
     QLineEdit *txtDataFile() const { return m_dataFile; }
@@ -44,6 +42,8 @@ private Q_SLOTS:
     void CmdOpenFolder_Click();
 
 private:
+    /// Widens the boxes to the longest figure the screen has room for.
+    void fitBoxes();
     QLineEdit *addRow(const char *name, const QString &caption, QWidget *beside = nullptr);
 
     const AppServices &m_services;

@@ -108,10 +108,10 @@ protected:
 private:
     /// Shows a step that was undone or redone (the user's own changes are shown as made).
     void productsChanged(const ProductChange &change);
-    /// A side box was left: its text is stored in the product it shows.
     /// The status bar's account of the schedule's problems (empty: none), with the whole of it
     /// as the tool tip.
     void showLadderStatus(const QString &text);
+    /// A side box was left: its text is stored in the product it shows.
     void storeSideBox(int field);
     bool gridCellTyped(int row, int field, const Cell &value);
     bool scheduleCellTyped(int row, int column, const Cell &value);

@@ -71,10 +71,10 @@ public:
 
 private:
     QString bookPath() const;
-    /// Opens the book when it is not open yet; a failure is told in a box or in the status bar.
     /// Moves the copy made at the last close beside the damaged book replaced; its file name,
     /// empty when there was none.
     QString keepLastCopy(const QuoteBook::OpenResult &replaced);
+    /// Opens the book when it is not open yet; a failure is told in a box or in the status bar.
     bool openBook(bool inABox);
     bool ready(const QString &title);
     QuoteTexts currentTexts() const;

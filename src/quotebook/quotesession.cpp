@@ -216,7 +216,7 @@ bool QuoteSession::keepNow()
         if (!m_opener || !m_opener())
             return false;
     }
-    if (m_quote.generation() == m_keptGeneration && m_header.id == m_keptQuoteId)
+    if (keptAsItIs())
         return true;
     QuoteBook::InHand inHand;
     inHand.quoteId = m_header.id;
@@ -230,6 +230,11 @@ bool QuoteSession::keepNow()
     m_keptQuoteId = m_header.id;
     Q_EMIT kept();
     return true;
+}
+
+bool QuoteSession::keptAsItIs() const
+{
+    return m_quote.generation() == m_keptGeneration && m_header.id == m_keptQuoteId;
 }
 
 void QuoteSession::markKept()
@@ -246,6 +251,9 @@ void QuoteSession::startKeeping(int intervalMs)
 
 void QuoteSession::keepInBackground()
 {
+    // Most ticks find nothing to keep, and need no word with the book.
+    if (m_book.isOpen() && keptAsItIs())
+        return;
     // The window never waits long for a book another program holds: the keep tries briefly,
     // and after a failure less and less often (up to every MaxRetryMs) until it works again.
     m_book.setBusyWait(BackgroundBusyWaitMs);

@@ -123,6 +123,8 @@ Q_SIGNALS:
     void keepFailed(const QString &detail);
 
 private:
+    /// The book holds the quote in hand as it is now.
+    bool keptAsItIs() const;
     bool saveAsNew(SavedQuote &quote);
     void takeOver(const SavedQuote &quote);
 

@@ -125,22 +125,20 @@ void readTextSheet(QByteArrayView bytes, SheetCells &cells)
         } else {
             // A field that holds a line break continues on the next line.
             while (record.size() > 1 && record.size() < width && at < text.size()) {
+                // The line goes on with the last field, so a quote at its start is the
+                // field's text (the export's notes with a quoted second line). Only when that
+                // reading does not fit the row is the line read as spreadsheets quote it,
+                // to join it all the same or to start the next row.
                 const qsizetype lineStart = at;
-                next = readRecord(text, at);
+                next = readRecord(text, at, true);
                 if (record.size() + next.size() - 1 > width) {
-                    hasNext = true;
-                    break;
+                    at = lineStart;
+                    next = readRecord(text, at);
+                    if (record.size() + next.size() - 1 > width) {
+                        hasNext = true;
+                        break;
+                    }
                 }
-                // It goes on with the last field: a quote at its start is the field's text
-                // (the export's notes with a quoted second line), unless only the quoted
-                // reading fits the row.
-                const qsizetype quotedEnd = at;
-                at = lineStart;
-                QStringList asItStands = readRecord(text, at, true);
-                if (record.size() + asItStands.size() - 1 <= width)
-                    next = std::move(asItStands);
-                else
-                    at = quotedEnd;
                 record.last() += QStringLiteral("\r\n") + next.first();
                 record.append(next.mid(1));
             }

@@ -2,6 +2,7 @@
 
 #include "catalogue/productrecord.h"
 #include "catalogue/products.h"
+#include "core/conversions.h"
 
 #include <algorithm>
 
@@ -88,6 +89,17 @@ int otherRowWithPartNumber(const Table &catalogue, int row)
             return other;
     }
     return 0;
+}
+
+QString partNumberTakenText(const Table &catalogue, int row, const QLocale &locale)
+{
+    const int other = otherRowWithPartNumber(catalogue, row);
+    if (other == 0)
+        return {};
+    return QStringLiteral("Part number %1 is already used by \"%2\". Quotes and imports take the "
+                          "first product with a part number: give this one another.")
+        .arg(conv::toText(catalogue.get(row, ProductRecord::PartNumber), locale),
+            conv::toText(catalogue.get(other, ProductRecord::ProductName), locale));
 }
 
 } // namespace tarnwick::ProductCommands

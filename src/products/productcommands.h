@@ -4,6 +4,7 @@
 
 #include <QLatin1String>
 #include <QLocale>
+#include <QString>
 
 namespace tarnwick {
 
@@ -67,6 +68,10 @@ int findProduct(const Table &catalogue, const Table &product);
 /// Another catalogue row with the part number of row (quotes and imports find a product by its
 /// part number, and take the first); 0 when the number is empty or no other row has it.
 int otherRowWithPartNumber(const Table &catalogue, int row);
+
+/// What the status bar says when row's part number was typed and another product has it
+/// already ("Part number A-100 is already used by "Anchor". …"); empty when none has.
+QString partNumberTakenText(const Table &catalogue, int row, const QLocale &locale);
 
 } // namespace ProductCommands
 

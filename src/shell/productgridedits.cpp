@@ -6,7 +6,6 @@
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
 #include "commands/catalogueedits.h"
-#include "core/conversions.h"
 #include "products/priceladder.h"
 #include "products/priceschedule.h"
 #include "products/productcommands.h"
@@ -119,17 +118,10 @@ bool ProductGridController::gridCellTyped(int row, int field, const Cell &value)
     // A part number another product has already is taken, as typed, but said: quotes and
     // imports find a product by its number and would take the other one.
     if (taken && field == ProductRecord::PartNumber) {
-        const Table &catalogue = m_module.Catalogue();
-        if (const int other = ProductCommands::otherRowWithPartNumber(catalogue, row)) {
-            m_ui.sbPanel1->setText(
-                QStringLiteral("Part number %1 is already used by \"%2\". Quotes and imports "
-                               "take the first product with a part number: give this one "
-                               "another.")
-                    .arg(conv::toText(
-                             catalogue.get(row, ProductRecord::PartNumber), m_module.locale()),
-                        conv::toText(
-                            catalogue.get(other, ProductRecord::ProductName), m_module.locale())));
-        }
+        const QString said =
+            ProductCommands::partNumberTakenText(m_module.Catalogue(), row, m_module.locale());
+        if (!said.isEmpty())
+            m_ui.sbPanel1->setText(said);
     }
     return taken;
 }

@@ -370,6 +370,11 @@ TEST_F(ProductCommandsTest, AnotherProductWithThePartNumberIsFoundEitherWay)
     EXPECT_EQ(ProductCommands::otherRowWithPartNumber(catalogue, 2), 0);
     EXPECT_EQ(ProductCommands::otherRowWithPartNumber(catalogue, 4), 0) << "empty numbers differ";
     EXPECT_EQ(ProductCommands::otherRowWithPartNumber(catalogue, 9), 0);
+
+    EXPECT_EQ(ProductCommands::partNumberTakenText(catalogue, 3, EnUs),
+        QStringLiteral("Part number A-1 is already used by \"Name A-1\". Quotes and imports take "
+                       "the first product with a part number: give this one another."));
+    EXPECT_EQ(ProductCommands::partNumberTakenText(catalogue, 2, EnUs), QString());
 }
 
 } // namespace

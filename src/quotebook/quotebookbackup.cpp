@@ -2,6 +2,7 @@
 // so the connection's own handle is handed to sqlite3_backup_*.
 #include "quotebook/quotebookbackup.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDriver>
@@ -75,6 +76,17 @@ bool write(QSqlDatabase &db, const QString &path, QString &error)
         return false;
     }
     return true;
+}
+
+QString keepAside(const QString &backupPath, const QString &damagedKeptAs)
+{
+    const QString damaged = QFileInfo(damagedKeptAs).fileName();
+    const QString kept =
+        QString(damaged).replace(QStringLiteral("-damaged-"), QStringLiteral("-backup-"));
+    if (kept.isEmpty() || kept == damaged
+        || !QFile::rename(backupPath, QFileInfo(backupPath).dir().filePath(kept)))
+        return {};
+    return kept;
 }
 
 } // namespace tarnwick::QuoteBookBackup

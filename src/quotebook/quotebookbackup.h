@@ -11,4 +11,9 @@ namespace tarnwick::QuoteBookBackup {
 /// could not be made; error says why in plain words and path is left as it was.
 bool write(QSqlDatabase &db, const QString &path, QString &error);
 
+/// After a damaged book was kept aside as damagedKeptAs ("quotes-damaged-<stamp>.db"): moves
+/// the copy of the last close at backupPath beside it as "quotes-backup-<stamp>.db", so the
+/// new book's copies never take its place. Its new file name; empty when it could not move.
+QString keepAside(const QString &backupPath, const QString &damagedKeptAs);
+
 } // namespace tarnwick::QuoteBookBackup

@@ -7,6 +7,7 @@
 #include "platform/appservices.h"
 #include "platform/ifiledialogs.h"
 #include "platform/iprompts.h"
+#include "quotebook/quotebookbackup.h"
 #include "quotebook/quotebookedits.h"
 #include "quotebook/quotebookmessages.h"
 #include "quotebook/quotemail.h"
@@ -21,7 +22,6 @@
 #include "shell/quotecontroller.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QFontMetrics>
 #include <QGroupBox>
@@ -134,11 +134,8 @@ QString QuoteBookController::keepLastCopy(const QuoteBook::OpenResult &replaced)
     const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
     if (!QFileInfo::exists(backup))
         return {};
-    QString kept = QFileInfo(replaced.keptAs)
-                       .fileName()
-                       .replace(QStringLiteral("-damaged-"), QStringLiteral("-backup-"));
-    if (!kept.isEmpty() && kept != QFileInfo(replaced.keptAs).fileName()
-        && QFile::rename(backup, m_services.environment.pathInAppFolder(kept)))
+    QString kept = QuoteBookBackup::keepAside(backup, replaced.keptAs);
+    if (!kept.isEmpty())
         return kept;
     m_keepBackup = true;
     return QFileInfo(backup).fileName();

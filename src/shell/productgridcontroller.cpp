@@ -152,16 +152,16 @@ void ProductGridController::showCurrentRow()
     PriceSchedule::PriceUpdate(m_module.Catalogue(), row, m_module.ScheduleTable());
     m_scheduleModel->reload();
     m_shownView = currentView();
-    // What the status bar said about the schedule of the product left is no news for this one.
-    if (!m_ladderStatus.isEmpty() && m_ui.sbPanel1->text() == m_ladderStatus)
-        showLadderStatus(QString());
+    // What the status bar said about the product left is no news for this one.
+    if (!m_rowStatus.isEmpty() && m_ui.sbPanel1->text() == m_rowStatus)
+        showRowStatus(QString());
 }
 
-void ProductGridController::showLadderStatus(const QString &text)
+void ProductGridController::showRowStatus(const QString &text)
 {
-    m_ladderStatus = text;
+    m_rowStatus = text;
     m_ui.sbPanel1->setText(text);
-    // A long list of problems goes past the window's edge: the tool tip holds all of it.
+    // A long text goes past the window's edge: the tool tip holds all of it.
     m_ui.sbPanel1->setToolTip(plainToolTip(text));
 }
 

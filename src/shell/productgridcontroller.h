@@ -108,9 +108,9 @@ protected:
 private:
     /// Shows a step that was undone or redone (the user's own changes are shown as made).
     void productsChanged(const ProductChange &change);
-    /// The status bar's account of the schedule's problems (empty: none), with the whole of it
-    /// as the tool tip.
-    void showLadderStatus(const QString &text);
+    /// News about the product shown (the schedule's problems, a part number another product
+    /// has) in the status bar, the whole of it as the tool tip; it goes when another row shows.
+    void showRowStatus(const QString &text);
     /// A side box was left: its text is stored in the product it shows.
     void storeSideBox(int field);
     bool gridCellTyped(int row, int field, const Cell &value);
@@ -143,7 +143,7 @@ private:
     /// The row the side boxes and the schedule show, and the grid's column then.
     ProductView m_shownView;
     bool m_repositioning = false;
-    QString m_ladderStatus; ///< what showLadderStatus() last put in the status bar
+    QString m_rowStatus; ///< what showRowStatus() last put in the status bar
 };
 
 } // namespace tarnwick

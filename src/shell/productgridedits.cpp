@@ -121,7 +121,7 @@ bool ProductGridController::gridCellTyped(int row, int field, const Cell &value)
         const QString said =
             ProductCommands::partNumberTakenText(m_module.Catalogue(), row, m_module.locale());
         if (!said.isEmpty())
-            m_ui.sbPanel1->setText(said);
+            showRowStatus(said);
     }
     return taken;
 }
@@ -135,7 +135,7 @@ bool ProductGridController::scheduleCellTyped(int row, int column, const Cell &v
     // The ladder as typed so far is checked at once; the warning never stops the typing.
     const auto problems = PriceLadder::check(
         PriceLadder::pointsOfSchedule(shown), Cell(m_ui.TxtPrice->text()), m_module.locale());
-    showLadderStatus(PriceLadder::describe(problems));
+    showRowStatus(PriceLadder::describe(problems));
     return taken;
 }
 

@@ -45,7 +45,10 @@ TEST_F(SavingWindowTest, APartNumberAnotherProductHasIsTakenAndSaid)
     EXPECT_EQ(window->ui().sbPanel1->text(),
         QStringLiteral("Part number A-100 is already used by \"Anchor\". Quotes and imports "
                        "take the first product with a part number: give this one another."));
-    window->ui().sbPanel1->clear();
+    // The words are about this product: they go when another one shows.
+    goToRow(1);
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString());
+    goToRow(2);
     ASSERT_TRUE(grid->model()->setData(grid->model()->index(2, 0), QStringLiteral("C-301")));
     EXPECT_EQ(window->ui().sbPanel1->text(), QString());
 }

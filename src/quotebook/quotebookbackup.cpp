@@ -81,7 +81,7 @@ bool write(QSqlDatabase &db, const QString &path, QString &error)
 QString keepAside(const QString &backupPath, const QString &damagedKeptAs)
 {
     const QString damaged = QFileInfo(damagedKeptAs).fileName();
-    const QString kept =
+    QString kept =
         QString(damaged).replace(QStringLiteral("-damaged-"), QStringLiteral("-backup-"));
     if (kept.isEmpty() || kept == damaged
         || !QFile::rename(backupPath, QFileInfo(backupPath).dir().filePath(kept)))

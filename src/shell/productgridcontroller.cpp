@@ -153,6 +153,11 @@ void ProductGridController::showCurrentRow()
     m_scheduleModel->reload();
     m_shownView = currentView();
     // What the status bar said about the product left is no news for this one.
+    clearRowStatus();
+}
+
+void ProductGridController::clearRowStatus()
+{
     if (!m_rowStatus.isEmpty() && m_ui.sbPanel1->text() == m_rowStatus)
         showRowStatus(QString());
 }

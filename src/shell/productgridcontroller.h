@@ -111,6 +111,8 @@ private:
     /// News about the product shown (the schedule's problems, a part number another product
     /// has) in the status bar, the whole of it as the tool tip; it goes when another row shows.
     void showRowStatus(const QString &text);
+    /// Takes those words away when the status bar still shows them.
+    void clearRowStatus();
     /// A side box was left: its text is stored in the product it shows.
     void storeSideBox(int field);
     bool gridCellTyped(int row, int field, const Cell &value);

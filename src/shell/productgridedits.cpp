@@ -141,6 +141,9 @@ bool ProductGridController::scheduleCellTyped(int row, int column, const Cell &v
 
 void ProductGridController::productsChanged(const ProductChange &change)
 {
+    // What the status bar said about a product is no news once the catalogue has changed
+    // (the step that calls for new words gives them after this).
+    clearRowStatus();
     if (!change.replayed)
         return;
     // A step undone or redone: the grid goes to the row it names, and the side boxes and the

@@ -45,7 +45,12 @@ TEST_F(SavingWindowTest, APartNumberAnotherProductHasIsTakenAndSaid)
     EXPECT_EQ(window->ui().sbPanel1->text(),
         QStringLiteral("Part number A-100 is already used by \"Anchor\". Quotes and imports "
                        "take the first product with a part number: give this one another."));
-    // The words are about this product: they go when another one shows.
+    // The words are about this product as it was: they go when the step is undone, and when
+    // another product shows.
+    action("mnuEditUndo")->trigger();
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString());
+    ASSERT_TRUE(grid->model()->setData(grid->model()->index(2, 0), QStringLiteral("A-100")));
+    ASSERT_FALSE(window->ui().sbPanel1->text().isEmpty());
     goToRow(1);
     EXPECT_EQ(window->ui().sbPanel1->text(), QString());
     goToRow(2);

@@ -79,7 +79,7 @@ std::optional<float> catalogueUnitPrice(
     std::optional<float> price;
     ErrorTrap trap;
     trap.step([&] {
-        const qint32 quantity = conv::toInt32(quote.get(row, QuoteLine::Quantity), locale);
+        const qint32 quantity = QuoteLine::quantity(quote, row, locale);
         const PriceLookup lookup =
             PriceSchedule::SetPrice(catalogue, partNumberOf(quote, row, locale), quantity, locale);
         if (lookup.found)

@@ -34,8 +34,7 @@ std::optional<LineFacts> factsOf(
     LineFacts facts;
     try {
         facts.partNumber = conv::toText(quote.get(row, QuoteLine::PartNumber), locale);
-        facts.quantity = conv::toInt32(
-            Cell(conv::toSingle(quote.get(row, QuoteLine::Quantity), locale)), locale);
+        facts.quantity = QuoteLine::quantity(quote, row, locale);
         facts.unitPrice = conv::toSingle(quote.get(row, QuoteLine::UnitPrice), locale);
     } catch (const VbError &) {
         return std::nullopt;

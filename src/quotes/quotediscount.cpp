@@ -14,10 +14,11 @@ double number(const Table &quote, int row, int field, const QLocale &locale)
     return conv::toDouble(quote.get(row, field), locale);
 }
 
-/// Quantity × unit price; a product beyond the double range raises the overflow error.
+/// Quantity (the whole number the line is priced at) × unit price; a product beyond the
+/// double range raises the overflow error.
 double extendedPrice(const Table &quote, int row, const QLocale &locale)
 {
-    return conv::checkedDouble(number(quote, row, QuoteLine::Quantity, locale)
+    return conv::checkedDouble(double(QuoteLine::quantity(quote, row, locale))
         * number(quote, row, QuoteLine::UnitPrice, locale));
 }
 

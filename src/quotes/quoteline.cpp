@@ -1,6 +1,7 @@
 #include "quotes/quoteline.h"
 
 #include "catalogue/table.h"
+#include "core/conversions.h"
 
 namespace tarnwick::QuoteLine {
 
@@ -10,6 +11,12 @@ int firstFreeRow(const Table &quote)
     while (row <= quote.rowCount() && !quote.get(row, PartNumber).isBlank())
         ++row;
     return row;
+}
+
+qint32 quantity(const Table &quote, int row, const QLocale &locale)
+{
+    const QString text = conv::toText(quote.get(row, Quantity), locale);
+    return conv::toInt32(Cell(conv::toSingle(Cell(text), locale)), locale);
 }
 
 int lineCount(const Table &quote)

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <QtGlobal>
+
+class QLocale;
+
 namespace tarnwick {
 
 class Table;
@@ -33,6 +37,11 @@ int firstFreeRow(const Table &quote);
 
 /// The number of lines of the quote, firstFreeRow() − 1.
 int lineCount(const Table &quote);
+
+/// Quote row row's quantity, the one number every price and total of the line is worked
+/// out from: the cell's text read as a single, rounded half to even to a 32-bit whole
+/// number. Raises 13 when the cell holds no number and 6 when it lies beyond that range.
+qint32 quantity(const Table &quote, int row, const QLocale &locale);
 
 /// Whether quote row row's unit price is locked (a table without the field has no locks).
 bool isLocked(const Table &quote, int row);

@@ -11,15 +11,6 @@ namespace tarnwick::QuoteList {
 
 namespace {
 
-/// The line's quantity: the cell's text, read as a single, then rounded half to even to a
-/// 32-bit integer. A quantity that is no number leaves q at 0.
-qint32 lineQuantity(const Table &quote, int row, const QLocale &locale)
-{
-    const QString text = conv::toText(quote.get(row, QuoteLine::Quantity), locale);
-    const float quantity = conv::toSingle(Cell(text), locale);
-    return conv::toInt32(Cell(quantity), locale);
-}
-
 /// Keeps the quote at its full size after rows were deleted from it.
 void refill(Table &quote, int deleted)
 {
@@ -52,14 +43,16 @@ AddLineResult addProduct(
     return { AddStatus::Added, row };
 }
 
-/// Re-pricing rule: q is the line's quantity. When the quantity was changed, the unit price
-/// becomes SetPrice's price for q, read as a single (so a typed price lasts only until the
-/// next quantity change), except on a locked line, which keeps its unit price; when the price
-/// was changed, the typed price, read as a single, is
-/// kept whatever the price points say. The extended price is then unit price × q in double
-/// precision, not rounded. A price that does not convert counts as 0 (an unknown part number,
-/// a price point without its price). Edits of the part number or the product name change no
-/// price.
+/// Re-pricing rule: q is the line's quantity (QuoteLine::quantity). When the quantity was
+/// changed, the cell is given q itself, so the quantity shown is the one every price and total
+/// is worked out from (2.5 is shown and charged as 2), and the unit price becomes SetPrice's
+/// price for q, read as a single (so a typed price lasts only until the next quantity change),
+/// except on a locked line, which keeps its unit price; when the price was changed, the typed
+/// price, read as a single, is kept whatever the price points say. The extended price is then
+/// unit price × q in double precision, not rounded. A price that does not convert counts as 0
+/// (an unknown part number, a price point without its price), and so does a quantity that does
+/// not (the cell then keeps what was typed). Edits of the part number or the product name
+/// change no price.
 void repriceLine(
     Table &quote, const Table &catalogue, int row, int changedColumn, const QLocale &locale)
 {
@@ -70,7 +63,9 @@ void repriceLine(
     ErrorTrap trap;
     qint32 q = 0;
     float p = 0.0f;
-    trap.step([&] { q = lineQuantity(quote, row, locale); });
+    const bool quantityRead = trap.step([&] { q = QuoteLine::quantity(quote, row, locale); });
+    if (changedColumn == QuoteGridColumn::Quantity && quantityRead)
+        quote.put(row, QuoteLine::Quantity, q);
     if (changedColumn == QuoteGridColumn::Quantity && !QuoteLine::isLocked(quote, row)) {
         trap.step([&] {
             const QString number = conv::toText(quote.get(row, QuoteLine::PartNumber), locale);

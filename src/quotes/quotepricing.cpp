@@ -24,14 +24,12 @@ double unsignedZero(double value, double scale = 1.0)
 
 namespace {
 
-/// The line's quantity as the list total reads it: the number in its cell, which must lie in
-/// the range of a quantity (a 32-bit integer once rounded, as the re-pricing reads it); a
-/// larger one raises 6, so a line the re-pricing could not price adds nothing to either sum.
+/// The line's quantity as the list total reads it: the one the re-pricing charged, so a line
+/// the re-pricing could not price (a quantity beyond the 32-bit range raises 6) adds nothing
+/// to either sum, and a fraction counts as the whole number the line was priced at.
 double listQuantity(const Table &quote, int row, const QLocale &locale)
 {
-    const double quantity = conv::toDouble(quote.get(row, QuoteLine::Quantity), locale);
-    conv::toInt32(Cell(quantity), locale);
-    return quantity;
+    return double(QuoteLine::quantity(quote, row, locale));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "shell/columnwidths.h"
 
+#include "quotes/quotegridmodel.h"
 #include "quotes/quotelist.h"
 
 #include <QHeaderView>
@@ -80,6 +81,27 @@ void fitQuoteGrid(QTableView *grid, const QLocale &locale)
     // below the header's smallest section, which is therefore its caption's width.
     header->setMinimumSectionSize(captionWidth(grid, QuoteGridColumn::Product));
     header->setSectionResizeMode(QuoteGridColumn::Product, QHeaderView::Stretch);
+}
+
+void fitQuoteValues(QTableView *grid)
+{
+    const QAbstractItemModel *model = grid->model();
+    const int lockWidth = grid->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, grid);
+    for (const int column :
+        { QuoteGridColumn::Price, QuoteGridColumn::Quantity, QuoteGridColumn::ExtPrice }) {
+        int wanted = 0;
+        for (int row = 0; row < model->rowCount(); ++row) {
+            const QModelIndex index = model->index(row, column);
+            const QString text = index.data().toString();
+            if (text.isEmpty())
+                continue;
+            // The padlock of a locked price is drawn before its amount.
+            const int mark = index.data(QuoteGridModel::LockedRole).toBool() ? lockWidth : 0;
+            wanted = std::max(wanted, textWidth(grid, text) + mark);
+        }
+        if (wanted > grid->columnWidth(column))
+            grid->setColumnWidth(column, wanted);
+    }
 }
 
 } // namespace ColumnWidths

@@ -22,6 +22,10 @@ void fitProductGrid(QTableView *grid, int nameColumn);
 /// captions and usual values, the product column taking the rest of the width (never less
 /// than its caption: a narrow grid then scrolls).
 void fitQuoteGrid(QTableView *grid, const QLocale &locale);
+/// The quote grid after its lines changed: a price, quantity or extended price wider than its
+/// column widens the column (the product column gives up the room), so no amount is cut.
+/// Columns only grow: a width the user chose stays while the values fit it.
+void fitQuoteValues(QTableView *grid);
 
 } // namespace ColumnWidths
 

@@ -119,6 +119,18 @@ TEST_F(QuoteDiscountTest, ResetPricesCopiesTheListPricesAndRecomputesExtendedPri
     EXPECT_EQ(number(3, QuoteLine::ExtendedPrice), 200.0);
 }
 
+TEST_F(QuoteDiscountTest, ResetAndDiscountChargeTheWholeQuantityTheLineIsPricedAt)
+{
+    // A quantity kept as "2.5" (as a quote book written by an earlier version may hold) is priced
+    // at 2 by every command, as the re-pricing and the list total read it.
+    quote.put(1, QuoteLine::Quantity, "2.5");
+    Discount::resetPrices(quote, EnUs);
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 25.0);
+    Discount::applyToAllLines(quote, Discount::multiplierFor("10%"), EnUs);
+    EXPECT_LT(number(1, QuoteLine::UnitPrice), 12.5);
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 2 * number(1, QuoteLine::UnitPrice));
+}
+
 TEST(QuoteTableTest, TheQuoteEndsAtTheFirstBlankPartNumber)
 {
     Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);

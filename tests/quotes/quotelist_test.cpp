@@ -137,6 +137,24 @@ TEST_F(QuoteListTest, QuantitiesAreRoundedHalfToEven)
     EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 110.0);
 }
 
+TEST_F(QuoteListTest, ATypedFractionIsShownAsTheWholeNumberItIsPricedAt)
+{
+    add("A-100");
+    typeQuantity(1, "2.5");
+    EXPECT_EQ(quote.get(1, QuoteLine::Quantity), Cell(qint32(2)));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 25.0);
+    typeQuantity(1, "16777217"); // a single holds 16777216, the number charged
+    EXPECT_EQ(quote.get(1, QuoteLine::Quantity), Cell(qint32(16777216)));
+}
+
+TEST_F(QuoteListTest, AQuantityThatIsNoNumberIsKeptAsTypedAndPricesNothing)
+{
+    add("A-100");
+    typeQuantity(1, "ten");
+    EXPECT_EQ(quote.get(1, QuoteLine::Quantity), Cell("ten"));
+    EXPECT_EQ(number(1, QuoteLine::ExtendedPrice), 0.0);
+}
+
 TEST_F(QuoteListTest, ATypedPriceIsKeptUntilTheQuantityChangesAgain)
 {
     add("A-100");

@@ -165,6 +165,27 @@ TEST_F(QuotePricingTest, AQuantityBeyondThe32BitRangeAddsNothingToEitherTotal)
     expectOnlyTheOtherLineCounts(QuotePricing::QuotePrice(quote, locale));
 }
 
+TEST_F(QuotePricingTest, AQuantityJustBelowThe32BitLimitThatASingleRoundsUpAddsNothing)
+{
+    // 2147483647 read as a single is 2^31, one past the largest quantity: the line is priced
+    // at nothing, so it must not count in the list total either.
+    add("A-100");
+    add("A-100");
+    typeQuantity(2, "2147483647");
+    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0);
+    expectOnlyTheOtherLineCounts(QuotePricing::QuotePrice(quote, locale));
+}
+
+TEST_F(QuotePricingTest, AFractionalQuantityGivesNoDiscountAtListPrice)
+{
+    add("A-100");
+    typeQuantity(1, "2.5");
+    const QuoteTotals totals = QuotePricing::QuotePrice(quote, locale);
+    EXPECT_EQ(totals.total, QStringLiteral("$25.00"));
+    EXPECT_EQ(totals.discount, QStringLiteral("$0.00"));
+    EXPECT_EQ(totals.percent, QStringLiteral("0.00%"));
+}
+
 TEST_F(QuotePricingTest, AListTotalBeyondTheSingleRangeLeavesThatLineOut)
 {
     // 2e9 × 1e30 fits a double but not a single: the line's list amount is left out.

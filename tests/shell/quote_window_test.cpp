@@ -115,6 +115,32 @@ TEST_F(QuoteWindowTest, ATypedPriceIsKeptUntilTheQuantityChanges)
     EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$5.00"));
 }
 
+TEST_F(QuoteWindowTest, AFractionalQuantityShowsTheWholeNumberItIsCharged)
+{
+    addToQuote(1); // B-200 Bolt, list 2.50
+    typeIntoQuote(0, 3, QStringLiteral("2.5"));
+    EXPECT_EQ(quoteCell(0, 3), QStringLiteral("2"));
+    EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$5.00"));
+    EXPECT_EQ(totals(), QStringList({ "$5.00", "$0.00", "0.00%" }));
+}
+
+TEST_F(QuoteWindowTest, AmountsWiderThanTheirColumnsWidenThemAndTheProductGivesWay)
+{
+    window->resize(1280, 800);
+    addToQuote(1);
+    const int product = quoteGrid->columnWidth(QuoteGridColumn::Product);
+    typeIntoQuote(0, 3, QStringLiteral("80000"));
+    typeIntoQuote(0, 2, QStringLiteral("1250000"));
+    for (const int column :
+        { QuoteGridColumn::Price, QuoteGridColumn::Quantity, QuoteGridColumn::ExtPrice }) {
+        const QString text = quoteCell(0, column);
+        EXPECT_GT(quoteGrid->columnWidth(column), quoteGrid->fontMetrics().horizontalAdvance(text))
+            << text.toStdString() << " is not cut";
+    }
+    EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$100,000,000,000.00"));
+    EXPECT_LT(quoteGrid->columnWidth(QuoteGridColumn::Product), product);
+}
+
 TEST_F(QuoteWindowTest, DiscountingOneLineUsesItsWindowAndTheTwoPercentEntryResets)
 {
     addToQuote(0);

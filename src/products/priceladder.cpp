@@ -66,12 +66,24 @@ bool costsMore(double price, double than)
     return std::round(price * 100.0) > std::round(than * 100.0);
 }
 
-/// A used point: its slot, its threshold as read and its price, when it is a number.
+/// A price as a quote charges it: read as a single.
+std::optional<float> chargedOf(const Cell &cell, const QLocale &locale)
+{
+    try {
+        return conv::toSingle(cell, locale);
+    } catch (const VbError &) {
+        return std::nullopt;
+    }
+}
+
+/// A used point: its slot, its threshold as read and its price, when it is a number, with
+/// the price a quote charges.
 struct Used
 {
     int point;
     qint16 threshold;
     std::optional<double> price;
+    std::optional<float> charged;
 };
 
 /// The quantities: each must be readable and above the one of the used point before it.
@@ -105,7 +117,10 @@ void checkQuantities(const Points &points, const QLocale &locale,
                     .arg(previous->point)
                     .arg(quantityText(previous->threshold, locale)) });
         }
-        Used point { k, *threshold, numberOf(points.price.at(std::size_t(k - 1)), locale) };
+        const Cell &price = points.price.at(std::size_t(k - 1));
+        const auto number = numberOf(price, locale);
+        Used point { k, *threshold, number,
+            number ? chargedOf(price, locale) : std::optional<float>() };
         used.push_back(point);
         previous = point;
     }
@@ -133,6 +148,18 @@ void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLo
                 QStringLiteral("Price %1 (%2) is below zero.")
                     .arg(point.point)
                     .arg(money(*point.price, locale)) });
+        }
+        // A quote keeps a price as a single: about seven digits, so $999,999.99 becomes
+        // $1,000,000.00, and 0.215 shows as $0.22 where this schedule shows $0.21.
+        if (point.charged) {
+            const QString shown = money(*point.price, locale);
+            const QString quoted = money(double(*point.charged), locale);
+            if (shown != quoted) {
+                problems.push_back({ LadderProblem::Kind::ShownOtherwise, point.point, 2,
+                    QStringLiteral("Price %1 (%2) shows as %3 in a quote.")
+                        .arg(point.point)
+                        .arg(shown, quoted) });
+            }
         }
         if (list && costsMore(*point.price, *list)) {
             problems.push_back({ LadderProblem::Kind::AboveListPrice, point.point, 2,

@@ -22,6 +22,7 @@ struct LadderProblem
         CostsMore, ///< a higher quantity costs more than a lower one
         AboveListPrice, ///< a break price above the list price
         BelowZero, ///< a break price below zero
+        ShownOtherwise, ///< a break price a quote shows as another amount (read as a single)
     };
 
     Kind kind = Kind::NotAbovePrevious;

@@ -118,6 +118,21 @@ TEST(PriceLadderTest, APriceBelowZeroIsFoundAndAmountsShowTheirSign)
     EXPECT_EQ(problems[2].text, QStringLiteral("Price 3 (-$1.00) is below zero."));
 }
 
+TEST(PriceLadderTest, ABreakPriceAQuoteShowsAsAnotherAmountIsFound)
+{
+    // A quote reads a break price as a single: 0.215 shows as $0.22 there (here $0.21), and a
+    // single has no cents left for $999,999.99. 2.5 and 0.125 are kept exactly.
+    const Table catalogue = product("2000000",
+        { { "10", "2.5" }, { "20", "0.215" }, { "30", "0.125" }, { "40", "999999.99" } });
+    const auto problems = PriceLadder::checkProduct(catalogue, 1, EnUs);
+    ASSERT_EQ(kindsOf(problems),
+        (std::vector<Kind> { Kind::ShownOtherwise, Kind::ShownOtherwise, Kind::CostsMore }));
+    EXPECT_EQ(problems[0].text, QStringLiteral("Price 2 ($0.21) shows as $0.22 in a quote."));
+    EXPECT_EQ(problems[1].text,
+        QStringLiteral("Price 4 ($999,999.99) shows as $1,000,000.00 in a quote."));
+    EXPECT_EQ(problems[0].column, 2);
+}
+
 TEST(PriceLadderTest, AThresholdSetPriceCannotReadAndAMissingPriceAreFound)
 {
     const Table catalogue = product("20", { { "40000", "15" }, { "ten", "14" }, { "60", "" } });

@@ -150,7 +150,13 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
     QSaveFile file(path);
     errno = 0;
     if (!file.open(QIODevice::WriteOnly)) {
-        const QString folder = QDir::toNativeSeparators(QFileInfo(path).absolutePath());
+        // QSaveFile refuses to replace a file that may not be written, whatever the folder
+        // allows: say so, rather than send the user after the folder's rights.
+        const QFileInfo existing(path);
+        if (existing.exists() && !existing.isWritable())
+            return failedSave(
+                QStringLiteral("the file itself is read-only or locked against changes"));
+        const QString folder = QDir::toNativeSeparators(existing.absolutePath());
         return failedSave(QStringLiteral("no new file can be created in the folder \"%1\": %2")
                               .arg(folder, plainCause(errno, file)));
     }

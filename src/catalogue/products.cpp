@@ -149,11 +149,19 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
     return result;
 }
 
+void Products::markAsFile()
+{
+    m_fileGeneration = m_catalogue.generation();
+}
+
 CatalogueWriteResult Products::WriteProds(const QString &fileName)
 {
     // A file that could not be read at start-up is no good catalogue: the backup keeps the
-    // last good one instead.
-    const BackupRule backup = m_readFailed ? BackupRule::LeaveBackup : BackupRule::KeepPrevious;
+    // last good one instead. Saving an unchanged catalogue again must not make the backup a
+    // second copy of it either.
+    const bool unchanged = m_fileGeneration == m_catalogue.generation();
+    const BackupRule backup =
+        m_readFailed || unchanged ? BackupRule::LeaveBackup : BackupRule::KeepPrevious;
     // The file is written in pieces as it is built, so a large catalogue is never held twice
     // in memory.
     CatalogueStreamResult content;
@@ -175,6 +183,7 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
     // Count follows the rows only when the file was saved; a failed save changes nothing.
     if (result.ok) {
         m_readFailed = false;
+        m_fileGeneration = m_catalogue.generation();
         m_count = content.count;
         result.rowsWritten = content.rowsWritten;
     }

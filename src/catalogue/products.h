@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QString>
 
+#include <optional>
 #include <utility>
 
 namespace tarnwick {
@@ -37,8 +38,14 @@ public:
     /// one takes its place. On a failure the old file is untouched and the result says why.
     /// Afterwards Count is the index of the last row if it was written, else one less.
     /// A save that fails leaves Count as it was. After a ReadProds that could not read the
-    /// file, the save leaves "twdata.bak" as it is: it holds the last good catalogue.
+    /// file, the save leaves "twdata.bak" as it is: it holds the last good catalogue. So does
+    /// a save of a catalogue that has not changed since markAsFile() or the last save: the
+    /// backup keeps the catalogue as it was before its last change, however often an
+    /// unchanged catalogue is saved (every close saves).
     CatalogueWriteResult WriteProds(const QString &fileName);
+
+    /// The catalogue as it is now is what the file holds (after the start read and sorted it).
+    void markAsFile();
 
     qint32 Count() const { return m_count; }
     void setCount(qint32 vData) { m_count = vData; }
@@ -59,6 +66,8 @@ private:
     qint32 m_debugId;
     BeforeReplaceHook m_beforeReplace;
     bool m_readFailed = false; ///< the last ReadProds found a file it could not read
+    /// The catalogue's generation when it was what the file holds; none before.
+    std::optional<quint64> m_fileGeneration;
 };
 
 } // namespace tarnwick

@@ -1,5 +1,6 @@
 #include "shell/cataloguelifecycle.h"
 
+#include "catalogue/cataloguefile.h"
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/recoveryfile.h"
@@ -46,6 +47,7 @@ CatalogueReadResult CatalogueLifecycle::readAndSort()
     // Cut to the products read and put them in part-number order, as a header click would.
     ProductCommands::sortCatalogue(
         catalogue, products, ProductRecord::PartNumber, m_module.locale());
+    products.markAsFile();
     return result;
 }
 
@@ -175,6 +177,8 @@ bool CatalogueLifecycle::offerRecovery()
     const QString path = recoveryFilePath(m_module.DataFile);
     const QFileInfo file(path);
     if (!file.isFile()) {
+        if (offerBackup())
+            return true;
         m_recovery.start();
         return false;
     }
@@ -208,13 +212,52 @@ bool CatalogueLifecycle::offerRecovery()
         m_recovery.start();
         return false;
     }
-    m_module.Catalogue() = std::move(recovered);
-    m_module.AllProducts().setCount(recoveredCount);
+    replaceCatalogue(std::move(recovered), recoveredCount);
+    return true;
+}
+
+void CatalogueLifecycle::replaceCatalogue(Table &&catalogue, qint32 count)
+{
+    m_module.Catalogue() = std::move(catalogue);
+    m_module.AllProducts().setCount(count);
     ProductCommands::sortCatalogue(
         m_module.Catalogue(), m_module.AllProducts(), ProductRecord::PartNumber, m_module.locale());
     m_module.SortedByPart = true;
     m_recovery.start(true);
+}
+
+bool CatalogueLifecycle::offerBackup()
+{
+    // A missing catalogue file is no error (the first start has none), but a backup beside
+    // it means there was a catalogue: deleted, renamed or moved away by mistake.
+    const QString backup = catalogueBackupPath(m_module.DataFile);
+    const QFileInfo file(backup);
+    if (QFileInfo::exists(m_module.DataFile) || !file.isFile())
+        return false;
+    Table restored;
+    qint32 count = 0;
+    const CatalogueReadResult read = readCatalogueCopy(backup, restored, count, m_module.locale());
+    if (read.status != CatalogueReadResult::Status::Ok || count < 1)
+        return false;
+    const QString question = backupQuestion(m_module.DataFile, backup,
+        m_module.locale().toString(file.lastModified(), QLocale::ShortFormat), count);
+    const int style = MsgStyle::YesNo | MsgStyle::Question;
+    if (m_prompts.msgBox(question, style, CatalogueTitle) != MsgResult::Yes)
+        return false;
+    replaceCatalogue(std::move(restored), count);
     return true;
+}
+
+QString CatalogueLifecycle::backupQuestion(
+    const QString &dataFile, const QString &backup, const QString &when, int products)
+{
+    return QStringLiteral("The catalogue file \"%1\" is missing. Its backup \"%2\", saved %3, "
+                          "holds %4 %5.\n\nOpen the backup? It is saved as the catalogue file "
+                          "with your next save. No starts with an empty catalogue and leaves the "
+                          "backup as it is.")
+        .arg(QDir::toNativeSeparators(dataFile), QDir::toNativeSeparators(backup), when)
+        .arg(products)
+        .arg(products == 1 ? QStringLiteral("product") : QStringLiteral("products"));
 }
 
 QString CatalogueLifecycle::unreadMessage(

@@ -67,11 +67,17 @@ public:
     /// Start-up, before the main window shows: when the last run left changes in the recovery
     /// file, asks whether to restore them. Yes puts the recovered catalogue in place (marked
     /// unsaved) and returns true; No keeps the file under a name of its own
-    /// ("twdata-recovered-<date>-<time>.dat"). Starts the recovery watch either way.
+    /// ("twdata-recovered-<date>-<time>.dat"). Without a recovery file, when the catalogue
+    /// file is missing but its backup "twdata.bak" is there, offers to open the backup the same
+    /// way. Starts the recovery watch either way.
     bool offerRecovery();
 
     /// The question asked at start when the recovery file holds changes.
     static QString recoveryQuestion(const QString &when, int changed, int added, int deleted);
+
+    /// The question asked at start when the catalogue file is missing and its backup is there.
+    static QString backupQuestion(
+        const QString &dataFile, const QString &backup, const QString &when, int products);
 
     /// The message shown when the catalogue file could not be read completely.
     static QString unreadMessage(const QString &dataFile, const CatalogueReadResult &result);
@@ -85,6 +91,11 @@ private:
     /// ReadProds, cut to Count, sort on the part number.
     CatalogueReadResult readAndSort();
     bool readsInBackground() const;
+    /// Puts a catalogue read from a copy (the recovery file, the backup) in place of the one
+    /// loaded, in part-number order, as changes not saved yet.
+    void replaceCatalogue(Table &&catalogue, qint32 count);
+    /// The backup of a missing catalogue file, when the user wants it; false otherwise.
+    bool offerBackup();
 
     Module1 &m_module;
     IPrompts &m_prompts;

@@ -118,6 +118,39 @@ TEST_F(SafeSaveTest, SaveKeepsThePreviousFileAsBackup)
         (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
 }
 
+TEST_F(SafeSaveTest, AnUnchangedCatalogueSavedAgainLeavesTheBackup)
+{
+    writeDataFile(OldBytes);
+    fillCatalogue(2);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), OldBytes);
+    const QByteArray saved = dataFileBytes();
+    catalogue.put(1, 2, Cell("changed"));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), saved);
+}
+
+TEST_F(SafeSaveTest, AReadOnlyFileIsNamedAsTheCauseNotItsFolder)
+{
+    writeDataFile(OldBytes);
+    // Root may write any file: act as "nobody" in a folder everyone may write to. Permission
+    // checks (access) go by the real user, so both are changed; the saved one brings root back.
+    ::chmod(QFile::encodeName(folder.path()).constData(), 0777);
+    ::chmod(QFile::encodeName(dataFile()).constData(), 0444);
+    const bool droppedRoot = ::geteuid() == 0 && ::setresuid(65534, 65534, 0) == 0;
+    fillCatalogue(2);
+    const CatalogueWriteResult result = products.WriteProds(dataFile());
+    if (droppedRoot) {
+        EXPECT_EQ(::setresuid(0, 0, 0), 0);
+    }
+    ::chmod(QFile::encodeName(dataFile()).constData(), 0644);
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(
+        result.detail, QStringLiteral("the file itself is read-only or locked against changes"));
+    EXPECT_EQ(dataFileBytes(), OldBytes);
+}
+
 TEST_F(SafeSaveTest, FirstSaveMakesNoBackup)
 {
     fillCatalogue(1);

@@ -85,11 +85,54 @@ TEST_F(CatalogueLifecycleTest, AFailedStartLeavesTheLastGoodBackupInPlace)
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), good);
 }
 
-TEST_F(CatalogueLifecycleTest, AGoodStartKeepsThePreviousFileAsTheBackup)
+TEST_F(CatalogueLifecycleTest, TheBackupKeepsTheCatalogueAsItWasBeforeItsLastChange)
 {
     folder.writeFile(QStringLiteral("twdata.bak"), catalogueLine({ "OLD" }));
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
     EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Ok);
+    // Every close saves: an unchanged catalogue saved again leaves the backup as it is, so
+    // a run without changes does not push the earlier catalogue out of it.
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), catalogueLine({ "OLD" }));
+    const QByteArray beforeChange = folder.readFile(QStringLiteral("twdata.dat"));
+    module.Catalogue().put(1, 2, Cell("Anchor, changed"));
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), beforeChange);
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), beforeChange);
+}
+
+TEST_F(CatalogueLifecycleTest, AMissingFileBesideItsBackupOffersToOpenTheBackup)
+{
+    folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Missing);
+    prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(lifecycle.offerRecovery());
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_EQ(prompts.shown()[0].title, QStringLiteral("Catalogue"));
+    EXPECT_TRUE(prompts.shown()[0].text.startsWith(QStringLiteral("The catalogue file \"")))
+        << prompts.shown()[0].text.toStdString();
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("is missing")));
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("holds 3 products")));
+    EXPECT_EQ(module.Catalogue().rowCount(), 3);
+    EXPECT_EQ(module.Catalogue().get(1, 1), Cell("A-100"));
+    EXPECT_TRUE(lifecycle.recovery().isModified());
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).startsWith("A-100"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
+}
+
+TEST_F(CatalogueLifecycleTest, AMissingFileWhoseBackupIsDeclinedStartsEmptyAndKeepsTheBackup)
+{
+    folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());
+    loadAndReport();
+    prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(lifecycle.offerRecovery());
+    EXPECT_EQ(module.Catalogue().rowCount(), 0);
+    // Saved without a change, as every close saves: the backup is still the last catalogue
+    // there was.
+    EXPECT_TRUE(lifecycle.save().ok);
     EXPECT_TRUE(lifecycle.save().ok);
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
 }

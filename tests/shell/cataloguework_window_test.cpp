@@ -88,7 +88,8 @@ TEST_F(CatalogueWorkTest, ACloseAskedForMeanwhileWaitsForTheWorkAndThenSaves)
             + catalogueLine(
                 { "B-200", "Bolt", "2.5", "Zinc plated", "Nut", "1", "2.5", "100", "2" })
             + catalogueLine({ "C-300", "Clamp", "", "", "" }));
-    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak")))
+        << "an unchanged catalogue makes no backup of itself";
 }
 
 TEST_F(CatalogueWorkTest, AFailureOfTheWorkIsRaisedOnTheWindowsThread)

@@ -106,7 +106,9 @@ void MainWindowActions::createMenuBar(QMainWindow *window)
     action(QStringLiteral("mnuFileExit"))->setShortcut(QKeySequence::Quit);
     action(QStringLiteral("mnuFileNew"))->setShortcut(QKeySequence::New);
     action(QStringLiteral("mnuFileSave"))->setShortcut(QKeySequence::Save);
-    action(QStringLiteral("mnuFileSaveAs"))->setShortcut(QKeySequence::SaveAs);
+    // QKeySequence::SaveAs is Ctrl+Shift+S only on some desktops and nothing on the others.
+    action(QStringLiteral("mnuFileSaveAs"))
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     action(QStringLiteral("mnuHelpContents"))->setShortcut(QKeySequence::HelpContents);
     action(QStringLiteral("mnuViewRefresh"))->setShortcut(QKeySequence::Refresh);
 }

@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScreen>
 #include <QScrollArea>
 #include <QSpinBox>
 #include <QTimer>
@@ -108,7 +109,13 @@ void PrintPreview::buildWindow(const QString &title)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(bar);
     layout->addWidget(m_scroll, 1);
-    resize(900, 1000);
+    // A page and a half tall where the screen allows; never larger than the screen.
+    const QRect room = screen()->availableGeometry();
+    resize(std::min(900, room.width() * 9 / 10), std::min(1000, room.height() * 9 / 10));
+    // The pages have the keyboard, so Home and End go to the first and last page (the page
+    // box would take them for its own cursor).
+    m_scroll->setFocusPolicy(Qt::StrongFocus);
+    m_scroll->setFocus();
 
     const auto find = [this](const char *name) {
         return findChild<QAction *>(QString::fromLatin1(name));

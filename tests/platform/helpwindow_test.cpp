@@ -139,6 +139,25 @@ TEST_F(HelpWindowTest, BackAndForwardRetraceThePagesShown)
     EXPECT_EQ(window->currentTopic(), QStringLiteral("pricepoints.html"));
 }
 
+TEST_F(HelpWindowTest, ATabChosenByItsLetterTakesTheKeyboardToItsBox)
+{
+    window->showTopic(QStringLiteral("welcome.html"));
+    window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    window->browser()->setFocus(); // reading a page
+    QTest::keyClick(window->browser(), Qt::Key_I, Qt::AltModifier);
+    EXPECT_EQ(window->navigation()->currentIndex(), 1);
+    EXPECT_EQ(QApplication::focusWidget(), window->indexBox());
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("quote"));
+    EXPECT_EQ(window->indexBox()->text(), QStringLiteral("quote"));
+
+    window->browser()->setFocus();
+    QTest::keyClick(window->browser(), Qt::Key_S, Qt::AltModifier);
+    EXPECT_EQ(window->navigation()->currentIndex(), 2);
+    EXPECT_EQ(QApplication::focusWidget(), window->searchBox());
+}
+
 TEST_F(HelpWindowTest, ALinkInAPageOpensTheLinkedPage)
 {
     window->showTopic(QStringLiteral("welcome.html"));

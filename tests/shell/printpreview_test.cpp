@@ -7,9 +7,11 @@
 #include "support/testlocale.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QPrinter>
 #include <QProcess>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -118,6 +120,26 @@ TEST_F(PrintPreviewTest, KeysMoveBetweenThePages)
     command(window, "PreviewZoomOut")->trigger();
     command(window, "PreviewZoomOut")->trigger();
     EXPECT_LT(window.shownPage().width(), before.width());
+}
+
+TEST_F(PrintPreviewTest, TheWindowFitsTheScreenAndHomeAndEndReachThePagesAtOnce)
+{
+    const Table catalogue = catalogueOf(300);
+    PriceListDocument document(catalogue, EnUs);
+    PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const QRect room = window.screen()->availableGeometry();
+    EXPECT_LE(window.height(), room.height());
+    EXPECT_LE(window.width(), room.width());
+    // The keys go where the keyboard is when the window opens, not to the page box.
+    QWidget *focus = QApplication::focusWidget();
+    ASSERT_NE(focus, nullptr);
+    EXPECT_EQ(focus->objectName(), QStringLiteral("PreviewPages"));
+    QTest::keyClick(focus, Qt::Key_End);
+    EXPECT_EQ(window.currentPage(), window.pageCount() - 1);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home);
+    EXPECT_EQ(window.currentPage(), 0);
 }
 
 TEST_F(PrintPreviewTest, PrintPrintsEveryPage)

@@ -155,6 +155,17 @@ TEST_F(SavingWindowTest, SaveAsWritesACopyAndKeepsUsingTheCatalogueFile)
     EXPECT_TRUE(fakes->prompts.shown().empty());
 }
 
+TEST_F(SavingWindowTest, CtrlShiftSOpensSaveAsOnEveryDesktop)
+{
+    EXPECT_EQ(action("mnuFileSaveAs")->shortcut(), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S))
+        << "shown in the menu whatever the desktop's own key bindings";
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    fakes->fileDialogs.answer(std::nullopt);
+    QTest::keyClick(grid, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(fakes->fileDialogs.requests().size(), 1u);
+}
+
 TEST_F(SavingWindowTest, AFailedSaveIsReportedAndKeepsTheChangesMarked)
 {
     renameFirstProduct(QStringLiteral("Anchor, unsaved"));

@@ -48,6 +48,14 @@ HelpWindow::HelpWindow(const HelpManual &manual, QWidget *parent)
     m_tabs->addTab(createContentsPage(), tr("&Contents"));
     m_tabs->addTab(createIndexPage(), tr("&Index"));
     m_tabs->addTab(createSearchPage(), tr("&Search"));
+    // A tab chosen by its letter (Alt+I, Alt+S) or a click takes the keyboard to its box, so
+    // the word typed next goes there.
+    connect(m_tabs, &QTabWidget::currentChanged, this, [this](int index) {
+        QWidget *box = index == 1 ? static_cast<QWidget *>(m_indexBox)
+            : index == 2          ? static_cast<QWidget *>(m_searchBox)
+                                  : static_cast<QWidget *>(m_contents);
+        box->setFocus();
+    });
     m_browser = new QTextBrowser(splitter);
     name(m_browser, QStringLiteral("txtHelpTopic"), tr("Help topic"));
     m_browser->setOpenExternalLinks(false);

@@ -82,7 +82,7 @@ int main(int argc, char *argv[])
     const TerminationRequests termination;
     QObject::connect(&termination, &TerminationRequests::requested, [&] {
         if (mainWindow)
-            mainWindow->close();
+            mainWindow->requestClose();
         else
             splash.requestClose();
     });

@@ -26,6 +26,11 @@ const QString ProgramTitle = QStringLiteral("Tarnwick");
 const QString CloseAnywayQuestion =
     QStringLiteral("\n\nClose Tarnwick anyway? The changes made to the catalogue since Tarnwick "
                    "started would be lost.");
+const QString CloseAnywayKeptQuestion =
+    QStringLiteral("\n\nClose Tarnwick anyway? The changes not saved are kept in the recovery "
+                   "file, and Tarnwick offers to restore them at its next start.");
+const QString CloseAnywayUnchangedQuestion =
+    QStringLiteral("\n\nClose Tarnwick anyway? The catalogue holds no changes that are not saved.");
 } // namespace
 
 CatalogueLifecycle::CatalogueLifecycle(Module1 &module, IPrompts &prompts)
@@ -116,7 +121,14 @@ bool CatalogueLifecycle::saveBeforeClose()
         m_recovery.saved();
         return true;
     }
-    const QString text = saveFailedMessage(m_module.DataFile, saved.detail) + CloseAnywayQuestion;
+    // The question says what a close would cost: nothing when the recovery file can take
+    // the changes now (a read-only catalogue file in a folder that takes new files).
+    const bool kept = m_recovery.writeNow();
+    const bool changed = QFileInfo::exists(recoveryFilePath(m_module.DataFile));
+    const QString text = saveFailedMessage(m_module.DataFile, saved.detail)
+        + (!kept          ? CloseAnywayQuestion
+                : changed ? CloseAnywayKeptQuestion
+                          : CloseAnywayUnchangedQuestion);
     const int style = MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2;
     if (m_prompts.msgBox(text, style, CatalogueTitle) != MsgResult::Yes)
         return false;

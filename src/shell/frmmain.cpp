@@ -270,11 +270,19 @@ void frmMain::showEvent(QShowEvent *event)
 
 void frmMain::closeEvent(QCloseEvent *event)
 {
-    if (m_unloaded || Form_Unload()) {
-        event->accept();
-        return;
-    }
-    event->ignore();
+    m_closing = true;
+    const bool closes = m_unloaded || Form_Unload();
+    m_closing = false;
+    event->setAccepted(closes);
+}
+
+void frmMain::requestClose()
+{
+    // While a close asks its questions, Qt would take a second close as done and take the
+    // window off the screen, leaving the program running without one: the user's answer to
+    // the question decides instead.
+    if (!m_closing)
+        close();
 }
 
 bool frmMain::Form_Unload()
@@ -283,7 +291,7 @@ bool frmMain::Form_Unload()
         return true;
     m_exchange->closeImportWindow();
     m_grid->storePendingEdit();
-    if (!m_catalogue.saveBeforeClose())
+    if (!m_book->readyToClose() || !m_catalogue.saveBeforeClose())
         return false;
     m_book->shutDown();
     const QList<QWidget *> others = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);

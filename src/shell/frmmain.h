@@ -58,6 +58,9 @@ public:
     void offerRecovery();
     /// The desktop session ends (log-out): the recovery file takes every change at once.
     void sessionEnding();
+    /// A close asked for from outside (a log-out, a shut-down, Ctrl+C): closes as the user
+    /// would, unless a close is already asking its questions; then their answers decide.
+    void requestClose();
 
     /// Shows the main window (restoring it when minimised).
     void showme();
@@ -209,6 +212,7 @@ private:
     bool m_fitColumnsOnShow = false;
     bool m_loaded = false;
     bool m_unloaded = false;
+    bool m_closing = false; ///< a close is asking its questions
 };
 
 } // namespace tarnwick

@@ -47,6 +47,9 @@ FrmProperties::FrmProperties(const AppServices &services, Module1 &module, QWidg
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     m_close = buttons->button(QDialogButtonBox::Close);
     m_close->setObjectName(QStringLiteral("CmdClose"));
+    // Enter closes the window, also while Open Folder has the keyboard; Space opens the folder.
+    m_close->setDefault(true);
+    m_openFolder->setAutoDefault(false);
     layout->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_openFolder, &QPushButton::clicked, this, &FrmProperties::CmdOpenFolder_Click);

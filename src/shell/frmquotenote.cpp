@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTextEdit>
 #include <QVBoxLayout>
 
@@ -75,6 +76,9 @@ void FrmQuoteNote::connectHandlers()
     connect(m_chkVolumePrices, &QCheckBox::clicked, this, &FrmQuoteNote::ChkVolumePrices_Click);
     connect(m_cmdOK, &QPushButton::clicked, this, &FrmQuoteNote::cmdOK_Click);
     connect(m_cmdNextTip, &QPushButton::clicked, this, &FrmQuoteNote::cmdNextTip_Click);
+    // Escape cancels, as in every dialog (this window is not one, so it says so itself).
+    auto *cancel = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(cancel, &QShortcut::activated, this, &FrmQuoteNote::cmdNextTip_Click);
 }
 
 void FrmQuoteNote::Form_Load()

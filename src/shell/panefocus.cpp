@@ -23,6 +23,15 @@ PaneFocus::PaneFocus(MainWindowUi &ui, QWidget *window) : QObject(window), m_ui(
     backward->setObjectName(QStringLiteral("keyPreviousPane"));
     connect(forward, &QShortcut::activated, this, [this] { move(true); });
     connect(backward, &QShortcut::activated, this, [this] { move(false); });
+    // A tab brought forward by its letter (Alt+Q, Alt+O) or a click takes the keyboard with
+    // it: typing meant for the quote must not go into the product grid's current cell.
+    connect(m_ui.SSTabmain, &QTabWidget::currentChanged, this, [this, window](int index) {
+        QWidget *focus = QApplication::focusWidget();
+        const QWidget *page = m_ui.SSTabmain->widget(index);
+        if (!focus || !window->isAncestorOf(focus) || !page || page->isAncestorOf(focus))
+            return;
+        focusPane(index == QuoteTab ? Pane::Quote : Pane::Details);
+    });
 }
 
 PaneFocus::Pane PaneFocus::next(Pane from, bool forward)

@@ -158,6 +158,29 @@ void QuoteBookController::sessionEnding()
     m_session->keepNow();
 }
 
+bool QuoteBookController::readyToClose()
+{
+    m_lossAccepted = false;
+    if (!m_started)
+        return true;
+    m_ui.GrdQuote->commitPendingEdit();
+    const bool kept = m_session->keepNow();
+    QString problem;
+    if (!m_book.isOpen() && !m_session->isEmpty())
+        problem = QuoteBookMessages::notKept(m_unavailable);
+    else if (m_book.isOpen() && !kept)
+        problem = QuoteBookMessages::notKeptInBook(m_book.errorString());
+    if (problem.isEmpty())
+        return true;
+    // As for the catalogue: the user may rather wait for the book, or save or copy the quote.
+    const int style = MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2;
+    m_lossAccepted =
+        m_services.prompts.msgBox(
+            problem + QStringLiteral("\n\nClose Tarnwick anyway?"), style, Titles::Book)
+        == MsgResult::Yes;
+    return m_lossAccepted;
+}
+
 void QuoteBookController::shutDown()
 {
     if (!m_started)
@@ -165,12 +188,13 @@ void QuoteBookController::shutDown()
     m_session->stopKeeping();
     m_ui.GrdQuote->commitPendingEdit();
     const bool kept = m_session->keepNow();
+    // What readyToClose() asked about is not said again.
     if (!m_book.isOpen()) {
-        if (!m_session->isEmpty())
+        if (!m_session->isEmpty() && !m_lossAccepted)
             report(QuoteBookMessages::notKept(m_unavailable), Titles::Book);
         return;
     }
-    if (!kept)
+    if (!kept && !m_lossAccepted)
         report(QuoteBookMessages::notKeptInBook(m_book.errorString()), Titles::Book);
     const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
     if (!m_keepBackup && !m_book.backupTo(backup))

@@ -45,6 +45,10 @@ public:
     /// After the password, before the window shows: opens the quote book (reporting a damaged
     /// one), puts the quote in hand back on screen and keeps it from then on.
     void start();
+    /// Before a close: keeps the quote in hand with what is being typed. When the book cannot
+    /// take it, says so and asks whether to close all the same; false keeps Tarnwick open
+    /// (the quote goes on being kept safe).
+    bool readyToClose();
     /// Shut-down: keeps the quote in hand, copies the book to "quotes.bak" and closes it.
     void shutDown();
     /// The desktop session ends: the quote in hand, with a cell being typed, is kept at once.
@@ -110,6 +114,7 @@ private:
     QString m_unavailable; ///< why the book could not be opened; empty once it is
     bool m_openable = true; ///< false once the book turned out to be of a later version
     bool m_started = false;
+    bool m_lossAccepted = false; ///< the user chose to close though the quote was not kept
     /// The copy of a damaged book's last close could not be moved aside: it stays untouched.
     bool m_keepBackup = false;
     bool m_keepFailing = false; ///< the status bar says the quote cannot be kept safe

@@ -156,6 +156,9 @@ TEST_F(HelpWindowTest, ATabChosenByItsLetterTakesTheKeyboardToItsBox)
     QTest::keyClick(window->browser(), Qt::Key_S, Qt::AltModifier);
     EXPECT_EQ(window->navigation()->currentIndex(), 2);
     EXPECT_EQ(QApplication::focusWidget(), window->searchBox());
+
+    QTest::keyClick(window->searchBox(), Qt::Key_Escape);
+    EXPECT_FALSE(window->isVisible()) << "Escape puts the help away";
 }
 
 TEST_F(HelpWindowTest, ALinkInAPageOpensTheLinkedPage)

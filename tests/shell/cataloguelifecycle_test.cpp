@@ -191,8 +191,10 @@ TEST_F(CatalogueLifecycleTest, TheSaveFailureNamesTheCauseOnce)
 
 TEST_F(CatalogueLifecycleTest, AFailedSaveAsksWhetherToCloseAnyway)
 {
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
     loadAndReport();
     module.DataFile = folder.filePath(QStringLiteral("missing-folder/twdata.dat"));
+    module.Catalogue().put(1, 2, Cell("changed")); // the recovery file cannot take it either
     prompts.answerMessage(MsgResult::No);
     EXPECT_FALSE(lifecycle.saveBeforeClose());
     ASSERT_EQ(prompts.shown().size(), 1u);
@@ -203,6 +205,32 @@ TEST_F(CatalogueLifecycleTest, AFailedSaveAsksWhetherToCloseAnyway)
     EXPECT_EQ(prompts.shown()[0].title, QStringLiteral("Catalogue"));
     prompts.answerMessage(MsgResult::Yes);
     EXPECT_TRUE(lifecycle.saveBeforeClose());
+}
+
+TEST_F(CatalogueLifecycleTest, TheCloseQuestionSaysWhatClosingWouldCost)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    loadAndReport();
+    EXPECT_FALSE(lifecycle.offerRecovery()); // starts keeping the changes, as the start does
+    // The catalogue file cannot be replaced (a folder took its name), the folder takes files.
+    ASSERT_TRUE(QFile::remove(module.DataFile));
+    ASSERT_TRUE(QDir().mkdir(module.DataFile));
+    prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(lifecycle.saveBeforeClose());
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_TRUE(prompts.shown()[0].text.endsWith(QStringLiteral(
+        "Close Tarnwick anyway? The catalogue holds no changes that are not saved.")));
+
+    module.Catalogue().put(1, 2, Cell("Anchor, changed"));
+    prompts.clear();
+    prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(lifecycle.saveBeforeClose());
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_TRUE(prompts.shown()[0].text.endsWith(
+        QStringLiteral("Close Tarnwick anyway? The changes not saved are kept in the recovery "
+                       "file, and Tarnwick offers to restore them at its next start.")))
+        << prompts.shown()[0].text.toStdString();
+    EXPECT_TRUE(folder.exists(QStringLiteral("twdata-recovery.dat")));
 }
 
 TEST_F(CatalogueLifecycleTest, ASuccessfulSaveClosesWithoutAQuestion)

@@ -94,6 +94,18 @@ TEST_F(QuoteNoteWindowTest, CancelKeepsTheFiles)
     EXPECT_FALSE(folder.exists(QStringLiteral("QuoteNotehead.txt")));
 }
 
+TEST_F(QuoteNoteWindowTest, EscapeCancels)
+{
+    folder.writeFile(QStringLiteral("QuoteNote.txt"), "keep me");
+    open()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    child<QTextEdit>("txtbottom")->setFocus();
+    child<QTextEdit>("txtbottom")->setPlainText(QStringLiteral("changed"));
+    QTest::keyClick(child<QTextEdit>("txtbottom"), Qt::Key_Escape);
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(folder.readFile(QStringLiteral("QuoteNote.txt")), QByteArray("keep me"));
+}
+
 TEST_F(QuoteNoteWindowTest, TheCheckBoxIsSavedAtOnceAndKeptOnCancel)
 {
     open();

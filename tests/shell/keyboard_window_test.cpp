@@ -209,6 +209,21 @@ TEST_F(KeyboardWindowTest, F6GoesRoundTheProductGridTheSideBoxesAndTheQuote)
     EXPECT_EQ(QApplication::focusWidget(), quoteGrid);
 }
 
+TEST_F(KeyboardWindowTest, ATabBroughtForwardByItsLetterTakesTheKeyboardWithIt)
+{
+    window->actions().action(QStringLiteral("mnuEditProd"))->trigger();
+    goToRow(1); // B-200
+    focusGrid(grid);
+    press(Qt::Key_Q, Qt::AltModifier);
+    ASSERT_EQ(window->ui().SSTabmain->currentIndex(), 1);
+    EXPECT_EQ(QApplication::focusWidget(), quoteGrid);
+    type(QStringLiteral("25"));
+    EXPECT_EQ(catalogue().get(2, 1), Cell("B-200")) << "the typing did not go into the product";
+    press(Qt::Key_O, Qt::AltModifier);
+    EXPECT_EQ(window->ui().SSTabmain->currentIndex(), 0);
+    EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
+}
+
 TEST_F(KeyboardWindowTest, PassingThroughTheSideBoxesInEditModeChangesNothing)
 {
     window->actions().action(QStringLiteral("mnuEditProd"))->trigger();

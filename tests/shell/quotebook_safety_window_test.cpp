@@ -40,12 +40,24 @@ TEST_F(QuoteBookWindowTest, AQuoteTheBookWillNotTakeAtCloseIsNamed)
     QSqlQuery(book().database()).exec(QStringLiteral("DROP TABLE in_hand_lines"));
     addToQuote(0);
     fakes->prompts.clear();
-    EXPECT_TRUE(window->close());
-    ASSERT_FALSE(fakes->prompts.shown().empty());
-    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
+    // The close asks first; No keeps Tarnwick open with the quote as it is.
+    fakes->prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(window->close());
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    const ShownPrompt question = fakes->prompts.shown()[0];
+    EXPECT_TRUE(question.text.startsWith(
         QStringLiteral("The quote on screen could not be kept for the next start: ")))
-        << fakes->prompts.shown()[0].text.toStdString();
-    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Quote Book"));
+        << question.text.toStdString();
+    EXPECT_TRUE(question.text.endsWith(QStringLiteral("Close Tarnwick anyway?")));
+    EXPECT_EQ(question.title, QStringLiteral("Quote Book"));
+    EXPECT_EQ(question.style, MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(quoteColumn(0).size(), 2);
+    // Yes closes, and the box is not shown a second time.
+    fakes->prompts.clear();
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(fakes->prompts.shown().size(), 1U);
 }
 
 TEST_F(QuoteBookWindowTest, TheStatusBarTellsWhenTheQuoteIsSafeAgain)
@@ -130,11 +142,13 @@ TEST_F(DamagedBookWindowTest, WithoutABookTheCommandsSayWhy)
     products->setCurrentIndex(products->model()->index(0, 0));
     mainWindow->actions().action(QStringLiteral("mnuGrdMainQuote"))->trigger();
     fakes->prompts.clear();
+    fakes->prompts.answerMessage(MsgResult::Yes);
     EXPECT_TRUE(mainWindow->close());
     ASSERT_EQ(fakes->prompts.shown().size(), 1U);
     EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
         QLatin1String("The quote on screen could not be kept for the next start: the quote book "
                       "is not available (")));
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.endsWith(QLatin1String("Close Tarnwick anyway?")));
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWindow>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -141,14 +142,21 @@ TEST_F(ShutdownTest, AFailedSaveAsksAndKeepsTheWindowOpenOnNo)
     ASSERT_TRUE(QDir(appFolder).removeRecursively());
 
     fakes->prompts.answerMessage(MsgResult::No);
+    // A log-out's close arriving while the question is up waits for its answer: the window
+    // stays on the screen (its platform window is not taken away).
+    fakes->prompts.whileShown([&] { mainWindow->requestClose(); });
     EXPECT_FALSE(mainWindow->close());
+    fakes->prompts.whileShown({});
     EXPECT_TRUE(mainWindow->isVisible());
+    ASSERT_NE(mainWindow->windowHandle(), nullptr);
+    EXPECT_NE(mainWindow->windowHandle()->handle(), nullptr);
     ASSERT_EQ(fakes->prompts.shown().size(), 1u);
     const ShownPrompt &box = fakes->prompts.shown()[0];
     EXPECT_TRUE(box.text.startsWith(QStringLiteral("The catalogue could not be saved to")));
     EXPECT_TRUE(
-        box.text.endsWith(QStringLiteral("Close Tarnwick anyway? The changes made to the "
-                                         "catalogue since Tarnwick started would be lost.")));
+        box.text.endsWith(QStringLiteral("Close Tarnwick anyway? The catalogue holds no changes "
+                                         "that are not saved.")))
+        << "nothing was changed: closing costs nothing";
     EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2);
 
     fakes->prompts.answerMessage(MsgResult::Yes);

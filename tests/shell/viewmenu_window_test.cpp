@@ -96,6 +96,18 @@ TEST_F(ViewMenuWindowTest, OpenFolderShowsTheApplicationFolderInTheFileManager)
     EXPECT_TRUE(fakes->prompts.shown().empty());
 }
 
+TEST_F(ViewMenuWindowTest, EnterClosesPropertiesEvenFromOpenFolder)
+{
+    FrmProperties *form = openProperties();
+    ASSERT_NE(form, nullptr);
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    form->cmdOpenFolder()->setFocus();
+    QTest::keyClick(form->cmdOpenFolder(), Qt::Key_Return);
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_TRUE(fakes->desktop.opened.empty());
+}
+
 TEST_F(ViewMenuWindowTest, AFileManagerThatDoesNotStartIsReportedWithTheFolder)
 {
     fakes->desktop.succeed = false;

@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStyle>
 #include <QTabWidget>
@@ -66,6 +67,9 @@ HelpWindow::HelpWindow(const HelpManual &manual, QWidget *parent)
     m_browser->document()->setDocumentMargin(12);
     createToolBar(bar);
     connect(m_browser, &QTextBrowser::sourceChanged, this, &HelpWindow::topicChanged);
+    // Escape puts the help away, as it closes a dialog.
+    auto *hide = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(hide, &QShortcut::activated, this, &QWidget::close);
     m_indexBox->installEventFilter(this);
     m_searchBox->installEventFilter(this);
     resize(980, 680);

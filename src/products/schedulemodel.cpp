@@ -43,7 +43,8 @@ QVariant ScheduleModel::data(const QModelIndex &index, int role) const
 {
     if (!isCell(index))
         return {};
-    if (role == ProblemRole || role == Qt::ToolTipRole)
+    // Assistive tools read the warning sign's reason as the cell's description.
+    if (role == ProblemRole || role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole)
         return problemData(index, role);
     const Cell &cell = m_schedule.get(index.row() + 1, index.column() + 1);
     if (cell.isNull())
@@ -72,6 +73,8 @@ QVariant ScheduleModel::problemData(const QModelIndex &index, int role) const
     }
     if (role == ProblemRole)
         return !texts.isEmpty();
+    if (role == Qt::AccessibleDescriptionRole)
+        return texts.isEmpty() ? QVariant() : QVariant(texts.join(QLatin1Char(' ')));
     return texts.isEmpty() ? QVariant() : QVariant(plainToolTip(texts.join(QLatin1Char('\n'))));
 }
 
@@ -79,7 +82,7 @@ void ScheduleModel::recheck()
 {
     if (rowCount() > 0)
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1),
-            { ProblemRole, Qt::ToolTipRole });
+            { ProblemRole, Qt::ToolTipRole, Qt::AccessibleDescriptionRole });
 }
 
 QVariant ScheduleModel::headerData(int section, Qt::Orientation orientation, int role) const

@@ -58,6 +58,11 @@ QVariant QuoteGridModel::data(const QModelIndex &index, int role) const
     const int row = quoteRowOf(index.row());
     if (role == LockedRole)
         return index.column() == QuoteGridColumn::Price && QuoteLine::isLocked(m_quote, row);
+    // The padlock is a picture: assistive tools read it as the cell's description.
+    if (role == Qt::AccessibleDescriptionRole)
+        return index.column() == QuoteGridColumn::Price && QuoteLine::isLocked(m_quote, row)
+            ? QVariant(tr("Price locked: a quantity change keeps it"))
+            : QVariant();
     if (role == Qt::ToolTipRole) {
         if (index.column() != QuoteGridColumn::Quantity)
             return {};

@@ -3,9 +3,16 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QFocusEvent>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
+#include <QPainter>
 
 namespace tarnwick {
+
+GridView::GridView(QWidget *parent) : QTableView(parent)
+{
+    showKeyboard(false);
+}
 
 QWidget *GridView::openEditor() const
 {
@@ -119,6 +126,56 @@ void GridView::focusInEvent(QFocusEvent *event)
         return;
     }
     QTableView::focusInEvent(event);
+    showKeyboard(true);
+}
+
+void GridView::focusOutEvent(QFocusEvent *event)
+{
+    QTableView::focusOutEvent(event);
+    // A menu or another window taking the keyboard for a moment leaves the grid as it is.
+    const Qt::FocusReason reason = event->reason();
+    if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason && !hasKeyboard())
+        showKeyboard(false);
+}
+
+bool GridView::hasKeyboard() const
+{
+    const QWidget *focus = QApplication::focusWidget();
+    return focus && (focus == this || isAncestorOf(focus));
+}
+
+void GridView::showKeyboard(bool here)
+{
+    // Both grids would otherwise look alike, whichever has the keyboard.
+    QPalette colours = palette();
+    const QPalette normal = QApplication::palette(this);
+    for (const QPalette::ColorGroup group : { QPalette::Active, QPalette::Inactive }) {
+        colours.setColor(group, QPalette::Highlight,
+            here ? normal.color(group, QPalette::Highlight)
+                 : normal.color(group, QPalette::Midlight));
+        colours.setColor(group, QPalette::HighlightedText,
+            here ? normal.color(group, QPalette::HighlightedText)
+                 : normal.color(group, QPalette::Text));
+    }
+    setPalette(colours);
+}
+
+void GridView::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    // The style's focus frame is a faint dotted line on the selected row: the cell the next key
+    // goes to gets a clear frame.
+    const QModelIndex current = currentIndex();
+    if (!hasFocus() || isEditing() || !current.isValid())
+        return;
+    const QRect cell = visualRect(current);
+    if (cell.isEmpty())
+        return;
+    QPainter painter(viewport());
+    const bool selected = selectionModel() && selectionModel()->isSelected(current);
+    painter.setPen(
+        QPen(palette().color(selected ? QPalette::HighlightedText : QPalette::Highlight), 2));
+    painter.drawRect(QRectF(cell).adjusted(1.5, 1.5, -1.5, -1.5));
 }
 
 bool GridView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)

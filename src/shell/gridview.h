@@ -9,13 +9,15 @@ namespace tarnwick {
 /// Menu key ask for the grid's context menu at its current cell (a keyboard context-menu
 /// event the grid's owner answers), Ctrl+Tab and Ctrl+Shift+Tab leave the grid for the next
 /// or previous control (Tab moves between cells), also from an open cell editor. Focus coming
-/// back to the window leaves a grid without a current row as it is.
+/// back to the window leaves a grid without a current row as it is. The grid that has the
+/// keyboard shows it: its selection in the highlight colour and its current cell framed; a
+/// grid without the keyboard shows its selection in a quiet grey.
 class GridView : public QTableView
 {
     Q_OBJECT
 
 public:
-    using QTableView::QTableView;
+    explicit GridView(QWidget *parent = nullptr);
 
     /// True while a cell editor is open.
     bool isEditing() const { return state() == QAbstractItemView::EditingState; }
@@ -37,14 +39,22 @@ public:
 
     using QTableView::edit;
 
+    /// The open cell editor; none when no cell is being edited.
+    QWidget *openEditor() const;
+    /// Whether the keyboard is in the grid or its cell editor.
+    bool hasKeyboard() const;
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    QWidget *openEditor() const;
+    /// Paints the selection as the grid with (or without) the keyboard.
+    void showKeyboard(bool here);
     /// Handles the grid's own keys for key; true when it was one of them.
     bool handleGridKey(const QKeyCombination &key);
 };

@@ -1,5 +1,6 @@
 #include "shell/productgridcontroller.h"
 
+#include "catalogue/cataloguetext.h"
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
 #include "commands/catalogueedits.h"
@@ -23,6 +24,7 @@
 #include <QContextMenuEvent>
 #include <QFocusEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -269,6 +271,9 @@ bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
             && m_ui.PriceSchedule->currentIndex().isValid())
             m_scheduleMenu->popup(m_ui.PriceSchedule->keyboardMenuPosition());
         return true;
+    } else if (watched == grid && event->type() == QEvent::KeyPress) {
+        if (priceCellTyped(*static_cast<QKeyEvent *>(event)))
+            return true;
     } else if (watched == grid && event->type() == QEvent::ContextMenu) {
         // The menu key and Shift+F10 open the menu for the current row; a right click opens it
         // on release.
@@ -278,6 +283,26 @@ bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     return QObject::eventFilter(watched, event);
+}
+
+bool ProductGridController::priceCellTyped(const QKeyEvent &key)
+{
+    const QString text = key.text();
+    if (!editMode() || text.isEmpty() || !text.front().isPrint()
+        || (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)))
+        return false;
+    const QModelIndex current = m_ui.GrdMain->currentIndex();
+    if (!current.isValid() || (current.flags() & Qt::ItemIsEditable))
+        return false;
+    if (ProductGridModel::fieldOfColumn(current.column()) == ProductRecord::Price) {
+        // As typing into a cell: the box's text is replaced by what is typed.
+        m_ui.TxtPrice->setFocus(Qt::OtherFocusReason);
+        m_ui.TxtPrice->setText(text);
+        return true;
+    }
+    showRowStatus(tr("Price points are typed in the Price Schedule of the Product tab (F6 "
+                     "goes there)."));
+    return true;
 }
 
 void ProductGridController::setSideBoxesLocked(bool locked)
@@ -358,12 +383,27 @@ int ProductGridController::pendingRow(Table &row) const
 {
     const int at = currentBookmark();
     const Table &catalogue = m_module.Catalogue();
-    if (!editMode() || at < 1 || at > catalogue.rowCount() || boxesAsShown(at))
+    if (!editMode() || at < 1 || at > catalogue.rowCount())
+        return 0;
+    // A part number or name still being typed into the grid's cell counts too (a new
+    // product's name is typed there).
+    int typedField = 0;
+    QString typed;
+    if (const auto *editor = qobject_cast<const QLineEdit *>(m_ui.GrdMain->openEditor())) {
+        typedField = ProductGridModel::fieldOfColumn(m_ui.GrdMain->currentIndex().column());
+        typed = withoutFieldEndCharacters(editor->text());
+        const Cell &stored = catalogue.get(at, typedField);
+        if (typed == (stored.isNull() ? QString() : conv::toText(stored, m_module.locale())))
+            typedField = 0;
+    }
+    if (typedField == 0 && boxesAsShown(at))
         return 0;
     for (int field = 1; field <= ProductRecord::FieldCount; ++field)
         row.put(1, field, catalogue.get(at, field));
     Table scheduleCopy = m_module.ScheduleTable();
     ProductRow::writeBack(row, 1, boxTexts(), scheduleCopy, m_module.locale());
+    if (typedField != 0)
+        row.put(1, typedField, Cell(typed));
     return at;
 }
 

@@ -9,6 +9,7 @@
 #include <QString>
 
 class QAction;
+class QKeyEvent;
 class QMenu;
 class QModelIndex;
 
@@ -115,6 +116,10 @@ private:
     void clearRowStatus();
     /// A side box was left: its text is stored in the product it shows.
     void storeSideBox(int field);
+    /// A key typed on a price cell of the grid in edit mode: prices are typed in the side
+    /// boxes, so the list price goes to its box and a price point gets a word where to type
+    /// it (instead of the grid's search moving to another product). True when it was taken.
+    bool priceCellTyped(const QKeyEvent &key);
     bool gridCellTyped(int row, int field, const Cell &value);
     bool scheduleCellTyped(int row, int column, const Cell &value);
     /// Empties what the schedule shows, storing nothing.

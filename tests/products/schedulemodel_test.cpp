@@ -92,6 +92,10 @@ TEST_F(ScheduleModelTest, ACellWithALadderProblemCarriesAMarkerAndItsTextAsToolT
     EXPECT_TRUE(model.index(1, 0).data(ScheduleModel::ProblemRole).toBool());
     EXPECT_EQ(model.index(1, 0).data(Qt::ToolTipRole).toString(),
         QStringLiteral("Price Point 2 (10) is not above Price Point 1 (25)."));
+    EXPECT_EQ(model.index(1, 0).data(Qt::AccessibleDescriptionRole).toString(),
+        QStringLiteral("Price Point 2 (10) is not above Price Point 1 (25)."))
+        << "assistive tools read the warning sign's reason";
+    EXPECT_FALSE(model.index(0, 0).data(Qt::AccessibleDescriptionRole).isValid());
     EXPECT_FALSE(model.index(0, 0).data(ScheduleModel::ProblemRole).toBool());
     EXPECT_EQ(model.index(1, 1).data(Qt::ToolTipRole).toString(),
         QStringLiteral("Price Point 2 (10) has no price."));

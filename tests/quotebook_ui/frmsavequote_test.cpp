@@ -99,6 +99,22 @@ TEST_F(FrmSaveQuoteTest, AnEmailAddressMustBeOne)
     EXPECT_TRUE(window.problemText().isEmpty());
 }
 
+TEST_F(FrmSaveQuoteTest, ALongProblemIsShownWholeAndTheBoxesKeepTheirHeight)
+{
+    window.show();
+    const int boxHeight = child<QLineEdit>("TxtEmail")->height();
+    type("TxtCustomer", QStringLiteral("Bob Smith"));
+    type("TxtEmail", QStringLiteral("sales at acme plumbing wholesale dot com please call first"));
+    QTest::mouseClick(child<QPushButton>("CmdOK"), Qt::LeftButton);
+    const QLabel *problem = child<QLabel>("LblProblem");
+    ASSERT_TRUE(problem->isVisible());
+    EXPECT_GE(problem->height(), problem->heightForWidth(problem->width()))
+        << "every line of the problem shows";
+    EXPECT_GE(problem->geometry().bottom(), child<QLineEdit>("TxtReference")->geometry().bottom())
+        << "under the boxes";
+    EXPECT_EQ(child<QLineEdit>("TxtEmail")->height(), boxHeight);
+}
+
 TEST_F(FrmSaveQuoteTest, CancelGivesNothing)
 {
     window.show();

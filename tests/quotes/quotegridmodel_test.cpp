@@ -109,6 +109,18 @@ TEST_F(QuoteGridModelTest, ClearingAPartNumberEndsTheQuoteThere)
     EXPECT_FALSE(editable(1, QuoteGridColumn::Quantity));
 }
 
+TEST_F(QuoteGridModelTest, ALockedPriceIsDescribedForAssistiveTools)
+{
+    add("A-100");
+    EXPECT_FALSE(
+        model.index(0, QuoteGridColumn::Price).data(Qt::AccessibleDescriptionRole).isValid());
+    QuoteLine::setLocked(quote, 1, true);
+    EXPECT_EQ(model.index(0, QuoteGridColumn::Price).data(Qt::AccessibleDescriptionRole).toString(),
+        QStringLiteral("Price locked: a quantity change keeps it"));
+    EXPECT_FALSE(
+        model.index(0, QuoteGridColumn::Quantity).data(Qt::AccessibleDescriptionRole).isValid());
+}
+
 TEST_F(QuoteGridModelTest, GridRowIsQuoteRowMinusOne)
 {
     EXPECT_EQ(QuoteGridModel::quoteRowOf(0), 1);

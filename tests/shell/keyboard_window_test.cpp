@@ -224,6 +224,53 @@ TEST_F(KeyboardWindowTest, ATabBroughtForwardByItsLetterTakesTheKeyboardWithIt)
     EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
 }
 
+TEST_F(KeyboardWindowTest, APriceTypedOnThePriceColumnGoesToTheListPriceBox)
+{
+    window->actions().action(QStringLiteral("mnuEditProd"))->trigger();
+    goToRow(1); // B-200, list price 2.5
+    focusGrid(grid);
+    grid->setCurrentIndex(grid->model()->index(1, 2)); // its Price cell
+    type(QStringLiteral("4.25"));
+    EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
+    EXPECT_EQ(window->ui().TxtPrice->text(), QStringLiteral("4.25"));
+    EXPECT_EQ(grid->currentIndex().row(), 1) << "the grid's search did not move to another row";
+    press(Qt::Key_F6); // on to the quote: the box is stored
+    EXPECT_EQ(catalogue().get(2, 1), Cell("B-200"));
+    EXPECT_EQ(catalogue().get(2, 3), Cell("$4.25")); // as the box shows it
+
+    // A price point's column says where price points are typed, and changes nothing.
+    focusGrid(grid);
+    grid->setCurrentIndex(grid->model()->index(1, 3));
+    const quint64 before = catalogue().generation();
+    type(QStringLiteral("9"));
+    EXPECT_EQ(QApplication::focusWidget(), grid);
+    EXPECT_TRUE(window->ui().sbPanel1->text().startsWith(
+        QStringLiteral("Price points are typed in the Price Schedule")));
+    EXPECT_EQ(catalogue().generation(), before);
+    EXPECT_EQ(grid->currentIndex().row(), 1);
+}
+
+TEST_F(KeyboardWindowTest, OnlyTheGridWithTheKeyboardShowsItsSelectionInTheHighlight)
+{
+    const QColor highlight =
+        QApplication::palette(grid).color(QPalette::Active, QPalette::Highlight);
+    const auto shown = [](const GridView *view) {
+        return view->palette().color(QPalette::Active, QPalette::Highlight);
+    };
+    focusGrid(grid);
+    EXPECT_EQ(shown(grid), highlight);
+    EXPECT_NE(shown(quoteGrid), highlight);
+    press(Qt::Key_D, Qt::ControlModifier); // Add to Quote: the keyboard goes to the quote
+    ASSERT_EQ(QApplication::focusWidget(), quoteGrid);
+    EXPECT_EQ(shown(quoteGrid), highlight);
+    EXPECT_NE(shown(grid), highlight);
+    // Its own cell editor keeps the keyboard in the grid.
+    quoteGrid->setCurrentIndex(quoteGrid->model()->index(0, 3));
+    quoteGrid->edit(quoteGrid->currentIndex());
+    ASSERT_NE(quoteGrid->openEditor(), nullptr);
+    EXPECT_EQ(shown(quoteGrid), highlight);
+}
+
 TEST_F(KeyboardWindowTest, PassingThroughTheSideBoxesInEditModeChangesNothing)
 {
     window->actions().action(QStringLiteral("mnuEditProd"))->trigger();

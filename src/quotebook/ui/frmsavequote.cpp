@@ -47,14 +47,17 @@ FrmSaveQuote::FrmSaveQuote(QWidget *parent) : QDialog(parent)
     form->addRow(tr("&E-mail:"), m_txtEmail);
     form->addRow(tr("&Reference:"), m_txtReference);
     auto *buttons = new QHBoxLayout;
-    buttons->addWidget(m_problem, 1);
+    buttons->addStretch(1);
     buttons->addWidget(m_cmdOK);
     buttons->addWidget(m_cmdCancel);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_intro);
     layout->addLayout(form);
+    // The problem has a line of its own under the boxes, as wide as the window.
+    layout->addWidget(m_problem);
     layout->addLayout(buttons);
     m_intro->hide();
+    m_problem->hide();
     m_txtEmail->setInputMethodHints(Qt::ImhEmailCharactersOnly);
     setMinimumWidth(fontMetrics().horizontalAdvance(QLatin1Char('M')) * 32);
     connectHandlers();
@@ -96,6 +99,12 @@ void FrmSaveQuote::CmdOK_Click()
 {
     const QString problem = details().problem();
     m_problem->setText(problem);
+    m_problem->setVisible(!problem.isEmpty());
+    // The window grows to show the whole of it; the boxes keep their height.
+    layout()->activate();
+    const int needed = layout()->totalHeightForWidth(width());
+    if (needed > height())
+        resize(width(), needed);
     if (problem.isEmpty()) {
         accept();
         return;

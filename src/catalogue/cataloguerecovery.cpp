@@ -169,8 +169,11 @@ void CatalogueRecovery::startWrite()
     const qint32 count = m_module.AllProducts().Count();
     const QLocale locale = m_module.locale();
     const Table *table = m_writing.get();
-    m_worker.reset(QThread::create([this, target, table, count, locale] {
+    const QString dataFile = m_module.DataFile;
+    m_worker.reset(QThread::create([this, target, table, count, locale, dataFile] {
         m_writeResult = writeCatalogueCopy(target, *table, count, locale);
+        if (m_writeResult.ok)
+            takePermissions(dataFile, target);
     }));
     connect(m_worker.get(), &QThread::finished, this, &CatalogueRecovery::writeFinished,
         Qt::QueuedConnection);
@@ -224,6 +227,7 @@ bool CatalogueRecovery::writeNow()
         m_lastError = result.detail;
         return false;
     }
+    takePermissions(m_module.DataFile, path());
     m_writtenState = now;
     m_fileExists = true;
     if (!m_lastError.isEmpty()) {

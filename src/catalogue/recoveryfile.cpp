@@ -38,6 +38,13 @@ QString recoveryFilePath(const QString &dataFile)
     return sideFileName(dataFile, QStringLiteral("-recovery"), QString());
 }
 
+void takePermissions(const QString &original, const QString &copy)
+{
+    const QFileInfo source(original);
+    if (source.exists())
+        QFile::setPermissions(copy, source.permissions());
+}
+
 CatalogueWriteResult writeCatalogueCopy(
     const QString &path, const Table &table, qint32 count, const QLocale &locale)
 {

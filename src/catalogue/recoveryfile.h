@@ -22,6 +22,10 @@ QString recoveryFilePath(const QString &dataFile);
 CatalogueWriteResult writeCatalogueCopy(
     const QString &path, const Table &table, qint32 count, const QLocale &locale);
 
+/// Gives the file at copy the permissions of the file at original, so a copy of a catalogue
+/// (the recovery file) is as private as the catalogue; nothing when original is not there.
+void takePermissions(const QString &original, const QString &copy);
+
 /// Reads a catalogue file into table, which is re-dimensioned to the products read; count
 /// receives their number. The result says whether the whole file was read.
 CatalogueReadResult readCatalogueCopy(

@@ -67,6 +67,10 @@ bool write(QSqlDatabase &db, const QString &path, QString &error)
         QFile::remove(temporary);
         return false;
     }
+    // The copy is as private as the book.
+    const QFileInfo book(db.databaseName());
+    if (book.exists())
+        QFile::setPermissions(temporary, book.permissions());
     std::error_code failed;
     std::filesystem::rename(
         QFileInfo(temporary).filesystemFilePath(), QFileInfo(path).filesystemFilePath(), failed);

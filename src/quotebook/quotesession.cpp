@@ -1,6 +1,7 @@
 #include "quotebook/quotesession.h"
 
 #include "catalogue/table.h"
+#include "commands/cellchanges.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 
@@ -205,6 +206,32 @@ std::optional<Table> QuoteSession::restore()
     m_keptQuoteId = m_header.id;
     Q_EMIT headerChanged();
     return inHand->content.lines;
+}
+
+std::optional<QuoteHeader> QuoteSession::saveMissedInHand(
+    const QuoteTexts &texts, const QDate &today)
+{
+    const auto inHand = m_book.inHand();
+    if (!inHand || inHand->content.lines.rowCount() == 0)
+        return std::nullopt;
+    SavedQuote quote;
+    const auto continued =
+        inHand->quoteId != 0 ? m_book.load(inHand->quoteId) : std::optional<SavedQuote>();
+    if (continued && sameCells(continued->content.lines, inHand->content.lines))
+        return std::nullopt; // nothing but what the book holds as that revision
+    if (continued) {
+        quote.header = continued->header;
+    } else {
+        quote.header.heading = texts.heading;
+        quote.header.ending = texts.ending;
+        quote.header.customer.reference = QStringLiteral("Kept at an earlier close");
+    }
+    quote.header.date = today;
+    quote.header.validUntil = today.addDays(DefaultValidDays);
+    quote.header.status = QuoteStatus::Draft;
+    quote.content = inHand->content;
+    const bool saved = continued ? m_book.saveRevision(quote) : m_book.saveNew(quote);
+    return saved ? std::optional<QuoteHeader>(quote.header) : std::nullopt;
 }
 
 bool QuoteSession::keepNow()

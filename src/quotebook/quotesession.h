@@ -47,6 +47,12 @@ public:
     /// Start-up: the quote in hand as the book kept it. Its header is taken over here; the
     /// lines come back for the quote to load. None when the book keeps no quote in hand.
     std::optional<Table> restore();
+    /// The quote in hand the book kept from an earlier run, when this run could not bring it
+    /// back at its start (the book was held by another program then): saved as a quote of its
+    /// own before this run's quote is kept in its place, as the next revision of the quote it
+    /// continued or as a new quote dated today. None when the book keeps no such lines, they
+    /// are that revision unchanged, or the save failed (errorString() of the book says why).
+    std::optional<QuoteHeader> saveMissedInHand(const QuoteTexts &texts, const QDate &today);
 
     /// The first save: the quote gets the next number of today's year, revision A, dated today
     /// and valid for DefaultValidDays, for customer.

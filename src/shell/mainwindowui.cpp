@@ -87,6 +87,11 @@ void MainWindowUi::setupUi(QMainWindow *window)
     sbPanel1->setTextFormat(Qt::PlainText);
     sbPanel1->setMinimumWidth(160);
     window->statusBar()->addWidget(sbPanel1, 1);
+    sbUnsafe = named(new QLabel(QObject::tr("Changes not kept safe"), window), "sbUnsafe");
+    sbUnsafe->setAccessibleName(QObject::tr("Warning"));
+    sbUnsafe->setStyleSheet(QStringLiteral("font-weight: bold"));
+    sbUnsafe->hide();
+    window->statusBar()->addPermanentWidget(sbUnsafe);
 }
 
 QWidget *MainWindowUi::createProductPage(QWidget *parent)

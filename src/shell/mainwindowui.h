@@ -41,6 +41,9 @@ struct MainWindowUi
     QLineEdit *TxtQdisper = nullptr;
     QLabel *LblNextBreak = nullptr; ///< the current quote line's next price break
     QLabel *sbPanel1 = nullptr; ///< the status bar's first panel
+    /// At the status bar's right end while the unsaved changes cannot be kept safe: the
+    /// warning stays in view until they are (the first panel's texts come and go).
+    QLabel *sbUnsafe = nullptr;
 
 private:
     QWidget *createProductPage(QWidget *parent);

@@ -95,8 +95,12 @@ void QuoteBookController::start()
     if (m_started)
         return;
     m_started = true;
-    if (QFileInfo::exists(bookPath()) && openBook(true))
-        restoreInHand();
+    if (QFileInfo::exists(bookPath())) {
+        if (openBook(true))
+            restoreInHand();
+        else
+            m_missedInHand = true;
+    }
     m_session->setOpener([this] { return openBook(false); });
     m_session->startKeeping(KeepInterval);
 }
@@ -123,7 +127,21 @@ bool QuoteBookController::openBook(bool inABox)
     // A book of a later version stays as it is for the whole run.
     m_openable = result.status != QuoteBook::OpenStatus::TooNew;
     m_unavailable = m_book.isOpen() ? QString() : result.detail;
+    if (m_book.isOpen() && std::exchange(m_missedInHand, false))
+        saveMissedInHand();
     return m_book.isOpen();
+}
+
+void QuoteBookController::saveMissedInHand()
+{
+    // The quote the last run left on screen was not brought back at the start: before this
+    // run's quote is kept in its place, it becomes a quote of its own.
+    const auto saved = m_session->saveMissedInHand(currentTexts(), QDate::currentDate());
+    if (saved) {
+        status(QStringLiteral("The quote on screen when Tarnwick last closed could not be brought "
+                              "back at the start; it is saved as %1 (Open Quote finds it).")
+                   .arg(saved->numberAndRevision()));
+    }
 }
 
 QString QuoteBookController::keepLastCopy(const QuoteBook::OpenResult &replaced)

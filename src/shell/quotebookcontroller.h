@@ -95,6 +95,9 @@ private:
     /// agrees (one more step).
     void offerTodaysPrices(const std::vector<PriceSource> &sources);
     void restoreInHand();
+    /// Saves the quote the last run kept, which the start could not bring back, as a quote of
+    /// its own (said in the status bar).
+    void saveMissedInHand();
     void showHeader();
     /// A frame shown or resized shows its title again, cut to its width.
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -115,6 +118,9 @@ private:
     bool m_openable = true; ///< false once the book turned out to be of a later version
     bool m_started = false;
     bool m_lossAccepted = false; ///< the user chose to close though the quote was not kept
+    /// The book could not be opened at the start: the quote it keeps from the last run was
+    /// not brought back, and must not be replaced unseen once the book opens.
+    bool m_missedInHand = false;
     /// The copy of a damaged book's last close could not be moved aside: it stays untouched.
     bool m_keepBackup = false;
     bool m_keepFailing = false; ///< the status bar says the quote cannot be kept safe

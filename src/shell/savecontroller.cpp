@@ -39,12 +39,18 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
     connect(
         &recovery, &CatalogueRecovery::modifiedChanged, m_window, &QMainWindow::setWindowModified);
     connect(&recovery, &CatalogueRecovery::writeFailed, this, [this](const QString &detail) {
-        m_ui.sbPanel1->setText(
+        const QString text =
             QStringLiteral("Unsaved changes cannot be kept safe: %1. Save the catalogue.")
-                .arg(detail));
+                .arg(detail);
+        m_ui.sbPanel1->setText(text);
+        m_ui.sbUnsafe->setToolTip(text);
+        m_ui.sbUnsafe->setAccessibleDescription(text);
+        m_ui.sbUnsafe->show();
     });
-    connect(&recovery, &CatalogueRecovery::writeRecovered, this,
-        [this] { m_ui.sbPanel1->setText(RecoveredMessage); });
+    connect(&recovery, &CatalogueRecovery::writeRecovered, this, [this] {
+        m_ui.sbPanel1->setText(RecoveredMessage);
+        m_ui.sbUnsafe->hide();
+    });
 }
 
 void SaveController::storeEdits()

@@ -289,6 +289,19 @@ TEST_F(CatalogueRecoveryTest, WriteNowTakesTheLatestChangeAtOnce)
     EXPECT_EQ(readRecovery().get(1, 2).asText(), QStringLiteral("Anchor, last"));
 }
 
+TEST_F(CatalogueRecoveryTest, TheCopyIsAsPrivateAsTheCatalogue)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), QByteArray());
+    const QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    ASSERT_TRUE(QFile::setPermissions(module.DataFile, ownerOnly));
+    recovery.setIntervals(60000, 60000);
+    recovery.start();
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor, private"));
+    ASSERT_TRUE(recovery.writeNow());
+    EXPECT_EQ(QFileInfo(recoveryPath()).permissions(), QFileInfo(module.DataFile).permissions());
+    EXPECT_FALSE(QFileInfo(recoveryPath()).permissions() & QFileDevice::ReadOther);
+}
+
 TEST_F(CatalogueRecoveryTest, AFolderThatTakesNoFileIsReportedOnce)
 {
     module.DataFile = folder.filePath(QStringLiteral("missing-folder/twdata.dat"));

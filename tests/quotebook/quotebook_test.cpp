@@ -287,6 +287,16 @@ TEST_F(QuoteBookTest, TheBackupIsAWholeBookOfItsOwn)
     EXPECT_TRUE(sameCells(loaded->content.lines, quote.content.lines));
 }
 
+TEST_F(QuoteBookTest, TheBackupIsAsPrivateAsTheBook)
+{
+    ASSERT_TRUE(
+        QFile::setPermissions(bookPath(), QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+    const QString backup = folder.filePath(QStringLiteral("quotes.bak"));
+    ASSERT_TRUE(book->backupTo(backup)) << book->errorString().toStdString();
+    EXPECT_EQ(QFileInfo(backup).permissions(), QFileInfo(bookPath()).permissions());
+    EXPECT_FALSE(QFileInfo(backup).permissions() & QFileDevice::ReadOther);
+}
+
 TEST_F(QuoteBookTest, ABackupThatCannotBeWrittenLeavesTheOldOne)
 {
     folder.writeFile(QStringLiteral("quotes.bak"), "the backup before");

@@ -232,6 +232,43 @@ TEST_F(QuoteSessionTest, ASavedQuoteInHandComesBackAsThatRevisionWithItsChanges)
     EXPECT_TRUE(next.isChanged()) << "the second line was never saved";
 }
 
+TEST_F(QuoteSessionTest, AQuoteInHandTheStartCouldNotBringBackIsSavedBeforeItIsReplaced)
+{
+    add(1, QStringLiteral("10"));
+    add(2);
+    ASSERT_TRUE(session->keepNow());
+    // The next run could not open the book at its start; its own quote is about to be kept.
+    Table otherQuote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    QuoteSession next(*book, otherQuote, catalogue, locale);
+    const auto saved = next.saveMissedInHand(SampleTexts, SampleToday);
+    ASSERT_TRUE(saved.has_value()) << book->errorString().toStdString();
+    EXPECT_EQ(saved->numberAndRevision(), QStringLiteral("Q-2026-0001 A"));
+    const auto loaded = book->load(saved->id);
+    ASSERT_TRUE(loaded.has_value());
+    EXPECT_TRUE(sameCells(loaded->content.lines, QuoteList::linesOf(quote)));
+    EXPECT_EQ(loaded->header.customer.reference, QStringLiteral("Kept at an earlier close"));
+    EXPECT_EQ(loaded->header.date, SampleToday);
+}
+
+TEST_F(QuoteSessionTest, AMissedQuoteInHandContinuingARevisionBecomesItsNextOrNothingWhenUnchanged)
+{
+    add(1);
+    ASSERT_TRUE(session->saveNew(acme(), SampleTexts, SampleToday));
+    ASSERT_TRUE(session->keepNow());
+    Table otherQuote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    QuoteSession next(*book, otherQuote, catalogue, locale);
+    EXPECT_FALSE(next.saveMissedInHand(SampleTexts, SampleToday).has_value())
+        << "the book holds these lines as that revision already";
+    EXPECT_EQ(book->quoteCount(), 1);
+
+    add(2);
+    ASSERT_TRUE(session->keepNow());
+    const auto saved = next.saveMissedInHand(SampleTexts, SampleToday);
+    ASSERT_TRUE(saved.has_value());
+    EXPECT_EQ(saved->numberAndRevision(), QStringLiteral("Q-2026-0001 B"));
+    EXPECT_EQ(saved->customer, acme());
+}
+
 TEST_F(QuoteSessionTest, TheKeeperWritesWithinItsInterval)
 {
     session->startKeeping(20);

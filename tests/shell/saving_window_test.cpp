@@ -4,12 +4,14 @@
 // while the program starts is carried out once it has started.
 #include "shellfixture.h"
 
+#include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 
 #include <QAction>
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTest>
@@ -207,6 +209,11 @@ TEST_F(SavingWindowTest, TheStatusBarTellsWhenChangesAreSafeAgain)
                 QStringLiteral("Unsaved changes cannot be kept safe: "));
         },
         5000));
+    // Other news takes the first panel; the warning stays in view at the bar's end.
+    window->ui().sbPanel1->setText(QStringLiteral("Right click on products for options."));
+    EXPECT_TRUE(window->ui().sbUnsafe->isVisible());
+    EXPECT_TRUE(window->ui().sbUnsafe->toolTip().startsWith(
+        QStringLiteral("Unsaved changes cannot be kept safe: ")));
 
     ASSERT_TRUE(QDir(folder.filePath(RecoveryFile)).removeRecursively());
     ASSERT_TRUE(QTest::qWaitFor(
@@ -216,6 +223,7 @@ TEST_F(SavingWindowTest, TheStatusBarTellsWhenChangesAreSafeAgain)
         },
         5000));
     EXPECT_TRUE(folder.readFile(RecoveryFile).contains("Anchor, unsafe"));
+    EXPECT_FALSE(window->ui().sbUnsafe->isVisible());
 }
 
 TEST_F(SavingWindowTest, TextTypedIntoASideBoxReachesTheRecoveryFile)
@@ -227,6 +235,22 @@ TEST_F(SavingWindowTest, TextTypedIntoASideBoxReachesTheRecoveryFile)
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return folder.readFile(RecoveryFile).contains("Nut and washer"); }, 5000));
     EXPECT_TRUE(window->isWindowModified());
+}
+
+TEST_F(SavingWindowTest, ANameStillBeingTypedIntoTheGridReachesTheRecoveryFile)
+{
+    button("Edit")->trigger();
+    goToRow(1); // B-200
+    grid->setCurrentIndex(grid->model()->index(1, 1));
+    grid->setFocus();
+    grid->edit(grid->currentIndex());
+    auto *editor = qobject_cast<QLineEdit *>(grid->openEditor());
+    ASSERT_NE(editor, nullptr);
+    editor->setText(QStringLiteral("Bolt, still typing"));
+
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return folder.readFile(RecoveryFile).contains("Bolt, still typing"); }, 5000));
+    EXPECT_EQ(module->Catalogue().get(2, 2), Cell("Bolt")) << "the cell is not stored yet";
 }
 
 class RecoveryStartTest : public ShellTest

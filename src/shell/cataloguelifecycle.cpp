@@ -216,6 +216,7 @@ bool CatalogueLifecycle::offerRecovery()
             == MsgResult::Yes;
     if (!restore) {
         const QString kept = keepRecoveryFile(m_module.DataFile, when);
+        m_keptRecovery = kept;
         if (read.status != CatalogueReadResult::Status::Ok && !kept.isEmpty())
             m_prompts.msgBox(QStringLiteral("The changes left by the last session could not be "
                                             "read: %1. They are kept as \"%2\".")

@@ -71,6 +71,8 @@ public:
     /// file is missing but its backup "twdata.bak" is there, offers to open the backup the same
     /// way. Starts the recovery watch either way.
     bool offerRecovery();
+    /// Where offerRecovery() kept the changes the user did not restore; empty otherwise.
+    QString keptRecoveryFile() const { return m_keptRecovery; }
 
     /// The question asked at start when the recovery file holds changes.
     static QString recoveryQuestion(const QString &when, int changed, int added, int deleted);
@@ -107,6 +109,7 @@ private:
     bool m_readFailed = false;
     QStringList m_loadMessages; ///< what load() found, for showLoadMessages()
     bool m_unreadFileKept = false;
+    QString m_keptRecovery;
     qint64 m_backgroundReadBytes = 4 * 1024 * 1024;
 };
 

@@ -92,6 +92,10 @@ void SaveController::offerRecovery()
 {
     if (m_catalogue.offerRecovery())
         m_grid.catalogueReplaced();
+    // Changes the user did not restore are not thrown away: say where they are.
+    if (const QString kept = m_catalogue.keptRecoveryFile(); !kept.isEmpty())
+        m_ui.sbPanel1->setText(QStringLiteral("The changes of the last session are kept as %1.")
+                                   .arg(QDir::toNativeSeparators(kept)));
     m_window->setWindowModified(m_catalogue.recovery().isModified());
 }
 

@@ -317,6 +317,9 @@ TEST_F(RecoveryStartTest, NoOpensTheCatalogueFileAndKeepsTheChangesAside)
         QDir(folder.path()).entryList({ QStringLiteral("twdata-recovered-*.dat") });
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(folder.readFile(kept.front()), left);
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("The changes of the last session are kept as %1.")
+            .arg(QDir::toNativeSeparators(folder.filePath(kept.front()))));
 }
 
 TEST_F(RecoveryStartTest, ACopyEqualToTheCatalogueIsNotOffered)

@@ -34,6 +34,17 @@ QString AppFolderRule::installedSampleCatalogue(const QString &executableFolder)
 
 bool offerSampleCatalogue(const QString &folder, const QString &sampleCatalogue, IPrompts &prompts)
 {
+    // Without a folder to write to, a whole session's work would be lost at its close: say so
+    // at the start.
+    const bool made = QDir().mkpath(folder);
+    if (!made || !QFileInfo(folder).isWritable()) {
+        const QString why = made ? QStringLiteral("the folder may not be written to")
+                                 : QStringLiteral("the folder cannot be created");
+        prompts.msgBox(
+            QString::fromLatin1(FolderUnusableMessage).arg(QDir::toNativeSeparators(folder), why),
+            MsgStyle::Exclamation);
+        return false;
+    }
     const QDir dir(folder);
     // The lock of the running copy ("tarnwick.lock") is there already; it does not count.
     QStringList entries =

@@ -39,7 +39,8 @@ public:
 /// The first start in an empty per-user folder: asks whether to begin with the sample catalogue
 /// (copied from sampleCatalogue as "twdata.dat") or an empty one (an empty "twdata.dat"). Does
 /// nothing when the folder already holds anything but the running copy's lock file. Returns true
-/// when the sample was copied.
+/// when the sample was copied. A folder that cannot be made or written to is said at once,
+/// instead of the question.
 bool offerSampleCatalogue(const QString &folder, const QString &sampleCatalogue, IPrompts &prompts);
 
 /// The question of the first start.
@@ -47,6 +48,11 @@ inline constexpr const char *FirstStartQuestion =
     "This is the first start of Tarnwick in this folder:\n%1\n\nStart with the sample catalogue "
     "of plumbing supplies?\n\nYes: start with the sample catalogue.\nNo: start with an empty "
     "catalogue.";
+/// Shown when the per-user folder cannot be made or written to.
+inline constexpr const char *FolderUnusableMessage =
+    "Tarnwick cannot keep its files in its folder:\n%1\n(%2)\n\nThe catalogue and the quotes "
+    "cannot be saved in this session. Ask your administrator for the right to write there or "
+    "for another folder (see \"Where your data lives\" in the help).";
 /// Shown when the sample catalogue cannot be copied.
 inline constexpr const char *SampleMissingMessage =
     "The sample catalogue could not be copied from\n%1\nTarnwick starts with an empty catalogue.";

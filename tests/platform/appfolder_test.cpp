@@ -155,5 +155,23 @@ TEST_F(FirstStartTest, MissingSampleIsReportedAndGivesAnEmptyCatalogue)
     EXPECT_EQ(userBytes(), QByteArray());
 }
 
+TEST_F(FirstStartTest, AFolderThatCannotBeMadeIsSaidInsteadOfTheQuestion)
+{
+    // A file where the folder's parent should be: no one can make the folder, root neither.
+    QFile blocker(QDir(home.path()).filePath(QStringLiteral("data")));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    const QString folder = QDir(home.path()).filePath(QStringLiteral("data/Tarnwick"));
+    EXPECT_FALSE(
+        offerSampleCatalogue(folder, sample.filePath(QStringLiteral("twdata.dat")), prompts));
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_TRUE(prompts.shown()[0].text.startsWith(
+        QStringLiteral("Tarnwick cannot keep its files in its folder:\n")
+        + QDir::toNativeSeparators(folder)))
+        << prompts.shown()[0].text.toStdString();
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("the folder cannot be created")));
+    EXPECT_EQ(prompts.shown()[0].style, MsgStyle::Exclamation);
+}
+
 } // namespace
 } // namespace tarnwick

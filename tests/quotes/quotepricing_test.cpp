@@ -12,7 +12,11 @@ using namespace tarnwick::test;
 
 namespace {
 
-using QuotePricingTest = QuoteFixture;
+class QuotePricingTest : public QuoteFixture
+{
+protected:
+    void expectALineOfQuantityCountsInNeitherTotal(const QString &quantity);
+};
 
 TEST_F(QuotePricingTest, AnEmptyQuoteShowsZeroTotalsAndZeroPercent)
 {
@@ -138,42 +142,36 @@ void expectOnlyTheOtherLineCounts(const QuoteTotals &totals)
     EXPECT_EQ(totals.percent, QStringLiteral("0.00%"));
 }
 
-TEST_F(QuotePricingTest, AQuantityBeyondTheSingleRangeAddsNothingToEitherTotal)
+/// A second line of A-100 given quantity: it is priced at nothing and counts in neither total.
+void QuotePricingTest::expectALineOfQuantityCountsInNeitherTotal(const QString &quantity)
 {
     add("A-100");
     add("A-100");
-    typeQuantity(2, "1e40");
-    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0);
+    typeQuantity(2, quantity);
+    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0) << quantity.toStdString();
     expectOnlyTheOtherLineCounts(QuotePricing::QuotePrice(quote, locale));
+}
+
+TEST_F(QuotePricingTest, AQuantityBeyondTheSingleRangeAddsNothingToEitherTotal)
+{
+    expectALineOfQuantityCountsInNeitherTotal(QStringLiteral("1e40"));
 }
 
 TEST_F(QuotePricingTest, AQuantityOfThreeHundredDigitsAddsNothingToEitherTotal)
 {
-    add("A-100");
-    add("A-100");
-    typeQuantity(2, QString(300, QLatin1Char('9')));
-    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0);
-    expectOnlyTheOtherLineCounts(QuotePricing::QuotePrice(quote, locale));
+    expectALineOfQuantityCountsInNeitherTotal(QString(300, QLatin1Char('9')));
 }
 
 TEST_F(QuotePricingTest, AQuantityBeyondThe32BitRangeAddsNothingToEitherTotal)
 {
-    add("A-100");
-    add("A-100");
-    typeQuantity(2, "1e10");
-    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0);
-    expectOnlyTheOtherLineCounts(QuotePricing::QuotePrice(quote, locale));
+    expectALineOfQuantityCountsInNeitherTotal(QStringLiteral("1e10"));
 }
 
 TEST_F(QuotePricingTest, AQuantityJustBelowThe32BitLimitThatASingleRoundsUpAddsNothing)
 {
     // 2147483647 read as a single is 2^31, one past the largest quantity: the line is priced
     // at nothing, so it must not count in the list total either.
-    add("A-100");
-    add("A-100");
-    typeQuantity(2, "2147483647");
-    EXPECT_EQ(number(2, QuoteLine::ExtendedPrice), 0.0);
-    expectOnlyTheOtherLineCounts(QuotePricing::QuotePrice(quote, locale));
+    expectALineOfQuantityCountsInNeitherTotal(QStringLiteral("2147483647"));
 }
 
 TEST_F(QuotePricingTest, AFractionalQuantityGivesNoDiscountAtListPrice)

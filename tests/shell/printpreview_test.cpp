@@ -97,18 +97,26 @@ TEST_F(PrintPreviewTest, KeysMoveBetweenThePages)
     PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const QRect room = window.screen()->availableGeometry();
+    EXPECT_LE(window.height(), room.height()) << "the window fits the screen";
+    EXPECT_LE(window.width(), room.width());
+    // The keys go where the keyboard is when the window opens: the pages, not the page box
+    // (which would take Home and End for its cursor).
+    ASSERT_NE(QApplication::focusWidget(), nullptr);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("PreviewPages"));
+    const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
     const QImage first = window.shownPage();
-    QTest::keyClick(&window, Qt::Key_PageDown);
+    press(Qt::Key_PageDown);
     EXPECT_EQ(window.currentPage(), 1);
     EXPECT_NE(window.shownPage(), first);
-    QTest::keyClick(&window, Qt::Key_End);
+    press(Qt::Key_End);
     EXPECT_TRUE(window.isLaidOut());
     EXPECT_EQ(window.currentPage(), window.pageCount() - 1);
     EXPECT_EQ(
         window.findChild<QSpinBox *>(QStringLiteral("PreviewPage"))->value(), window.pageCount());
-    QTest::keyClick(&window, Qt::Key_PageDown);
+    press(Qt::Key_PageDown);
     EXPECT_EQ(window.currentPage(), window.pageCount() - 1) << "the last page stays";
-    QTest::keyClick(&window, Qt::Key_Home);
+    press(Qt::Key_Home);
     EXPECT_EQ(window.currentPage(), 0);
     EXPECT_EQ(window.shownPage(), first);
     window.findChild<QSpinBox *>(QStringLiteral("PreviewPage"))->setValue(3);
@@ -120,26 +128,6 @@ TEST_F(PrintPreviewTest, KeysMoveBetweenThePages)
     command(window, "PreviewZoomOut")->trigger();
     command(window, "PreviewZoomOut")->trigger();
     EXPECT_LT(window.shownPage().width(), before.width());
-}
-
-TEST_F(PrintPreviewTest, TheWindowFitsTheScreenAndHomeAndEndReachThePagesAtOnce)
-{
-    const Table catalogue = catalogueOf(300);
-    PriceListDocument document(catalogue, EnUs);
-    PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));
-    window.show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    const QRect room = window.screen()->availableGeometry();
-    EXPECT_LE(window.height(), room.height());
-    EXPECT_LE(window.width(), room.width());
-    // The keys go where the keyboard is when the window opens, not to the page box.
-    QWidget *focus = QApplication::focusWidget();
-    ASSERT_NE(focus, nullptr);
-    EXPECT_EQ(focus->objectName(), QStringLiteral("PreviewPages"));
-    QTest::keyClick(focus, Qt::Key_End);
-    EXPECT_EQ(window.currentPage(), window.pageCount() - 1);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home);
-    EXPECT_EQ(window.currentPage(), 0);
 }
 
 TEST_F(PrintPreviewTest, PrintPrintsEveryPage)

@@ -29,8 +29,6 @@ const QString CloseAnywayQuestion =
 const QString CloseAnywayKeptQuestion =
     QStringLiteral("\n\nClose Tarnwick anyway? The changes not saved are kept in the recovery "
                    "file, and Tarnwick offers to restore them at its next start.");
-const QString CloseAnywayUnchangedQuestion =
-    QStringLiteral("\n\nClose Tarnwick anyway? The catalogue holds no changes that are not saved.");
 } // namespace
 
 CatalogueLifecycle::CatalogueLifecycle(Module1 &module, IPrompts &prompts)
@@ -124,11 +122,14 @@ bool CatalogueLifecycle::saveBeforeClose()
     // The question says what a close would cost: nothing when the recovery file can take
     // the changes now (a read-only catalogue file in a folder that takes new files).
     const bool kept = m_recovery.writeNow();
-    const bool changed = QFileInfo::exists(recoveryFilePath(m_module.DataFile));
+    if (kept && !QFileInfo::exists(recoveryFilePath(m_module.DataFile))) {
+        // Nothing was changed: closing loses nothing, so it asks nothing (a read-only
+        // catalogue file would otherwise ask at every close).
+        m_recovery.stop();
+        return true;
+    }
     const QString text = saveFailedMessage(m_module.DataFile, saved.detail)
-        + (!kept          ? CloseAnywayQuestion
-                : changed ? CloseAnywayKeptQuestion
-                          : CloseAnywayUnchangedQuestion);
+        + (kept ? CloseAnywayKeptQuestion : CloseAnywayQuestion);
     const int style = MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2;
     if (m_prompts.msgBox(text, style, CatalogueTitle) != MsgResult::Yes)
         return false;
@@ -250,7 +251,19 @@ bool CatalogueLifecycle::offerBackup()
     Table restored;
     qint32 count = 0;
     const CatalogueReadResult read = readCatalogueCopy(backup, restored, count, m_module.locale());
-    if (read.status != CatalogueReadResult::Status::Ok || count < 1)
+    if (read.status != CatalogueReadResult::Status::Ok) {
+        // Nothing to open, but the user must know the catalogue is gone and where its
+        // remains are; the backup stays as it is.
+        m_prompts.msgBox(
+            QStringLiteral("The catalogue file \"%1\" is missing, and its backup \"%2\" cannot "
+                           "be read completely: %3.\n\nTarnwick starts with an empty catalogue. "
+                           "The backup is left as it is.")
+                .arg(QDir::toNativeSeparators(m_module.DataFile), QDir::toNativeSeparators(backup),
+                    read.detail),
+            MsgStyle::Exclamation, CatalogueTitle);
+        return false;
+    }
+    if (count < 1)
         return false;
     const QString question = backupQuestion(m_module.DataFile, backup,
         m_module.locale().toString(file.lastModified(), QLocale::ShortFormat), count);

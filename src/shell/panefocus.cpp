@@ -1,11 +1,14 @@
 #include "shell/panefocus.h"
 
+#include "quotes/quotelist.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 
 #include <QApplication>
 #include <QLineEdit>
 #include <QShortcut>
+#include <QShortcutEvent>
+#include <QTabBar>
 #include <QTabWidget>
 
 namespace tarnwick {
@@ -23,6 +26,7 @@ PaneFocus::PaneFocus(MainWindowUi &ui, QWidget *window) : QObject(window), m_ui(
     backward->setObjectName(QStringLiteral("keyPreviousPane"));
     connect(forward, &QShortcut::activated, this, [this] { move(true); });
     connect(backward, &QShortcut::activated, this, [this] { move(false); });
+    m_ui.SSTabmain->tabBar()->installEventFilter(this);
     // A tab brought forward by its letter (Alt+Q, Alt+O) or a click takes the keyboard with
     // it: typing meant for the quote must not go into the product grid's current cell.
     connect(m_ui.SSTabmain, &QTabWidget::currentChanged, this, [this, window](int index) {
@@ -32,6 +36,20 @@ PaneFocus::PaneFocus(MainWindowUi &ui, QWidget *window) : QObject(window), m_ui(
             return;
         focusPane(index == QuoteTab ? Pane::Quote : Pane::Details);
     });
+}
+
+bool PaneFocus::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::Shortcut || watched != m_ui.SSTabmain->tabBar())
+        return QObject::eventFilter(watched, event);
+    const QKeySequence key = static_cast<QShortcutEvent *>(event)->key();
+    for (int tab = 0; tab < m_ui.SSTabmain->count(); ++tab) {
+        if (QKeySequence::mnemonic(m_ui.SSTabmain->tabText(tab)) == key) {
+            focusPane(tab == QuoteTab ? Pane::Quote : Pane::Details);
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 PaneFocus::Pane PaneFocus::next(Pane from, bool forward)
@@ -65,10 +83,20 @@ void PaneFocus::focusPane(Pane pane)
         m_ui.SSTabmain->setCurrentIndex(ProductTab);
         m_ui.TxtPrice->setFocus(Qt::ShortcutFocusReason);
         break;
-    case Pane::Quote:
+    case Pane::Quote: {
         m_ui.SSTabmain->setCurrentIndex(QuoteTab);
-        m_ui.GrdQuote->setFocus(Qt::ShortcutFocusReason);
+        // The keyboard comes to the quantity, what is typed into a quote most: typing meant
+        // for it must not rename a line's part number or product.
+        GridView *quote = m_ui.GrdQuote;
+        const QModelIndex current = quote->currentIndex();
+        if (quote->model() && quote->model()->rowCount() > 0
+            && (!current.isValid() || current.column() < QuoteGridColumn::Price)) {
+            quote->setCurrentIndex(quote->model()->index(
+                current.isValid() ? current.row() : 0, QuoteGridColumn::Quantity));
+        }
+        quote->setFocus(Qt::ShortcutFocusReason);
         break;
+    }
     }
 }
 

@@ -31,6 +31,11 @@ public:
     /// Gives the keyboard to pane.
     void focusPane(Pane pane);
 
+protected:
+    /// A tab's letter (Alt+O, Alt+Q) takes the keyboard to its pane, also when the tab is in
+    /// front already (the tab control itself would do nothing then).
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     MainWindowUi &m_ui;
 };

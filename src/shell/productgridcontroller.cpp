@@ -295,7 +295,8 @@ bool ProductGridController::priceCellTyped(const QKeyEvent &key)
     if (!current.isValid() || (current.flags() & Qt::ItemIsEditable))
         return false;
     if (ProductGridModel::fieldOfColumn(current.column()) == ProductRecord::Price) {
-        // As typing into a cell: the box's text is replaced by what is typed.
+        // As typing into a cell: the box's text is replaced by what is typed, in view.
+        m_ui.SSTabmain->setCurrentIndex(0); // the Product tab, which holds the box
         m_ui.TxtPrice->setFocus(Qt::OtherFocusReason);
         m_ui.TxtPrice->setText(text);
         return true;

@@ -215,14 +215,12 @@ TEST_F(CatalogueLifecycleTest, TheCloseQuestionSaysWhatClosingWouldCost)
     // The catalogue file cannot be replaced (a folder took its name), the folder takes files.
     ASSERT_TRUE(QFile::remove(module.DataFile));
     ASSERT_TRUE(QDir().mkdir(module.DataFile));
-    prompts.answerMessage(MsgResult::No);
-    EXPECT_FALSE(lifecycle.saveBeforeClose());
-    ASSERT_EQ(prompts.shown().size(), 1U);
-    EXPECT_TRUE(prompts.shown()[0].text.endsWith(QStringLiteral(
-        "Close Tarnwick anyway? The catalogue holds no changes that are not saved.")));
+    // Nothing changed: closing costs nothing and asks nothing.
+    EXPECT_TRUE(lifecycle.saveBeforeClose());
+    EXPECT_TRUE(prompts.shown().empty());
 
+    lifecycle.recovery().start();
     module.Catalogue().put(1, 2, Cell("Anchor, changed"));
-    prompts.clear();
     prompts.answerMessage(MsgResult::No);
     EXPECT_FALSE(lifecycle.saveBeforeClose());
     ASSERT_EQ(prompts.shown().size(), 1U);
@@ -231,6 +229,19 @@ TEST_F(CatalogueLifecycleTest, TheCloseQuestionSaysWhatClosingWouldCost)
                        "file, and Tarnwick offers to restore them at its next start.")))
         << prompts.shown()[0].text.toStdString();
     EXPECT_TRUE(folder.exists(QStringLiteral("twdata-recovery.dat")));
+}
+
+TEST_F(CatalogueLifecycleTest, AMissingFileBesideABackupThatCannotBeReadIsSaid)
+{
+    folder.writeFile(QStringLiteral("twdata.bak"), QByteArray("P1\x7f\x7f\x7fno end"));
+    loadAndReport();
+    EXPECT_FALSE(lifecycle.offerRecovery());
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("cannot be read completely")))
+        << prompts.shown()[0].text.toStdString();
+    EXPECT_EQ(prompts.shown()[0].title, QStringLiteral("Catalogue"));
+    EXPECT_EQ(module.Catalogue().rowCount(), 0);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), QByteArray("P1\x7f\x7f\x7fno end"));
 }
 
 TEST_F(CatalogueLifecycleTest, ASuccessfulSaveClosesWithoutAQuestion)

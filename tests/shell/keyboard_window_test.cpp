@@ -211,14 +211,25 @@ TEST_F(KeyboardWindowTest, F6GoesRoundTheProductGridTheSideBoxesAndTheQuote)
 
 TEST_F(KeyboardWindowTest, ATabBroughtForwardByItsLetterTakesTheKeyboardWithIt)
 {
-    window->actions().action(QStringLiteral("mnuEditProd"))->trigger();
     goToRow(1); // B-200
+    focusGrid(grid);
+    press(Qt::Key_D, Qt::ControlModifier); // a line on the quote, as one brought back at start
+    quoteGrid->setCurrentIndex(quoteGrid->model()->index(0, QuoteGridColumn::PartNumber));
+    window->actions().action(QStringLiteral("mnuEditProd"))->trigger();
+    // The quote's tab is in front already: its letter still takes the keyboard there.
+    ASSERT_EQ(window->ui().SSTabmain->currentIndex(), 1);
     focusGrid(grid);
     press(Qt::Key_Q, Qt::AltModifier);
     ASSERT_EQ(window->ui().SSTabmain->currentIndex(), 1);
     EXPECT_EQ(QApplication::focusWidget(), quoteGrid);
+    EXPECT_EQ(quoteGrid->currentIndex().column(), QuoteGridColumn::Quantity);
     type(QStringLiteral("25"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 2000));
     EXPECT_EQ(catalogue().get(2, 1), Cell("B-200")) << "the typing did not go into the product";
+    EXPECT_EQ(gridCellText(quoteGrid, 0, QuoteGridColumn::PartNumber), QStringLiteral("B-200"))
+        << "nor into the quote line's part number";
+    EXPECT_EQ(gridCellText(quoteGrid, 0, QuoteGridColumn::Quantity), QStringLiteral("25"));
     press(Qt::Key_O, Qt::AltModifier);
     EXPECT_EQ(window->ui().SSTabmain->currentIndex(), 0);
     EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
@@ -228,10 +239,12 @@ TEST_F(KeyboardWindowTest, APriceTypedOnThePriceColumnGoesToTheListPriceBox)
 {
     window->actions().action(QStringLiteral("mnuEditProd"))->trigger();
     goToRow(1); // B-200, list price 2.5
+    window->ui().SSTabmain->setCurrentIndex(1); // the quote in front: the box is not in view
     focusGrid(grid);
     grid->setCurrentIndex(grid->model()->index(1, 2)); // its Price cell
     type(QStringLiteral("4.25"));
     EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
+    EXPECT_TRUE(window->ui().TxtPrice->isVisible()) << "the Product tab came forward";
     EXPECT_EQ(window->ui().TxtPrice->text(), QStringLiteral("4.25"));
     EXPECT_EQ(grid->currentIndex().row(), 1) << "the grid's search did not move to another row";
     press(Qt::Key_F6); // on to the quote: the box is stored

@@ -136,10 +136,14 @@ TEST_F(ShutdownTest, AFailedSaveAsksAndKeepsTheWindowOpenOnNo)
 {
     // The catalogue lives in a folder that disappears while the program runs.
     QDir(folder.path()).mkdir(QStringLiteral("app"));
+    folder.writeFile(QStringLiteral("app/twdata.dat"), sampleCatalogue());
     const QString appFolder = folder.filePath(QStringLiteral("app"));
     startIn(AppEnvironment(appFolder, QString()));
     ASSERT_TRUE(QTest::qWaitFor([this] { return started; }, 5000));
     ASSERT_TRUE(QDir(appFolder).removeRecursively());
+    // A change the close would lose.
+    mainWindow->actions().action(QStringLiteral("mnuEditProd"))->trigger();
+    editGridCell(mainWindow->ui().GrdMain, 0, 1, QStringLiteral("Anchor, changed"));
 
     fakes->prompts.answerMessage(MsgResult::No);
     // A log-out's close arriving while the question is up waits for its answer: the window
@@ -154,9 +158,9 @@ TEST_F(ShutdownTest, AFailedSaveAsksAndKeepsTheWindowOpenOnNo)
     const ShownPrompt &box = fakes->prompts.shown()[0];
     EXPECT_TRUE(box.text.startsWith(QStringLiteral("The catalogue could not be saved to")));
     EXPECT_TRUE(
-        box.text.endsWith(QStringLiteral("Close Tarnwick anyway? The catalogue holds no changes "
-                                         "that are not saved.")))
-        << "nothing was changed: closing costs nothing";
+        box.text.endsWith(QStringLiteral("Close Tarnwick anyway? The changes made to the "
+                                         "catalogue since Tarnwick started would be lost.")))
+        << "the recovery file cannot take them either";
     EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2);
 
     fakes->prompts.answerMessage(MsgResult::Yes);

@@ -1,6 +1,7 @@
 #include "shell/mainwindowui.h"
 
 #include "shell/gridview.h"
+#include "shell/statustext.h"
 
 #include <QFormLayout>
 #include <QFrame>
@@ -82,9 +83,7 @@ void MainWindowUi::setupUi(QMainWindow *window)
     QWidget::setTabOrder(GrdMain, SSTabmain);
 
     window->statusBar()->setObjectName(QStringLiteral("sbStatusBar"));
-    sbPanel1 = named(new QLabel(window), "sbPanel1");
-    // The status shows customers' names, part numbers and paths: never as markup.
-    sbPanel1->setTextFormat(Qt::PlainText);
+    sbPanel1 = named(new StatusText(window), "sbPanel1");
     sbPanel1->setMinimumWidth(160);
     window->statusBar()->addWidget(sbPanel1, 1);
     sbUnsafe = named(new QLabel(QObject::tr("Changes not kept safe"), window), "sbUnsafe");

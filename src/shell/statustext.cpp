@@ -1,0 +1,45 @@
+#include "shell/statustext.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QToolTip>
+
+namespace tarnwick {
+
+StatusText::StatusText(QWidget *parent) : QLabel(parent)
+{
+    // The status shows customers' names, part numbers and paths: never as markup.
+    setTextFormat(Qt::PlainText);
+}
+
+QString StatusText::shownText() const
+{
+    // One line: a line break in a message reads as a blank here.
+    QString line = text();
+    line.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    return fontMetrics().elidedText(line, Qt::ElideRight, contentsRect().width());
+}
+
+void StatusText::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    style()->drawItemText(&painter, contentsRect(),
+        int(QStyle::visualAlignment(layoutDirection(), alignment())), palette(), isEnabled(),
+        shownText(), foregroundRole());
+}
+
+bool StatusText::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip && toolTip().isEmpty()) {
+        const auto *help = static_cast<QHelpEvent *>(event);
+        if (shownText() != text())
+            QToolTip::showText(help->globalPos(), text(), this);
+        else
+            QToolTip::hideText();
+        return true;
+    }
+    return QLabel::event(event);
+}
+
+} // namespace tarnwick

@@ -1,0 +1,37 @@
+// The status bar's first panel: a message too long for it ends in "…" and is whole in its tool
+// tip, instead of being cut in the middle of a word.
+#include "shell/statustext.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+
+namespace {
+
+TEST(StatusTextTest, AMessageTooLongForThePanelEndsInAnEllipsis)
+{
+    StatusText panel;
+    panel.resize(200, panel.sizeHint().height());
+    const QString message = QStringLiteral(
+        "Unsaved changes cannot be kept safe: the new file could not be written: No such file or "
+        "directory. Save the catalogue.");
+    panel.setText(message);
+    const QString shown = panel.shownText();
+    EXPECT_TRUE(shown.endsWith(QChar(0x2026))) << shown.toStdString();
+    EXPECT_TRUE(message.startsWith(shown.chopped(1)));
+    EXPECT_LE(panel.fontMetrics().horizontalAdvance(shown), panel.contentsRect().width());
+
+    panel.resize(panel.fontMetrics().horizontalAdvance(message) + 20, panel.height());
+    EXPECT_EQ(panel.shownText(), message) << "shown whole where there is room";
+}
+
+TEST(StatusTextTest, ALineBreakReadsAsABlankOnItsOneLine)
+{
+    StatusText panel;
+    panel.resize(2000, 20);
+    panel.setText(QStringLiteral("First line\nsecond line"));
+    EXPECT_EQ(panel.shownText(), QStringLiteral("First line second line"));
+    EXPECT_EQ(panel.textFormat(), Qt::PlainText);
+}
+
+} // namespace

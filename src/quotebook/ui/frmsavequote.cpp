@@ -92,13 +92,21 @@ CustomerDetails FrmSaveQuote::details() const
 
 QString FrmSaveQuote::problemText() const
 {
-    return m_problem->text();
+    return m_problemText;
 }
 
 void FrmSaveQuote::CmdOK_Click()
 {
     const QString problem = details().problem();
-    m_problem->setText(problem);
+    m_problemText = problem;
+    // A typed address has no blanks to wrap at: it may wrap after its dots, "@", "-" and "_"
+    // (a break that takes no room), so no part of it goes past the window's edge.
+    QString wrappable = problem;
+    for (const QChar mark :
+        { QLatin1Char('.'), QLatin1Char('@'), QLatin1Char('-'), QLatin1Char('_') })
+        wrappable.replace(mark, QString(mark) + QChar(0x200B));
+    m_problem->setText(wrappable);
+    m_problem->setAccessibleDescription(problem);
     m_problem->setVisible(!problem.isEmpty());
     // The window grows to show the whole of it; the boxes keep their height.
     layout()->activate();

@@ -41,6 +41,7 @@ private:
     QLineEdit *m_txtEmail;
     QLineEdit *m_txtReference;
     QLabel *m_problem;
+    QString m_problemText; ///< the problem as said; the label shows it with places to wrap
     QPushButton *m_cmdOK;
     QPushButton *m_cmdCancel;
 };

@@ -82,6 +82,9 @@ public:
     {
         QTextOption option(Qt::AlignLeft | Qt::AlignTop);
         option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        // Tabs every half inch, as in a word processor (Qt's default is 80 device units: a
+        // blank's width at the PDF's resolution).
+        option.setTabStopDistance(m_painter.device()->logicalDpiX() / 2.0);
         return option;
     }
 
@@ -196,11 +199,13 @@ void addPricingAids(Block &block, const Table &quote, int row, const QuoteDocume
     }
 }
 
-Block lineBlock(
-    const Table &quote, int row, const QuotePdfInput &input, const QLocale &locale, qreal gap)
+/// A quote line: its name, price line and pricing aids with the first line of its includes
+/// text, kept together; the further lines of the includes follow as blocks of their own, so a
+/// long one runs onto the next page instead of off the paper.
+void addLine(std::vector<Block> &blocks, const Table &quote, int row, const QuotePdfInput &input,
+    const QLocale &locale, qreal gap)
 {
     Block block;
-    block.gapAfter = gap;
     const QString title = cellText(quote.get(row, QuoteLine::PartNumber), locale)
         + QLatin1String("  ") + cellText(quote.get(row, QuoteLine::ProductName), locale);
     block.pieces.push_back({ { title }, fontOf(10, true) });
@@ -208,10 +213,16 @@ Block lineBlock(
         QuoteDocument::priceLine(quote, row, locale).split(QLatin1Char('\t'), Qt::SkipEmptyParts);
     block.pieces.push_back({ parts, fontOf(10), true });
     addPricingAids(block, quote, row, input.document, locale);
-    const QString includes = cellText(quote.get(row, QuoteLine::Includes), locale);
-    if (input.document.noIncludes != 1 && !includes.isEmpty())
-        block.pieces.push_back({ { includes }, fontOf(10) });
-    return block;
+    QString includes = cellText(quote.get(row, QuoteLine::Includes), locale);
+    const bool withIncludes = input.document.noIncludes != 1 && !includes.isEmpty();
+    const qsizetype firstEnd = withIncludes ? includes.indexOf(QLatin1Char('\n')) : -1;
+    if (withIncludes)
+        block.pieces.push_back(
+            { { includes.left(firstEnd).remove(QLatin1Char('\r')) }, fontOf(10) });
+    blocks.push_back(block);
+    if (firstEnd >= 0)
+        addParagraphs(blocks, includes.mid(firstEnd + 1), fontOf(10));
+    blocks.back().gapAfter = gap;
 }
 
 std::vector<Block> blocksOf(
@@ -222,7 +233,7 @@ std::vector<Block> blocksOf(
     blocks.back().gapAfter = gap;
     const int end = QuoteLine::firstFreeRow(quote);
     for (int row = 1; row < end && row <= quote.rowCount(); ++row)
-        blocks.push_back(lineBlock(quote, row, input, locale, gap));
+        addLine(blocks, quote, row, input, locale, gap);
     const QuoteTotalTexts totals = QuoteDocument::totalTexts(input.document, locale);
     Block sums;
     sums.gapAfter = gap;
@@ -235,7 +246,24 @@ std::vector<Block> blocksOf(
     return blocks;
 }
 
-/// Whole blocks go on a page while they fit; a block taller than a page gets one to itself.
+/// A block taller than a page is split into its pieces, each a block of its own.
+std::vector<Block> fitted(std::vector<Block> blocks, qreal room)
+{
+    std::vector<Block> result;
+    for (Block &block : blocks) {
+        if (block.height() - block.gapAfter <= room || block.pieces.size() < 2) {
+            result.push_back(std::move(block));
+            continue;
+        }
+        for (Piece &piece : block.pieces)
+            result.push_back({ { std::move(piece) }, 0 });
+        result.back().gapAfter = block.gapAfter;
+    }
+    return result;
+}
+
+/// Whole blocks go on a page while they fit; a block taller than a page (one paragraph longer
+/// than a page) gets one to itself.
 std::vector<std::vector<std::size_t>> paginate(const std::vector<Block> &blocks, qreal room)
 {
     std::vector<std::vector<std::size_t>> pages(1);
@@ -280,6 +308,7 @@ int paint(QPagedPaintDevice &device, const Table &quote, const QuotePdfInput &in
         for (Piece &piece : block.pieces)
             layout.measure(piece);
     }
+    blocks = fitted(std::move(blocks), room);
     const auto pages = paginate(blocks, room);
     const int pageCount = int(pages.size());
     for (int p = 0; p < pageCount; ++p) {

@@ -129,6 +129,49 @@ TEST_F(QuotePdfTest, A200LineQuoteKeepsEveryNameWithItsPriceLine)
     EXPECT_TRUE(last.contains(QStringLiteral("Jo Seller")));
 }
 
+/// The first rows of sampleContent(rows) as a quote.
+Table sampleQuote(int rows)
+{
+    Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    const QuoteContent content = sampleContent(rows);
+    for (int row = 1; row <= rows; ++row) {
+        for (int field = 1; field <= QuoteLine::FieldCount; ++field)
+            quote.put(row, field, content.lines.get(row, field));
+    }
+    return quote;
+}
+
+TEST_F(QuotePdfTest, ALongIncludesTextRunsOntoTheNextPagesWhole)
+{
+    Table quote = sampleQuote(2);
+    QStringList parts;
+    for (int part = 1; part <= 150; ++part)
+        parts << QStringLiteral("Part %1").arg(part, 3, 10, QLatin1Char('0'));
+    quote.put(1, QuoteLine::Includes, parts.join(QStringLiteral("\r\n")));
+    const QString path = write(quote);
+    const int pages = pageCountOf(path);
+    ASSERT_GE(pages, 3);
+    const QString all = collapsed(pdfText(path));
+    for (const QString &part : parts)
+        EXPECT_TRUE(all.contains(part + QLatin1Char('\n'))) << part.toStdString();
+    EXPECT_TRUE(all.contains(QStringLiteral("P-2 Product 2")));
+    for (int page = 1; page <= pages; ++page) {
+        for (const QString &line : pdfText(path, page).split(QLatin1Char('\n'))) {
+            EXPECT_FALSE(
+                line.contains(QStringLiteral("Part ")) && line.contains(QStringLiteral("Page ")))
+                << "nothing is printed over the page's foot: " << line.toStdString();
+        }
+    }
+}
+
+TEST_F(QuotePdfTest, ATabInTheHeadingKeepsItsRoom)
+{
+    input.document.heading = QStringLiteral("Price:\tnet of tax");
+    const QString text = pdfText(write(sampleQuote(1)), 1);
+    EXPECT_TRUE(text.contains(QRegularExpression(QStringLiteral("Price: {3,}net of tax"))))
+        << text.left(300).toStdString();
+}
+
 TEST_F(QuotePdfTest, WithoutIncludesAndWithoutDiscount)
 {
     Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);

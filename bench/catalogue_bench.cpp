@@ -17,6 +17,8 @@
 #include "catalogue/table.h"
 #include "platform/appenvironment.h"
 #include "platform/iprompts.h"
+#include "products/pricechange.h"
+#include "products/priceladder.h"
 #include "products/productcommands.h"
 #include "products/productsearch.h"
 #include "shell/cataloguelifecycle.h"
@@ -33,6 +35,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 #include <map>
 #include <memory>
 #include <string>
@@ -273,6 +276,31 @@ void BM_FloorSearch(benchmark::State &state)
         benchmark::DoNotOptimize(bench::floorSearch(catalogue, "NO SUCH PRODUCT"));
 }
 
+/// "Check Price Points": every product's points checked, the problems' texts made.
+void BM_CheckPricePoints(benchmark::State &state)
+{
+    Folder &folder = folderFor(int(state.range(0)));
+    const std::unique_ptr<Module1> module = loadedModule(folder);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(PriceLadder::checkCatalogue(module->Catalogue(), EnUs));
+}
+
+/// "Change Prices" by 5 % for every product: the preview (its first 200 changes kept, the
+/// rest counted) as each key typed works it out, and the whole plan OK applies.
+void BM_ChangePrices(benchmark::State &state)
+{
+    Folder &folder = folderFor(int(state.range(0)));
+    const std::unique_ptr<Module1> module = loadedModule(folder);
+    std::vector<int> rows(std::size_t(module->Catalogue().rowCount()));
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        rows[i] = int(i) + 1;
+    PriceChangeRule rule;
+    rule.value = 5;
+    const std::size_t keep = state.range(1) != 0 ? 200 : std::numeric_limits<std::size_t>::max();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(PriceChange::plan(module->Catalogue(), rows, rule, EnUs, keep));
+}
+
 void sizes(benchmark::internal::Benchmark *b)
 {
     b->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
@@ -290,6 +318,8 @@ BENCHMARK(BM_HeaderSortProductName)->Apply(sizes);
 BENCHMARK(BM_FloorSortNames)->Apply(sizes);
 BENCHMARK(BM_LocateNoMatch)->Apply(sizes);
 BENCHMARK(BM_FloorSearch)->Apply(sizes);
+BENCHMARK(BM_CheckPricePoints)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ChangePrices)->Args({ 100000, 1 })->Args({ 100000, 0 })->Unit(benchmark::kMillisecond);
 
 /// The fastest repetition of a benchmark, in real time and in CPU time (ms).
 struct Fastest

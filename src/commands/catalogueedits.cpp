@@ -162,7 +162,8 @@ bool clearSchedule(EditHistory &history, const ProductView &view, int row)
 bool changePrices(EditHistory &history, const ProductView &view, const PriceChangePlan &plan)
 {
     const Table &catalogue = history.module().Catalogue();
-    if (plan.entries.empty() || !plan.belowZero.isEmpty() || !plan.tooLarge.isEmpty())
+    if (plan.entries.empty() || !plan.complete() || !plan.belowZero.isEmpty()
+        || !plan.tooLarge.isEmpty())
         return false;
     CellChanges changes;
     for (const PriceChangeEntry &entry : plan.entries) {

@@ -5,10 +5,10 @@
 #include "core/conversions.h"
 #include "core/formats.h"
 #include "core/storednumber.h"
-#include "core/vberror.h"
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace tarnwick::PriceChange {
 
@@ -40,17 +40,42 @@ QString textOf(const Cell &cell, const QLocale &locale)
     return cell.isNull() ? QString() : conv::toText(cell, locale);
 }
 
-void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field,
-    const QString &what, const PriceChangeRule &rule, const QLocale &locale)
+/// What a field is called in the preview: "List price", "Price 2" …
+QString fieldName(int field)
 {
+    if (field == ProductRecord::Price)
+        return QStringLiteral("List price");
+    for (int k = 1; k <= ProductRecord::PricePointCount; ++k) {
+        if (field == ProductRecord::pricePointPriceField(k))
+            return QStringLiteral("Price %1").arg(k);
+    }
+    return {};
+}
+
+/// How a plan reads the catalogue: its locale, and whether plain decimals ("12.50") may be
+/// read straight from their digits (readsPlainDecimals, asked once per plan).
+struct Reading
+{
+    const QLocale &locale;
+    bool plainDecimals = false;
+};
+
+void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field,
+    const PriceChangeRule &rule, const Reading &reading, std::size_t keepEntries)
+{
+    const QLocale &locale = reading.locale;
     const Cell &cell = catalogue.get(row, field);
-    if (cell.isBlank() || cell.isNull() || !conv::isNumeric(cell, locale))
+    if (cell.isBlank() || cell.isNull())
         return;
-    double oldPrice = 0;
-    try {
-        oldPrice = conv::toDouble(cell, locale);
-    } catch (const VbError &) {
+    const std::optional<double> number = conv::cellNumber(cell, locale, reading.plainDecimals);
+    if (!number)
         return;
+    double oldPrice = *number;
+    // A list price kept in single precision is the price its shortest text says (39.10, not
+    // the 39.0999985 the single holds), so 5 % more is the 41.055 that rounds to 41.06.
+    if (cell.kind() == Cell::Kind::Single) {
+        if (const auto typed = stored::readNumber(stored::numberText(float(oldPrice))))
+            oldPrice = *typed;
     }
     // A price that is a trillion or more already (read from a damaged sheet, say) is no price a
     // change can be worked out from: it stays as it is, as a price that is no number does, and
@@ -58,13 +83,17 @@ void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field
     if (!(std::fabs(oldPrice) < MaxPrice))
         return;
     const double newPrice = apply(oldPrice, rule);
-    const QString part = textOf(catalogue.get(row, ProductRecord::PartNumber), locale);
+    const auto named = [&] {
+        return QStringLiteral("%1 %2").arg(
+            textOf(catalogue.get(row, ProductRecord::PartNumber), locale),
+            fieldName(field).toLower());
+    };
     if (!(std::fabs(newPrice) < MaxPrice)) {
-        plan.tooLarge << QStringLiteral("%1 %2").arg(part, what.toLower());
+        plan.tooLarge << named();
         return;
     }
     if (newPrice < 0) {
-        plan.belowZero << QStringLiteral("%1 %2").arg(part, what.toLower());
+        plan.belowZero << named();
         return;
     }
     // A list price kept in single precision (16.4 is 16.3999996…) is unchanged when the new
@@ -72,8 +101,12 @@ void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field
     const bool single = cell.kind() == Cell::Kind::Single;
     if (newPrice == oldPrice || (single && float(newPrice) == float(oldPrice)))
         return;
+    ++plan.changeCount;
+    if (plan.entries.size() >= keepEntries)
+        return;
     plan.entries.push_back(
-        { row, field, part, what, cell, Cell(stored::numberText(newPrice)), oldPrice, newPrice });
+        { row, field, textOf(catalogue.get(row, ProductRecord::PartNumber), locale),
+            fieldName(field), cell, Cell(stored::numberText(newPrice)), oldPrice, newPrice });
 }
 
 } // namespace
@@ -100,19 +133,19 @@ double apply(double oldPrice, const PriceChangeRule &rule)
 }
 
 PriceChangePlan plan(const Table &catalogue, const std::vector<int> &rows,
-    const PriceChangeRule &rule, const QLocale &locale)
+    const PriceChangeRule &rule, const QLocale &locale, std::size_t keepEntries)
 {
     PriceChangePlan result;
     if (catalogue.fieldCount() < ProductRecord::FieldCount)
         return result;
+    const Reading reading { locale, conv::readsPlainDecimals(locale) };
     for (const int row : rows) {
         if (row < 1 || row > catalogue.rowCount())
             continue;
-        planField(result, catalogue, row, ProductRecord::Price, QStringLiteral("List price"), rule,
-            locale);
+        planField(result, catalogue, row, ProductRecord::Price, rule, reading, keepEntries);
         for (int k = 1; k <= ProductRecord::PricePointCount; ++k) {
-            planField(result, catalogue, row, ProductRecord::pricePointPriceField(k),
-                QStringLiteral("Price %1").arg(k), rule, locale);
+            planField(result, catalogue, row, ProductRecord::pricePointPriceField(k), rule, reading,
+                keepEntries);
         }
     }
     return result;
@@ -129,11 +162,13 @@ QString previewLine(const PriceChangeEntry &entry, const QLocale &locale)
 QString previewText(const PriceChangePlan &plan, const QLocale &locale, int limit)
 {
     QStringList lines;
-    const int count = int(plan.entries.size());
-    for (int i = 0; i < count && i < limit; ++i)
+    const int count = int(plan.changeCount);
+    const int kept = int(plan.entries.size());
+    for (int i = 0; i < kept && i < limit; ++i)
         lines << previewLine(plan.entries[std::size_t(i)], locale);
-    if (count > limit)
-        lines << QStringLiteral("\u2026 and %1 more.").arg(count - limit);
+    const int shown = std::min(kept, limit);
+    if (count > shown)
+        lines << QStringLiteral("\u2026 and %1 more.").arg(count - shown);
     return lines.join(QLatin1Char('\n'));
 }
 
@@ -147,16 +182,16 @@ QString summary(const PriceChangePlan &plan, bool entered)
     if (!plan.belowZero.isEmpty())
         return QStringLiteral("The change would take prices below zero: %1.")
             .arg(plan.belowZero.mid(0, 5).join(QStringLiteral(", ")));
-    if (plan.entries.empty())
+    if (plan.changeCount == 0)
         return QStringLiteral("No price changes.");
-    return plan.entries.size() == 1
+    return plan.changeCount == 1
         ? QStringLiteral("1 price will change.")
-        : QStringLiteral("%1 prices will change.").arg(int(plan.entries.size()));
+        : QStringLiteral("%1 prices will change.").arg(qulonglong(plan.changeCount));
 }
 
 bool canApply(const PriceChangePlan &plan, bool entered)
 {
-    return entered && plan.belowZero.isEmpty() && plan.tooLarge.isEmpty() && !plan.entries.empty();
+    return entered && plan.belowZero.isEmpty() && plan.tooLarge.isEmpty() && plan.changeCount > 0;
 }
 
 } // namespace tarnwick::PriceChange

@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QString>
 
+#include <limits>
 #include <vector>
 
 namespace tarnwick {
@@ -44,7 +45,12 @@ struct PriceChangeEntry
 /// The change planned for a set of products, before anything is changed.
 struct PriceChangePlan
 {
+    /// The changes, in catalogue order; a plan made for a preview keeps only the first few.
     std::vector<PriceChangeEntry> entries;
+    /// How many prices the change gives a new value (entries.size() unless entries were cut).
+    std::size_t changeCount = 0;
+    /// Whether entries holds every change, so the plan may be applied.
+    bool complete() const { return entries.size() == changeCount; }
     /// Prices the change would take below zero; a plan with any is not applied.
     QStringList belowZero;
     /// Prices the change would take to MaxPrice or beyond; a plan with any is not applied.
@@ -66,8 +72,12 @@ double apply(double oldPrice, const PriceChangeRule &rule);
 /// The list price and the price points' prices of rows (catalogue rows) by rule. Prices that
 /// are no number, empty, or MaxPrice or more already stay as they are; a price whose new value
 /// equals the old is left out.
+/// With keepEntries, only the first keepEntries changes are kept as entries and the others
+/// only counted: a preview of 100,000 products is worked out at once, without building
+/// 600,000 entries it never shows.
 PriceChangePlan plan(const Table &catalogue, const std::vector<int> &rows,
-    const PriceChangeRule &rule, const QLocale &locale);
+    const PriceChangeRule &rule, const QLocale &locale,
+    std::size_t keepEntries = std::numeric_limits<std::size_t>::max());
 
 /// A preview line: "TW-100  List price  $12.85 → $14.14".
 QString previewLine(const PriceChangeEntry &entry, const QLocale &locale);

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 namespace tarnwick::PriceLadder {
@@ -17,15 +18,24 @@ namespace {
 
 constexpr int PointCount = ProductRecord::PricePointCount;
 
+/// readsPlainDecimals for locale, asked once for the locale a catalogue is checked in (asking
+/// for every price would cost more than reading it).
+bool plainDecimalsIn(const QLocale &locale)
+{
+    thread_local QLocale asked;
+    thread_local bool plain = conv::readsPlainDecimals(asked);
+    if (!(locale == asked)) {
+        asked = locale;
+        plain = conv::readsPlainDecimals(locale);
+    }
+    return plain;
+}
+
 std::optional<double> numberOf(const Cell &cell, const QLocale &locale)
 {
-    if (cell.isBlank() || cell.isNull() || !conv::isNumeric(cell, locale))
+    if (cell.isBlank() || cell.isNull())
         return std::nullopt;
-    try {
-        return conv::toDouble(cell, locale);
-    } catch (const VbError &) {
-        return std::nullopt;
-    }
+    return conv::cellNumber(cell, locale, plainDecimalsIn(locale));
 }
 
 /// A threshold as SetPrice reads it: a 16-bit whole number, none when it cannot be read.
@@ -66,14 +76,18 @@ bool costsMore(double price, double than)
     return std::round(price * 100.0) > std::round(than * 100.0);
 }
 
-/// A price as a quote charges it: read as a single.
-std::optional<float> chargedOf(const Cell &cell, const QLocale &locale)
+/// Whether two amounts could show as different money: only then are their texts made and
+/// compared (making them for every price of a large catalogue would keep the window waiting).
+/// Amounts whose cents round alike and lie clear of a half cent show alike.
+bool mayShowOtherwise(double a, double b)
 {
-    try {
-        return conv::toSingle(cell, locale);
-    } catch (const VbError &) {
-        return std::nullopt;
-    }
+    const double centsA = a * 100.0;
+    const double centsB = b * 100.0;
+    const auto nearHalf = [](double cents) {
+        return std::fabs(std::fabs(cents - std::trunc(cents)) - 0.5) < 1e-3;
+    };
+    return std::round(centsA) != std::round(centsB) || nearHalf(centsA) || nearHalf(centsB)
+        || !(std::fabs(centsA) < 1e15);
 }
 
 /// A used point: its slot, its threshold as read and its price, when it is a number, with
@@ -117,10 +131,12 @@ void checkQuantities(const Points &points, const QLocale &locale,
                     .arg(previous->point)
                     .arg(quantityText(previous->threshold, locale)) });
         }
-        const Cell &price = points.price.at(std::size_t(k - 1));
-        const auto number = numberOf(price, locale);
+        const auto number = numberOf(points.price.at(std::size_t(k - 1)), locale);
+        // As a quote reads it: a single (from the double, which differs from reading the text
+        // as a single at most in a last bit no amount of money shows).
+        const bool fits = number && std::fabs(*number) <= double(std::numeric_limits<float>::max());
         Used point { k, *threshold, number,
-            number ? chargedOf(price, locale) : std::optional<float>() };
+            fits ? std::optional<float>(float(*number)) : std::optional<float>() };
         used.push_back(point);
         previous = point;
     }
@@ -151,7 +167,7 @@ void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLo
         }
         // A quote keeps a price as a single: about seven digits, so $999,999.99 becomes
         // $1,000,000.00, and 0.215 shows as $0.22 where this schedule shows $0.21.
-        if (point.charged) {
+        if (point.charged && mayShowOtherwise(*point.price, double(*point.charged))) {
             const QString shown = money(*point.price, locale);
             const QString quoted = money(double(*point.charged), locale);
             if (shown != quoted) {

@@ -109,14 +109,15 @@ void PricingController::showChangePrices(QWidget *owner)
     m_grid.storeEditsBeforeStep();
     const std::vector<int> selected = selectedRows();
     const int shown = m_ui.GrdMain->model()->rowCount();
-    auto planner = [this, selected, shown](const PriceChangeRule &rule, bool selectedOnly) {
+    auto planner = [this, selected, shown](
+                       const PriceChangeRule &rule, bool selectedOnly, std::size_t keepEntries) {
         std::vector<int> rows = selected;
         if (!selectedOnly) {
             rows.resize(std::size_t(shown));
             for (int row = 1; row <= shown; ++row)
                 rows[std::size_t(row - 1)] = row;
         }
-        return PriceChange::plan(m_module.Catalogue(), rows, rule, m_module.locale());
+        return PriceChange::plan(m_module.Catalogue(), rows, rule, m_module.locale(), keepEntries);
     };
     m_changePrices =
         new FrmChangePrices(planner, int(selected.size()), shown, m_module.locale(), owner);

@@ -165,6 +165,42 @@ TEST(PriceChangeTest, AListPriceKeptInSinglePrecisionChangesAsTheMoneyItShows)
         QStringLiteral("BV-1075  List price  $16.40 \u2192 $18.04"));
 }
 
+TEST(PriceChangeTest, ASinglePriceOnAHalfCentRoundsUpAsItsMoneyWould)
+{
+    // 39.10 is kept as 39.0999985…: 5 % more is the 41.055 of the money shown, so $41.06.
+    Table table(1, 15);
+    table.put(1, 1, "TW-000053");
+    table.put(1, 3, 39.1f);
+    const PriceChangePlan raise =
+        PriceChange::plan(table, { 1 }, ruleOf(By::Percent, 5, Rounding::Cents), EnUs);
+    ASSERT_EQ(raise.entries.size(), 1u);
+    EXPECT_EQ(raise.entries[0].after, Cell("41.06"));
+    EXPECT_EQ(PriceChange::previewLine(raise.entries[0], EnUs),
+        QStringLiteral("TW-000053  List price  $39.10 \u2192 $41.06"));
+}
+
+TEST(PriceChangeTest, APlanForThePreviewKeepsItsFirstChangesAndCountsTheRest)
+{
+    Table table(3, 15);
+    for (int row = 1; row <= 3; ++row) {
+        table.put(row, 1, QStringLiteral("TW-%1").arg(row));
+        table.put(row, 3, "10");
+    }
+    const PriceChangeRule rule = ruleOf(By::Percent, 10, Rounding::Cents);
+    const PriceChangePlan preview = PriceChange::plan(table, { 1, 2, 3 }, rule, EnUs, 2);
+    ASSERT_EQ(preview.entries.size(), 2u);
+    EXPECT_EQ(preview.changeCount, 3u);
+    EXPECT_FALSE(preview.complete());
+    EXPECT_EQ(preview.entries[1].partNumber, QStringLiteral("TW-2"));
+    EXPECT_EQ(PriceChange::summary(preview, true), QStringLiteral("3 prices will change."));
+    EXPECT_TRUE(PriceChange::previewText(preview, EnUs, 200)
+                    .endsWith(QStringLiteral("\u2026 and 1 more.")));
+    EXPECT_TRUE(PriceChange::canApply(preview, true));
+    const PriceChangePlan whole = PriceChange::plan(table, { 1, 2, 3 }, rule, EnUs);
+    EXPECT_TRUE(whole.complete());
+    EXPECT_EQ(whole.entries.size(), 3u);
+}
+
 TEST(PriceChangeTest, ThePreviewAndItsSummarySayWhatOkWouldDo)
 {
     const Table table = catalogue();

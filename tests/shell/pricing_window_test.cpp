@@ -194,4 +194,38 @@ TEST_F(PricingWindowTest, ChangePricesPreviewsAndAppliesOneUndoStep)
     EXPECT_EQ(conv::toText(module->Catalogue().get(2, 9), locale), QStringLiteral("1225"));
 }
 
+class ChangeManyPricesTest : public ShellTest
+{
+};
+
+TEST_F(ChangeManyPricesTest, OkAppliesEveryChangeThoughThePreviewListsTheFirst200)
+{
+    QByteArray catalogue;
+    for (int product = 1; product <= 150; ++product) {
+        catalogue += catalogueLine({ QStringLiteral("TW-%1").arg(product, 3, 10, QLatin1Char('0')),
+            QStringLiteral("Widget %1").arg(product), "10", "", "", "10", "9" });
+    }
+    folder.writeFile(QStringLiteral("twdata.dat"), catalogue);
+    frmMain *window = startAndWait();
+    ASSERT_NE(window, nullptr);
+    window->actions().action(QStringLiteral("mnuChangePrices"))->trigger();
+    auto *change = window->findChild<FrmChangePrices *>(QStringLiteral("FrmChangePrices"));
+    ASSERT_NE(change, nullptr);
+    QTest::keyClicks(change->findChild<QLineEdit *>(QStringLiteral("TxtChange")), "10");
+    EXPECT_EQ(change->findChild<QLabel *>(QStringLiteral("LblSummary"))->text(),
+        QStringLiteral("300 prices will change."));
+    EXPECT_TRUE(change->findChild<QPlainTextEdit *>(QStringLiteral("TxtPreview"))
+                    ->toPlainText()
+                    .endsWith(QStringLiteral("\u2026 and 100 more.")));
+    QTest::mouseClick(
+        change->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    const Table &table = module->Catalogue();
+    ASSERT_EQ(table.rowCount(), 150);
+    for (int row = 1; row <= 150; ++row) {
+        EXPECT_EQ(conv::toText(table.get(row, 3), locale), QStringLiteral("11")) << row;
+        EXPECT_EQ(conv::toText(table.get(row, 7), locale), QStringLiteral("9.9")) << row;
+    }
+    EXPECT_EQ(window->history().undoText(), QStringLiteral("Change Prices (300 prices)"));
+}
+
 } // namespace

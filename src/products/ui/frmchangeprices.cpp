@@ -2,6 +2,7 @@
 
 #include "core/conversions.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -41,7 +42,7 @@ FrmChangePrices::FrmChangePrices(
     m_summary->setTextFormat(Qt::PlainText); // it names part numbers
     m_summary->setWordWrap(true);
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &FrmChangePrices::planAllAndAccept);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
@@ -119,11 +120,25 @@ bool FrmChangePrices::selectedOnly() const
 void FrmChangePrices::updatePreview()
 {
     const auto entered = rule();
-    m_plan = entered ? m_planner(*entered, selectedOnly()) : PriceChangePlan {};
+    m_plan = entered ? m_planner(*entered, selectedOnly(), PreviewLimit) : PriceChangePlan {};
     m_preview->setPlainText(PriceChange::previewText(m_plan, m_locale, PreviewLimit));
     m_summary->setText(PriceChange::summary(m_plan, entered.has_value()));
     m_buttons->button(QDialogButtonBox::Ok)
         ->setEnabled(PriceChange::canApply(m_plan, entered.has_value()));
+}
+
+void FrmChangePrices::planAllAndAccept()
+{
+    const auto entered = rule();
+    if (!entered)
+        return;
+    if (!m_plan.complete()) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        m_plan = m_planner(*entered, selectedOnly(), std::numeric_limits<std::size_t>::max());
+        QApplication::restoreOverrideCursor();
+    }
+    if (PriceChange::canApply(m_plan, true))
+        accept();
 }
 
 } // namespace tarnwick

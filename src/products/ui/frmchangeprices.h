@@ -30,8 +30,10 @@ public:
     /// The preview lists at most this many prices, then how many more there are.
     static constexpr int PreviewLimit = 200;
 
-    /// Plans the change of the chosen products (selected or all shown) by a rule.
-    using Planner = std::function<PriceChangePlan(const PriceChangeRule &rule, bool selectedOnly)>;
+    /// Plans the change of the chosen products (selected or all shown) by a rule, keeping at
+    /// most keepEntries of its changes (all of them for the plan OK applies).
+    using Planner = std::function<PriceChangePlan(
+        const PriceChangeRule &rule, bool selectedOnly, std::size_t keepEntries)>;
 
     FrmChangePrices(Planner planner, int selectedCount, int shownCount, const QLocale &locale,
         QWidget *parent = nullptr);
@@ -39,11 +41,14 @@ public:
     /// The rule as entered; none while the change is no number.
     std::optional<PriceChangeRule> rule() const;
     bool selectedOnly() const;
-    /// The plan the preview shows.
+    /// The plan the preview shows; after OK, the whole plan to apply.
     const PriceChangePlan &plan() const { return m_plan; }
 
 private Q_SLOTS:
     void updatePreview();
+    /// OK: the whole change is worked out (the preview holds only its first lines), then the
+    /// window is accepted.
+    void planAllAndAccept();
 
 private:
     /// The change, its rounding and the products it applies to.

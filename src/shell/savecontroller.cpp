@@ -20,6 +20,7 @@ namespace tarnwick {
 namespace {
 const QString CopyFilter = QStringLiteral("Catalogue Files (*.dat)|*.dat|All Files (*.*)|*.*");
 const QString RecoveredMessage = QStringLiteral("Unsaved changes are kept safe again.");
+const QString SavedMessage = QStringLiteral("Catalogue saved");
 } // namespace
 
 SaveController::SaveController(const AppServices &services, Module1 &module,
@@ -38,6 +39,11 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
         Qt::QueuedConnection);
     connect(
         &recovery, &CatalogueRecovery::modifiedChanged, m_window, &QMainWindow::setWindowModified);
+    // "Catalogue saved" is no longer true once the catalogue changes again.
+    connect(&recovery, &CatalogueRecovery::modifiedChanged, this, [this](bool modified) {
+        if (modified && m_ui.sbPanel1->text() == SavedMessage)
+            m_ui.sbPanel1->clear();
+    });
     connect(&recovery, &CatalogueRecovery::writeFailed, this, [this](const QString &detail) {
         const QString text =
             QStringLiteral("Unsaved changes cannot be kept safe: %1. Save the catalogue.")
@@ -63,7 +69,7 @@ void SaveController::save()
 {
     storeEdits();
     if (m_catalogue.saveNow())
-        m_ui.sbPanel1->setText(QStringLiteral("Catalogue saved"));
+        m_ui.sbPanel1->setText(SavedMessage);
 }
 
 void SaveController::saveAs()

@@ -106,6 +106,11 @@ TEST_F(SavingWindowTest, FileSaveSavesAtOnceKeepingTheBackup)
     EXPECT_FALSE(window->isWindowModified());
     EXPECT_FALSE(folder.exists(RecoveryFile));
     EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Catalogue saved"));
+    // A later change makes the words untrue: they go with it.
+    renameFirstProduct(QStringLiteral("Anchor, brass"));
+    ASSERT_TRUE(waitForModified(true));
+    EXPECT_NE(window->ui().sbPanel1->text(), QStringLiteral("Catalogue saved"));
 }
 
 TEST_F(SavingWindowTest, CtrlSAndTheToolbarButtonSaveToo)

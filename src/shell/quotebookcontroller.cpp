@@ -176,18 +176,21 @@ void QuoteBookController::sessionEnding()
     m_session->keepNow();
 }
 
+QString QuoteBookController::keepForClose()
+{
+    m_ui.GrdQuote->commitPendingEdit();
+    const bool kept = m_session->keepNow();
+    if (!m_book.isOpen())
+        return m_session->isEmpty() ? QString() : QuoteBookMessages::notKept(m_unavailable);
+    return kept ? QString() : QuoteBookMessages::notKeptInBook(m_book.errorString());
+}
+
 bool QuoteBookController::readyToClose()
 {
     m_lossAccepted = false;
     if (!m_started)
         return true;
-    m_ui.GrdQuote->commitPendingEdit();
-    const bool kept = m_session->keepNow();
-    QString problem;
-    if (!m_book.isOpen() && !m_session->isEmpty())
-        problem = QuoteBookMessages::notKept(m_unavailable);
-    else if (m_book.isOpen() && !kept)
-        problem = QuoteBookMessages::notKeptInBook(m_book.errorString());
+    const QString problem = keepForClose();
     if (problem.isEmpty())
         return true;
     // As for the catalogue: the user may rather wait for the book, or save or copy the quote.
@@ -204,16 +207,12 @@ void QuoteBookController::shutDown()
     if (!m_started)
         return;
     m_session->stopKeeping();
-    m_ui.GrdQuote->commitPendingEdit();
-    const bool kept = m_session->keepNow();
+    const QString problem = keepForClose();
     // What readyToClose() asked about is not said again.
-    if (!m_book.isOpen()) {
-        if (!m_session->isEmpty() && !m_lossAccepted)
-            report(QuoteBookMessages::notKept(m_unavailable), Titles::Book);
+    if (!problem.isEmpty() && !m_lossAccepted)
+        report(problem, Titles::Book);
+    if (!m_book.isOpen())
         return;
-    }
-    if (!kept && !m_lossAccepted)
-        report(QuoteBookMessages::notKeptInBook(m_book.errorString()), Titles::Book);
     const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
     if (!m_keepBackup && !m_book.backupTo(backup))
         report(QuoteBookMessages::backupFailed(backup, m_book.errorString()), Titles::Book);

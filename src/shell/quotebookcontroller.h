@@ -95,6 +95,9 @@ private:
     /// agrees (one more step).
     void offerTodaysPrices(const std::vector<PriceSource> &sources);
     void restoreInHand();
+    /// Keeps the quote in hand with what is being typed; what a close would lose when the book
+    /// cannot take it (empty when it is kept, or there is nothing to keep).
+    QString keepForClose();
     /// Saves the quote the last run kept, which the start could not bring back, as a quote of
     /// its own (said in the status bar).
     void saveMissedInHand();

@@ -250,7 +250,9 @@ std::optional<double> parseNumber(const QString &text, const QLocale &locale)
     return negative ? -*value : *value;
 }
 
-bool readsPlainDecimals(const QLocale &locale)
+namespace {
+
+bool findPlainDecimals(const QLocale &locale)
 {
     const QString dot = QStringLiteral(".");
     const QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
@@ -258,6 +260,21 @@ bool readsPlainDecimals(const QLocale &locale)
     return locale.decimalPoint() == dot && locale.zeroDigit() == QStringLiteral("0")
         && locale.groupSeparator() != dot && !symbol.contains(QLatin1Char('.'))
         && locale.toDouble(QStringLiteral("01234.50"), &ok) == 1234.5 && ok;
+}
+
+} // namespace
+
+bool readsPlainDecimals(const QLocale &locale)
+{
+    // Asking the locale costs more than reading a price: the answer for the locale asked last
+    // on this thread is kept, so a caller may ask for every cell it reads.
+    thread_local QLocale asked;
+    thread_local bool plain = findPlainDecimals(asked);
+    if (!(locale == asked)) {
+        asked = locale;
+        plain = findPlainDecimals(locale);
+    }
+    return plain;
 }
 
 std::optional<double> plainDecimal(const char *bytes, qsizetype size)

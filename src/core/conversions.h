@@ -49,6 +49,7 @@ std::optional<double> parseNumber(const QString &text, const QLocale &locale);
 /// True when the locale reads a plain decimal text (digits with at most one "." between
 /// digits, such as "12" or "12.50") as the same number the stored form means, so parseNumber
 /// and the stored form agree on it and a fast reader may take it straight from its digits.
+/// Cheap to ask again for the same locale (the last answer is kept per thread).
 bool readsPlainDecimals(const QLocale &locale);
 
 /// A plain decimal text of at most 15 characters read from its ASCII bytes: digits with at

@@ -52,22 +52,14 @@ QString fieldName(int field)
     return {};
 }
 
-/// How a plan reads the catalogue: its locale, and whether plain decimals ("12.50") may be
-/// read straight from their digits (readsPlainDecimals, asked once per plan).
-struct Reading
-{
-    const QLocale &locale;
-    bool plainDecimals = false;
-};
-
 void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field,
-    const PriceChangeRule &rule, const Reading &reading, std::size_t keepEntries)
+    const PriceChangeRule &rule, const QLocale &locale, std::size_t keepEntries)
 {
-    const QLocale &locale = reading.locale;
     const Cell &cell = catalogue.get(row, field);
     if (cell.isBlank() || cell.isNull())
         return;
-    const std::optional<double> number = conv::cellNumber(cell, locale, reading.plainDecimals);
+    const std::optional<double> number =
+        conv::cellNumber(cell, locale, conv::readsPlainDecimals(locale));
     if (!number)
         return;
     double oldPrice = *number;
@@ -138,13 +130,12 @@ PriceChangePlan plan(const Table &catalogue, const std::vector<int> &rows,
     PriceChangePlan result;
     if (catalogue.fieldCount() < ProductRecord::FieldCount)
         return result;
-    const Reading reading { locale, conv::readsPlainDecimals(locale) };
     for (const int row : rows) {
         if (row < 1 || row > catalogue.rowCount())
             continue;
-        planField(result, catalogue, row, ProductRecord::Price, rule, reading, keepEntries);
+        planField(result, catalogue, row, ProductRecord::Price, rule, locale, keepEntries);
         for (int k = 1; k <= ProductRecord::PricePointCount; ++k) {
-            planField(result, catalogue, row, ProductRecord::pricePointPriceField(k), rule, reading,
+            planField(result, catalogue, row, ProductRecord::pricePointPriceField(k), rule, locale,
                 keepEntries);
         }
     }

@@ -18,24 +18,11 @@ namespace {
 
 constexpr int PointCount = ProductRecord::PricePointCount;
 
-/// readsPlainDecimals for locale, asked once for the locale a catalogue is checked in (asking
-/// for every price would cost more than reading it).
-bool plainDecimalsIn(const QLocale &locale)
-{
-    thread_local QLocale asked;
-    thread_local bool plain = conv::readsPlainDecimals(asked);
-    if (!(locale == asked)) {
-        asked = locale;
-        plain = conv::readsPlainDecimals(locale);
-    }
-    return plain;
-}
-
 std::optional<double> numberOf(const Cell &cell, const QLocale &locale)
 {
     if (cell.isBlank() || cell.isNull())
         return std::nullopt;
-    return conv::cellNumber(cell, locale, plainDecimalsIn(locale));
+    return conv::cellNumber(cell, locale, conv::readsPlainDecimals(locale));
 }
 
 /// A threshold as SetPrice reads it: a 16-bit whole number, none when it cannot be read.

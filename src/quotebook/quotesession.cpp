@@ -1,7 +1,6 @@
 #include "quotebook/quotesession.h"
 
 #include "catalogue/table.h"
-#include "commands/cellchanges.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 
@@ -23,6 +22,14 @@ bool sameLines(const Table &a, const Table &b)
         }
     }
     return true;
+}
+
+/// A revision saved today starts as a draft, dated today and valid for the usual days.
+void startToday(QuoteHeader &header, const QDate &today)
+{
+    header.date = today;
+    header.validUntil = today.addDays(DefaultValidDays);
+    header.status = QuoteStatus::Draft;
 }
 
 } // namespace
@@ -92,9 +99,7 @@ bool QuoteSession::saveNew(
     SavedQuote quote = record(texts);
     quote.header.id = 0;
     quote.header.customer = customer;
-    quote.header.date = today;
-    quote.header.validUntil = today.addDays(DefaultValidDays);
-    quote.header.status = QuoteStatus::Draft;
+    startToday(quote.header, today);
     return saveAsNew(quote);
 }
 
@@ -121,9 +126,7 @@ bool QuoteSession::saveRevision(const QuoteTexts &texts, const QDate &today)
     if (!m_header.isSaved())
         return false;
     SavedQuote quote = record(texts);
-    quote.header.date = today;
-    quote.header.validUntil = today.addDays(DefaultValidDays);
-    quote.header.status = QuoteStatus::Draft;
+    startToday(quote.header, today);
     if (!m_book.saveRevision(quote))
         return false;
     takeOver(quote);
@@ -217,7 +220,7 @@ std::optional<QuoteHeader> QuoteSession::saveMissedInHand(
     SavedQuote quote;
     const auto continued =
         inHand->quoteId != 0 ? m_book.load(inHand->quoteId) : std::optional<SavedQuote>();
-    if (continued && sameCells(continued->content.lines, inHand->content.lines))
+    if (continued && sameLines(continued->content.lines, inHand->content.lines))
         return std::nullopt; // nothing but what the book holds as that revision
     if (continued) {
         quote.header = continued->header;
@@ -226,9 +229,7 @@ std::optional<QuoteHeader> QuoteSession::saveMissedInHand(
         quote.header.ending = texts.ending;
         quote.header.customer.reference = QStringLiteral("Kept at an earlier close");
     }
-    quote.header.date = today;
-    quote.header.validUntil = today.addDays(DefaultValidDays);
-    quote.header.status = QuoteStatus::Draft;
+    startToday(quote.header, today);
     quote.content = inHand->content;
     const bool saved = continued ? m_book.saveRevision(quote) : m_book.saveNew(quote);
     return saved ? std::optional<QuoteHeader>(quote.header) : std::nullopt;

@@ -78,11 +78,14 @@ build_dir="$TARNWICK_ROOT/build-tests"
 stage "configure" tarnwick_configure "$build_dir" -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O2 -g1 -DNDEBUG" \
     -DTARNWICK_TEST_CODE_OPTIONS=-O0 -DTARNWICK_UNITY_BUILD=ON \
     -DTARNWICK_BUILD_TESTS=ON -DTARNWICK_BUILD_BENCH=ON -DTARNWICK_WERROR=ON
+# clang-tidy (the checks in .clang-tidy) over the program's sources, from this build's compile
+# commands, beside the build and the tests; any finding fails the run. It needs nothing the
+# build makes (no source includes a generated file), and at its lower priority it takes the
+# processor time the build leaves (linking, the last files of a target) and then shares the
+# tests' stage, which mostly waits.
+side_start "clang-tidy" python3 "$TARNWICK_ROOT/scripts/tidy.py" "$build_dir" --jobs "$(nproc)"
 stage "format check" cmake --build "$build_dir" --target format-check
 stage "build" cmake --build "$build_dir" -j "$(nproc)"
-# clang-tidy (the checks in .clang-tidy) over the program's sources, from this build's compile
-# commands, beside the tests; any finding fails the run.
-side_start "clang-tidy" python3 "$TARNWICK_ROOT/scripts/tidy.py" "$build_dir" --jobs "$(nproc)"
 stage "tests" env QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-on-failure --timeout 300
 side_done
 

@@ -8,6 +8,7 @@
 #include <QMenuBar>
 #include <QStyle>
 #include <QToolBar>
+#include <QToolButton>
 
 namespace tarnwick {
 
@@ -144,8 +145,16 @@ void MainWindowActions::createToolBar(QMainWindow *window)
         button->setObjectName(QStringLiteral("tb") + key);
         button->setData(key);
         button->setToolTip(QObject::tr(entry.toolTip));
+        // The buttons show only their icons: assistive tools read what the button does as its
+        // name, and its key as its description, as every named control has.
+        QWidget *widget = m_toolBar->widgetForAction(button);
+        widget->setAccessibleName(QObject::tr(entry.toolTip));
+        widget->setAccessibleDescription(key);
         m_buttons.insert(key, button);
     }
+    // The button that shows the buttons a narrow window has no room for.
+    if (auto *more = m_toolBar->findChild<QToolButton *>(QStringLiteral("qt_toolbar_ext_button")))
+        more->setAccessibleName(QObject::tr("More buttons"));
     // The two buttons no menu item stands for get keys of their own, shown in their tool tips.
     const auto giveKey = [this, window](const char *key, const QKeySequence &sequence) {
         QAction *button = m_buttons.value(QString::fromLatin1(key));

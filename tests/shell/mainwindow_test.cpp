@@ -16,6 +16,7 @@
 #include <QTableView>
 #include <QTest>
 #include <QToolBar>
+#include <QToolButton>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -69,6 +70,28 @@ TEST_F(MainWindowTest, TheToolbarHasItsKeysAndToolTips)
         EXPECT_FALSE(button->icon().isNull()) << key.toStdString();
     }
     EXPECT_TRUE(window->actions().button(QStringLiteral("Edit"))->isCheckable());
+}
+
+TEST_F(MainWindowTest, AssistiveToolsReadWhatEachToolbarButtonDoes)
+{
+    frmMain *window = startAndWait();
+    QToolBar *bar = window->actions().toolBar();
+    const auto nameOf = [&](const char *key) {
+        return bar->widgetForAction(window->actions().button(QString::fromLatin1(key)))
+            ->accessibleName();
+    };
+    EXPECT_EQ(nameOf("DelProd"), QStringLiteral("Delete product"));
+    EXPECT_EQ(nameOf("New"), QStringLiteral("Modify products from a spreadsheet"));
+    EXPECT_EQ(nameOf("Print"), QStringLiteral("Copy product report"));
+    // The key a button has is in its tool tip, not in the name read out.
+    EXPECT_EQ(nameOf("Find"), QStringLiteral("Find product"));
+    EXPECT_EQ(nameOf("Palm"), QStringLiteral("Send to handheld"));
+    for (QToolButton *button : bar->findChildren<QToolButton *>())
+        EXPECT_FALSE(button->accessibleName().isEmpty()) << button->objectName().toStdString();
+    // Each button's key, which names it for automation, is its description.
+    for (const QString &key : MainWindowActions::buttonKeys())
+        EXPECT_EQ(
+            bar->widgetForAction(window->actions().button(key))->accessibleDescription(), key);
 }
 
 TEST_F(MainWindowTest, TheSaveButtonSavesTheCatalogueAtOnce)

@@ -76,16 +76,33 @@ std::vector<qreal> columnStarts(qsizetype parts)
 class PageLayout
 {
 public:
-    PageLayout(QPainter &painter, const QRectF &body) : m_painter(painter), m_body(body) { }
+    PageLayout(QPainter &painter, const QRectF &body)
+        : m_painter(painter), m_body(body), m_tabStops(halfInchTabStops(painter))
+    {
+    }
 
     QTextOption wrapping() const
     {
         QTextOption option(Qt::AlignLeft | Qt::AlignTop);
         option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-        // Tabs every half inch, as in a word processor (Qt's default is 80 device units: a
-        // blank's width at the PDF's resolution).
-        option.setTabStopDistance(m_painter.device()->logicalDpiX() / 2.0);
+        option.setTabStopDistance(m_tabStops);
         return option;
+    }
+
+    /// The tab stop distance that puts a tab's stops every half inch, as in a word processor
+    /// (Qt's default of 80 units is a blank's width at the PDF's resolution). Qt scales the
+    /// distance by the device's resolution over the screen's when it lays out for a printer,
+    /// so the distance is found by measuring one tab rather than assumed.
+    static qreal halfInchTabStops(QPainter &painter)
+    {
+        const qreal halfInch = painter.device()->logicalDpiX() / 2.0;
+        QTextOption option(Qt::AlignLeft | Qt::AlignTop);
+        option.setWrapMode(QTextOption::NoWrap);
+        option.setTabStopDistance(halfInch);
+        const QRectF room(0, 0, 1e9, 1e9);
+        const qreal tab = painter.boundingRect(room, QStringLiteral("\tx"), option).width()
+            - painter.boundingRect(room, QStringLiteral("x"), option).width();
+        return tab > 0 ? halfInch * halfInch / tab : halfInch;
     }
 
     QRectF columnRect(const Piece &piece, qsizetype index, qreal top, qreal height) const
@@ -160,6 +177,7 @@ public:
 private:
     QPainter &m_painter;
     QRectF m_body;
+    qreal m_tabStops;
 };
 
 /// Each line of text as a block of its own, so long texts may run onto the next page.

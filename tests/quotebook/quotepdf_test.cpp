@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 using namespace tarnwick;
@@ -164,12 +165,49 @@ TEST_F(QuotePdfTest, ALongIncludesTextRunsOntoTheNextPagesWhole)
     }
 }
 
-TEST_F(QuotePdfTest, ATabInTheHeadingKeepsItsRoom)
+/// Where each word of page 1 starts from the page's left edge, in points, in reading order.
+QList<std::pair<QString, double>> wordStarts(const QString &path)
 {
-    input.document.heading = QStringLiteral("Price:\tnet of tax");
-    const QString text = pdfText(write(sampleQuote(1)), 1);
-    EXPECT_TRUE(text.contains(QRegularExpression(QStringLiteral("Price: {3,}net of tax"))))
-        << text.left(300).toStdString();
+    QProcess reader;
+    reader.start(QStringLiteral("pdftotext"),
+        { QStringLiteral("-bbox"), QStringLiteral("-f"), QStringLiteral("1"), QStringLiteral("-l"),
+            QStringLiteral("1"), path, QStringLiteral("-") });
+    EXPECT_TRUE(reader.waitForFinished(30000));
+    const QString boxes = QString::fromUtf8(reader.readAllStandardOutput());
+    QList<std::pair<QString, double>> words;
+    const QRegularExpression word(QStringLiteral("<word xMin=\"([0-9.]+)\"[^>]*>([^<]*)</word>"));
+    for (auto it = word.globalMatch(boxes); it.hasNext();) {
+        const auto match = it.next();
+        words.append({ match.captured(2), match.captured(1).toDouble() });
+    }
+    return words;
+}
+
+double startOf(const QList<std::pair<QString, double>> &words, const QString &text)
+{
+    for (const auto &[word, x] : words) {
+        if (word == text)
+            return x;
+    }
+    ADD_FAILURE() << "no word " << text.toStdString();
+    return -1000;
+}
+
+TEST_F(QuotePdfTest, TabsStopEveryHalfInchFromTheMargin)
+{
+    // "Ab" is narrower than half an inch: the tab goes to the first stop, the second tab to
+    // the next one; "Wide…" is wider than two stops, so its tab goes to the stop after its end.
+    input.document.heading = QStringLiteral("Ab\tBee\tCee\nWideWordWideWord\tDee");
+    const auto words = wordStarts(write(sampleQuote(1)));
+    const double margin = startOf(words, QStringLiteral("Ab"));
+    const double wide = startOf(words, QStringLiteral("WideWordWideWord"));
+    EXPECT_NEAR(wide, margin, 1.0);
+    EXPECT_NEAR(startOf(words, QStringLiteral("Bee")) - margin, 36.0, 1.0);
+    EXPECT_NEAR(startOf(words, QStringLiteral("Cee")) - margin, 72.0, 1.0);
+    const double dee = startOf(words, QStringLiteral("Dee")) - margin;
+    EXPECT_GT(dee, 72.0);
+    EXPECT_LT(dee, 200.0);
+    EXPECT_NEAR(std::fmod(dee, 36.0), 0.0, 1.0);
 }
 
 TEST_F(QuotePdfTest, WithoutIncludesAndWithoutDiscount)

@@ -38,8 +38,9 @@ QStringList breaksOf(const Table &catalogue, int row, const QLocale &locale)
     return breaks;
 }
 
-/// Column shares of the page width and their alignment.
-constexpr std::array<qreal, 4> Shares { 0.18, 0.42, 0.14, 0.26 };
+/// Column shares of the page width and their alignment. The list price's column holds
+/// "$99,999,999.99" in the body font on Letter and A4 paper.
+constexpr std::array<qreal, 4> Shares { 0.18, 0.38, 0.18, 0.26 };
 const std::array<Qt::Alignment, 4> Alignments { Qt::AlignLeft, Qt::AlignLeft, Qt::AlignRight,
     Qt::AlignLeft };
 
@@ -53,8 +54,11 @@ std::array<QString, 4> cellsOf(const PriceListEntry &entry)
 
 QTextOption optionOf(int column)
 {
+    // Part numbers and names may be one long word; a price is never broken inside its
+    // number, where "$10,000,000.0" over a lone "0" would read as another price.
     QTextOption wrap(Alignments.at(std::size_t(column)) | Qt::AlignTop);
-    wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    wrap.setWrapMode(
+        column < 2 ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::WordWrap);
     return wrap;
 }
 

@@ -241,6 +241,33 @@ TEST(PriceListTest, PrintedTheDescendingLadderShowsWhatTheQuoteCharges)
         text.indexOf(QStringLiteral("from 25: $10.95")));
 }
 
+TEST(PriceListTest, ALargePriceIsNeverBrokenInsideItsNumber)
+{
+    const std::vector<PriceListEntry> entries {
+        { QStringLiteral("BIG-1"), QStringLiteral("Plant"), QStringLiteral("$10,000,000.00"),
+            { QStringLiteral("from 99,999: $10,000,000.00") } },
+        { QStringLiteral("BIG-2"), QStringLiteral("Line"), QStringLiteral("$99,999,999.99"),
+            { QStringLiteral("from 5: $99,999,999.99") } },
+    };
+    for (const QPageSize::PageSizeId paper : { QPageSize::A4, QPageSize::Letter }) {
+        QTemporaryDir dir;
+        const QString pdf = dir.filePath(QStringLiteral("big.pdf"));
+        {
+            QPdfWriter writer(pdf);
+            writer.setPageSize(QPageSize(paper));
+            writer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+            ASSERT_EQ(PriceList::paint(writer, entries), 1);
+        }
+        QProcess pdftotext;
+        pdftotext.start(
+            QStringLiteral("pdftotext"), { QStringLiteral("-layout"), pdf, QStringLiteral("-") });
+        ASSERT_TRUE(pdftotext.waitForFinished(20000)) << "pdftotext must be installed";
+        const QString text = QString::fromUtf8(pdftotext.readAllStandardOutput());
+        EXPECT_EQ(text.count(QStringLiteral("$10,000,000.00")), 2) << text.toStdString();
+        EXPECT_EQ(text.count(QStringLiteral("$99,999,999.99")), 2) << text.toStdString();
+    }
+}
+
 TEST(PriceListTest, ThePageCountGrowsWithTheCatalogue)
 {
     const int few = printToPdf(5).pages;

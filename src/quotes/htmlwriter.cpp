@@ -23,12 +23,35 @@ struct Run
 };
 using HtmlCell = std::vector<Run>;
 
+/// A word longer than LongWord characters gets a place to break after every BreakEvery.
+constexpr qsizetype LongWord = 30;
+constexpr qsizetype BreakEvery = 20;
+
+bool endsWord(QChar ch)
+{
+    return ch.isSpace() || ch == QChar::LineSeparator;
+}
+
 QString escaped(const QString &text)
 {
     QString out;
     out.reserve(text.size());
+    // A word processor or mail program widens a table to its longest word: a name of 300
+    // letters without a blank would push the prices off the page. Such a word gets zero-width
+    // spaces, which readers of HTML break a line at and nobody sees.
+    qsizetype wordStart = 0;
+    qsizetype wordEnd = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar ch = text.at(i);
+        if (i >= wordEnd && !endsWord(ch)) {
+            wordStart = i;
+            wordEnd = i;
+            while (wordEnd < text.size() && !endsWord(text.at(wordEnd)))
+                ++wordEnd;
+        }
+        if (i < wordEnd && wordEnd - wordStart > LongWord && i > wordStart
+            && (i - wordStart) % BreakEvery == 0)
+            out += QLatin1String("&#8203;");
         if (ch == QLatin1Char('&'))
             out += QLatin1String("&amp;");
         else if (ch == QLatin1Char('<'))

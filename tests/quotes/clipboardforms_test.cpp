@@ -103,6 +103,25 @@ TEST_F(ClipboardFormsTest, TheHtmlKeepsTheTextsAndTheirFormats)
         EXPECT_TRUE(text.contains(QLatin1String(expected))) << expected;
 }
 
+TEST_F(ClipboardFormsTest, AVeryLongWordCanBreakInTheHtmlAndReadsBackWhole)
+{
+    // Mail programs and word processors widen a table to its longest word; without a place to
+    // break, a 300-letter name pushes the line's prices off the page.
+    const QString longName = QString(300, QLatin1Char('N'));
+    const QByteArray name = longName.toLatin1();
+    addLine(3, "C-3", name.constData(), "$1.00", qint32(1), 1.0, "$1.00", "");
+    const QString html = HtmlWriter::write(*QuoteDocument::build(quote, input, EnUs));
+    const QString broken =
+        QStringList(15, QString(20, QLatin1Char('N'))).join(QLatin1String("&#8203;"));
+    EXPECT_TRUE(html.contains(QLatin1Char('>') + broken + QLatin1Char('<'))) << html.toStdString();
+    QTextDocument readBack;
+    readBack.setHtml(html);
+    EXPECT_TRUE(readBack.toPlainText().remove(QChar(0x200B)).contains(longName));
+    // Words of ordinary length are written as they are.
+    EXPECT_TRUE(html.contains(QLatin1String(">Box and cable<")));
+    EXPECT_EQ(html.count(QLatin1String("&#8203;")), 14);
+}
+
 TEST_F(ClipboardFormsTest, TheProductReportKeepsItsColumnsToo)
 {
     Table catalogue(1, 15);

@@ -3,14 +3,25 @@
 #include "platform/desktopplaces.h"
 #include "platform/filefilter.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileSystemModel>
+#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QUrl>
 
 #include <gtest/gtest.h>
+
+#include <functional>
+
+#if defined(Q_OS_LINUX)
+#include <sys/inotify.h>
+#include <unistd.h>
+#endif
 
 namespace tarnwick {
 namespace {
@@ -144,6 +155,160 @@ TEST(FileDialogPlaces, TheDesktopsPlacesAreFoldersThatExistEachOnce)
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     EXPECT_EQ(places.contains(QDir::cleanPath(documents)), QFileInfo(documents).isDir());
 }
+
+/// What the program's dialogs are like while they are open: runs the dialog and answers it
+/// with Cancel once it has been looked at.
+struct SeenDialog
+{
+    bool own = false; ///< Qt's own dialog, not the desktop's
+    bool typesByName = false;
+    bool saves = false;
+    bool asksBeforeOverwriting = false;
+};
+
+SeenDialog lookAtTheDialog(const std::function<void()> &run)
+{
+    SeenDialog seen;
+    QTimer::singleShot(0, [&seen] {
+        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        seen.own = dialog->testOption(QFileDialog::DontUseNativeDialog);
+        seen.typesByName = dynamic_cast<FileIconsByName *>(dialog->iconProvider()) != nullptr;
+        seen.saves = dialog->acceptMode() == QFileDialog::AcceptSave;
+        seen.asksBeforeOverwriting = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
+        dialog->reject();
+    });
+    run();
+    return seen;
+}
+
+TEST(FileDialogContents, OpenAndSaveDialogsKnowFilesByTheirNamesOnly)
+{
+    QTemporaryDir folder;
+    QtFileDialogs dialogs;
+    FileDialogRequest request;
+    request.initialFolder = folder.path();
+    request.confirmOverwrite = true;
+    std::optional<FileDialogResult> result { FileDialogResult {} };
+    SeenDialog seen = lookAtTheDialog([&] { result = dialogs.getOpenFile(request); });
+    EXPECT_TRUE(seen.own);
+    EXPECT_TRUE(seen.typesByName);
+    EXPECT_FALSE(seen.saves);
+    EXPECT_FALSE(result.has_value());
+
+    result = FileDialogResult {};
+    seen = lookAtTheDialog([&] { result = dialogs.getSaveFile(request); });
+    EXPECT_TRUE(seen.own);
+    EXPECT_TRUE(seen.typesByName);
+    EXPECT_TRUE(seen.saves);
+    EXPECT_TRUE(seen.asksBeforeOverwriting);
+    EXPECT_FALSE(result.has_value());
+
+    request.confirmOverwrite = false;
+    seen = lookAtTheDialog([&] { result = dialogs.getSaveFile(request); });
+    EXPECT_FALSE(seen.asksBeforeOverwriting);
+}
+
+TEST(FileDialogContents, ATypeComesFromTheNameNotFromTheBytes)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("letter.unknownkind"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("%PDF-1.4\n%\xe2\xe3\xcf\xd3\n1 0 obj\n");
+    file.close();
+    FileIconsByName icons;
+    EXPECT_FALSE(icons.type(QFileInfo(path)).contains(QLatin1String("PDF")))
+        << icons.type(QFileInfo(path)).toStdString();
+    const QString pdf = folder.filePath(QStringLiteral("quote.pdf"));
+    EXPECT_TRUE(QFile::copy(path, pdf));
+    EXPECT_TRUE(icons.type(QFileInfo(pdf)).contains(QLatin1String("PDF")))
+        << icons.type(QFileInfo(pdf)).toStdString();
+    EXPECT_FALSE(icons.icon(QFileInfo(pdf)).isNull());
+    EXPECT_FALSE(icons.icon(QFileInfo(folder.path())).isNull());
+}
+
+#if defined(Q_OS_LINUX)
+/// The names of the files in folder that were opened since the watch began.
+class OpenWatch
+{
+public:
+    explicit OpenWatch(const QString &folder)
+        : m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
+          m_watch(inotify_add_watch(m_fd, QFile::encodeName(folder).constData(), IN_OPEN))
+    {
+    }
+    ~OpenWatch() { ::close(m_fd); }
+    OpenWatch(const OpenWatch &) = delete;
+    OpenWatch &operator=(const OpenWatch &) = delete;
+
+    bool isWatching() const { return m_fd >= 0 && m_watch >= 0; }
+
+    QStringList openedFiles()
+    {
+        alignas(inotify_event) char buffer[8192];
+        QStringList names;
+        for (;;) {
+            const ssize_t got = ::read(m_fd, buffer, sizeof buffer);
+            if (got <= 0)
+                return names;
+            for (ssize_t at = 0; at < got;) {
+                const auto *event = reinterpret_cast<const inotify_event *>(buffer + at);
+                if (event->len > 0 && !(event->mask & IN_ISDIR))
+                    names << QFile::decodeName(event->name);
+                at += ssize_t(sizeof(inotify_event) + event->len);
+            }
+        }
+    }
+
+private:
+    int m_fd;
+    int m_watch;
+};
+
+TEST(FileDialogContents, ListingTheApplicationFolderOpensNoneOfItsFiles)
+{
+    // Closing a file this process opened drops the locks it holds on that file: a dialog that
+    // reads quotes.db to find its type takes the quote book's locks from SQLite.
+    QTemporaryDir folder;
+    for (const char *name : { "quotes.db", "quotes.db-wal", "quotes.db-shm", "twdata.dat",
+             "QuoteNoteHead.txt", "README" }) {
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray("SQLite format 3\0", 16) + QByteArray(4080, '\1'));
+    }
+    OpenWatch watch(folder.path());
+    ASSERT_TRUE(watch.isWatching());
+
+    FileIconsByName icons;
+    QFileDialog dialog(nullptr, QString(), folder.path());
+    listFilesByName(dialog, icons);
+    dialog.setViewMode(QFileDialog::Detail);
+    auto *model = dialog.findChild<QFileSystemModel *>();
+    ASSERT_NE(model, nullptr);
+    QSignalSpy loaded(model, &QFileSystemModel::directoryLoaded);
+    dialog.show();
+    ASSERT_TRUE(loaded.wait(10000));
+    // Everything the list shows of each file: its icon and its type.
+    const QModelIndex root = model->index(folder.path());
+    ASSERT_EQ(model->rowCount(root), 6);
+    for (int row = 0; row < model->rowCount(root); ++row) {
+        EXPECT_FALSE(model->data(model->index(row, 0, root), Qt::DecorationRole).isNull());
+        EXPECT_FALSE(model->data(model->index(row, 2, root)).toString().isEmpty());
+    }
+    QApplication::processEvents();
+    dialog.close();
+    const QStringList opened = watch.openedFiles();
+    EXPECT_TRUE(opened.isEmpty()) << opened.join(QLatin1String(", ")).toStdString();
+
+    // The watch sees an open when there is one.
+    QFile book(folder.filePath(QStringLiteral("quotes.db")));
+    ASSERT_TRUE(book.open(QIODevice::ReadOnly));
+    book.close();
+    EXPECT_EQ(watch.openedFiles().join(QLatin1Char(',')).toStdString(), "quotes.db");
+}
+#endif
 
 } // namespace
 } // namespace tarnwick

@@ -5,9 +5,41 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QIcon>
+#include <QMimeType>
 #include <QUrl>
 
 namespace tarnwick {
+
+FileIconsByName::FileIconsByName()
+{
+    setOptions(DontUseCustomDirectoryIcons);
+}
+
+QIcon FileIconsByName::icon(const QFileInfo &info) const
+{
+    if (!info.isFile())
+        return QFileIconProvider::icon(info);
+    const QMimeType type = m_types.mimeTypeForFile(info.fileName(), QMimeDatabase::MatchExtension);
+    QIcon icon = QIcon::fromTheme(type.iconName());
+    if (icon.isNull())
+        icon = QIcon::fromTheme(type.genericIconName());
+    return icon.isNull() ? QFileIconProvider::icon(QFileIconProvider::File) : icon;
+}
+
+QString FileIconsByName::type(const QFileInfo &info) const
+{
+    if (!info.isFile())
+        return QFileIconProvider::type(info);
+    return m_types.mimeTypeForFile(info.fileName(), QMimeDatabase::MatchExtension).comment();
+}
+
+void listFilesByName(QFileDialog &dialog, FileIconsByName &icons)
+{
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setIconProvider(&icons);
+}
 
 QString nameFilterAt(const QStringList &nameFilters, int filterIndex)
 {
@@ -66,24 +98,27 @@ std::optional<FileDialogResult> QtFileDialogs::getSaveFile(const FileDialogReque
 std::optional<FileDialogResult> QtFileDialogs::runSave(const FileDialogRequest &request) const
 {
     const QStringList filters = toQtNameFilters(request.filter);
-    const QString filterText = filters.join(QStringLiteral(";;"));
-    QString selected = nameFilterAt(filters, request.filterIndex);
-    const QString start = initialDialogPath(request);
-    const QString path =
-        QFileDialog::getSaveFileName(parentWidget(), request.title, start, filterText, &selected,
-            request.confirmOverwrite ? QFileDialog::Options() : QFileDialog::DontConfirmOverwrite);
-    if (path.isEmpty())
+    FileIconsByName icons;
+    QFileDialog dialog(parentWidget(), request.title, initialDialogPath(request));
+    listFilesByName(dialog, icons);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.confirmOverwrite);
+    dialog.setNameFilters(filters);
+    dialog.selectNameFilter(nameFilterAt(filters, request.filterIndex));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     // The filter that was offered first stands when the dialog names none of the offered ones.
     const bool inRange = request.filterIndex >= 1 && request.filterIndex <= filters.size();
     const int fallback = inRange ? request.filterIndex : 1;
-    return FileDialogResult { QDir::toNativeSeparators(path),
-        nameFilterIndex(filters, selected, fallback) };
+    return FileDialogResult { QDir::toNativeSeparators(dialog.selectedFiles().constFirst()),
+        nameFilterIndex(filters, dialog.selectedNameFilter(), fallback) };
 }
 
 std::optional<FileDialogResult> QtFileDialogs::runOpen(const FileDialogRequest &request) const
 {
+    FileIconsByName icons;
     QFileDialog dialog(parentWidget(), request.title, initialDialogPath(request));
+    listFilesByName(dialog, icons);
     prepareOpenDialog(dialog, request);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;

@@ -7,10 +7,32 @@
 
 #include <functional>
 
+#include <QFileIconProvider>
+#include <QMimeDatabase>
+
 class QFileDialog;
 class QWidget;
 
 namespace tarnwick {
+
+/// The icons and types of the files a dialog lists, known from their names alone. Qt's own
+/// provider reads the first bytes of a file whose name does not tell its type (quotes.db,
+/// quotes.db-wal), and on POSIX systems closing that read drops every lock this process holds
+/// on the file: SQLite would go on writing the quote book as if it still held its locks.
+class FileIconsByName : public QFileIconProvider
+{
+public:
+    FileIconsByName();
+    QIcon icon(const QFileInfo &info) const override;
+    QString type(const QFileInfo &info) const override;
+
+private:
+    QMimeDatabase m_types;
+};
+
+/// Qt's own dialog, whatever the desktop offers (a desktop's dialog reads the files it lists
+/// to find their types), listing files with icons and types known from their names.
+void listFilesByName(QFileDialog &dialog, FileIconsByName &icons);
 
 /// The name filter to select for a filter index counted from 1; the first one when the index
 /// is out of range, the empty text when there are no filters.
@@ -24,8 +46,7 @@ int nameFilterIndex(
 QString initialDialogPath(const FileDialogRequest &request);
 
 /// Sets up an open dialog as the request asks: one existing file, the name filters with the
-/// requested one selected, and the request's places in the side panel of Qt's own dialog (a
-/// dialog of the desktop shows the desktop's places itself).
+/// requested one selected, and the request's places in the side panel.
 void prepareOpenDialog(QFileDialog &dialog, const FileDialogRequest &request);
 
 /// Open and save dialogs through QFileDialog, over the program's active window.

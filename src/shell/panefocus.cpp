@@ -5,11 +5,17 @@
 #include "shell/mainwindowui.h"
 
 #include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QShortcut>
 #include <QShortcutEvent>
 #include <QTabBar>
 #include <QTabWidget>
+
+#include <utility>
+#include <vector>
 
 namespace tarnwick {
 
@@ -29,13 +35,44 @@ PaneFocus::PaneFocus(MainWindowUi &ui, QWidget *window) : QObject(window), m_ui(
     m_ui.SSTabmain->tabBar()->installEventFilter(this);
     // A tab brought forward by its letter (Alt+Q, Alt+O) or a click takes the keyboard with
     // it: typing meant for the quote must not go into the product grid's current cell.
+    addProductTabLetters(window);
     connect(m_ui.SSTabmain, &QTabWidget::currentChanged, this, [this, window](int index) {
+        for (QShortcut *key : m_productTabLetters)
+            key->setEnabled(index == QuoteTab);
         QWidget *focus = QApplication::focusWidget();
         const QWidget *page = m_ui.SSTabmain->widget(index);
         if (!focus || !window->isAncestorOf(focus) || !page || page->isAncestorOf(focus))
             return;
         focusPane(index == QuoteTab ? Pane::Quote : Pane::Details);
     });
+}
+
+void PaneFocus::addProductTabLetters(QWidget *window)
+{
+    // The product tab's letters (List pri&ce, &Includes, &Notes) belong to controls Qt does
+    // not answer for while the quote is in front; typing meant for the box then went into the
+    // product grid's cell. With the quote in front, the same letters bring the product tab
+    // forward with the keyboard in the box (only then: two keys of one letter would cancel
+    // each other out).
+    std::vector<std::pair<QString, QWidget *>> letters;
+    for (const QLabel *label : m_ui.FraPrice->findChildren<QLabel *>()) {
+        if (label->buddy())
+            letters.emplace_back(label->text(), label->buddy());
+    }
+    letters.emplace_back(m_ui.FraMain->title(), m_ui.Txtincludes);
+    letters.emplace_back(m_ui.FraNotes->title(), m_ui.Txtnotes);
+    for (const auto &[text, box] : letters) {
+        const QKeySequence letter = QKeySequence::mnemonic(text);
+        if (letter.isEmpty())
+            continue;
+        auto *key = new QShortcut(letter, window);
+        key->setEnabled(m_ui.SSTabmain->currentIndex() == QuoteTab);
+        connect(key, &QShortcut::activated, this, [this, target = box] {
+            m_ui.SSTabmain->setCurrentIndex(ProductTab);
+            target->setFocus(Qt::ShortcutFocusReason);
+        });
+        m_productTabLetters.push_back(key);
+    }
 }
 
 bool PaneFocus::eventFilter(QObject *watched, QEvent *event)

@@ -2,6 +2,9 @@
 
 #include <QObject>
 
+#include <vector>
+
+class QShortcut;
 class QWidget;
 
 namespace tarnwick {
@@ -37,7 +40,10 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void addProductTabLetters(QWidget *window);
+
     MainWindowUi &m_ui;
+    std::vector<QShortcut *> m_productTabLetters;
 };
 
 } // namespace tarnwick

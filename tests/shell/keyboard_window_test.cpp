@@ -235,6 +235,35 @@ TEST_F(KeyboardWindowTest, ATabBroughtForwardByItsLetterTakesTheKeyboardWithIt)
     EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
 }
 
+TEST_F(KeyboardWindowTest, AProductTabLetterWithTheQuoteInFrontGoesToItsBox)
+{
+    window->actions().action(QStringLiteral("mnuEditProd"))->trigger();
+    goToRow(1); // B-200
+    const Cell name = catalogue().get(2, 2);
+    window->ui().SSTabmain->setCurrentIndex(1);
+    focusGrid(grid);
+    press(Qt::Key_C, Qt::AltModifier); // List pri&ce
+    EXPECT_EQ(window->ui().SSTabmain->currentIndex(), 0);
+    ASSERT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
+    window->ui().TxtPrice->selectAll();
+    type(QStringLiteral("17.25"));
+    EXPECT_EQ(window->ui().TxtPrice->text(), QStringLiteral("17.25"));
+    EXPECT_EQ(catalogue().get(2, 2), name) << "the typing did not rename the product";
+
+    press(Qt::Key_Q, Qt::AltModifier);
+    ASSERT_EQ(window->ui().SSTabmain->currentIndex(), 1);
+    press(Qt::Key_N, Qt::AltModifier); // &Notes
+    EXPECT_EQ(window->ui().SSTabmain->currentIndex(), 0);
+    EXPECT_EQ(QApplication::focusWidget(), window->ui().Txtnotes);
+    press(Qt::Key_Q, Qt::AltModifier);
+    press(Qt::Key_I, Qt::AltModifier); // &Includes
+    EXPECT_EQ(window->ui().SSTabmain->currentIndex(), 0);
+    EXPECT_EQ(QApplication::focusWidget(), window->ui().Txtincludes);
+    // With the product tab in front the letters work as they always did.
+    press(Qt::Key_C, Qt::AltModifier);
+    EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
+}
+
 TEST_F(KeyboardWindowTest, APriceTypedOnThePriceColumnGoesToTheListPriceBox)
 {
     window->actions().action(QStringLiteral("mnuEditProd"))->trigger();

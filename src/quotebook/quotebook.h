@@ -75,6 +75,9 @@ public:
     /// Saves quote as the next revision of its number (its year and sequence); the revisions
     /// before stay as they are. Sets its id and revision.
     bool saveRevision(SavedQuote &quote);
+    /// The revision saveRevision would give the next revision of the quote numbered year and
+    /// sequence (one after the highest saved); nullopt when the book cannot tell.
+    std::optional<int> nextRevision(int year, int sequence);
     /// Writes quote over the revision it is (header.id): customer, status, texts and lines.
     bool update(SavedQuote &quote);
     std::optional<SavedQuote> load(qint64 id);

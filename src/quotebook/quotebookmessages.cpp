@@ -82,11 +82,11 @@ QString saveFirst(const QuoteHeader &header)
         .arg(header.numberAndRevision());
 }
 
-QString sentQuestion(const QuoteHeader &header)
+QString sentQuestion(const QuoteHeader &header, int nextRevision)
 {
     return QStringLiteral("Quote %1 has been sent to the customer. Save the changes as revision "
                           "%2, keeping %1 as it was sent?\n\nNo saves them into %1 itself.")
-        .arg(header.numberAndRevision(), QuoteNumbers::revisionLetter(header.revision + 1));
+        .arg(header.numberAndRevision(), QuoteNumbers::revisionLetter(nextRevision));
 }
 
 QString saved(const QuoteHeader &header)

@@ -124,18 +124,12 @@ bool QuoteBook::saveRevision(SavedQuote &quote)
     const QuoteHeader before = quote.header;
     if (!fullSync(true) || !begin())
         return false;
-    QSqlError error;
-    QSqlQuery next(m_db);
-    next.prepare(QStringLiteral("SELECT coalesce(max(revision), -1) + 1 FROM quotes "
-                                "WHERE year = ? AND sequence = ?"));
-    next.bindValue(0, quote.header.year);
-    next.bindValue(1, quote.header.sequence);
-    if (!QuoteBookRows::run(next, error) || !next.next()) {
+    const std::optional<int> revision = nextRevision(quote.header.year, quote.header.sequence);
+    if (!revision) {
         rollback();
-        return fail(error);
+        return false;
     }
-    quote.header.revision = next.value(0).toInt();
-    next.finish();
+    quote.header.revision = *revision;
     quote.total = QuoteBookRows::totalOf(quote.content.lines, m_locale);
     if (!insertQuote(quote) || !commit()) {
         rollback();
@@ -143,6 +137,25 @@ bool QuoteBook::saveRevision(SavedQuote &quote)
         return false;
     }
     return true;
+}
+
+std::optional<int> QuoteBook::nextRevision(int year, int sequence)
+{
+    if (!isOpen()) {
+        fail(QStringLiteral("the quote book is not open"));
+        return std::nullopt;
+    }
+    QSqlError error;
+    QSqlQuery next(m_db);
+    next.prepare(QStringLiteral("SELECT coalesce(max(revision), -1) + 1 FROM quotes "
+                                "WHERE year = ? AND sequence = ?"));
+    next.bindValue(0, year);
+    next.bindValue(1, sequence);
+    if (!QuoteBookRows::run(next, error) || !next.next()) {
+        fail(error);
+        return std::nullopt;
+    }
+    return next.value(0).toInt();
 }
 
 bool QuoteBook::update(SavedQuote &quote)

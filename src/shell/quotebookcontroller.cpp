@@ -314,9 +314,11 @@ bool QuoteBookController::saveInHand(const QString &title)
         return false;
     bool saved = false;
     if (m_session->header().status == QuoteStatus::Sent) {
-        const int answer =
-            m_services.prompts.msgBox(QuoteBookMessages::sentQuestion(m_session->header()),
-                MsgStyle::YesNoCancel | MsgStyle::Question, title);
+        const QuoteHeader &header = m_session->header();
+        const int next =
+            m_book.nextRevision(header.year, header.sequence).value_or(header.revision + 1);
+        const int answer = m_services.prompts.msgBox(QuoteBookMessages::sentQuestion(header, next),
+            MsgStyle::YesNoCancel | MsgStyle::Question, title);
         if (answer == MsgResult::Cancel)
             return false;
         saved = answer == MsgResult::Yes ? m_session->saveRevision(currentTexts(), m_today())
@@ -406,7 +408,9 @@ bool QuoteBookController::replaceOnScreen(const Table &lines, const QuoteSession
         return false;
     }
     const bool empty = lines.rowCount() == 0;
-    const QuoteView view { empty ? 0 : 1, 0, empty };
+    // The keyboard lands on the first line's quantity: digits typed next must not rename its
+    // part number.
+    const QuoteView view { empty ? 0 : 1, QuoteGridColumn::Quantity, empty };
     if (QuoteBookEdits::replaceQuote(m_history, *m_session, { m_quote.currentView(), before },
             { view, after }, std::move(quote), text))
         m_quote.showQuote(view);

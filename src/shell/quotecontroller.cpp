@@ -302,7 +302,7 @@ bool QuoteController::replaceLines(const Table &lines)
 {
     if (!QuoteList::replaceLines(m_module.QuoteTable(), lines))
         return false;
-    showQuote({ lines.rowCount() > 0 ? 1 : 0, 0, lines.rowCount() == 0 });
+    showQuote({ lines.rowCount() > 0 ? 1 : 0, QuoteGridColumn::Quantity, lines.rowCount() == 0 });
     return true;
 }
 

@@ -7,10 +7,12 @@
 #include "core/formats.h"
 #include "quotebook/quotesession.h"
 #include "quotes/quoteline.h"
+#include "quotes/quotelist.h"
 #include "quotes/quotenote.h"
 #include "shell/mainwindowactions.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -216,6 +218,37 @@ TEST_F(QuoteBookWindowTest, OpenQuoteBringsBackTheSavedPricesAndOffersTodays)
     EXPECT_EQ(quoteColumn(2), (QStringList { "$2.50", "$13.00" }));
     EXPECT_EQ(totals(), (QStringList { "$15.50", "$0.00", "0.00%" }));
     EXPECT_TRUE(window->quoteBook().session()->isChanged());
+}
+
+TEST_F(QuoteBookWindowTest, DigitsTypedAfterOpenQuoteGoToTheFirstLinesQuantity)
+{
+    addToQuote(1);
+    addToQuote(0);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    action("mnuFileNew")->trigger();
+    // The keyboard is in the quote (Alt+Q) when the user opens a saved one.
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    QTableView *products = window->ui().GrdMain;
+    products->setFocus(Qt::OtherFocusReason);
+    ASSERT_TRUE(QTest::qWaitFor([products] { return products->hasFocus(); }, 2000));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::AltModifier);
+    QTableView *quote = window->ui().GrdQuote;
+    ASSERT_TRUE(QTest::qWaitFor([quote] { return quote->hasFocus(); }, 2000));
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(quote->currentIndex().row(), 0);
+    EXPECT_EQ(quote->currentIndex().column(), QuoteGridColumn::Quantity);
+
+    ASSERT_TRUE(quote->hasFocus());
+    for (const char key : { '4', '0' })
+        QTest::keyClick(QApplication::focusWidget(), key);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    auto *view = window->ui().GrdQuote;
+    ASSERT_TRUE(QTest::qWaitFor([view] { return !view->isEditing(); }, 2000));
+    EXPECT_EQ(quoteColumn(QuoteGridColumn::PartNumber), (QStringList { "B-200", "A-100" }));
+    EXPECT_EQ(quoteColumn(QuoteGridColumn::Quantity).value(0), QStringLiteral("40"));
 }
 
 TEST_F(QuoteBookWindowTest, OpenQuoteOffersToSaveTheQuoteOnScreenFirst)
@@ -430,6 +463,22 @@ TEST_F(QuoteBookWindowTest, SendHandsThePdfToTheMailProgramAndMarksTheQuoteSent)
                        "Q-2026-0001 A itself."));
     EXPECT_EQ(window->ui().FraQuote->title(),
         QStringLiteral("Quote Details: Q-2026-0001 B, ACME Plumbing"));
+
+    // The sent revision changed again, with B saved already: the question names the revision
+    // the save makes.
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    addToQuote(1);
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    const std::size_t before = fakes->prompts.shown().size();
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), before + 1);
+    EXPECT_EQ(fakes->prompts.shown().back().text,
+        QStringLiteral("Quote Q-2026-0001 A has been sent to the customer. Save the changes as "
+                       "revision C, keeping Q-2026-0001 A as it was sent?\n\nNo saves them into "
+                       "Q-2026-0001 A itself."));
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 C, ACME Plumbing"));
 }
 
 TEST_F(QuoteBookWindowTest, AStatusSetInTheQuotesWindowHoldsForTheQuoteOnScreen)

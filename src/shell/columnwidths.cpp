@@ -41,11 +41,11 @@ int nameWidth(int wanted, int caption, int room)
     return std::max(caption, std::min(wanted, room));
 }
 
-void fitProductGrid(QTableView *grid, int nameColumn)
+void fitProductGrid(QTableView *grid, int nameColumn, int keptColumn)
 {
     const int columns = grid->model()->columnCount();
     for (int column = 0; column < columns; ++column) {
-        if (column == nameColumn)
+        if (column == nameColumn || column == keptColumn)
             continue;
         const int before = grid->columnWidth(column);
         grid->resizeColumnToContents(column);

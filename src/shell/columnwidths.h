@@ -14,10 +14,11 @@ int captionWidth(const QTableView *grid, int column);
 /// A product name column's width on a first run: as wide as its longest name (wanted), but
 /// not wider than room, and never narrower than caption.
 int nameWidth(int wanted, int caption, int room);
-/// First run of the product grid: every column at least as wide as its caption and its
-/// values; the product name column (nameColumn) as wide as its names, as far as the grid can
-/// show it beside the part number before it and the price after it.
-void fitProductGrid(QTableView *grid, int nameColumn);
+/// The product grid at the start: every column at least as wide as its caption and its
+/// values, except keptColumn (none when -1), which keeps the width it has; the product name
+/// column (nameColumn) as wide as its names, as far as the grid can show it beside the part
+/// number before it and the price after it.
+void fitProductGrid(QTableView *grid, int nameColumn, int keptColumn = -1);
 /// The quote grid: part number, price, quantity and extended price wide enough for their
 /// captions and usual values, the product column taking the rest of the width (never less
 /// than its caption: a narrow grid then scrolls).

@@ -180,7 +180,8 @@ std::optional<VbError> frmMain::Form_Load()
     m_catalogue.load();
     m_grid->bind(Twips::toPixels(m_colwidth, twipsPerPixel()));
     m_quote->bind();
-    m_fitColumnsOnShow = !settings.sizeStored;
+    m_fitColumnsOnShow = true;
+    m_keepPartNumberWidth = settings.sizeStored;
     m_ui.SSTabmain->setCurrentIndex(0);
     rememberStartSettings(settings);
     m_loaded = true;
@@ -219,11 +220,12 @@ qint16 frmMain::minimumTabShare() const
 
 void frmMain::widenColumnsToContents()
 {
-    // A first run starts each product column wide enough for its caption and values, and the
-    // product names as wide as the grid can show them beside part number and price. The grid
+    // Every start makes each product column wide enough for its caption and values, and the
+    // product names as wide as the grid can show them beside part number and price; the part
+    // number's column keeps the width stored for it ("Colwidth"), once there is one. The grid
     // has its final width only once the window is shown.
     m_fitColumnsOnShow = false;
-    ColumnWidths::fitProductGrid(m_ui.GrdMain, 1);
+    ColumnWidths::fitProductGrid(m_ui.GrdMain, 1, m_keepPartNumberWidth ? 0 : -1);
 }
 
 void frmMain::rememberStartSettings(const MainWindowSettingsRead &read)

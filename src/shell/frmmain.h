@@ -208,8 +208,10 @@ private:
     qint16 m_screenSplit = 50;
     qint16 m_colwidth = 1100;
     bool m_dragging = false;
-    /// A first run: the product columns are fitted when the window first shows.
+    /// A start: the product columns are fitted when the window first shows; after a first run,
+    // the part number keeps its stored width.
     bool m_fitColumnsOnShow = false;
+    bool m_keepPartNumberWidth = false;
     bool m_loaded = false;
     bool m_unloaded = false;
     bool m_closing = false; ///< a close is asking its questions

@@ -11,6 +11,8 @@
 #include "shell/columnwidths.h"
 #include "shell/frmproperties.h"
 #include "shell/productgridcontroller.h"
+#include "shell/settingskeys.h"
+#include "shell/twips.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -20,8 +22,11 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <QTest>
 #include <QUrl>
+
+#include <algorithm>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -224,6 +229,34 @@ TEST_F(FirstRunColumnsTest, NoColumnIsNarrowerThanItsCaption)
     // The sample's names are short: the name column shows the longest whole.
     const int longest = static_cast<const QAbstractItemView *>(grid)->sizeHintForColumn(1);
     EXPECT_GE(grid->columnWidth(1), longest);
+}
+
+/// A later start: the window's size and the part number's width are stored.
+class LaterStartColumnsTest : public ShellTest
+{
+};
+
+TEST_F(LaterStartColumnsTest, NamesGetTheirRoomAndThePartNumberItsStoredWidth)
+{
+    saveSetting(SettingsKeys::MainLeft, QStringLiteral("600"));
+    saveSetting(SettingsKeys::MainTop, QStringLiteral("600"));
+    saveSetting(SettingsKeys::MainWidth, QStringLiteral("16800"));
+    saveSetting(SettingsKeys::MainHeight, QStringLiteral("10800"));
+    saveSetting(SettingsKeys::Colwidth, QStringLiteral("1500")); // 100 pixels at 15 twips
+    folder.writeFile(QStringLiteral("twdata.dat"),
+        catalogueLine({ "V-12", "Brass ball valve 1/2\" full port, lead free", "17.25", "", "" }));
+    frmMain *window = startAndWait();
+    ASSERT_NE(window, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    const GridView *grid = window->ui().GrdMain;
+    // The name as wide as it is, as far as the grid shows it beside part number and price.
+    const int longest = static_cast<const QAbstractItemView *>(grid)->sizeHintForColumn(1);
+    const int room = grid->viewport()->width() - grid->columnWidth(0) - grid->columnWidth(2)
+        - grid->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, grid);
+    ASSERT_GT(room, 150);
+    EXPECT_GE(grid->columnWidth(1), std::min(longest, room)) << "room " << room;
+    EXPECT_GE(grid->columnWidth(2), ColumnWidths::captionWidth(grid, 2));
+    EXPECT_EQ(grid->columnWidth(0), Twips::toPixels(1500, window->twipsPerPixel()));
 }
 
 TEST_F(FirstRunColumnsTest, TheQuotesProductColumnTakesTheSpareWidth)

@@ -237,7 +237,8 @@ QList<QuoteSummary> QuoteBook::list(const QString &find)
         return quotes;
     const QStringList words = QuoteBookRows::searchWords(find);
     QString sql = QStringLiteral("SELECT q.id, q.year, q.sequence, q.revision, q.customer, "
-                                 "q.company, q.quote_date, q.total, q.status FROM quotes q");
+                                 "q.company, q.quote_date, q.total, q.status, q.valid_until "
+                                 "FROM quotes q");
     if (!words.isEmpty()) {
         sql += QStringLiteral(" JOIN quote_search s ON s.quote_id = q.id WHERE ");
         QStringList tests;
@@ -269,6 +270,7 @@ QList<QuoteSummary> QuoteBook::list(const QString &find)
         summary.total = select.value(7).toDouble();
         summary.status =
             QuoteStatuses::fromName(select.value(8).toString()).value_or(QuoteStatus::Draft);
+        summary.validUntil = isoDateOf(select.value(9).toString());
         quotes.append(std::move(summary));
     }
     return quotes;

@@ -16,6 +16,7 @@ constexpr std::array<const char *, QuoteListModel::ColumnCount> ListCaptions {
     QT_TRANSLATE_NOOP("QuoteListModel", "Date"),
     QT_TRANSLATE_NOOP("QuoteListModel", "Total"),
     QT_TRANSLATE_NOOP("QuoteListModel", "Status"),
+    QT_TRANSLATE_NOOP("QuoteListModel", "Valid Until"),
 };
 
 } // namespace
@@ -57,6 +58,12 @@ QVariant QuoteListModel::data(const QModelIndex &index, int role) const
         return format(Cell(quote.total), QStringLiteral("Currency"), m_locale);
     case Status:
         return QuoteStatuses::name(quote.status);
+    case ValidUntil: {
+        const QString day = m_locale.toString(quote.validUntil, QLocale::ShortFormat);
+        return QuoteNumbers::hasExpired(quote.validUntil, quote.status, m_today)
+            ? tr("%1 (expired)").arg(day)
+            : day;
+    }
     default:
         return {};
     }
@@ -74,6 +81,13 @@ void QuoteListModel::setQuotes(QList<QuoteSummary> quotes)
 {
     beginResetModel();
     m_quotes = std::move(quotes);
+    endResetModel();
+}
+
+void QuoteListModel::setToday(const QDate &today)
+{
+    beginResetModel();
+    m_today = today;
     endResetModel();
 }
 

@@ -9,13 +9,14 @@
 namespace tarnwick {
 
 /// The saved quotes as the "Quotes" window lists them: number, revision, customer, date,
-/// total and status, one row per revision, in the order given (newest first).
+/// total, status and the last day the quote is valid ("6/11/26 (expired)" once that day has
+/// passed for a draft or sent quote), one row per revision, in the order given (newest first).
 class QuoteListModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
-    enum Column { Number, Revision, Customer, Date, Total, Status, ColumnCount };
+    enum Column { Number, Revision, Customer, Date, Total, Status, ValidUntil, ColumnCount };
 
     explicit QuoteListModel(const QLocale &locale, QObject *parent = nullptr);
 
@@ -29,9 +30,12 @@ public:
     const QList<QuoteSummary> &quotes() const { return m_quotes; }
     /// The quote book's key of a row; 0 outside the list.
     qint64 idAt(int row) const;
+    /// The day against which quotes run out (the computer's date unless set).
+    void setToday(const QDate &today);
 
 private:
     QLocale m_locale;
+    QDate m_today = QDate::currentDate();
     QList<QuoteSummary> m_quotes;
 };
 

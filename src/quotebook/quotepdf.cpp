@@ -258,6 +258,11 @@ std::vector<Block> blocksOf(
     if (!totals.discount.isEmpty())
         sums.pieces.push_back({ { totals.discount }, fontOf(10, true) });
     sums.pieces.push_back({ { totals.total }, fontOf(10, true) });
+    if (input.header.validUntil.isValid())
+        sums.pieces.push_back(
+            { { QStringLiteral("Valid until %1.")
+                      .arg(locale.toString(input.header.validUntil, QLocale::LongFormat)) },
+                fontOf(10) });
     blocks.push_back(sums);
     // The ending follows in the totals' bold, as in the quote document.
     addParagraphs(blocks, input.document.ending, fontOf(10, true));

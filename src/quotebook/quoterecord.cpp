@@ -79,6 +79,12 @@ QString revisionLetter(int revision)
     return letters;
 }
 
+bool hasExpired(const QDate &validUntil, QuoteStatus status, const QDate &today)
+{
+    return validUntil.isValid() && today.isValid() && validUntil < today
+        && (status == QuoteStatus::Draft || status == QuoteStatus::Sent);
+}
+
 } // namespace QuoteNumbers
 
 CustomerDetails CustomerDetails::trimmed() const

@@ -95,6 +95,7 @@ struct QuoteSummary
     QString customer;
     QString company;
     QDate date;
+    QDate validUntil;
     double total = 0.0;
     QuoteStatus status = QuoteStatus::Draft;
 
@@ -113,6 +114,9 @@ QString customerText(const QString &name, const QString &company);
 QString number(int year, int sequence);
 /// The letter of revision index: 0 → "A" … 25 → "Z", 26 → "AA", 27 → "AB" …
 QString revisionLetter(int revision);
+/// Whether a quote valid until validUntil has run out on today: a draft or sent quote whose
+/// last valid day is before today. An accepted or declined quote never runs out.
+bool hasExpired(const QDate &validUntil, QuoteStatus status, const QDate &today);
 } // namespace QuoteNumbers
 
 } // namespace tarnwick

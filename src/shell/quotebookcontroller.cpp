@@ -238,6 +238,13 @@ void QuoteBookController::report(const QString &text, const QString &title)
     m_services.prompts.msgBox(text, MsgStyle::Exclamation, title);
 }
 
+void QuoteBookController::setToday(std::function<QDate()> today)
+{
+    m_today = std::move(today);
+    if (m_session)
+        showHeader();
+}
+
 void QuoteBookController::status(const QString &text)
 {
     m_ui.sbPanel1->setText(text);
@@ -255,8 +262,13 @@ void QuoteBookController::showHeader()
             start += QStringLiteral(", ");
             customer = header.customerText();
         }
+        QStringList marks;
         if (header.status != QuoteStatus::Draft)
-            end = QStringLiteral(" (%1)").arg(QuoteStatuses::name(header.status));
+            marks << QuoteStatuses::name(header.status);
+        if (m_today && QuoteNumbers::hasExpired(header.validUntil, header.status, m_today()))
+            marks << QStringLiteral("expired");
+        if (!marks.isEmpty())
+            end = QStringLiteral(" (%1)").arg(marks.join(QLatin1String(", ")));
     }
     // A long customer is cut to the frame's width, so the status stays in view; the tool tip
     // has all of it.

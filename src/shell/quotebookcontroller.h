@@ -71,7 +71,9 @@ public:
     QuoteBook &book() { return m_book; }
     void setDialogs(std::unique_ptr<IQuoteBookDialogs> dialogs);
     /// The day quotes are dated (tests fix it).
-    void setToday(std::function<QDate()> today) { m_today = std::move(today); }
+    /// The day quotes are dated and run out against (the computer's date unless set); the
+    /// frame above the quote shows at once whether the quote on screen has run out.
+    void setToday(std::function<QDate()> today);
 
 private:
     QString bookPath() const;

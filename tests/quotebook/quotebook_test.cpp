@@ -180,6 +180,8 @@ TEST_F(QuoteBookTest, TheListIsNewestFirstAndSearchesNumberCustomerCompanyAndPar
     EXPECT_EQ(all[2].customerText(), QStringLiteral("Cöln Ölwerke, Wasser GmbH"));
     EXPECT_EQ(all[0].revisionLetter(), QStringLiteral("A"));
     EXPECT_EQ(all[0].date, May12.addDays(1));
+    EXPECT_EQ(all[0].validUntil, quotes[1].header.validUntil);
+    EXPECT_TRUE(all[0].validUntil.isValid());
     EXPECT_EQ(all[0].status, QuoteStatus::Draft);
 
     const auto numbers = [&](const QString &find) {

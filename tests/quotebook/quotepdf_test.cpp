@@ -210,6 +210,18 @@ TEST_F(QuotePdfTest, TabsStopEveryHalfInchFromTheMargin)
     EXPECT_NEAR(std::fmod(dee, 36.0), 0.0, 1.0);
 }
 
+TEST_F(QuotePdfTest, TheLastValidDayFollowsTheTotal)
+{
+    input.header.validUntil = QDate(2026, 6, 11);
+    const QString path = write(sampleQuote(2));
+    const QString text = collapsed(pdfText(path));
+    const qsizetype total = text.indexOf(QStringLiteral("Order Total = $20,098.75"));
+    const qsizetype valid = text.indexOf(QStringLiteral("Valid until Thursday, June 11, 2026."));
+    EXPECT_GE(total, 0);
+    EXPECT_GT(valid, total) << text.toStdString();
+    EXPECT_LT(valid, text.indexOf(QStringLiteral("Kind regards")));
+}
+
 TEST_F(QuotePdfTest, WithoutIncludesAndWithoutDiscount)
 {
     Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);

@@ -85,8 +85,9 @@ TEST_F(FrmQuotesTest, ListsTheQuotesNewestFirst)
     const QAbstractItemModel *model = child<QTableView>("GrdQuotes")->model();
     for (int section = 0; section < model->columnCount(); ++section)
         headers << model->headerData(section, Qt::Horizontal).toString();
-    EXPECT_EQ(
-        headers, (QStringList { "Number", "Revision", "Customer", "Date", "Total", "Status" }));
+    EXPECT_EQ(headers,
+        (QStringList {
+            "Number", "Revision", "Customer", "Date", "Total", "Status", "Valid Until" }));
     EXPECT_EQ(column(0), (QStringList { "Q-2026-0002", "Q-2026-0003", "Q-2026-0001" }));
     EXPECT_EQ(column(1), (QStringList { "A", "A", "A" }));
     EXPECT_EQ(column(2), (QStringList { "Bolt Brothers", "Clamp & Co", "ACME Plumbing" }));
@@ -94,6 +95,23 @@ TEST_F(FrmQuotesTest, ListsTheQuotesNewestFirst)
     EXPECT_EQ(column(4), (QStringList { "$1,234.50", "$1,234.50", "$1,234.50" }));
     EXPECT_EQ(column(5), (QStringList { "draft", "draft", "draft" }));
     EXPECT_EQ(child<QLabel>("LblCount")->text(), QStringLiteral("3 quotes"));
+}
+
+TEST_F(FrmQuotesTest, AQuotePastItsLastValidDaySaysItHasExpired)
+{
+    window->model()->setToday(QDate(2026, 6, 12));
+    window->refresh();
+    // Valid 30 days from its date: ACME's (May 12) ran out on June 11.
+    EXPECT_EQ(column(QuoteListModel::ValidUntil),
+        (QStringList { "6/13/26", "6/12/26", "6/11/26 (expired)" }));
+    // An accepted quote does not run out.
+    const qint64 acme = book.list(QStringLiteral("ACME")).first().id;
+    ASSERT_TRUE(book.setStatus(acme, QuoteStatus::Accepted));
+    window->refresh();
+    EXPECT_EQ(column(QuoteListModel::ValidUntil).last(), QStringLiteral("6/11/26"));
+    ASSERT_TRUE(book.setStatus(acme, QuoteStatus::Sent));
+    window->refresh();
+    EXPECT_EQ(column(QuoteListModel::ValidUntil).last(), QStringLiteral("6/11/26 (expired)"));
 }
 
 TEST_F(FrmQuotesTest, EveryColumnIsReadableAtTheFirstSize)

@@ -251,6 +251,20 @@ TEST_F(QuoteBookWindowTest, DigitsTypedAfterOpenQuoteGoToTheFirstLinesQuantity)
     EXPECT_EQ(quoteColumn(QuoteGridColumn::Quantity).value(0), QStringLiteral("40"));
 }
 
+TEST_F(QuoteBookWindowTest, AQuoteOnScreenPastItsLastValidDaySaysSo)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger(); // on May 12, valid until June 11
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    mainWindow->quoteBook().setToday([] { return QDate(2026, 6, 12); });
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (expired)"));
+}
+
 TEST_F(QuoteBookWindowTest, OpenQuoteOffersToSaveTheQuoteOnScreenFirst)
 {
     addToQuote(0);

@@ -79,7 +79,10 @@ QString HistoryController::caption(const QString &command, const QString &step)
 {
     if (step.isEmpty())
         return command;
-    QString shown = step;
+    // A step named after a part number of 200 characters would make the Edit menu wider than
+    // the screen and push the keys out of it.
+    constexpr qsizetype Longest = 60;
+    QString shown = step.size() > Longest ? step.left(Longest - 1) + QChar(0x2026) : step;
     shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
     return command + QLatin1Char(' ') + shown;
 }

@@ -116,6 +116,8 @@ private:
     void clearRowStatus();
     /// A side box was left: its text is stored in the product it shows.
     void storeSideBox(int field);
+    /// A side box's own undo history is dropped once its text is a step of the history.
+    void forgetBoxTyping(int field);
     /// A key typed on a price cell of the grid in edit mode: prices are typed in the side
     /// boxes, so the list price goes to its box and a price point gets a word where to type
     /// it (instead of the grid's search moving to another product). True when it was taken.

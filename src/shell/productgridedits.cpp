@@ -37,8 +37,11 @@ void ProductGridController::writeBackRow(const ProductView &view)
     // The boxes as three steps, the schedule sorted by quantity as a fourth, each only when it
     // changes the row (ProductRow::writeBack's rule, step by step).
     const SideBoxTexts boxes = boxTexts();
-    for (const int field : { ProductRecord::Price, ProductRecord::Includes, ProductRecord::Notes })
+    for (const int field :
+        { ProductRecord::Price, ProductRecord::Includes, ProductRecord::Notes }) {
         CatalogueEdits::setSideBox(m_history, view, row, field, boxes);
+        forgetBoxTyping(field);
+    }
     Table sorted = m_module.ScheduleTable();
     ProductRow::sortSchedule(sorted, m_module.locale());
     CatalogueEdits::setSchedule(m_history, view, row, sorted);
@@ -108,7 +111,25 @@ void ProductGridController::storeSideBox(int field)
     if (!editMode() || row < 1 || row > m_module.Catalogue().rowCount())
         return;
     CatalogueEdits::setSideBox(m_history, m_shownView, row, field, boxTexts());
+    forgetBoxTyping(field);
     refreshGridRow(row);
+}
+
+void ProductGridController::forgetBoxTyping(int field)
+{
+    // The box's typing is a step of the history now: Ctrl+Z in the box takes the step back,
+    // not the typing behind the history's back.
+    if (field == ProductRecord::Price) {
+        QLineEdit *box = m_ui.TxtPrice;
+        if (!box->isUndoAvailable() && !box->isRedoAvailable())
+            return;
+        const int cursor = box->cursorPosition();
+        box->setText(box->text()); // which forgets its undo history
+        box->setCursorPosition(cursor);
+        return;
+    }
+    QPlainTextEdit *box = field == ProductRecord::Includes ? m_ui.Txtincludes : m_ui.Txtnotes;
+    box->document()->clearUndoRedoStacks();
 }
 
 bool ProductGridController::gridCellTyped(int row, int field, const Cell &value)
@@ -158,9 +179,14 @@ void ProductGridController::productsChanged(const ProductChange &change)
     }
     const bool isRow = view.row >= 1 && view.row <= m_gridModel->rowCount();
     m_repositioning = true;
-    if (isRow)
-        m_ui.GrdMain->setCurrentIndex(m_gridModel->index(view.row - 1, view.column));
-    else
+    if (isRow) {
+        // Only the step's row is selected: the grid would otherwise read the Ctrl of Ctrl+Z as
+        // a Ctrl+click and keep the rows selected before, which Change Prices and the handheld
+        // export then take as chosen.
+        m_ui.GrdMain->selectionModel()->setCurrentIndex(
+            m_gridModel->index(view.row - 1, view.column),
+            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    } else
         m_ui.GrdMain->selectionModel()->clear();
     m_repositioning = false;
     if (!isRow) {

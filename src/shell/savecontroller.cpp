@@ -37,6 +37,13 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
     // Queued: the window shows the step completely before the catalogue is looked at.
     connect(&history, &EditHistory::catalogueSavedChanged, &recovery, &CatalogueRecovery::checkNow,
         Qt::QueuedConnection);
+    // Undone back to what the file holds, the catalogue counts as unchanged again: the next
+    // save (every close saves) leaves twdata.bak as it is, which may hold the only copy of
+    // what an earlier "Delete All" removed.
+    connect(&history, &EditHistory::catalogueSavedChanged, this, [this](bool saved) {
+        if (saved)
+            m_module.AllProducts().markAsFile();
+    });
     connect(
         &recovery, &CatalogueRecovery::modifiedChanged, m_window, &QMainWindow::setWindowModified);
     // "Catalogue saved" is no longer true once the catalogue changes again.

@@ -20,6 +20,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QTest>
+#include <QTextCursor>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -99,6 +100,12 @@ TEST_F(UndoWindowTest, TheCaptionsNameTheStepTheyWouldTakeBackOrDoAgain)
     EXPECT_EQ(HistoryController::caption(QStringLiteral("&Undo"), QStringLiteral("Edit Notes A&B")),
         QStringLiteral("&Undo Edit Notes A&&B"))
         << "an ampersand of the step shows as written";
+    const QString longPart(200, QLatin1Char('P'));
+    const QString shown = HistoryController::caption(
+        QStringLiteral("&Undo"), QStringLiteral("Edit Part Number ") + longPart);
+    EXPECT_EQ(shown,
+        QStringLiteral("&Undo Edit Part Number ") + QString(42, QLatin1Char('P')) + QChar(0x2026))
+        << "a long step is cut to 60 characters";
 }
 
 TEST_F(UndoWindowTest, CtrlZFromTheGridBringsADeletedProductBackWithItsBoxesAndCtrlYDeletesItAgain)
@@ -272,6 +279,60 @@ TEST_F(UndoWindowTest, UndoAfterASaveMarksTheWindowUnsavedAndUndoingBackClearsTh
     window->close();
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("A-100"))
         << "closing saves what the window shows";
+}
+
+TEST_F(UndoWindowTest, AChangeUndoneLeavesTheBackupAsItWasAtTheClose)
+{
+    // The backup of an earlier run (here: before a "Delete All") is the only copy of it.
+    window->close();
+    const QByteArray saved = folder.readFile(QStringLiteral("twdata.dat"));
+    folder.writeFile(QStringLiteral("twdata.bak"), catalogueLine({ "ONLY-COPY", "Kept" }));
+    restart();
+    window = mainWindow.get();
+    grid = window->ui().GrdMain;
+    button("Insert")->trigger();
+    ASSERT_TRUE(waitForModified(true));
+    undo()->trigger();
+    ASSERT_TRUE(waitForModified(false));
+    window->close();
+    EXPECT_EQ(
+        folder.readFile(QStringLiteral("twdata.bak")), catalogueLine({ "ONLY-COPY", "Kept" }));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), saved);
+}
+
+TEST_F(UndoWindowTest, CtrlZSelectsOnlyTheRowOfTheStep)
+{
+    button("Edit")->trigger();
+    ASSERT_TRUE(grid->model()->setData(grid->model()->index(0, 1), QStringLiteral("Renamed")));
+    goToRow(2);
+    focus(grid);
+    // Through the window system, as a user's keys come: Ctrl is down while the step is undone.
+    QTest::keyClick(window->windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_EQ(grid->currentIndex().row(), 0);
+    const QModelIndexList rows = grid->selectionModel()->selectedRows();
+    ASSERT_EQ(rows.size(), 1);
+    EXPECT_EQ(rows.first().row(), 0);
+}
+
+TEST_F(UndoWindowTest, CtrlZInABoxWhoseTypingIsAStepAlreadyTakesTheStepBack)
+{
+    button("Edit")->trigger();
+    goToRow(0); // A-100, notes "Two lines\r\nof notes"
+    QPlainTextEdit *notes = window->ui().Txtnotes;
+    focus(notes);
+    notes->moveCursor(QTextCursor::End);
+    QTest::keyClicks(notes, QStringLiteral(" more"));
+    focus(window->ui().Txtincludes); // leaving the box stores it
+    EXPECT_EQ(undo()->text(), QStringLiteral("&Undo Edit Notes A-100"));
+    focus(notes);
+    keys(Qt::Key_Z);
+    EXPECT_FALSE(notes->toPlainText().endsWith(QLatin1String(" more")));
+    EXPECT_FALSE(catalogue().get(1, 4).asText().endsWith(QLatin1String(" more")))
+        << "the step was taken back, not only the box's typing";
+    EXPECT_EQ(redo()->text(), QStringLiteral("&Redo Edit Notes A-100"));
+    keys(Qt::Key_Y);
+    EXPECT_TRUE(catalogue().get(1, 4).asText().endsWith(QLatin1String(" more")));
+    EXPECT_TRUE(notes->toPlainText().endsWith(QLatin1String(" more")));
 }
 
 TEST_F(UndoWindowTest, UndoingEveryChangeBeforeAnySaveClearsTheMark)

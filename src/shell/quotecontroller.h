@@ -95,8 +95,9 @@ private:
     MainWindowUi &m_ui;
     QMenu *m_quoteMenu;
     QuoteGridModel *m_model = nullptr;
-    /// The total boxes were emptied by "Remove All" and show no totals.
-    bool m_totalsCleared = false;
+    /// The total boxes show no totals: at the start, before the first line, and after
+    /// "Remove All".
+    bool m_totalsCleared = true;
 };
 
 } // namespace tarnwick

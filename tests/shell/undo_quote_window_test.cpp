@@ -119,6 +119,16 @@ TEST_F(UndoQuoteWindowTest, RemoveAllIsUndoneWithItsLinesAndTotals)
     EXPECT_EQ(quoteCell(0, 0), QString());
 }
 
+TEST_F(UndoQuoteWindowTest, UndoingTheFirstLineEmptiesTheTotalsAsAtTheStart)
+{
+    EXPECT_EQ(totals(), QStringList({ "", "", "" }));
+    addToQuote(1);
+    EXPECT_NE(totals(), QStringList({ "", "", "" }));
+    ctrlZ();
+    EXPECT_EQ(quoteCell(0, 0), QString());
+    EXPECT_EQ(totals(), QStringList({ "", "", "" }));
+}
+
 TEST_F(UndoQuoteWindowTest, RemovingALineAndResettingPricesAreStepsToo)
 {
     addToQuote(1);

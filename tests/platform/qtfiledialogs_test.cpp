@@ -164,6 +164,7 @@ struct SeenDialog
     bool typesByName = false;
     bool saves = false;
     bool asksBeforeOverwriting = false;
+    QList<QUrl> places;
 };
 
 SeenDialog lookAtTheDialog(const std::function<void()> &run)
@@ -177,6 +178,7 @@ SeenDialog lookAtTheDialog(const std::function<void()> &run)
         seen.typesByName = dynamic_cast<FileIconsByName *>(dialog->iconProvider()) != nullptr;
         seen.saves = dialog->acceptMode() == QFileDialog::AcceptSave;
         seen.asksBeforeOverwriting = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
+        seen.places = dialog->sidebarUrls();
         dialog->reject();
     });
     run();
@@ -208,6 +210,21 @@ TEST(FileDialogContents, OpenAndSaveDialogsKnowFilesByTheirNamesOnly)
     request.confirmOverwrite = false;
     seen = lookAtTheDialog([&] { result = dialogs.getSaveFile(request); });
     EXPECT_FALSE(seen.asksBeforeOverwriting);
+}
+
+TEST(FileDialogPlaces, EveryDialogOffersTheDesktopsPlacesWhenTheRequestNamesNone)
+{
+    QList<QUrl> desktop;
+    for (const QString &place : desktopPlaces())
+        desktop << QUrl::fromLocalFile(place);
+    QtFileDialogs dialogs;
+    EXPECT_EQ(lookAtTheDialog([&] { dialogs.getSaveFile(FileDialogRequest {}); }).places, desktop);
+    EXPECT_EQ(lookAtTheDialog([&] { dialogs.getOpenFile(FileDialogRequest {}); }).places, desktop);
+    QTemporaryDir folder;
+    FileDialogRequest request;
+    request.places = QStringList { folder.path() };
+    EXPECT_EQ(lookAtTheDialog([&] { dialogs.getSaveFile(request); }).places,
+        QList<QUrl> { QUrl::fromLocalFile(folder.path()) });
 }
 
 TEST(FileDialogContents, ATypeComesFromTheNameNotFromTheBytes)

@@ -1,5 +1,6 @@
 #include "platform/qt/qtfiledialogs.h"
 
+#include "platform/desktopplaces.h"
 #include "platform/filefilter.h"
 
 #include <QApplication>
@@ -66,19 +67,37 @@ QString initialDialogPath(const FileDialogRequest &request)
     return QDir(request.initialFolder).filePath(request.fileName);
 }
 
+void showPlaces(QFileDialog &dialog, const QStringList &folders)
+{
+    if (folders.isEmpty())
+        return;
+    QList<QUrl> places;
+    for (const QString &folder : folders)
+        places << QUrl::fromLocalFile(folder);
+    dialog.setSidebarUrls(places);
+}
+
 void prepareOpenDialog(QFileDialog &dialog, const FileDialogRequest &request)
 {
     const QStringList filters = toQtNameFilters(request.filter);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(nameFilterAt(filters, request.filterIndex));
-    if (request.places.isEmpty())
-        return;
-    QList<QUrl> places;
-    for (const QString &folder : request.places)
-        places << QUrl::fromLocalFile(folder);
-    dialog.setSidebarUrls(places);
+    showPlaces(dialog, request.places);
 }
+
+namespace {
+
+/// A request that names no places gets the desktop's (Home, Desktop, Documents, Downloads),
+/// which a desktop's own dialog would have shown.
+FileDialogRequest withPlaces(FileDialogRequest request)
+{
+    if (request.places.isEmpty())
+        request.places = desktopPlaces();
+    return request;
+}
+
+} // namespace
 
 QtFileDialogs::QtFileDialogs(std::function<QWidget *()> parentProvider)
     : m_parentProvider(std::move(parentProvider))
@@ -87,12 +106,12 @@ QtFileDialogs::QtFileDialogs(std::function<QWidget *()> parentProvider)
 
 std::optional<FileDialogResult> QtFileDialogs::getOpenFile(const FileDialogRequest &request)
 {
-    return runOpen(request);
+    return runOpen(withPlaces(request));
 }
 
 std::optional<FileDialogResult> QtFileDialogs::getSaveFile(const FileDialogRequest &request)
 {
-    return runSave(request);
+    return runSave(withPlaces(request));
 }
 
 std::optional<FileDialogResult> QtFileDialogs::runSave(const FileDialogRequest &request) const
@@ -105,6 +124,7 @@ std::optional<FileDialogResult> QtFileDialogs::runSave(const FileDialogRequest &
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.confirmOverwrite);
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(nameFilterAt(filters, request.filterIndex));
+    showPlaces(dialog, request.places);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     // The filter that was offered first stands when the dialog names none of the offered ones.

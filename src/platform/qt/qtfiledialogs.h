@@ -45,11 +45,15 @@ int nameFilterIndex(
 /// the empty text (the dialog's own choice).
 QString initialDialogPath(const FileDialogRequest &request);
 
+/// Shows folders in the side panel of Qt's dialog; none leaves the panel as it is.
+void showPlaces(QFileDialog &dialog, const QStringList &folders);
+
 /// Sets up an open dialog as the request asks: one existing file, the name filters with the
 /// requested one selected, and the request's places in the side panel.
 void prepareOpenDialog(QFileDialog &dialog, const FileDialogRequest &request);
 
-/// Open and save dialogs through QFileDialog, over the program's active window.
+/// Open and save dialogs through QFileDialog, over the program's active window; a request
+/// that names no places shows the desktop's.
 class QtFileDialogs : public IFileDialogs
 {
 public:

@@ -33,9 +33,9 @@ PaneFocus::PaneFocus(MainWindowUi &ui, QWidget *window) : QObject(window), m_ui(
     connect(forward, &QShortcut::activated, this, [this] { move(true); });
     connect(backward, &QShortcut::activated, this, [this] { move(false); });
     m_ui.SSTabmain->tabBar()->installEventFilter(this);
+    addProductTabLetters(window);
     // A tab brought forward by its letter (Alt+Q, Alt+O) or a click takes the keyboard with
     // it: typing meant for the quote must not go into the product grid's current cell.
-    addProductTabLetters(window);
     connect(m_ui.SSTabmain, &QTabWidget::currentChanged, this, [this, window](int index) {
         for (QShortcut *key : m_productTabLetters)
             key->setEnabled(index == QuoteTab);

@@ -24,6 +24,7 @@
 #include <QContextMenuEvent>
 #include <QFocusEvent>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -134,8 +135,11 @@ void ProductGridController::GrdMain_RowColChange(
     } else if (!editMode() && current.isValid() && current.column() != 0) {
         // Outside edit mode the cursor stays in the first column; in edit mode (also on a
         // fresh row) it goes to the cell the user chose, so the keys land there.
+        // The selection is left to the click or key that moved the cursor: with Ctrl held
+        // the grid would otherwise toggle the clicked row out of the selection again.
         m_repositioning = true;
-        m_ui.GrdMain->setCurrentIndex(current.siblingAtColumn(0));
+        m_ui.GrdMain->selectionModel()->setCurrentIndex(
+            current.siblingAtColumn(0), QItemSelectionModel::NoUpdate);
         m_repositioning = false;
     }
     m_gridTag.clear();

@@ -11,11 +11,14 @@
 #include <QAction>
 #include <QComboBox>
 #include <QDir>
+#include <QGuiApplication>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QToolBar>
+
+#include <algorithm>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -280,6 +283,29 @@ TEST_F(ExchangeWindowTest, PalmWritesEveryProductWhenOnlyTheCurrentRowIsSelected
     EXPECT_LT(csv.indexOf("\r\n0,A-100,"), csv.indexOf("\r\n0,B-200,Bolt,"));
     EXPECT_LT(csv.indexOf("\r\n0,B-200,"), csv.indexOf("\r\n0,C-300,Clamp,"));
     EXPECT_EQ(fakes->help.calls, QStringList { folder.filePath("Tarnwick Help.chm") + "|15|2050" });
+}
+
+TEST_F(ExchangeWindowTest, CtrlClickOnANameAddsItsProductToTheSelection)
+{
+    // Through the window system, as a user's clicks come: Ctrl is down while the grid moves
+    // its cursor to the part number, which must not take the row out of the selection again.
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    const auto click = [this](int row, Qt::KeyboardModifiers modifiers) {
+        const QPoint inGrid = grid->visualRect(grid->model()->index(row, 1)).center();
+        QTest::mouseClick(window->windowHandle(), Qt::LeftButton, modifiers,
+            grid->viewport()->mapTo(window, inGrid));
+    };
+    click(0, Qt::NoModifier);
+    click(2, Qt::ControlModifier);
+    QList<int> rows;
+    for (const QModelIndex &index : grid->selectionModel()->selectedRows())
+        rows << index.row();
+    std::sort(rows.begin(), rows.end());
+    EXPECT_EQ(rows, (QList<int> { 0, 2 }));
+    EXPECT_EQ(grid->currentIndex().column(), 0) << "outside edit mode the cursor stays left";
+    // The window system keeps the last event's keys as held: the next test starts without.
+    QTest::mouseMove(window->windowHandle(), grid->viewport()->mapTo(window, QPoint(4, 4)));
+    EXPECT_EQ(QGuiApplication::keyboardModifiers(), Qt::NoModifier);
 }
 
 TEST_F(ExchangeWindowTest, PalmWritesTheSelectedRows)

@@ -45,6 +45,13 @@ public:
     /// Asks for one line of text; Cancel gives the empty text.
     virtual QString inputBox(const QString &prompt, const QString &title = QString(),
         const QString &defaultText = QString()) = 0;
+    /// Asks for a password: as inputBox, with what is typed hidden where the box can hide it
+    /// (the prompts of the desktop do; this default, for prompts that show nothing, asks as
+    /// inputBox does).
+    virtual QString passwordBox(const QString &prompt, const QString &title = QString())
+    {
+        return inputBox(prompt, title);
+    }
 };
 
 } // namespace tarnwick

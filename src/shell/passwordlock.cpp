@@ -34,10 +34,10 @@ QString saveFailedMessage(const QString &reason)
 
 bool change(IPrompts &prompts, ISettingsStore &settings)
 {
-    const QString first = prompts.inputBox(NewPrompt, Title);
+    const QString first = prompts.passwordBox(NewPrompt, Title);
     QString second;
     if (!first.isEmpty()) {
-        second = prompts.inputBox(RepeatPrompt, Title);
+        second = prompts.passwordBox(RepeatPrompt, Title);
     } else if (prompts.msgBox(RemoveQuestion, MsgStyle::YesNo | MsgStyle::Question)
         != MsgResult::Yes) {
         return false;

@@ -1,10 +1,12 @@
 #include "platform/qt/qtprompts.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -223,6 +225,28 @@ TEST(QtPromptsInput, TypedTextIsTheAnswerWhenAccepted)
     QTest::mouseClick(buttons->button(QDialogButtonBox::Ok), Qt::LeftButton);
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
     EXPECT_EQ(inputBoxAnswer(dialog, dialog.result()), QStringLiteral("Pumps 2024"));
+}
+
+TEST(QtPromptsInput, APasswordBoxHidesWhatIsTyped)
+{
+    QtPrompts prompts;
+    QLineEdit::EchoMode echo = QLineEdit::Normal;
+    QString title;
+    QTimer::singleShot(0, [&] {
+        auto *dialog = qobject_cast<QInputDialog *>(QApplication::activeModalWidget());
+        if (!dialog)
+            return;
+        echo = dialog->textEchoMode();
+        title = dialog->windowTitle();
+        auto *edit = dialog->findChild<QLineEdit *>();
+        if (edit)
+            QTest::keyClicks(edit, QStringLiteral("s3cret"));
+        dialog->accept();
+    });
+    EXPECT_EQ(prompts.passwordBox(QStringLiteral("New password"), QStringLiteral("Password")),
+        QStringLiteral("s3cret"));
+    EXPECT_EQ(echo, QLineEdit::Password);
+    EXPECT_EQ(title, QStringLiteral("Password"));
 }
 
 TEST(QtPromptsInput, CancelGivesTheEmptyText)

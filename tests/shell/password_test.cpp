@@ -308,6 +308,9 @@ TEST_F(PasswordMenuTest, TwoEqualAnswersSetThePassword)
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_EQ(shown[0].text, QStringLiteral("Please enter the new password."));
     EXPECT_EQ(shown[0].title, QStringLiteral("Password"));
+    // Both boxes hide what is typed, as the prompt at the start does.
+    EXPECT_EQ(shown[0].kind, ShownPrompt::Kind::Password);
+    EXPECT_EQ(shown[1].kind, ShownPrompt::Kind::Password);
     EXPECT_EQ(shown[1].text, QStringLiteral("Please reenter the new password"));
     EXPECT_EQ(shown[1].title, QStringLiteral("Password"));
 }

@@ -34,6 +34,13 @@ QString FakePrompts::inputBox(
     return QString();
 }
 
+QString FakePrompts::passwordBox(const QString &prompt, const QString &title)
+{
+    const QString answer = inputBox(prompt, title, QString());
+    m_shown.back().kind = ShownPrompt::Kind::Password;
+    return answer;
+}
+
 QStringList FakePrompts::texts() const
 {
     QStringList result;

@@ -14,7 +14,7 @@ namespace tarnwick::test {
 /// One box the program showed, as the fake recorded it.
 struct ShownPrompt
 {
-    enum class Kind { Message, Input };
+    enum class Kind { Message, Input, Password };
     Kind kind;
     QString text; ///< message text or input prompt
     QString title;
@@ -31,6 +31,8 @@ public:
     int msgBox(const QString &text, int style, const QString &title) override;
     QString inputBox(
         const QString &prompt, const QString &title, const QString &defaultText) override;
+    /// A password box takes the scripted input answers too, recorded as Kind::Password.
+    QString passwordBox(const QString &prompt, const QString &title) override;
 
     /// Scripts the answer of the next message box (MsgResult::Yes …).
     void answerMessage(int result) { m_messageAnswers.push_back(result); }

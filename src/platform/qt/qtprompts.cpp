@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QInputDialog>
+#include <QLineEdit>
 
 namespace tarnwick {
 
@@ -161,6 +162,15 @@ QString QtPrompts::inputBox(const QString &prompt, const QString &title, const Q
 {
     QInputDialog dialog(parentWidget());
     configureInputDialog(dialog, prompt, title, defaultText);
+    const int result = dialog.exec();
+    return inputBoxAnswer(dialog, result);
+}
+
+QString QtPrompts::passwordBox(const QString &prompt, const QString &title)
+{
+    QInputDialog dialog(parentWidget());
+    configureInputDialog(dialog, prompt, title, QString());
+    dialog.setTextEchoMode(QLineEdit::Password);
     const int result = dialog.exec();
     return inputBoxAnswer(dialog, result);
 }

@@ -58,6 +58,7 @@ public:
         const QString &title = QString()) override;
     QString inputBox(const QString &prompt, const QString &title = QString(),
         const QString &defaultText = QString()) override;
+    QString passwordBox(const QString &prompt, const QString &title = QString()) override;
 
 private:
     QWidget *parentWidget() const;

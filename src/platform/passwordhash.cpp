@@ -1,6 +1,7 @@
 #include "platform/passwordhash.h"
 
 #include <QByteArray>
+#include <QList>
 
 #include <sodium.h>
 
@@ -15,6 +16,34 @@ bool sodiumReady()
 {
     static const bool ready = sodium_init() >= 0;
     return ready;
+}
+
+/// Whether a stored hash asks for no more work than a password check at the start may take:
+/// at most the moderate limits of libsodium (256 MiB, three passes, one lane). A hand-edited or
+/// damaged settings file could ask for 4 GiB or 400,000 passes and hold the start for good.
+bool withinLimits(const QByteArray &text)
+{
+    qint64 memoryKiB = -1;
+    qint64 passes = -1;
+    qint64 lanes = -1;
+    // "$argon2id$v=19$m=65536,t=2,p=1$<salt>$<hash>"
+    const QList<QByteArray> parts = text.split('$');
+    if (parts.size() < 5)
+        return false;
+    for (const QByteArray &setting : parts.at(3).split(',')) {
+        bool ok = false;
+        const qint64 value = setting.mid(2).toLongLong(&ok);
+        if (!ok || setting.size() < 3 || setting.at(1) != '=')
+            return false;
+        if (setting.startsWith("m="))
+            memoryKiB = value;
+        else if (setting.startsWith("t="))
+            passes = value;
+        else if (setting.startsWith("p="))
+            lanes = value;
+    }
+    return memoryKiB > 0 && memoryKiB <= qint64(crypto_pwhash_argon2id_MEMLIMIT_MODERATE / 1024)
+        && passes > 0 && passes <= qint64(crypto_pwhash_argon2id_OPSLIMIT_MODERATE) && lanes == 1;
 }
 
 } // namespace
@@ -52,6 +81,8 @@ bool matches(const QString &stored, const QString &typed)
     if (!isHash(stored))
         return stored == typed;
     const QByteArray text = stored.toUtf8();
+    if (!withinLimits(text))
+        return false;
     const QByteArray bytes = typed.toUtf8();
     return crypto_pwhash_argon2id_str_verify(
                text.constData(), bytes.constData(), static_cast<unsigned long long>(bytes.size()))

@@ -21,7 +21,9 @@ std::optional<QString> hash(const QString &password);
 bool isHash(const QString &stored);
 
 /// True when typed is the password stored stands for: the hash of typed when stored is a
-/// hash, otherwise exactly the clear text (letter case and blanks count).
+/// hash, otherwise exactly the clear text (letter case and blanks count). A hash that asks for
+/// more work than libsodium's moderate limits (256 MiB, three passes, one lane) matches
+/// nothing: checking it could hold the start for minutes.
 bool matches(const QString &stored, const QString &typed);
 
 } // namespace PasswordHash

@@ -58,5 +58,22 @@ TEST(PasswordHash, AWellFormedHashTextIsTakenForAHashEvenWhenTypedAsAPassword)
     EXPECT_FALSE(PasswordHash::matches(*stored, *stored));
 }
 
+TEST(PasswordHash, AHashAskingForMoreWorkThanAStartMayTakeMatchesNothing)
+{
+    const std::optional<QString> stored = PasswordHash::hash(QStringLiteral("Secret"));
+    ASSERT_TRUE(stored.has_value());
+    ASSERT_TRUE(stored->contains(QLatin1String("$m=65536,t=2,p=1$")));
+    EXPECT_TRUE(PasswordHash::matches(*stored, QStringLiteral("Secret")));
+    // Edited by hand or damaged: still a well-formed hash, but 400,000 passes or 4 GiB would
+    // hold the start for minutes or for good. It is refused at once instead.
+    for (const char *costs :
+        { "$m=65536,t=400000,p=1$", "$m=4194304,t=2,p=1$", "$m=65536,t=2,p=64$" }) {
+        QString edited = *stored;
+        edited.replace(QLatin1String("$m=65536,t=2,p=1$"), QLatin1String(costs));
+        EXPECT_TRUE(PasswordHash::isHash(edited)) << costs;
+        EXPECT_FALSE(PasswordHash::matches(edited, QStringLiteral("Secret"))) << costs;
+    }
+}
+
 } // namespace
 } // namespace tarnwick

@@ -17,6 +17,7 @@
 #include "quotes/pricesource.h"
 #include "quotes/quotelist.h"
 #include "quotes/quotenote.h"
+#include "shell/filedialogwatch.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 #include "shell/quotecontroller.h"
@@ -68,6 +69,7 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
 {
     connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
     m_ui.FraQuote->installEventFilter(this);
+    new FileDialogWatch([this] { retakeLocks(); }, this);
     connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
         m_keepFailing = true;
         status(QStringLiteral("The quote on screen cannot be kept safe: %1. Save it.").arg(detail));
@@ -130,6 +132,16 @@ bool QuoteBookController::openBook(bool inABox)
     if (m_book.isOpen() && std::exchange(m_missedInHand, false))
         saveMissedInHand();
     return m_book.isOpen();
+}
+
+void QuoteBookController::retakeLocks()
+{
+    // A file dialog may have read quotes.db and dropped SQLite's locks: the book is opened
+    // anew, which takes them again.
+    if (!m_book.isOpen())
+        return;
+    m_book.close();
+    openBook(false);
 }
 
 void QuoteBookController::saveMissedInHand()

@@ -104,6 +104,8 @@ private:
     /// its own (said in the status bar).
     void saveMissedInHand();
     void showHeader();
+    /// Opens the book anew after a file dialog has closed (see FileDialogWatch).
+    void retakeLocks();
     /// A frame shown or resized shows its title again, cut to its width.
     bool eventFilter(QObject *watched, QEvent *event) override;
     void report(const QString &text, const QString &title);

@@ -7,12 +7,20 @@
 #include "shell/mainwindowactions.h"
 
 #include <QAction>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileSystemModel>
 #include <QGroupBox>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
+
+#if defined(Q_OS_LINUX)
+#include <sys/stat.h>
+#endif
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -150,5 +158,57 @@ TEST_F(DamagedBookWindowTest, WithoutABookTheCommandsSayWhy)
                       "is not available (")));
     EXPECT_TRUE(fakes->prompts.shown()[0].text.endsWith(QLatin1String("Close Tarnwick anyway?")));
 }
+
+#if defined(Q_OS_LINUX)
+/// Whether this process holds a lock on the file at path (/proc/locks names it by its inode).
+bool holdsLockOn(const QString &path)
+{
+    struct stat info
+    {
+    };
+    if (::stat(QFile::encodeName(path).constData(), &info) != 0)
+        return false;
+    QFile locks(QStringLiteral("/proc/locks"));
+    if (!locks.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray pid = QByteArray::number(QCoreApplication::applicationPid());
+    const QByteArray inode = ':' + QByteArray::number(quint64(info.st_ino));
+    // "1: POSIX  ADVISORY  READ 4242 08:02:1234567 128 128"; waiting locks have "->" first.
+    for (const QByteArray &line : locks.readAll().split('\n')) {
+        const QList<QByteArray> fields = line.simplified().split(' ');
+        if (fields.size() >= 6 && fields.at(1) != "->" && fields.at(4) == pid
+            && fields.at(5).endsWith(inode))
+            return true;
+    }
+    return false;
+}
+
+TEST_F(QuoteBookWindowTest, TheBookTakesItsLocksAgainAfterAFileDialogListedItsFolder)
+{
+    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
+    addToQuote(1);
+    ASSERT_TRUE(kept.wait(5000));
+    const QString bookFile = folder.filePath(QStringLiteral("quotes.db"));
+    ASSERT_TRUE(holdsLockOn(bookFile));
+    {
+        // A dialog of Qt's own making, as the print dialog's "Print to File" browser is.
+        QFileDialog dialog(window, QString(), folder.path());
+        dialog.setOption(QFileDialog::DontUseNativeDialog);
+        dialog.setViewMode(QFileDialog::Detail);
+        auto *model = dialog.findChild<QFileSystemModel *>();
+        ASSERT_NE(model, nullptr);
+        QSignalSpy loaded(model, &QFileSystemModel::directoryLoaded);
+        dialog.show();
+        ASSERT_TRUE(loaded.wait(10000));
+        EXPECT_FALSE(holdsLockOn(bookFile))
+            << "reading the book's first bytes to find its type dropped the locks";
+        dialog.hide();
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return holdsLockOn(bookFile); }, 5000));
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    EXPECT_EQ(book().quoteCount(), 1) << "the book opened anew takes the save";
+}
+#endif
 
 } // namespace

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+namespace tarnwick {
+
+/// Calls back once after the program's file dialogs have closed, the print dialog's "Print to
+/// File" browser among them. Qt's file dialog reads the first bytes of the files it lists to
+/// find their types, and on POSIX systems closing such a read drops every lock this process
+/// holds on that file: the quote book takes its locks anew after a dialog has listed its
+/// folder.
+class FileDialogWatch : public QObject
+{
+public:
+    /// Watches every widget of the application; closed runs from the event loop.
+    FileDialogWatch(std::function<void()> closed, QObject *parent);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    std::function<void()> m_closed;
+    bool m_pending = false;
+};
+
+} // namespace tarnwick

@@ -70,6 +70,9 @@ void PaneFocus::addProductTabLetters(QWidget *window)
         connect(key, &QShortcut::activated, this, [this, target = box] {
             m_ui.SSTabmain->setCurrentIndex(ProductTab);
             target->setFocus(Qt::ShortcutFocusReason);
+            // As a label's letter does: what is typed next replaces the list price.
+            if (auto *line = qobject_cast<QLineEdit *>(target))
+                line->selectAll();
         });
         m_productTabLetters.push_back(key);
     }

@@ -2,13 +2,13 @@
 
 #include "platform/desktopplaces.h"
 #include "platform/filefilter.h"
+#include "support/folderlisting.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileSystemModel>
-#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -301,12 +301,8 @@ TEST(FileDialogContents, ListingTheApplicationFolderOpensNoneOfItsFiles)
     FileIconsByName icons;
     QFileDialog dialog(nullptr, QString(), folder.path());
     listFilesByName(dialog, icons);
-    dialog.setViewMode(QFileDialog::Detail);
-    auto *model = dialog.findChild<QFileSystemModel *>();
-    ASSERT_NE(model, nullptr);
-    QSignalSpy loaded(model, &QFileSystemModel::directoryLoaded);
-    dialog.show();
-    ASSERT_TRUE(loaded.wait(10000));
+    ASSERT_TRUE(test::showFolderListing(dialog));
+    const auto *model = dialog.findChild<QFileSystemModel *>();
     // Everything the list shows of each file: its icon and its type.
     const QModelIndex root = model->index(folder.path());
     ASSERT_EQ(model->rowCount(root), 6);

@@ -5,12 +5,12 @@
 
 #include "quotebook/quotesession.h"
 #include "shell/mainwindowactions.h"
+#include "support/folderlisting.h"
 
 #include <QAction>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileDialog>
-#include <QFileSystemModel>
 #include <QGroupBox>
 #include <QLabel>
 #include <QSignalSpy>
@@ -194,12 +194,7 @@ TEST_F(QuoteBookWindowTest, TheBookTakesItsLocksAgainAfterAFileDialogListedItsFo
         // A dialog of Qt's own making, as the print dialog's "Print to File" browser is.
         QFileDialog dialog(window, QString(), folder.path());
         dialog.setOption(QFileDialog::DontUseNativeDialog);
-        dialog.setViewMode(QFileDialog::Detail);
-        auto *model = dialog.findChild<QFileSystemModel *>();
-        ASSERT_NE(model, nullptr);
-        QSignalSpy loaded(model, &QFileSystemModel::directoryLoaded);
-        dialog.show();
-        ASSERT_TRUE(loaded.wait(10000));
+        ASSERT_TRUE(showFolderListing(dialog));
         EXPECT_FALSE(holdsLockOn(bookFile))
             << "reading the book's first bytes to find its type dropped the locks";
         dialog.hide();

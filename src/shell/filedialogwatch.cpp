@@ -1,5 +1,6 @@
 #include "shell/filedialogwatch.h"
 
+#include <QAbstractPrintDialog>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFileDialog>
@@ -15,7 +16,11 @@ FileDialogWatch::FileDialogWatch(std::function<void()> closed, QObject *parent)
 
 bool FileDialogWatch::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Hide && !m_pending && qobject_cast<QFileDialog *>(watched)) {
+    // The print dialog lists files too: its output file box suggests the names of the folder
+    // typed into it, read the same way.
+    if (event->type() == QEvent::Hide && !m_pending
+        && (qobject_cast<QFileDialog *>(watched)
+            || qobject_cast<QAbstractPrintDialog *>(watched))) {
         m_pending = true;
         QTimer::singleShot(0, this, [this] {
             m_pending = false;

@@ -6,11 +6,11 @@
 
 namespace tarnwick {
 
-/// Calls back once after the program's file dialogs have closed, the print dialog's "Print to
-/// File" browser among them. Qt's file dialog reads the first bytes of the files it lists to
-/// find their types, and on POSIX systems closing such a read drops every lock this process
-/// holds on that file: the quote book takes its locks anew after a dialog has listed its
-/// folder.
+/// Calls back once after the program's file dialogs or print dialogs have closed (the print
+/// dialog's "Print to File" browser and its output file box list the files of a folder too). Qt's
+/// file dialog reads the first bytes of the files it lists to find their types, and on POSIX
+/// systems closing such a read drops every lock this process holds on that file: the quote book
+/// takes its locks anew after a dialog has listed its folder.
 class FileDialogWatch : public QObject
 {
 public:

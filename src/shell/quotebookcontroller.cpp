@@ -137,8 +137,10 @@ bool QuoteBookController::openBook(bool inABox)
 void QuoteBookController::retakeLocks()
 {
     // A file dialog may have read quotes.db and dropped SQLite's locks: the book is opened
-    // anew, which takes them again.
-    if (!m_book.isOpen())
+    // anew, which takes them again. A book deleted meanwhile (the dialogs offer Delete) stays
+    // open as it is: opening anew would start an empty one, whose copy at the close would
+    // replace quotes.bak.
+    if (!m_book.isOpen() || !QFileInfo::exists(bookPath()))
         return;
     m_book.close();
     openBook(false);

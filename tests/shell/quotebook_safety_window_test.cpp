@@ -13,6 +13,8 @@
 #include <QFileDialog>
 #include <QGroupBox>
 #include <QLabel>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QSignalSpy>
 #include <QSqlQuery>
 #include <QTableView>
@@ -204,6 +206,46 @@ TEST_F(QuoteBookWindowTest, TheBookTakesItsLocksAgainAfterAFileDialogListedItsFo
     action("mnuQuoteSave")->trigger();
     EXPECT_EQ(book().quoteCount(), 1) << "the book opened anew takes the save";
 }
+
+TEST_F(QuoteBookWindowTest, ThePrintDialogClosedGivesTheBookItsLocksBack)
+{
+    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
+    addToQuote(1);
+    ASSERT_TRUE(kept.wait(5000));
+    const QString bookFile = folder.filePath(QStringLiteral("quotes.db"));
+    ASSERT_TRUE(holdsLockOn(bookFile));
+    // What the print dialog's output file box does when a path into the folder is typed:
+    // the suggestions read the book's first bytes.
+    {
+        QFile read(bookFile);
+        ASSERT_TRUE(read.open(QIODevice::ReadOnly));
+    }
+    ASSERT_FALSE(holdsLockOn(bookFile));
+    QPrinter printer;
+    QPrintDialog dialog(&printer, window);
+    dialog.show();
+    dialog.hide();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return holdsLockOn(bookFile); }, 5000));
+}
 #endif
+
+TEST_F(QuoteBookWindowTest, ABookDeletedWhileOpenIsNotReplacedByAnEmptyOneAfterADialog)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(book().quoteCount(), 1);
+    // The file dialogs offer Delete on every file they list, quotes.db among them.
+    ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("quotes.db"))));
+    QFileDialog dialog(window, QString(), folder.path());
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.show();
+    dialog.hide();
+    // The dialog's closing is answered from the event loop.
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(folder.exists(QStringLiteral("quotes.db"))) << "no empty book in its place";
+    EXPECT_EQ(book().quoteCount(), 1) << "the open book, with its quote, is kept";
+}
 
 } // namespace

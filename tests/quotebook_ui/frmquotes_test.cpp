@@ -218,6 +218,9 @@ TEST_F(FrmQuotesTest, TheStatusOfTheChosenQuoteIsChangedInTheBook)
     QTest::keyClick(status, Qt::Key_Down);
     QTest::keyClick(status, Qt::Key_Down);
     EXPECT_EQ(column(5), (QStringList { "draft", "accepted", "draft" }));
+    EXPECT_GT(grid->horizontalHeader()->sectionSize(QuoteListModel::Status),
+        grid->fontMetrics().horizontalAdvance(QStringLiteral("accepted")))
+        << "the status shows whole";
     EXPECT_EQ(book.list(QStringLiteral("clamp")).first().status, QuoteStatus::Accepted);
     grid->setCurrentIndex(grid->model()->index(0, 0));
     EXPECT_EQ(status->currentText(), QStringLiteral("draft"));

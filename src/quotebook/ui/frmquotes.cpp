@@ -202,6 +202,9 @@ void FrmQuotes::CmbStatus_Click(int index)
     QList<QuoteSummary> quotes = m_model->quotes();
     quotes[row].status = status;
     m_model->setQuotes(quotes);
+    // "accepted" is wider than "draft": the column grows with it (and the validity with it).
+    m_grdQuotes->resizeColumnToContents(QuoteListModel::Status);
+    m_grdQuotes->resizeColumnToContents(QuoteListModel::ValidUntil);
     m_grdQuotes->setCurrentIndex(m_model->index(row, 0));
 }
 

@@ -55,6 +55,7 @@ const QString DuplicateIntro =
     QStringLiteral("The same lines are saved under a new quote number for this customer.");
 const QString PdfFilter = QStringLiteral("PDF Files (*.pdf)|*.pdf|All Files (*.*)|*.*");
 constexpr int KeepInterval = 500;
+const QString NewQuoteMessage = QStringLiteral("New quote.");
 
 } // namespace
 
@@ -70,6 +71,12 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
     connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
     m_ui.FraQuote->installEventFilter(this);
     new FileDialogWatch([this] { retakeLocks(); }, this);
+    // "New quote." no longer says what is on screen once a step of the quote is undone or
+    // redone (File → New undone brings the quote before it back).
+    connect(&history, &EditHistory::quoteChanged, this, [this] {
+        if (m_ui.sbPanel1->text() == NewQuoteMessage)
+            m_ui.sbPanel1->clear();
+    });
     connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
         m_keepFailing = true;
         status(QStringLiteral("The quote on screen cannot be kept safe: %1. Save it.").arg(detail));
@@ -513,7 +520,7 @@ void QuoteBookController::newQuote()
         return;
     replaceOnScreen(Table(0, m_module.QuoteTable().fieldCount()), m_session->state(),
         QuoteSession::State(), QStringLiteral("New Quote"), Titles::New);
-    status(QStringLiteral("New quote."));
+    status(NewQuoteMessage);
 }
 
 bool QuoteBookController::writePdf(const QString &path, const QString &title)

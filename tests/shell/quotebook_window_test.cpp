@@ -188,6 +188,17 @@ TEST_F(QuoteBookWindowTest, NewOffersToSaveAChangedQuoteFirst)
     EXPECT_TRUE(fakes->prompts.shown().empty()) << "an empty quote is replaced without a word";
 }
 
+TEST_F(QuoteBookWindowTest, UndoingNewTakesBackTheQuoteAndItsMessage)
+{
+    addToQuote(1);
+    fakes->prompts.answerMessage(MsgResult::No);
+    action("mnuFileNew")->trigger();
+    EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("New quote."));
+    action("mnuEditUndo")->trigger();
+    EXPECT_EQ(quoteColumn(0), QStringList { "B-200" });
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString()) << "the message no longer says so";
+}
+
 TEST_F(QuoteBookWindowTest, OpenQuoteBringsBackTheSavedPricesAndOffersTodays)
 {
     addToQuote(1); // B-200 Bolt 2.5, 100 or more at 2

@@ -62,9 +62,15 @@ bool write(QSqlDatabase &db, const QString &path, QString &error)
         return false;
     }
     const QString temporary = path + QStringLiteral(".new");
-    QFile::remove(temporary);
-    if (!copyInto(source, temporary, error)) {
+    // SQLite writes the copy with a rollback journal beside it, which a copy that fails (a
+    // full disk) leaves behind.
+    const auto removeTemporary = [&temporary] {
         QFile::remove(temporary);
+        QFile::remove(temporary + QStringLiteral("-journal"));
+    };
+    removeTemporary();
+    if (!copyInto(source, temporary, error)) {
+        removeTemporary();
         return false;
     }
     // The copy is as private as the book.
@@ -76,7 +82,7 @@ bool write(QSqlDatabase &db, const QString &path, QString &error)
         QFileInfo(temporary).filesystemFilePath(), QFileInfo(path).filesystemFilePath(), failed);
     if (failed) {
         error = QString::fromStdString(failed.message());
-        QFile::remove(temporary);
+        removeTemporary();
         return false;
     }
     return true;

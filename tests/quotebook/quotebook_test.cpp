@@ -4,6 +4,7 @@
 
 #include "quotebook/quotebookrows.h"
 #include "quotes/quoteline.h"
+#include "support/diskfaults.h"
 
 #include <QFileInfo>
 #include <QSqlQuery>
@@ -306,6 +307,25 @@ TEST_F(QuoteBookTest, ABackupThatCannotBeWrittenLeavesTheOldOne)
     EXPECT_FALSE(book->backupTo(into));
     EXPECT_FALSE(book->errorString().isEmpty());
     EXPECT_EQ(folder.readFile(QStringLiteral("quotes.bak")), QByteArray("the backup before"));
+}
+
+TEST_F(QuoteBookTest, ABackupCutShortByAFullDiskLeavesNothingBehind)
+{
+    // A book of several pages, so the copy fails part-way as on a disk that fills up.
+    for (int i = 0; i < 40; ++i) {
+        SavedQuote quote = sampleQuote(QStringLiteral("Customer %1").arg(i), May12, 20);
+        ASSERT_TRUE(book->saveNew(quote)) << book->errorString().toStdString();
+    }
+    folder.writeFile(QStringLiteral("quotes.bak"), "the backup before");
+    {
+        const test::FileSizeLimit full(12 * 1024);
+        ASSERT_TRUE(full.active());
+        EXPECT_FALSE(book->backupTo(folder.filePath(QStringLiteral("quotes.bak"))));
+    }
+    EXPECT_FALSE(book->errorString().isEmpty());
+    EXPECT_EQ(folder.readFile(QStringLiteral("quotes.bak")), QByteArray("the backup before"));
+    EXPECT_FALSE(folder.exists(QStringLiteral("quotes.bak.new")));
+    EXPECT_FALSE(folder.exists(QStringLiteral("quotes.bak.new-journal")));
 }
 
 TEST_F(QuoteBookTest, AClosedBookRefusesPolitely)

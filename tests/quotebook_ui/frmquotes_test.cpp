@@ -114,6 +114,22 @@ TEST_F(FrmQuotesTest, AQuotePastItsLastValidDaySaysItHasExpired)
     EXPECT_EQ(column(QuoteListModel::ValidUntil).last(), QStringLiteral("6/11/26 (expired)"));
 }
 
+TEST_F(FrmQuotesTest, StatusAndValidityColumnsHoldTheirWidestTextsFromTheStart)
+{
+    // The rows on screen at first need not hold the widest texts further down a long list.
+    auto *grid = child<QTableView>("GrdQuotes");
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    QHeaderView *header = grid->horizontalHeader();
+    for (const char *status : { "accepted", "declined" }) {
+        EXPECT_GT(header->sectionSize(QuoteListModel::Status),
+            grid->fontMetrics().horizontalAdvance(QString::fromLatin1(status)))
+            << status;
+    }
+    EXPECT_GT(header->sectionSize(QuoteListModel::ValidUntil),
+        grid->fontMetrics().horizontalAdvance(QStringLiteral("12/31/26 (expired)")));
+    EXPECT_FALSE(grid->wordWrap()) << "a cell's text stays on one line";
+}
+
 TEST_F(FrmQuotesTest, EveryColumnIsReadableAtTheFirstSize)
 {
     auto *grid = child<QTableView>("GrdQuotes");

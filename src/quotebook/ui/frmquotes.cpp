@@ -6,6 +6,7 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QDate>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -52,6 +53,7 @@ FrmQuotes::FrmQuotes(QuoteBook &book, IPrompts &prompts, const QLocale &locale, 
     m_grdQuotes->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_grdQuotes->setSelectionMode(QAbstractItemView::SingleSelection);
     m_grdQuotes->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_grdQuotes->setWordWrap(false);
     m_grdQuotes->verticalHeader()->hide();
     // Rows of one height: the view never measures 10,000 rows to draw twenty.
     m_grdQuotes->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -77,10 +79,29 @@ void FrmQuotes::fitColumns()
     // and the window wide enough for all six, as far as the screen goes.
     QHeaderView *header = m_grdQuotes->horizontalHeader();
     header->setSectionResizeMode(QuoteListModel::Customer, QHeaderView::Interactive);
+    // The rows on screen are the newest quotes: the status and validity columns are made wide
+    // enough for any of theirs ("declined", "12/31/26 (expired)") further down the list too.
+    QStringList widest;
+    for (const QuoteStatus status : QuoteStatuses::all())
+        widest << QuoteStatuses::name(status);
+    const QString expired = QuoteListModel::tr("%1 (expired)")
+                                .arg(m_locale.toString(QDate(2026, 12, 31), QLocale::ShortFormat));
+    const int padding = 2 * fontMetrics().averageCharWidth();
+    const auto atLeast = [&](int column, const QStringList &texts) {
+        int wanted = 0;
+        for (const QString &text : texts)
+            wanted = std::max(wanted, m_grdQuotes->fontMetrics().horizontalAdvance(text) + padding);
+        if (header->sectionSize(column) < wanted)
+            header->resizeSection(column, wanted);
+    };
     int width = 0;
     for (int column = 0; column < QuoteListModel::ColumnCount; ++column) {
         if (column != QuoteListModel::Customer) {
             m_grdQuotes->resizeColumnToContents(column);
+            if (column == QuoteListModel::Status)
+                atLeast(column, widest);
+            if (column == QuoteListModel::ValidUntil)
+                atLeast(column, { expired });
             width += header->sectionSize(column);
         }
     }

@@ -413,7 +413,7 @@ def scenario_exchange(run):
         for name, entry in (("CmbField(0)", "Col 0-  Part Number"),
                             ("CmbField(1)", "Col 1-  Product Name"),
                             ("CmbField(7)", "Col 3-  Notes")):
-            shown = wait_for(lambda: s.read_text(name, window="Update") == entry, 5,
+            shown = wait_for(lambda: s.read_text(name, window="Update") == entry, 15,
                              "%s at %r" % (name, entry))
             check(shown, "%s mapped" % name)
         s.key("Return", window="Update")

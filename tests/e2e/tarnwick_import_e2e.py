@@ -121,7 +121,7 @@ def scenario_supplier(run):
                             ("CmbField(1)", "Col 1-  Product Name"),
                             ("CmbField(3)", "Col 2-  Price"),
                             ("CmbField(14)", "Col 14-  Price 5")):
-            base.wait_for(lambda: s.read_text(name, window="Update") == entry, 5,
+            base.wait_for(lambda: s.read_text(name, window="Update") == entry, 15,
                           "%s at %r after Match Headers" % (name, entry))
         s.key("alt+p", "Return", window="Update")
         s.wait_for_window("Import Preview", timeout=30)

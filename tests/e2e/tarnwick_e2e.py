@@ -81,7 +81,11 @@ class Run:
         s = self.tw.start(self.args.program, app_folder=self.app, title=title, home=self.home,
                           env=env or {"LANG": "C.UTF-8"})
         if wait_grid:
-            self.wait_grid(s)
+            try:
+                self.wait_grid(s)
+            except BaseException:
+                s.stop()  # the program and its X server do not outlive a failed start
+                raise
         return s
 
     @staticmethod

@@ -39,8 +39,12 @@ def rename_product(s, row, name):
 
 def start_editing(run):
     s = run.start()
-    s.toolbar("Edit")
-    wait_for(lambda: s.is_checked("Edit"), 5, "edit mode")
+    try:
+        s.toolbar("Edit")
+        wait_for(lambda: s.is_checked("Edit"), 5, "edit mode")
+    except BaseException:
+        s.stop()  # the program and its X server do not outlive a failed check
+        raise
     return s
 
 

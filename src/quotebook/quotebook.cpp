@@ -72,6 +72,18 @@ void QuoteBook::close()
     }
 }
 
+bool QuoteBook::reconnect()
+{
+    if (!isOpen())
+        return false;
+    if (openConnection(m_path) && prepareBook())
+        return true;
+    const QString why = m_error;
+    close();
+    m_error = why;
+    return false;
+}
+
 bool QuoteBook::fail(const QSqlError &error)
 {
     m_error = plainWords(error);

@@ -62,6 +62,10 @@ public:
     /// "-wal" and "-shm" files) and a new book is started; nothing is deleted.
     OpenResult open(const QString &path, const QDateTime &now = QDateTime::currentDateTime());
     void close();
+    /// Closes the open book's connection and opens the same file again, without open()'s
+    /// checks (the book was sound a moment ago): SQLite takes its locks anew. False, with the
+    /// book closed, when it cannot be opened again.
+    bool reconnect();
     bool isOpen() const { return m_db.isOpen(); }
     QString path() const { return m_path; }
     QString errorString() const { return m_error; }

@@ -1,5 +1,7 @@
 #include "shell/filedialogwatch.h"
 
+#include "platform/qt/qtfiledialogs.h"
+
 #include <QAbstractPrintDialog>
 #include <QCoreApplication>
 #include <QEvent>
@@ -14,13 +16,19 @@ FileDialogWatch::FileDialogWatch(std::function<void()> closed, QObject *parent)
     QCoreApplication::instance()->installEventFilter(this);
 }
 
+bool FileDialogWatch::listsFilesTheUsualWay(const QObject *watched)
+{
+    // Tarnwick's own file dialogs know files by their names (FileIconsByName) and read none.
+    // The print dialog lists files too: its output file box suggests the names of the folder
+    // typed into it, and its "..." opens a file dialog of Qt's.
+    if (const auto *files = qobject_cast<const QFileDialog *>(watched))
+        return !dynamic_cast<const FileIconsByName *>(files->iconProvider());
+    return qobject_cast<const QAbstractPrintDialog *>(watched) != nullptr;
+}
+
 bool FileDialogWatch::eventFilter(QObject *watched, QEvent *event)
 {
-    // The print dialog lists files too: its output file box suggests the names of the folder
-    // typed into it, read the same way.
-    if (event->type() == QEvent::Hide && !m_pending
-        && (qobject_cast<QFileDialog *>(watched)
-            || qobject_cast<QAbstractPrintDialog *>(watched))) {
+    if (event->type() == QEvent::Hide && !m_pending && listsFilesTheUsualWay(watched)) {
         m_pending = true;
         QTimer::singleShot(0, this, [this] {
             m_pending = false;

@@ -149,8 +149,10 @@ void QuoteBookController::retakeLocks()
     // replace quotes.bak.
     if (!m_book.isOpen() || !QFileInfo::exists(bookPath()))
         return;
-    m_book.close();
-    openBook(false);
+    // Where the book cannot be opened again, the next command opens it as at the start and
+    // says why it cannot.
+    if (!m_book.reconnect())
+        m_unavailable = m_book.errorString();
 }
 
 void QuoteBookController::saveMissedInHand()

@@ -70,7 +70,6 @@ public:
     QuoteSession *session() const { return m_session.get(); }
     QuoteBook &book() { return m_book; }
     void setDialogs(std::unique_ptr<IQuoteBookDialogs> dialogs);
-    /// The day quotes are dated (tests fix it).
     /// The day quotes are dated and run out against (the computer's date unless set); the
     /// frame above the quote shows at once whether the quote on screen has run out.
     void setToday(std::function<QDate()> today);

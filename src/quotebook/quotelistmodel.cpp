@@ -58,12 +58,9 @@ QVariant QuoteListModel::data(const QModelIndex &index, int role) const
         return format(Cell(quote.total), QStringLiteral("Currency"), m_locale);
     case Status:
         return QuoteStatuses::name(quote.status);
-    case ValidUntil: {
-        const QString day = m_locale.toString(quote.validUntil, QLocale::ShortFormat);
-        return QuoteNumbers::hasExpired(quote.validUntil, quote.status, m_today)
-            ? tr("%1 (expired)").arg(day)
-            : day;
-    }
+    case ValidUntil:
+        return validUntilText(
+            quote.validUntil, QuoteNumbers::hasExpired(quote.validUntil, quote.status, m_today));
     default:
         return {};
     }
@@ -82,6 +79,12 @@ void QuoteListModel::setQuotes(QList<QuoteSummary> quotes)
     beginResetModel();
     m_quotes = std::move(quotes);
     endResetModel();
+}
+
+QString QuoteListModel::validUntilText(const QDate &day, bool expired) const
+{
+    const QString shown = m_locale.toString(day, QLocale::ShortFormat);
+    return expired ? tr("%1 (expired)").arg(shown) : shown;
 }
 
 void QuoteListModel::setToday(const QDate &today)

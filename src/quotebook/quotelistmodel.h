@@ -32,6 +32,9 @@ public:
     qint64 idAt(int row) const;
     /// The day against which quotes run out (the computer's date unless set).
     void setToday(const QDate &today);
+    /// The Valid Until column's text of a quote valid until day: "6/11/26", or
+    /// "6/11/26 (expired)" when it has run out.
+    QString validUntilText(const QDate &day, bool expired) const;
 
 private:
     QLocale m_locale;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/statustext.h"
+
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -40,7 +42,7 @@ struct MainWindowUi
     QLineEdit *TxtDisc = nullptr;
     QLineEdit *TxtQdisper = nullptr;
     QLabel *LblNextBreak = nullptr; ///< the current quote line's next price break
-    QLabel *sbPanel1 = nullptr; ///< the status bar's first panel
+    StatusText *sbPanel1 = nullptr; ///< the status bar's first panel
     /// At the status bar's right end while the unsaved changes cannot be kept safe: the
     /// warning stays in view until they are (the first panel's texts come and go).
     QLabel *sbUnsafe = nullptr;

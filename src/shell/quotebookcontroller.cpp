@@ -21,6 +21,7 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 #include "shell/quotecontroller.h"
+#include "shell/statustext.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -73,10 +74,8 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
     new FileDialogWatch([this] { retakeLocks(); }, this);
     // "New quote." no longer says what is on screen once a step of the quote is undone or
     // redone (File → New undone brings the quote before it back).
-    connect(&history, &EditHistory::quoteChanged, this, [this] {
-        if (m_ui.sbPanel1->text() == NewQuoteMessage)
-            m_ui.sbPanel1->clear();
-    });
+    connect(&history, &EditHistory::quoteChanged, this,
+        [this] { m_ui.sbPanel1->takeBack(NewQuoteMessage); });
     connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
         m_keepFailing = true;
         status(QStringLiteral("The quote on screen cannot be kept safe: %1. Save it.").arg(detail));

@@ -9,6 +9,7 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 #include "shell/productgridcontroller.h"
+#include "shell/statustext.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -48,8 +49,8 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
         &recovery, &CatalogueRecovery::modifiedChanged, m_window, &QMainWindow::setWindowModified);
     // "Catalogue saved" is no longer true once the catalogue changes again.
     connect(&recovery, &CatalogueRecovery::modifiedChanged, this, [this](bool modified) {
-        if (modified && m_ui.sbPanel1->text() == SavedMessage)
-            m_ui.sbPanel1->clear();
+        if (modified)
+            m_ui.sbPanel1->takeBack(SavedMessage);
     });
     connect(&recovery, &CatalogueRecovery::writeFailed, this, [this](const QString &detail) {
         const QString text =

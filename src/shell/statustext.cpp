@@ -21,6 +21,12 @@ QString StatusText::shownText() const
     return fontMetrics().elidedText(line, Qt::ElideRight, contentsRect().width());
 }
 
+void StatusText::takeBack(const QString &message)
+{
+    if (!message.isEmpty() && text() == message)
+        clear();
+}
+
 void StatusText::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);

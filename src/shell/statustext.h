@@ -16,6 +16,9 @@ public:
 
     /// The text as the panel shows it at its present width.
     QString shownText() const;
+    /// Empties the panel when it still shows message, which no longer holds ("Catalogue saved"
+    /// once the catalogue changes); another message shown since stays.
+    void takeBack(const QString &message);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

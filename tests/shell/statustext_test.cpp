@@ -34,4 +34,14 @@ TEST(StatusTextTest, ALineBreakReadsAsABlankOnItsOneLine)
     EXPECT_EQ(panel.textFormat(), Qt::PlainText);
 }
 
+TEST(StatusTextTest, AMessageTakenBackGoesOnlyWhileItIsShown)
+{
+    StatusText panel;
+    panel.setText(QStringLiteral("Catalogue saved"));
+    panel.takeBack(QStringLiteral("New quote."));
+    EXPECT_EQ(panel.text(), QStringLiteral("Catalogue saved")) << "another message stays";
+    panel.takeBack(QStringLiteral("Catalogue saved"));
+    EXPECT_EQ(panel.text(), QString());
+}
+
 } // namespace

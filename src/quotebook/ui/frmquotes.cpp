@@ -84,8 +84,7 @@ void FrmQuotes::fitColumns()
     QStringList widest;
     for (const QuoteStatus status : QuoteStatuses::all())
         widest << QuoteStatuses::name(status);
-    const QString expired = QuoteListModel::tr("%1 (expired)")
-                                .arg(m_locale.toString(QDate(2026, 12, 31), QLocale::ShortFormat));
+    const QString expired = m_model->validUntilText(QDate(2026, 12, 31), true);
     const int padding = 2 * fontMetrics().averageCharWidth();
     const auto atLeast = [&](int column, const QStringList &texts) {
         int wanted = 0;

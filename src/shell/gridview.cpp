@@ -178,6 +178,18 @@ void GridView::paintEvent(QPaintEvent *event)
     painter.drawRect(QRectF(cell).adjusted(1.5, 1.5, -1.5, -1.5));
 }
 
+QItemSelectionModel::SelectionFlags GridView::selectionCommand(
+    const QModelIndex &index, const QEvent *event) const
+{
+    if (event || selectionMode() != ExtendedSelection)
+        return QTableView::selectionCommand(index, event);
+    const QItemSelectionModel::SelectionFlags whole = selectionBehavior() == SelectRows
+        ? QItemSelectionModel::Rows
+        : selectionBehavior() == SelectColumns ? QItemSelectionModel::Columns
+                                               : QItemSelectionModel::NoUpdate;
+    return QItemSelectionModel::ClearAndSelect | whole;
+}
+
 bool GridView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
 {
     const bool opened = QTableView::edit(index, trigger, event);

@@ -50,6 +50,11 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
+    /// A move the program makes (no event: undo, a header sort, Locate Product) selects the
+    /// new current row alone. Qt would read keys still held, such as the Ctrl of Ctrl+Z, as a
+    /// Ctrl+click on it and keep the rows selected before.
+    QItemSelectionModel::SelectionFlags selectionCommand(
+        const QModelIndex &index, const QEvent *event = nullptr) const override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

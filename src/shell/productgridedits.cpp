@@ -15,7 +15,6 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 
-#include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -179,14 +178,9 @@ void ProductGridController::productsChanged(const ProductChange &change)
     }
     const bool isRow = view.row >= 1 && view.row <= m_gridModel->rowCount();
     m_repositioning = true;
-    if (isRow) {
-        // Only the step's row is selected: the grid would otherwise read the Ctrl of Ctrl+Z as
-        // a Ctrl+click and keep the rows selected before, which Change Prices and the handheld
-        // export then take as chosen.
-        m_ui.GrdMain->selectionModel()->setCurrentIndex(
-            m_gridModel->index(view.row - 1, view.column),
-            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    } else
+    if (isRow)
+        m_ui.GrdMain->setCurrentIndex(m_gridModel->index(view.row - 1, view.column));
+    else
         m_ui.GrdMain->selectionModel()->clear();
     m_repositioning = false;
     if (!isRow) {

@@ -212,6 +212,17 @@ TEST(FileDialogContents, OpenAndSaveDialogsKnowFilesByTheirNamesOnly)
     EXPECT_FALSE(seen.asksBeforeOverwriting);
 }
 
+TEST(FileDialogPlaces, TheSidePanelShowsThePlacesNamesWhole)
+{
+    FileIconsByName icons;
+    QFileDialog dialog;
+    listFilesByName(dialog, icons);
+    const auto *places = dialog.findChild<QWidget *>(QStringLiteral("sidebar"));
+    ASSERT_NE(places, nullptr);
+    EXPECT_GT(places->minimumWidth(),
+        dialog.fontMetrics().horizontalAdvance(QStringLiteral("Downloads")));
+}
+
 TEST(FileDialogPlaces, EveryDialogOffersTheDesktopsPlacesWhenTheRequestNamesNone)
 {
     QList<QUrl> desktop;

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QMimeType>
+#include <QStyle>
 #include <QUrl>
 
 namespace tarnwick {
@@ -40,6 +41,14 @@ void listFilesByName(QFileDialog &dialog, FileIconsByName &icons)
 {
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setIconProvider(&icons);
+    // A side panel wide enough for "Documents" and "Downloads" beside their icons ("Do…"
+    // otherwise).
+    const QFontMetrics metrics = dialog.fontMetrics();
+    if (auto *places = dialog.findChild<QWidget *>(QStringLiteral("sidebar"))) {
+        const int icon = places->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, places);
+        places->setMinimumWidth(metrics.horizontalAdvance(QStringLiteral("Downloads")) + 2 * icon
+            + 4 * metrics.averageCharWidth());
+    }
 }
 
 QString nameFilterAt(const QStringList &nameFilters, int filterIndex)

@@ -185,12 +185,22 @@ bool holdsLockOn(const QString &path)
     return false;
 }
 
-TEST_F(QuoteBookWindowTest, TheBookTakesItsLocksAgainAfterAFileDialogListedItsFolder)
+class QuoteBookLockTest : public QuoteBookWindowTest
 {
-    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
-    addToQuote(1);
-    ASSERT_TRUE(kept.wait(5000));
-    const QString bookFile = folder.filePath(QStringLiteral("quotes.db"));
+protected:
+    /// The quote book's file, made by a first line on the quote and kept by the program.
+    QString bookMadeByAFirstLine()
+    {
+        QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
+        addToQuote(1);
+        EXPECT_TRUE(kept.wait(5000));
+        return folder.filePath(QStringLiteral("quotes.db"));
+    }
+};
+
+TEST_F(QuoteBookLockTest, TheBookTakesItsLocksAgainAfterAFileDialogListedItsFolder)
+{
+    const QString bookFile = bookMadeByAFirstLine();
     ASSERT_TRUE(holdsLockOn(bookFile));
     {
         // A dialog of Qt's own making, as the print dialog's "Print to File" browser is.
@@ -207,12 +217,9 @@ TEST_F(QuoteBookWindowTest, TheBookTakesItsLocksAgainAfterAFileDialogListedItsFo
     EXPECT_EQ(book().quoteCount(), 1) << "the book opened anew takes the save";
 }
 
-TEST_F(QuoteBookWindowTest, ThePrintDialogClosedGivesTheBookItsLocksBack)
+TEST_F(QuoteBookLockTest, ThePrintDialogClosedGivesTheBookItsLocksBack)
 {
-    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
-    addToQuote(1);
-    ASSERT_TRUE(kept.wait(5000));
-    const QString bookFile = folder.filePath(QStringLiteral("quotes.db"));
+    const QString bookFile = bookMadeByAFirstLine();
     ASSERT_TRUE(holdsLockOn(bookFile));
     // What the print dialog's output file box does when a path into the folder is typed:
     // the suggestions read the book's first bytes.

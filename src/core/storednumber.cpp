@@ -68,6 +68,16 @@ QString shortestText(double value, const QLocale &locale)
     return shortest(value, locale);
 }
 
+QString asTyped(const QString &text, const QLocale &userLocale)
+{
+    if (text.trimmed().isEmpty() || conv::isNumeric(Cell(text), userLocale))
+        return text;
+    const std::optional<double> value = readNumber(text);
+    if (!value || !std::isfinite(*value))
+        return text;
+    return shortestText(*value, userLocale);
+}
+
 QString numberText(float value)
 {
     return shortestText(value, QLocale::c());

@@ -48,6 +48,12 @@ std::optional<double> readNumber(const QString &text);
 /// user's locale, e.g. "$12.50" in English). None when the text is no number in any of them.
 std::optional<double> readNumberOrLocal(const QString &text, const QLocale &userLocale);
 
+/// A price or quantity as typed, in the form it keeps its meaning in: a text the user's locale
+/// reads as a number stays as it is; one that only the catalogue file's forms read (a comma
+/// decimal typed under an English locale, "12,5") is given in the user's own form ("12.5"),
+/// which is what the file will read it as after the next start; any other text stays as typed.
+QString asTyped(const QString &text, const QLocale &userLocale);
+
 /// The cell a stored text stands for: the number (a double) when readNumberOrLocal reads it,
 /// else the text itself, so a conversion of the cell raises the usual type mismatch.
 Cell numberCell(const QString &text, const QLocale &userLocale);

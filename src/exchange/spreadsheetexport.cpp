@@ -79,18 +79,33 @@ std::optional<QString> chooseFile(IFileDialogs &dialogs, IPrompts &prompts)
         if (!chosen || chosen->path.isEmpty()) {
             return std::nullopt;
         }
-        if (!QFileInfo::exists(chosen->path)) {
-            return chosen->path;
+        const QString path = withTypeExtension(chosen->path, chosen->filterIndex);
+        if (!QFileInfo::exists(path)) {
+            return path;
         }
         const int answer = prompts.msgBox(QStringLiteral("Overwrite existing file?"),
             MsgStyle::YesNo + MsgStyle::Question, QStringLiteral("Overwrite?"));
         if (answer == MsgResult::Yes) {
             // The old file is not deleted first: the new one takes its place only once it has
             // been written whole, so a failed export leaves it as it was.
-            return chosen->path;
+            return path;
         }
-        request.fileName = chosen->path;
+        request.fileName = path;
     }
+}
+
+QString withTypeExtension(const QString &path, int filterIndex)
+{
+    // A name typed without an extension would not be found by the import's "All Spreadsheets"
+    // nor opened by a spreadsheet from the file manager.
+    const QString name = QFileInfo(path).fileName();
+    if (name.isEmpty() || name.contains(QLatin1Char('.')))
+        return path;
+    if (filterIndex == 3)
+        return path + QStringLiteral(".xls");
+    if (filterIndex == 2)
+        return path + QStringLiteral(".txt");
+    return path;
 }
 
 std::optional<QString> writeFile(const QString &path, const Table &catalogue, const QLocale &locale)

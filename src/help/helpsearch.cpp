@@ -74,8 +74,16 @@ QList<SearchHit> HelpSearch::search(const QString &query) const
         int score = 0;
         bool all = true;
         for (const QString &word : wanted) {
-            const int found =
+            int found =
                 10 * occurrences(entry.titleWords, word) + occurrences(entry.bodyWords, word);
+            // "backups" finds the pages on backing up: a plural's singular is searched for
+            // where the plural itself is not found.
+            if (found == 0) {
+                if (const QString singular = singularOf(word); !singular.isEmpty()) {
+                    found = 10 * occurrences(entry.titleWords, singular)
+                        + occurrences(entry.bodyWords, singular);
+                }
+            }
             all = all && found > 0;
             score += found;
         }
@@ -85,6 +93,15 @@ QList<SearchHit> HelpSearch::search(const QString &query) const
     std::stable_sort(hits.begin(), hits.end(),
         [](const SearchHit &a, const SearchHit &b) { return a.score > b.score; });
     return hits;
+}
+
+QString HelpSearch::singularOf(const QString &word)
+{
+    if (word.size() > 4 && word.endsWith(QLatin1String("ies")))
+        return word.chopped(3) + QLatin1Char('y');
+    if (word.size() > 3 && word.endsWith(QLatin1Char('s')) && !word.endsWith(QLatin1String("ss")))
+        return word.chopped(1);
+    return QString();
 }
 
 QString HelpSearch::plainText(const QString &html)

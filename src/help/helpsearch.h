@@ -31,6 +31,9 @@ public:
     static QString plainText(const QString &html);
     /// The words of a text in lower case (letters and digits; shorter than two are left out).
     static QStringList words(const QString &text);
+    /// The singular of an English plural ("backups" → "backup", "copies" → "copy"); empty for
+    /// a word that does not look like one.
+    static QString singularOf(const QString &word);
 
 private:
     struct Entry

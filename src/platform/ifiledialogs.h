@@ -22,6 +22,9 @@ struct FileDialogRequest
     /// A save dialog asks before an existing file is chosen; false where the caller asks itself,
     /// so the user is asked once.
     bool confirmOverwrite = true;
+    /// The extension (without its dot) a save dialog adds to a name typed without one, before
+    /// it asks about an existing file; none when empty.
+    QString defaultSuffix;
 };
 
 /// The file the user chose and the filter (from 1) that was selected.

@@ -164,6 +164,16 @@ void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLo
                         .arg(shown, quoted) });
             }
         }
+        // A break from the first unit charges its price for every quantity: a list price above
+        // it (a new one typed, say, with the old one left in the first price point) never
+        // reaches a quote.
+        if (list && point.threshold <= 1 && costsMore(*list, *point.price)) {
+            problems.push_back({ LadderProblem::Kind::ListPriceUnused, point.point, 2,
+                QStringLiteral("Price %1 (%2) applies from the first unit, so the list price (%3) "
+                               "is never charged.")
+                    .arg(point.point)
+                    .arg(money(*point.price, locale), money(*list, locale)) });
+        }
         if (list && costsMore(*point.price, *list)) {
             problems.push_back({ LadderProblem::Kind::AboveListPrice, point.point, 2,
                 QStringLiteral("Price %1 (%2) is above the list price (%3).")

@@ -23,6 +23,7 @@ struct LadderProblem
         AboveListPrice, ///< a break price above the list price
         BelowZero, ///< a break price below zero
         ShownOtherwise, ///< a break price a quote shows as another amount (read as a single)
+        ListPriceUnused, ///< a break from the first unit below the list price: it is never charged
     };
 
     Kind kind = Kind::NotAbovePrevious;

@@ -127,7 +127,8 @@ QString creatdiscs(const Table &catalogue, int row, const QLocale &locale)
 
 QString formatPriceBox(const QString &text, const QLocale &locale)
 {
-    return format(Cell(text), QStringLiteral("currency"), locale);
+    // "12,5" under an English locale is $12.50 now, as the catalogue file reads it later.
+    return format(Cell(stored::asTyped(text, locale)), QStringLiteral("currency"), locale);
 }
 
 } // namespace tarnwick::PriceSchedule

@@ -3,6 +3,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "core/storednumber.h"
 #include "products/priceedittext.h"
 #include "products/priceladder.h"
 
@@ -109,7 +110,8 @@ bool ScheduleModel::setData(const QModelIndex &index, const QVariant &value, int
     if (!m_editable || role != Qt::EditRole || !isCell(index))
         return false;
     const QString text = value.toString();
-    const Cell typed = text.isEmpty() ? Cell() : Cell(text);
+    // A comma decimal under an English locale means now what the catalogue file reads it as.
+    const Cell typed = text.isEmpty() ? Cell() : Cell(stored::asTyped(text, m_locale));
     if (m_writer) {
         if (!m_writer(index.row() + 1, index.column() + 1, typed))
             return false;

@@ -92,9 +92,11 @@ QString sentQuestion(const QuoteHeader &header, int nextRevision)
 QString saved(const QuoteHeader &header)
 {
     const QString customer = header.customerText();
-    return customer.isEmpty()
-        ? QStringLiteral("Quote %1 saved.").arg(header.numberAndRevision())
-        : QStringLiteral("Quote %1 saved for %2.").arg(header.numberAndRevision(), customer);
+    if (customer.isEmpty())
+        return QStringLiteral("Quote %1 saved.").arg(header.numberAndRevision());
+    // "… for Smith & Sons Ltd.", not "Ltd..".
+    const QString end = customer.endsWith(QLatin1Char('.')) ? QString() : QStringLiteral(".");
+    return QStringLiteral("Quote %1 saved for %2%3").arg(header.numberAndRevision(), customer, end);
 }
 
 QString saveFailed(const QString &why)

@@ -165,6 +165,7 @@ void QuoteSession::setState(const State &state)
         m_known = m_saved; // the saved lines' price sources
     m_keptQuoteId = -1; // the quote in hand names another revision (or none) now
     Q_EMIT headerChanged();
+    Q_EMIT replaced();
 }
 
 QList<int> QuoteSession::linesWithOtherPrices() const

@@ -123,6 +123,9 @@ public:
 Q_SIGNALS:
     /// The number, revision, customer or status of the quote in hand changed.
     void headerChanged();
+    /// Another quote is in hand through setState: one opened, a new one, or the one an undo or
+    /// redo brings back.
+    void replaced();
     /// The quote in hand was written to the book (tests wait for this).
     void kept();
     /// Keeping the quote in hand failed; detail in plain words.

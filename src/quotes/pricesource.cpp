@@ -6,6 +6,7 @@
 #include "core/errortrap.h"
 #include "products/discount.h"
 #include "products/priceschedule.h"
+#include "quotes/quotediscount.h"
 #include "quotes/quotegridmodel.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
@@ -199,8 +200,12 @@ QList<int> linesWithOtherPrices(const Table &quote, const std::vector<PriceSourc
         const auto unitToday = catalogueUnitPrice(quote, row, catalogue, locale);
         if (product == 0 || !unitToday)
             continue;
+        // A line at its list price stays there (Reset Prices put it there, or no price point
+        // applied): only today's list price matters to it, not a price point its quantity
+        // reaches.
         const auto unit = numberIn(quote.get(row, QuoteLine::UnitPrice), locale);
-        const bool unitDiffers = !unit || float(*unit) != *unitToday;
+        const bool unitDiffers =
+            source != PriceSource::ListPrice && (!unit || float(*unit) != *unitToday);
         const bool listDiffers = !samePrice(quote.get(row, QuoteLine::ListPrice),
             catalogue.get(product, ProductRecord::Price), locale);
         if (unitDiffers || listDiffers)
@@ -209,8 +214,8 @@ QList<int> linesWithOtherPrices(const Table &quote, const std::vector<PriceSourc
     return rows;
 }
 
-void updateFromCatalogue(
-    Table &quote, const Table &catalogue, const QList<int> &rows, const QLocale &locale)
+void updateFromCatalogue(Table &quote, const Table &catalogue, const QList<int> &rows,
+    const std::vector<PriceSource> &sources, const QLocale &locale)
 {
     for (const int row : rows) {
         if (row < 1 || row > quote.rowCount())
@@ -219,7 +224,12 @@ void updateFromCatalogue(
         if (product == 0)
             continue;
         quote.put(row, QuoteLine::ListPrice, catalogue.get(product, ProductRecord::Price));
-        QuoteList::repriceLine(quote, catalogue, row, QuoteGridColumn::Quantity, locale);
+        const bool atListPrice =
+            row <= int(sources.size()) && sources[std::size_t(row - 1)] == PriceSource::ListPrice;
+        if (atListPrice)
+            Discount::resetLine(quote, row, locale);
+        else
+            QuoteList::repriceLine(quote, catalogue, row, QuoteGridColumn::Quantity, locale);
     }
 }
 

@@ -47,10 +47,11 @@ QList<int> linesWithOtherPrices(const Table &quote, const std::vector<PriceSourc
     const Table &catalogue, const QLocale &locale);
 
 /// Prices the given rows from today's catalogue: the list price is the product's, the unit price
-/// what SetPrice gives for the line's quantity, the extended price unit price × quantity, as a
-/// typed quantity re-prices a line.
-void updateFromCatalogue(
-    Table &quote, const Table &catalogue, const QList<int> &rows, const QLocale &locale);
+/// what SetPrice gives for the line's quantity (as a typed quantity re-prices a line), or for a
+/// line whose source is the list price that list price, and the extended price unit price ×
+/// quantity.
+void updateFromCatalogue(Table &quote, const Table &catalogue, const QList<int> &rows,
+    const std::vector<PriceSource> &sources, const QLocale &locale);
 
 } // namespace PriceSources
 

@@ -66,11 +66,17 @@ void resetPrices(Table &quote, const QLocale &locale, LockedLines locked)
                 continue;
             QuoteLine::setLocked(quote, row, false);
         }
-        quote.put(row, QuoteLine::UnitPrice, quote.get(row, QuoteLine::ListPrice));
-        ErrorTrap trap;
-        trap.step(
-            [&] { quote.put(row, QuoteLine::ExtendedPrice, extendedPrice(quote, row, locale)); });
+        resetLine(quote, row, locale);
     }
+}
+
+void resetLine(Table &quote, int row, const QLocale &locale)
+{
+    if (row < 1 || row > quote.rowCount())
+        return;
+    quote.put(row, QuoteLine::UnitPrice, quote.get(row, QuoteLine::ListPrice));
+    ErrorTrap trap;
+    trap.step([&] { quote.put(row, QuoteLine::ExtendedPrice, extendedPrice(quote, row, locale)); });
 }
 
 bool anyLocked(const Table &quote)

@@ -26,6 +26,10 @@ enum class LockedLines { Keep, Unlock };
 /// price quantity × unit price; locked lines as locked says.
 void resetPrices(Table &quote, const QLocale &locale, LockedLines locked = LockedLines::Unlock);
 
+/// One line as "Reset Prices" leaves it: its unit price its list price, its extended price
+/// quantity × unit price. A row outside the table changes nothing.
+void resetLine(Table &quote, int row, const QLocale &locale);
+
 /// Whether any line of the quote has a locked price.
 bool anyLocked(const Table &quote);
 

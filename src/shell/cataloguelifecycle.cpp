@@ -77,7 +77,8 @@ CatalogueReadResult CatalogueLifecycle::load()
         m_readFailed = true;
         m_loadMessages << unreadMessage(m_module.DataFile, result);
     }
-    if (!result.unreadNumbers.isEmpty())
+    // A file that could not be read leaves no product on screen to correct.
+    if (result.status != CatalogueReadResult::Status::Failed && !result.unreadNumbers.isEmpty())
         m_loadMessages << unreadNumbersMessage(result.unreadNumbers);
     return result;
 }

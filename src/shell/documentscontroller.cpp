@@ -42,6 +42,8 @@ void DocumentsController::copyQuote()
     const auto document = QuoteDocument::build(m_module.QuoteTable(), input, m_module.locale());
     m_services.clipboard.clear();
     m_services.clipboard.setRichDocument(clipboardForms(*document));
+    // The copy shows nowhere else: the status bar says it happened.
+    m_ui.sbPanel1->setText(tr("Quote copied to the clipboard."));
 }
 
 void DocumentsController::copyProductInfo()
@@ -50,6 +52,7 @@ void DocumentsController::copyProductInfo()
         ProductReport::build(m_module.Catalogue(), m_grid.currentBookmark(), m_module.locale());
     m_services.clipboard.clear();
     m_services.clipboard.setRichDocument(clipboardForms(*document));
+    m_ui.sbPanel1->setText(tr("Product information copied to the clipboard."));
 }
 
 void DocumentsController::showQuoteNote()

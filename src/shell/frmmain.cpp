@@ -10,6 +10,7 @@
 #include "platform/iprompts.h"
 #include "shell/accessiblenames.h"
 #include "shell/columnwidths.h"
+#include "shell/dialoghelp.h"
 #include "shell/documentscontroller.h"
 #include "shell/editcontroller.h"
 #include "shell/exchangecontroller.h"
@@ -21,6 +22,7 @@
 #include "shell/productgridcontroller.h"
 #include "shell/quotebookcontroller.h"
 #include "shell/quotecontroller.h"
+#include "shell/quotenotefollow.h"
 #include "shell/savecontroller.h"
 #include "shell/shelldialogs.h"
 #include "shell/twips.h"
@@ -61,6 +63,7 @@ frmMain::frmMain(
     m_quote = new QuoteController(services, module, *m_history, m_ui, m_actions->mnuQuote(), this);
     m_book = new QuoteBookController(services, module, *m_history, m_ui, *m_quote, this);
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
+    new QuoteNoteFollow(services, *m_book->session(), *m_documents, this);
     m_exchange = new ExchangeController(services, module, *m_history, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
     m_save = new SaveController(services, module, m_catalogue, *m_history, *m_grid, m_ui, this);
@@ -70,6 +73,7 @@ frmMain::frmMain(
     connectPricingItems();
     connectHandlers();
     new PaneFocus(m_ui, this);
+    new DialogHelp(services, this);
     watchMouse();
     m_edit->watch();
     exposeObjectNames(this);

@@ -44,6 +44,8 @@ void frmMain::mnuHelpSearchForHelpOn_Click()
 void frmMain::mnuHelpAbout_Click()
 {
     frmAbout about(m_services, this);
+    // Modal to this window only: the help window F1 opens from the box takes input beside it.
+    about.setWindowModality(Qt::WindowModal);
     about.exec();
 }
 

@@ -35,10 +35,13 @@ FrmProperties::FrmProperties(const AppServices &services, Module1 &module, QWidg
     auto *layout = new QVBoxLayout(this);
     m_form = new QFormLayout;
     layout->addLayout(m_form);
+    auto *folderRow = new QHBoxLayout;
+    m_appFolder = addRow("TxtAppFolder", tr("Application &folder:"), folderRow);
+    // Made after the folder's box: Tab goes from the folder to the button beside it.
     m_openFolder = new QPushButton(tr("&Open Folder"), this);
     m_openFolder->setObjectName(QStringLiteral("CmdOpenFolder"));
     m_openFolder->setToolTip(tr("Show the application folder in the file manager"));
-    m_appFolder = addRow("TxtAppFolder", tr("Application &folder:"), m_openFolder);
+    folderRow->addWidget(m_openFolder);
     m_dataFile = addRow("TxtDataFile", tr("&Catalogue file:"));
     m_fileSize = addRow("TxtFileSize", tr("&Size:"));
     m_productCount = addRow("TxtProductCount", tr("&Products:"));
@@ -58,20 +61,18 @@ FrmProperties::FrmProperties(const AppServices &services, Module1 &module, QWidg
     exposeObjectNames(this);
 }
 
-QLineEdit *FrmProperties::addRow(const char *name, const QString &caption, QWidget *beside)
+QLineEdit *FrmProperties::addRow(const char *name, const QString &caption, QHBoxLayout *row)
 {
     auto *box = new QLineEdit(this);
     box->setObjectName(QString::fromLatin1(name));
     box->setReadOnly(true);
     auto *label = new QLabel(caption, this);
     label->setBuddy(box);
-    if (!beside) {
+    if (!row) {
         m_form->addRow(label, box);
         return box;
     }
-    auto *row = new QHBoxLayout;
     row->addWidget(box, 1);
-    row->addWidget(beside);
     m_form->addRow(label, row);
     return box;
 }

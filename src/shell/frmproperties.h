@@ -3,6 +3,7 @@
 #include <QDialog>
 
 class QFormLayout;
+class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
 
@@ -44,7 +45,9 @@ private Q_SLOTS:
 private:
     /// Widens the boxes to the longest figure the screen has room for.
     void fitBoxes();
-    QLineEdit *addRow(const char *name, const QString &caption, QWidget *beside = nullptr);
+    /// A read-only box with its label; with row, the box goes first into that row, for a
+    /// button beside it.
+    QLineEdit *addRow(const char *name, const QString &caption, QHBoxLayout *row = nullptr);
 
     const AppServices &m_services;
     Module1 &m_module;

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <QVBoxLayout>
 
@@ -30,7 +31,7 @@ QTextEdit *textBox(const char *name, QWidget *parent)
 
 FrmQuoteNote::FrmQuoteNote(
     ISettingsStore &settings, IPrompts &prompts, const QString &appFolder, QWidget *parent)
-    : QWidget(parent, Qt::Window), m_settings(settings), m_prompts(prompts), m_appFolder(appFolder)
+    : QDialog(parent), m_settings(settings), m_prompts(prompts), m_appFolder(appFolder)
 {
     setObjectName(QStringLiteral("FrmQuoteNote"));
     setWindowTitle(tr("Quote Note"));
@@ -76,7 +77,7 @@ void FrmQuoteNote::connectHandlers()
     connect(m_chkVolumePrices, &QCheckBox::clicked, this, &FrmQuoteNote::ChkVolumePrices_Click);
     connect(m_cmdOK, &QPushButton::clicked, this, &FrmQuoteNote::cmdOK_Click);
     connect(m_cmdNextTip, &QPushButton::clicked, this, &FrmQuoteNote::cmdNextTip_Click);
-    // Escape cancels, as in every dialog (this window is not one, so it says so itself).
+    // Escape cancels as Cancel does (a dialog's own Escape would only hide the window).
     auto *cancel = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     connect(cancel, &QShortcut::activated, this, &FrmQuoteNote::cmdNextTip_Click);
 }
@@ -85,8 +86,22 @@ void FrmQuoteNote::Form_Load()
 {
     m_chkincludes->setChecked(QuoteNote::noIncludes(m_settings) == 1);
     m_chkVolumePrices->setChecked(QuoteNote::volumePrices(m_settings) == 1);
+    showTexts();
+}
+
+void FrmQuoteNote::showTexts()
+{
     m_txtbottom->setPlainText(QuoteNote::readEnding(m_appFolder));
     m_txttop->setPlainText(QuoteNote::readHeading(m_appFolder));
+    // What the user types from here on is theirs, and a reload must not take it away.
+    m_txtbottom->document()->setModified(false);
+    m_txttop->document()->setModified(false);
+}
+
+void FrmQuoteNote::reloadTexts()
+{
+    if (!m_txttop->document()->isModified() && !m_txtbottom->document()->isModified())
+        showTexts();
 }
 
 QString FrmQuoteNote::saveFailedText(const QString &reason)

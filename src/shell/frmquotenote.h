@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include <QDialog>
 
 class QCheckBox;
 class QPushButton;
@@ -14,8 +14,10 @@ class ISettingsStore;
 /// "Quote Note": edits the heading (txttop) and the ending (txtbottom) of the quote document
 /// and the "Do not show Includes information" box (Chkincludes). OK (cmdOK) saves both texts
 /// as plain text in the application folder and closes; "&Cancel" (cmdNextTip) closes without
-/// saving them. The check box is saved the moment it is clicked.
-class FrmQuoteNote : public QWidget
+/// saving them. The check box is saved the moment it is clicked. A dialog that does not wait
+/// for its answer: it opens over the main window and stays above it while the quote is
+/// worked on.
+class FrmQuoteNote : public QDialog
 {
     Q_OBJECT
 
@@ -29,6 +31,10 @@ public:
     FrmQuoteNote(ISettingsStore &settings, IPrompts &prompts, const QString &appFolder,
         QWidget *parent = nullptr);
 
+    /// Shows the texts of the files again, after they were written from elsewhere, unless the
+    /// user has typed into the window since it showed them: that typing stays.
+    void reloadTexts();
+
 private Q_SLOTS:
     void Chkincludes_Click();
     /// "Show volume prices": saved at once as "VolumePrices", as Chkincludes is.
@@ -38,6 +44,7 @@ private Q_SLOTS:
 
 private:
     void Form_Load();
+    void showTexts();
     void connectHandlers();
 
     ISettingsStore &m_settings;

@@ -50,16 +50,26 @@ bool GridView::isContextMenuKey(const QKeyCombination &key)
         || (key.key() == Qt::Key_F10 && modifiers == Qt::ShiftModifier);
 }
 
-int GridView::focusOutDirection(const QKeyCombination &key)
+namespace {
+
+/// Tab (1) or Shift+Tab (-1), with or without Ctrl; anything else 0.
+int tabDirection(const QKeyCombination &key)
 {
     const Qt::KeyboardModifiers modifiers = key.keyboardModifiers() & ~Qt::KeypadModifier;
-    if (!(modifiers & Qt::ControlModifier) || (modifiers & (Qt::AltModifier | Qt::MetaModifier)))
+    if (modifiers & (Qt::AltModifier | Qt::MetaModifier))
         return 0;
     // Shift+Tab arrives as Backtab on most desktops, as Tab with Shift on others.
     if (key.key() == Qt::Key_Backtab
         || (key.key() == Qt::Key_Tab && (modifiers & Qt::ShiftModifier)))
         return -1;
     return key.key() == Qt::Key_Tab ? 1 : 0;
+}
+
+} // namespace
+
+int GridView::focusOutDirection(const QKeyCombination &key)
+{
+    return key.keyboardModifiers() & Qt::ControlModifier ? tabDirection(key) : 0;
 }
 
 bool GridView::requestContextMenu()
@@ -90,7 +100,8 @@ bool GridView::handleGridKey(const QKeyCombination &key)
         requestContextMenu();
         return true;
     }
-    if (const int direction = focusOutDirection(key)) {
+    const int direction = m_tabLeaves ? tabDirection(key) : focusOutDirection(key);
+    if (direction) {
         commitPendingEdit();
         // The widget's own focus chain, not the view's override that moves between cells.
         // NOLINTNEXTLINE(bugprone-parent-virtual-call): skipping the view's override is the point
@@ -195,8 +206,12 @@ bool GridView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event
     const bool opened = QTableView::edit(index, trigger, event);
     // Ctrl+Tab in a cell editor leaves the grid too: the editor's keys pass here first.
     if (opened) {
-        if (QWidget *editor = openEditor())
+        if (QWidget *editor = openEditor()) {
             editor->installEventFilter(this);
+            // Assistive tools read the box being typed into by its column's caption.
+            editor->setAccessibleName(
+                model()->headerData(index.column(), Qt::Horizontal).toString());
+        }
     }
     return opened;
 }

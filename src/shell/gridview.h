@@ -36,6 +36,10 @@ public:
     static bool isContextMenuKey(const QKeyCombination &key);
     /// Ctrl+Tab (1), Ctrl+Shift+Tab (-1), anything else 0.
     static int focusOutDirection(const QKeyCombination &key);
+    /// Whether Tab and Shift+Tab, too, move the keyboard to the next or previous control
+    /// instead of between cells: for a grid whose cursor keeps to one column, where Tab has no
+    /// cell to go to and Shift+Tab would wrap to the row above. Off at first.
+    void setTabLeavesGrid(bool leaves) { m_tabLeaves = leaves; }
 
     using QTableView::edit;
 
@@ -62,6 +66,8 @@ private:
     void showKeyboard(bool here);
     /// Handles the grid's own keys for key; true when it was one of them.
     bool handleGridKey(const QKeyCombination &key);
+
+    bool m_tabLeaves = false;
 };
 
 } // namespace tarnwick

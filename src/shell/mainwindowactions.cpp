@@ -53,11 +53,11 @@ const ToolButton Buttons[] = {
     { "DelProd", "Delete product", "edit-delete", QStyle::SP_TrashIcon },
     { "Insert", "Insert product", "list-add", QStyle::SP_FileDialogNewFolder },
     { "Palm", "Send to handheld", "pda", QStyle::SP_DriveFDIcon },
-    { "Export", "Export to spreadsheet file", "document-export", QStyle::SP_DialogSaveButton },
+    { "Export", "Export to spreadsheet file", "document-export", QStyle::SP_ArrowRight },
     { "Find", "Find product", "edit-find", QStyle::SP_FileDialogContentsView },
     { "New", "Modify products from a spreadsheet", "document-new", QStyle::SP_FileIcon },
     { "Open", "Open spreadsheet", "document-open", QStyle::SP_DialogOpenButton },
-    { "Save", "Save", "document-save", QStyle::SP_DriveHDIcon },
+    { "Save", "Save", "document-save", QStyle::SP_DialogSaveButton },
     { "Print", "Copy product report", "document-print", QStyle::SP_FileDialogListView },
     { "Help", "Help", "help-contents", QStyle::SP_DialogHelpButton },
 };
@@ -155,7 +155,8 @@ void MainWindowActions::createToolBar(QMainWindow *window)
     // The button that shows the buttons a narrow window has no room for.
     if (auto *more = m_toolBar->findChild<QToolButton *>(QStringLiteral("qt_toolbar_ext_button")))
         more->setAccessibleName(QObject::tr("More buttons"));
-    // The two buttons no menu item stands for get keys of their own, shown in their tool tips.
+    // The buttons no menu item stands for get keys of their own, shown in their tool tips: the
+    // toolbar never takes the keyboard, and every command must be reachable without a mouse.
     const auto giveKey = [this, window](const char *key, const QKeySequence &sequence) {
         QAction *button = m_buttons.value(QString::fromLatin1(key));
         button->setShortcut(sequence);
@@ -166,6 +167,8 @@ void MainWindowActions::createToolBar(QMainWindow *window)
     };
     giveKey("Find", QKeySequence(QKeySequence::Find));
     giveKey("Palm", handheldShortcut());
+    giveKey("Export", exportShortcut());
+    giveKey("New", modifyShortcut());
     // The toolbar holds commands no menu has: it cannot be hidden.
     m_toolBar->toggleViewAction()->setVisible(false);
     QAction *editButton = m_buttons.value(QStringLiteral("Edit"));
@@ -199,6 +202,16 @@ QKeySequence MainWindowActions::addToQuoteShortcut()
 QKeySequence MainWindowActions::handheldShortcut()
 {
     return QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_H);
+}
+
+QKeySequence MainWindowActions::exportShortcut()
+{
+    return QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E);
+}
+
+QKeySequence MainWindowActions::modifyShortcut()
+{
+    return QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M);
 }
 
 QStringList MainWindowActions::buttonKeys()

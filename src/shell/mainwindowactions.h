@@ -38,6 +38,10 @@ public:
     /// The key of the toolbar's "Palm" (send to the handheld), which no menu item stands for;
     /// "Find" has the desktop's find key.
     static QKeySequence handheldShortcut();
+    /// The keys of the toolbar's "Export" (export to a spreadsheet file) and "New" (modify the
+    /// products with a spreadsheet), which no menu item stands for either.
+    static QKeySequence exportShortcut();
+    static QKeySequence modifyShortcut();
 
 private:
     QMenu *addMenu(QMenu *menu, const QString &name, const QStringList &items);

@@ -1,5 +1,6 @@
 #include "shell/printservice.h"
 
+#include "quotebook/quotepdf.h"
 #include "quotes/pageddocument.h"
 #include "shell/printpreview.h"
 
@@ -13,11 +14,18 @@ namespace {
 
 void prepare(QPrinter &printer, const QString &title)
 {
-    printer.setDocName(title);
-    printer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+    QtPrintService::preparePrinter(printer, title, QLocale());
 }
 
 } // namespace
+
+void QtPrintService::preparePrinter(QPrinter &printer, const QString &title, const QLocale &locale)
+{
+    printer.setDocName(title);
+    if (printer.outputFormat() == QPrinter::PdfFormat || printer.printerName().isEmpty())
+        printer.setPageSize(QuotePdf::pageSizeFor(locale));
+    printer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+}
 
 void IPrintService::previewDocument(QWidget *owner, const QString &title, PagedDocument &document)
 {
@@ -59,6 +67,8 @@ void QtPrintService::previewDocument(QWidget *owner, const QString &title, Paged
     QPrinter printer(QPrinter::HighResolution);
     prepare(printer, title);
     PrintPreview window(printer, document, title, owner);
+    // Modal to its owner only: the help window F1 opens from the preview takes input beside it.
+    window.setWindowModality(Qt::WindowModal);
     window.exec();
 }
 

@@ -4,7 +4,9 @@
 
 #include <functional>
 
+class QLocale;
 class QPagedPaintDevice;
+class QPrinter;
 class QWidget;
 
 namespace tarnwick {
@@ -42,6 +44,11 @@ public:
     void preview(QWidget *owner, const QString &title, const PaintPages &paint) override;
     bool print(QWidget *owner, const QString &title, const PaintPages &paint) override;
     void previewDocument(QWidget *owner, const QString &title, PagedDocument &document) override;
+
+    /// The document's name and the margins; a printer without a paper size of its own (printing
+    /// to a PDF file, no printer installed) gets the paper of the locale, as the quote's PDF
+    /// does: Letter in the United States, A4 elsewhere.
+    static void preparePrinter(QPrinter &printer, const QString &title, const QLocale &locale);
 };
 
 } // namespace tarnwick

@@ -71,6 +71,11 @@ void ProductGridController::bind(int firstColumnWidth)
     grid->viewport()->setMouseTracking(true);
     grid->viewport()->installEventFilter(this);
     grid->installEventFilter(this);
+    // Outside edit mode the cursor keeps to the part-number column: Tab and Shift+Tab leave the
+    // grid rather than snap back to the same cell or wrap to the product above.
+    grid->setTabLeavesGrid(!editMode());
+    connect(m_editButton, &QAction::toggled, grid,
+        [grid](bool editing) { grid->setTabLeavesGrid(!editing); });
     connect(grid->selectionModel(), &QItemSelectionModel::currentChanged, this,
         &ProductGridController::GrdMain_RowColChange);
     connect(grid->horizontalHeader(), &QHeaderView::sectionClicked, this,
@@ -490,8 +495,12 @@ void ProductGridController::findProduct(IShellDialogs &dialogs)
     const QModelIndex current = m_ui.GrdMain->currentIndex();
     const int row = m_search.find(
         entered, current.isValid() ? current.row() : -1, m_module.Catalogue(), m_module.locale());
-    if (row >= 0)
-        m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row, 0));
+    if (row < 0)
+        return;
+    m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row, 0));
+    // The keyboard goes to the product found, wherever it was before the search: the next key
+    // (Ctrl+D, the menu key) is meant for it.
+    m_ui.GrdMain->setFocus(Qt::OtherFocusReason);
 }
 
 void ProductGridController::refresh()

@@ -10,8 +10,6 @@
 #include "quotebook/quotebookbackup.h"
 #include "quotebook/quotebookedits.h"
 #include "quotebook/quotebookmessages.h"
-#include "quotebook/quotemail.h"
-#include "quotebook/quotepdf.h"
 #include "quotebook/quotesession.h"
 #include "quotebook/ui/quotebookdialogs.h"
 #include "quotes/pricesource.h"
@@ -29,8 +27,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <utility>
@@ -44,9 +40,7 @@ const QString Save = QStringLiteral("Save Quote");
 const QString Open = QStringLiteral("Open Quote");
 const QString Revision = QStringLiteral("New Revision");
 const QString Duplicate = QStringLiteral("Duplicate Quote");
-const QString Pdf = QStringLiteral("Save as PDF");
 const QString New = QStringLiteral("New Quote");
-const QString Send = QStringLiteral("Send Quote");
 const QString Book = QStringLiteral("Quote Book");
 } // namespace Titles
 
@@ -54,7 +48,6 @@ const QString FirstSaveIntro =
     QStringLiteral("The quote is saved under the next quote number, as revision A.");
 const QString DuplicateIntro =
     QStringLiteral("The same lines are saved under a new quote number for this customer.");
-const QString PdfFilter = QStringLiteral("PDF Files (*.pdf)|*.pdf|All Files (*.*)|*.*");
 constexpr int KeepInterval = 500;
 const QString NewQuoteMessage = QStringLiteral("New quote.");
 
@@ -255,6 +248,13 @@ QuoteTexts QuoteBookController::currentTexts() const
     return { QuoteNote::readHeading(folder), QuoteNote::readEnding(folder) };
 }
 
+bool QuoteBookController::textsChanged() const
+{
+    const QuoteHeader &header = m_session->header();
+    const QuoteTexts texts = currentTexts();
+    return header.isSaved() && (texts.heading != header.heading || texts.ending != header.ending);
+}
+
 void QuoteBookController::report(const QString &text, const QString &title)
 {
     m_services.prompts.msgBox(text, MsgStyle::Exclamation, title);
@@ -368,11 +368,12 @@ bool QuoteBookController::saveInHand(const QString &title)
     return true;
 }
 
-/// Before the quote in hand is replaced: a changed quote may be saved first. False when the
-/// user cancelled (or the save failed), and nothing should replace it.
+/// Before the quote in hand is replaced: a changed quote may be saved first (its heading or
+/// ending changed in Quote Note counts: the next quote's own texts take their place). False
+/// when the user cancelled (or the save failed), and nothing should replace it.
 bool QuoteBookController::offerToSave(const QString &title)
 {
-    if (!m_session->isChanged())
+    if (!m_session->isChanged() && !textsChanged())
         return true;
     const int answer = m_services.prompts.msgBox(QuoteBookMessages::saveFirst(m_session->header()),
         MsgStyle::YesNoCancel | MsgStyle::Question, title);
@@ -386,10 +387,7 @@ bool QuoteBookController::ensureSaved(const QString &title)
 {
     // The PDF shows the heading and ending the quote was saved with: texts changed in Quote
     // Note since then change the quote too, which is saved first (a sent one is asked about).
-    const QuoteHeader &header = m_session->header();
-    const QuoteTexts texts = currentTexts();
-    const bool textsChanged = texts.heading != header.heading || texts.ending != header.ending;
-    if (header.isSaved() && !m_session->isChanged() && !textsChanged)
+    if (m_session->header().isSaved() && !m_session->isChanged() && !textsChanged())
         return true;
     return saveInHand(title);
 }
@@ -463,7 +461,8 @@ void QuoteBookController::offerTodaysPrices(const std::vector<PriceSource> &sour
             != MsgResult::Yes)
         return;
     Table repriced = quote;
-    PriceSources::updateFromCatalogue(repriced, m_module.Catalogue(), rows, m_module.locale());
+    PriceSources::updateFromCatalogue(
+        repriced, m_module.Catalogue(), rows, sources, m_module.locale());
     const QuoteView view = m_quote.currentView();
     if (QuoteEdits::replaceQuote(
             m_history, view, view, std::move(repriced), QStringLiteral("Update Prices")))
@@ -522,73 +521,6 @@ void QuoteBookController::newQuote()
     replaceOnScreen(Table(0, m_module.QuoteTable().fieldCount()), m_session->state(),
         QuoteSession::State(), QStringLiteral("New Quote"), Titles::New);
     status(NewQuoteMessage);
-}
-
-bool QuoteBookController::writePdf(const QString &path, const QString &title)
-{
-    QuotePdfInput input;
-    input.header = m_session->header();
-    input.document.heading = input.header.heading;
-    input.document.ending = input.header.ending;
-    input.document.noIncludes = QuoteNote::noIncludes(m_services.settings);
-    input.document.volumePrices = QuoteNote::volumePrices(m_services.settings);
-    input.document.catalogue = &m_module.Catalogue();
-    input.document.discountBox = m_ui.TxtDisc->text();
-    input.document.totalBox = m_ui.TxtTotal->text();
-    QString error;
-    if (QuotePdf::write(path, m_module.QuoteTable(), input, m_module.locale(), error))
-        return true;
-    report(QuoteBookMessages::pdfFailed(path, error), title);
-    return false;
-}
-
-void QuoteBookController::saveAsPdf()
-{
-    if (!ready(Titles::Pdf) || !ensureSaved(Titles::Pdf))
-        return;
-    const QuoteHeader &header = m_session->header();
-    FileDialogRequest request;
-    request.title = QStringLiteral("Save Quote as PDF");
-    request.filter = PdfFilter;
-    request.initialFolder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    request.fileName = QStringLiteral("%1-%2.pdf").arg(header.number(), header.revisionLetter());
-    const auto chosen = m_services.fileDialogs.getSaveFile(request);
-    if (!chosen || chosen->path.isEmpty())
-        return;
-    if (writePdf(chosen->path, Titles::Pdf))
-        status(QStringLiteral("Quote %1 saved as %2.")
-                   .arg(header.numberAndRevision(), QDir::toNativeSeparators(chosen->path)));
-}
-
-void QuoteBookController::send()
-{
-    if (!ready(Titles::Send) || !ensureSaved(Titles::Send))
-        return;
-    const QuoteHeader header = m_session->header();
-    // The mail program reads the file after Tarnwick has handed it over, perhaps after
-    // Tarnwick has ended: the folder stays.
-    QTemporaryDir folder(QDir::temp().filePath(QStringLiteral("tarnwick-quote-XXXXXX")));
-    folder.setAutoRemove(false);
-    const QString path =
-        folder.filePath(QStringLiteral("%1-%2.pdf").arg(header.number(), header.revisionLetter()));
-    if (!folder.isValid() || !writePdf(path, Titles::Send))
-        return;
-    const QuoteMail mail = QuoteMailer::mailFor(header, path);
-    const QuoteMailer::Way way = QuoteMailer::send(m_services.launcher, mail);
-    if (way == QuoteMailer::Way::Failed) {
-        report(QuoteBookMessages::noMailProgram(path), Titles::Send);
-        return;
-    }
-    if (way == QuoteMailer::Way::MailtoLink)
-        m_services.prompts.msgBox(
-            QuoteBookMessages::attachByHand(path), MsgStyle::Information, Titles::Send);
-    if (!m_session->markSent())
-        report(
-            QStringLiteral("The quote could not be marked as sent: %1.").arg(m_book.errorString()),
-            Titles::Send);
-    else
-        status(QStringLiteral("Quote %1 handed to the mail program and marked as sent.")
-                   .arg(header.numberAndRevision()));
 }
 
 } // namespace tarnwick

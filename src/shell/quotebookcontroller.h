@@ -83,6 +83,8 @@ private:
     bool openBook(bool inABox);
     bool ready(const QString &title);
     QuoteTexts currentTexts() const;
+    /// Quote Note's texts are no longer the ones the saved quote in hand was saved with.
+    bool textsChanged() const;
     bool saveFirstTime(const QString &title);
     bool saveInHand(const QString &title);
     bool offerToSave(const QString &title);

@@ -87,19 +87,25 @@ void SaveController::saveAs()
     request.filter = CopyFilter;
     request.initialFolder = m_services.environment.appFolder();
     request.fileName = QStringLiteral("twdata-copy.dat");
+    request.defaultSuffix = QStringLiteral("dat");
     const std::optional<FileDialogResult> chosen = m_services.fileDialogs.getSaveFile(request);
     if (!chosen || chosen->path.isEmpty())
         return;
+    // A name typed without an extension is a catalogue file all the same: ".dat" is added (the
+    // desktop's dialog adds it before it asks about an existing file), so the copy can be told
+    // for what it is and put back in place of twdata.dat.
+    QString path = chosen->path;
+    if (!QFileInfo(path).fileName().contains(QLatin1Char('.')))
+        path += QLatin1Char('.') + request.defaultSuffix;
     storeEdits();
     // The program's own file chosen as the copy is simply saved, with its backup.
-    if (QFileInfo(chosen->path).absoluteFilePath()
-        == QFileInfo(m_module.DataFile).absoluteFilePath()) {
+    if (QFileInfo(path).absoluteFilePath() == QFileInfo(m_module.DataFile).absoluteFilePath()) {
         save();
         return;
     }
-    if (m_catalogue.saveCopy(chosen->path))
+    if (m_catalogue.saveCopy(path))
         m_ui.sbPanel1->setText(
-            QStringLiteral("Copy saved as %1").arg(QDir::toNativeSeparators(chosen->path)));
+            QStringLiteral("Copy saved as %1").arg(QDir::toNativeSeparators(path)));
 }
 
 void SaveController::offerRecovery()

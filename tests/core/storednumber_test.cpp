@@ -25,6 +25,25 @@ using testing::deDE;
 using testing::enUS;
 using testing::frFR;
 
+// What the catalogue file reads a typed text as, it means at once: a comma decimal under an
+// English locale is its number in the user's form; what the user's locale reads, and what is
+// no number at all, stay as typed.
+TEST(StoredNumberTest, ATypedNumberOnlyTheFileReadsIsGivenInTheUsersForm)
+{
+    EXPECT_EQ(stored::asTyped(QStringLiteral("12,5"), enUS()), QStringLiteral("12.5"));
+    EXPECT_EQ(readNumber(stored::asTyped(QStringLiteral("12,5"), enUS())), 12.5);
+    EXPECT_EQ(stored::asTyped(QStringLiteral("1,234"), enUS()), QStringLiteral("1,234"))
+        << "a thousands separator in English";
+    EXPECT_EQ(stored::asTyped(QStringLiteral("$12.50"), enUS()), QStringLiteral("$12.50"));
+    EXPECT_EQ(stored::asTyped(QStringLiteral("12.5"), deDE()), QStringLiteral("12.5"))
+        << "the German locale reads it itself";
+    EXPECT_EQ(stored::asTyped(QStringLiteral("12.5"), deDE()), QStringLiteral("12.5"))
+        << "the German locale reads it itself";
+    EXPECT_EQ(stored::asTyped(QStringLiteral("call us"), enUS()), QStringLiteral("call us"));
+    EXPECT_EQ(stored::asTyped(QStringLiteral("1e999"), enUS()), QStringLiteral("1e999"));
+    EXPECT_EQ(stored::asTyped(QString(), enUS()), QString());
+}
+
 TEST(StoredNumberTest, ValuesTheGeneralFormKeepsAreWrittenAsBefore)
 {
     EXPECT_EQ(numberText(12.5f), QStringLiteral("12.5"));

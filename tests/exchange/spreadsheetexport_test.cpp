@@ -142,6 +142,33 @@ TEST(SpreadsheetExportChooseFile, NoShowsTheDialogAgainAndYesReplaces)
     EXPECT_EQ(folder.readFile("other.xls"), "other");
 }
 
+TEST(SpreadsheetExportChooseFile, ANameWithoutExtensionGetsTheOneOfTheTypeChosen)
+{
+    test::TempAppFolder folder;
+    folder.writeFile("prices.xls", "old");
+    test::FakeServices fakes(folder.environment());
+    // "prices" as Excel: the existing prices.xls is the file, and is asked about.
+    fakes.fileDialogs.answer(FileDialogResult { folder.filePath("prices"), 3 });
+    fakes.prompts.answerMessage(MsgResult::No);
+    fakes.fileDialogs.answer(FileDialogResult { folder.filePath("catalogue"), 3 });
+    EXPECT_EQ(SpreadsheetExport::chooseFile(fakes.fileDialogs, fakes.prompts),
+        folder.filePath("catalogue.xls"));
+    ASSERT_EQ(fakes.prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes.prompts.shown()[0].text, "Overwrite existing file?");
+    EXPECT_EQ(fakes.fileDialogs.requests()[1].fileName, folder.filePath("prices.xls"));
+
+    EXPECT_EQ(SpreadsheetExport::withTypeExtension(QStringLiteral("/a/list"), 2),
+        QStringLiteral("/a/list.txt"));
+    EXPECT_EQ(SpreadsheetExport::withTypeExtension(QStringLiteral("/a/list"), 1),
+        QStringLiteral("/a/list"))
+        << "All Files: as typed";
+    EXPECT_EQ(SpreadsheetExport::withTypeExtension(QStringLiteral("/a/list.csv"), 3),
+        QStringLiteral("/a/list.csv"));
+    EXPECT_EQ(SpreadsheetExport::withTypeExtension(QStringLiteral("/a.b/list"), 3),
+        QStringLiteral("/a.b/list.xls"))
+        << "a dot in a folder's name is no extension";
+}
+
 TEST(SpreadsheetExportChooseFile, CancelGivesNoFile)
 {
     test::TempAppFolder folder;

@@ -4,10 +4,12 @@
 
 #include "catalogue/productrecord.h"
 #include "exchange/importdriver.h"
+#include "exchange/importplanmodels.h"
 #include "exchange/ui/frmimportpreview.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -159,6 +161,24 @@ TEST_F(FrmUpdatePreviewTest, OkShowsEveryChangeAndTheCountsBeforeAnythingChanges
         ASSERT_NE(control, nullptr) << name;
         EXPECT_EQ(control->accessibleDescription(), QString::fromLatin1(name));
     }
+}
+
+TEST_F(FrmUpdatePreviewTest, TheOldAndNewValuesGetTheWidthOfTheChanges)
+{
+    FrmImportPreview *preview = previewSample();
+    ASSERT_NE(preview, nullptr);
+    const auto *changes = preview->findChild<QTableView *>("GrdChanges");
+    const QHeaderView *header = changes->horizontalHeader();
+    const int oldWidth = header->sectionSize(ImportChangesModel::OldColumn);
+    const int newWidth = header->sectionSize(ImportChangesModel::NewColumn);
+    EXPECT_LE(std::abs(oldWidth - newWidth), 1);
+    for (const int narrow : { ImportChangesModel::RowColumn, ImportChangesModel::ActionColumn })
+        EXPECT_GT(newWidth, 2 * header->sectionSize(narrow)) << narrow;
+    // What the narrow columns hold shows whole.
+    EXPECT_GE(header->sectionSize(ImportChangesModel::FieldColumn),
+        changes->fontMetrics().horizontalAdvance(QStringLiteral("Product Name")));
+    EXPECT_GE(header->sectionSize(ImportChangesModel::PartNumberColumn),
+        changes->fontMetrics().horizontalAdvance(QStringLiteral("Part Number")));
 }
 
 TEST_F(FrmUpdatePreviewTest, F1InThePreviewOpensTheImportsHelpTopic)

@@ -97,6 +97,22 @@ TEST_F(HelpManualTest, SearchingForAWordOfATopicFindsIt)
         manual.search(QStringLiteral("twdata.bak")).first().file, QStringLiteral("datafiles.html"));
 }
 
+TEST_F(HelpManualTest, WordsASalesPersonTypesFindTheirPages)
+{
+    const auto pagesFor = [this](const char *query) {
+        QStringList files;
+        for (const SearchHit &hit : manual.search(QString::fromLatin1(query)))
+            files << hit.file;
+        return files;
+    };
+    EXPECT_TRUE(pagesFor("email").contains(QStringLiteral("quotebook.html")));
+    EXPECT_TRUE(pagesFor("tax").contains(QStringLiteral("quotes.html")));
+    EXPECT_TRUE(pagesFor("VAT").contains(QStringLiteral("quotes.html")));
+    EXPECT_TRUE(pagesFor("currency").contains(QStringLiteral("quotes.html")));
+    EXPECT_TRUE(pagesFor("backups").contains(QStringLiteral("datafiles.html")));
+    EXPECT_TRUE(pagesFor("delete quote").contains(QStringLiteral("quotebook.html")));
+}
+
 TEST_F(HelpManualTest, UndoHasATopicOfItsOwnFoundInTheIndexAndBySearch)
 {
     ASSERT_NE(manual.topic(QStringLiteral("undo.html")), nullptr);

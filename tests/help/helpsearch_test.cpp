@@ -53,6 +53,24 @@ TEST(HelpSearch, WordsMatchByTheirBeginningAndInAnyCase)
     EXPECT_EQ(files(search.search(QStringLiteral("QUOT"))), QStringList { "b.html" });
 }
 
+TEST(HelpSearch, APluralFindsItsSingularWhereItIsNotFoundItself)
+{
+    HelpSearch search;
+    search.addTopic(QStringLiteral("backup.html"), QStringLiteral("Backing up"),
+        QStringLiteral("<p>Make a backup of the folder. Keep a copy elsewhere.</p>"));
+    search.addTopic(QStringLiteral("many.html"), QStringLiteral("Many"),
+        QStringLiteral("<p>Several backups are kept.</p>"));
+    EXPECT_EQ(files(search.search(QStringLiteral("backup"))),
+        QStringList({ "backup.html", "many.html" }));
+    // The plural where a page has it; its singular for the page that has only that.
+    EXPECT_EQ(files(search.search(QStringLiteral("backups"))),
+        QStringList({ "backup.html", "many.html" }));
+    EXPECT_EQ(files(search.search(QStringLiteral("copies"))), QStringList { "backup.html" });
+    EXPECT_EQ(HelpSearch::singularOf(QStringLiteral("prices")), QStringLiteral("price"));
+    EXPECT_TRUE(HelpSearch::singularOf(QStringLiteral("address")).isEmpty());
+    EXPECT_TRUE(HelpSearch::singularOf(QStringLiteral("tax")).isEmpty());
+}
+
 TEST(HelpSearch, TitleWordsRankFirst)
 {
     const HelpSearch search = twoPages();

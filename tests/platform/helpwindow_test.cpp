@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTest>
 #include <QTextBrowser>
@@ -196,6 +198,30 @@ TEST(QtHelpViewer, OneWindowServesEveryCallAndFollowsIt)
     EXPECT_EQ(window->currentTopic(), QStringLiteral("handheldconverter.html"));
     help.Show(QStringLiteral("/somewhere/Tarnwick Help.chm"), CHelp::SearchWindow);
     EXPECT_EQ(window->navigation()->currentIndex(), 2);
+}
+
+// Every picture of the manual fits the topic pane of the window as it first opens: none is
+// cut or needs the pane scrolled sideways.
+TEST_F(HelpWindowTest, EveryPictureFitsTheTopicAtTheWindowsFirstSize)
+{
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    for (const HelpTopic &topic : manual.topics()) {
+        window->showTopic(topic.file);
+        QApplication::processEvents();
+        EXPECT_EQ(window->browser()->horizontalScrollBar()->maximum(), 0) << qPrintable(topic.file);
+    }
+}
+
+// Opened the first time, the window is no larger than the screen holds (with a large font
+// its first size can be), leaving room for the desktop's frame.
+TEST_F(HelpWindowTest, TheFirstOpeningFitsTheScreen)
+{
+    const QSize room = window->screen()->availableGeometry().size();
+    window->resize(room + QSize(400, 300));
+    window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Main"), 0, 0));
+    EXPECT_LT(window->width(), room.width());
+    EXPECT_LT(window->height(), room.height());
 }
 
 } // namespace

@@ -164,6 +164,7 @@ struct SeenDialog
     bool typesByName = false;
     bool saves = false;
     bool asksBeforeOverwriting = false;
+    QString defaultSuffix;
     QList<QUrl> places;
 };
 
@@ -179,6 +180,7 @@ SeenDialog lookAtTheDialog(const std::function<void()> &run)
         seen.saves = dialog->acceptMode() == QFileDialog::AcceptSave;
         seen.asksBeforeOverwriting = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
         seen.places = dialog->sidebarUrls();
+        seen.defaultSuffix = dialog->defaultSuffix();
         dialog->reject();
     });
     run();
@@ -210,6 +212,12 @@ TEST(FileDialogContents, OpenAndSaveDialogsKnowFilesByTheirNamesOnly)
     request.confirmOverwrite = false;
     seen = lookAtTheDialog([&] { result = dialogs.getSaveFile(request); });
     EXPECT_FALSE(seen.asksBeforeOverwriting);
+    EXPECT_TRUE(seen.defaultSuffix.isEmpty());
+
+    // A name typed without an extension gets the one asked for, before the overwrite question.
+    request.defaultSuffix = QStringLiteral("dat");
+    seen = lookAtTheDialog([&] { result = dialogs.getSaveFile(request); });
+    EXPECT_EQ(seen.defaultSuffix, QStringLiteral("dat"));
 }
 
 TEST(FileDialogPlaces, TheSidePanelShowsThePlacesNamesWhole)

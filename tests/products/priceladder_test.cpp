@@ -88,6 +88,28 @@ TEST(PriceLadderTest, ABreakPriceAboveTheListPriceIsFound)
         problems[0].text, QStringLiteral("Price 1 ($13.00) is above the list price ($12.50)."));
 }
 
+// A new list price typed over an old one that the first price point (from 1 unit) still
+// holds: every quote charges the old price, and Check Price Points says so.
+TEST(PriceLadderTest, ABreakFromTheFirstUnitBelowTheListPriceLeavesTheListPriceUnused)
+{
+    const Table same = product("16.40", { { "1", "16.40" }, { "10", "15.2" } });
+    EXPECT_TRUE(PriceLadder::checkProduct(same, 1, EnUs).empty());
+
+    const Table raised = product("17.25", { { "1", "16.40" }, { "10", "15.2" } });
+    const auto problems = PriceLadder::checkProduct(raised, 1, EnUs);
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_EQ(problems[0].kind, Kind::ListPriceUnused);
+    EXPECT_EQ(problems[0].point, 1);
+    EXPECT_EQ(problems[0].column, 2);
+    EXPECT_EQ(problems[0].text,
+        QStringLiteral(
+            "Price 1 ($16.40) applies from the first unit, so the list price ($17.25) is "
+            "never charged."));
+
+    // From the second unit on, the first unit still costs the list price.
+    EXPECT_TRUE(PriceLadder::checkProduct(product("17.25", { { "2", "16.40" } }), 1, EnUs).empty());
+}
+
 TEST(PriceLadderTest, PricesAreComparedAsMoneyWhateverPrecisionTheyAreKeptIn)
 {
     // The catalogue keeps its list prices in single precision: 16.4 is 16.3999996…

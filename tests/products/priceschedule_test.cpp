@@ -226,6 +226,8 @@ TEST(PriceScheduleTest, ThePriceBoxShowsCurrencyWhenItLosesTheFocus)
     EXPECT_EQ(PriceSchedule::formatPriceBox("$12.5", EnUs), QStringLiteral("$12.50"));
     EXPECT_EQ(PriceSchedule::formatPriceBox("0.125", EnUs), QStringLiteral("$0.12"));
     EXPECT_EQ(PriceSchedule::formatPriceBox("call us", EnUs), QStringLiteral("call us"));
+    // A comma decimal reads as the catalogue file will read it after the next start.
+    EXPECT_EQ(PriceSchedule::formatPriceBox("12,5", EnUs), QStringLiteral("$12.50"));
     EXPECT_EQ(PriceSchedule::formatPriceBox("", EnUs), QString());
 }
 

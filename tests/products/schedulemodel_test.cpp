@@ -69,6 +69,16 @@ TEST_F(ScheduleModelTest, CellsAreReadOnlyUntilTheModelIsMadeEditable)
     EXPECT_EQ(schedule.get(1, 1), Cell("10"));
 }
 
+TEST_F(ScheduleModelTest, ACommaDecimalTypedInEnglishIsTheNumberTheFileWillRead)
+{
+    model.setEditable(true);
+    EXPECT_TRUE(model.setData(model.index(0, 1), "12,5"));
+    EXPECT_EQ(schedule.get(1, 2), Cell("12.5"));
+    EXPECT_EQ(shown(0, 1), QStringLiteral("$12.50"));
+    EXPECT_TRUE(model.setData(model.index(0, 1), "1,250"));
+    EXPECT_EQ(schedule.get(1, 2), Cell("1,250")) << "a thousands separator stays as typed";
+}
+
 TEST_F(ScheduleModelTest, AToolTipShowsWhatWasTypedNotMarkup)
 {
     model.setEditable(true);

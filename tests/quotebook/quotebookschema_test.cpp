@@ -289,6 +289,23 @@ TEST_F(QuoteBookFileTest, ASoundOrNewBookIsOpenedWithoutAWord)
                     .isEmpty());
 }
 
+TEST(QuoteBookMessagesTest, TheSaveMessageEndsInOneFullStop)
+{
+    QuoteHeader header;
+    header.id = 12;
+    header.year = 2026;
+    header.sequence = 7;
+    header.customer.customer = QStringLiteral("Jane Roe");
+    header.customer.company = QStringLiteral("Heating Supply Co. Ltd.");
+    EXPECT_EQ(QuoteBookMessages::saved(header),
+        QStringLiteral("Quote Q-2026-0007 A saved for Jane Roe, Heating Supply Co. Ltd."));
+    header.customer.company = QStringLiteral("Acme Plumbing");
+    EXPECT_EQ(QuoteBookMessages::saved(header),
+        QStringLiteral("Quote Q-2026-0007 A saved for Jane Roe, Acme Plumbing."));
+    header.customer = {};
+    EXPECT_EQ(QuoteBookMessages::saved(header), QStringLiteral("Quote Q-2026-0007 A saved."));
+}
+
 TEST(QuoteBookMessagesTest, OtherPricesAreCounted)
 {
     EXPECT_EQ(QuoteBookMessages::otherPrices(3),

@@ -7,6 +7,7 @@
 #include "support/fakeprompts.h"
 #include "support/tempappfolder.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -241,6 +242,28 @@ TEST_F(FrmQuotesTest, TheStatusOfTheChosenQuoteIsChangedInTheBook)
     grid->setCurrentIndex(grid->model()->index(0, 0));
     EXPECT_EQ(status->currentText(), QStringLiteral("draft"));
     EXPECT_TRUE(prompts.shown().empty());
+}
+
+TEST_F(FrmQuotesTest, TabAndCtrlTabLeaveTheListAndCancelHasItsLetter)
+{
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    auto *grid = child<QTableView>("GrdQuotes");
+    grid->setFocus();
+    grid->setCurrentIndex(grid->model()->index(1, 0));
+    QTest::keyClick(grid, Qt::Key_Tab);
+    EXPECT_NE(QApplication::focusWidget(), grid) << "Tab went round the row's cells";
+    EXPECT_EQ(grid->currentIndex().row(), 1);
+    grid->setFocus();
+    QTest::keyClick(grid, Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_NE(QApplication::focusWidget(), grid);
+
+    grid->setFocus();
+    QTest::keyClick(grid, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_NE(QApplication::focusWidget(), grid);
+
+    // Alt+C for Cancel: no other control of the window has that letter.
+    EXPECT_EQ(child<QPushButton>("CmdCancel")->text(), QStringLiteral("&Cancel"));
 }
 
 } // namespace

@@ -94,14 +94,34 @@ TEST_F(PriceSourceTest, LinesFromTheCatalogueWithOtherPricesTodayAreFound)
     EXPECT_EQ(PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale),
         (QList<int> { 1, 2 }));
 
-    PriceSources::updateFromCatalogue(quote, catalogue, { 1, 2 }, locale);
-    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell(13.0f));
+    PriceSources::updateFromCatalogue(quote, catalogue, { 1, 2 }, sources, locale);
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("$13.00")) << "the list price, as reset";
     EXPECT_EQ(quote.get(1, QuoteLine::ListPrice), Cell("$13.00"));
     EXPECT_DOUBLE_EQ(number(1, QuoteLine::ExtendedPrice), 13.0);
     EXPECT_EQ(quote.get(2, QuoteLine::UnitPrice), Cell(6.0f));
     EXPECT_DOUBLE_EQ(number(2, QuoteLine::ExtendedPrice), 30.0);
     EXPECT_EQ(quote.get(3, QuoteLine::UnitPrice), Cell("150")) << "a typed price stays";
     EXPECT_TRUE(PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale).isEmpty());
+}
+
+// "Reset Prices" put a line whose quantity reaches a price point back at the list price: an
+// unchanged catalogue offers it nothing, and a new list price keeps it at the list price.
+TEST_F(PriceSourceTest, ALineResetToTheListPriceIsComparedWithTheListPriceOnly)
+{
+    add(QStringLiteral("B-200"));
+    typeQuantity(1, QStringLiteral("5")); // the price point for 5
+    Discount::resetPrices(quote, locale);
+    const std::vector<PriceSource> sources { PriceSources::infer(quote, 1, catalogue, locale) };
+    ASSERT_EQ(sources.front(), PriceSource::ListPrice);
+    EXPECT_TRUE(PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale).isEmpty())
+        << "today's price point is no other price for a line at its list price";
+
+    catalogue.put(2, ProductRecord::Price, "$8.00");
+    EXPECT_EQ(
+        PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale), (QList<int> { 1 }));
+    PriceSources::updateFromCatalogue(quote, catalogue, { 1 }, sources, locale);
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice), Cell("$8.00"));
+    EXPECT_DOUBLE_EQ(number(1, QuoteLine::ExtendedPrice), 40.0);
 }
 
 TEST_F(PriceSourceTest, ALockedLineIsNotOfferedTodaysPrice)

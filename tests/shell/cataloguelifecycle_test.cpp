@@ -75,6 +75,25 @@ TEST_F(CatalogueLifecycleTest, AFileThatEndsInsideAProductIsReportedAndKeptBefor
         << "the unread file is kept once";
 }
 
+// A price with letters in it before the place the file breaks off: the products are not
+// loaded, so there is none to correct and only the file's own message is shown.
+TEST_F(CatalogueLifecycleTest, AFileThatCouldNotBeReadListsNoNumbersToCorrect)
+{
+    const QByteArray broken = catalogueLine({ "P1", "One", "16.4x" }) + "P2\x7f\x7f\x7fno end";
+    folder.writeFile(QStringLiteral("twdata.dat"), broken);
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("(error 62)")));
+    EXPECT_FALSE(prompts.shown()[0].text.contains(QStringLiteral("16.4x")));
+
+    // Read whole, the same price is listed for correcting.
+    folder.writeFile(QStringLiteral("twdata.dat"), catalogueLine({ "P1", "One", "16.4x" }));
+    prompts.clear();
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Ok);
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("16.4x")));
+}
+
 TEST_F(CatalogueLifecycleTest, AFailedStartLeavesTheLastGoodBackupInPlace)
 {
     const QByteArray good = catalogueLine({ "G-1", "Good" });

@@ -241,8 +241,11 @@ TEST_F(DocumentsWindowTest, CopyProductInfoFromTheMenusAndTheToolbarPutsTheRepor
         EXPECT_TRUE(fakes->clipboard.richDocument()->rtf.contains(QLatin1String("Product Report")));
     }
     fakes->clipboard.clear();
+    window->ui().sbPanel1->clear();
     button("Print")->trigger();
     EXPECT_TRUE(clipboardText().contains(QStringLiteral("Discount Schedule:")));
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Product information copied to the clipboard."));
 }
 
 TEST_F(DocumentsWindowTest, CopyPutsTheQuoteDocumentWithHeadingAndTotalsOnTheClipboard)
@@ -257,6 +260,7 @@ TEST_F(DocumentsWindowTest, CopyPutsTheQuoteDocumentWithHeadingAndTotalsOnTheCli
         << qPrintable(text);
     EXPECT_TRUE(text.endsWith(
         QStringLiteral("Order Total = ") + window->ui().TxtTotal->text() + QStringLiteral("\n\n")));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Quote copied to the clipboard."));
 }
 
 TEST_F(DocumentsWindowTest, QuoteNoteOpensTheEditorOnce)

@@ -6,6 +6,7 @@
 
 #include "catalogue/module1.h"
 #include "platform/iprompts.h"
+#include "products/productcommands.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 #include "shell/gridview.h"
@@ -27,16 +28,9 @@ using namespace tarnwick::test;
 
 namespace {
 
-class KeyboardWindowTest : public SampleWindowTest
+class KeyboardWindowTest : public ActiveWindowTest
 {
 protected:
-    void SetUp() override
-    {
-        SampleWindowTest::SetUp();
-        quoteGrid = window->ui().GrdQuote;
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    }
     void TearDown() override
     {
         if (QWidget *popup = QApplication::activePopupWidget())
@@ -80,8 +74,6 @@ protected:
     }
     QString partInGridRow(int row) const { return grid->model()->index(row, 0).data().toString(); }
     QString quoteCell(int row, int column) const { return gridCellText(quoteGrid, row, column); }
-
-    GridView *quoteGrid = nullptr;
 };
 
 TEST_F(KeyboardWindowTest, ShiftF10OpensTheProductMenuAtTheCurrentRow)
@@ -350,22 +342,41 @@ TEST_F(KeyboardWindowTest, AddToQuoteHasAKeyNoStandardActionUsesShownInTheMenu)
     }
 }
 
-TEST_F(KeyboardWindowTest, FindAndSendToHandheldHaveKeysShownInTheirToolTips)
+TEST_F(KeyboardWindowTest, ToolbarCommandsNoMenuHoldsHaveKeysShownInTheirToolTips)
 {
     EXPECT_TRUE(button("Find")->toolTip().endsWith(QStringLiteral(" (%1)").arg(
         QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText))));
-    const QKeySequence handheld = MainWindowActions::handheldShortcut();
-    EXPECT_TRUE(button("Palm")->toolTip().endsWith(
-        QStringLiteral(" (%1)").arg(handheld.toString(QKeySequence::NativeText))));
-    for (int standard = QKeySequence::HelpContents; standard <= QKeySequence::Cancel; ++standard)
-        EXPECT_FALSE(
-            QKeySequence::keyBindings(QKeySequence::StandardKey(standard)).contains(handheld))
-            << standard;
-    for (QAction *other : window->findChildren<QAction *>()) {
-        if (other != button("Palm")) {
-            EXPECT_NE(other->shortcut(), handheld) << qPrintable(other->objectName());
+    const std::pair<const char *, QKeySequence> keys[] = {
+        { "Palm", MainWindowActions::handheldShortcut() },
+        { "Export", MainWindowActions::exportShortcut() },
+        { "New", MainWindowActions::modifyShortcut() },
+    };
+    for (const auto &[name, key] : keys) {
+        EXPECT_FALSE(key.isEmpty()) << name;
+        EXPECT_TRUE(button(name)->toolTip().endsWith(
+            QStringLiteral(" (%1)").arg(key.toString(QKeySequence::NativeText))))
+            << name;
+        for (int standard = QKeySequence::HelpContents; standard <= QKeySequence::Cancel;
+             ++standard)
+            EXPECT_FALSE(
+                QKeySequence::keyBindings(QKeySequence::StandardKey(standard)).contains(key))
+                << name << " " << standard;
+        for (QAction *other : window->findChildren<QAction *>()) {
+            if (other != button(name)) {
+                EXPECT_NE(other->shortcut(), key) << name << " " << qPrintable(other->objectName());
+            }
         }
     }
+
+    // Export and "modify with a spreadsheet" ask their questions from the keyboard.
+    focusGrid(grid);
+    fakes->prompts.answerMessage(MsgResult::No);
+    fakes->prompts.answerMessage(MsgResult::No);
+    press(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+    press(Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(fakes->prompts.texts(),
+        QStringList({ QString(ProductCommands::ExportQuestion),
+            QString(ProductCommands::ImportQuestion) }));
 
     // The find key finds from the grid, as the button does.
     focusGrid(grid);
@@ -388,9 +399,9 @@ TEST_F(KeyboardWindowTest, FindAndSendToHandheldHaveKeysShownInTheirToolTips)
     // The handheld's key asks before it sends, as the button does.
     fakes->prompts.answerMessage(MsgResult::Cancel);
     press(Qt::Key_H, Qt::ControlModifier | Qt::ShiftModifier);
-    ASSERT_EQ(fakes->prompts.texts().size(), 1);
-    EXPECT_TRUE(fakes->prompts.texts()[0].startsWith(QStringLiteral("Send ")))
-        << fakes->prompts.texts()[0].toStdString();
+    ASSERT_EQ(fakes->prompts.texts().size(), 3);
+    EXPECT_TRUE(fakes->prompts.texts()[2].startsWith(QStringLiteral("Send ")))
+        << fakes->prompts.texts()[2].toStdString();
 }
 
 TEST_F(KeyboardWindowTest, TheKeyOfAddToQuoteAddsTheCurrentProduct)

@@ -52,17 +52,9 @@ QChar mnemonicOf(const QString &caption)
     return QChar();
 }
 
-class KeysWindowTest : public SampleWindowTest
+class KeysWindowTest : public ActiveWindowTest
 {
 protected:
-    void SetUp() override
-    {
-        SampleWindowTest::SetUp();
-        quoteGrid = window->ui().GrdQuote;
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    }
-
     /// Sends each key to whichever control has the keyboard focus at that moment, as the
     /// keyboard does, without waiting between keys.
     static void type(const QString &text)
@@ -100,8 +92,6 @@ protected:
         }
         return 0;
     }
-
-    GridView *quoteGrid = nullptr;
 };
 
 TEST_F(KeysWindowTest, ANewProductTypedAtOnceAfterAClickLandsInItsOwnCells)

@@ -4,6 +4,7 @@
 #include "catalogue/table.h"
 #include "quotes/pricelist.h"
 #include "shell/printpreview.h"
+#include "shell/printservice.h"
 #include "support/testlocale.h"
 
 #include <QAction>
@@ -167,6 +168,27 @@ TEST_F(PrintPreviewTest, EveryCommandHasANameAndAKey)
     }
     EXPECT_EQ(window.findChild<QSpinBox *>(QStringLiteral("PreviewPage"))->accessibleName(),
         QStringLiteral("Page"));
+}
+
+} // namespace
+
+namespace {
+
+// With no paper of its own (a PDF file, no printer installed) the price list is laid out on the
+// paper of the user's country, as the quote's PDF is.
+TEST(PrinterPaper, APrinterWithoutPaperOfItsOwnTakesTheLocalesPaper)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    QtPrintService::preparePrinter(printer, QStringLiteral("Tarnwick Price list"),
+        QLocale(QLocale::English, QLocale::UnitedStates));
+    EXPECT_EQ(printer.pageLayout().pageSize().id(), QPageSize::Letter);
+    EXPECT_EQ(printer.docName(), QStringLiteral("Tarnwick Price list"));
+    EXPECT_EQ(printer.pageLayout().margins(QPageLayout::Millimeter), QMarginsF(15, 15, 15, 15));
+
+    QtPrintService::preparePrinter(
+        printer, QStringLiteral("Tarnwick Price list"), QLocale(QLocale::German, QLocale::Germany));
+    EXPECT_EQ(printer.pageLayout().pageSize().id(), QPageSize::A4);
 }
 
 } // namespace

@@ -6,13 +6,18 @@
 
 #include "catalogue/productrecord.h"
 #include "quotebook/quotesession.h"
+#include "quotes/quotenote.h"
+#include "shell/documentscontroller.h"
+#include "shell/frmquotenote.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 
 #include <QAction>
+#include <QFile>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
+#include <QTextEdit>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -161,6 +166,87 @@ TEST_F(QuoteBookUndoWindowTest, TodaysPricesAreAStepOfTheirOwnAfterTheOpen)
     ctrlZ();
     EXPECT_TRUE(quoteColumn(0).isEmpty());
     EXPECT_EQ(title(), QStringLiteral("Quote Details"));
+}
+
+// Quote Note holds the heading of the quote on screen: a saved quote opened again (or brought
+// back by an undo) takes the texts it was saved with, so its PDF reads as it was sent.
+TEST_F(QuoteBookUndoWindowTest, AQuoteOpenedAgainBringsBackItsOwnHeadingAndEnding)
+{
+    ASSERT_TRUE(QuoteNote::saveNotes(
+        folder.path(), QStringLiteral("Quotation for ACME"), QStringLiteral("Yours, Jo")));
+    saveBoltForAcme();
+    fakes->prompts.answerMessage(MsgResult::Yes); // Send: mark it sent
+    ASSERT_TRUE(session().markSent());
+
+    action("mnuFileNew")->trigger();
+    ASSERT_TRUE(QuoteNote::saveNotes(
+        folder.path(), QStringLiteral("Quotation for OTHER CUSTOMER"), QStringLiteral("Bye")));
+    addToQuote(0);
+    bookDialogs->customers.push_back(CustomerDetails { QStringLiteral("Other"), {}, {}, {} });
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(book().quoteCount(), 2);
+
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Quotation for ACME"));
+    EXPECT_EQ(QuoteNote::readEnding(folder.path()), QStringLiteral("Yours, Jo"));
+
+    // Its PDF is the quote as sent: no question, no new revision, the sent heading.
+    const QString path = folder.filePath(QStringLiteral("sent.pdf"));
+    fakes->fileDialogs.answer(FileDialogResult { path, 1 });
+    action("mnuQuotePdf")->trigger();
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_EQ(book().quoteCount(), 2);
+    EXPECT_TRUE(QFile::exists(path));
+
+    // Back to the other customer's quote: its own texts again.
+    ctrlZ();
+    EXPECT_EQ(
+        QuoteNote::readHeading(folder.path()), QStringLiteral("Quotation for OTHER CUSTOMER"));
+    EXPECT_EQ(QuoteNote::readEnding(folder.path()), QStringLiteral("Bye"));
+    ctrlY();
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Quotation for ACME"));
+}
+
+// A heading changed in Quote Note for the quote on screen is a change of that quote: opening
+// another one first offers to save it, so the new heading is not lost to the other's.
+TEST_F(QuoteBookUndoWindowTest, AHeadingChangedForTheQuoteOnScreenIsOfferedForSavingFirst)
+{
+    saveBoltForAcme();
+    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("Dear ACME"), QString()));
+    fakes->prompts.answerMessage(MsgResult::Yes); // save the changes first
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    ASSERT_EQ(fakes->prompts.texts().size(), 1);
+    EXPECT_EQ(fakes->prompts.texts()[0],
+        QStringLiteral(
+            "Quote Q-2026-0001 A has changed since it was saved. Save the changes first?"));
+    EXPECT_EQ(book().load(book().list().first().id)->header.heading, QStringLiteral("Dear ACME"));
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Dear ACME"));
+}
+
+// An open Quote Note window shows the texts that came with the quote, unless the user has
+// typed into it: that typing stays until OK or Cancel.
+TEST_F(QuoteBookUndoWindowTest, AnOpenQuoteNoteWindowFollowsUnlessTypedInto)
+{
+    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME"), QString()));
+    saveBoltForAcme();
+    action("mnuFileNew")->trigger();
+    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For nobody yet"), QString()));
+    action("mnuQuoteNote")->trigger();
+    FrmQuoteNote *note = window->documents().quoteNoteWindow();
+    ASSERT_NE(note, nullptr);
+    auto *heading = note->findChild<QTextEdit *>(QStringLiteral("txttop"));
+    ASSERT_EQ(heading->toPlainText(), QStringLiteral("For nobody yet"));
+
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(heading->toPlainText(), QStringLiteral("For ACME"));
+
+    heading->moveCursor(QTextCursor::End);
+    QTest::keyClicks(heading, QStringLiteral(" and sons"));
+    ctrlZ(); // back to the new quote: the window keeps what was typed
+    EXPECT_EQ(heading->toPlainText(), QStringLiteral("For ACME and sons"));
 }
 
 } // namespace

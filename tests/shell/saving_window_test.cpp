@@ -162,6 +162,19 @@ TEST_F(SavingWindowTest, SaveAsWritesACopyAndKeepsUsingTheCatalogueFile)
     EXPECT_TRUE(fakes->prompts.shown().empty());
 }
 
+TEST_F(SavingWindowTest, ACopyNamedWithoutExtensionIsACatalogueFile)
+{
+    fakes->fileDialogs.answer(FileDialogResult { folder.filePath(QStringLiteral("tuesday")), 1 });
+    action("mnuFileSaveAs")->trigger();
+    ASSERT_EQ(fakes->fileDialogs.requests().size(), 1u);
+    EXPECT_EQ(fakes->fileDialogs.requests().front().defaultSuffix, QStringLiteral("dat"));
+    EXPECT_TRUE(folder.readFile(QStringLiteral("tuesday.dat")).contains("Bolt"));
+    EXPECT_FALSE(folder.exists(QStringLiteral("tuesday")));
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Copy saved as %1")
+            .arg(QDir::toNativeSeparators(folder.filePath(QStringLiteral("tuesday.dat")))));
+}
+
 TEST_F(SavingWindowTest, CtrlShiftSOpensSaveAsOnEveryDesktop)
 {
     EXPECT_EQ(action("mnuFileSaveAs")->shortcut(), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S))

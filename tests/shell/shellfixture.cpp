@@ -118,6 +118,14 @@ void SampleWindowTest::SetUp()
     grid = window->ui().GrdMain;
 }
 
+void ActiveWindowTest::SetUp()
+{
+    SampleWindowTest::SetUp();
+    quoteGrid = window->ui().GrdQuote;
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+}
+
 QAction *SampleWindowTest::button(const char *key) const
 {
     return window->actions().button(QString::fromLatin1(key));

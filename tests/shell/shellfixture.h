@@ -142,4 +142,14 @@ protected:
     GridView *grid = nullptr;
 };
 
+/// The sample catalogue's window as the user has it: in front, with the keyboard (keys and
+/// shortcuts reach a window only then), and its quote grid at hand.
+class ActiveWindowTest : public SampleWindowTest
+{
+protected:
+    void SetUp() override;
+
+    GridView *quoteGrid = nullptr;
+};
+
 } // namespace tarnwick::test

@@ -26,17 +26,9 @@ using namespace tarnwick::test;
 
 namespace {
 
-class UndoQuoteWindowTest : public SampleWindowTest
+class UndoQuoteWindowTest : public ActiveWindowTest
 {
 protected:
-    void SetUp() override
-    {
-        SampleWindowTest::SetUp();
-        quoteGrid = window->ui().GrdQuote;
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
-    }
-
     void addToQuote(int gridRow)
     {
         goToRow(gridRow);
@@ -56,8 +48,6 @@ protected:
     }
     QAction *undo() const { return action("mnuEditUndo"); }
     QAction *redo() const { return action("mnuEditRedo"); }
-
-    GridView *quoteGrid = nullptr;
 };
 
 TEST_F(UndoQuoteWindowTest, AQuantityTypedAndItsRepricingAreTakenBackTogether)

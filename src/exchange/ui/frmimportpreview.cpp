@@ -67,6 +67,15 @@ void FrmImportPreview::setupUi()
         layout->addWidget(label);
     }
     QTableView *changes = createGrid(QStringLiteral("GrdChanges"), m_changes);
+    // The row, part number, action and field take what they show; the old and the new value,
+    // what the user checks before Apply, share the rest.
+    QHeaderView *header = changes->horizontalHeader();
+    header->setResizeContentsPrecision(200);
+    for (const int column : { ImportChangesModel::RowColumn, ImportChangesModel::PartNumberColumn,
+             ImportChangesModel::ActionColumn, ImportChangesModel::FieldColumn })
+        changes->resizeColumnToContents(column);
+    header->setSectionResizeMode(ImportChangesModel::OldColumn, QHeaderView::Stretch);
+    header->setSectionResizeMode(ImportChangesModel::NewColumn, QHeaderView::Stretch);
     auto *changesLabel =
         previewControl(new QLabel(QStringLiteral("&Changes:"), this), QStringLiteral("LblChanges"));
     changesLabel->setBuddy(changes);

@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStyle>
@@ -63,7 +64,8 @@ HelpWindow::HelpWindow(const HelpManual &manual, QWidget *parent)
     m_browser->setSearchPaths({ m_manual.folder() });
     splitter->addWidget(m_browser);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({ 340, 620 });
+    // The topic pane holds the manual's pictures (620 pixels wide) without scrolling sideways.
+    splitter->setSizes({ 300, 700 });
     m_browser->document()->setDocumentMargin(12);
     createToolBar(bar);
     connect(m_browser, &QTextBrowser::sourceChanged, this, &HelpWindow::topicChanged);
@@ -72,7 +74,7 @@ HelpWindow::HelpWindow(const HelpManual &manual, QWidget *parent)
     connect(hide, &QShortcut::activated, this, &QWidget::close);
     m_indexBox->installEventFilter(this);
     m_searchBox->installEventFilter(this);
-    resize(980, 680);
+    resize(1000, 680);
 }
 
 QWidget *HelpWindow::createContentsPage()
@@ -199,6 +201,12 @@ void HelpWindow::showRequest(const HelpRequest &request)
         showTopic(*page);
     else
         showContents();
+    if (!isVisible()) {
+        // With a large font the first size can be more than a small screen holds; the
+        // desktop's frame and title bar need their room too.
+        if (const QScreen *screen = this->screen())
+            resize(size().boundedTo(screen->availableGeometry().size() * 0.95));
+    }
     showNormal();
     raise();
     activateWindow();

@@ -131,6 +131,7 @@ std::optional<FileDialogResult> QtFileDialogs::runSave(const FileDialogRequest &
     listFilesByName(dialog, icons);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.confirmOverwrite);
+    dialog.setDefaultSuffix(request.defaultSuffix);
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(nameFilterAt(filters, request.filterIndex));
     showPlaces(dialog, request.places);

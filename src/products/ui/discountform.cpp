@@ -33,6 +33,9 @@ DiscountForm::DiscountForm(
     m_label1 = named(new QLabel(tr("Apply Discount"), this), "Label1");
     m_cmboDisc = named(new QComboBox(this), "CmboDisc");
     m_label1->setBuddy(m_cmboDisc);
+    m_cmboDisc->setAccessibleName(m_label1->text());
+    m_scope = named(new QLabel(this), "LblScope");
+    m_scope->setTextFormat(Qt::PlainText);
     m_command1 = named(new QPushButton(tr("Apply"), this), "Command1");
     m_command2 = named(new QPushButton(tr("Close"), this), "Command2");
     m_command1->setDefault(true);
@@ -43,6 +46,7 @@ DiscountForm::DiscountForm(
     buttons->addWidget(m_command2);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_label1);
+    layout->addWidget(m_scope);
     layout->addWidget(m_cmboDisc);
     layout->addLayout(buttons);
 
@@ -51,6 +55,12 @@ DiscountForm::DiscountForm(
 }
 
 DiscountForm::~DiscountForm() = default;
+
+void DiscountForm::setScope(const QString &text)
+{
+    m_scope->setText(text);
+    setAccessibleName(windowTitle() + QStringLiteral(": ") + text);
+}
 
 void DiscountForm::connectHandlers()
 {

@@ -39,6 +39,10 @@ protected:
     /// Applies the chosen multiplier to the quote lines the window is for.
     virtual void applyDiscount(float multiplier) = 0;
 
+    /// Says under the label which lines the discount is for: the two windows look alike
+    /// otherwise, to the eye and to a screen reader.
+    void setScope(const QString &text);
+
     Table &quote() const { return m_quote; }
     const QLocale &locale() const { return m_locale; }
 
@@ -54,6 +58,7 @@ private:
     QLocale m_locale;
     Apply m_apply;
     QLabel *m_label1 = nullptr;
+    QLabel *m_scope = nullptr;
     QComboBox *m_cmboDisc = nullptr;
     QPushButton *m_command1 = nullptr;
     QPushButton *m_command2 = nullptr;

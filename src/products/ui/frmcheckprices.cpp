@@ -25,6 +25,8 @@ FrmCheckPrices::FrmCheckPrices(QWidget *parent) : QDialog(parent)
     m_grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_grid->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_grid->setSelectionMode(QAbstractItemView::SingleSelection);
+    // A list to choose from: Tab goes on to Close, the arrows move between the products.
+    m_grid->setTabKeyNavigation(false);
     m_grid->setWordWrap(true);
     m_grid->horizontalHeader()->setStretchLastSection(true);
     m_grid->verticalHeader()->setVisible(false);
@@ -82,7 +84,13 @@ void FrmCheckPrices::setProblems(const std::vector<ProductLadderProblems> &probl
     m_label->setText(problems.empty()
             ? QString(NoProblemsText)
             : tr("Products whose price points need &attention (double-click one to go to it):"));
-    if (!problems.empty())
+    // With nothing to list, the list is no place for the keyboard: Close has it, and Enter
+    // presses it.
+    m_grid->setEnabled(!problems.empty());
+    m_close->setDefault(problems.empty());
+    if (problems.empty())
+        m_close->setFocus();
+    else
         m_grid->setCurrentCell(0, 0);
 }
 

@@ -23,6 +23,7 @@ FrmQuantities::FrmQuantities(const QString &lineName, const std::vector<qint32> 
     auto *heading = new QLabel(tr("Quantities for %1:").arg(lineName), this);
     heading->setObjectName(QStringLiteral("LblQuantities"));
     heading->setTextFormat(Qt::PlainText); // the line's part number and name
+    heading->setWordWrap(true); // a long name must not widen the window past the screen
     auto *boxes = new QGridLayout;
     for (int i = 0; i < QuoteAids::MaxQuantities; ++i) {
         auto *box = new QLineEdit(this);
@@ -42,8 +43,14 @@ FrmQuantities::FrmQuantities(const QString &lineName, const std::vector<qint32> 
     m_prices->setAccessibleName(tr("Prices at the quantities"));
     m_prices->setHorizontalHeaderLabels({ tr("Quantity"), tr("Unit Price"), tr("Ext. Price") });
     m_prices->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    // A table to read: Tab goes on to the next control.
+    m_prices->setTabKeyNavigation(false);
     m_prices->verticalHeader()->setVisible(false);
     m_prices->horizontalHeader()->setStretchLastSection(true);
+    // Room for a row per quantity without scrolling.
+    m_prices->setMinimumHeight(m_prices->horizontalHeader()->sizeHint().height()
+        + QuoteAids::MaxQuantities * m_prices->verticalHeader()->defaultSectionSize()
+        + 2 * m_prices->frameWidth());
     m_message = new QLabel(this);
     m_message->setObjectName(QStringLiteral("LblMessage"));
     m_message->setTextFormat(Qt::PlainText);

@@ -53,6 +53,8 @@ FrmQuotes::FrmQuotes(QuoteBook &book, IPrompts &prompts, const QLocale &locale, 
     m_grdQuotes->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_grdQuotes->setSelectionMode(QAbstractItemView::SingleSelection);
     m_grdQuotes->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    // A list to choose from: Tab goes on to the next control, the arrows move between quotes.
+    m_grdQuotes->setTabKeyNavigation(false);
     m_grdQuotes->setWordWrap(false);
     m_grdQuotes->verticalHeader()->hide();
     // Rows of one height: the view never measures 10,000 rows to draw twenty.
@@ -65,7 +67,7 @@ FrmQuotes::FrmQuotes(QuoteBook &book, IPrompts &prompts, const QLocale &locale, 
     auto *statusLabel = new QLabel(tr("&Status:"), this);
     statusLabel->setBuddy(m_cmbStatus);
     m_cmdOpen = quotesControl(new QPushButton(tr("&Open"), this), "CmdOpen");
-    m_cmdCancel = quotesControl(new QPushButton(tr("Cancel"), this), "CmdCancel");
+    m_cmdCancel = quotesControl(new QPushButton(tr("&Cancel"), this), "CmdCancel");
     m_cmdOpen->setDefault(true);
     layOut(findLabel, statusLabel);
     connectHandlers();
@@ -145,6 +147,7 @@ void FrmQuotes::connectHandlers()
     connect(m_grdQuotes->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
         &FrmQuotes::showCurrentStatus);
     m_txtFind->installEventFilter(this);
+    m_grdQuotes->installEventFilter(this);
 }
 
 bool FrmQuotes::eventFilter(QObject *watched, QEvent *event)
@@ -157,6 +160,16 @@ bool FrmQuotes::eventFilter(QObject *watched, QEvent *event)
             || key == Qt::Key_PageDown) {
             QKeyEvent copy(QEvent::KeyPress, key, Qt::NoModifier);
             QCoreApplication::sendEvent(m_grdQuotes, &copy);
+            return true;
+        }
+    }
+    // Ctrl+Tab and Ctrl+Shift+Tab leave the list too, as they leave the main window's grids.
+    if (watched == m_grdQuotes && event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const bool back = key->key() == Qt::Key_Backtab
+            || (key->key() == Qt::Key_Tab && (key->modifiers() & Qt::ShiftModifier));
+        if ((key->modifiers() & Qt::ControlModifier) && (back || key->key() == Qt::Key_Tab)) {
+            focusNextPrevChild(!back);
             return true;
         }
     }

@@ -16,6 +16,8 @@ std::optional<CustomerDetails> QtQuoteBookDialogs::askCustomer(
     FrmSaveQuote window(owner);
     window.setIntro(intro);
     window.setDetails(initial);
+    // Modal to its owner only: the help window F1 opens from here takes input beside it.
+    window.setWindowModality(Qt::WindowModal);
     if (window.exec() != QDialog::Accepted)
         return std::nullopt;
     return window.details();
@@ -24,6 +26,7 @@ std::optional<CustomerDetails> QtQuoteBookDialogs::askCustomer(
 std::optional<qint64> QtQuoteBookDialogs::chooseQuote(QWidget *owner, QuoteBook &book)
 {
     FrmQuotes window(book, m_prompts, m_locale, owner);
+    window.setWindowModality(Qt::WindowModal);
     if (window.exec() != QDialog::Accepted || window.chosenQuote() == 0)
         return std::nullopt;
     return window.chosenQuote();

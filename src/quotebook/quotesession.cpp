@@ -164,6 +164,7 @@ void QuoteSession::setState(const State &state)
     if (m_header.isSaved())
         m_known = m_saved; // the saved lines' price sources
     m_keptQuoteId = -1; // the quote in hand names another revision (or none) now
+    m_note = state.note;
     Q_EMIT headerChanged();
     Q_EMIT replaced();
 }

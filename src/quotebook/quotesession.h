@@ -80,13 +80,22 @@ public:
     {
         QuoteHeader header;
         QuoteContent saved;
+        /// Quote Note's heading and ending with this quote in hand, which an undo or a redo
+        /// puts back with it; none where Quote Note is left as it is.
+        std::optional<QuoteTexts> note;
     };
-    State state() const { return { m_header, m_saved }; }
+    State state() const { return { m_header, m_saved, std::nullopt }; }
     /// Back to state. A saved revision is read from the book again, so a save, a status or a
     /// revision made since counts; the state given stands when the book cannot be read.
     void setState(const State &state);
     /// The state that adopt(quote) and startNew() give, without taking it on.
-    static State stateOf(const SavedQuote &quote) { return { quote.header, quote.content }; }
+    static State stateOf(const SavedQuote &quote)
+    {
+        return { quote.header, quote.content,
+            QuoteTexts { quote.header.heading, quote.header.ending } };
+    }
+    /// Quote Note's texts the last setState asked for (none when it asked for none).
+    const std::optional<QuoteTexts> &noteTexts() const { return m_note; }
 
     /// The revision in hand is marked as sent to the customer.
     bool markSent();
@@ -124,7 +133,7 @@ Q_SIGNALS:
     /// The number, revision, customer or status of the quote in hand changed.
     void headerChanged();
     /// Another quote is in hand through setState: one opened, a new one, or the one an undo or
-    /// redo brings back.
+    /// redo brings back (noteTexts() says what Quote Note holds with it).
     void replaced();
     /// The quote in hand was written to the book (tests wait for this).
     void kept();
@@ -143,6 +152,7 @@ private:
     QLocale m_locale;
     QuoteHeader m_header;
     QuoteContent m_saved; ///< the lines of the revision in hand as saved
+    std::optional<QuoteTexts> m_note; ///< Quote Note's texts asked for by the last setState
     mutable QuoteContent m_known; ///< the lines as last kept, with their price sources
     quint64 m_keptGeneration = 0;
     qint64 m_keptQuoteId = -1;

@@ -443,8 +443,15 @@ bool QuoteBookController::replaceOnScreen(const Table &lines, const QuoteSession
     // The keyboard lands on the first line's quantity: digits typed next must not rename its
     // part number.
     const QuoteView view { empty ? 0 : 1, QuoteGridColumn::Quantity, empty };
-    if (QuoteBookEdits::replaceQuote(m_history, *m_session, { m_quote.currentView(), before },
-            { view, after }, std::move(quote), text))
+    // Quote Note goes with the quote: a saved one brings its own texts, a new one keeps what
+    // Quote Note holds, and an undo gives back what it held before.
+    QuoteSession::State from = before;
+    from.note = currentTexts();
+    QuoteSession::State to = after;
+    if (!to.note)
+        to.note = from.note;
+    if (QuoteBookEdits::replaceQuote(m_history, *m_session, { m_quote.currentView(), from },
+            { view, to }, std::move(quote), text))
         m_quote.showQuote(view);
     m_session->keepNow();
     return true;
@@ -496,14 +503,16 @@ void QuoteBookController::duplicateQuote()
     const auto details = m_dialogs->askCustomer(m_owner, CustomerDetails(), DuplicateIntro);
     if (!details)
         return;
-    const QuoteSession::State before = m_session->state();
+    QuoteSession::State before = m_session->state();
+    before.note = currentTexts();
     if (!m_session->duplicate(*details, currentTexts(), m_today())) {
         report(QuoteBookMessages::saveFailed(m_session->errorString()), Titles::Duplicate);
         return;
     }
     // The same lines, now continuing the duplicate: an undo goes back to the original quote
     // (the duplicate stays in the book).
-    const QuoteSession::State after = m_session->state();
+    QuoteSession::State after = m_session->state();
+    after.note = before.note; // saved with the texts Quote Note holds
     const QuoteView view = m_quote.currentView();
     QuoteBookEdits::replaceQuote(m_history, *m_session, { view, before }, { view, after },
         m_module.QuoteTable(),

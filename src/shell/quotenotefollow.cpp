@@ -18,19 +18,19 @@ QuoteNoteFollow::QuoteNoteFollow(const AppServices &services, QuoteSession &sess
 
 void QuoteNoteFollow::quoteReplaced()
 {
-    const QuoteHeader &header = m_session.header();
-    if (!header.isSaved())
+    const std::optional<QuoteTexts> &note = m_session.noteTexts();
+    if (!note)
         return;
     const QString folder = m_services.environment.appFolder();
-    if (QuoteNote::readHeading(folder) == header.heading
-        && QuoteNote::readEnding(folder) == header.ending)
+    if (QuoteNote::readHeading(folder) == note->heading
+        && QuoteNote::readEnding(folder) == note->ending)
         return;
-    const FileWriteResult written = QuoteNote::saveNotes(folder, header.heading, header.ending);
+    const FileWriteResult written = QuoteNote::saveNotes(folder, note->heading, note->ending);
     if (!written) {
-        m_services.prompts.msgBox(QStringLiteral("Quote Note could not take the heading and ending "
-                                                 "quote %1 was saved with: %2. Its copy and its "
-                                                 "PDF show the texts Quote Note holds.")
-                                      .arg(header.numberAndRevision(), written.reason),
+        m_services.prompts.msgBox(QStringLiteral("The heading and ending that go with the quote "
+                                                 "on screen could not be written: %1. Its copy "
+                                                 "and its PDF show the texts Quote Note holds.")
+                                      .arg(written.reason),
             MsgStyle::Exclamation, FrmQuoteNote::SaveFailedTitle);
         return;
     }

@@ -225,6 +225,28 @@ TEST_F(QuoteBookUndoWindowTest, AHeadingChangedForTheQuoteOnScreenIsOfferedForSa
     EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Dear ACME"));
 }
 
+// What the user had typed into Quote Note for the quote on screen is not lost to a quote opened
+// over it: Ctrl+Z brings the quote and its texts back together.
+TEST_F(QuoteBookUndoWindowTest, UndoingAnOpenGivesQuoteNoteBackWhatItHeld)
+{
+    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME"), QString()));
+    saveBoltForAcme();
+    action("mnuFileNew")->trigger();
+    addToQuote(0); // a new quote, never saved
+    ASSERT_TRUE(QuoteNote::saveNotes(
+        folder.path(), QStringLiteral("Typed for the new customer"), QStringLiteral("Regards")));
+    fakes->prompts.answerMessage(MsgResult::No); // do not save the new quote first
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    ASSERT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME"));
+
+    ctrlZ();
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Typed for the new customer"));
+    EXPECT_EQ(QuoteNote::readEnding(folder.path()), QStringLiteral("Regards"));
+    ctrlY();
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME"));
+}
+
 // An open Quote Note window shows the texts that came with the quote, unless the user has
 // typed into it: that typing stays until OK or Cancel.
 TEST_F(QuoteBookUndoWindowTest, AnOpenQuoteNoteWindowFollowsUnlessTypedInto)

@@ -23,10 +23,15 @@ constexpr qint32 PropertiesWindow = 1107; ///< "Catalogue Properties"
 constexpr qint32 AboutWindow = 1108; ///< the About box
 constexpr qint32 PrintPreviewWindow = 1109; ///< the price list's print preview
 constexpr qint32 HelpWindow = 1110; ///< the help window itself: how to use it
+// F1 in the messages that have a page of their own.
+constexpr qint32 CatalogueUnreadMessage = 1111; ///< the catalogue file could not be read
+constexpr qint32 CatalogueSaveMessage = 1112; ///< the catalogue could not be saved
+constexpr qint32 RecoveryMessage = 1113; ///< changes of a session that did not end cleanly
 
 /// Every context number above, for the check that each opens a topic.
-constexpr std::array<qint32, 14> All { ImportWindow, StartupRemedies, HandheldConverter,
+constexpr std::array<qint32, 17> All { ImportWindow, StartupRemedies, HandheldConverter,
     ChangePricesWindow, CheckPricesWindow, QuantitiesWindow, DiscountWindow, SaveQuoteWindow,
-    QuotesWindow, QuoteNoteWindow, PropertiesWindow, AboutWindow, PrintPreviewWindow, HelpWindow };
+    QuotesWindow, QuoteNoteWindow, PropertiesWindow, AboutWindow, PrintPreviewWindow, HelpWindow,
+    CatalogueUnreadMessage, CatalogueSaveMessage, RecoveryMessage };
 
 } // namespace tarnwick::HelpContext

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QHash>
 #include <QKeyEvent>
+#include <QMessageBox>
 #include <QWidget>
 
 namespace tarnwick {
@@ -39,6 +40,24 @@ std::optional<qint32> DialogHelp::contextFor(const QString &windowName)
     return *found;
 }
 
+std::optional<qint32> DialogHelp::contextForMessage(const QString &text)
+{
+    // The messages' own words, as cataloguelifecycle.cpp and frmsplash1.cpp write them.
+    static const std::pair<QLatin1String, qint32> pages[] = {
+        { QLatin1String("could not be read completely"), HelpContext::CatalogueUnreadMessage },
+        { QLatin1String("Some numbers in the catalogue file could not be read"),
+            HelpContext::CatalogueUnreadMessage },
+        { QLatin1String("The catalogue could not be saved"), HelpContext::CatalogueSaveMessage },
+        { QLatin1String("Tarnwick was not closed properly"), HelpContext::RecoveryMessage },
+        { QLatin1String("There was a problem opening the program"), HelpContext::StartupRemedies },
+    };
+    for (const auto &[words, context] : pages) {
+        if (text.contains(words))
+            return context;
+    }
+    return std::nullopt;
+}
+
 bool DialogHelp::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
@@ -46,8 +65,10 @@ bool DialogHelp::eventFilter(QObject *watched, QEvent *event)
     const auto *key = static_cast<const QKeyEvent *>(event);
     if (key->key() != Qt::Key_F1 || key->modifiers() != Qt::NoModifier)
         return false;
+    const QWidget *window = static_cast<QWidget *>(watched)->window();
+    const auto *box = qobject_cast<const QMessageBox *>(window);
     const std::optional<qint32> context =
-        contextFor(static_cast<QWidget *>(watched)->window()->objectName());
+        box ? contextForMessage(box->text()) : contextFor(window->objectName());
     if (!context)
         return false;
     // A held key repeats: the page is opened once.

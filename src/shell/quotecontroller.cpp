@@ -149,7 +149,7 @@ void QuoteController::clearTotals()
     m_ui.TxtTotal->setText(cleared.total);
     m_ui.TxtDisc->setText(cleared.discount);
     m_ui.TxtQdisper->setText(cleared.percent);
-    m_ui.LblNextBreak->clear();
+    setNextBreakText(QString());
     m_totalsCleared = true;
 }
 
@@ -219,9 +219,16 @@ void QuoteController::QuotePrice()
 void QuoteController::showNextBreak()
 {
     const int row = currentGridRow() + 1;
-    m_ui.LblNextBreak->setText(row < 1 ? QString()
-                                       : QuoteAids::nextBreakText(m_module.QuoteTable(),
-                                           m_module.Catalogue(), row, m_module.locale()));
+    setNextBreakText(row < 1 ? QString()
+                             : QuoteAids::nextBreakText(m_module.QuoteTable(), m_module.Catalogue(),
+                                 row, m_module.locale()));
+}
+
+void QuoteController::setNextBreakText(const QString &text)
+{
+    m_ui.LblNextBreak->setText(text);
+    // An empty label would be read by the frame's title ("Quote Details"): it says what it is.
+    m_ui.LblNextBreak->setAccessibleName(text.isEmpty() ? tr("No next price break") : text);
 }
 
 QAction *QuoteController::menuItem(const char *name) const

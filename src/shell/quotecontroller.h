@@ -78,6 +78,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    /// The next break's text, and its name for assistive tools (an empty label says so).
+    void setNextBreakText(const QString &text);
     /// Shows a step that was undone or redone.
     void quoteChanged(const QuoteChange &change);
     void clearTotals();

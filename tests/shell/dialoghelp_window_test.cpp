@@ -12,11 +12,13 @@
 #include "products/ui/frmquantities.h"
 #include "quotebook/ui/frmsavequote.h"
 #include "quotes/pricelist.h"
+#include "shell/cataloguelifecycle.h"
 #include "shell/dialoghelp.h"
 #include "shell/documentscontroller.h"
 #include "shell/frmabout.h"
 #include "shell/frmproperties.h"
 #include "shell/frmquotenote.h"
+#include "shell/frmsplash1.h"
 #include "shell/mainwindowactions.h"
 #include "shell/printpreview.h"
 #include "support/testlocale.h"
@@ -25,6 +27,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPrinter>
 #include <QTest>
 #include <QTimer>
@@ -184,6 +187,46 @@ TEST_F(DialogHelpWindowTest, TheAboutBoxOpensItsPageAndLeavesTheHelpWindowUsable
     EXPECT_EQ(pageOf(HelpContext::AboutWindow), QStringLiteral("aboutbox.html"));
     EXPECT_EQ(typed, QStringLiteral("ok"));
     EXPECT_TRUE(mainWindowBlocked) << "the main window waits for the box";
+}
+
+// A message box about the catalogue opens the page that says what to do; the help window
+// shows it while the box waits for its answer.
+TEST_F(DialogHelpWindowTest, F1InAMessageAboutTheCatalogueOpensItsPage)
+{
+    CatalogueReadResult unread;
+    unread.errorNumber = 62;
+    unread.detail = QStringLiteral("the file ends in the middle of product 21");
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Catalogue"),
+        CatalogueLifecycle::unreadMessage(folder.filePath(QStringLiteral("twdata.dat")), unread),
+        QMessageBox::Ok, window);
+    box.show();
+    pressF1(&box);
+    box.setText(QStringLiteral("An unrelated message."));
+    pressF1(&box);
+    EXPECT_EQ(fakes->help.calls, QStringList { helpCall(HelpContext::CatalogueUnreadMessage) });
+    EXPECT_EQ(
+        pageOf(HelpContext::CatalogueUnreadMessage), QStringLiteral("catalogueunreadable.html"));
+}
+
+TEST(DialogHelpContexts, TheCataloguesMessagesHaveTheirPages)
+{
+    EXPECT_EQ(DialogHelp::contextForMessage(
+                  CatalogueLifecycle::saveFailedMessage(QStringLiteral("twdata.dat"), "full")),
+        HelpContext::CatalogueSaveMessage);
+    EXPECT_EQ(DialogHelp::contextForMessage(CatalogueLifecycle::unreadNumbersMessage({})),
+        HelpContext::CatalogueUnreadMessage);
+    EXPECT_EQ(DialogHelp::contextForMessage(
+                  CatalogueLifecycle::recoveryQuestion(QStringLiteral("10:15"), 1, 0, 0)),
+        HelpContext::RecoveryMessage);
+    EXPECT_EQ(DialogHelp::contextForMessage(FrmSplash1::problemMessage(13)),
+        HelpContext::StartupRemedies);
+    HelpManual manual;
+    ASSERT_TRUE(manual.load());
+    EXPECT_EQ(manual.topicForContext(HelpContext::CatalogueSaveMessage),
+        QStringLiteral("savefailed.html"));
+    EXPECT_EQ(
+        manual.topicForContext(HelpContext::RecoveryMessage), QStringLiteral("datafiles.html"));
+    EXPECT_FALSE(DialogHelp::contextForMessage(QStringLiteral("Delete this product?")).has_value());
 }
 
 TEST(DialogHelpContexts, EveryWindowF1AnswersForHasAPageOfItsOwnContext)

@@ -69,11 +69,14 @@ TEST_F(QuoteAidsWindowTest, TheNextBreakShowsUnderTheTotalsAndInTheQuantityToolT
 {
     EXPECT_EQ(cell(0, 2), QStringLiteral("$11.90"));
     EXPECT_EQ(window->ui().LblNextBreak->text(), NextBreak22);
+    EXPECT_EQ(window->ui().LblNextBreak->accessibleName(), NextBreak22);
     EXPECT_EQ(quoteGrid->model()->index(0, 3).data(Qt::ToolTipRole).toString(), NextBreak22);
     EXPECT_EQ(quoteGrid->model()->columnCount(), 5);
 
     quoteGrid->setCurrentIndex(quoteGrid->model()->index(1, 0));
     EXPECT_EQ(window->ui().LblNextBreak->text(), QString()) << "TW-200 has no price points";
+    EXPECT_EQ(window->ui().LblNextBreak->accessibleName(), QStringLiteral("No next price break"))
+        << "not the frame's title";
     typeQuantity(0, QStringLiteral("25"));
     EXPECT_EQ(window->ui().LblNextBreak->text(), QString());
     EXPECT_FALSE(quoteGrid->model()->index(0, 3).data(Qt::ToolTipRole).isValid());

@@ -68,6 +68,7 @@ void PaneFocus::addProductTabLetters(QWidget *window)
         auto *key = new QShortcut(letter, window);
         key->setEnabled(m_ui.SSTabmain->currentIndex() == QuoteTab);
         connect(key, &QShortcut::activated, this, [this, target = box] {
+            leaveTabPageFor(Pane::Details);
             m_ui.SSTabmain->setCurrentIndex(ProductTab);
             target->setFocus(Qt::ShortcutFocusReason);
             // As a label's letter does: what is typed next replaces the list price.
@@ -108,6 +109,16 @@ PaneFocus::Pane PaneFocus::paneOf(const QWidget *widget) const
     return m_ui.SSTabmain->currentIndex() == QuoteTab ? Pane::Quote : Pane::Details;
 }
 
+void PaneFocus::leaveTabPageFor(Pane pane)
+{
+    // A tab page that goes while it has the keyboard hands it to the next control first (the
+    // product grid), which a screen reader announces before the pane asked for: the keyboard
+    // leaves the page before the page goes.
+    QWidget *had = QApplication::focusWidget();
+    if (had && m_ui.SSTabmain->isAncestorOf(had) && paneOf(had) != pane)
+        had->clearFocus();
+}
+
 void PaneFocus::move(bool forward)
 {
     focusPane(next(paneOf(QApplication::focusWidget()), forward));
@@ -115,6 +126,8 @@ void PaneFocus::move(bool forward)
 
 void PaneFocus::focusPane(Pane pane)
 {
+    if (pane != Pane::Products)
+        leaveTabPageFor(pane);
     switch (pane) {
     case Pane::Products:
         m_ui.GrdMain->setFocus(Qt::ShortcutFocusReason);

@@ -41,6 +41,8 @@ protected:
 
 private:
     void addProductTabLetters(QWidget *window);
+    /// Takes the keyboard out of the tab page it is in, unless that page is pane's.
+    void leaveTabPageFor(Pane pane);
 
     MainWindowUi &m_ui;
     std::vector<QShortcut *> m_productTabLetters;

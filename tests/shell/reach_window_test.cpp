@@ -191,4 +191,29 @@ TEST_F(ReachWindowTest, OnlyTheSaveButtonLooksLikeSaving)
     }
 }
 
+// F6 from the list price to the quote: the keyboard goes straight there, without passing the
+// product grid on the way (a screen reader announced "Products table" first).
+TEST_F(ReachWindowTest, F6GoesStraightToTheNextPaneWithoutPassingThroughTheGrid)
+{
+    addRowToQuote(0);
+    window->ui().SSTabmain->setCurrentIndex(0);
+    giveKeyboardTo(window->ui().TxtPrice);
+    struct FocusCount : QObject
+    {
+        int in = 0;
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            in += event->type() == QEvent::FocusIn ? 1 : 0;
+            return false;
+        }
+    } gridFocus;
+    grid->installEventFilter(&gridFocus);
+    pressKey(Qt::Key_F6);
+    EXPECT_TRUE(keyboardIn(quoteGrid));
+    pressKey(Qt::Key_F6, Qt::ShiftModifier); // back to the list price
+    EXPECT_EQ(QApplication::focusWidget(), window->ui().TxtPrice);
+    grid->removeEventFilter(&gridFocus);
+    EXPECT_EQ(gridFocus.in, 0);
+}
+
 } // namespace

@@ -164,13 +164,13 @@ void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLo
                         .arg(shown, quoted) });
             }
         }
-        // A break from the first unit charges its price for every quantity: a list price above
-        // it (a new one typed, say, with the old one left in the first price point) never
-        // reaches a quote.
+        // A break from the first unit charges its price for every quantity typed: a list price
+        // above it (a new one typed, say, with the old one left in the first price point) is
+        // charged only by a line just added, until its quantity is typed.
         if (list && point.threshold <= 1 && costsMore(*list, *point.price)) {
             problems.push_back({ LadderProblem::Kind::ListPriceUnused, point.point, 2,
-                QStringLiteral("Price %1 (%2) applies from the first unit, so the list price (%3) "
-                               "is never charged.")
+                QStringLiteral("Price %1 (%2) applies from the first unit: a quantity typed into "
+                               "a quote gets it, never the list price (%3).")
                     .arg(point.point)
                     .arg(money(*point.price, locale), money(*list, locale)) });
         }

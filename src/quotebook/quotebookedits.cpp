@@ -22,14 +22,20 @@ public:
     }
 
 protected:
+    // The side that is left takes Quote Note's texts as they are now, typed changes included,
+    // so coming back to it brings them back.
     void forward() override
     {
         ReplaceQuote::forward();
+        if (const auto now = m_session.currentNote(); now && m_before.note)
+            m_before.note = now;
         m_session.setState(m_after);
     }
     void backward() override
     {
         ReplaceQuote::backward();
+        if (const auto now = m_session.currentNote(); now && m_after.note)
+            m_after.note = now;
         m_session.setState(m_before);
     }
 

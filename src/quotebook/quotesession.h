@@ -96,6 +96,13 @@ public:
     }
     /// Quote Note's texts the last setState asked for (none when it asked for none).
     const std::optional<QuoteTexts> &noteTexts() const { return m_note; }
+    /// Reads Quote Note's texts as they are now, for a step that leaves the quote in hand to
+    /// take along (what the user typed there since counts).
+    void setNoteReader(std::function<QuoteTexts()> reader) { m_noteReader = std::move(reader); }
+    std::optional<QuoteTexts> currentNote() const
+    {
+        return m_noteReader ? std::optional<QuoteTexts>(m_noteReader()) : std::nullopt;
+    }
 
     /// The revision in hand is marked as sent to the customer.
     bool markSent();
@@ -153,6 +160,7 @@ private:
     QuoteHeader m_header;
     QuoteContent m_saved; ///< the lines of the revision in hand as saved
     std::optional<QuoteTexts> m_note; ///< Quote Note's texts asked for by the last setState
+    std::function<QuoteTexts()> m_noteReader;
     mutable QuoteContent m_known; ///< the lines as last kept, with their price sources
     quint64 m_keptGeneration = 0;
     qint64 m_keptQuoteId = -1;

@@ -3,6 +3,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "core/storednumber.h"
 #include "products/priceedittext.h"
 #include "quotes/quoteaids.h"
 #include "quotes/quoteline.h"
@@ -113,11 +114,16 @@ bool QuoteGridModel::setData(const QModelIndex &index, const QVariant &value, in
     if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
         return false;
     const int row = quoteRowOf(index.row());
+    QString text = value.toString();
+    // A price typed with a comma decimal under an English locale is that price, as the list
+    // price box and the schedule take it.
+    if (index.column() == QuoteGridColumn::Price)
+        text = stored::asTyped(text, m_locale);
     if (m_writer) {
-        if (!m_writer(row, index.column(), value.toString()))
+        if (!m_writer(row, index.column(), text))
             return false;
     } else {
-        m_quote.put(row, index.column() + 1, value.toString());
+        m_quote.put(row, index.column() + 1, text);
         QuoteList::repriceLine(m_quote, m_catalogue, row, index.column(), m_locale);
     }
     // A part number typed empty ends the quote at this row, so the flags of later rows change

@@ -10,6 +10,8 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include <utility>
+
 namespace tarnwick {
 
 namespace {
@@ -169,6 +171,15 @@ void MainWindowActions::createToolBar(QMainWindow *window)
     giveKey("Palm", handheldShortcut());
     giveKey("Export", exportShortcut());
     giveKey("New", modifyShortcut());
+    // The buttons a menu item with a key stands for show that key as well.
+    for (const auto &[key, item] :
+        { std::pair { "Save", "mnuFileSave" }, std::pair { "Help", "mnuHelpContents" } }) {
+        QAction *button = m_buttons.value(QString::fromLatin1(key));
+        const QKeySequence sequence = action(QString::fromLatin1(item))->shortcut();
+        if (!sequence.isEmpty())
+            button->setToolTip(QStringLiteral("%1 (%2)").arg(
+                button->toolTip(), sequence.toString(QKeySequence::NativeText)));
+    }
     // The toolbar holds commands no menu has: it cannot be hidden.
     m_toolBar->toggleViewAction()->setVisible(false);
     QAction *editButton = m_buttons.value(QStringLiteral("Edit"));

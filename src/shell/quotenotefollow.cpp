@@ -14,6 +14,9 @@ QuoteNoteFollow::QuoteNoteFollow(const AppServices &services, QuoteSession &sess
     : QObject(parent), m_services(services), m_session(session), m_documents(documents)
 {
     connect(&session, &QuoteSession::replaced, this, &QuoteNoteFollow::quoteReplaced);
+    session.setNoteReader([folder = services.environment.appFolder()] {
+        return QuoteTexts { QuoteNote::readHeading(folder), QuoteNote::readEnding(folder) };
+    });
 }
 
 void QuoteNoteFollow::quoteReplaced()

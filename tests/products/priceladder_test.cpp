@@ -103,8 +103,8 @@ TEST(PriceLadderTest, ABreakFromTheFirstUnitBelowTheListPriceLeavesTheListPriceU
     EXPECT_EQ(problems[0].column, 2);
     EXPECT_EQ(problems[0].text,
         QStringLiteral(
-            "Price 1 ($16.40) applies from the first unit, so the list price ($17.25) is "
-            "never charged."));
+            "Price 1 ($16.40) applies from the first unit: a quantity typed into a quote gets it, "
+            "never the list price ($17.25)."));
 
     // From the second unit on, the first unit still costs the list price.
     EXPECT_TRUE(PriceLadder::checkProduct(product("17.25", { { "2", "16.40" } }), 1, EnUs).empty());

@@ -74,6 +74,19 @@ TEST_F(QuoteGridModelTest, ATypedQuantityRepricesTheLineAndAsksForTheTotals)
     EXPECT_EQ(shown(0, QuoteGridColumn::ExtPrice), QStringLiteral("$500.00"));
 }
 
+// The same meaning as in the list price box: a comma decimal typed under an English locale.
+TEST_F(QuoteGridModelTest, APriceTypedWithACommaDecimalIsThatPrice)
+{
+    add("A-100");
+    EXPECT_TRUE(model.setData(model.index(0, QuoteGridColumn::Quantity), "4"));
+    EXPECT_TRUE(model.setData(model.index(0, QuoteGridColumn::Price), "12,5"));
+    EXPECT_EQ(shown(0, QuoteGridColumn::Price), QStringLiteral("$12.50"));
+    EXPECT_EQ(shown(0, QuoteGridColumn::ExtPrice), QStringLiteral("$50.00"));
+    EXPECT_TRUE(model.setData(model.index(0, QuoteGridColumn::Price), "1,250"));
+    EXPECT_EQ(shown(0, QuoteGridColumn::Price), QStringLiteral("$1,250.00"))
+        << "a thousands separator in English";
+}
+
 TEST_F(QuoteGridModelTest, AQuantityThatOverflowsIsTrappedAndNoCellShowsAnInfinity)
 {
     add("A-100");

@@ -368,6 +368,14 @@ TEST_F(KeyboardWindowTest, ToolbarCommandsNoMenuHoldsHaveKeysShownInTheirToolTip
         }
     }
 
+    // Buttons whose menu items have keys show them too.
+    EXPECT_EQ(button("Save")->toolTip(),
+        QStringLiteral("Save (%1)")
+            .arg(QKeySequence(QKeySequence::Save).toString(QKeySequence::NativeText)));
+    EXPECT_EQ(button("Help")->toolTip(),
+        QStringLiteral("Help (%1)")
+            .arg(QKeySequence(QKeySequence::HelpContents).toString(QKeySequence::NativeText)));
+
     // Export and "modify with a spreadsheet" ask their questions from the keyboard.
     focusGrid(grid);
     fakes->prompts.answerMessage(MsgResult::No);

@@ -247,6 +247,26 @@ TEST_F(QuoteBookUndoWindowTest, UndoingAnOpenGivesQuoteNoteBackWhatItHeld)
     EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME"));
 }
 
+// A heading changed for the opened quote is not lost to an undo and a redo: the step takes it
+// along when it leaves that quote.
+TEST_F(QuoteBookUndoWindowTest, AHeadingChangedAfterTheOpenComesBackWithTheRedo)
+{
+    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME"), QString()));
+    saveBoltForAcme();
+    action("mnuFileNew")->trigger();
+    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("Template"), QString()));
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    ASSERT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME"));
+    ASSERT_TRUE(
+        QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME, revised"), QString()));
+
+    ctrlZ();
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Template"));
+    ctrlY();
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME, revised"));
+}
+
 // An open Quote Note window shows the texts that came with the quote, unless the user has
 // typed into it: that typing stays until OK or Cancel.
 TEST_F(QuoteBookUndoWindowTest, AnOpenQuoteNoteWindowFollowsUnlessTypedInto)

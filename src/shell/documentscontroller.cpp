@@ -4,6 +4,7 @@
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/iclipboard.h"
+#include "platform/iprompts.h"
 #include "quotes/documentclipboard.h"
 #include "quotes/pricelist.h"
 #include "quotes/productreport.h"
@@ -77,6 +78,22 @@ void DocumentsController::printPriceList()
 {
     PriceListDocument document(m_module.Catalogue(), m_module.locale());
     m_print->printDocument(m_owner, PriceListTitle, document);
+}
+
+bool DocumentsController::settleQuoteNote(const QString &title)
+{
+    if (!m_quoteNote || !m_quoteNote->isVisible() || !m_quoteNote->hasTyping())
+        return true;
+    const int answer = m_services.prompts.msgBox(
+        tr("Quote Note holds changes to the heading or ending that are not saved. Save them "
+           "for the quote on screen first?"),
+        MsgStyle::YesNoCancel | MsgStyle::Question, title);
+    if (answer == MsgResult::Cancel)
+        return false;
+    if (answer == MsgResult::Yes)
+        return m_quoteNote->saveTexts();
+    m_quoteNote->dropTyping();
+    return true;
 }
 
 FrmQuoteNote *DocumentsController::quoteNoteWindow() const

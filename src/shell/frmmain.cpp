@@ -64,6 +64,8 @@ frmMain::frmMain(
     m_book = new QuoteBookController(services, module, *m_history, m_ui, *m_quote, this);
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
     new QuoteNoteFollow(services, *m_book->session(), *m_documents, this);
+    m_book->setBeforeReplacing(
+        [this](const QString &title) { return m_documents->settleQuoteNote(title); });
     m_exchange = new ExchangeController(services, module, *m_history, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);
     m_save = new SaveController(services, module, m_catalogue, *m_history, *m_grid, m_ui, this);

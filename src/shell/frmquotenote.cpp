@@ -98,9 +98,28 @@ void FrmQuoteNote::showTexts()
     m_txttop->document()->setModified(false);
 }
 
+bool FrmQuoteNote::hasTyping() const
+{
+    return m_txttop->document()->isModified() || m_txtbottom->document()->isModified();
+}
+
+bool FrmQuoteNote::saveTexts()
+{
+    const FileWriteResult saved =
+        QuoteNote::saveNotes(m_appFolder, m_txttop->toPlainText(), m_txtbottom->toPlainText());
+    if (!saved) {
+        // The window stays open, so the user's text is not lost.
+        m_prompts.msgBox(saveFailedText(saved.reason), MsgStyle::Exclamation, SaveFailedTitle);
+        return false;
+    }
+    m_txttop->document()->setModified(false);
+    m_txtbottom->document()->setModified(false);
+    return true;
+}
+
 void FrmQuoteNote::reloadTexts()
 {
-    if (!m_txttop->document()->isModified() && !m_txtbottom->document()->isModified())
+    if (!hasTyping())
         showTexts();
 }
 
@@ -138,14 +157,8 @@ void FrmQuoteNote::ChkVolumePrices_Click()
 
 void FrmQuoteNote::cmdOK_Click()
 {
-    const FileWriteResult saved =
-        QuoteNote::saveNotes(m_appFolder, m_txttop->toPlainText(), m_txtbottom->toPlainText());
-    if (!saved) {
-        // The window stays open, so the user's text is not lost.
-        m_prompts.msgBox(saveFailedText(saved.reason), MsgStyle::Exclamation, SaveFailedTitle);
-        return;
-    }
-    close();
+    if (saveTexts())
+        close();
 }
 
 void FrmQuoteNote::cmdNextTip_Click()

@@ -34,6 +34,13 @@ public:
     /// Shows the texts of the files again, after they were written from elsewhere, unless the
     /// user has typed into the window since it showed them: that typing stays.
     void reloadTexts();
+    /// Whether the heading or the ending was typed into since the window showed them.
+    bool hasTyping() const;
+    /// Saves the texts as OK does, leaving the window open; false (and said why) when they
+    /// could not be saved.
+    bool saveTexts();
+    /// Shows the texts of the files again, what was typed since thrown away.
+    void dropTyping() { showTexts(); }
 
 private Q_SLOTS:
     void Chkincludes_Click();

@@ -373,6 +373,8 @@ bool QuoteBookController::saveInHand(const QString &title)
 /// when the user cancelled (or the save failed), and nothing should replace it.
 bool QuoteBookController::offerToSave(const QString &title)
 {
+    if (m_beforeReplacing && !m_beforeReplacing(title))
+        return false;
     if (!m_session->isChanged() && !textsChanged())
         return true;
     const int answer = m_services.prompts.msgBox(QuoteBookMessages::saveFirst(m_session->header()),
@@ -523,9 +525,11 @@ void QuoteBookController::duplicateQuote()
 void QuoteBookController::newQuote()
 {
     m_quote.storePendingEdit();
-    // A changed quote is offered for saving; without a book it cannot be, and goes (an undo
-    // brings it back).
-    if (m_session->isChanged() && openBook(false) && !offerToSave(Titles::New))
+    // A changed quote (its lines, or its heading and ending) is offered for saving; without a
+    // book it cannot be, and goes (an undo brings it back).
+    if (m_beforeReplacing && !m_beforeReplacing(Titles::New))
+        return;
+    if ((m_session->isChanged() || textsChanged()) && openBook(false) && !offerToSave(Titles::New))
         return;
     replaceOnScreen(Table(0, m_module.QuoteTable().fieldCount()), m_session->state(),
         QuoteSession::State(), QStringLiteral("New Quote"), Titles::New);

@@ -73,6 +73,12 @@ public:
     /// The day quotes are dated and run out against (the computer's date unless set); the
     /// frame above the quote shows at once whether the quote on screen has run out.
     void setToday(std::function<QDate()> today);
+    /// Asked before another quote comes on screen, with the command's title: false when the
+    /// user stays with the quote on screen (Quote Note's unsaved typing, say).
+    void setBeforeReplacing(std::function<bool(const QString &)> check)
+    {
+        m_beforeReplacing = std::move(check);
+    }
 
 private:
     QString bookPath() const;
@@ -122,6 +128,7 @@ private:
     std::unique_ptr<QuoteSession> m_session;
     std::unique_ptr<IQuoteBookDialogs> m_dialogs;
     std::function<QDate()> m_today;
+    std::function<bool(const QString &)> m_beforeReplacing;
     QString m_unavailable; ///< why the book could not be opened; empty once it is
     bool m_openable = true; ///< false once the book turned out to be of a later version
     bool m_started = false;

@@ -267,6 +267,52 @@ TEST_F(QuoteBookUndoWindowTest, AHeadingChangedAfterTheOpenComesBackWithTheRedo)
     EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME, revised"));
 }
 
+// Typing left in an open Quote Note window is for the quote on screen: before another quote
+// comes on screen the user saves it for that quote, drops it, or stays.
+TEST_F(QuoteBookUndoWindowTest, TypingLeftInQuoteNoteIsSettledBeforeAnotherQuoteComes)
+{
+    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME"), QString()));
+    saveBoltForAcme();
+    action("mnuFileNew")->trigger();
+    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For Bolt"), QString()));
+    addToQuote(0);
+    bookDialogs->customers.push_back(CustomerDetails { QStringLiteral("Bolt"), {}, {}, {} });
+    action("mnuQuoteSave")->trigger(); // Q-2026-0002 A, on screen
+    action("mnuQuoteNote")->trigger();
+    auto *heading =
+        window->documents().quoteNoteWindow()->findChild<QTextEdit *>(QStringLiteral("txttop"));
+    heading->moveCursor(QTextCursor::End);
+    QTest::keyClicks(heading, QStringLiteral(" and Sons"));
+
+    // Cancel: nothing changes.
+    fakes->prompts.answerMessage(MsgResult::Cancel);
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(bookDialogs->chooserShown, 0);
+    EXPECT_EQ(fakes->prompts.texts().last(),
+        QStringLiteral("Quote Note holds changes to the heading or ending that are not saved. "
+                       "Save them for the quote on screen first?"));
+
+    // Yes: saved for the quote on screen, which is then offered for saving itself.
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(fakes->prompts.texts().last(),
+        QStringLiteral(
+            "Quote Q-2026-0002 A has changed since it was saved. Save the changes first?"));
+    EXPECT_EQ(
+        book().load(book().list().first().id)->header.heading, QStringLiteral("For Bolt and Sons"));
+    EXPECT_EQ(heading->toPlainText(), QStringLiteral("For ACME")) << "the window follows";
+
+    // No: the typing goes, the next quote's texts come.
+    QTest::keyClicks(heading, QStringLiteral("XX"));
+    fakes->prompts.answerMessage(MsgResult::No);
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0002 A");
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(heading->toPlainText(), QStringLiteral("For Bolt and Sons"));
+    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For Bolt and Sons"));
+}
+
 // An open Quote Note window shows the texts that came with the quote, unless the user has
 // typed into it: that typing stays until OK or Cancel.
 TEST_F(QuoteBookUndoWindowTest, AnOpenQuoteNoteWindowFollowsUnlessTypedInto)

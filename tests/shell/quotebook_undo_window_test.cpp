@@ -45,6 +45,22 @@ protected:
     }
     void ctrlZ() { keyOnQuoteGrid(Qt::Key_Z, Qt::ControlModifier); }
     void ctrlY() { keyOnQuoteGrid(Qt::Key_Y, Qt::ControlModifier); }
+    /// Quote Note's heading and ending, set as its OK sets them.
+    void setNote(const QString &heading, const QString &ending = QString())
+    {
+        ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), heading, ending));
+    }
+    QString noteHeading() const { return QuoteNote::readHeading(folder.path()); }
+    QString noteEnding() const { return QuoteNote::readEnding(folder.path()); }
+    /// Q-2026-0001 A saved for ACME with the heading "For ACME", then File → New, with Quote
+    /// Note holding heading for the new quote.
+    void acmeSavedThenANewQuoteWith(const QString &heading)
+    {
+        setNote(QStringLiteral("For ACME"));
+        saveBoltForAcme();
+        action("mnuFileNew")->trigger();
+        setNote(heading);
+    }
     /// B-200 saved for ACME as Q-2026-0001 A.
     void saveBoltForAcme()
     {
@@ -172,15 +188,13 @@ TEST_F(QuoteBookUndoWindowTest, TodaysPricesAreAStepOfTheirOwnAfterTheOpen)
 // back by an undo) takes the texts it was saved with, so its PDF reads as it was sent.
 TEST_F(QuoteBookUndoWindowTest, AQuoteOpenedAgainBringsBackItsOwnHeadingAndEnding)
 {
-    ASSERT_TRUE(QuoteNote::saveNotes(
-        folder.path(), QStringLiteral("Quotation for ACME"), QStringLiteral("Yours, Jo")));
+    setNote(QStringLiteral("Quotation for ACME"), QStringLiteral("Yours, Jo"));
     saveBoltForAcme();
     fakes->prompts.answerMessage(MsgResult::Yes); // Send: mark it sent
     ASSERT_TRUE(session().markSent());
 
     action("mnuFileNew")->trigger();
-    ASSERT_TRUE(QuoteNote::saveNotes(
-        folder.path(), QStringLiteral("Quotation for OTHER CUSTOMER"), QStringLiteral("Bye")));
+    setNote(QStringLiteral("Quotation for OTHER CUSTOMER"), QStringLiteral("Bye"));
     addToQuote(0);
     bookDialogs->customers.push_back(CustomerDetails { QStringLiteral("Other"), {}, {}, {} });
     action("mnuQuoteSave")->trigger();
@@ -188,8 +202,8 @@ TEST_F(QuoteBookUndoWindowTest, AQuoteOpenedAgainBringsBackItsOwnHeadingAndEndin
 
     bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
     action("mnuQuoteOpen")->trigger();
-    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Quotation for ACME"));
-    EXPECT_EQ(QuoteNote::readEnding(folder.path()), QStringLiteral("Yours, Jo"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("Quotation for ACME"));
+    EXPECT_EQ(noteEnding(), QStringLiteral("Yours, Jo"));
 
     // Its PDF is the quote as sent: no question, no new revision, the sent heading.
     const QString path = folder.filePath(QStringLiteral("sent.pdf"));
@@ -201,11 +215,10 @@ TEST_F(QuoteBookUndoWindowTest, AQuoteOpenedAgainBringsBackItsOwnHeadingAndEndin
 
     // Back to the other customer's quote: its own texts again.
     ctrlZ();
-    EXPECT_EQ(
-        QuoteNote::readHeading(folder.path()), QStringLiteral("Quotation for OTHER CUSTOMER"));
-    EXPECT_EQ(QuoteNote::readEnding(folder.path()), QStringLiteral("Bye"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("Quotation for OTHER CUSTOMER"));
+    EXPECT_EQ(noteEnding(), QStringLiteral("Bye"));
     ctrlY();
-    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Quotation for ACME"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("Quotation for ACME"));
 }
 
 // A heading changed in Quote Note for the quote on screen is a change of that quote: opening
@@ -213,7 +226,7 @@ TEST_F(QuoteBookUndoWindowTest, AQuoteOpenedAgainBringsBackItsOwnHeadingAndEndin
 TEST_F(QuoteBookUndoWindowTest, AHeadingChangedForTheQuoteOnScreenIsOfferedForSavingFirst)
 {
     saveBoltForAcme();
-    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("Dear ACME"), QString()));
+    setNote(QStringLiteral("Dear ACME"));
     fakes->prompts.answerMessage(MsgResult::Yes); // save the changes first
     bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
     action("mnuQuoteOpen")->trigger();
@@ -222,59 +235,51 @@ TEST_F(QuoteBookUndoWindowTest, AHeadingChangedForTheQuoteOnScreenIsOfferedForSa
         QStringLiteral(
             "Quote Q-2026-0001 A has changed since it was saved. Save the changes first?"));
     EXPECT_EQ(book().load(book().list().first().id)->header.heading, QStringLiteral("Dear ACME"));
-    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Dear ACME"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("Dear ACME"));
 }
 
 // What the user had typed into Quote Note for the quote on screen is not lost to a quote opened
 // over it: Ctrl+Z brings the quote and its texts back together.
 TEST_F(QuoteBookUndoWindowTest, UndoingAnOpenGivesQuoteNoteBackWhatItHeld)
 {
-    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME"), QString()));
+    setNote(QStringLiteral("For ACME"));
     saveBoltForAcme();
     action("mnuFileNew")->trigger();
     addToQuote(0); // a new quote, never saved
-    ASSERT_TRUE(QuoteNote::saveNotes(
-        folder.path(), QStringLiteral("Typed for the new customer"), QStringLiteral("Regards")));
+    setNote(QStringLiteral("Typed for the new customer"), QStringLiteral("Regards"));
     fakes->prompts.answerMessage(MsgResult::No); // do not save the new quote first
     bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
     action("mnuQuoteOpen")->trigger();
-    ASSERT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME"));
+    ASSERT_EQ(noteHeading(), QStringLiteral("For ACME"));
 
     ctrlZ();
-    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Typed for the new customer"));
-    EXPECT_EQ(QuoteNote::readEnding(folder.path()), QStringLiteral("Regards"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("Typed for the new customer"));
+    EXPECT_EQ(noteEnding(), QStringLiteral("Regards"));
     ctrlY();
-    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("For ACME"));
 }
 
 // A heading changed for the opened quote is not lost to an undo and a redo: the step takes it
 // along when it leaves that quote.
 TEST_F(QuoteBookUndoWindowTest, AHeadingChangedAfterTheOpenComesBackWithTheRedo)
 {
-    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME"), QString()));
-    saveBoltForAcme();
-    action("mnuFileNew")->trigger();
-    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("Template"), QString()));
+    acmeSavedThenANewQuoteWith(QStringLiteral("Template"));
     bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
     action("mnuQuoteOpen")->trigger();
-    ASSERT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME"));
-    ASSERT_TRUE(
-        QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME, revised"), QString()));
+    ASSERT_EQ(noteHeading(), QStringLiteral("For ACME"));
+    setNote(QStringLiteral("For ACME, revised"));
 
     ctrlZ();
-    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("Template"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("Template"));
     ctrlY();
-    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For ACME, revised"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("For ACME, revised"));
 }
 
 // Typing left in an open Quote Note window is for the quote on screen: before another quote
 // comes on screen the user saves it for that quote, drops it, or stays.
 TEST_F(QuoteBookUndoWindowTest, TypingLeftInQuoteNoteIsSettledBeforeAnotherQuoteComes)
 {
-    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME"), QString()));
-    saveBoltForAcme();
-    action("mnuFileNew")->trigger();
-    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For Bolt"), QString()));
+    acmeSavedThenANewQuoteWith(QStringLiteral("For Bolt"));
     addToQuote(0);
     bookDialogs->customers.push_back(CustomerDetails { QStringLiteral("Bolt"), {}, {}, {} });
     action("mnuQuoteSave")->trigger(); // Q-2026-0002 A, on screen
@@ -310,17 +315,14 @@ TEST_F(QuoteBookUndoWindowTest, TypingLeftInQuoteNoteIsSettledBeforeAnotherQuote
     bookDialogs->chooseNumber = QStringLiteral("Q-2026-0002 A");
     action("mnuQuoteOpen")->trigger();
     EXPECT_EQ(heading->toPlainText(), QStringLiteral("For Bolt and Sons"));
-    EXPECT_EQ(QuoteNote::readHeading(folder.path()), QStringLiteral("For Bolt and Sons"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("For Bolt and Sons"));
 }
 
 // An open Quote Note window shows the texts that came with the quote, unless the user has
 // typed into it: that typing stays until OK or Cancel.
 TEST_F(QuoteBookUndoWindowTest, AnOpenQuoteNoteWindowFollowsUnlessTypedInto)
 {
-    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For ACME"), QString()));
-    saveBoltForAcme();
-    action("mnuFileNew")->trigger();
-    ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), QStringLiteral("For nobody yet"), QString()));
+    acmeSavedThenANewQuoteWith(QStringLiteral("For nobody yet"));
     action("mnuQuoteNote")->trigger();
     FrmQuoteNote *note = window->documents().quoteNoteWindow();
     ASSERT_NE(note, nullptr);

@@ -105,7 +105,7 @@ stage "sanitizer configure" tarnwick_configure "$asan_dir" -DCMAKE_BUILD_TYPE=De
 stage "sanitizer build" cmake --build "$asan_dir" -j "$(nproc)"
 # The fuzz targets (fuzz/), beside the sanitizer tests: a third build with clang, of only the
 # libraries they reach, instrumented for libFuzzer and checked by both sanitizers; each target
-# then runs for TARNWICK_FUZZ_SECONDS (20 by default), two at a time. Any finding fails the run;
+# then runs for TARNWICK_FUZZ_SECONDS (15 by default), two at a time. Any finding fails the run;
 # the input stays in build-fuzz/fuzz/findings/<target>/ and its path is printed, to be kept in
 # fuzz/regressions/<target>/, which the tests of both builds above replay. What the fuzzers learn
 # stays in build-fuzz/fuzz/corpus/.
@@ -114,7 +114,7 @@ fuzz_configure() { CC=clang CXX=clang++ tarnwick_configure "$@"; }
 fuzz_all() {
     fuzz_configure "$fuzz_dir" -DCMAKE_BUILD_TYPE=Debug \
         -DCMAKE_CXX_FLAGS_DEBUG="-g1 -O1" -DTARNWICK_UNITY_BUILD=ON -DTARNWICK_BUILD_TESTS=OFF \
-        -DTARNWICK_BUILD_FUZZERS=ON -DTARNWICK_FUZZ_SECONDS="${TARNWICK_FUZZ_SECONDS:-20}"
+        -DTARNWICK_BUILD_FUZZERS=ON -DTARNWICK_FUZZ_SECONDS="${TARNWICK_FUZZ_SECONDS:-15}"
     cmake --build "$fuzz_dir" -j "$(nproc)" --target tarnwick_fuzzers
     ctest --test-dir "$fuzz_dir" -j "$(nproc)" --output-on-failure -L fuzz
 }

@@ -396,8 +396,16 @@ bool QuoteBookController::ensureSaved(const QString &title)
 
 void QuoteBookController::saveQuote()
 {
-    if (ready(Titles::Save))
-        saveInHand(Titles::Save);
+    if (!ready(Titles::Save))
+        return;
+    // Nothing to save: a sent quote would otherwise be asked about "the changes".
+    const QuoteHeader &header = m_session->header();
+    if (header.isSaved() && !m_session->isChanged() && !textsChanged()) {
+        status(QStringLiteral("Quote %1 has not changed since it was saved.")
+                   .arg(header.numberAndRevision()));
+        return;
+    }
+    saveInHand(Titles::Save);
 }
 
 bool QuoteBookController::saveChangedQuote()

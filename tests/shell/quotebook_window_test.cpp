@@ -563,4 +563,17 @@ TEST_F(QuoteBookWindowTest, SaveAllSavesTheCatalogueAndTheQuote)
     EXPECT_EQ(book().quoteCount(), 1) << "an unchanged quote is not saved again";
 }
 
+TEST_F(QuoteBookWindowTest, SaveQuoteOnAnUnchangedSentQuoteAsksNothing)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_TRUE(window->quoteBook().session()->markSent());
+    action("mnuQuoteSave")->trigger();
+    EXPECT_TRUE(fakes->prompts.shown().empty()) << "no question about changes there are none of";
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Quote Q-2026-0001 A has not changed since it was saved."));
+    EXPECT_EQ(book().quoteCount(), 1);
+}
+
 } // namespace

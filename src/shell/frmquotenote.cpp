@@ -103,6 +103,11 @@ bool FrmQuoteNote::hasTyping() const
     return m_txttop->document()->isModified() || m_txtbottom->document()->isModified();
 }
 
+QuoteTexts FrmQuoteNote::typedTexts() const
+{
+    return { m_txttop->toPlainText(), m_txtbottom->toPlainText() };
+}
+
 bool FrmQuoteNote::saveTexts()
 {
     const FileWriteResult saved =
@@ -115,12 +120,6 @@ bool FrmQuoteNote::saveTexts()
     m_txttop->document()->setModified(false);
     m_txtbottom->document()->setModified(false);
     return true;
-}
-
-void FrmQuoteNote::reloadTexts()
-{
-    if (!hasTyping())
-        showTexts();
 }
 
 QString FrmQuoteNote::saveFailedText(const QString &reason)

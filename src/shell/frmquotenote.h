@@ -1,5 +1,7 @@
 #pragma once
 
+#include "quotebook/quotesession.h"
+
 #include <QDialog>
 
 class QCheckBox;
@@ -33,7 +35,7 @@ public:
 
     /// Shows the texts of the files again, after they were written from elsewhere, unless the
     /// user has typed into the window since it showed them: that typing stays.
-    void reloadTexts();
+
     /// Whether the heading or the ending was typed into since the window showed them.
     bool hasTyping() const;
     /// Saves the texts as OK does, leaving the window open; false (and said why) when they
@@ -41,6 +43,8 @@ public:
     bool saveTexts();
     /// Shows the texts of the files again, what was typed since thrown away.
     void dropTyping() { showTexts(); }
+    /// The heading and ending as the window shows them, typing included.
+    QuoteTexts typedTexts() const;
 
 private Q_SLOTS:
     void Chkincludes_Click();

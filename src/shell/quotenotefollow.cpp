@@ -14,7 +14,13 @@ QuoteNoteFollow::QuoteNoteFollow(const AppServices &services, QuoteSession &sess
     : QObject(parent), m_services(services), m_session(session), m_documents(documents)
 {
     connect(&session, &QuoteSession::replaced, this, &QuoteNoteFollow::quoteReplaced);
-    session.setNoteReader([folder = services.environment.appFolder()] {
+    // What the Quote Note window holds typed and not yet saved belongs to the quote on screen
+    // too: a step that leaves that quote takes it along, and coming back brings it back.
+    session.setNoteReader([this] {
+        const FrmQuoteNote *window = m_documents.quoteNoteWindow();
+        if (window && window->isVisible() && window->hasTyping())
+            return window->typedTexts();
+        const QString folder = m_services.environment.appFolder();
         return QuoteTexts { QuoteNote::readHeading(folder), QuoteNote::readEnding(folder) };
     });
 }
@@ -25,9 +31,14 @@ void QuoteNoteFollow::quoteReplaced()
     if (!note)
         return;
     const QString folder = m_services.environment.appFolder();
+    FrmQuoteNote *window = m_documents.quoteNoteWindow();
     if (QuoteNote::readHeading(folder) == note->heading
-        && QuoteNote::readEnding(folder) == note->ending)
+        && QuoteNote::readEnding(folder) == note->ending) {
+        // Typing left in the window went with the quote that was left (the step took it).
+        if (window)
+            window->dropTyping();
         return;
+    }
     const FileWriteResult written = QuoteNote::saveNotes(folder, note->heading, note->ending);
     if (!written) {
         m_services.prompts.msgBox(QStringLiteral("The heading and ending that go with the quote "
@@ -37,8 +48,8 @@ void QuoteNoteFollow::quoteReplaced()
             MsgStyle::Exclamation, FrmQuoteNote::SaveFailedTitle);
         return;
     }
-    if (FrmQuoteNote *window = m_documents.quoteNoteWindow())
-        window->reloadTexts();
+    if (window)
+        window->dropTyping();
 }
 
 } // namespace tarnwick

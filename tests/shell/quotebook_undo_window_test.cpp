@@ -318,9 +318,11 @@ TEST_F(QuoteBookUndoWindowTest, TypingLeftInQuoteNoteIsSettledBeforeAnotherQuote
     EXPECT_EQ(noteHeading(), QStringLiteral("For Bolt and Sons"));
 }
 
-// An open Quote Note window shows the texts that came with the quote, unless the user has
-// typed into it: that typing stays until OK or Cancel.
-TEST_F(QuoteBookUndoWindowTest, AnOpenQuoteNoteWindowFollowsUnlessTypedInto)
+// An open Quote Note window shows the texts that come with the quote on screen. What was typed
+// there and not saved goes with the quote it was typed for when an undo or a redo (also from
+// the Edit menu, which asks nothing) takes that quote away, and comes back with it: OK never
+// gives it to the other quote.
+TEST_F(QuoteBookUndoWindowTest, AnOpenQuoteNoteWindowFollowsTheQuoteAndTypingStaysWithIt)
 {
     acmeSavedThenANewQuoteWith(QStringLiteral("For nobody yet"));
     action("mnuQuoteNote")->trigger();
@@ -335,8 +337,12 @@ TEST_F(QuoteBookUndoWindowTest, AnOpenQuoteNoteWindowFollowsUnlessTypedInto)
 
     heading->moveCursor(QTextCursor::End);
     QTest::keyClicks(heading, QStringLiteral(" and sons"));
-    ctrlZ(); // back to the new quote: the window keeps what was typed
+    action("mnuEditUndo")->trigger(); // back to the new quote
+    EXPECT_EQ(heading->toPlainText(), QStringLiteral("For nobody yet"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("For nobody yet"));
+    action("mnuEditRedo")->trigger(); // quote A again, with what was typed for it
     EXPECT_EQ(heading->toPlainText(), QStringLiteral("For ACME and sons"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("For ACME and sons"));
 }
 
 } // namespace

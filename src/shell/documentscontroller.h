@@ -35,9 +35,9 @@ public:
     void copyProductInfo();
     /// Quote menu "&Quote Note": shows the editor (one window at a time), not modal.
     void showQuoteNote();
-    /// Before another quote comes on screen: what was typed into an open Quote Note window and
-    /// not saved yet is for the quote on screen, so the user saves it now (Yes), drops it (No)
-    /// or stays (Cancel, false). True at once when nothing is typed there.
+    /// Before the quote on screen is saved or another one comes: what was typed into an open
+    /// Quote Note window and not saved yet is for the quote on screen, so the user saves it now
+    /// (Yes), drops it (No) or stays (Cancel, false). True at once when nothing is typed there.
     bool settleQuoteNote(const QString &title);
     /// "Print" → "Setup" and "Print Price List".
     void previewPriceList();

@@ -64,7 +64,7 @@ frmMain::frmMain(
     m_book = new QuoteBookController(services, module, *m_history, m_ui, *m_quote, this);
     m_documents = new DocumentsController(services, module, m_ui, *m_grid, this);
     new QuoteNoteFollow(services, *m_book->session(), *m_documents, this);
-    m_book->setBeforeReplacing(
+    m_book->setSettleNote(
         [this](const QString &title) { return m_documents->settleQuoteNote(title); });
     m_exchange = new ExchangeController(services, module, *m_history, m_ui, *m_grid,
         m_actions->button(QStringLiteral("Edit")), m_actions->toolBar(), this);

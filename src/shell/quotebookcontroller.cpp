@@ -248,6 +248,11 @@ QuoteTexts QuoteBookController::currentTexts() const
     return { QuoteNote::readHeading(folder), QuoteNote::readEnding(folder) };
 }
 
+bool QuoteBookController::noteSettled(const QString &title)
+{
+    return !m_settleNote || m_settleNote(title);
+}
+
 bool QuoteBookController::textsChanged() const
 {
     const QuoteHeader &header = m_session->header();
@@ -373,7 +378,7 @@ bool QuoteBookController::saveInHand(const QString &title)
 /// when the user cancelled (or the save failed), and nothing should replace it.
 bool QuoteBookController::offerToSave(const QString &title)
 {
-    if (m_beforeReplacing && !m_beforeReplacing(title))
+    if (!noteSettled(title))
         return false;
     if (!m_session->isChanged() && !textsChanged())
         return true;
@@ -389,6 +394,8 @@ bool QuoteBookController::ensureSaved(const QString &title)
 {
     // The PDF shows the heading and ending the quote was saved with: texts changed in Quote
     // Note since then change the quote too, which is saved first (a sent one is asked about).
+    if (!noteSettled(title))
+        return false;
     if (m_session->header().isSaved() && !m_session->isChanged() && !textsChanged())
         return true;
     return saveInHand(title);
@@ -396,7 +403,7 @@ bool QuoteBookController::ensureSaved(const QString &title)
 
 void QuoteBookController::saveQuote()
 {
-    if (!ready(Titles::Save))
+    if (!ready(Titles::Save) || !noteSettled(Titles::Save))
         return;
     // Nothing to save: a sent quote would otherwise be asked about "the changes".
     const QuoteHeader &header = m_session->header();
@@ -488,7 +495,7 @@ void QuoteBookController::offerTodaysPrices(const std::vector<PriceSource> &sour
 
 void QuoteBookController::newRevision()
 {
-    if (!ready(Titles::Revision))
+    if (!ready(Titles::Revision) || !noteSettled(Titles::Revision))
         return;
     if (!m_session->header().isSaved()) {
         report(QuoteBookMessages::revisionNeedsSave(), Titles::Revision);
@@ -504,7 +511,7 @@ void QuoteBookController::newRevision()
 void QuoteBookController::duplicateQuote()
 {
     m_quote.storePendingEdit();
-    if (!ready(Titles::Duplicate))
+    if (!ready(Titles::Duplicate) || !noteSettled(Titles::Duplicate))
         return;
     if (m_session->isEmpty()) {
         report(QuoteBookMessages::nothingToSave(), Titles::Duplicate);
@@ -535,7 +542,7 @@ void QuoteBookController::newQuote()
     m_quote.storePendingEdit();
     // A changed quote (its lines, or its heading and ending) is offered for saving; without a
     // book it cannot be, and goes (an undo brings it back).
-    if (m_beforeReplacing && !m_beforeReplacing(Titles::New))
+    if (!noteSettled(Titles::New))
         return;
     if ((m_session->isChanged() || textsChanged()) && openBook(false) && !offerToSave(Titles::New))
         return;

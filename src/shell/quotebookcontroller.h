@@ -73,11 +73,12 @@ public:
     /// The day quotes are dated and run out against (the computer's date unless set); the
     /// frame above the quote shows at once whether the quote on screen has run out.
     void setToday(std::function<QDate()> today);
-    /// Asked before another quote comes on screen, with the command's title: false when the
-    /// user stays with the quote on screen (Quote Note's unsaved typing, say).
-    void setBeforeReplacing(std::function<bool(const QString &)> check)
+    /// Asked, with the command's title, before the quote on screen is saved (Save Quote, New
+    /// Revision, Duplicate Quote, a PDF or a mail) or replaced: false when the user stays as
+    /// things are (Quote Note's unsaved typing, say, is not settled).
+    void setSettleNote(std::function<bool(const QString &)> settle)
     {
-        m_beforeReplacing = std::move(check);
+        m_settleNote = std::move(settle);
     }
 
 private:
@@ -91,6 +92,8 @@ private:
     QuoteTexts currentTexts() const;
     /// Quote Note's texts are no longer the ones the saved quote in hand was saved with.
     bool textsChanged() const;
+    /// Quote Note's unsaved typing settled (see setSettleNote); false when the user cancelled.
+    bool noteSettled(const QString &title);
     bool saveFirstTime(const QString &title);
     bool saveInHand(const QString &title);
     bool offerToSave(const QString &title);
@@ -128,7 +131,7 @@ private:
     std::unique_ptr<QuoteSession> m_session;
     std::unique_ptr<IQuoteBookDialogs> m_dialogs;
     std::function<QDate()> m_today;
-    std::function<bool(const QString &)> m_beforeReplacing;
+    std::function<bool(const QString &)> m_settleNote;
     QString m_unavailable; ///< why the book could not be opened; empty once it is
     bool m_openable = true; ///< false once the book turned out to be of a later version
     bool m_started = false;

@@ -318,6 +318,31 @@ TEST_F(QuoteBookUndoWindowTest, TypingLeftInQuoteNoteIsSettledBeforeAnotherQuote
     EXPECT_EQ(noteHeading(), QStringLiteral("For Bolt and Sons"));
 }
 
+// Saving the quote on screen in any way settles the typing first, so the saved quote (and its
+// PDF) carries what the window shows.
+TEST_F(QuoteBookUndoWindowTest, SavingTheQuoteSettlesTypingLeftInQuoteNote)
+{
+    acmeSavedThenANewQuoteWith(QStringLiteral("For Bolt"));
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    action("mnuQuoteOpen")->trigger();
+    action("mnuQuoteNote")->trigger();
+    auto *heading =
+        window->documents().quoteNoteWindow()->findChild<QTextEdit *>(QStringLiteral("txttop"));
+    heading->moveCursor(QTextCursor::End);
+    QTest::keyClicks(heading, QStringLiteral(", revised"));
+
+    fakes->prompts.answerMessage(MsgResult::Cancel);
+    action("mnuQuoteRevision")->trigger();
+    EXPECT_EQ(book().quoteCount(), 1) << "Cancel: no revision";
+
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(fakes->prompts.texts().size(), 2);
+    EXPECT_EQ(
+        book().load(book().list().first().id)->header.heading, QStringLiteral("For ACME, revised"));
+    EXPECT_FALSE(window->documents().quoteNoteWindow()->hasTyping());
+}
+
 // An open Quote Note window shows the texts that come with the quote on screen. What was typed
 // there and not saved goes with the quote it was typed for when an undo or a redo (also from
 // the Edit menu, which asks nothing) takes that quote away, and comes back with it: OK never

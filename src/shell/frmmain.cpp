@@ -299,7 +299,10 @@ bool frmMain::Form_Unload()
         return true;
     m_exchange->closeImportWindow();
     m_grid->storePendingEdit();
-    if (!m_book->readyToClose() || !m_catalogue.saveBeforeClose())
+    // Typing left in Quote Note belongs to the quote on screen, which the book keeps for the
+    // next run: the user saves it with that quote, drops it, or stays.
+    if (!m_documents->settleQuoteNote(tr("Quote Note")) || !m_book->readyToClose()
+        || !m_catalogue.saveBeforeClose())
         return false;
     m_book->shutDown();
     const QList<QWidget *> others = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);

@@ -343,6 +343,35 @@ TEST_F(QuoteBookUndoWindowTest, SavingTheQuoteSettlesTypingLeftInQuoteNote)
     EXPECT_FALSE(window->documents().quoteNoteWindow()->hasTyping());
 }
 
+// Closing Tarnwick with typing left in the Quote Note window asks about it as the quote
+// commands do: Cancel keeps the program open with the typing, Yes keeps it for the quote on
+// screen, which the next run brings back with its texts.
+TEST_F(QuoteBookUndoWindowTest, ClosingWithTypingLeftInQuoteNoteAsksFirst)
+{
+    setNote(QStringLiteral("Dear customer"));
+    addToQuote(0);
+    action("mnuQuoteNote")->trigger();
+    auto *heading =
+        window->documents().quoteNoteWindow()->findChild<QTextEdit *>(QStringLiteral("txttop"));
+    heading->moveCursor(QTextCursor::End);
+    QTest::keyClicks(heading, QStringLiteral(" of ours"));
+
+    fakes->prompts.answerMessage(MsgResult::Cancel);
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(fakes->prompts.texts().last(),
+        QStringLiteral("Quote Note holds changes to the heading or ending that are not saved. "
+                       "Save them for the quote on screen first?"));
+    EXPECT_EQ(fakes->prompts.shown().back().title, QStringLiteral("Quote Note"));
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(heading->toPlainText(), QStringLiteral("Dear customer of ours"));
+    EXPECT_EQ(noteHeading(), QStringLiteral("Dear customer"));
+
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    closeAndStart();
+    EXPECT_EQ(noteHeading(), QStringLiteral("Dear customer of ours"));
+    EXPECT_EQ(QuoteLine::lineCount(module->QuoteTable()), 1) << "the quote it was typed for";
+}
+
 // An open Quote Note window shows the texts that come with the quote on screen. What was typed
 // there and not saved goes with the quote it was typed for when an undo or a redo (also from
 // the Edit menu, which asks nothing) takes that quote away, and comes back with it: OK never

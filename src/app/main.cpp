@@ -52,6 +52,9 @@ int main(int argc, char *argv[])
     QtServices desktopServices;
     const AppServices services = desktopServices.with(prompts, environment);
 
+    // A folder named by TARNWICK_APP_DIR that is not there is said before anything is read.
+    if (!environment.isPerUserFolder() && !findNamedFolder(environment.appFolder(), prompts))
+        return 1;
     const SingleInstance instance(environment.appFolder());
     if (!instance.isOnlyInstance()) {
         prompts.msgBox(SingleInstance::AlreadyRunningMessage, MsgStyle::Information);

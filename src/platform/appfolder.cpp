@@ -32,17 +32,45 @@ QString AppFolderRule::installedSampleCatalogue(const QString &executableFolder)
         QDir(executableFolder).filePath(QStringLiteral("../share/tarnwick/twdata.dat")));
 }
 
+namespace {
+
+void sayUnusable(const QString &folder, const QString &why, IPrompts &prompts)
+{
+    prompts.msgBox(
+        QString::fromLatin1(FolderUnusableMessage).arg(QDir::toNativeSeparators(folder), why),
+        MsgStyle::Exclamation);
+}
+
+} // namespace
+
+bool findNamedFolder(const QString &folder, IPrompts &prompts)
+{
+    const QString question =
+        QString::fromLatin1(FolderMissingQuestion).arg(QDir::toNativeSeparators(folder));
+    while (!QFileInfo(folder).isDir()) {
+        const int answer = prompts.msgBox(question,
+            MsgStyle::AbortRetryIgnore | MsgStyle::Exclamation | MsgStyle::DefaultButton2);
+        if (answer == MsgResult::Abort)
+            return false;
+        if (answer == MsgResult::Ignore) {
+            if (!QDir().mkpath(folder))
+                sayUnusable(folder, QStringLiteral("the folder cannot be created"), prompts);
+            return true;
+        }
+    }
+    return true;
+}
+
 bool offerSampleCatalogue(const QString &folder, const QString &sampleCatalogue, IPrompts &prompts)
 {
     // Without a folder to write to, a whole session's work would be lost at its close: say so
     // at the start.
     const bool made = QDir().mkpath(folder);
     if (!made || !QFileInfo(folder).isWritable()) {
-        const QString why = made ? QStringLiteral("the folder may not be written to")
-                                 : QStringLiteral("the folder cannot be created");
-        prompts.msgBox(
-            QString::fromLatin1(FolderUnusableMessage).arg(QDir::toNativeSeparators(folder), why),
-            MsgStyle::Exclamation);
+        sayUnusable(folder,
+            made ? QStringLiteral("the folder may not be written to")
+                 : QStringLiteral("the folder cannot be created"),
+            prompts);
         return false;
     }
     const QDir dir(folder);

@@ -43,6 +43,13 @@ public:
 /// instead of the question.
 bool offerSampleCatalogue(const QString &folder, const QString &sampleCatalogue, IPrompts &prompts);
 
+/// The folder named by TARNWICK_APP_DIR, looked for before anything is read from it. A folder
+/// that is not there (a network drive or a USB stick not connected, a mistyped name) is said
+/// at once instead of starting with an empty catalogue: the user connects it and looks again
+/// (Retry), has it made and starts empty (Ignore), or closes the program (Abort). Returns false
+/// for Abort. A folder that cannot be made is said as for the per-user folder.
+bool findNamedFolder(const QString &folder, IPrompts &prompts);
+
 /// The question of the first start.
 inline constexpr const char *FirstStartQuestion =
     "This is the first start of Tarnwick in this folder:\n%1\n\nStart with the sample catalogue "
@@ -53,6 +60,12 @@ inline constexpr const char *FolderUnusableMessage =
     "Tarnwick cannot keep its files in its folder:\n%1\n(%2)\n\nThe catalogue and the quotes "
     "cannot be saved in this session. Ask your administrator for the right to write there or "
     "for another folder (see \"Where your data lives\" in the help).";
+/// Asked when the folder named by TARNWICK_APP_DIR is not there.
+inline constexpr const char *FolderMissingQuestion =
+    "Tarnwick's folder cannot be found:\n%1\n\nIt holds the catalogue and the quotes. If it is "
+    "on a drive that is not connected now (a network drive, a USB stick), connect it and press "
+    "Retry.\n\nRetry: look for the folder again.\nIgnore: create the folder and start with an "
+    "empty catalogue.\nAbort: close Tarnwick.";
 /// Shown when the sample catalogue cannot be copied.
 inline constexpr const char *SampleMissingMessage =
     "The sample catalogue could not be copied from\n%1\nTarnwick starts with an empty catalogue.";

@@ -173,5 +173,72 @@ TEST_F(FirstStartTest, AFolderThatCannotBeMadeIsSaidInsteadOfTheQuestion)
     EXPECT_EQ(prompts.shown()[0].style, MsgStyle::Exclamation);
 }
 
+// The folder named by TARNWICK_APP_DIR is looked for before the start reads anything from it.
+class NamedFolderTest : public ::testing::Test
+{
+protected:
+    QString folder() const { return QDir(home.path()).filePath(QStringLiteral("share/Tarnwick")); }
+    QTemporaryDir home;
+    FakePrompts prompts;
+};
+
+TEST_F(NamedFolderTest, AFolderThatIsThereAsksNothing)
+{
+    ASSERT_TRUE(QDir().mkpath(folder()));
+    EXPECT_TRUE(findNamedFolder(folder(), prompts));
+    EXPECT_TRUE(prompts.shown().empty());
+}
+
+TEST_F(NamedFolderTest, RetryLooksAgainOnceTheDriveIsConnected)
+{
+    prompts.answerMessage(MsgResult::Retry); // not there yet
+    prompts.answerMessage(MsgResult::Retry);
+    int shown = 0;
+    prompts.whileShown([&] {
+        if (++shown == 2)
+            QDir().mkpath(folder()); // the drive is connected while the second box is up
+    });
+    EXPECT_TRUE(findNamedFolder(folder(), prompts));
+    ASSERT_EQ(prompts.shown().size(), 2U);
+    EXPECT_EQ(prompts.shown()[0].text,
+        QStringLiteral("Tarnwick's folder cannot be found:\n%1\n\nIt holds the catalogue and the "
+                       "quotes. If it is on a drive that is not connected now (a network drive, "
+                       "a USB stick), connect it and press Retry.\n\nRetry: look for the folder "
+                       "again.\nIgnore: create the folder and start with an empty catalogue."
+                       "\nAbort: close Tarnwick.")
+            .arg(QDir::toNativeSeparators(folder())));
+    EXPECT_EQ(prompts.shown()[0].style,
+        MsgStyle::AbortRetryIgnore | MsgStyle::Exclamation | MsgStyle::DefaultButton2);
+    EXPECT_EQ(QDir(folder()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
+}
+
+TEST_F(NamedFolderTest, IgnoreCreatesTheFolder)
+{
+    prompts.answerMessage(MsgResult::Ignore);
+    EXPECT_TRUE(findNamedFolder(folder(), prompts));
+    EXPECT_TRUE(QFileInfo(folder()).isDir());
+    EXPECT_EQ(prompts.shown().size(), 1U);
+}
+
+TEST_F(NamedFolderTest, AbortClosesWithoutCreatingAnything)
+{
+    prompts.answerMessage(MsgResult::Abort);
+    EXPECT_FALSE(findNamedFolder(folder(), prompts));
+    EXPECT_FALSE(QFileInfo::exists(QDir(home.path()).filePath(QStringLiteral("share"))));
+}
+
+TEST_F(NamedFolderTest, AFolderThatCannotBeCreatedIsSaid)
+{
+    QFile blocker(QDir(home.path()).filePath(QStringLiteral("share")));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    prompts.answerMessage(MsgResult::Ignore);
+    EXPECT_TRUE(findNamedFolder(folder(), prompts)) << "the start goes on, as it says";
+    ASSERT_EQ(prompts.shown().size(), 2U);
+    EXPECT_TRUE(prompts.shown()[1].text.startsWith(
+        QStringLiteral("Tarnwick cannot keep its files in its folder:\n")));
+    EXPECT_TRUE(prompts.shown()[1].text.contains(QStringLiteral("the folder cannot be created")));
+}
+
 } // namespace
 } // namespace tarnwick

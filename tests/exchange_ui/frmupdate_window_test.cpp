@@ -4,17 +4,22 @@
 
 #include "exchange/columnmapping.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QKeySequence>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopeGuard>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <set>
 
 using namespace tarnwick;
@@ -262,6 +267,56 @@ TEST_F(FrmUpdateTest, EscapeAndCancelUnloadTheWindow)
     EXPECT_EQ(unloads, 2);
     EXPECT_EQ(catalogueChanges, 0);
     EXPECT_EQ(catalogue.rowCount(), 1);
+}
+
+// A font half as big again (a 144 dpi desktop) on a 1280×800 screen: the window still fits,
+// its buttons and actions stay in view, and the mapping scrolls, following the keyboard.
+TEST_F(FrmUpdateTest, WithALargeFontTheMappingScrollsAndTheButtonsStayOnTheScreen)
+{
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSizeF(usual.pointSizeF() * 1.5);
+    QApplication::setFont(large);
+    const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
+    FrmUpdate &update = open(workbook("sample.xlsx"));
+    const QScreen *screen = update.screen();
+    ASSERT_NE(screen, nullptr);
+    const int titleBar = update.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &update);
+    const QSize room = screen->availableGeometry().size() - QSize(0, titleBar);
+    auto *area = update.findChild<QScrollArea *>(QStringLiteral("MappingArea"));
+    ASSERT_NE(area, nullptr);
+    const QSize least = area->widget()->minimumSizeHint();
+    ASSERT_TRUE(least.width() > area->viewport()->width() || least.height() > room.height())
+        << "with this font the mapping alone needs more room than the window has: " << least.width()
+        << "x" << least.height();
+    EXPECT_LE(update.width(), room.width());
+    EXPECT_LE(update.height(), room.height());
+    const QRect inside = update.rect();
+    for (const char *name :
+        { "OptAdd", "OptUpdate", "ChkIgnore", "CmdOK", "CmdCancel", "CmdHelp" }) {
+        const auto *control = update.findChild<QWidget *>(QString::fromLatin1(name));
+        ASSERT_NE(control, nullptr) << name;
+        const QRect place(control->mapTo(&update, QPoint(0, 0)), control->size());
+        EXPECT_TRUE(inside.contains(place)) << name;
+    }
+    EXPECT_GT(area->horizontalScrollBar()->maximum() + area->verticalScrollBar()->maximum(), 0);
+    // Tab through the lists to the sample rows: each control it reaches is brought into view.
+    update.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&update));
+    list(0)->setFocus();
+    const QRect view = area->viewport()->rect();
+    for (int step = 0; step < 20 && !update.findChild<QWidget *>("GrdSample")->hasFocus(); ++step) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        const QWidget *focused = QApplication::focusWidget();
+        const QRect place(focused->mapTo(area->viewport(), QPoint(0, 0)), focused->size());
+        // Whole, or as much of it as the view can show (the sample grid is as wide as the
+        // mapping).
+        const QRect shown = place.intersected(view);
+        EXPECT_EQ(shown.height(), place.height()) << focused->objectName().toStdString();
+        EXPECT_EQ(shown.width(), std::min(place.width(), view.width()))
+            << focused->objectName().toStdString();
+    }
+    EXPECT_TRUE(update.findChild<QWidget *>("GrdSample")->hasFocus());
 }
 
 TEST_F(FrmUpdateTest, TheWindowFitsItsScreenWithTheActionsAndButtonsOnIt)

@@ -16,9 +16,11 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStyle>
 #include <QTableWidget>
 #include <QTimer>
@@ -92,17 +94,30 @@ void FrmUpdate::Form_Load()
 }
 
 /// The first size: the sample grid at its full height where the screen's free area (less a
-/// title bar) has room for it, else shorter, so the actions and buttons stay on the screen.
+/// title bar) has room for it, else shorter, so the actions and buttons
+/// stay on the screen; where even the shortest grid does not fit (a large font on a small
+/// screen), the mapping scrolls beside them.
 void FrmUpdate::fitToScreen()
 {
     const QWidget *owner = parentWidget() != nullptr ? parentWidget() : this;
     const QScreen *screen = owner->screen();
+    // The mapping's hint has changed with the sheet's columns, which its scroll area does not
+    // pass on by itself.
+    m_ui.MappingArea->updateGeometry();
+    layout()->activate();
     QSize size = sizeHint();
     const QTableWidget *grid = m_ui.GrdSample;
     size.rheight() += std::max(0, grid->maximumHeight() - grid->sizeHint().height());
     if (screen != nullptr) {
         const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
-        size.setHeight(std::min(size.height(), screen->availableGeometry().height() - titleBar));
+        const QSize room = screen->availableGeometry().size() - QSize(0, titleBar);
+        // A scroll bar the mapping needs in one direction takes its room from the other.
+        const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+        if (size.width() > room.width())
+            size.rheight() += bar;
+        if (size.height() > room.height())
+            size.rwidth() += bar;
+        size = size.boundedTo(room);
     }
     resize(size.expandedTo(minimumSizeHint()));
 }

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QTableWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -33,8 +34,25 @@ constexpr int DiscountLists[][2] = { { 2, 4 }, { 5, 8 }, { 9, 10 }, { 11, 12 }, 
 
 /// Wide enough for an entry such as "Col 12-  Price Point 3".
 constexpr int ListCharacters = 22;
+/// Where the screen has no room for that (a large font on a small screen), a list may narrow
+/// to this; its open list still shows every entry whole.
+constexpr int ShortestListCharacters = 12;
 /// The sample grid shows this many rows without scrolling.
 constexpr int SampleRows = 5;
+
+/// A scroll area that asks for the whole of its contents: the window decides how much of it the
+/// screen has room for (QScrollArea's own hint stops at a fixed number of text lines).
+class ContentsScrollArea : public QScrollArea
+{
+public:
+    using QScrollArea::QScrollArea;
+    QSize sizeHint() const override
+    {
+        const int frame = 2 * frameWidth();
+        return widget() != nullptr ? widget()->sizeHint() + QSize(frame, frame)
+                                   : QScrollArea::sizeHint();
+    }
+};
 
 /// Gives a control its control name as object name and accessible description.
 template <typename W> W *named(W *widget, const QString &name)
@@ -96,8 +114,17 @@ void FrmUpdateUi::setupUi(QDialog *window)
     buttons->addWidget(ChkIgnore);
     buttons->addWidget(createActionsFrame(window));
     buttons->addStretch();
+    auto *mapping = new QWidget;
+    mapping->setObjectName(QStringLiteral("Mapping"));
+    mapping->setLayout(fields);
+    fields->setContentsMargins(0, 0, 0, 0);
+    MappingArea = new ContentsScrollArea(window);
+    MappingArea->setObjectName(QStringLiteral("MappingArea"));
+    MappingArea->setFrameShape(QFrame::NoFrame);
+    MappingArea->setWidgetResizable(true);
+    MappingArea->setWidget(mapping);
     auto *body = new QHBoxLayout;
-    body->addLayout(fields, 1);
+    body->addWidget(MappingArea, 1);
     body->addLayout(buttons);
     auto *layout = new QVBoxLayout(window);
     layout->addWidget(Label1);
@@ -110,6 +137,8 @@ void FrmUpdateUi::createLists(QDialog *window)
     for (int index = 0; index < ColumnMapping::ListCount; ++index) {
         auto *list = named(new QComboBox(window), fieldListName(index));
         list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        list->setMinimumContentsLength(ShortestListCharacters);
+        list->setMinimumWidth(list->minimumSizeHint().width());
         list->setMinimumContentsLength(ListCharacters);
         auto *label = named(new QLabel(QString::fromLatin1(FieldLabels[index]), window),
             QStringLiteral("LblField(%1)").arg(index));

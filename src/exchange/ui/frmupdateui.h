@@ -11,6 +11,7 @@ class QGroupBox;
 class QLabel;
 class QPushButton;
 class QRadioButton;
+class QScrollArea;
 class QTableWidget;
 class QTimer;
 
@@ -40,6 +41,9 @@ struct FrmUpdateUi
     QPushButton *CmdLast = nullptr;
     QLabel *LblSample = nullptr;
     QTableWidget *GrdSample = nullptr;
+    /// The frames, mapping helpers and sample rows: they scroll where a large font makes them
+    /// bigger than the screen, while the buttons and actions beside them stay in view.
+    QScrollArea *MappingArea = nullptr;
     QPushButton *CmdOK = nullptr;
     QPushButton *CmdCancel = nullptr;
     QPushButton *CmdHelp = nullptr;

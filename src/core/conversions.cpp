@@ -124,8 +124,18 @@ bool stripMarks(QString &text, const QLocale &locale, bool &negative)
     return true;
 }
 
+/// True when body begins with a group of "0" ("0.125" where "." groups thousands): no one
+/// groups digits that way, so such a text is a decimal written with the other mark.
+bool startsWithZeroGroup(const QString &body, const QLocale &locale)
+{
+    const QString group = locale.groupSeparator();
+    return !group.isEmpty() && body.size() > group.size() && body.front() == QLatin1Char('0')
+        && QStringView(body).mid(1).startsWith(group);
+}
+
 /// The bare number: the locale's form with group separators, else the C locale's form
-/// without them (so "12.5" is still read in a locale that writes "12,5").
+/// without them (so "12.5" is still read in a locale that writes "12,5", and "0.125" is a
+/// decimal in every locale, never 125).
 std::optional<double> parseBody(const QString &body, const QLocale &locale)
 {
     if (body.isEmpty())
@@ -134,7 +144,7 @@ std::optional<double> parseBody(const QString &body, const QLocale &locale)
     if (!first.isDigit() && !body.startsWith(locale.decimalPoint()) && first != QLatin1Char('.'))
         return std::nullopt;
     bool ok = false;
-    double value = locale.toDouble(body, &ok);
+    double value = startsWithZeroGroup(body, locale) ? 0.0 : locale.toDouble(body, &ok);
     if (!ok) {
         QLocale c = QLocale::c();
         c.setNumberOptions(QLocale::RejectGroupSeparator);
@@ -300,7 +310,13 @@ std::optional<double> cellNumber(const Cell &cell, const QLocale &locale, bool p
         if (const std::optional<double> plain = plainDecimal(view.bytes(), view.size))
             return plain;
     }
-    return parseNumber(cell.asText(), locale);
+    const QString text = cell.asText();
+    if (plainDecimals && view.encoding == TextEncoding::Utf16 && text.size() <= 15) {
+        const QByteArray ascii = text.toLatin1();
+        if (const std::optional<double> plain = plainDecimal(ascii.constData(), ascii.size()))
+            return plain;
+    }
+    return parseNumber(text, locale);
 }
 
 } // namespace tarnwick::conv

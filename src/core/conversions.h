@@ -57,9 +57,9 @@ bool readsPlainDecimals(const QLocale &locale);
 /// reads the general way.
 std::optional<double> plainDecimal(const char *bytes, qsizetype size);
 /// The number a cell holds as the locale reads it: a number as it is, a text by parseNumber
-/// (a plain decimal straight from its bytes when plainDecimals, the locale's
-/// readsPlainDecimals, says that gives the same). None for a blank cell and for a text that is
-/// no number.
+/// (a plain decimal straight from its digits when plainDecimals: the locale's
+/// readsPlainDecimals says that gives the same, or the text is known to be in the stored form).
+/// None for a blank cell and for a text that is no number.
 std::optional<double> cellNumber(const Cell &cell, const QLocale &locale, bool plainDecimals);
 /// Whether the bytes have the form plainDecimal reads, without reading the value.
 inline bool isPlainDecimal(const char *bytes, qsizetype size)

@@ -3,6 +3,7 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/conversions.h"
+#include "core/storednumber.h"
 #include "core/vberror.h"
 #include "exchange/columnmapping.h"
 #include "exchange/workbook.h"
@@ -89,8 +90,9 @@ struct ImportPlanner::RowCells
 ImportPlanner::ImportPlanner(const IWorkbook &workbook, const Table &catalogue,
     const QString &letters, bool firstRowHasHeaders, ImportAction action, const QLocale &locale)
     : m_workbook(workbook), m_catalogue(catalogue), m_letters(letters), m_locale(locale),
-      m_plainDecimals(conv::readsPlainDecimals(locale)), m_row(firstRowHasHeaders ? 2 : 1),
-      m_emptyText(QString())
+      m_plainDecimals(conv::readsPlainDecimals(locale)),
+      m_storedNumbers(workbook.numbersInStoredForm() && !m_plainDecimals),
+      m_row(firstRowHasHeaders ? 2 : 1), m_emptyText(QString())
 {
     m_plan.action = action;
     m_done = m_letters.size() != ColumnMapping::ListCount
@@ -257,7 +259,25 @@ void ImportPlanner::skip(SkipReason reason, const QString &partNumber)
 
 std::optional<double> ImportPlanner::number(const Cell &cell) const
 {
-    return conv::cellNumber(cell, m_locale, m_plainDecimals);
+    return conv::cellNumber(cell, m_locale, m_plainDecimals || m_storedNumbers);
+}
+
+Cell ImportPlanner::pointCell(Cell cell) const
+{
+    if (!m_storedNumbers || !cell.isText())
+        return cell;
+    const CellTextView view = cell.textView();
+    const QByteArray spare =
+        view.encoding == TextEncoding::Utf16 ? cell.asText().toLatin1() : QByteArray();
+    const std::optional<double> stored = view.encoding == TextEncoding::Utf16
+        ? conv::plainDecimal(spare.constData(), spare.size())
+        : conv::plainDecimal(view.bytes(), view.size);
+    if (!stored)
+        return cell;
+    const std::optional<double> local = conv::parseNumber(cell.asText(), m_locale);
+    if (local && *local == *stored)
+        return cell;
+    return Cell(stored::shortestText(*stored, m_locale));
 }
 
 Cell ImportPlanner::nameCell(Cell name)
@@ -293,6 +313,8 @@ Cell ImportPlanner::newCell(int field, RowCells &cells)
     }
     if (cell.isBlank())
         return m_emptyText;
+    if (P::isNumberField(field))
+        return pointCell(std::move(cell));
     return std::move(cell);
 }
 
@@ -312,6 +334,8 @@ std::optional<Cell> ImportPlanner::updatedCell(int field, const RowCells &cells)
         return nameCell(cell);
     if (field == P::Price)
         return Cell(float(*number(cell)));
+    if (P::isNumberField(field))
+        return pointCell(cell);
     return cell;
 }
 

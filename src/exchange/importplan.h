@@ -106,7 +106,10 @@ struct ImportPlan
 /// list price as a single-precision number when the cell is a number (else left empty), every
 /// other field as the text read. An existing product changes only in fields whose mapped cell
 /// holds something: an empty cell leaves the field as it is. Numbers count as equal by value
-/// (12.5 and "12.50" are the same list price), texts character for character.
+/// (12.5 and "12.50" are the same list price), texts character for character. A workbook whose
+/// numbers come in the stored form (IWorkbook::numbersInStoredForm) has "2.675" read as two and
+/// a bit in every locale, and such a price point kept in the form the user's locale reads as
+/// that number ("2,675" in German), as the catalogue file's are.
 class ImportPlanner
 {
 public:
@@ -145,8 +148,11 @@ private:
     Cell newCell(int field, RowCells &cells);
     /// The product name a name cell gives: cut to its first MaxNameLength characters.
     static Cell nameCell(Cell name);
-    /// A cell's number as the user's locale reads it; none for a blank or no number.
+    /// A sheet cell's number as the user's locale reads it (a stored-form number of a workbook
+    /// that writes its numbers so, as such); none for a blank or no number.
     std::optional<double> number(const Cell &cell) const;
+    /// A price point or quantity cell of the sheet as the catalogue keeps it.
+    Cell pointCell(Cell cell) const;
     /// Whether a list price can be kept as the catalogue keeps it, in single precision.
     static bool fitsPrice(double price);
     std::optional<Cell> updatedCell(int field, const RowCells &cells) const;
@@ -166,6 +172,8 @@ private:
     QString m_letters;
     QLocale m_locale;
     bool m_plainDecimals;
+    /// The sheet's numbers are in the stored form and the locale reads that form otherwise.
+    bool m_storedNumbers;
     /// Part number (its UTF-8 bytes) → catalogue row (0 for a part number planned from an
     /// earlier row). A part number is looked up for every row: as bytes it is neither decoded
     /// nor copied.

@@ -70,6 +70,10 @@ public:
     /// Ends the reading: sorts what came out of order and counts the rows that are kept.
     void finish();
 
+    /// Set by the readers of formats that keep numbers as numbers (IWorkbook::numbersInStoredForm).
+    void setNumbersInStoredForm(bool stored) { m_numbersInStoredForm = stored; }
+    bool numbersInStoredForm() const override { return m_numbersInStoredForm; }
+
     /// After finish(): the rows 1..rowCount() that hold a cell in every row.
     int rowCount() const { return m_rowCount; }
     QString cellText(int column, int row) const override;
@@ -172,6 +176,7 @@ private:
     bool m_stopped = false;
     bool m_finished = false;
     bool m_reordered = false;
+    bool m_numbersInStoredForm = false;
     int m_rowCount = 0;
     std::function<void()> m_rowComplete;
 };

@@ -81,10 +81,12 @@ SheetReadResult readSheet(QByteArrayView bytes, std::unique_ptr<SheetCells> into
 {
     std::unique_ptr<SheetCells> cells = into ? std::move(into) : std::make_unique<SheetCells>();
     if (startsWith(bytes, "PK\x03\x04") || startsWith(bytes, "PK\x05\x06")) {
+        cells->setNumbersInStoredForm(true);
         SheetReadResult zipped = readZippedSheet(bytes, *cells);
         if (zipped.errorNumber != 0)
             return zipped;
     } else if (startsWith(bytes, QByteArrayView(CompoundDocumentSignature, 8))) {
+        cells->setNumbersInStoredForm(true);
         if (!readXlsSheet(bytes, *cells))
             return sheetNotRead(WorkbookError::NotAWorkbook);
     } else if (looksLikeText(bytes)) {
@@ -127,6 +129,7 @@ namespace {
 template <typename Read> WorkbookOpenResult readOneFormat(Read &&read)
 {
     auto cells = std::make_unique<SheetCells>();
+    cells->setNumbersInStoredForm(true);
     if (!read(*cells) || cells->overflowed())
         return notAWorkbook(WorkbookError::NotAWorkbook);
     cells->finish();

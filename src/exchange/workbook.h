@@ -34,6 +34,11 @@ public:
     /// The cell's text as a catalogue cell (a text cell, empty text included). A workbook that
     /// keeps its texts in one block hands out cells that point into it, without a copy.
     virtual Cell textCell(int column, int row) const { return Cell(cellText(column, row)); }
+    /// True when every number cell arrives in the stored form (digits with "." and no grouping:
+    /// "2.675" is two and a bit in every locale), as the readers of .xlsx, .ods and .xls hand
+    /// them over; false for text a person or a program wrote in some locale's way (tab-separated
+    /// text, rows from the clipboard), which the user's locale reads.
+    virtual bool numbersInStoredForm() const { return false; }
     /// How many rows the sheet holds when the workbook knows it without counting, else 0: a
     /// reader of every row makes room for them at once.
     virtual int rowCountHint() const { return 0; }

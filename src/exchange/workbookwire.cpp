@@ -23,6 +23,8 @@ constexpr char ErrorCellTag = 'X';
 constexpr char EndTag = 'E';
 constexpr char FailureTag = 'F';
 constexpr char ResetTag = 'R';
+// The sheet's numbers come in the stored form (IWorkbook::numbersInStoredForm); a tag alone.
+constexpr char StoredNumbersTag = 'N';
 // tag, row, column, length; tag, row, column; tag, rows; tag, error number, length.
 constexpr qsizetype CellFrameHead = 1 + 4 + 1 + 4;
 constexpr qsizetype ErrorCellFrameSize = 1 + 4 + 1;
@@ -70,10 +72,10 @@ QByteArray failureFrame(int errorNumber, const QString &text)
 class WireWorkbook : public IWorkbook
 {
 public:
-    WireWorkbook(
-        QByteArray text, std::vector<quint32> starts, std::vector<quint32> errors, int rows)
+    WireWorkbook(QByteArray text, std::vector<quint32> starts, std::vector<quint32> errors,
+        int rows, bool numbersInStoredForm)
         : m_block(new CellTextBlock), m_starts(std::move(starts)), m_errors(std::move(errors)),
-          m_rows(rows)
+          m_rows(rows), m_numbersInStoredForm(numbersInStoredForm)
     {
         m_block->bytes = std::move(text);
     }
@@ -103,6 +105,7 @@ public:
         return Cell::inBlock(m_block, start, size, TextEncoding::Utf8);
     }
     int rowCountHint() const override { return m_rows; }
+    bool numbersInStoredForm() const override { return m_numbersInStoredForm; }
     void readCells(int row, std::span<const int> columns, std::span<Cell> cells,
         std::span<bool> errors) const override
     {
@@ -136,6 +139,7 @@ private:
     std::vector<quint32> m_starts;
     std::vector<quint32> m_errors;
     int m_rows;
+    bool m_numbersInStoredForm;
 };
 
 } // namespace
@@ -151,6 +155,7 @@ void writeWorkbook(
     const IWorkbook &workbook, const std::function<void(const QByteArray &)> &sink, int chunkBytes)
 {
     SheetCells cells;
+    cells.setNumbersInStoredForm(workbook.numbersInStoredForm());
     bool rowHasCell = true;
     for (int row = 1; row <= MaxRows && rowHasCell; ++row) {
         rowHasCell = false;
@@ -188,6 +193,12 @@ SheetWriter::SheetWriter(Sink sink, int chunkBytes)
 
 void SheetWriter::writeCompleteRows(const SheetCells &cells)
 {
+    // The readers say how their numbers are written before they put the first cell.
+    if (!m_formWritten) {
+        m_formWritten = true;
+        if (cells.numbersInStoredForm())
+            m_out += StoredNumbersTag;
+    }
     char number[4];
     cells.forEachCompleteCell(
         m_cursor, [&](int row, int column, bool error, std::string_view text) {
@@ -291,7 +302,7 @@ std::unique_ptr<IWorkbook> Decoder::takeWorkbook()
     m_text.truncate(m_textSize);
     m_text.squeeze();
     auto workbook = std::make_unique<WireWorkbook>(
-        std::move(m_text), std::move(m_starts), std::move(m_errors), m_rows);
+        std::move(m_text), std::move(m_starts), std::move(m_errors), m_rows, m_numbersInStoredForm);
     clearCells();
     m_state = State::Malformed;
     return workbook;
@@ -310,6 +321,9 @@ qsizetype Decoder::readFrame(QByteArrayView bytes)
         return readFailure(bytes);
     case ResetTag:
         return readReset();
+    case StoredNumbersTag:
+        m_numbersInStoredForm = true;
+        return 1;
     default:
         return -1;
     }

@@ -23,7 +23,8 @@ constexpr int MaxCellBytes = int(SheetCells::MaxCellBytes);
 /// The longest error text that travels.
 constexpr int MaxErrorBytes = 4096;
 
-/// Writes the worksheet as the reader process hands it over: a header, then each cell the
+/// Writes the worksheet as the reader process hands it over: a header, whether its numbers are
+/// in the stored form (IWorkbook::numbersInStoredForm), then each cell the
 /// reader kept (columns A to R, down to the first row that is empty in all of them: the import
 /// stops at an empty part number, whichever column holds it, so no row after that one is ever
 /// read) as (row, column, text), or (row, column) for an error cell, row after row, then the
@@ -68,6 +69,7 @@ private:
     /// cells cost no more than their bytes.
     std::string m_out;
     SheetCells::RowCursor m_cursor;
+    bool m_formWritten = false;
 };
 
 /// Reads what the reader process writes, piece by piece as it arrives. Every kind of input is
@@ -134,6 +136,7 @@ private:
     /// The indexes (as in m_starts) of the error cells, in order.
     std::vector<quint32> m_errors;
     int m_rows = 0;
+    bool m_numbersInStoredForm = false;
     /// Bytes of the stream read in earlier calls of feed(), and where the frame being read
     /// starts in the stream.
     qint64 m_consumed = 0;

@@ -51,6 +51,21 @@ TEST(ToDoubleTest, TextIsParsedInTheLocale)
     EXPECT_EQ(conv::toDouble(Cell("1.234,5"), deDE()), 1234.5);
 }
 
+// No one groups thousands behind a lone 0: "0.125" in German and "0,125" in English are the
+// decimal written with the other mark, never 125.
+TEST(ToDoubleTest, ALeadingZeroIsNeverAGroupOfThousands)
+{
+    EXPECT_EQ(conv::toDouble(Cell("0.125"), deDE()), 0.125);
+    EXPECT_EQ(conv::toDouble(Cell("-0.125"), deDE()), -0.125);
+    EXPECT_EQ(conv::toDouble(Cell("0,125 €"), deDE()), 0.125);
+    EXPECT_EQ(conv::toDouble(Cell("2.675"), deDE()), 2675.0) << "a true group stays one";
+    EXPECT_EQ(conv::toDouble(Cell("1,234"), enUS()), 1234.0);
+    EXPECT_EQ(errorNumberOf([] { toDouble(Cell("0,125")); }), ErrorNumber::TypeMismatch)
+        << "not read as 125 in English";
+    EXPECT_EQ(conv::toDouble(Cell("0.125"), enUS()), 0.125);
+    EXPECT_EQ(conv::toDouble(Cell("0"), deDE()), 0.0);
+}
+
 TEST(ToDoubleTest, TextThatIsNoNumberIsATypeMismatch)
 {
     EXPECT_EQ(errorNumberOf([] { toDouble(Cell("abc")); }), ErrorNumber::TypeMismatch);

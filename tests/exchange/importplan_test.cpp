@@ -450,3 +450,76 @@ TEST(WorkbookCells, ARowReadAtOnceIsTheSameAsItsCellsReadOneByOne)
         }
     }
 }
+
+namespace {
+
+/// Part number A, name B, list price C, first price point D, its price E.
+QString decimalsLetters()
+{
+    std::array<int, CM::ListCount> positions;
+    positions.fill(0);
+    positions[0] = 0;
+    positions[1] = 1;
+    positions[3] = 3;
+    positions[2] = 4;
+    positions[4] = 5;
+    return CM::columnLetters(positions);
+}
+
+ImportPlan planNewProducts(const IWorkbook &workbook, const QLocale &locale)
+{
+    const Table catalogue { 1, P::FieldCount };
+    ImportPlanner planner(
+        workbook, catalogue, decimalsLetters(), true, ImportAction::AddNew, locale);
+    planner.runAll();
+    return planner.takePlan();
+}
+
+} // namespace
+
+// A number cell of a workbook is the same number in every locale: in German "2.675" from the
+// cell 2.675 is not two thousand six hundred and seventy-five, and a price point keeps it in
+// the form German reads as that number, as the catalogue file's price points are kept.
+TEST(ImportPlanLocale, AWorkbooksNumbersMeanTheSameInGerman)
+{
+    for (const char *name : { "decimals.xlsx", "decimals.ods", "decimals.xls" }) {
+        SCOPED_TRACE(name);
+        WorkbookOpenResult read = openWorkbook(test::dataFile(QString::fromLatin1(name)));
+        ASSERT_NE(read.workbook, nullptr);
+        EXPECT_TRUE(read.workbook->numbersInStoredForm());
+        auto *cells = dynamic_cast<const SheetCells *>(read.workbook.get());
+        ASSERT_NE(cells, nullptr);
+        const std::unique_ptr<IWorkbook> wire = throughTheWire(*cells);
+        ASSERT_NE(wire, nullptr);
+        EXPECT_TRUE(wire->numbersInStoredForm()) << "said by the reader process too";
+        for (const IWorkbook *workbook : { read.workbook.get(), wire.get() }) {
+            const ImportPlan german = planNewProducts(*workbook, test::DeDe);
+            ASSERT_EQ(german.addedCount(), 2);
+            EXPECT_EQ(german.addedProduct(0)[P::Price - 1], Cell(0.125f));
+            EXPECT_EQ(german.addedProduct(0)[P::PricePoint1 - 1], Cell("1000"));
+            EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2,675"));
+            EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(1234.5f));
+            EXPECT_EQ(german.addedProduct(1)[P::Price1 - 1], Cell("14.46"))
+                << "a form German reads as the same number stays as it is";
+            const ImportPlan english = planNewProducts(*workbook, EnUs);
+            ASSERT_EQ(english.addedCount(), 2);
+            EXPECT_EQ(english.addedProduct(0)[P::Price - 1], Cell(0.125f));
+            EXPECT_EQ(english.addedProduct(0)[P::Price1 - 1], Cell("2.675"));
+        }
+    }
+}
+
+// Tab-separated text is written in some locale's way, and the user's locale reads it: in
+// German "2.675" there is 2,675 thousand. A leading "0." is never a group of thousands.
+TEST(ImportPlanLocale, TabSeparatedTextIsReadAsTheUsersLocaleWritesNumbers)
+{
+    QFile file(test::dataFile(QStringLiteral("decimals.txt")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const TextWorkbook text(file.readAll());
+    EXPECT_FALSE(text.numbersInStoredForm());
+    const ImportPlan german = planNewProducts(text, test::DeDe);
+    ASSERT_EQ(german.addedCount(), 2);
+    EXPECT_EQ(german.addedProduct(0)[P::Price - 1], Cell(0.125f));
+    EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2.675"));
+    EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(1234.5f));
+}

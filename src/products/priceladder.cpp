@@ -4,6 +4,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "core/storednumber.h"
 #include "core/vberror.h"
 #include "products/priceschedule.h"
 
@@ -129,6 +130,33 @@ void checkQuantities(const Points &points, const QLocale &locale,
     }
 }
 
+/// A price with part of a cent (0.125) is shown to the cent in a quote and its document, while
+/// every amount is worked out from the whole price: 30 at $0.12 come to $3.75 there. Said
+/// with the break's own quantity, or 100 units where that quantity shows no difference.
+void checkFractionOfCent(
+    const Used &point, const QLocale &locale, std::vector<LadderProblem> &problems)
+{
+    const double charged = double(*point.charged);
+    const double cents = charged * 100.0;
+    if (!(std::fabs(cents) < 1e13)
+        || std::fabs(cents - std::round(cents)) <= 1e-6 * std::max(1.0, std::fabs(cents)))
+        return;
+    const QString shown = money(charged, locale);
+    const double shownAmount = conv::round(charged, 2); // as the Currency format shows it
+    double quantity = std::max(1.0, double(point.threshold));
+    if (money(quantity * charged, locale) == money(quantity * shownAmount, locale))
+        quantity = 100.0;
+    QString text = QStringLiteral("Price %1 (%2) holds part of a cent: a quote shows %3 a unit "
+                                  "and works out its amounts from %2.")
+                       .arg(point.point)
+                       .arg(stored::shortestText(charged, locale), shown);
+    if (money(quantity * charged, locale) != money(quantity * shownAmount, locale)) {
+        text += QStringLiteral(" %1 cost %2, not %1 \u00d7 %3.")
+                    .arg(quantityText(quantity, locale), money(quantity * charged, locale), shown);
+    }
+    problems.push_back({ LadderProblem::Kind::FractionOfCent, point.point, 2, text });
+}
+
 /// The prices: each used point has one, none above the list price, none above the price of a
 /// lower quantity.
 void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLocale &locale,
@@ -154,16 +182,20 @@ void checkPrices(const std::vector<Used> &used, const Cell &listPrice, const QLo
         }
         // A quote keeps a price as a single: about seven digits, so $999,999.99 becomes
         // $1,000,000.00, and 0.215 shows as $0.22 where this schedule shows $0.21.
+        bool shownOtherwise = false;
         if (point.charged && mayShowOtherwise(*point.price, double(*point.charged))) {
             const QString shown = money(*point.price, locale);
             const QString quoted = money(double(*point.charged), locale);
             if (shown != quoted) {
+                shownOtherwise = true;
                 problems.push_back({ LadderProblem::Kind::ShownOtherwise, point.point, 2,
                     QStringLiteral("Price %1 (%2) shows as %3 in a quote.")
                         .arg(point.point)
                         .arg(shown, quoted) });
             }
         }
+        if (point.charged && !shownOtherwise)
+            checkFractionOfCent(point, locale, problems);
         // A break from the first unit charges its price for every quantity typed: a list price
         // above it (a new one typed, say, with the old one left in the first price point) is
         // charged only by a line just added, until its quantity is typed.

@@ -24,6 +24,7 @@ struct LadderProblem
         BelowZero, ///< a break price below zero
         ShownOtherwise, ///< a break price a quote shows as another amount (read as a single)
         ListPriceUnused, ///< a break from the first unit below the list price: it is never charged
+        FractionOfCent, ///< a break price with part of a cent, which a quote shows without it
     };
 
     Kind kind = Kind::NotAbovePrevious;

@@ -10,6 +10,7 @@ using namespace tarnwick;
 
 namespace {
 
+using tarnwick::test::DeDe;
 using tarnwick::test::EnUs;
 
 using Kind = LadderProblem::Kind;
@@ -131,28 +132,57 @@ TEST(PriceLadderTest, APriceBelowZeroIsFoundAndAmountsShowTheirSign)
     const Table catalogue = product("-5", { { "1", "1" }, { "10", "-0.004" }, { "20", "-1" } });
     const auto problems = PriceLadder::checkProduct(catalogue, 1, EnUs);
     ASSERT_EQ(kindsOf(problems),
-        (std::vector<Kind> {
-            Kind::AboveListPrice, Kind::AboveListPrice, Kind::BelowZero, Kind::AboveListPrice }));
+        (std::vector<Kind> { Kind::AboveListPrice, Kind::FractionOfCent, Kind::AboveListPrice,
+            Kind::BelowZero, Kind::AboveListPrice }));
     EXPECT_EQ(problems[0].text, QStringLiteral("Price 1 ($1.00) is above the list price (-$5.00)."))
         << "one pair of brackets";
-    EXPECT_EQ(problems[1].text, QStringLiteral("Price 2 ($0.00) is above the list price (-$5.00)."))
+    EXPECT_EQ(problems[2].text, QStringLiteral("Price 2 ($0.00) is above the list price (-$5.00)."))
         << "less than a cent below zero is no amount below zero";
-    EXPECT_EQ(problems[2].text, QStringLiteral("Price 3 (-$1.00) is below zero."));
+    EXPECT_EQ(problems[3].text, QStringLiteral("Price 3 (-$1.00) is below zero."));
 }
 
 TEST(PriceLadderTest, ABreakPriceAQuoteShowsAsAnotherAmountIsFound)
 {
     // A quote reads a break price as a single: 0.215 shows as $0.22 there (here $0.21), and a
-    // single has no cents left for $999,999.99. 2.5 and 0.125 are kept exactly.
+    // single has no cents left for $999,999.99. 2.5 and 0.125 are kept exactly (0.125 is a
+    // price with part of a cent, said apart).
     const Table catalogue = product("2000000",
         { { "10", "2.5" }, { "20", "0.215" }, { "30", "0.125" }, { "40", "999999.99" } });
     const auto problems = PriceLadder::checkProduct(catalogue, 1, EnUs);
     ASSERT_EQ(kindsOf(problems),
-        (std::vector<Kind> { Kind::ShownOtherwise, Kind::ShownOtherwise, Kind::CostsMore }));
+        (std::vector<Kind> {
+            Kind::ShownOtherwise, Kind::FractionOfCent, Kind::ShownOtherwise, Kind::CostsMore }));
     EXPECT_EQ(problems[0].text, QStringLiteral("Price 2 ($0.21) shows as $0.22 in a quote."));
-    EXPECT_EQ(problems[1].text,
+    EXPECT_EQ(problems[2].text,
         QStringLiteral("Price 4 ($999,999.99) shows as $1,000,000.00 in a quote."));
     EXPECT_EQ(problems[0].column, 2);
+}
+
+// A quote shows a unit price to the cent and works out its amounts from the whole price: a
+// break price with part of a cent gives a document whose lines do not multiply out.
+TEST(PriceLadderTest, ABreakPriceWithPartOfACentIsSaidWithWhatItCosts)
+{
+    // As the catalogue keeps them in German (price points in the form German reads).
+    const Table german = product("89,5", { { "2", "70" }, { "25", "78,125" } });
+    const auto problems = PriceLadder::checkProduct(german, 1, DeDe);
+    ASSERT_EQ(kindsOf(problems), (std::vector<Kind> { Kind::FractionOfCent, Kind::CostsMore }));
+    EXPECT_EQ(problems[0].text,
+        QStringLiteral(
+            "Price 2 (78,125) holds part of a cent: a quote shows 78,12\u00a0\u20ac a unit "
+            "and works out its amounts from 78,125. 25 cost 1.953,12\u00a0\u20ac, not 25 "
+            "\u00d7 78,12\u00a0\u20ac."));
+    EXPECT_EQ(problems[0].column, 2);
+    // From one unit the difference shows at a hundred.
+    const Table washers = product("0.125", { { "1", "0.125" } });
+    const auto single = PriceLadder::checkProduct(washers, 1, EnUs);
+    ASSERT_EQ(kindsOf(single), (std::vector<Kind> { Kind::FractionOfCent }));
+    EXPECT_EQ(single[0].text,
+        QStringLiteral("Price 1 (0.125) holds part of a cent: a quote shows $0.12 a unit and "
+                       "works out its amounts from 0.125. 100 cost $12.50, not 100 \u00d7 $0.12."));
+    // Whole cents, also those a single keeps only nearly (12.85), are no such price.
+    EXPECT_TRUE(
+        PriceLadder::checkProduct(product("20", { { "10", "12.85" }, { "20", "11.9" } }), 1, EnUs)
+            .empty());
 }
 
 TEST(PriceLadderTest, AThresholdSetPriceCannotReadAndAMissingPriceAreFound)

@@ -131,4 +131,17 @@ QString formatPriceBox(const QString &text, const QLocale &locale)
     return format(Cell(stored::asTyped(text, locale)), QStringLiteral("currency"), locale);
 }
 
+QString listPriceNotice(const Cell &price, const QLocale &locale)
+{
+    if (price.isBlank() || price.isNumber() || !price.isText() || conv::isNumeric(price, locale))
+        return QString();
+    const QString text = price.asText();
+    if (text.trimmed().isEmpty())
+        return QString();
+    return QStringLiteral("The list price \"%1\" is no number: a quote charges %2 for this "
+                          "product until it is one, such as %3.")
+        .arg(text, format(Cell(0.0), QStringLiteral("currency"), locale),
+            locale.toString(12.5, 'f', 2));
+}
+
 } // namespace tarnwick::PriceSchedule

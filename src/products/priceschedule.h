@@ -54,6 +54,10 @@ QString creatdiscs(const Table &catalogue, int row, const QLocale &locale);
 /// a text that is no number stays as it is.
 QString formatPriceBox(const QString &text, const QLocale &locale);
 
+/// What the status bar says of a list price that is no number, which a quote charges as
+/// nothing (one typed as "1 234,56" or "n/a"); empty for a number or an empty price.
+QString listPriceNotice(const Cell &price, const QLocale &locale);
+
 } // namespace PriceSchedule
 
 } // namespace tarnwick

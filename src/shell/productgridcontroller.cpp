@@ -258,9 +258,10 @@ bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
         const bool left = reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
         if (watched == m_ui.TxtPrice)
             TxtPrice_LostFocus();
-        if (left && watched == m_ui.TxtPrice)
+        if (left && watched == m_ui.TxtPrice) {
             storeSideBox(ProductRecord::Price);
-        else if (left && watched == m_ui.Txtincludes)
+            sayIfNoPrice(Cell(m_ui.TxtPrice->text()));
+        } else if (left && watched == m_ui.Txtincludes)
             storeSideBox(ProductRecord::Includes);
         else if (left && watched == m_ui.Txtnotes)
             storeSideBox(ProductRecord::Notes);

@@ -112,6 +112,8 @@ private:
     /// News about the product shown (the schedule's problems, a part number another product
     /// has) in the status bar, the whole of it as the tool tip; it goes when another row shows.
     void showRowStatus(const QString &text);
+    /// Says in the status bar when a list price is no number (PriceSchedule::listPriceNotice).
+    void sayIfNoPrice(const Cell &price);
     /// Takes those words away when the status bar still shows them.
     void clearRowStatus();
     /// A side box was left: its text is stored in the product it shows.

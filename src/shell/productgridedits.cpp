@@ -143,7 +143,17 @@ bool ProductGridController::gridCellTyped(int row, int field, const Cell &value)
         if (!said.isEmpty())
             showRowStatus(said);
     }
+    if (taken && field == ProductRecord::Price)
+        sayIfNoPrice(m_module.Catalogue().get(row, field));
     return taken;
+}
+
+void ProductGridController::sayIfNoPrice(const Cell &price)
+{
+    // Kept as typed, as the catalogue keeps any text; but a quote would charge nothing for it.
+    const QString said = PriceSchedule::listPriceNotice(price, m_module.locale());
+    if (!said.isEmpty())
+        showRowStatus(said);
 }
 
 bool ProductGridController::scheduleCellTyped(int row, int column, const Cell &value)

@@ -10,6 +10,7 @@ using namespace tarnwick;
 
 namespace {
 
+using tarnwick::test::DeDe;
 using tarnwick::test::EnUs;
 
 /// A catalogue of three products; the price points of "A-100" are set per test.
@@ -229,6 +230,20 @@ TEST(PriceScheduleTest, ThePriceBoxShowsCurrencyWhenItLosesTheFocus)
     // A comma decimal reads as the catalogue file will read it after the next start.
     EXPECT_EQ(PriceSchedule::formatPriceBox("12,5", EnUs), QStringLiteral("$12.50"));
     EXPECT_EQ(PriceSchedule::formatPriceBox("", EnUs), QString());
+}
+
+// A list price kept as a text that is no number is charged as nothing: the status bar says so.
+TEST(PriceScheduleTest, AListPriceThatIsNoNumberIsSaid)
+{
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell("1 234,56"), DeDe),
+        QStringLiteral("The list price \"1 234,56\" is no number: a quote charges 0,00\u00a0\u20ac "
+                       "for this product until it is one, such as 12,50."));
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell("call us"), EnUs),
+        QStringLiteral("The list price \"call us\" is no number: a quote charges $0.00 for this "
+                       "product until it is one, such as 12.50."));
+    for (const Cell &fine : { Cell("$12.50"), Cell(12.5f), Cell(), Cell(""), Cell("  ") })
+        EXPECT_EQ(PriceSchedule::listPriceNotice(fine, EnUs), QString());
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell("1.234,56 \u20ac"), DeDe), QString());
 }
 
 } // namespace

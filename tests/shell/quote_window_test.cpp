@@ -231,9 +231,14 @@ TEST_F(QuoteWindowTest, LeavingThePriceBoxFormatsItsTextAsCurrency)
     QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
     QApplication::sendEvent(price, &out);
     EXPECT_EQ(price->text(), QStringLiteral("$1,234.50"));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString());
     price->setText(QStringLiteral("ask"));
     QApplication::sendEvent(price, &out);
     EXPECT_EQ(price->text(), QStringLiteral("ask"));
+    // Kept as typed, and said: a quote would charge nothing for it.
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("The list price \"ask\" is no number: a quote charges $0.00 for this "
+                       "product until it is one, such as 12.50."));
 }
 
 } // namespace

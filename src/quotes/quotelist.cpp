@@ -4,6 +4,7 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/errortrap.h"
+#include "core/formats.h"
 #include "products/priceschedule.h"
 #include "quotes/quoteline.h"
 
@@ -53,6 +54,22 @@ AddLineResult addProduct(
 /// (an unknown part number, a price point without its price), and so does a quantity that does
 /// not (the cell then keeps what was typed). Edits of the part number or the product name
 /// change no price.
+QString typedNotice(int column, const QString &text, const QLocale &locale)
+{
+    if ((column != QuoteGridColumn::Price && column != QuoteGridColumn::Quantity)
+        || text.trimmed().isEmpty() || conv::isNumeric(Cell(text), locale))
+        return QString();
+    const QString nothing = format(Cell(0.0), QStringLiteral("currency"), locale);
+    if (column == QuoteGridColumn::Quantity) {
+        return QStringLiteral("The quantity \"%1\" is no number: the line is charged %2 until "
+                              "a whole number is typed.")
+            .arg(text, nothing);
+    }
+    return QStringLiteral("The price \"%1\" is no number: the line is charged %2 until a price "
+                          "is typed.")
+        .arg(text, nothing);
+}
+
 void repriceLine(
     Table &quote, const Table &catalogue, int row, int changedColumn, const QLocale &locale)
 {

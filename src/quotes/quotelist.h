@@ -52,6 +52,11 @@ AddLineResult addProduct(
 void repriceLine(
     Table &quote, const Table &catalogue, int row, int changedColumn, const QLocale &locale);
 
+/// What the status bar says of a unit price or quantity typed into quote grid column column
+/// that is no number, which the line's re-pricing counts as 0 (the cell keeps what was
+/// typed); empty for anything else.
+QString typedNotice(int column, const QString &text, const QLocale &locale);
+
 /// "Remove Product": deletes quote row (1-based); the lines after it move up and the quote
 /// keeps its 250 rows. False when row is outside the table.
 bool removeLine(Table &quote, int row);

@@ -52,8 +52,13 @@ void QuoteController::bind()
         new QuoteGridModel(m_module.QuoteTable(), m_module.Catalogue(), m_module.locale(), this);
     m_model->setCellWriter([this](int row, int column, const QString &text) {
         const QuoteView before = currentView();
-        return QuoteEdits::setCell(
+        const bool taken = QuoteEdits::setCell(
             m_history, { row, column, before.totalsCleared }, row, column, text);
+        // Kept as typed, but charged as nothing: said at once.
+        if (const QString said = QuoteList::typedNotice(column, text, m_module.locale());
+            taken && !said.isEmpty())
+            m_ui.sbPanel1->setText(said);
+        return taken;
     });
     QTableView *grid = m_ui.GrdQuote;
     grid->setModel(m_model);

@@ -115,6 +115,17 @@ TEST_F(QuoteWindowTest, ATypedPriceIsKeptUntilTheQuantityChanges)
     EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$5.00"));
 }
 
+TEST_F(QuoteWindowTest, AQuantityThatIsNoNumberIsChargedNothingAndSaid)
+{
+    addToQuote(0);
+    typeIntoQuote(0, 3, QStringLiteral("1,5"));
+    EXPECT_EQ(quoteCell(0, 3), QStringLiteral("1,5"));
+    EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$0.00"));
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("The quantity \"1,5\" is no number: the line is charged $0.00 until a "
+                       "whole number is typed."));
+}
+
 TEST_F(QuoteWindowTest, AFractionalQuantityShowsTheWholeNumberItIsCharged)
 {
     addToQuote(1); // B-200 Bolt, list 2.50

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchange/columnmapping.h"
 #include "exchange/sheetcells.h"
 
 #include <QByteArray>
@@ -9,6 +10,7 @@
 
 #include <zip.h>
 
+#include <array>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -19,6 +21,20 @@ namespace tarnwick::test {
 inline void putText(SheetCells &cells, int row, int column, std::string_view text)
 {
     cells.put(row, column, cells.addText(text));
+}
+
+/// The letter table of a sheet with part number in A, name in B, list price in C, the first
+/// price point in D and its price in E.
+inline QString supplierSheetLetters()
+{
+    std::array<int, ColumnMapping::ListCount> positions;
+    positions.fill(0);
+    positions[0] = 0;
+    positions[1] = 1;
+    positions[3] = 3;
+    positions[2] = 4;
+    positions[4] = 5;
+    return ColumnMapping::columnLetters(positions);
 }
 
 /// A file of the exchange tests' data folder.

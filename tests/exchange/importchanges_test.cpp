@@ -93,19 +93,6 @@ protected:
     EditHistory history { module };
 };
 
-/// Part number A, name B, list price C, first price point D and its price E.
-QString supplierSheetLetters()
-{
-    std::array<int, CM::ListCount> positions;
-    positions.fill(0);
-    positions[0] = 0;
-    positions[1] = 1;
-    positions[3] = 3;
-    positions[2] = 4;
-    positions[4] = 5;
-    return CM::columnLetters(positions);
-}
-
 const QByteArray SupplierSheet = "Part Number\tProduct Name\tPrice\tPrice Point 1\tPrice 1\r\n"
                                  "M-2\tMallet\t15\t\t\r\n"
                                  "A-9\tAwl\t3.25\t10\t2.9\r\n"
@@ -124,7 +111,7 @@ protected:
 
     ImportPlan update()
     {
-        return plan(sheet, supplierSheetLetters(), true, ImportAction::UpdateExisting);
+        return plan(sheet, test::supplierSheetLetters(), true, ImportAction::UpdateExisting);
     }
 
     TextWorkbook sheet { SupplierSheet };
@@ -250,7 +237,7 @@ TEST_F(ImportTest, TheImportsSortIsTheOneTheGridsSortGives)
     byGrid.put(6, P::ProductName, "7");
     ProductCommands::sortCatalogue(byGrid, grids, P::PartNumber, EnUs);
 
-    ASSERT_TRUE(apply(plan(sheet, supplierSheetLetters(), true, ImportAction::AddNew)));
+    ASSERT_TRUE(apply(plan(sheet, test::supplierSheetLetters(), true, ImportAction::AddNew)));
     EXPECT_EQ(products.Count(), 6);
     ASSERT_EQ(catalogue.rowCount(), 6) << "the row kept beyond Count goes, as the sort drops it";
     for (int row = 1; row <= 6; ++row)

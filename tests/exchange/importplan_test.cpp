@@ -453,24 +453,11 @@ TEST(WorkbookCells, ARowReadAtOnceIsTheSameAsItsCellsReadOneByOne)
 
 namespace {
 
-/// Part number A, name B, list price C, first price point D, its price E.
-QString decimalsLetters()
-{
-    std::array<int, CM::ListCount> positions;
-    positions.fill(0);
-    positions[0] = 0;
-    positions[1] = 1;
-    positions[3] = 3;
-    positions[2] = 4;
-    positions[4] = 5;
-    return CM::columnLetters(positions);
-}
-
 ImportPlan planNewProducts(const IWorkbook &workbook, const QLocale &locale)
 {
     const Table catalogue { 1, P::FieldCount };
     ImportPlanner planner(
-        workbook, catalogue, decimalsLetters(), true, ImportAction::AddNew, locale);
+        workbook, catalogue, test::supplierSheetLetters(), true, ImportAction::AddNew, locale);
     planner.runAll();
     return planner.takePlan();
 }

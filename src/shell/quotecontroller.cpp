@@ -20,6 +20,8 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 
+#include <utility>
+
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QHeaderView>
@@ -30,6 +32,8 @@
 #include <QMouseEvent>
 #include <QTabWidget>
 #include <QTableView>
+
+#include <utility>
 
 namespace tarnwick {
 
@@ -54,10 +58,12 @@ void QuoteController::bind()
         const QuoteView before = currentView();
         const bool taken = QuoteEdits::setCell(
             m_history, { row, column, before.totalsCleared }, row, column, text);
-        // Kept as typed, but charged as nothing: said at once.
+        // Kept as typed, but charged as nothing: said at once, until the quote changes again.
         if (const QString said = QuoteList::typedNotice(column, text, m_module.locale());
-            taken && !said.isEmpty())
+            taken && !said.isEmpty()) {
             m_ui.sbPanel1->setText(said);
+            m_typedNotice = said;
+        }
         return taken;
     });
     QTableView *grid = m_ui.GrdQuote;
@@ -290,6 +296,9 @@ void QuoteController::toggleLock()
 
 void QuoteController::quoteChanged(const QuoteChange &change)
 {
+    // What was said of a cell typed before no longer holds once the quote changes.
+    if (!m_typedNotice.isEmpty())
+        m_ui.sbPanel1->takeBack(std::exchange(m_typedNotice, QString()));
     if (!change.replayed)
         return;
     // A step undone or redone: the quote tab shows the grid where it stood then.

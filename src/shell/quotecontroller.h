@@ -94,6 +94,9 @@ private:
     const AppServices &m_services;
     Module1 &m_module;
     EditHistory &m_history;
+    /// The status bar's words about a quantity or price typed as no number, until the next
+    /// change of the quote.
+    QString m_typedNotice;
     MainWindowUi &m_ui;
     QMenu *m_quoteMenu;
     QuoteGridModel *m_model = nullptr;

@@ -124,6 +124,9 @@ TEST_F(QuoteWindowTest, AQuantityThatIsNoNumberIsChargedNothingAndSaid)
     EXPECT_EQ(window->ui().sbPanel1->text(),
         QStringLiteral("The quantity \"1,5\" is no number: the line is charged $0.00 until a "
                        "whole number is typed."));
+    typeIntoQuote(0, 3, QStringLiteral("2"));
+    EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$25.00"));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString()) << "no longer holds";
 }
 
 TEST_F(QuoteWindowTest, AFractionalQuantityShowsTheWholeNumberItIsCharged)

@@ -84,9 +84,20 @@ QString saveFirst(const QuoteHeader &header)
 
 QString sentQuestion(const QuoteHeader &header, int nextRevision)
 {
-    return QStringLiteral("Quote %1 has been sent to the customer. Save the changes as revision "
-                          "%2, keeping %1 as it was sent?\n\nNo saves them into %1 itself.")
-        .arg(header.numberAndRevision(), QuoteNumbers::revisionLetter(nextRevision));
+    // What the customer has, or has answered, stays on record as it was.
+    QString happened = QStringLiteral("has been sent to the customer");
+    QString kept = QStringLiteral("sent");
+    if (header.status == QuoteStatus::Accepted) {
+        happened = QStringLiteral("has been accepted by the customer");
+        kept = QStringLiteral("accepted");
+    } else if (header.status == QuoteStatus::Declined) {
+        happened = QStringLiteral("has been declined by the customer");
+        kept = QStringLiteral("declined");
+    }
+    return QStringLiteral("Quote %1 %3. Save the changes as revision %2, keeping %1 as it was "
+                          "%4?\n\nNo saves them into %1 itself.")
+        .arg(
+            header.numberAndRevision(), QuoteNumbers::revisionLetter(nextRevision), happened, kept);
 }
 
 QString saved(const QuoteHeader &header)

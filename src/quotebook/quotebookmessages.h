@@ -27,8 +27,9 @@ QString unavailable(const QString &why);
 QString otherPrices(int lines);
 /// Before the quote in hand is replaced (New, Open Quote): the question to save it first.
 QString saveFirst(const QuoteHeader &header);
-/// A sent quote that is saved again: make it the next revision, nextRevision (the one after the
-/// highest of its number, which need not be the one after header's)?
+/// A quote sent, accepted or declined that is saved again: make it the next revision,
+/// nextRevision (the one after the highest of its number, which need not be the one after
+/// header's)?
 QString sentQuestion(const QuoteHeader &header, int nextRevision);
 /// "Quote Q-2026-0001 A saved for ACME Plumbing."
 QString saved(const QuoteHeader &header);

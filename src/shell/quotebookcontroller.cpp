@@ -338,8 +338,8 @@ bool QuoteBookController::saveFirstTime(const QString &title)
     return true;
 }
 
-/// A saved quote is saved into its own revision, except that a quote already sent may go into
-/// the next revision instead (the user chooses).
+/// A saved quote is saved into its own revision, except that a quote already sent, accepted or
+/// declined may go into the next revision instead (the user chooses).
 bool QuoteBookController::saveInHand(const QString &title)
 {
     if (!m_session->header().isSaved())
@@ -352,7 +352,7 @@ bool QuoteBookController::saveInHand(const QString &title)
             != MsgResult::Yes)
         return false;
     bool saved = false;
-    if (m_session->header().status == QuoteStatus::Sent) {
+    if (m_session->header().status != QuoteStatus::Draft) {
         const QuoteHeader &header = m_session->header();
         const int next =
             m_book.nextRevision(header.year, header.sequence).value_or(header.revision + 1);

@@ -531,6 +531,53 @@ TEST_F(QuoteBookWindowTest, AStatusSetInTheQuotesWindowHoldsForTheQuoteOnScreen)
     EXPECT_EQ(book().load(id)->content.lines.rowCount(), 1) << "the sent revision is unchanged";
 }
 
+// An accepted or declined quote is a record of what the customer answered: a change to it is
+// offered as the next revision, as for a sent one.
+TEST_F(QuoteBookWindowTest, AChangeToAnAcceptedOrDeclinedQuoteIsOfferedAsTheNextRevision)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    const qint64 id = book().list().first().id;
+    bookDialogs->whileChoosing = [id](QuoteBook &quotes) {
+        EXPECT_TRUE(quotes.setStatus(id, QuoteStatus::Accepted));
+    };
+    action("mnuQuoteOpen")->trigger();
+    bookDialogs->whileChoosing = nullptr;
+    ASSERT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (accepted)"));
+
+    addToQuote(0);
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("Quote Q-2026-0001 A has been accepted by the customer. Save the changes "
+                       "as revision B, keeping Q-2026-0001 A as it was accepted?\n\nNo saves "
+                       "them into Q-2026-0001 A itself."));
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 B, ACME Plumbing"));
+    const std::optional<SavedQuote> accepted = book().load(id);
+    ASSERT_TRUE(accepted.has_value());
+    EXPECT_EQ(accepted->header.status, QuoteStatus::Accepted);
+    EXPECT_EQ(accepted->content.lines.rowCount(), 1) << "the accepted revision is unchanged";
+
+    // Declined, and changed: No saves into the declined revision itself, as the user chose.
+    const qint64 revisionB = book().list().first().id;
+    ASSERT_NE(revisionB, id);
+    ASSERT_TRUE(book().setStatus(revisionB, QuoteStatus::Declined));
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 B");
+    action("mnuQuoteOpen")->trigger();
+    addToQuote(2);
+    fakes->prompts.answerMessage(MsgResult::No);
+    action("mnuQuoteSave")->trigger();
+    EXPECT_TRUE(fakes->prompts.shown().back().text.startsWith(
+        QStringLiteral("Quote Q-2026-0001 B has been declined by the customer. Save the changes as "
+                       "revision C, keeping Q-2026-0001 B as it was declined?")));
+    EXPECT_EQ(book().quoteCount(), 2);
+    EXPECT_EQ(book().load(revisionB)->content.lines.rowCount(), 3);
+}
+
 TEST_F(QuoteBookWindowTest, SendWithoutXdgEmailOpensAMailtoLinkAndSaysToAttachThePdf)
 {
     addToQuote(1);

@@ -1,9 +1,17 @@
 #include "shell/singleinstance.h"
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QSysInfo>
+
+#ifdef Q_OS_UNIX
+#include <cerrno>
+#include <csignal>
+#endif
 
 namespace tarnwick {
 
@@ -26,6 +34,38 @@ QString lockPathFor(const QString &appFolder)
     return temporaryLockPathFor(appFolder);
 }
 
+/// How old a lock file that says nothing of its holder must be to count as left behind: a copy
+/// writes its process number at once.
+constexpr qint64 UnreadableLockSeconds = 10;
+
+bool isProcessRunning(qint64 pid)
+{
+#ifdef Q_OS_UNIX
+    return ::kill(pid_t(pid), 0) == 0 || errno == EPERM;
+#else
+    Q_UNUSED(pid);
+    return true; // Qt's own stale-lock check is the only one there
+#endif
+}
+
+/// Whether the lock at path was left by a copy that is gone: one of this computer whose process
+/// no longer runs, or a lock file that says nothing of its holder (written half by a copy that
+/// stopped on a full disk) and is not new. Qt takes over such a lock by itself only when it can
+/// write a second lock file beside it, which a full disk does not allow.
+bool holderIsGone(const QLockFile &lock, const QString &path)
+{
+    qint64 pid = 0;
+    QString host;
+    QString application;
+    if (!lock.getLockInfo(&pid, &host, &application)) {
+        const QFileInfo file(path);
+        return file.exists()
+            && file.lastModified().secsTo(QDateTime::currentDateTime()) > UnreadableLockSeconds;
+    }
+    const bool thisComputer = host.isEmpty() || host == QSysInfo::machineHostName();
+    return thisComputer && pid > 0 && !isProcessRunning(pid);
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(const QString &appFolder)
@@ -34,6 +74,10 @@ SingleInstance::SingleInstance(const QString &appFolder)
     // A lock left by a copy that crashed is recognised as stale and taken over.
     m_lock->setStaleLockTime(0);
     m_locked = m_lock->tryLock(0);
+    const QString path = lockPathFor(appFolder);
+    if (!m_locked && m_lock->error() == QLockFile::LockFailedError && holderIsGone(*m_lock, path)
+        && QFile::remove(path))
+        m_locked = m_lock->tryLock(0);
     if (m_locked || m_lock->error() == QLockFile::LockFailedError)
         return;
     // The folder takes no lock file although no other copy holds one (a full disk): the lock

@@ -2,7 +2,15 @@
 #include "support/diskfaults.h"
 #include "support/tempappfolder.h"
 
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+
 #include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -48,6 +56,63 @@ TEST(SingleInstanceTest, AFullDiskStillStartsOneCopyAndRefusesTheSecond)
     first.reset();
     SingleInstance next(disk);
     EXPECT_TRUE(next.isOnlyInstance());
+}
+
+namespace {
+
+/// Leaves the folder's lock as a copy that dies holding it leaves it: with the number of a
+/// process that has ended.
+void lockAndDie(const QString &folder)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        QLockFile lock(QDir(folder).filePath(QStringLiteral("tarnwick.lock")));
+        _exit(lock.tryLock(0) ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+}
+
+} // namespace
+
+// Qt takes over a lock whose copy is gone only when it can write a second lock file beside it:
+// on a full disk it could not, and "Tarnwick is already running." kept the user out.
+TEST(SingleInstanceTest, ALockLeftOnAFullDiskByACopyThatIsGoneIsTakenOver)
+{
+    TempAppFolder folder;
+    const QString disk = folder.filePath(QStringLiteral("disk"));
+    TinyDisk tiny(disk, 64);
+    if (!tiny.mounted())
+        FAIL() << "the full-disk check needs a small file system, which cannot be mounted here "
+                  "(the tests run as root): "
+               << tiny.failure().toStdString();
+    lockAndDie(disk);
+    ASSERT_TRUE(QFileInfo::exists(QDir(disk).filePath(QStringLiteral("tarnwick.lock"))));
+    tiny.fillLeaving(0);
+
+    auto first = std::make_unique<SingleInstance>(disk);
+    EXPECT_TRUE(first->isOnlyInstance()) << "a copy that is gone is not running";
+    SingleInstance second(disk);
+    EXPECT_FALSE(second.isOnlyInstance()) << "while this one is";
+}
+
+// A lock file that says nothing of its holder (one written half on a full disk) is no running
+// copy once it is not new.
+TEST(SingleInstanceTest, AnOldLockFileThatNamesNoHolderIsTakenOver)
+{
+    TempAppFolder folder;
+    const QString path = folder.filePath(QStringLiteral("tarnwick.lock"));
+    {
+        QFile empty(path);
+        ASSERT_TRUE(empty.open(QIODevice::WriteOnly));
+        const QDateTime minuteAgo = QDateTime::currentDateTime().addSecs(-60);
+        ASSERT_TRUE(empty.setFileTime(minuteAgo, QFileDevice::FileModificationTime));
+    }
+    auto first = std::make_unique<SingleInstance>(folder.path());
+    EXPECT_TRUE(first->isOnlyInstance());
+    SingleInstance second(folder.path());
+    EXPECT_FALSE(second.isOnlyInstance());
 }
 
 TEST(SingleInstanceTest, OtherFoldersAreIndependent)

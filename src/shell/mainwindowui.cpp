@@ -86,10 +86,8 @@ void MainWindowUi::setupUi(QMainWindow *window)
     sbPanel1 = named(new StatusText(window), "sbPanel1");
     sbPanel1->setMinimumWidth(160);
     window->statusBar()->addWidget(sbPanel1, 1);
-    sbUnsafe = named(new QLabel(QObject::tr("Changes not kept safe"), window), "sbUnsafe");
+    sbUnsafe = named(new UnsafeMark(window), "sbUnsafe");
     sbUnsafe->setAccessibleName(QObject::tr("Warning"));
-    sbUnsafe->setStyleSheet(QStringLiteral("font-weight: bold"));
-    sbUnsafe->hide();
     window->statusBar()->addPermanentWidget(sbUnsafe);
 }
 

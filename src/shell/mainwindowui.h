@@ -45,7 +45,7 @@ struct MainWindowUi
     StatusText *sbPanel1 = nullptr; ///< the status bar's first panel
     /// At the status bar's right end while the unsaved changes cannot be kept safe: the
     /// warning stays in view until they are (the first panel's texts come and go).
-    QLabel *sbUnsafe = nullptr;
+    UnsafeMark *sbUnsafe = nullptr;
 
 private:
     QWidget *createProductPage(QWidget *parent);

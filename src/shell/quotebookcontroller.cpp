@@ -71,11 +71,17 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
         [this] { m_ui.sbPanel1->takeBack(NewQuoteMessage); });
     connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
         m_keepFailing = true;
-        status(QStringLiteral("The quote on screen cannot be kept safe: %1. Save it.").arg(detail));
+        const QString text =
+            QStringLiteral("The quote on screen cannot be kept safe: %1. Save it.").arg(detail);
+        status(text);
+        // The first panel's hints replace the message; the mark stays until the quote is safe.
+        m_ui.sbUnsafe->setReason(QStringLiteral("quote"), text);
     });
     connect(m_session.get(), &QuoteSession::kept, this, [this] {
-        if (std::exchange(m_keepFailing, false))
+        if (std::exchange(m_keepFailing, false)) {
             status(QStringLiteral("The quote on screen is kept safe again."));
+            m_ui.sbUnsafe->clearReason(QStringLiteral("quote"));
+        }
     });
 }
 

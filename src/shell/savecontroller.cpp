@@ -57,13 +57,11 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
             QStringLiteral("Unsaved changes cannot be kept safe: %1. Save the catalogue.")
                 .arg(detail);
         m_ui.sbPanel1->setText(text);
-        m_ui.sbUnsafe->setToolTip(text);
-        m_ui.sbUnsafe->setAccessibleDescription(text);
-        m_ui.sbUnsafe->show();
+        m_ui.sbUnsafe->setReason(QStringLiteral("catalogue"), text);
     });
     connect(&recovery, &CatalogueRecovery::writeRecovered, this, [this] {
         m_ui.sbPanel1->setText(RecoveredMessage);
-        m_ui.sbUnsafe->hide();
+        m_ui.sbUnsafe->clearReason(QStringLiteral("catalogue"));
     });
 }
 

@@ -48,4 +48,30 @@ bool StatusText::event(QEvent *event)
     return QLabel::event(event);
 }
 
+UnsafeMark::UnsafeMark(QWidget *parent) : QLabel(tr("Changes not kept safe"), parent)
+{
+    setStyleSheet(QStringLiteral("font-weight: bold"));
+    hide();
+}
+
+void UnsafeMark::setReason(const QString &source, const QString &text)
+{
+    m_reasons.insert(source, text);
+    showReasons();
+}
+
+void UnsafeMark::clearReason(const QString &source)
+{
+    if (m_reasons.remove(source) > 0)
+        showReasons();
+}
+
+void UnsafeMark::showReasons()
+{
+    const QString reasons = QStringList(m_reasons.values()).join(QLatin1Char('\n'));
+    setToolTip(reasons);
+    setAccessibleDescription(reasons);
+    setVisible(!m_reasons.isEmpty());
+}
+
 } // namespace tarnwick

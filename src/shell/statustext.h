@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QMap>
 
 namespace tarnwick {
 
@@ -23,6 +24,28 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
     bool event(QEvent *event) override;
+};
+
+/// The status bar's lasting warning that changes are not kept safe (the catalogue's recovery
+/// file or the quote on screen could not be written): shown while any source has a reason,
+/// which the tool tip and the accessible description give, so a hint in the first panel never
+/// hides it.
+class UnsafeMark : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit UnsafeMark(QWidget *parent = nullptr);
+
+    /// Shows the mark for source ("catalogue", "quote") with text as its reason.
+    void setReason(const QString &source, const QString &text);
+    /// The source is kept safe again; the mark goes when no source is left.
+    void clearReason(const QString &source);
+
+private:
+    void showReasons();
+
+    QMap<QString, QString> m_reasons;
 };
 
 } // namespace tarnwick

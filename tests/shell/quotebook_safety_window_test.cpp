@@ -78,11 +78,17 @@ TEST_F(QuoteBookWindowTest, TheStatusBarTellsWhenTheQuoteIsSafeAgain)
     Q_EMIT session->keepFailed(QStringLiteral("the disk is full"));
     EXPECT_EQ(window->ui().sbPanel1->text(),
         QStringLiteral("The quote on screen cannot be kept safe: the disk is full. Save it."));
+    // A hint in the first panel (the pointer over the product grid) leaves the warning mark.
+    window->ui().sbPanel1->setText(QStringLiteral("31 Products"));
+    EXPECT_TRUE(window->ui().sbUnsafe->isVisible());
+    EXPECT_EQ(window->ui().sbUnsafe->toolTip(),
+        QStringLiteral("The quote on screen cannot be kept safe: the disk is full. Save it."));
     // ... and takes the next change.
     addToQuote(1);
     ASSERT_TRUE(kept.wait(5000));
     EXPECT_EQ(
         window->ui().sbPanel1->text(), QStringLiteral("The quote on screen is kept safe again."));
+    EXPECT_FALSE(window->ui().sbUnsafe->isVisible());
 
     // Later keeps leave the status bar to other news.
     window->ui().sbPanel1->setText(QStringLiteral("Something else"));

@@ -45,3 +45,26 @@ TEST(StatusTextTest, AMessageTakenBackGoesOnlyWhileItIsShown)
 }
 
 } // namespace
+
+namespace {
+
+// Two things may fail to be kept at once: the mark stays until both are safe again.
+TEST(UnsafeMarkTest, TheMarkStaysWhileAnySourceIsUnsafe)
+{
+    QWidget bar;
+    auto *mark = new UnsafeMark(&bar);
+    bar.show();
+    EXPECT_FALSE(mark->isVisible());
+    mark->setReason(QStringLiteral("catalogue"), QStringLiteral("Unsaved changes cannot be kept."));
+    mark->setReason(QStringLiteral("quote"), QStringLiteral("The quote cannot be kept."));
+    EXPECT_TRUE(mark->isVisible());
+    EXPECT_EQ(mark->toolTip(),
+        QStringLiteral("Unsaved changes cannot be kept.\nThe quote cannot be kept."));
+    mark->clearReason(QStringLiteral("catalogue"));
+    EXPECT_TRUE(mark->isVisible());
+    EXPECT_EQ(mark->accessibleDescription(), QStringLiteral("The quote cannot be kept."));
+    mark->clearReason(QStringLiteral("quote"));
+    EXPECT_FALSE(mark->isVisible());
+}
+
+} // namespace

@@ -247,6 +247,19 @@ std::vector<Block> blocksOf(
     const Table &quote, const QuotePdfInput &input, const QLocale &locale, qreal gap)
 {
     std::vector<Block> blocks;
+    // Whom the quote is for, whole (the page header may cut a long name short), and the
+    // customer's own reference, which their reply and their order quote.
+    const CustomerDetails &customer = input.header.customer;
+    if (const QString who = input.header.customerText(); !who.isEmpty()) {
+        Block addressee;
+        addressee.gapAfter = gap;
+        addressee.pieces.push_back({ { QStringLiteral("For: ") + who }, fontOf(10) });
+        if (!customer.reference.trimmed().isEmpty())
+            addressee.pieces.push_back(
+                { { QStringLiteral("Your reference: ") + customer.reference.trimmed() },
+                    fontOf(10) });
+        blocks.push_back(addressee);
+    }
     addParagraphs(blocks, input.document.heading, fontOf(12, true));
     blocks.back().gapAfter = gap;
     const int end = QuoteLine::firstFreeRow(quote);

@@ -222,6 +222,28 @@ TEST_F(QuotePdfTest, TheLastValidDayFollowsTheTotal)
     EXPECT_LT(valid, text.indexOf(QStringLiteral("Kind regards")));
 }
 
+// The page header may cut a long customer short: the first page names them whole above the
+// heading, with the customer's own reference.
+TEST_F(QuotePdfTest, TheFirstPageNamesTheCustomerWholeWithTheirReference)
+{
+    input.header.customer.customer = QStringLiteral("Maximilian Oberhuber-Schwarzenberg");
+    input.header.customer.company =
+        QStringLiteral("Northern Plumbing and Heating Supplies Limited of the Greater Region");
+    input.header.customer.reference = QStringLiteral("PO-4711");
+    const QString path = write(sampleQuote(80));
+    ASSERT_GE(pageCountOf(path), 2);
+    const QString text = collapsed(pdfText(path, 1));
+    const qsizetype who = text.indexOf(QStringLiteral(
+        "For: Maximilian Oberhuber-Schwarzenberg, Northern Plumbing and Heating Supplies Limited "
+        "of the Greater Region"));
+    EXPECT_GE(who, 0) << text.toStdString();
+    const qsizetype reference = text.indexOf(QStringLiteral("Your reference: PO-4711"));
+    EXPECT_GT(reference, who);
+    EXPECT_LT(reference, text.indexOf(QStringLiteral("Quotation for your new bathroom")));
+    EXPECT_EQ(collapsed(pdfText(path, 2)).indexOf(QStringLiteral("For: ")), -1)
+        << "the first page only";
+}
+
 TEST_F(QuotePdfTest, WithoutIncludesAndWithoutDiscount)
 {
     Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);

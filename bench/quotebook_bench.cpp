@@ -161,7 +161,7 @@ struct Row
 std::vector<std::string> wordsOf(const QString &find)
 {
     std::vector<std::string> words;
-    for (const QString &word : QuoteBookRows::searchWords(find))
+    for (const QString &word : QuoteBookRows::searchTerms(find).words)
         words.push_back(word.toStdString());
     return words;
 }

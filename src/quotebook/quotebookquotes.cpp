@@ -235,24 +235,41 @@ QList<QuoteSummary> QuoteBook::list(const QString &find)
     QList<QuoteSummary> quotes;
     if (!isOpen())
         return quotes;
-    const QStringList words = QuoteBookRows::searchWords(find);
+    const QuoteBookRows::SearchTerms terms = QuoteBookRows::searchTerms(find);
+    const QStringList &words = terms.words;
     QString sql = QStringLiteral("SELECT q.id, q.year, q.sequence, q.revision, q.customer, "
                                  "q.company, q.quote_date, q.total, q.status, q.valid_until "
                                  "FROM quotes q");
+    QStringList tests;
+    QVariantList values;
     if (!words.isEmpty()) {
-        sql += QStringLiteral(" JOIN quote_search s ON s.quote_id = q.id WHERE ");
-        QStringList tests;
-        for (qsizetype i = 0; i < words.size(); ++i)
+        sql += QStringLiteral(" JOIN quote_search s ON s.quote_id = q.id");
+        for (const QString &word : words) {
             tests << QStringLiteral("instr(s.haystack, ?) > 0");
-        sql += tests.join(QLatin1String(" AND "));
+            values << word;
+        }
     }
+    // A number with its revision letter is that revision; several numbers are any of them.
+    QStringList numbers;
+    for (const QuoteBookRows::NumberSearch &number : terms.numbers) {
+        numbers << (number.revision ? QStringLiteral("(q.year = ? AND q.sequence = ? AND "
+                                                     "q.revision = ?)")
+                                    : QStringLiteral("(q.year = ? AND q.sequence = ?)"));
+        values << number.year << number.sequence;
+        if (number.revision)
+            values << *number.revision;
+    }
+    if (!numbers.isEmpty())
+        tests << QLatin1Char('(') + numbers.join(QLatin1String(" OR ")) + QLatin1Char(')');
+    if (!tests.isEmpty())
+        sql += QStringLiteral(" WHERE ") + tests.join(QLatin1String(" AND "));
     sql += QStringLiteral(
         " ORDER BY q.quote_date DESC, q.year DESC, q.sequence DESC, q.revision DESC");
     QSqlQuery select(m_db);
     select.setForwardOnly(true);
     select.prepare(sql);
-    for (qsizetype i = 0; i < words.size(); ++i)
-        select.bindValue(int(i), words.at(i));
+    for (qsizetype i = 0; i < values.size(); ++i)
+        select.bindValue(int(i), values.at(i));
     QSqlError error;
     if (!QuoteBookRows::run(select, error)) {
         fail(error);

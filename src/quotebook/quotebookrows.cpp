@@ -229,13 +229,38 @@ QString haystack(const QuoteHeader &header, const Table &lines)
         if (!part.isNull())
             parts << conv::toText(part, QLocale::c());
     }
-    return parts.join(QLatin1Char('\n')).toCaseFolded();
+    return searchable(parts.join(QLatin1Char('\n')));
 }
 
-QStringList searchWords(const QString &text)
+QString searchable(const QString &text)
 {
-    return text.toCaseFolded().split(
-        QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+    const QString decomposed = text.toCaseFolded().normalized(QString::NormalizationForm_KD);
+    QString plain;
+    plain.reserve(decomposed.size());
+    for (const QChar c : decomposed) {
+        if (c.category() != QChar::Mark_NonSpacing)
+            plain.append(c);
+    }
+    return plain;
+}
+
+SearchTerms searchTerms(const QString &text)
+{
+    static const QRegularExpression numberPattern(
+        QStringLiteral("(?:\\bquote\\s+)?\\bq-(\\d{4})-(\\d{1,9})(?:(?:\\s+|-)([a-z]{1,2}))?\\b"),
+        QRegularExpression::CaseInsensitiveOption);
+    SearchTerms terms;
+    QString rest = text;
+    for (const QRegularExpressionMatch &match : numberPattern.globalMatch(text)) {
+        NumberSearch number { match.captured(1).toInt(), match.captured(2).toInt(), {} };
+        if (match.hasCaptured(3) && !match.captured(3).isEmpty())
+            number.revision = QuoteNumbers::revisionOf(match.captured(3));
+        terms.numbers.push_back(number);
+    }
+    rest.replace(numberPattern, QStringLiteral(" "));
+    terms.words =
+        searchable(rest).split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+    return terms;
 }
 
 double totalOf(const Table &lines, const QLocale &locale)

@@ -50,11 +50,29 @@ std::optional<QuoteContent> readLines(QSqlDatabase &db, const QString &table, qi
     QSqlError &error, int fields = QuoteLine::FieldCount);
 
 /// What the quote list's search looks in: the number, the customer, the company and every part
-/// number of the lines, case-folded, one per line of text.
+/// number of the lines, case-folded and without accents (searchable), one per line of text.
 QString haystack(const QuoteHeader &header, const Table &lines);
-/// The search words of a text typed into the search box, case-folded: every one of them must
-/// be found in a quote's haystack.
-QStringList searchWords(const QString &text);
+/// Text as the search compares it: case-folded, its letters without their accents ("Jürgen"
+/// and "jurgen" alike).
+QString searchable(const QString &text);
+
+/// A quote number typed into the search box, as the program writes it anywhere ("Q-2026-0051",
+/// "Q-2026-0051 A", "Quote Q-2026-0051 A", the PDF's "Q-2026-0051-A"): that quote, of one
+/// revision when a letter follows.
+struct NumberSearch
+{
+    int year = 0;
+    int sequence = 0;
+    std::optional<int> revision;
+};
+/// What a text typed into the search box asks for: the quote numbers in it, and the words of
+/// the rest (searchable), every one of which must be found in a quote's haystack.
+struct SearchTerms
+{
+    std::vector<NumberSearch> numbers;
+    QStringList words;
+};
+SearchTerms searchTerms(const QString &text);
 
 /// The quote's total as the totals compute it (the rounded extended prices).
 double totalOf(const Table &lines, const QLocale &locale);

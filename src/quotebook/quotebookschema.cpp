@@ -126,12 +126,48 @@ bool toVersion3(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return true;
 }
 
+/// Version 4: the search text is kept without accents, so "jurgen" finds "Jürgen"; the search
+/// text of every quote saved before is made anew.
+bool toVersion4(QSqlDatabase &db, const QLocale &, QSqlError &error)
+{
+    QSqlQuery quotes(db);
+    quotes.setForwardOnly(true);
+    if (!quotes.exec(QStringLiteral("SELECT id, year, sequence, customer, company FROM quotes"))) {
+        error = quotes.lastError();
+        return false;
+    }
+    std::vector<QuoteHeader> existing;
+    while (quotes.next()) {
+        QuoteHeader header;
+        header.id = quotes.value(0).toLongLong();
+        header.year = quotes.value(1).toInt();
+        header.sequence = quotes.value(2).toInt();
+        header.customer.customer = quotes.value(3).toString();
+        header.customer.company = quotes.value(4).toString();
+        existing.push_back(header);
+    }
+    QSqlQuery search(db);
+    search.prepare(
+        QStringLiteral("INSERT OR REPLACE INTO quote_search (quote_id, haystack) VALUES (?, ?)"));
+    for (const QuoteHeader &header : existing) {
+        const auto content =
+            QuoteBookRows::readLines(db, QStringLiteral("quote_lines"), header.id, error);
+        if (!content)
+            return false;
+        search.bindValue(0, header.id);
+        search.bindValue(1, QuoteBookRows::haystack(header, content->lines));
+        if (!QuoteBookRows::run(search, error))
+            return false;
+    }
+    return true;
+}
+
 using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;
 
 /// Step k brings the book from version k − 1 to version k.
 const std::vector<Step> &steps()
 {
-    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3 };
+    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4 };
     return all;
 }
 

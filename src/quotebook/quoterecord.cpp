@@ -79,6 +79,19 @@ QString revisionLetter(int revision)
     return letters;
 }
 
+std::optional<int> revisionOf(const QString &letters)
+{
+    if (letters.isEmpty() || letters.size() > 3)
+        return std::nullopt;
+    int index = 0;
+    for (const QChar letter : letters.toUpper()) {
+        if (letter < u'A' || letter > u'Z')
+            return std::nullopt;
+        index = index * 26 + (letter.unicode() - u'A' + 1);
+    }
+    return index - 1;
+}
+
 bool hasExpired(const QDate &validUntil, QuoteStatus status, const QDate &today)
 {
     return validUntil.isValid() && today.isValid() && validUntil < today

@@ -114,6 +114,8 @@ QString customerText(const QString &name, const QString &company);
 QString number(int year, int sequence);
 /// The letter of revision index: 0 → "A" … 25 → "Z", 26 → "AA", 27 → "AB" …
 QString revisionLetter(int revision);
+/// The revision index of letters ("A" → 0, "AA" → 26), in either case; none for anything else.
+std::optional<int> revisionOf(const QString &letters);
 /// Whether a quote valid until validUntil has run out on today: a draft or sent quote whose
 /// last valid day is before today. An accepted or declined quote never runs out.
 bool hasExpired(const QDate &validUntil, QuoteStatus status, const QDate &today);

@@ -3,6 +3,7 @@
 #include "quotebookfixture.h"
 
 #include "quotebook/quotebookrows.h"
+#include "quotebook/quotebookschema.h"
 #include "quotes/quoteline.h"
 #include "support/diskfaults.h"
 
@@ -23,7 +24,7 @@ TEST_F(QuoteBookTest, ANewBookIsInWalModeAtTheCurrentVersion)
     EXPECT_EQ(query.value(0).toString(), QStringLiteral("wal"));
     query.finish();
     ASSERT_TRUE(query.exec(QStringLiteral("PRAGMA user_version")) && query.next());
-    EXPECT_EQ(query.value(0).toInt(), 3);
+    EXPECT_EQ(query.value(0).toInt(), QuoteBookSchema::CurrentVersion);
     query.finish();
     ASSERT_TRUE(query.exec(QStringLiteral("PRAGMA application_id")) && query.next());
     EXPECT_EQ(query.value(0).toInt(), 0x54574B51);
@@ -202,6 +203,38 @@ TEST_F(QuoteBookTest, TheListIsNewestFirstAndSearchesNumberCustomerCompanyAndPar
         (QStringList { "Q-2026-0002", "Q-2026-0001", "Q-2026-0003" }));
     EXPECT_EQ(numbers(QStringLiteral("buyer@example.com")), QStringList()) << "not the e-mail";
     EXPECT_EQ(numbers(QStringLiteral("' OR 1=1 --")), QStringList());
+    // Without accents, as a keyboard without them types the name.
+    EXPECT_EQ(numbers(QStringLiteral("coln olwerke")), QStringList { "Q-2026-0003" });
+}
+
+// A quote number as the program writes it elsewhere, with its revision letter (the frame, the
+// PDF's heading and file name, the mail's subject), finds that revision.
+TEST_F(QuoteBookTest, ANumberWithItsRevisionFindsThatRevision)
+{
+    SavedQuote quote = sampleQuote(QStringLiteral("ACME GmbH"), May12);
+    ASSERT_TRUE(book->saveNew(quote));
+    ASSERT_TRUE(book->saveRevision(quote));
+    SavedQuote other = sampleQuote(QStringLiteral("Bolt"), May12);
+    ASSERT_TRUE(book->saveNew(other));
+    const auto found = [&](const QString &find) {
+        QStringList quotes;
+        for (const QuoteSummary &summary : book->list(find))
+            quotes << summary.number() + QLatin1Char(' ') + summary.revisionLetter();
+        return quotes;
+    };
+    EXPECT_EQ(found(QStringLiteral("Q-2026-0001 A")), QStringList { "Q-2026-0001 A" });
+    EXPECT_EQ(found(QStringLiteral("Q-2026-0001 B")), QStringList { "Q-2026-0001 B" })
+        << "the B is the revision, not a word of \"GmbH\"";
+    EXPECT_EQ(found(QStringLiteral("Q-2026-0001-A")), QStringList { "Q-2026-0001 A" });
+    EXPECT_EQ(found(QStringLiteral("Quote Q-2026-0001 B")), QStringList { "Q-2026-0001 B" });
+    EXPECT_EQ(found(QStringLiteral("q-2026-0001 b")), QStringList { "Q-2026-0001 B" });
+    EXPECT_EQ(
+        found(QStringLiteral("Q-2026-0001")), (QStringList { "Q-2026-0001 B", "Q-2026-0001 A" }));
+    EXPECT_EQ(found(QStringLiteral("Q-2026-0001 gmbh")),
+        (QStringList { "Q-2026-0001 B", "Q-2026-0001 A" }));
+    EXPECT_EQ(found(QStringLiteral("Q-2026-0001 bolt")), QStringList());
+    EXPECT_EQ(found(QStringLiteral("Q-2026-0002 A")), QStringList { "Q-2026-0002 A" });
+    EXPECT_EQ(found(QStringLiteral("Q-2026-0002 C")), QStringList());
 }
 
 TEST_F(QuoteBookTest, RevisionsAreListedEachAndTheStatusIsKept)

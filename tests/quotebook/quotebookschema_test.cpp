@@ -88,7 +88,7 @@ TEST_F(QuoteBookFileTest, ABookOfVersionOneIsBroughtUpToDate)
     ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
     QSqlError error;
     QSqlDatabase db = book.database();
-    EXPECT_EQ(QuoteBookSchema::version(db, error), 3);
+    EXPECT_EQ(QuoteBookSchema::version(db, error), QuoteBookSchema::CurrentVersion);
     const QList<QuoteSummary> found = book.list(QStringLiteral("old-2"));
     ASSERT_EQ(found.size(), 1);
     EXPECT_EQ(found[0].number(), QStringLiteral("Q-2025-0041"));
@@ -110,6 +110,29 @@ TEST_F(QuoteBookFileTest, ABookOfVersionOneIsBroughtUpToDate)
     EXPECT_EQ(next.header.number(), QStringLiteral("Q-2025-0042"));
 }
 
+// Books saved before searched their quotes with accents: opened now, their search text is made
+// anew, so "jurgen" finds Jürgen's quotes there too.
+TEST_F(QuoteBookFileTest, ABookSearchedWithAccentsIsSearchedWithoutThemOnceOpened)
+{
+    {
+        RawDatabase raw(path());
+        QSqlError error;
+        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 3, locale, error))
+            << error.text().toStdString();
+        raw.exec(QStringLiteral("INSERT INTO texts (id, body) VALUES (1, 'Hello'), (2, 'Bye')"));
+        raw.exec(QStringLiteral(
+            "INSERT INTO quotes (id, year, sequence, revision, customer, company, email, "
+            "reference, quote_date, valid_until, status, heading_id, ending_id, total) VALUES "
+            "(5, 2026, 7, 0, 'Jürgen Weiß', '', '', '', '2026-03-01', '2026-03-31', 'sent', "
+            "1, 2, 0)"));
+        raw.exec(QStringLiteral("INSERT INTO quote_search (quote_id, haystack) VALUES (5, "
+                                "'q-2026-0007\njürgen weiß')"));
+    }
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    EXPECT_EQ(book.list(QStringLiteral("jurgen")).size(), 1);
+    EXPECT_EQ(book.list(QStringLiteral("Jürgen")).size(), 1);
+}
+
 TEST_F(QuoteBookFileTest, LinesKeptBeforeLocksWereStoredReadAsUnlocked)
 {
     {
@@ -129,7 +152,7 @@ TEST_F(QuoteBookFileTest, LinesKeptBeforeLocksWereStoredReadAsUnlocked)
     ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
     QSqlError error;
     QSqlDatabase db = book.database();
-    EXPECT_EQ(QuoteBookSchema::version(db, error), 3);
+    EXPECT_EQ(QuoteBookSchema::version(db, error), QuoteBookSchema::CurrentVersion);
     const auto kept = book.inHand();
     ASSERT_TRUE(kept.has_value());
     EXPECT_TRUE(sameCells(kept->content.lines, sampleContent(2, QStringLiteral("HAND")).lines));

@@ -40,6 +40,24 @@ bool sameValue(int field, const Cell &a, const Cell &b, const QLocale &locale, b
     return a == b;
 }
 
+/// Whether the text starts or ends with a blank, a tab or a line break: only then is it worth
+/// decoding to trim it. Any byte encoding keeps these as the byte of their ASCII code.
+bool hasOuterBlanks(const CellTextView &view)
+{
+    if (view.isEmpty())
+        return false;
+    const auto blank = [](char16_t c) {
+        return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
+    };
+    if (view.encoding == TextEncoding::Utf16)
+        return blank(view.units()[0]) || blank(view.units()[view.size - 1])
+            || QChar(view.units()[0]).isSpace() || QChar(view.units()[view.size - 1]).isSpace();
+    const auto first = static_cast<unsigned char>(view.bytes()[0]);
+    const auto last = static_cast<unsigned char>(view.bytes()[view.size - 1]);
+    // A no-break space ends in 0xA0 in both byte encodings.
+    return blank(first) || blank(last) || first == 0xC2 || last == 0xA0;
+}
+
 } // namespace
 
 std::span<const Cell> ImportPlan::addedProduct(int index) const
@@ -193,6 +211,11 @@ bool ImportPlanner::step()
         return !m_done;
     }
     m_unreadableRows = 0;
+    // A supplier's "BV-1050 " is the catalogue's BV-1050: an update reads part numbers without
+    // the blanks at either end, which no one sees in a sheet. (Adding takes them as read.)
+    if (update && cells.cell[P::PartNumber].isText()
+        && hasOuterBlanks(cells.cell[P::PartNumber].textView()))
+        cells.cell[P::PartNumber] = Cell(cells.cell[P::PartNumber].asText().trimmed());
     const Cell &partCell = cells.cell[P::PartNumber];
     cells.partKey = utf8Of(partCell, cells.spare);
     if (update ? cells.allEmpty() : cells.partKey.isEmpty()) {

@@ -113,6 +113,33 @@ TEST_F(ImportPlanTest, UpdatingCountsEveryProductAndSkippedRowWithItsReason)
     EXPECT_EQ(catalogue.generation(), before.generation()) << "planning changes nothing";
 }
 
+// A supplier's sheet often carries blanks after a part number, which no one sees: an update
+// takes "A-1 " for the catalogue's A-1, and adds a new part number without them.
+TEST_F(ImportPlanTest, AnUpdateReadsPartNumbersWithoutBlanksAtEitherEnd)
+{
+    const TextWorkbook rows(QByteArray("Part Number\tProduct Name\tPrice\tNotes\tPrice 1\r\n"
+                                       "A-1 \t\t11\t\t\r\n"
+                                       " B-2\xc2\xa0\t\t7\t\t\r\n"
+                                       "   \tBlank\t5\t\t\r\n"
+                                       "N-9  \tNew\t1\t\t\r\n"));
+    ImportPlanner planner(
+        rows, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    const ImportPlan plan = planner.takePlan();
+    ASSERT_EQ(plan.changed.size(), 2U);
+    EXPECT_EQ(plan.changed[0].partNumber, QStringLiteral("A-1"));
+    EXPECT_EQ(plan.changed[0].catalogueRow, 1);
+    EXPECT_EQ(plan.changed[1].partNumber, QStringLiteral("B-2"));
+    ASSERT_EQ(plan.addedCount(), 1);
+    EXPECT_EQ(plan.addedProduct(0)[P::PartNumber - 1], Cell("N-9"));
+    EXPECT_EQ(skippedRows(plan),
+        (std::vector<std::pair<int, SkipReason>> { { 4, SkipReason::EmptyPartNumber } }));
+    // Adding takes a part number as read, as the import always has.
+    ImportPlanner adding(rows, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    adding.runAll();
+    EXPECT_EQ(adding.takePlan().addedProduct(0)[P::PartNumber - 1], Cell("A-1 "));
+}
+
 TEST_F(ImportPlanTest, AChangeHoldsTheOldAndTheNewCellOfEachFieldThatDiffers)
 {
     const ImportPlan update = plan(ImportAction::UpdateExisting);

@@ -73,6 +73,11 @@ public:
     /// Saves quote as a new quote: the next number of the year of its date, revision A. Sets
     /// its id, year, sequence and revision.
     bool saveNew(SavedQuote &quote);
+    /// After a damaged book was replaced by this one: the numbers the book at otherBook gave out
+    /// (its copy from the last close, or what the damaged file still shows) are not given again;
+    /// new quotes of each year continue after the highest of them. A file that cannot be read
+    /// changes nothing. False only when this book could not keep them.
+    bool continueNumbersOf(const QString &otherBook);
     /// Saves many quotes as new quotes, as saveNew() each, in one transaction (all or none):
     /// quotes taken over from elsewhere, or a large book made for measuring.
     bool saveNewQuotes(std::vector<SavedQuote> &quotes);

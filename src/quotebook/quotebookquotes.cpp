@@ -4,7 +4,12 @@
 
 #include "quotebook/quotebookrows.h"
 
+#include <QFileInfo>
+#include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QUrl>
+
+#include <map>
 
 namespace tarnwick {
 
@@ -65,9 +70,12 @@ QuoteHeader headerOf(const QSqlQuery &select)
 bool QuoteBook::numberAndInsert(SavedQuote &quote)
 {
     QSqlError error;
+    // After the numbers another book gave out, where this one replaced a damaged book.
     QSqlQuery &next = prepared(
-        QStringLiteral("SELECT coalesce(max(sequence), 0) + 1 FROM quotes WHERE year = ?"));
+        QStringLiteral("SELECT max(coalesce((SELECT max(sequence) FROM quotes WHERE year = ?), 0), "
+                       "coalesce((SELECT sequence FROM numbers_given WHERE year = ?), 0)) + 1"));
     next.bindValue(0, quote.header.date.year());
+    next.bindValue(1, quote.header.date.year());
     if (!QuoteBookRows::run(next, error) || !next.next()) {
         next.finish();
         return fail(error);
@@ -78,6 +86,43 @@ bool QuoteBook::numberAndInsert(SavedQuote &quote)
     next.finish();
     quote.total = QuoteBookRows::totalOf(quote.content.lines, m_locale);
     return insertQuote(quote);
+}
+
+bool QuoteBook::continueNumbersOf(const QString &otherBook)
+{
+    if (!isOpen())
+        return fail(QStringLiteral("the quote book is not open"));
+    // Read as it lies, without locks or a log of its own: it may be damaged, and nothing
+    // writes it any more.
+    std::map<int, int> highest;
+    const QString connection = m_connection + QStringLiteral("-other");
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+        other.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+        other.setDatabaseName(QUrl::fromLocalFile(otherBook).toString(QUrl::FullyEncoded)
+            + QStringLiteral("?immutable=1"));
+        if (QFileInfo::exists(otherBook) && other.open()) {
+            QSqlQuery given(other);
+            if (given.exec(
+                    QStringLiteral("SELECT year, max(sequence) FROM quotes GROUP BY year"))) {
+                while (given.next())
+                    highest[given.value(0).toInt()] = given.value(1).toInt();
+            }
+        }
+        other.close();
+    }
+    QSqlDatabase::removeDatabase(connection);
+    QSqlError error;
+    QSqlQuery &keep = prepared(QStringLiteral(
+        "INSERT INTO numbers_given (year, sequence) VALUES (?, ?) "
+        "ON CONFLICT (year) DO UPDATE SET sequence = max(sequence, excluded.sequence)"));
+    for (const auto &[year, sequence] : highest) {
+        keep.bindValue(0, year);
+        keep.bindValue(1, sequence);
+        if (!QuoteBookRows::run(keep, error))
+            return fail(error);
+    }
+    return true;
 }
 
 bool QuoteBook::saveNew(SavedQuote &quote)

@@ -162,12 +162,23 @@ bool toVersion4(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return true;
 }
 
+/// Version 5: the numbers a book gave out before this one replaced it (it was damaged), which
+/// this one does not give again.
+bool toVersion5(QSqlDatabase &db, const QLocale &, QSqlError &error)
+{
+    return QuoteBookRows::run(db,
+        QStringLiteral("CREATE TABLE numbers_given (year INTEGER PRIMARY KEY, "
+                       "sequence INTEGER NOT NULL)"),
+        error);
+}
+
 using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;
 
 /// Step k brings the book from version k − 1 to version k.
 const std::vector<Step> &steps()
 {
-    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4 };
+    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4,
+        toVersion5 };
     return all;
 }
 

@@ -124,6 +124,14 @@ bool QuoteBookController::openBook(bool inABox)
     if (!m_openable)
         return false;
     const QuoteBook::OpenResult result = m_book.open(bookPath());
+    if (result.status == QuoteBook::OpenStatus::Replaced) {
+        // The numbers the damaged book gave to customers are not given again: the new book
+        // continues after those its last copy and the damaged file still show. (Where it cannot
+        // keep them, it still takes quotes.)
+        static_cast<void>(
+            m_book.continueNumbersOf(m_services.environment.pathInAppFolder(BackupFileName)));
+        static_cast<void>(m_book.continueNumbersOf(result.keptAs));
+    }
     const QString lastCopy =
         result.status == QuoteBook::OpenStatus::Replaced ? keepLastCopy(result) : QString();
     const QString message = QuoteBookMessages::opened(result, bookPath(), lastCopy);

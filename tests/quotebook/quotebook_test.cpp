@@ -7,6 +7,7 @@
 #include "quotes/quoteline.h"
 #include "support/diskfaults.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QSqlQuery>
 
@@ -235,6 +236,46 @@ TEST_F(QuoteBookTest, ANumberWithItsRevisionFindsThatRevision)
     EXPECT_EQ(found(QStringLiteral("Q-2026-0001 bolt")), QStringList());
     EXPECT_EQ(found(QStringLiteral("Q-2026-0002 A")), QStringList { "Q-2026-0002 A" });
     EXPECT_EQ(found(QStringLiteral("Q-2026-0002 C")), QStringList());
+}
+
+// A book that replaced a damaged one does not give again the numbers the damaged one gave:
+// its copy from the last close says which, and so may the damaged file.
+TEST_F(QuoteBookTest, NumbersAnotherBookGaveOutAreNotGivenAgain)
+{
+    const QString otherPath = folder.filePath(QStringLiteral("quotes-backup.db"));
+    {
+        QuoteBook other(locale);
+        ASSERT_EQ(other.open(otherPath).status, QuoteBook::OpenStatus::Created);
+        std::vector<SavedQuote> given;
+        for (int i = 0; i < 3; ++i)
+            given.push_back(sampleQuote(QStringLiteral("Old"), May12));
+        for (int i = 0; i < 7; ++i)
+            given.push_back(sampleQuote(QStringLiteral("Older"), QDate(2025, 11, 3)));
+        ASSERT_TRUE(other.saveNewQuotes(given));
+    }
+    const QString garbage = folder.filePath(QStringLiteral("quotes-damaged.db"));
+    folder.writeFile(QStringLiteral("quotes-damaged.db"), QByteArray(9000, 'q'));
+    EXPECT_TRUE(book->continueNumbersOf(garbage)) << "a file that cannot be read changes nothing";
+    EXPECT_TRUE(book->continueNumbersOf(otherPath));
+    EXPECT_TRUE(book->continueNumbersOf(folder.filePath(QStringLiteral("absent.db"))));
+
+    SavedQuote thisYear = sampleQuote(QStringLiteral("New"), May12);
+    ASSERT_TRUE(book->saveNew(thisYear));
+    EXPECT_EQ(thisYear.header.number(), QStringLiteral("Q-2026-0004"));
+    SavedQuote lastYear = sampleQuote(QStringLiteral("Late"), QDate(2025, 12, 30));
+    ASSERT_TRUE(book->saveNew(lastYear));
+    EXPECT_EQ(lastYear.header.number(), QStringLiteral("Q-2025-0008"));
+    SavedQuote nextYear = sampleQuote(QStringLiteral("Early"), QDate(2027, 1, 4));
+    ASSERT_TRUE(book->saveNew(nextYear));
+    EXPECT_EQ(nextYear.header.number(), QStringLiteral("Q-2027-0001"));
+    // Kept with the book, and never lowered by a book that gave out fewer.
+    ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened);
+    SavedQuote again = sampleQuote(QStringLiteral("Again"), May12);
+    ASSERT_TRUE(book->saveNew(again));
+    EXPECT_EQ(again.header.number(), QStringLiteral("Q-2026-0005"));
+    EXPECT_EQ(
+        QDir(folder.path()).entryList({ QStringLiteral("quotes-backup.db-*") }), QStringList())
+        << "reading the other book leaves no files beside it";
 }
 
 TEST_F(QuoteBookTest, RevisionsAreListedEachAndTheStatusIsKept)

@@ -119,6 +119,34 @@ TEST_F(DamagedBookWindowTest, ADamagedQuoteBookIsReportedKeptAndReplaced)
     EXPECT_TRUE(mainWindow->quoteBook().book().isOpen());
 }
 
+// The new book does not give again the numbers the damaged one gave to customers: it
+// continues after those of the copy made at the last close.
+TEST_F(DamagedBookWindowTest, TheNewBookContinuesAfterTheNumbersTheDamagedOneGave)
+{
+    {
+        QuoteBook copy(QLocale(QLocale::English, QLocale::UnitedStates));
+        ASSERT_EQ(copy.open(folder.filePath(QStringLiteral("quotes.bak"))).status,
+            QuoteBook::OpenStatus::Created);
+        std::vector<SavedQuote> given(3);
+        for (SavedQuote &quote : given) {
+            quote.header.customer.customer = QStringLiteral("Earlier customer");
+            quote.header.date = QDate::currentDate();
+            quote.content.lines = Table(1, QuoteLine::FieldCount);
+        }
+        ASSERT_TRUE(copy.saveNewQuotes(given));
+        ASSERT_EQ(given.back().header.sequence, 3);
+    }
+    folder.writeFile(QStringLiteral("quotes.db"), QByteArray(9000, 'q'));
+    startAndWait();
+    ASSERT_TRUE(mainWindow->quoteBook().book().isOpen());
+    SavedQuote next;
+    next.header.customer.customer = QStringLiteral("Next customer");
+    next.header.date = QDate::currentDate();
+    next.content.lines = Table(1, QuoteLine::FieldCount);
+    ASSERT_TRUE(mainWindow->quoteBook().book().saveNew(next));
+    EXPECT_EQ(next.header.sequence, 4);
+}
+
 TEST_F(DamagedBookWindowTest, TheCopyOfTheLastCloseOutlivesTheNewBook)
 {
     folder.writeFile(QStringLiteral("quotes.db"), QByteArray(9000, 'q'));

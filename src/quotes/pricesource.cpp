@@ -203,11 +203,14 @@ QList<int> linesWithOtherPrices(const Table &quote, const std::vector<PriceSourc
         // A line at its list price stays there (Reset Prices put it there, or no price point
         // applied): only today's list price matters to it, not a price point its quantity
         // reaches.
+        // A line at a price point costs what it did while that point's price stands: a new
+        // list price changes only the discount its document shows beside it, no price.
         const auto unit = numberIn(quote.get(row, QuoteLine::UnitPrice), locale);
         const bool unitDiffers =
             source != PriceSource::ListPrice && (!unit || float(*unit) != *unitToday);
-        const bool listDiffers = !samePrice(quote.get(row, QuoteLine::ListPrice),
-            catalogue.get(product, ProductRecord::Price), locale);
+        const bool listDiffers = source == PriceSource::ListPrice
+            && !samePrice(quote.get(row, QuoteLine::ListPrice),
+                catalogue.get(product, ProductRecord::Price), locale);
         if (unitDiffers || listDiffers)
             rows.append(row);
     }

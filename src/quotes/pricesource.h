@@ -40,9 +40,11 @@ PriceSource infer(const Table &quote, int row, const Table &catalogue, const QLo
 std::vector<PriceSource> sourcesOf(const Table &quote, const Table &catalogue, const Table &known,
     const std::vector<PriceSource> &knownSources, const QLocale &locale);
 
-/// The rows (1-based) of the lines priced from the catalogue (list price or price point)
-/// whose unit price or list price is another in today's catalogue. Lines of products the
-/// catalogue no longer has are not among them: they cannot be priced from it.
+/// The rows (1-based) of the lines priced from the catalogue whose price is another in today's
+/// catalogue: for a line at its list price that list price, for a line at a price point the
+/// price its quantity gets (a new list price beside an unchanged price point is no other price).
+/// Lines of products the catalogue no longer has are not among them: they cannot be priced
+/// from it.
 QList<int> linesWithOtherPrices(const Table &quote, const std::vector<PriceSource> &sources,
     const Table &catalogue, const QLocale &locale);
 

@@ -124,6 +124,21 @@ TEST_F(PriceSourceTest, ALineResetToTheListPriceIsComparedWithTheListPriceOnly)
     EXPECT_DOUBLE_EQ(number(1, QuoteLine::ExtendedPrice), 40.0);
 }
 
+// A new list price beside an unchanged price point leaves what a line at that point costs:
+// no other price to offer.
+TEST_F(PriceSourceTest, ANewListPriceIsNoOtherPriceForALineAtAPricePoint)
+{
+    add(QStringLiteral("B-200"));
+    typeQuantity(1, QStringLiteral("5")); // the price point for 5
+    const std::vector<PriceSource> sources { PriceSources::infer(quote, 1, catalogue, locale) };
+    ASSERT_EQ(sources.front(), PriceSource::PricePoint);
+    catalogue.put(2, ProductRecord::Price, "$8.00");
+    EXPECT_TRUE(PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale).isEmpty());
+    catalogue.put(2, ProductRecord::Price2, "$6.00");
+    EXPECT_EQ(
+        PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale), (QList<int> { 1 }));
+}
+
 TEST_F(PriceSourceTest, ALockedLineIsNotOfferedTodaysPrice)
 {
     add(QStringLiteral("A-100"));

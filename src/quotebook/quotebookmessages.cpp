@@ -82,6 +82,15 @@ QString saveFirst(const QuoteHeader &header)
         .arg(header.numberAndRevision());
 }
 
+QString expiredQuestion(const QuoteHeader &header, const QString &what, const QLocale &locale)
+{
+    return QStringLiteral("Quote %1 was valid until %2. %3 it as it is?\n\nNew Revision makes a "
+                          "copy dated today, valid for another %4 days.")
+        .arg(header.numberAndRevision(), locale.toString(header.validUntil, QLocale::LongFormat),
+            what)
+        .arg(DefaultValidDays);
+}
+
 QString sentQuestion(const QuoteHeader &header, int nextRevision)
 {
     // What the customer has, or has answered, stays on record as it was.

@@ -2,6 +2,7 @@
 
 #include "quotebook/quotebook.h"
 
+#include <QLocale>
 #include <QString>
 
 namespace tarnwick {
@@ -27,6 +28,9 @@ QString unavailable(const QString &why);
 QString otherPrices(int lines);
 /// Before the quote in hand is replaced (New, Open Quote): the question to save it first.
 QString saveFirst(const QuoteHeader &header);
+/// A quote past its last valid day about to go to the customer: send (or write as PDF) it as it
+/// is? what is "Send" or "Save the PDF of".
+QString expiredQuestion(const QuoteHeader &header, const QString &what, const QLocale &locale);
 /// A quote sent, accepted or declined that is saved again: make it the next revision,
 /// nextRevision (the one after the highest of its number, which need not be the one after
 /// header's)?

@@ -92,6 +92,9 @@ private:
     QuoteTexts currentTexts() const;
     /// Quote Note's texts are no longer the ones the saved quote in hand was saved with.
     bool textsChanged() const;
+    /// An expired quote about to go out as a PDF (what: "Send", "Save the PDF of"): true when it
+    /// has not expired or the user goes on all the same.
+    bool sendsExpired(const QString &what, const QString &title);
     /// Quote Note's unsaved typing settled (see setSettleNote); false when the user cancelled.
     bool noteSettled(const QString &title);
     bool saveFirstTime(const QString &title);

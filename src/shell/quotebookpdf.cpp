@@ -46,9 +46,23 @@ bool QuoteBookController::writePdf(const QString &path, const QString &title)
     return false;
 }
 
+bool QuoteBookController::sendsExpired(const QString &what, const QString &title)
+{
+    // The customer reads the validity on the PDF: an expired quote goes out only when the
+    // user says so (the default keeps it back).
+    const QuoteHeader &header = m_session->header();
+    if (!m_today || !QuoteNumbers::hasExpired(header.validUntil, header.status, m_today()))
+        return true;
+    return m_services.prompts.msgBox(
+               QuoteBookMessages::expiredQuestion(header, what, m_module.locale()),
+               MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2, title)
+        == MsgResult::Yes;
+}
+
 void QuoteBookController::saveAsPdf()
 {
-    if (!ready(PdfTitle) || !ensureSaved(PdfTitle))
+    if (!ready(PdfTitle) || !ensureSaved(PdfTitle)
+        || !sendsExpired(QStringLiteral("Save the PDF of"), PdfTitle))
         return;
     const QuoteHeader &header = m_session->header();
     FileDialogRequest request;
@@ -66,7 +80,8 @@ void QuoteBookController::saveAsPdf()
 
 void QuoteBookController::send()
 {
-    if (!ready(SendTitle) || !ensureSaved(SendTitle))
+    if (!ready(SendTitle) || !ensureSaved(SendTitle)
+        || !sendsExpired(QStringLiteral("Send"), SendTitle))
         return;
     const QuoteHeader header = m_session->header();
     // The mail program reads the file after Tarnwick has handed it over, perhaps after

@@ -274,6 +274,25 @@ TEST_F(QuoteBookWindowTest, AQuoteOnScreenPastItsLastValidDaySaysSo)
     action("mnuQuoteOpen")->trigger();
     EXPECT_EQ(window->ui().FraQuote->title(),
         QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (expired)"));
+
+    // It goes to the customer only when the user says so: No, the default, sends nothing.
+    fakes->launcher.installed << QStringLiteral("xdg-email");
+    fakes->prompts.answerMessage(MsgResult::No);
+    action("mnuFileSend")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("Quote Q-2026-0001 A was valid until Thursday, June 11, 2026. Send it as "
+                       "it is?\n\nNew Revision makes a copy dated today, valid for another 30 "
+                       "days."));
+    EXPECT_EQ(fakes->prompts.shown()[0].style,
+        MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
+    EXPECT_TRUE(fakes->launcher.starts.empty());
+    EXPECT_EQ(book().list().first().status, QuoteStatus::Draft);
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    action("mnuFileSend")->trigger();
+    ASSERT_EQ(fakes->launcher.starts.size(), 1U);
+    EXPECT_EQ(book().list().first().status, QuoteStatus::Sent);
+    QDir(QFileInfo(fakes->launcher.starts[0].arguments[6]).path()).removeRecursively();
 }
 
 TEST_F(QuoteBookWindowTest, OpenQuoteOffersToSaveTheQuoteOnScreenFirst)

@@ -220,6 +220,10 @@ bool ImportPlanner::step()
     cells.partKey = utf8Of(partCell, cells.spare);
     if (update ? cells.allEmpty() : cells.partKey.isEmpty()) {
         m_done = true;
+        // What lies below is not read (as adding never reads past an empty part number), but
+        // an update says so: the rows may well be meant.
+        if (update && (m_row < m_workbook.rowCountHint() || m_workbook.hasRowsAfterAGap()))
+            m_plan.rowsLeftBelow = m_row;
         return false;
     }
     // Kept before the row's cells move into the plan.

@@ -87,6 +87,9 @@ struct ImportPlan
     std::vector<SkippedRow> skipped;
     /// The first error met while reading cells, if any.
     std::optional<VbError> firstError;
+    /// Updating ends at the first row empty in every mapped column: that row, when rows below
+    /// it hold something, which the plan then leaves out (0 when nothing was left).
+    int rowsLeftBelow = 0;
 
     int addedCount() const { return int(addedSheetRows.size()); }
     /// The cells of new product index (0-based).

@@ -61,9 +61,15 @@ QStringList countLines(const ImportPlan &plan)
     QString skipped = QStringLiteral("Rows skipped: %1").arg(plan.skippedCount());
     if (!reasons.isEmpty())
         skipped += QStringLiteral(" (%1)").arg(reasons.join(QStringLiteral("; ")));
-    return { QStringLiteral("Products added: %1").arg(plan.addedCount()),
+    QStringList lines { QStringLiteral("Products added: %1").arg(plan.addedCount()),
         QStringLiteral("Products changed: %1").arg(plan.changed.size()),
         QStringLiteral("Products unchanged: %1").arg(plan.unchanged), skipped };
+    if (plan.rowsLeftBelow > 0) {
+        lines << QStringLiteral("Rows not read: every row below row %1, which is empty in the "
+                                "mapped columns and ends the import.")
+                     .arg(plan.rowsLeftBelow);
+    }
+    return lines;
 }
 
 QString resultMessage(const ImportPlan &plan)

@@ -23,7 +23,8 @@ QString reasonText(SkipReason reason);
 /// The counts of a plan, one line each, as the preview shows them and the result message
 /// repeats them: "Products added: 3", "Products changed: 5", "Products unchanged: 12" and
 /// "Rows skipped: 4 (empty part number: 1; part number twice in the sheet: 3)" (the reasons
-/// that occur, in a fixed order; "Rows skipped: 0" when there are none).
+/// that occur, in a fixed order; "Rows skipped: 0" when there are none), and, when an update
+/// ended at an empty row with rows below it, "Rows not read: every row below row 7, …".
 QStringList countLines(const ImportPlan &plan);
 /// The message after a plan was applied: the count lines, one per line.
 QString resultMessage(const ImportPlan &plan);

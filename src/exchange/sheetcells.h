@@ -73,6 +73,10 @@ public:
     /// Set by the readers of formats that keep numbers as numbers (IWorkbook::numbersInStoredForm).
     void setNumbersInStoredForm(bool stored) { m_numbersInStoredForm = stored; }
     bool numbersInStoredForm() const override { return m_numbersInStoredForm; }
+    /// A row came after an empty one and was not kept (stopped()).
+    bool hasRowsAfterAGap() const override { return m_stopped; }
+    /// After finish(): rowCount().
+    int rowCountHint() const override { return m_rowCount; }
 
     /// After finish(): the rows 1..rowCount() that hold a cell in every row.
     int rowCount() const { return m_rowCount; }

@@ -26,6 +26,8 @@ class TextWorkbook : public IWorkbook
 public:
     explicit TextWorkbook(const QByteArray &bytes);
     QString cellText(int column, int row) const override { return m_cells.cellText(column, row); }
+    bool hasRowsAfterAGap() const override { return m_cells.hasRowsAfterAGap(); }
+    int rowCountHint() const override { return m_cells.rowCountHint(); }
 
 private:
     SheetCells m_cells;

@@ -39,6 +39,9 @@ public:
     /// them over; false for text a person or a program wrote in some locale's way (tab-separated
     /// text, rows from the clipboard), which the user's locale reads.
     virtual bool numbersInStoredForm() const { return false; }
+    /// True when the sheet holds rows below an empty row, which the readers do not keep (the
+    /// import ends at the first empty row anyway): rows a user may expect read.
+    virtual bool hasRowsAfterAGap() const { return false; }
     /// How many rows the sheet holds when the workbook knows it without counting, else 0: a
     /// reader of every row makes room for them at once.
     virtual int rowCountHint() const { return 0; }

@@ -25,6 +25,8 @@ constexpr char FailureTag = 'F';
 constexpr char ResetTag = 'R';
 // The sheet's numbers come in the stored form (IWorkbook::numbersInStoredForm); a tag alone.
 constexpr char StoredNumbersTag = 'N';
+// Rows follow an empty row in the sheet (IWorkbook::hasRowsAfterAGap); a tag alone.
+constexpr char RowsAfterAGapTag = 'G';
 // tag, row, column, length; tag, row, column; tag, rows; tag, error number, length.
 constexpr qsizetype CellFrameHead = 1 + 4 + 1 + 4;
 constexpr qsizetype ErrorCellFrameSize = 1 + 4 + 1;
@@ -73,9 +75,9 @@ class WireWorkbook : public IWorkbook
 {
 public:
     WireWorkbook(QByteArray text, std::vector<quint32> starts, std::vector<quint32> errors,
-        int rows, bool numbersInStoredForm)
+        int rows, bool numbersInStoredForm, bool rowsAfterAGap)
         : m_block(new CellTextBlock), m_starts(std::move(starts)), m_errors(std::move(errors)),
-          m_rows(rows), m_numbersInStoredForm(numbersInStoredForm)
+          m_rows(rows), m_numbersInStoredForm(numbersInStoredForm), m_rowsAfterAGap(rowsAfterAGap)
     {
         m_block->bytes = std::move(text);
     }
@@ -106,6 +108,7 @@ public:
     }
     int rowCountHint() const override { return m_rows; }
     bool numbersInStoredForm() const override { return m_numbersInStoredForm; }
+    bool hasRowsAfterAGap() const override { return m_rowsAfterAGap; }
     void readCells(int row, std::span<const int> columns, std::span<Cell> cells,
         std::span<bool> errors) const override
     {
@@ -140,6 +143,7 @@ private:
     std::vector<quint32> m_errors;
     int m_rows;
     bool m_numbersInStoredForm;
+    bool m_rowsAfterAGap;
 };
 
 } // namespace
@@ -225,6 +229,8 @@ void SheetWriter::finish(const SheetCells &cells)
         m_cursor = {};
     }
     writeCompleteRows(cells);
+    if (cells.hasRowsAfterAGap())
+        m_out += RowsAfterAGapTag;
     char number[4];
     m_out += EndTag;
     qToLittleEndian(quint32(cells.rowCount()), number);
@@ -301,8 +307,8 @@ std::unique_ptr<IWorkbook> Decoder::takeWorkbook()
         return nullptr;
     m_text.truncate(m_textSize);
     m_text.squeeze();
-    auto workbook = std::make_unique<WireWorkbook>(
-        std::move(m_text), std::move(m_starts), std::move(m_errors), m_rows, m_numbersInStoredForm);
+    auto workbook = std::make_unique<WireWorkbook>(std::move(m_text), std::move(m_starts),
+        std::move(m_errors), m_rows, m_numbersInStoredForm, m_rowsAfterAGap);
     clearCells();
     m_state = State::Malformed;
     return workbook;
@@ -323,6 +329,9 @@ qsizetype Decoder::readFrame(QByteArrayView bytes)
         return readReset();
     case StoredNumbersTag:
         m_numbersInStoredForm = true;
+        return 1;
+    case RowsAfterAGapTag:
+        m_rowsAfterAGap = true;
         return 1;
     default:
         return -1;

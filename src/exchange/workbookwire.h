@@ -137,6 +137,7 @@ private:
     std::vector<quint32> m_errors;
     int m_rows = 0;
     bool m_numbersInStoredForm = false;
+    bool m_rowsAfterAGap = false;
     /// Bytes of the stream read in earlier calls of feed(), and where the frame being read
     /// starts in the stream.
     qint64 m_consumed = 0;

@@ -5,6 +5,7 @@
 #include "catalogue/table.h"
 #include "exchange/columnmapping.h"
 #include "exchange/importplan.h"
+#include "exchange/importreport.h"
 #include "exchange/sheetcells.h"
 #include "exchange/textworkbook.h"
 #include "exchange/workbook.h"
@@ -525,6 +526,52 @@ TEST(ImportPlanLocale, AWorkbooksNumbersMeanTheSameInGerman)
 
 // Tab-separated text is written in some locale's way, and the user's locale reads it: in
 // German "2.675" there is 2,675 thousand. A leading "0." is never a group of thousands.
+// An update ends at the first row empty in every mapped column, as adding ends at the first
+// empty part number; rows below it are not read, and the counts say so.
+TEST(ImportPlanGap, RowsBelowAnEmptyRowAreSaidNotRead)
+{
+    const QByteArray bytes("Part Number\tProduct Name\tPrice\r\n"
+                           "A-1\tAnchor\t11\r\n"
+                           "\t\t\r\n"
+                           "B-2\tBolt\t7\r\n");
+    SheetReadResult read = readSheet(bytes);
+    ASSERT_NE(read.cells, nullptr);
+    EXPECT_TRUE(read.cells->hasRowsAfterAGap());
+    const std::unique_ptr<IWorkbook> wire = throughTheWire(*read.cells);
+    ASSERT_NE(wire, nullptr);
+    EXPECT_TRUE(wire->hasRowsAfterAGap()) << "said by the reader process too";
+    const Table catalogue { 1, P::FieldCount };
+    const std::vector<const IWorkbook *> workbooks { read.cells.get(), wire.get() };
+    for (const IWorkbook *workbook : workbooks) {
+        ImportPlanner planner(*workbook, catalogue, test::supplierSheetLetters(), true,
+            ImportAction::UpdateExisting, EnUs);
+        planner.runAll();
+        const ImportPlan plan = planner.takePlan();
+        EXPECT_EQ(plan.addedCount(), 1);
+        EXPECT_EQ(plan.rowsLeftBelow, 3);
+        EXPECT_EQ(ImportReport::countLines(plan).value(4),
+            QStringLiteral("Rows not read: every row below row 3, which is empty in the mapped "
+                           "columns and ends the import."));
+    }
+    // A row empty in the mapped columns but not in others ends the update too.
+    const TextWorkbook text(QByteArray("Part Number\tProduct Name\tPrice\tNotes\tPrice 1\tX\r\n"
+                                       "A-1\tAnchor\t11\t\t\t\r\n"
+                                       "\t\t\t\t\tnote\r\n"
+                                       "B-2\tBolt\t7\t\t\t\r\n"));
+    ImportPlanner planner(
+        text, catalogue, test::supplierSheetLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    EXPECT_EQ(planner.takePlan().rowsLeftBelow, 3);
+    // A sheet read to its end leaves nothing.
+    const TextWorkbook whole(QByteArray("Part Number\tProduct Name\tPrice\r\nA-1\tAnchor\t11\r\n"));
+    ImportPlanner all(
+        whole, catalogue, test::supplierSheetLetters(), true, ImportAction::UpdateExisting, EnUs);
+    all.runAll();
+    const ImportPlan plan = all.takePlan();
+    EXPECT_EQ(plan.rowsLeftBelow, 0);
+    EXPECT_EQ(ImportReport::countLines(plan).size(), 4);
+}
+
 TEST(ImportPlanLocale, TabSeparatedTextIsReadAsTheUsersLocaleWritesNumbers)
 {
     QFile file(test::dataFile(QStringLiteral("decimals.txt")));

@@ -26,7 +26,9 @@ namespace {
 /// The counts of sample.xls over the fixture's catalogue (OLD-1 "Old name"), updated.
 const QStringList SampleCounts { "Products added: 2", "Products changed: 1",
     "Products unchanged: 0",
-    "Rows skipped: 2 (part number twice in the sheet: 1; list price that is no number: 1)" };
+    "Rows skipped: 2 (part number twice in the sheet: 1; list price that is no number: 1)",
+    "Rows not read: every row below row 7, which is empty in the mapped columns and ends the "
+    "import." };
 
 class FrmUpdatePreviewTest : public FrmUpdateTest
 {
@@ -63,6 +65,9 @@ protected:
         QStringList lines;
         for (const char *name : { "LblAdded", "LblChanged", "LblUnchanged", "LblSkipped" })
             lines << preview->findChild<QLabel *>(QString::fromLatin1(name))->text();
+        // Shown only when an update left rows below an empty row unread.
+        if (const auto *notRead = preview->findChild<QLabel *>(QStringLiteral("LblNotRead")))
+            lines << notRead->text();
         return lines;
     }
 

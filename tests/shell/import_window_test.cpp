@@ -219,7 +219,8 @@ TEST_F(ImportWindowTest, UpdateExistingProductsFromAWorkbookChangesThemAfterTheP
     // AB-101's price is "n/a": that row is skipped; the repeated AB-100 too.
     EXPECT_EQ(fakes->prompts.texts().last(),
         "Products added: 3\nProducts changed: 0\nProducts unchanged: 0\nRows skipped: 2 (part "
-        "number twice in the sheet: 1; list price that is no number: 1)");
+        "number twice in the sheet: 1; list price that is no number: 1)\nRows not read: every row "
+        "below row 7, which is empty in the mapped columns and ends the import.");
     EXPECT_EQ(
         gridColumn(0), (QStringList { "A-100", "AB-100", "AB-102", "B-200", "C-300", "OLD-1" }));
     EXPECT_EQ(gridColumn(1)[1], "Missing Product Name") << "no name column mapped";

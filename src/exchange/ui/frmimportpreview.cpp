@@ -24,7 +24,8 @@ template <typename W> W *previewControl(W *widget, const QString &name)
 }
 
 /// The names of the count labels, in the order of ImportReport::countLines.
-const char *const CountLabels[] = { "LblAdded", "LblChanged", "LblUnchanged", "LblSkipped" };
+const char *const CountLabels[] = { "LblAdded", "LblChanged", "LblUnchanged", "LblSkipped",
+    "LblNotRead" };
 
 } // namespace
 

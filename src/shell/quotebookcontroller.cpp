@@ -21,6 +21,7 @@
 #include "shell/quotecontroller.h"
 #include "shell/statustext.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QFontMetrics>
@@ -29,6 +30,7 @@
 #include <QLineEdit>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace tarnwick {
@@ -63,6 +65,11 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
       m_today([] { return QDate::currentDate(); })
 {
     connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
+    // Left open overnight, the frame keeps up with the day.
+    m_midnight.setSingleShot(true);
+    m_midnight.setTimerType(Qt::VeryCoarseTimer);
+    connect(&m_midnight, &QTimer::timeout, this, &QuoteBookController::dayChanged);
+    armMidnight();
     m_ui.FraQuote->installEventFilter(this);
     new FileDialogWatch([this] { retakeLocks(); }, this);
     // "New quote." no longer says what is on screen once a step of the quote is undone or
@@ -277,6 +284,19 @@ bool QuoteBookController::textsChanged() const
 void QuoteBookController::report(const QString &text, const QString &title)
 {
     m_services.prompts.msgBox(text, MsgStyle::Exclamation, title);
+}
+
+void QuoteBookController::armMidnight()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDateTime midnight(now.date().addDays(1), QTime(0, 0, 1));
+    m_midnight.start(std::chrono::milliseconds(std::max<qint64>(1000, now.msecsTo(midnight))));
+}
+
+void QuoteBookController::dayChanged()
+{
+    showHeader();
+    armMidnight();
 }
 
 void QuoteBookController::setToday(std::function<QDate()> today)

@@ -6,6 +6,7 @@
 
 #include <QDate>
 #include <QObject>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -73,6 +74,9 @@ public:
     /// The day quotes are dated and run out against (the computer's date unless set); the
     /// frame above the quote shows at once whether the quote on screen has run out.
     void setToday(std::function<QDate()> today);
+    /// A new day began while Tarnwick runs: the frame says "(expired)" of a quote on screen that
+    /// ran out at midnight. Called by a timer at each midnight.
+    void dayChanged();
     /// Asked, with the command's title, before the quote on screen is saved (Save Quote, New
     /// Revision, Duplicate Quote, a PDF or a mail) or replaced: false when the user stays as
     /// things are (Quote Note's unsaved typing, say, is not settled).
@@ -117,6 +121,8 @@ private:
     /// its own (said in the status bar).
     void saveMissedInHand();
     void showHeader();
+    /// Starts the timer of the next midnight.
+    void armMidnight();
     /// Opens the book anew after a file dialog has closed (see FileDialogWatch).
     void retakeLocks();
     /// A frame shown or resized shows its title again, cut to its width.
@@ -134,6 +140,7 @@ private:
     std::unique_ptr<QuoteSession> m_session;
     std::unique_ptr<IQuoteBookDialogs> m_dialogs;
     std::function<QDate()> m_today;
+    QTimer m_midnight;
     std::function<bool(const QString &)> m_settleNote;
     QString m_unavailable; ///< why the book could not be opened; empty once it is
     bool m_openable = true; ///< false once the book turned out to be of a later version

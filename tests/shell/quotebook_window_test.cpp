@@ -295,6 +295,24 @@ TEST_F(QuoteBookWindowTest, AQuoteOnScreenPastItsLastValidDaySaysSo)
     QDir(QFileInfo(fakes->launcher.starts[0].arguments[6]).path()).removeRecursively();
 }
 
+// Left open overnight: at midnight the frame says that the quote on screen has run out.
+TEST_F(QuoteBookWindowTest, AtMidnightTheFrameSaysTheQuoteOnScreenHasRunOut)
+{
+    auto today = std::make_shared<QDate>(2026, 6, 11);
+    mainWindow->quoteBook().setToday([today] { return *today; });
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger(); // on June 11, valid until July 11
+    *today = QDate(2026, 7, 11);
+    mainWindow->quoteBook().dayChanged();
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    *today = QDate(2026, 7, 12);
+    mainWindow->quoteBook().dayChanged();
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (expired)"));
+}
+
 TEST_F(QuoteBookWindowTest, OpenQuoteOffersToSaveTheQuoteOnScreenFirst)
 {
     addToQuote(0);

@@ -3,7 +3,10 @@
 #include "core/cell.h"
 #include "core/formats.h"
 
+#include <algorithm>
 #include <array>
+#include <tuple>
+#include <utility>
 
 namespace tarnwick {
 
@@ -77,8 +80,86 @@ QVariant QuoteListModel::headerData(int section, Qt::Orientation orientation, in
 void QuoteListModel::setQuotes(QList<QuoteSummary> quotes)
 {
     beginResetModel();
-    m_quotes = std::move(quotes);
+    m_given = std::move(quotes);
+    arrange();
     endResetModel();
+}
+
+void QuoteListModel::setStatusAt(int row, QuoteStatus status)
+{
+    const qint64 id = idAt(row);
+    if (id == 0)
+        return;
+    m_quotes[row].status = status;
+    for (QuoteSummary &quote : m_given) {
+        if (quote.id == id)
+            quote.status = status;
+    }
+    Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount - 1));
+}
+
+void QuoteListModel::sort(int column, Qt::SortOrder order)
+{
+    Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    QList<qint64> ids;
+    for (const QModelIndex &index : before)
+        ids << idAt(index.row());
+    m_sortColumn = column >= 0 && column < ColumnCount ? column : -1;
+    m_sortOrder = order;
+    arrange();
+    QModelIndexList after;
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        const auto found = std::find_if(m_quotes.cbegin(), m_quotes.cend(),
+            [id = ids.at(i)](const QuoteSummary &quote) { return quote.id == id; });
+        after << (found == m_quotes.cend()
+                ? QModelIndex()
+                : index(int(found - m_quotes.cbegin()), before.at(i).column()));
+    }
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+void QuoteListModel::arrange()
+{
+    m_quotes = m_given;
+    if (m_sortColumn < 0)
+        return;
+    const auto key = [this](const QuoteSummary &quote) -> std::tuple<QVariant, QVariant, QVariant> {
+        switch (m_sortColumn) {
+        case Number:
+        case Revision:
+            return { quote.year, quote.sequence, quote.revision };
+        case Customer:
+            return { quote.customerText().toCaseFolded(), {}, {} };
+        case Date:
+            return { quote.date, quote.year, quote.sequence };
+        case Total:
+            return { quote.total, {}, {} };
+        case Status:
+            return { int(quote.status), {}, {} };
+        default:
+            return { quote.validUntil, {}, {} };
+        }
+    };
+    const auto less = [&key](const QuoteSummary &a, const QuoteSummary &b) {
+        const auto x = key(a);
+        const auto y = key(b);
+        for (const auto &[left, right] : { std::pair { std::get<0>(x), std::get<0>(y) },
+                 std::pair { std::get<1>(x), std::get<1>(y) },
+                 std::pair { std::get<2>(x), std::get<2>(y) } }) {
+            const QPartialOrdering order = QVariant::compare(left, right);
+            if (order == QPartialOrdering::Less)
+                return true;
+            if (order == QPartialOrdering::Greater)
+                return false;
+        }
+        return false;
+    };
+    std::stable_sort(
+        m_quotes.begin(), m_quotes.end(), [&](const QuoteSummary &a, const QuoteSummary &b) {
+            return m_sortOrder == Qt::AscendingOrder ? less(a, b) : less(b, a);
+        });
 }
 
 QString QuoteListModel::validUntilText(const QDate &day, bool expired) const

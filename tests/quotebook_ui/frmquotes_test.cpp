@@ -5,6 +5,7 @@
 #include "quotebook/ui/frmquotes.h"
 #include "quotes/quoteline.h"
 #include "support/fakeprompts.h"
+#include "support/modelcheck.h"
 #include "support/tempappfolder.h"
 
 #include <QApplication>
@@ -183,6 +184,53 @@ TEST_F(FrmQuotesTest, EachKeyTypedReadsTheListOnce)
     QTest::keyClicks(find, QStringLiteral("bv"));
     EXPECT_EQ(resets.count(), 2);
     EXPECT_EQ(column(0), (QStringList { "Q-2026-0003", "Q-2026-0001" }));
+}
+
+// A click on a column's header sorts the list on it, a second click the other way; the quote
+// chosen is the one on the row, and a search keeps the sort.
+TEST_F(FrmQuotesTest, AClickOnAHeaderSortsTheList)
+{
+    auto *grid = child<QTableView>("GrdQuotes");
+    QHeaderView *header = grid->horizontalHeader();
+    const auto clickHeader = [&](int section) {
+        const int x = header->sectionViewportPosition(section) + header->sectionSize(section) / 2;
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(x, header->height() / 2));
+    };
+    clickHeader(QuoteListModel::Customer);
+    EXPECT_EQ(column(2), (QStringList { "ACME Plumbing", "Bolt Brothers", "Clamp & Co" }));
+    EXPECT_EQ(header->sortIndicatorSection(), int(QuoteListModel::Customer));
+    clickHeader(QuoteListModel::Customer);
+    EXPECT_EQ(column(2), (QStringList { "Clamp & Co", "Bolt Brothers", "ACME Plumbing" }));
+    clickHeader(QuoteListModel::Number);
+    EXPECT_EQ(column(0), (QStringList { "Q-2026-0001", "Q-2026-0002", "Q-2026-0003" }));
+
+    auto *find = child<QLineEdit>("TxtFind");
+    find->setText(QStringLiteral("bv"));
+    EXPECT_EQ(column(0), (QStringList { "Q-2026-0001", "Q-2026-0003" })) << "still by number";
+    grid->setCurrentIndex(grid->model()->index(1, 0));
+    QTest::mouseClick(child<QPushButton>("CmdOpen"), Qt::LeftButton);
+    ASSERT_EQ(window->result(), QDialog::Accepted);
+    const auto chosen = book.load(window->chosenQuote());
+    ASSERT_TRUE(chosen.has_value());
+    EXPECT_EQ(chosen->header.number(), QStringLiteral("Q-2026-0003"));
+}
+
+// Sorting moves rows as a model must: a view's current row follows its quote.
+TEST_F(FrmQuotesTest, TheSortedListKeepsTheModelRules)
+{
+    ModelCheck check(window->model());
+    auto *grid = child<QTableView>("GrdQuotes");
+    grid->setCurrentIndex(grid->model()->index(0, 0));
+    const qint64 current = window->model()->idAt(0);
+    for (int column = 0; column < QuoteListModel::ColumnCount; ++column) {
+        grid->sortByColumn(column, Qt::AscendingOrder);
+        grid->sortByColumn(column, Qt::DescendingOrder);
+        EXPECT_EQ(window->model()->idAt(grid->currentIndex().row()), current) << column;
+    }
+    window->model()->sort(-1);
+    EXPECT_EQ(column(0), (QStringList { "Q-2026-0002", "Q-2026-0003", "Q-2026-0001" }))
+        << "back to newest first";
+    EXPECT_TRUE(check.failures().isEmpty()) << check.failures().join('\n').toStdString();
 }
 
 TEST_F(FrmQuotesTest, OpenChoosesTheCurrentQuote)

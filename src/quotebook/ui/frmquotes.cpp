@@ -49,6 +49,11 @@ FrmQuotes::FrmQuotes(QuoteBook &book, IPrompts &prompts, const QLocale &locale, 
     findLabel->setBuddy(m_txtFind);
     m_grdQuotes = quotesControl(new QTableView(this), "GrdQuotes");
     m_grdQuotes->setModel(m_model);
+    // A click on a header sorts on that column, a second click the other way; until then the
+    // list is newest first.
+    m_grdQuotes->horizontalHeader()->setSortIndicatorClearable(true);
+    m_grdQuotes->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    m_grdQuotes->setSortingEnabled(true);
     m_grdQuotes->setAccessibleName(tr("Saved quotes"));
     m_grdQuotes->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_grdQuotes->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -232,9 +237,7 @@ void FrmQuotes::CmbStatus_Click(int index)
         showCurrentStatus();
         return;
     }
-    QList<QuoteSummary> quotes = m_model->quotes();
-    quotes[row].status = status;
-    m_model->setQuotes(quotes);
+    m_model->setStatusAt(row, status);
     // "accepted" is wider than "draft": the column grows with it (and the validity with it).
     m_grdQuotes->resizeColumnToContents(QuoteListModel::Status);
     m_grdQuotes->resizeColumnToContents(QuoteListModel::ValidUntil);

@@ -262,6 +262,8 @@ void ImportPlanner::planUpdate(RowCells &cells)
         skip(SkipReason::PriceNotANumber, cells.partNumber());
     else if (price && !fitsPrice(*price))
         skip(SkipReason::PriceTooLarge, cells.partNumber());
+    else if (price && *price < 0)
+        skip(SkipReason::PriceBelowZero, cells.partNumber());
     else if (known != m_partNumbers.cend())
         planExisting(cells, *known);
     else

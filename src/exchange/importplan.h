@@ -45,6 +45,9 @@ enum class SkipReason {
     /// The list price is mapped and its cell holds a number beyond what the catalogue's
     /// single-precision prices hold, about 3.4E+38 (UpdateExisting).
     PriceTooLarge,
+    /// The list price is mapped and its cell holds a number below zero, which no price list
+    /// means ("12.50-" or "(43.00)" in an accounting sheet, say) (UpdateExisting).
+    PriceBelowZero,
     /// The part number's cell could not be read.
     Unreadable,
 };

@@ -13,8 +13,8 @@ namespace P = ProductRecord;
 
 /// The order in which the reasons are counted.
 constexpr SkipReason Reasons[] = { SkipReason::EmptyPartNumber, SkipReason::RepeatedPartNumber,
-    SkipReason::PriceNotANumber, SkipReason::PriceTooLarge, SkipReason::PartNumberExists,
-    SkipReason::Unreadable };
+    SkipReason::PriceNotANumber, SkipReason::PriceTooLarge, SkipReason::PriceBelowZero,
+    SkipReason::PartNumberExists, SkipReason::Unreadable };
 
 bool isPriceField(int field)
 {
@@ -43,6 +43,8 @@ QString reasonText(SkipReason reason)
         return QStringLiteral("list price that is no number");
     case SkipReason::PriceTooLarge:
         return QStringLiteral("list price too large");
+    case SkipReason::PriceBelowZero:
+        return QStringLiteral("list price below zero");
     case SkipReason::PartNumberExists:
         return QStringLiteral("part number already exists");
     case SkipReason::Unreadable:

@@ -86,6 +86,20 @@ TEST(ImportReport, APriceTooLargeForTheCatalogueIsNamedAsTheReason)
     EXPECT_EQ(ImportReport::countLines(plan).last(), "Rows skipped: 1 (list price too large: 1)");
 }
 
+// No price list means a price below zero: an accounting sheet's "12.50-" or "(43.00)" is
+// skipped in an update, with its reason, rather than written into the catalogue.
+TEST(ImportReport, AListPriceBelowZeroIsSkippedWithItsReason)
+{
+    const ImportPlan plan = planOf(sampleCatalogue(),
+        "Part Number\tProduct Name\tPrice\r\nH-1\tHammer\t12.50-\r\nS-2\tSaw\t(43.00)\r\n"
+        "N-3\tNail\t0\r\n",
+        ImportAction::UpdateExisting);
+    EXPECT_EQ(
+        ImportReport::countLines(plan).value(3), "Rows skipped: 2 (list price below zero: 2)");
+    ASSERT_EQ(plan.addedCount(), 1) << "a price of 0 is a price";
+    EXPECT_EQ(plan.addedProduct(0)[ProductRecord::PartNumber - 1], Cell("N-3"));
+}
+
 TEST(ImportReport, NothingSkippedSaysSo)
 {
     const ImportPlan plan = planOf(sampleCatalogue(),

@@ -50,8 +50,9 @@ bool toVersion1(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return true;
 }
 
-/// The total and the search text of every quote saved before version 2.
-bool fillTotalsAndSearch(QSqlDatabase &db, const QLocale &locale, QSqlError &error)
+/// What the search text of every saved quote needs of its header: id, number, customer and
+/// company.
+bool readHeaders(QSqlDatabase &db, std::vector<QuoteHeader> &headers, QSqlError &error)
 {
     QSqlQuery quotes(db);
     quotes.setForwardOnly(true);
@@ -59,7 +60,6 @@ bool fillTotalsAndSearch(QSqlDatabase &db, const QLocale &locale, QSqlError &err
         error = quotes.lastError();
         return false;
     }
-    std::vector<QuoteHeader> existing;
     while (quotes.next()) {
         QuoteHeader header;
         header.id = quotes.value(0).toLongLong();
@@ -67,8 +67,17 @@ bool fillTotalsAndSearch(QSqlDatabase &db, const QLocale &locale, QSqlError &err
         header.sequence = quotes.value(2).toInt();
         header.customer.customer = quotes.value(3).toString();
         header.customer.company = quotes.value(4).toString();
-        existing.push_back(header);
+        headers.push_back(header);
     }
+    return true;
+}
+
+/// The total and the search text of every quote saved before version 2.
+bool fillTotalsAndSearch(QSqlDatabase &db, const QLocale &locale, QSqlError &error)
+{
+    std::vector<QuoteHeader> existing;
+    if (!readHeaders(db, existing, error))
+        return false;
     QSqlQuery total(db);
     total.prepare(QStringLiteral("UPDATE quotes SET total = ? WHERE id = ?"));
     QSqlQuery search(db);
@@ -130,22 +139,9 @@ bool toVersion3(QSqlDatabase &db, const QLocale &, QSqlError &error)
 /// text of every quote saved before is made anew.
 bool toVersion4(QSqlDatabase &db, const QLocale &, QSqlError &error)
 {
-    QSqlQuery quotes(db);
-    quotes.setForwardOnly(true);
-    if (!quotes.exec(QStringLiteral("SELECT id, year, sequence, customer, company FROM quotes"))) {
-        error = quotes.lastError();
-        return false;
-    }
     std::vector<QuoteHeader> existing;
-    while (quotes.next()) {
-        QuoteHeader header;
-        header.id = quotes.value(0).toLongLong();
-        header.year = quotes.value(1).toInt();
-        header.sequence = quotes.value(2).toInt();
-        header.customer.customer = quotes.value(3).toString();
-        header.customer.company = quotes.value(4).toString();
-        existing.push_back(header);
-    }
+    if (!readHeaders(db, existing, error))
+        return false;
     QSqlQuery search(db);
     search.prepare(
         QStringLiteral("INSERT OR REPLACE INTO quote_search (quote_id, haystack) VALUES (?, ?)"));

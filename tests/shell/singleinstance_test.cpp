@@ -38,15 +38,25 @@ TEST(SingleInstanceTest, TheFolderIsFreeAgainWhenTheFirstCopyEnds)
     EXPECT_TRUE(next.isOnlyInstance());
 }
 
-TEST(SingleInstanceTest, AFullDiskStillStartsOneCopyAndRefusesTheSecond)
+/// The application folder on a small file system of its own, which a test can fill.
+class SingleInstanceOnATinyDisk : public ::testing::Test
 {
+protected:
+    void SetUp() override
+    {
+        if (!tiny.mounted())
+            FAIL() << "the full-disk check needs a small file system, which cannot be mounted "
+                      "here (the tests run as root): "
+                   << tiny.failure().toStdString();
+    }
+
     TempAppFolder folder;
     const QString disk = folder.filePath(QStringLiteral("disk"));
-    TinyDisk tiny(disk, 64);
-    if (!tiny.mounted())
-        FAIL() << "the full-disk check needs a small file system, which cannot be mounted here "
-                  "(the tests run as root): "
-               << tiny.failure().toStdString();
+    TinyDisk tiny { disk, 64 };
+};
+
+TEST_F(SingleInstanceOnATinyDisk, AFullDiskStillStartsOneCopyAndRefusesTheSecond)
+{
     tiny.fillLeaving(0);
 
     auto first = std::make_unique<SingleInstance>(disk);
@@ -78,15 +88,8 @@ void lockAndDie(const QString &folder)
 
 // Qt takes over a lock whose copy is gone only when it can write a second lock file beside it:
 // on a full disk it could not, and "Tarnwick is already running." kept the user out.
-TEST(SingleInstanceTest, ALockLeftOnAFullDiskByACopyThatIsGoneIsTakenOver)
+TEST_F(SingleInstanceOnATinyDisk, ALockLeftOnAFullDiskByACopyThatIsGoneIsTakenOver)
 {
-    TempAppFolder folder;
-    const QString disk = folder.filePath(QStringLiteral("disk"));
-    TinyDisk tiny(disk, 64);
-    if (!tiny.mounted())
-        FAIL() << "the full-disk check needs a small file system, which cannot be mounted here "
-                  "(the tests run as root): "
-               << tiny.failure().toStdString();
     lockAndDie(disk);
     ASSERT_TRUE(QFileInfo::exists(QDir(disk).filePath(QStringLiteral("tarnwick.lock"))));
     tiny.fillLeaving(0);

@@ -54,20 +54,32 @@ AddLineResult addProduct(
 /// (an unknown part number, a price point without its price), and so does a quantity that does
 /// not (the cell then keeps what was typed). Edits of the part number or the product name
 /// change no price.
-QString typedNotice(int column, const QString &text, const QLocale &locale)
+QString unreadNotice(const Table &quote, const QLocale &locale)
 {
-    if ((column != QuoteGridColumn::Price && column != QuoteGridColumn::Quantity)
-        || text.trimmed().isEmpty() || conv::isNumeric(Cell(text), locale))
-        return QString();
+    const auto unread = [&](int row, int field) {
+        const Cell &cell = quote.get(row, field);
+        if (!cell.isText())
+            return QString();
+        const QString text = cell.asText();
+        return text.trimmed().isEmpty() || conv::isNumeric(cell, locale) ? QString() : text;
+    };
     const QString nothing = format(Cell(0.0), QStringLiteral("currency"), locale);
-    if (column == QuoteGridColumn::Quantity) {
-        return QStringLiteral("The quantity \"%1\" is no number: the line is charged %2 until "
-                              "a whole number is typed.")
-            .arg(text, nothing);
+    const int lines = QuoteLine::lineCount(quote);
+    for (int row = 1; row <= lines; ++row) {
+        if (const QString text = unread(row, QuoteLine::Quantity); !text.isEmpty()) {
+            return QStringLiteral("Line %1: the quantity \"%2\" is no number; the line is "
+                                  "charged %3 until a whole number is typed.")
+                .arg(row)
+                .arg(text, nothing);
+        }
+        if (const QString text = unread(row, QuoteLine::UnitPrice); !text.isEmpty()) {
+            return QStringLiteral("Line %1: the price \"%2\" is no number; the line is charged "
+                                  "%3 until a price is typed.")
+                .arg(row)
+                .arg(text, nothing);
+        }
     }
-    return QStringLiteral("The price \"%1\" is no number: the line is charged %2 until a price "
-                          "is typed.")
-        .arg(text, nothing);
+    return QString();
 }
 
 void repriceLine(

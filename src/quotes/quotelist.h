@@ -52,10 +52,10 @@ AddLineResult addProduct(
 void repriceLine(
     Table &quote, const Table &catalogue, int row, int changedColumn, const QLocale &locale);
 
-/// What the status bar says of a unit price or quantity typed into quote grid column column
-/// that is no number, which the line's re-pricing counts as 0 (the cell keeps what was
-/// typed); empty for anything else.
-QString typedNotice(int column, const QString &text, const QLocale &locale);
+/// What the status bar says while a line of the quote holds a quantity or unit price that is
+/// no number, which the line's re-pricing counts as 0 (the cell keeps what was typed): the
+/// first such line; empty when there is none.
+QString unreadNotice(const Table &quote, const QLocale &locale);
 
 /// "Remove Product": deletes quote row (1-based); the lines after it move up and the quote
 /// keeps its 250 rows. False when row is outside the table.

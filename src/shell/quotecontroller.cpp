@@ -56,15 +56,8 @@ void QuoteController::bind()
         new QuoteGridModel(m_module.QuoteTable(), m_module.Catalogue(), m_module.locale(), this);
     m_model->setCellWriter([this](int row, int column, const QString &text) {
         const QuoteView before = currentView();
-        const bool taken = QuoteEdits::setCell(
+        return QuoteEdits::setCell(
             m_history, { row, column, before.totalsCleared }, row, column, text);
-        // Kept as typed, but charged as nothing: said at once, until the quote changes again.
-        if (const QString said = QuoteList::typedNotice(column, text, m_module.locale());
-            taken && !said.isEmpty()) {
-            m_ui.sbPanel1->setText(said);
-            m_typedNotice = said;
-        }
-        return taken;
     });
     QTableView *grid = m_ui.GrdQuote;
     grid->setModel(m_model);
@@ -296,9 +289,14 @@ void QuoteController::toggleLock()
 
 void QuoteController::quoteChanged(const QuoteChange &change)
 {
-    // What was said of a cell typed before no longer holds once the quote changes.
-    if (!m_typedNotice.isEmpty())
-        m_ui.sbPanel1->takeBack(std::exchange(m_typedNotice, QString()));
+    // A quantity or price kept as typed but charged as nothing is said for as long as the
+    // quote holds it.
+    const QString unread = QuoteList::unreadNotice(m_module.QuoteTable(), m_module.locale());
+    if (!unread.isEmpty())
+        m_ui.sbPanel1->setText(unread);
+    else if (!m_typedNotice.isEmpty())
+        m_ui.sbPanel1->takeBack(m_typedNotice);
+    m_typedNotice = unread;
     if (!change.replayed)
         return;
     // A step undone or redone: the quote tab shows the grid where it stood then.

@@ -94,8 +94,7 @@ private:
     const AppServices &m_services;
     Module1 &m_module;
     EditHistory &m_history;
-    /// The status bar's words about a quantity or price typed as no number, until the next
-    /// change of the quote.
+    /// The status bar's words about a quantity or price the quote holds as no number.
     QString m_typedNotice;
     MainWindowUi &m_ui;
     QMenu *m_quoteMenu;

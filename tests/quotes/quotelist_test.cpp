@@ -67,22 +67,27 @@ TEST_F(QuoteListTest, ARowThatIsNoProductAddsNothing)
     EXPECT_TRUE(sameCells(quote, before));
 }
 
-// A quantity or price the line cannot read is charged as nothing; the status bar says so.
+// A quantity or price a line cannot read is charged as nothing; the status bar says so for as
+// long as the quote holds it.
 TEST_F(QuoteListTest, AQuantityOrPriceThatIsNoNumberIsSaid)
 {
-    using QuoteList::typedNotice;
-    EXPECT_EQ(typedNotice(QuoteGridColumn::Quantity, QStringLiteral("1,5"), locale),
-        QStringLiteral("The quantity \"1,5\" is no number: the line is charged $0.00 until a "
-                       "whole number is typed."));
-    EXPECT_EQ(typedNotice(QuoteGridColumn::Price, QStringLiteral("ask"), locale),
-        QStringLiteral("The price \"ask\" is no number: the line is charged $0.00 until a price "
-                       "is typed."));
-    EXPECT_EQ(typedNotice(QuoteGridColumn::Quantity, QStringLiteral("1,000"), locale), QString());
-    EXPECT_EQ(typedNotice(QuoteGridColumn::Quantity, QStringLiteral("2.5"), locale), QString())
+    add("A-100");
+    add("A-100");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, locale), QString());
+    quote.put(2, QuoteLine::Quantity, "1,5");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+        QStringLiteral("Line 2: the quantity \"1,5\" is no number; the line is charged $0.00 "
+                       "until a whole number is typed."));
+    quote.put(2, QuoteLine::Quantity, "1,000");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, locale), QString());
+    quote.put(1, QuoteLine::UnitPrice, "ask");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+        QStringLiteral("Line 1: the price \"ask\" is no number; the line is charged $0.00 until "
+                       "a price is typed."));
+    quote.put(1, QuoteLine::UnitPrice, "$12.50");
+    quote.put(1, QuoteLine::Quantity, "2.5");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, locale), QString())
         << "a number, charged as 2 (the quantity shown then)";
-    EXPECT_EQ(typedNotice(QuoteGridColumn::Price, QStringLiteral("$12.50"), locale), QString());
-    EXPECT_EQ(typedNotice(QuoteGridColumn::Product, QStringLiteral("ask"), locale), QString());
-    EXPECT_EQ(typedNotice(QuoteGridColumn::Quantity, QString(), locale), QString());
 }
 
 TEST_F(QuoteListTest, AQuantityEqualToAThresholdTakesThatPointsPrice)

@@ -121,9 +121,13 @@ TEST_F(QuoteWindowTest, AQuantityThatIsNoNumberIsChargedNothingAndSaid)
     typeIntoQuote(0, 3, QStringLiteral("1,5"));
     EXPECT_EQ(quoteCell(0, 3), QStringLiteral("1,5"));
     EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$0.00"));
-    EXPECT_EQ(window->ui().sbPanel1->text(),
-        QStringLiteral("The quantity \"1,5\" is no number: the line is charged $0.00 until a "
-                       "whole number is typed."));
+    const QString said = QStringLiteral("Line 1: the quantity \"1,5\" is no number; the line is "
+                                        "charged $0.00 until a whole number is typed.");
+    EXPECT_EQ(window->ui().sbPanel1->text(), said);
+    // Said for as long as the quote holds it, whatever else is typed meanwhile.
+    addToQuote(1);
+    typeIntoQuote(1, 3, QStringLiteral("3"));
+    EXPECT_EQ(window->ui().sbPanel1->text(), said);
     typeIntoQuote(0, 3, QStringLiteral("2"));
     EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$25.00"));
     EXPECT_EQ(window->ui().sbPanel1->text(), QString()) << "no longer holds";

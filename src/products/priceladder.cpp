@@ -133,28 +133,37 @@ void checkQuantities(const Points &points, const QLocale &locale,
 /// A price with part of a cent (0.125) is shown to the cent in a quote and its document, while
 /// every amount is worked out from the whole price: 30 at $0.12 come to $3.75 there. Said
 /// with the break's own quantity, or 100 units where that quantity shows no difference.
-void checkFractionOfCent(
-    const Used &point, const QLocale &locale, std::vector<LadderProblem> &problems)
+/// What is said of a price (as a quote reads it, a single) with part of a cent, charged from
+/// quantity on ("Price 2", "The list price"); empty for a price of whole cents.
+QString fractionOfCentText(const QString &which, float price, qint32 from, const QLocale &locale)
 {
-    const double charged = double(*point.charged);
+    const double charged = double(price);
     const double cents = charged * 100.0;
     if (!(std::fabs(cents) < 1e13)
         || std::fabs(cents - std::round(cents)) <= 1e-6 * std::max(1.0, std::fabs(cents)))
-        return;
+        return QString();
     const QString shown = money(charged, locale);
     const double shownAmount = conv::round(charged, 2); // as the Currency format shows it
-    double quantity = std::max(1.0, double(point.threshold));
+    double quantity = std::max(1.0, double(from));
     if (money(quantity * charged, locale) == money(quantity * shownAmount, locale))
         quantity = 100.0;
-    QString text = QStringLiteral("Price %1 (%2) holds part of a cent: a quote shows %3 a unit "
-                                  "and works out its amounts from %2.")
-                       .arg(point.point)
-                       .arg(stored::shortestText(charged, locale), shown);
+    QString text = QStringLiteral("%1 (%2) holds part of a cent: a quote shows %3 a unit and "
+                                  "works out its amounts from %2.")
+                       .arg(which, stored::shortestText(price, locale), shown);
     if (money(quantity * charged, locale) != money(quantity * shownAmount, locale)) {
         text += QStringLiteral(" %1 cost %2, not %1 \u00d7 %3.")
                     .arg(quantityText(quantity, locale), money(quantity * charged, locale), shown);
     }
-    problems.push_back({ LadderProblem::Kind::FractionOfCent, point.point, 2, text });
+    return text;
+}
+
+void checkFractionOfCent(
+    const Used &point, const QLocale &locale, std::vector<LadderProblem> &problems)
+{
+    const QString text = fractionOfCentText(
+        QStringLiteral("Price %1").arg(point.point), *point.charged, point.threshold, locale);
+    if (!text.isEmpty())
+        problems.push_back({ LadderProblem::Kind::FractionOfCent, point.point, 2, text });
 }
 
 /// The prices: each used point has one, none above the list price, none above the price of a
@@ -291,9 +300,18 @@ std::vector<ProductLadderProblems> checkCatalogue(const Table &catalogue, const 
         const Cell &name = catalogue.get(row, ProductRecord::ProductName);
         if (part.isBlank() && name.isBlank())
             continue;
+        // A list price with part of a cent (from a supplier's sheet: typing rounds it) is shown
+        // to the cent and charged whole, as such a price point is.
+        QStringList said;
+        const auto price = numberOf(catalogue.get(row, ProductRecord::Price), locale);
+        if (price && std::fabs(*price) <= double(std::numeric_limits<float>::max()))
+            said << fractionOfCentText(QStringLiteral("The list price"), float(*price), 1, locale);
+        said.removeAll(QString());
         const auto problems = checkProduct(catalogue, row, locale);
         if (!problems.empty())
-            list.push_back({ row, cellText(part, locale), describe(problems) });
+            said << describe(problems);
+        if (!said.isEmpty())
+            list.push_back({ row, cellText(part, locale), said.join(QLatin1Char(' ')) });
     }
     return list;
 }

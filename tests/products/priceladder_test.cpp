@@ -185,6 +185,27 @@ TEST(PriceLadderTest, ABreakPriceWithPartOfACentIsSaidWithWhatItCosts)
             .empty());
 }
 
+// A list price from a supplier's sheet may hold part of a cent too (typing rounds it): Check
+// Price Points names it as such a price point.
+TEST(PriceLadderTest, CheckPricePointsNamesAListPriceWithPartOfACent)
+{
+    Table catalogue = product("2.675", {});
+    catalogue.put(1, ProductRecord::Price, Cell(2.675f));
+    const auto list = PriceLadder::checkCatalogue(catalogue, EnUs);
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0].text,
+        QStringLiteral("The list price (2.675) holds part of a cent: a quote shows $2.67 a unit "
+                       "and works out its amounts from 2.675. 100 cost $267.50, not 100 \u00d7 "
+                       "$2.67."));
+    catalogue.put(1, ProductRecord::Price, Cell(2.68f));
+    EXPECT_TRUE(PriceLadder::checkCatalogue(catalogue, EnUs).empty());
+    // A price a single keeps only nearly is named as typed, not by its binary digits.
+    const auto point = PriceLadder::checkProduct(product("3", { { "10", "2.675" } }), 1, EnUs);
+    ASSERT_EQ(point.size(), 1U);
+    EXPECT_TRUE(point[0].text.startsWith(QStringLiteral("Price 1 (2.675) holds part of a cent")))
+        << point[0].text.toStdString();
+}
+
 TEST(PriceLadderTest, AThresholdSetPriceCannotReadAndAMissingPriceAreFound)
 {
     const Table catalogue = product("20", { { "40000", "15" }, { "ten", "14" }, { "60", "" } });

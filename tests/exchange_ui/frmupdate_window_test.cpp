@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QGroupBox>
 #include <QKeySequence>
 #include <QLabel>
@@ -317,6 +318,16 @@ TEST_F(FrmUpdateTest, WithALargeFontTheMappingScrollsAndTheButtonsStayOnTheScree
             << focused->objectName().toStdString();
     }
     EXPECT_TRUE(update.findChild<QWidget *>("GrdSample")->hasFocus());
+    // A list's letter brings it into view too, wherever the mapping was scrolled (a window
+    // made low, so that it scrolls up and down).
+    update.resize(update.width(), 420);
+    QCoreApplication::processEvents();
+    ASSERT_GT(area->verticalScrollBar()->maximum(), 0);
+    area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+    QTest::keyClick(&update, Qt::Key_P, Qt::AltModifier);
+    ASSERT_TRUE(list(0)->hasFocus());
+    const QRect place(list(0)->mapTo(area->viewport(), QPoint(0, 0)), list(0)->size());
+    EXPECT_EQ(place.intersected(area->viewport()->rect()).height(), place.height());
 }
 
 TEST_F(FrmUpdateTest, TheWindowFitsItsScreenWithTheActionsAndButtonsOnIt)

@@ -11,6 +11,7 @@
 #include "platform/helpcontexts.h"
 #include "platform/iprompts.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -54,6 +55,12 @@ FrmUpdate::FrmUpdate(const AppServices &services, const Table &catalogue,
     connectHandlers();
     Form_Load();
     fitToScreen();
+    // Where the mapping scrolls, a list reached by its letter (Alt+P) comes into view as one
+    // reached by Tab does.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
+        if (now != nullptr && m_ui.MappingArea->widget()->isAncestorOf(now))
+            m_ui.MappingArea->ensureWidgetVisible(now);
+    });
 }
 
 FrmUpdate::~FrmUpdate() = default;

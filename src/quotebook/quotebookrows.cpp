@@ -238,7 +238,10 @@ QString searchable(const QString &text)
     QString plain;
     plain.reserve(decomposed.size());
     for (const QChar c : decomposed) {
-        if (c.category() != QChar::Mark_NonSpacing)
+        // "ß" is typed "ss" where the keyboard has none.
+        if (c == QChar(0xDF))
+            plain.append(QLatin1String("ss"));
+        else if (c.category() != QChar::Mark_NonSpacing)
             plain.append(c);
     }
     return plain;
@@ -247,7 +250,7 @@ QString searchable(const QString &text)
 SearchTerms searchTerms(const QString &text)
 {
     static const QRegularExpression numberPattern(
-        QStringLiteral("(?:\\bquote\\s+)?\\bq-(\\d{4})-(\\d{1,9})(?:(?:\\s+|-)([a-z]{1,2}))?\\b"),
+        QStringLiteral("(?:\\bquote\\s+)?\\bq-(\\d{4})-(\\d{1,9})(?:(?:\\s+|-)?([a-z]{1,2}))?\\b"),
         QRegularExpression::CaseInsensitiveOption);
     SearchTerms terms;
     QString rest = text;

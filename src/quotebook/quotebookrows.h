@@ -53,7 +53,7 @@ std::optional<QuoteContent> readLines(QSqlDatabase &db, const QString &table, qi
 /// number of the lines, case-folded and without accents (searchable), one per line of text.
 QString haystack(const QuoteHeader &header, const Table &lines);
 /// Text as the search compares it: case-folded, its letters without their accents ("Jürgen"
-/// and "jurgen" alike).
+/// and "jurgen" alike), "ß" as "ss".
 QString searchable(const QString &text);
 
 /// A quote number typed into the search box, as the program writes it anywhere ("Q-2026-0051",

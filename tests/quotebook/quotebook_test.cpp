@@ -206,6 +206,8 @@ TEST_F(QuoteBookTest, TheListIsNewestFirstAndSearchesNumberCustomerCompanyAndPar
     EXPECT_EQ(numbers(QStringLiteral("' OR 1=1 --")), QStringList());
     // Without accents, as a keyboard without them types the name.
     EXPECT_EQ(numbers(QStringLiteral("coln olwerke")), QStringList { "Q-2026-0003" });
+    EXPECT_EQ(QuoteBookRows::searchable(QStringLiteral("Sanitärgroßhandel")),
+        QStringLiteral("sanitargrosshandel"));
 }
 
 // A quote number as the program writes it elsewhere, with its revision letter (the frame, the
@@ -227,6 +229,7 @@ TEST_F(QuoteBookTest, ANumberWithItsRevisionFindsThatRevision)
     EXPECT_EQ(found(QStringLiteral("Q-2026-0001 B")), QStringList { "Q-2026-0001 B" })
         << "the B is the revision, not a word of \"GmbH\"";
     EXPECT_EQ(found(QStringLiteral("Q-2026-0001-A")), QStringList { "Q-2026-0001 A" });
+    EXPECT_EQ(found(QStringLiteral("Q-2026-0001A")), QStringList { "Q-2026-0001 A" });
     EXPECT_EQ(found(QStringLiteral("Quote Q-2026-0001 B")), QStringList { "Q-2026-0001 B" });
     EXPECT_EQ(found(QStringLiteral("q-2026-0001 b")), QStringList { "Q-2026-0001 B" });
     EXPECT_EQ(

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileSystemModel>
 #include <QSignalSpy>
+#include <QTest>
+
+#include <utility>
 
 namespace tarnwick::test {
 
@@ -15,8 +19,19 @@ inline bool showFolderListing(QFileDialog &dialog)
     if (!model)
         return false;
     QSignalSpy loaded(model, &QFileSystemModel::directoryLoaded);
+    const QString folder = QDir::cleanPath(dialog.directory().absolutePath());
     dialog.show();
-    return loaded.wait(10000);
+    // The model reads the folders above it too, each reported when done: the one the dialog
+    // shows is what counts.
+    return QTest::qWaitFor(
+        [&] {
+            for (const QList<QVariant> &arguments : std::as_const(loaded)) {
+                if (QDir::cleanPath(arguments.value(0).toString()) == folder)
+                    return true;
+            }
+            return false;
+        },
+        10000);
 }
 
 } // namespace tarnwick::test

@@ -287,7 +287,7 @@ void QuoteController::toggleLock()
     showNextBreak();
 }
 
-void QuoteController::quoteChanged(const QuoteChange &change)
+void QuoteController::sayUnreadCells()
 {
     // A quantity or price kept as typed but charged as nothing is said for as long as the
     // quote holds it.
@@ -297,6 +297,11 @@ void QuoteController::quoteChanged(const QuoteChange &change)
     else if (!m_typedNotice.isEmpty())
         m_ui.sbPanel1->takeBack(m_typedNotice);
     m_typedNotice = unread;
+}
+
+void QuoteController::quoteChanged(const QuoteChange &change)
+{
+    sayUnreadCells();
     if (!change.replayed)
         return;
     // A step undone or redone: the quote tab shows the grid where it stood then.
@@ -322,6 +327,7 @@ bool QuoteController::replaceLines(const Table &lines)
     if (!QuoteList::replaceLines(m_module.QuoteTable(), lines))
         return false;
     showQuote({ lines.rowCount() > 0 ? 1 : 0, QuoteGridColumn::Quantity, lines.rowCount() == 0 });
+    sayUnreadCells();
     return true;
 }
 

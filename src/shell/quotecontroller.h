@@ -60,6 +60,9 @@ public:
     /// become lines; the grid and the totals follow. False, with the quote unchanged, when
     /// there are more lines than the quote holds.
     bool replaceLines(const Table &lines);
+    /// Says in the status bar while a line holds a quantity or price that is no number
+    /// (QuoteList::unreadNotice), and takes it back once none does.
+    void sayUnreadCells();
     /// The grid and the totals after the whole quote was replaced (a quote opened, a new one):
     /// the grid at view, the totals shown or, with view.totalsCleared, empty.
     void showQuote(const QuoteView &view);

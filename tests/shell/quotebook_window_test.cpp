@@ -129,6 +129,18 @@ TEST_F(QuoteBookWindowTest, TheQuoteOnScreenIsThereAgainAfterACloseAndAStart)
     EXPECT_EQ(window->ui().FraQuote->title(), QStringLiteral("Quote Details"));
 }
 
+// A quote brought back at the start with a quantity that is no number says so at once.
+TEST_F(QuoteBookWindowTest, AQuoteBroughtBackWithAQuantityThatIsNoNumberSaysSo)
+{
+    addToQuote(1);
+    editGridCell(window->ui().GrdQuote, 0, QuoteGridColumn::Quantity, QStringLiteral("ten"));
+    closeAndStart();
+    EXPECT_EQ(quoteColumn(QuoteGridColumn::Quantity).value(0), QStringLiteral("ten"));
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Line 1: the quantity \"ten\" is no number; the line is charged $0.00 "
+                       "until a whole number is typed."));
+}
+
 TEST_F(QuoteBookWindowTest, NoQuoteBookIsMadeUntilThereIsAQuoteToKeep)
 {
     EXPECT_FALSE(folder.exists(QStringLiteral("quotes.db")));

@@ -4,6 +4,7 @@
 #include "catalogue/productrecord.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "platform/filefilter.h"
 #include "platform/filewrite.h"
 #include "platform/ifiledialogs.h"
 #include "platform/iprompts.h"
@@ -98,13 +99,10 @@ QString withTypeExtension(const QString &path, int filterIndex)
 {
     // A name typed without an extension would not be found by the import's "All Spreadsheets"
     // nor opened by a spreadsheet from the file manager.
-    const QString name = QFileInfo(path).fileName();
-    if (name.isEmpty() || name.contains(QLatin1Char('.')))
-        return path;
     if (filterIndex == 3)
-        return path + QStringLiteral(".xls");
+        return withDefaultSuffix(path, QStringLiteral("xls"));
     if (filterIndex == 2)
-        return path + QStringLiteral(".txt");
+        return withDefaultSuffix(path, QStringLiteral("txt"));
     return path;
 }
 

@@ -1,5 +1,7 @@
 #include "platform/filefilter.h"
 
+#include <QFileInfo>
+
 namespace tarnwick {
 
 namespace {
@@ -64,6 +66,14 @@ QStringList toQtNameFilters(const QString &filter)
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
         result << qtNameFilter(parts.at(i), parts.at(i + 1));
     return result;
+}
+
+QString withDefaultSuffix(const QString &path, const QString &suffix)
+{
+    const QString name = QFileInfo(path).fileName();
+    if (suffix.isEmpty() || name.isEmpty() || name.contains(QLatin1Char('.')))
+        return path;
+    return path + QLatin1Char('.') + suffix;
 }
 
 } // namespace tarnwick

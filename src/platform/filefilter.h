@@ -11,4 +11,9 @@ namespace tarnwick {
 /// the description does not already show them.
 QStringList toQtNameFilters(const QString &filter);
 
+/// The path of a file saved with a name typed without an extension: the type's suffix (without
+/// its dot) added, as a save dialog with that default suffix adds it. A name with a dot, an
+/// empty name and an empty suffix leave path as it is.
+QString withDefaultSuffix(const QString &path, const QString &suffix);
+
 } // namespace tarnwick

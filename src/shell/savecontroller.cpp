@@ -4,6 +4,7 @@
 #include "commands/edithistory.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
+#include "platform/filefilter.h"
 #include "platform/ifiledialogs.h"
 #include "shell/cataloguelifecycle.h"
 #include "shell/gridview.h"
@@ -92,9 +93,7 @@ void SaveController::saveAs()
     // A name typed without an extension is a catalogue file all the same: ".dat" is added (the
     // desktop's dialog adds it before it asks about an existing file), so the copy can be told
     // for what it is and put back in place of twdata.dat.
-    QString path = chosen->path;
-    if (!QFileInfo(path).fileName().contains(QLatin1Char('.')))
-        path += QLatin1Char('.') + request.defaultSuffix;
+    const QString path = withDefaultSuffix(chosen->path, request.defaultSuffix);
     storeEdits();
     // The program's own file chosen as the copy is simply saved, with its backup.
     if (QFileInfo(path).absoluteFilePath() == QFileInfo(m_module.DataFile).absoluteFilePath()) {

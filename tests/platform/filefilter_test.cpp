@@ -97,4 +97,17 @@ TEST(FileFilter, EveryPairGivesOneEntryInOrder)
 }
 
 } // namespace
+TEST(FileFilter, ANameWithoutAnExtensionGetsTheDefaultSuffix)
+{
+    EXPECT_EQ(withDefaultSuffix(QStringLiteral("/home/a/prices"), QStringLiteral("xls")),
+        QStringLiteral("/home/a/prices.xls"));
+    EXPECT_EQ(withDefaultSuffix(QStringLiteral("/home/a/p1.csv"), QStringLiteral("xls")),
+        QStringLiteral("/home/a/p1.csv"));
+    EXPECT_EQ(withDefaultSuffix(QStringLiteral("/home/a.b/prices"), QStringLiteral("dat")),
+        QStringLiteral("/home/a.b/prices.dat"))
+        << "a dot in a folder's name is no extension";
+    EXPECT_EQ(withDefaultSuffix(QStringLiteral("/home/a/prices"), QString()),
+        QStringLiteral("/home/a/prices"));
+}
+
 } // namespace tarnwick

@@ -1,5 +1,7 @@
 #include "shell/gridview.h"
 
+#include "platform/keynavigation.h"
+
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QFocusEvent>
@@ -50,26 +52,9 @@ bool GridView::isContextMenuKey(const QKeyCombination &key)
         || (key.key() == Qt::Key_F10 && modifiers == Qt::ShiftModifier);
 }
 
-namespace {
-
-/// Tab (1) or Shift+Tab (-1), with or without Ctrl; anything else 0.
-int tabDirection(const QKeyCombination &key)
-{
-    const Qt::KeyboardModifiers modifiers = key.keyboardModifiers() & ~Qt::KeypadModifier;
-    if (modifiers & (Qt::AltModifier | Qt::MetaModifier))
-        return 0;
-    // Shift+Tab arrives as Backtab on most desktops, as Tab with Shift on others.
-    if (key.key() == Qt::Key_Backtab
-        || (key.key() == Qt::Key_Tab && (modifiers & Qt::ShiftModifier)))
-        return -1;
-    return key.key() == Qt::Key_Tab ? 1 : 0;
-}
-
-} // namespace
-
 int GridView::focusOutDirection(const QKeyCombination &key)
 {
-    return key.keyboardModifiers() & Qt::ControlModifier ? tabDirection(key) : 0;
+    return KeyNavigation::ctrlTabDirection(key);
 }
 
 bool GridView::requestContextMenu()
@@ -100,7 +85,7 @@ bool GridView::handleGridKey(const QKeyCombination &key)
         requestContextMenu();
         return true;
     }
-    const int direction = m_tabLeaves ? tabDirection(key) : focusOutDirection(key);
+    const int direction = m_tabLeaves ? KeyNavigation::tabDirection(key) : focusOutDirection(key);
     if (direction) {
         commitPendingEdit();
         // The widget's own focus chain, not the view's override that moves between cells.

@@ -1,6 +1,7 @@
 #include "quotebook/ui/frmquotes.h"
 
 #include "platform/iprompts.h"
+#include "platform/keynavigation.h"
 #include "quotebook/quotebook.h"
 #include "quotebook/quotelistmodel.h"
 
@@ -171,10 +172,8 @@ bool FrmQuotes::eventFilter(QObject *watched, QEvent *event)
     // Ctrl+Tab and Ctrl+Shift+Tab leave the list too, as they leave the main window's grids.
     if (watched == m_grdQuotes && event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
-        const bool back = key->key() == Qt::Key_Backtab
-            || (key->key() == Qt::Key_Tab && (key->modifiers() & Qt::ShiftModifier));
-        if ((key->modifiers() & Qt::ControlModifier) && (back || key->key() == Qt::Key_Tab)) {
-            focusNextPrevChild(!back);
+        if (const int direction = KeyNavigation::ctrlTabDirection(key->keyCombination())) {
+            focusNextPrevChild(direction > 0);
             return true;
         }
     }

@@ -2,6 +2,7 @@
 
 #include "quotebook/quotebook.h"
 #include "quotebook/quoterecord.h"
+#include "quotes/quotenote.h"
 
 #include <QDate>
 #include <QList>
@@ -16,13 +17,6 @@
 namespace tarnwick {
 
 class Table;
-
-/// The heading and ending texts a quote is saved with (the quote note's files as they are).
-struct QuoteTexts
-{
-    QString heading;
-    QString ending;
-};
 
 /// The quote in hand, as the quote book sees it: which saved revision it continues (if any),
 /// whether it changed since that was saved, and keeping it in the book so that it outlives

@@ -72,6 +72,11 @@ QString readEnding(const QString &folder)
     return readText(endingPath(folder));
 }
 
+QuoteTexts readTexts(const QString &folder)
+{
+    return { readHeading(folder), readEnding(folder) };
+}
+
 namespace {
 
 int integerSetting(const ISettingsStore &settings, const QString &key)

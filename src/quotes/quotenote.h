@@ -8,6 +8,16 @@ namespace tarnwick {
 
 class ISettingsStore;
 
+/// The heading and ending of a quote document: Quote Note's two files as they are, and the
+/// texts a quote is saved with.
+struct QuoteTexts
+{
+    QString heading;
+    QString ending;
+
+    bool operator==(const QuoteTexts &) const = default;
+};
+
 /// The user's own heading and ending of the quote document, kept as plain text files in the
 /// application folder, and the "NoIncludes" setting.
 namespace QuoteNote {
@@ -37,6 +47,8 @@ FileWriteResult saveNotes(const QString &folder, const QString &heading, const Q
 
 QString readHeading(const QString &folder);
 QString readEnding(const QString &folder);
+/// Both files of folder at once.
+QuoteTexts readTexts(const QString &folder);
 
 /// "NoIncludes" as an integer (default 0; a value that is no whole number counts as 0).
 int noIncludes(const ISettingsStore &settings);

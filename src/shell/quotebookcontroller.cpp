@@ -265,8 +265,7 @@ bool QuoteBookController::ready(const QString &title)
 
 QuoteTexts QuoteBookController::currentTexts() const
 {
-    const QString folder = m_services.environment.appFolder();
-    return { QuoteNote::readHeading(folder), QuoteNote::readEnding(folder) };
+    return QuoteNote::readTexts(m_services.environment.appFolder());
 }
 
 bool QuoteBookController::noteSettled(const QString &title)
@@ -274,11 +273,12 @@ bool QuoteBookController::noteSettled(const QString &title)
     return !m_settleNote || m_settleNote(title);
 }
 
-bool QuoteBookController::textsChanged() const
+bool QuoteBookController::hasChanges() const
 {
+    if (m_session->isChanged())
+        return true;
     const QuoteHeader &header = m_session->header();
-    const QuoteTexts texts = currentTexts();
-    return header.isSaved() && (texts.heading != header.heading || texts.ending != header.ending);
+    return header.isSaved() && currentTexts() != QuoteTexts { header.heading, header.ending };
 }
 
 void QuoteBookController::report(const QString &text, const QString &title)
@@ -414,7 +414,7 @@ bool QuoteBookController::offerToSave(const QString &title)
 {
     if (!noteSettled(title))
         return false;
-    if (!m_session->isChanged() && !textsChanged())
+    if (!hasChanges())
         return true;
     const int answer = m_services.prompts.msgBox(QuoteBookMessages::saveFirst(m_session->header()),
         MsgStyle::YesNoCancel | MsgStyle::Question, title);
@@ -430,7 +430,7 @@ bool QuoteBookController::ensureSaved(const QString &title)
     // Note since then change the quote too, which is saved first (a sent one is asked about).
     if (!noteSettled(title))
         return false;
-    if (m_session->header().isSaved() && !m_session->isChanged() && !textsChanged())
+    if (m_session->header().isSaved() && !hasChanges())
         return true;
     return saveInHand(title);
 }
@@ -441,7 +441,7 @@ void QuoteBookController::saveQuote()
         return;
     // Nothing to save: a sent quote would otherwise be asked about "the changes".
     const QuoteHeader &header = m_session->header();
-    if (header.isSaved() && !m_session->isChanged() && !textsChanged()) {
+    if (header.isSaved() && !hasChanges()) {
         status(QStringLiteral("Quote %1 has not changed since it was saved.")
                    .arg(header.numberAndRevision()));
         return;
@@ -578,7 +578,7 @@ void QuoteBookController::newQuote()
     // book it cannot be, and goes (an undo brings it back).
     if (!noteSettled(Titles::New))
         return;
-    if ((m_session->isChanged() || textsChanged()) && openBook(false) && !offerToSave(Titles::New))
+    if (hasChanges() && openBook(false) && !offerToSave(Titles::New))
         return;
     replaceOnScreen(Table(0, m_module.QuoteTable().fieldCount()), m_session->state(),
         QuoteSession::State(), QStringLiteral("New Quote"), Titles::New);

@@ -94,8 +94,9 @@ private:
     bool openBook(bool inABox);
     bool ready(const QString &title);
     QuoteTexts currentTexts() const;
-    /// Quote Note's texts are no longer the ones the saved quote in hand was saved with.
-    bool textsChanged() const;
+    /// The quote in hand changed since it was saved: its lines, or Quote Note's texts are no
+    /// longer the ones the saved quote was saved with.
+    bool hasChanges() const;
     /// An expired quote about to go out as a PDF (what: "Send", "Save the PDF of"): true when it
     /// has not expired or the user goes on all the same.
     bool sendsExpired(const QString &what, const QString &title);

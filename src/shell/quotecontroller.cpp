@@ -20,8 +20,6 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 
-#include <utility>
-
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QHeaderView>
@@ -32,8 +30,6 @@
 #include <QMouseEvent>
 #include <QTabWidget>
 #include <QTableView>
-
-#include <utility>
 
 namespace tarnwick {
 

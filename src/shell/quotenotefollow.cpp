@@ -20,8 +20,7 @@ QuoteNoteFollow::QuoteNoteFollow(const AppServices &services, QuoteSession &sess
         const FrmQuoteNote *window = m_documents.quoteNoteWindow();
         if (window && window->isVisible() && window->hasTyping())
             return window->typedTexts();
-        const QString folder = m_services.environment.appFolder();
-        return QuoteTexts { QuoteNote::readHeading(folder), QuoteNote::readEnding(folder) };
+        return QuoteNote::readTexts(m_services.environment.appFolder());
     });
 }
 
@@ -32,8 +31,7 @@ void QuoteNoteFollow::quoteReplaced()
         return;
     const QString folder = m_services.environment.appFolder();
     FrmQuoteNote *window = m_documents.quoteNoteWindow();
-    if (QuoteNote::readHeading(folder) == note->heading
-        && QuoteNote::readEnding(folder) == note->ending) {
+    if (QuoteNote::readTexts(folder) == *note) {
         // Typing left in the window went with the quote that was left (the step took it).
         if (window)
             window->dropTyping();

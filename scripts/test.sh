@@ -83,7 +83,16 @@ stage "configure" tarnwick_configure "$build_dir" -DCMAKE_CXX_FLAGS_RELWITHDEBIN
 # build makes (no source includes a generated file), and at its lower priority it takes the
 # processor time the build leaves (linking, the last files of a target) and then shares the
 # tests' stage, which mostly waits.
-side_start "clang-tidy" python3 "$TARNWICK_ROOT/scripts/tidy.py" "$build_dir" --jobs "$(nproc)"
+# After it, every source of src/ is compiled once more by itself (scripts/standalone.py): the
+# run command and a plain build compile them one by one, and a unity build hides a missing
+# include.
+side_checks() {
+    local status=0
+    python3 "$TARNWICK_ROOT/scripts/tidy.py" "$build_dir" --jobs "$(nproc)" || status=1
+    python3 "$TARNWICK_ROOT/scripts/standalone.py" "$build_dir" --jobs "$(nproc)" || status=1
+    return "$status"
+}
+side_start "clang-tidy, standalone sources" side_checks
 stage "format check" cmake --build "$build_dir" --target format-check
 stage "build" cmake --build "$build_dir" -j "$(nproc)"
 stage "tests" env QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-on-failure --timeout 300

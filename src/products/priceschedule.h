@@ -9,6 +9,7 @@
 
 namespace tarnwick {
 
+class Cell;
 class Table;
 
 /// The unit price SetPrice found for a quantity, with the error that ended its reading of the

@@ -1,5 +1,6 @@
 #include "shell/quotenotefollow.h"
 
+#include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
 #include "quotebook/quotesession.h"

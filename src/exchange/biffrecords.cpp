@@ -119,9 +119,16 @@ bool ContinuedData::readCharacters(quint32 count, bool twoBytes)
         if (available == 0)
             return false;
         const quint32 taken = std::min(count, available);
-        for (quint32 i = 0; i < taken; ++i) {
-            m_units.push_back(twoBytes ? char16_t(u16At(segment, m_at + qsizetype(i) * 2))
-                                       : char16_t(quint8(segment[m_at + qsizetype(i)])));
+        const std::size_t before = m_units.size();
+        m_units.resize(before + taken);
+        char16_t *units = m_units.data() + before;
+        const char *bytes = segment.data() + m_at;
+        if (twoBytes) {
+            for (quint32 i = 0; i < taken; ++i)
+                units[i] = char16_t(quint8(bytes[2 * i]) | (quint8(bytes[2 * i + 1]) << 8));
+        } else {
+            for (quint32 i = 0; i < taken; ++i)
+                units[i] = char16_t(quint8(bytes[i]));
         }
         m_at += qsizetype(taken) * width;
         count -= taken;
@@ -156,11 +163,20 @@ bool ContinuedData::readStringOfCount(quint16 count, std::string &out)
 void appendUtf16(std::string &out, const char16_t *units, std::size_t count)
 {
     for (std::size_t i = 0; i < count; ++i) {
-        char32_t c = units[i];
-        if (c < 0x80) {
-            out += char(c);
+        // Most text of a price sheet is plain ASCII: a run of it is copied at once.
+        std::size_t ascii = i;
+        while (ascii < count && units[ascii] < 0x80)
+            ++ascii;
+        if (ascii != i) {
+            const std::size_t at = out.size();
+            out.resize(at + (ascii - i));
+            char *to = out.data() + at;
+            for (std::size_t k = i; k < ascii; ++k)
+                *to++ = char(units[k]);
+            i = ascii - 1;
             continue;
         }
+        char32_t c = units[i];
         if (c >= 0xD800 && c <= 0xDBFF && i + 1 < count && units[i + 1] >= 0xDC00
             && units[i + 1] <= 0xDFFF) {
             c = 0x10000 + ((c - 0xD800) << 10) + (char32_t(units[i + 1]) - 0xDC00);

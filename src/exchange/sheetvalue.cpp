@@ -8,7 +8,9 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <vector>
 
 namespace tarnwick::SheetValue {
@@ -202,6 +204,42 @@ void appendScientificAsPlain(std::string &out, std::string_view scientific)
     }
 }
 
+/// Most numbers of a price sheet have at most four decimals (prices, percents, quantities):
+/// their shortest form is found here without the general search. n / 10^k is the double
+/// nearest the decimal n·10^-k, so it is the number that decimal reads back as; below 10^15
+/// the doubles that read back as value span less than a unit of n, so at most one n per k
+/// does, and the smallest k that has one gives the shortest form. False when value has more
+/// decimals or is too large: the general search decides then.
+bool appendFewDecimals(std::string &out, double value)
+{
+    static constexpr double Scales[] = { 10.0, 100.0, 1000.0, 10000.0 };
+    const double magnitude = std::fabs(value);
+    if (!(magnitude < 1e11))
+        return false;
+    for (std::size_t decimals = 1; decimals <= std::size(Scales); ++decimals) {
+        const double scale = Scales[decimals - 1];
+        const double whole = std::nearbyint(magnitude * scale);
+        if (whole / scale != magnitude)
+            continue;
+        char digits[24];
+        const auto end = std::to_chars(digits, digits + sizeof digits, std::int64_t(whole)).ptr;
+        const auto length = std::size_t(end - digits);
+        if (value < 0)
+            out += '-';
+        if (length <= decimals) {
+            out += "0.";
+            out.append(decimals - length, '0');
+            out.append(digits, length);
+        } else {
+            out.append(digits, length - decimals);
+            out += '.';
+            out.append(end - decimals, decimals);
+        }
+        return true;
+    }
+    return false;
+}
+
 } // namespace
 
 void appendNumber(std::string &out, double value)
@@ -219,6 +257,8 @@ void appendNumber(std::string &out, double value)
         out.append(buffer, result.ptr);
         return;
     }
+    if (appendFewDecimals(out, value))
+        return;
     // The shortest form is the answer when it has at most 15 significant digits: rounding to
     // 15 digits would give the same number.
     auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed);

@@ -203,19 +203,23 @@ void SheetWriter::writeCompleteRows(const SheetCells &cells)
         if (cells.numbersInStoredForm())
             m_out += StoredNumbersTag;
     }
-    char number[4];
     cells.forEachCompleteCell(
         m_cursor, [&](int row, int column, bool error, std::string_view text) {
-            m_out += error ? ErrorCellTag : CellTag;
-            qToLittleEndian(quint32(row), number);
-            m_out.append(number, 4);
-            m_out += char(column);
+            // The frame is written in place: the buffer holds a chunk and the largest cell.
+            const std::string_view kept = error
+                ? std::string_view()
+                : SheetValue::utf8Prefix(text, std::size_t(MaxCellBytes));
+            const std::size_t at = m_out.size();
+            const auto head = std::size_t(error ? CellFrameHead - 4 : CellFrameHead);
+            m_out.resize(at + head + kept.size());
+            char *frame = m_out.data() + at;
+            frame[0] = error ? ErrorCellTag : CellTag;
+            qToLittleEndian(quint32(row), frame + 1);
+            frame[5] = char(column);
             if (!error) {
-                const std::string_view kept =
-                    SheetValue::utf8Prefix(text, std::size_t(MaxCellBytes));
-                qToLittleEndian(quint32(kept.size()), number);
-                m_out.append(number, 4);
-                m_out.append(kept);
+                qToLittleEndian(quint32(kept.size()), frame + 6);
+                if (!kept.empty())
+                    std::memcpy(frame + CellFrameHead, kept.data(), kept.size());
             }
             if (m_out.size() >= m_chunkBytes)
                 flush();

@@ -6,7 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 using namespace tarnwick;
@@ -78,6 +81,53 @@ TEST(SheetValue, NumbersAreTheirShortestDecimalOfFifteenDigits)
     EXPECT_EQ(number(std::nan("")), "");
     EXPECT_EQ(number(1.7976931348623157e308), "17976931348623157" + std::string(292, '0'));
     EXPECT_EQ(number(-1.7976931348623157e308).size(), 310u);
+}
+
+TEST(SheetValue, NumbersWithFewDecimalsAreTheShortestDecimalThatReadsBack)
+{
+    EXPECT_EQ(number(0.05), "0.05");
+    EXPECT_EQ(number(-0.5), "-0.5");
+    EXPECT_EQ(number(0.0001), "0.0001");
+    EXPECT_EQ(number(-0.0125), "-0.0125");
+    EXPECT_EQ(number(2.675), "2.675");
+    EXPECT_EQ(number(99999999999.9999), "99999999999.9999");
+    EXPECT_EQ(number(100000000000.5), "100000000000.5");
+    EXPECT_EQ(number(0.00001), "0.00001");
+    EXPECT_EQ(number(1.00001), "1.00001");
+    // Every form is std::to_chars's shortest fixed form (at most fifteen digits here): decimals
+    // of one to six places at every magnitude up to 10^15, and doubles of no short form.
+    std::uint64_t state = 0x9E3779B97F4A7C15u;
+    const auto next = [&state] {
+        state ^= state << 13;
+        state ^= state >> 7;
+        state ^= state << 17;
+        return state;
+    };
+    const auto shortest = [](double value) {
+        char buffer[400];
+        const auto end =
+            std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed).ptr;
+        return std::string(buffer, end);
+    };
+    for (int i = 0; i < 200000; ++i) {
+        const int places = 1 + int(next() % 6);
+        const std::uint64_t limit = std::uint64_t(1) << (1 + next() % 49);
+        const double whole = double(1 + next() % limit);
+        double value = whole / std::pow(10.0, places);
+        if (i % 3 == 0)
+            value = std::nextafter(value, 1e300);
+        if (i % 2 == 0)
+            value = -value;
+        const std::string expected = shortest(value);
+        const std::size_t first = expected.find_first_not_of("-0.");
+        const auto digits = first == std::string::npos
+            ? 0
+            : std::count_if(expected.begin() + std::ptrdiff_t(first), expected.end(),
+                [](char c) { return c >= '0' && c <= '9'; });
+        if (std::trunc(value) == value || digits > 15)
+            continue;
+        ASSERT_EQ(number(value), expected) << "the double nearest " << whole << "e-" << places;
+    }
 }
 
 TEST(SheetValue, ANumberBeyondFifteenDigitsIsItsFirstFifteenAndZeros)

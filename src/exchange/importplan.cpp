@@ -212,10 +212,15 @@ bool ImportPlanner::step()
     }
     m_unreadableRows = 0;
     // A supplier's "BV-1050 " is the catalogue's BV-1050: an update reads part numbers without
-    // the blanks at either end, which no one sees in a sheet. (Adding takes them as read.)
+    // the blanks at either end, which no one sees in a sheet, unless the catalogue (or an
+    // earlier row) has the part number with them, as the program's own export writes it.
+    // (Adding takes them as read.)
     if (update && cells.cell[P::PartNumber].isText()
-        && hasOuterBlanks(cells.cell[P::PartNumber].textView()))
-        cells.cell[P::PartNumber] = Cell(cells.cell[P::PartNumber].asText().trimmed());
+        && hasOuterBlanks(cells.cell[P::PartNumber].textView())) {
+        QByteArray spare;
+        if (!m_partNumbers.contains(utf8Of(cells.cell[P::PartNumber], spare)))
+            cells.cell[P::PartNumber] = Cell(cells.cell[P::PartNumber].asText().trimmed());
+    }
     const Cell &partCell = cells.cell[P::PartNumber];
     cells.partKey = utf8Of(partCell, cells.spare);
     if (update ? cells.allEmpty() : cells.partKey.isEmpty()) {

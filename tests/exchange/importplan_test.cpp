@@ -141,6 +141,27 @@ TEST_F(ImportPlanTest, AnUpdateReadsPartNumbersWithoutBlanksAtEitherEnd)
     EXPECT_EQ(adding.takePlan().addedProduct(0)[P::PartNumber - 1], Cell("A-1 "));
 }
 
+// The catalogue's own " SP-1 " (its export writes it so) is that product, not a new SP-1.
+TEST_F(ImportPlanTest, AnUpdateFindsAPartNumberTheCatalogueKeepsWithBlanks)
+{
+    catalogue.put(3, P::PartNumber, " SP-1 ");
+    const TextWorkbook rows(QByteArray("Part Number\tProduct Name\tPrice\tNotes\tPrice 1\r\n"
+                                       " SP-1 \t\t9\t\t\r\n"
+                                       " SP-1 \t\t10\t\t\r\n"
+                                       "A-1 \t\t11\t\t\r\n"));
+    ImportPlanner planner(
+        rows, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    const ImportPlan plan = planner.takePlan();
+    EXPECT_EQ(plan.addedCount(), 0);
+    ASSERT_EQ(plan.changed.size(), 2U);
+    EXPECT_EQ(plan.changed[0].partNumber, QStringLiteral(" SP-1 "));
+    EXPECT_EQ(plan.changed[0].catalogueRow, 3);
+    EXPECT_EQ(plan.changed[1].partNumber, QStringLiteral("A-1"));
+    EXPECT_EQ(skippedRows(plan),
+        (std::vector<std::pair<int, SkipReason>> { { 3, SkipReason::RepeatedPartNumber } }));
+}
+
 TEST_F(ImportPlanTest, AChangeHoldsTheOldAndTheNewCellOfEachFieldThatDiffers)
 {
     const ImportPlan update = plan(ImportAction::UpdateExisting);

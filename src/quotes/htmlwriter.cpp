@@ -37,8 +37,9 @@ QString escaped(const QString &text)
     QString out;
     out.reserve(text.size());
     // A word processor or mail program widens a table to its longest word: a name of 300
-    // letters without a blank would push the prices off the page. Such a word gets zero-width
-    // spaces, which readers of HTML break a line at and nobody sees.
+    // letters without a blank would push the prices off the page. Such a word gets places to
+    // break (<wbr>), which are no characters: a part number copied from the mail is the
+    // part number, not one with an invisible space in it.
     qsizetype wordStart = 0;
     qsizetype wordEnd = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
@@ -51,7 +52,7 @@ QString escaped(const QString &text)
         }
         if (i < wordEnd && wordEnd - wordStart > LongWord && i > wordStart
             && (i - wordStart) % BreakEvery == 0)
-            out += QLatin1String("&#8203;");
+            out += QLatin1String("<wbr>");
         if (ch == QLatin1Char('&'))
             out += QLatin1String("&amp;");
         else if (ch == QLatin1Char('<'))

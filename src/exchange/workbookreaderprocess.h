@@ -91,6 +91,10 @@ public:
     /// After finished(): the worksheet, or the error of an unreadable file (once).
     WorkbookOpenResult takeResult();
 
+    /// The environment the reader runs in: this process's, with the reader's memory asked
+    /// for in huge pages where the C library can.
+    static QProcessEnvironment readerEnvironment(QProcessEnvironment environment);
+
     /// Reads path and waits for the result, running the event loop meanwhile.
     static WorkbookOpenResult read(const QString &path,
         const WorkbookReaderOptions &options = WorkbookReaderOptions::thisProgram());

@@ -4,7 +4,8 @@
 // limit of one second), sleep, allocate (until the memory limit), flood (valid cells without
 // end), garbage, early (ends in the middle of its output), slow (a row every few milliseconds,
 // without end), withdraw (3 MiB of rows, withdrawn, then the same rows again and the end: more
-// than the tests' 4 MiB output limit in all, less than it after the withdrawal).
+// than the tests' 4 MiB output limit in all, less than it after the withdrawal), environment
+// (one cell: the value of GLIBC_TUNABLES it was started with).
 #include "exchange/workbookreaderchild.h"
 #include "exchange/workbookwire.h"
 
@@ -99,6 +100,14 @@ int fault(const char *kind)
         char number[4];
         qToLittleEndian(quint32(48), number);
         put(end.append(number, 4));
+    }
+    if (name == "environment") {
+        const char *tunables = std::getenv("GLIBC_TUNABLES");
+        QByteArray end("E");
+        char number[4];
+        qToLittleEndian(quint32(1), number);
+        put(cellBytes(1, 0, tunables ? QByteArray(tunables) : QByteArray())
+            + end.append(number, 4));
     }
     for (int row = 1; name == "slow" && row <= WorkbookWire::MaxRows; ++row) {
         put(cellBytes(row, 0, "Part " + QByteArray::number(row)) + cellBytes(row, 1, "Name"));

@@ -93,6 +93,28 @@ TEST(WorkbookReaderProcess, EveryFormatGivesTheCellsOfAReadInThisProcess)
     }
 }
 
+// The reader's memory is asked for in huge pages; a setting of the user's own stays.
+TEST(WorkbookReaderProcess, TheReaderAsksTheCLibraryForHugePages)
+{
+    const QByteArray before = qgetenv("GLIBC_TUNABLES");
+    for (const QByteArray &own : { QByteArray(), QByteArray("glibc.malloc.check=0") }) {
+        if (own.isEmpty())
+            qunsetenv("GLIBC_TUNABLES");
+        else
+            qputenv("GLIBC_TUNABLES", own);
+        const WorkbookOpenResult read =
+            WorkbookReaderProcess::read(dataFile("sample.txt"), faultyReader("environment"));
+        ASSERT_NE(read.workbook, nullptr);
+        EXPECT_EQ(read.workbook->cellText(0, 1),
+            own.isEmpty() ? QStringLiteral("glibc.malloc.hugetlb=1")
+                          : QStringLiteral("glibc.malloc.check=0:glibc.malloc.hugetlb=1"));
+    }
+    if (before.isNull())
+        qunsetenv("GLIBC_TUNABLES");
+    else
+        qputenv("GLIBC_TUNABLES", before);
+}
+
 TEST(WorkbookReaderProcess, AFileThatIsNoWorkbookGivesTheReadersErrorNumber)
 {
     for (const char *name : { "notaworkbook.xls", "notaworkbook.xlsx", "notaworkbook.ods" }) {

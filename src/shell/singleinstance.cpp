@@ -75,14 +75,20 @@ SingleInstance::SingleInstance(const QString &appFolder)
     m_lock->setStaleLockTime(0);
     m_locked = m_lock->tryLock(0);
     const QString path = lockPathFor(appFolder);
-    if (!m_locked && m_lock->error() == QLockFile::LockFailedError && holderIsGone(*m_lock, path)
-        && QFile::remove(path))
-        m_locked = m_lock->tryLock(0);
-    if (m_locked || m_lock->error() == QLockFile::LockFailedError)
+    // A lock left behind that cannot be removed either (a disk that turned read-only after a
+    // write error still looks writable) holds no other copy out.
+    bool leftBehind = false;
+    if (!m_locked && m_lock->error() == QLockFile::LockFailedError && holderIsGone(*m_lock, path)) {
+        if (QFile::remove(path))
+            m_locked = m_lock->tryLock(0);
+        else
+            leftBehind = true;
+    }
+    if (m_locked || (m_lock->error() == QLockFile::LockFailedError && !leftBehind))
         return;
-    // The folder takes no lock file although no other copy holds one (a full disk): the lock
-    // goes to the temporary folder instead, and where even that cannot be written this copy
-    // starts, so the user can still reach their catalogue and free some room.
+    // The folder takes no lock file although no other copy holds one (a full disk, a disk gone
+    // read-only): the lock goes to the temporary folder instead, and where even that cannot be
+    // written this copy starts, so the user can still reach their catalogue and free some room.
     m_lock = std::make_unique<QLockFile>(temporaryLockPathFor(appFolder));
     m_lock->setStaleLockTime(0);
     m_locked = m_lock->tryLock(0) || m_lock->error() != QLockFile::LockFailedError;

@@ -3,11 +3,15 @@
 #include "support/tempappfolder.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
 
 #include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -116,6 +120,23 @@ TEST(SingleInstanceTest, AnOldLockFileThatNamesNoHolderIsTakenOver)
     EXPECT_TRUE(first->isOnlyInstance());
     SingleInstance second(folder.path());
     EXPECT_FALSE(second.isOnlyInstance());
+}
+
+// A disk that turned read-only after a write error still looks writable, and the lock a
+// crashed copy left there can be neither taken over nor removed: it keeps no one out. (A lock
+// "file" that is a folder with something in it cannot be removed either.)
+TEST(SingleInstanceTest, ALockLeftBehindThatCannotBeRemovedKeepsNoOneOut)
+{
+    TempAppFolder folder;
+    const QString path = folder.filePath(QStringLiteral("tarnwick.lock"));
+    ASSERT_TRUE(QDir().mkpath(QDir(path).filePath(QStringLiteral("stuck"))));
+    std::filesystem::last_write_time(QFile::encodeName(path).toStdString(),
+        std::filesystem::file_time_type::clock::now() - std::chrono::minutes(1));
+    auto first = std::make_unique<SingleInstance>(folder.path());
+    EXPECT_TRUE(first->isOnlyInstance());
+    SingleInstance second(folder.path());
+    EXPECT_FALSE(second.isOnlyInstance()) << "the copy that started still holds the folder";
+    EXPECT_TRUE(QFileInfo(path).isDir());
 }
 
 TEST(SingleInstanceTest, OtherFoldersAreIndependent)

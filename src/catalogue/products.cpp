@@ -9,6 +9,7 @@
 #include "platform/appenvironment.h"
 #include "platform/iprompts.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -123,6 +124,7 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
     if (!QFileInfo(fileName).isFile())
         return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
             QStringLiteral("it is not a file but a folder, a pipe or a device"));
+    m_fileKnown = true;
     QFile file(fileName);
     errno = 0;
     if (!file.open(QIODevice::ReadOnly)) {
@@ -159,6 +161,21 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
     // A file that could not be read at start-up is no good catalogue: the backup keeps the
     // last good one instead. Saving an unchanged catalogue again must not make the backup a
     // second copy of it either.
+    CatalogueWriteResult result;
+    // A catalogue file that was there and is gone, with its backup, says the folder is not the
+    // one it was: a drive taken from a fixed mount point leaves an empty folder of the same
+    // name on the computer's own disk, and a save into it would say "saved" while the drive
+    // never gets the catalogue.
+    if (m_fileKnown && !QFileInfo::exists(fileName)
+        && !QFileInfo::exists(catalogueBackupPath(fileName))) {
+        result.ok = false;
+        result.detail =
+            QStringLiteral("the catalogue file is no longer in the folder \"%1\" (was the "
+                           "drive it is on removed?); put it back, then save again, or keep a "
+                           "copy elsewhere with Save As")
+                .arg(QDir::toNativeSeparators(QFileInfo(fileName).absolutePath()));
+        return result;
+    }
     const bool unchanged = m_fileGeneration == m_catalogue.generation();
     const BackupRule backup =
         m_readFailed || unchanged ? BackupRule::LeaveBackup : BackupRule::KeepPrevious;
@@ -170,7 +187,6 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
         content = streamCatalogueFile(m_catalogue, m_locale, m_count, sink);
         return content.ok && sink.finish();
     };
-    CatalogueWriteResult result;
     try {
         result = writeCatalogueFile(fileName, writeContent, m_beforeReplace, backup);
     } catch (const VbError &error) {
@@ -182,6 +198,7 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
     }
     // Count follows the rows only when the file was saved; a failed save changes nothing.
     if (result.ok) {
+        m_fileKnown = true;
         m_readFailed = false;
         m_fileGeneration = m_catalogue.generation();
         m_count = content.count;

@@ -66,6 +66,8 @@ private:
     qint32 m_debugId;
     BeforeReplaceHook m_beforeReplace;
     bool m_readFailed = false; ///< the last ReadProds found a file it could not read
+    /// The catalogue file was there: ReadProds found it, or a save wrote it.
+    bool m_fileKnown = false;
     /// The catalogue's generation when it was what the file holds; none before.
     std::optional<quint64> m_fileGeneration;
 };

@@ -151,6 +151,38 @@ TEST_F(SafeSaveTest, AReadOnlyFileIsNamedAsTheCauseNotItsFolder)
     EXPECT_EQ(dataFileBytes(), OldBytes);
 }
 
+// A drive taken from a fixed mount point leaves an empty folder of the same name: a save
+// there would say "saved" while the drive never gets the catalogue.
+TEST_F(SafeSaveTest, ACatalogueFileGoneFromItsFolderIsNotWrittenAnew)
+{
+    writeDataFile(OldBytes);
+    ASSERT_EQ(products.ReadProds(dataFile()).status, CatalogueReadResult::Status::Ok);
+    ASSERT_TRUE(QFile::remove(dataFile()));
+    catalogue.put(1, 2, Cell("changed after the drive was taken"));
+    const CatalogueWriteResult gone = products.WriteProds(dataFile());
+    EXPECT_FALSE(gone.ok);
+    EXPECT_EQ(gone.detail,
+        QStringLiteral("the catalogue file is no longer in the folder \"%1\" (was the drive it "
+                       "is on removed?); put it back, then save again, or keep a copy elsewhere "
+                       "with Save As")
+            .arg(QDir::toNativeSeparators(folder.path())));
+    EXPECT_TRUE(folder.fileNames().isEmpty());
+    // The drive is back: the save goes onto it.
+    writeDataFile(OldBytes);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_TRUE(dataFileBytes().contains("changed after the drive was taken"));
+    // A file this run wrote itself is missed as well; its backup alone is enough to go on.
+    const QByteArray backup = folder.readFile(QStringLiteral("twdata.bak"));
+    ASSERT_FALSE(backup.isEmpty());
+    ASSERT_TRUE(QFile::remove(dataFile()));
+    ASSERT_TRUE(QFile::remove(catalogueBackupPath(dataFile())));
+    EXPECT_FALSE(products.WriteProds(dataFile()).ok);
+    EXPECT_TRUE(folder.fileNames().isEmpty());
+    folder.writeFile(QStringLiteral("twdata.bak"), backup);
+    EXPECT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_TRUE(dataFileBytes().contains("changed after the drive was taken"));
+}
+
 TEST_F(SafeSaveTest, FirstSaveMakesNoBackup)
 {
     fillCatalogue(1);

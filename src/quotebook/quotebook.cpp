@@ -10,6 +10,10 @@
 #include <QFileInfo>
 #include <QSqlQuery>
 
+#if defined(Q_OS_UNIX)
+#include <sys/stat.h>
+#endif
+
 namespace tarnwick {
 
 namespace {
@@ -41,6 +45,31 @@ const QString DamagedPages = QStringLiteral("parts of the file are damaged");
 QString damageWords(const QSqlError &error)
 {
     return (error.nativeErrorCode().toInt() & 0xff) == 11 ? DamagedPages : plainWords(error);
+}
+
+/// The device and file number of the file at path; none when there is none or the system
+/// does not say.
+std::optional<std::pair<quint64, quint64>> fileIdentity(const QString &path)
+{
+#if defined(Q_OS_UNIX)
+    struct stat status
+    {
+    };
+    if (::stat(QFile::encodeName(path).constData(), &status) == 0)
+        return std::pair<quint64, quint64>(quint64(status.st_dev), quint64(status.st_ino));
+#else
+    Q_UNUSED(path);
+#endif
+    return std::nullopt;
+}
+
+/// SQLite's result codes that say the file is not what the connection holds any more: a
+/// write into a file moved or replaced (8, read-only: "database moved"), the disk failing
+/// (10) or a file beside it that cannot be opened (14).
+bool isDiskFailure(const QSqlError &error)
+{
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    return code == 8 || code == 10 || code == 14;
 }
 
 QVariant isoDate(const QDate &date)
@@ -87,7 +116,16 @@ bool QuoteBook::reconnect()
 bool QuoteBook::fail(const QSqlError &error)
 {
     m_error = plainWords(error);
+    m_diskFailed = m_diskFailed || isDiskFailure(error);
     return false;
+}
+
+bool QuoteBook::needsReopening() const
+{
+    if (!isOpen())
+        return false;
+    const auto now = fileIdentity(m_path);
+    return now && (m_diskFailed || now != m_openedFile);
 }
 
 bool QuoteBook::fail(const QString &what)
@@ -103,8 +141,11 @@ bool QuoteBook::openConnection(const QString &path, bool readOnly)
     m_db.setDatabaseName(path);
     if (readOnly)
         m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
-    if (m_db.open())
+    m_diskFailed = false;
+    if (m_db.open()) {
+        m_openedFile = fileIdentity(path);
         return true;
+    }
     fail(m_db.lastError());
     close();
     return false;

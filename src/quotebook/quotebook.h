@@ -15,6 +15,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 class QSqlQuery;
@@ -67,6 +68,11 @@ public:
     /// book closed, when it cannot be opened again.
     bool reconnect();
     bool isOpen() const { return m_db.isOpen(); }
+    /// True when the open connection no longer reaches the file at path(): another file has
+    /// taken its place (a drive taken away and put back, where SQLite still holds the file of
+    /// the drive that went), or the disk failed under it. A book whose file is gone stays as
+    /// it is: opening anew would start an empty one.
+    bool needsReopening() const;
     QString path() const { return m_path; }
     QString errorString() const { return m_error; }
 
@@ -145,6 +151,10 @@ private:
     QSqlDatabase m_db;
     QString m_path;
     QString m_error;
+    /// Which file the connection opened (device and file number; none where the system does
+    /// not say), and whether the disk failed under it since.
+    std::optional<std::pair<quint64, quint64>> m_openedFile;
+    bool m_diskFailed = false;
     QStringList m_checkLeftovers;
     struct Statement
     {

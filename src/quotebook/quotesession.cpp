@@ -239,12 +239,15 @@ std::optional<QuoteHeader> QuoteSession::saveMissedInHand(
 
 bool QuoteSession::keepNow()
 {
-    if (!m_book.isOpen()) {
+    if (!m_book.isOpen() || m_book.needsReopening()) {
         // Nothing to keep needs no book; a quote to keep opens (or makes) one.
         if (isEmpty() && !m_header.isSaved())
             return true;
         if (!m_opener || !m_opener())
             return false;
+        // A book opened anew (another file in the place of the one that went) is not known
+        // to hold the quote on screen.
+        m_keptQuoteId = KeptNone;
     }
     if (keptAsItIs())
         return true;
@@ -282,7 +285,7 @@ void QuoteSession::startKeeping(int intervalMs)
 void QuoteSession::keepInBackground()
 {
     // Most ticks find nothing to keep, and need no word with the book.
-    if (m_book.isOpen() && keptAsItIs())
+    if (m_book.isOpen() && keptAsItIs() && !m_book.needsReopening())
         return;
     // The window never waits long for a book another program holds: the keep tries briefly,
     // and after a failure less and less often (up to every MaxRetryMs) until it works again.

@@ -157,6 +157,8 @@ private:
     std::function<QuoteTexts()> m_noteReader;
     mutable QuoteContent m_known; ///< the lines as last kept, with their price sources
     quint64 m_keptGeneration = 0;
+    /// The id of the quote kept in hand; KeptNone when the book is not known to hold any.
+    static constexpr qint64 KeptNone = -2;
     qint64 m_keptQuoteId = -1;
     QTimer m_timer;
     int m_interval = 500; ///< the keep timer's interval while keeping works

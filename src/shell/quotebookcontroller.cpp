@@ -127,6 +127,10 @@ QString QuoteBookController::bookPath() const
 
 bool QuoteBookController::openBook(bool inABox)
 {
+    // A drive taken away and put back holds the book again, but the connection still holds
+    // the file of the drive that went: the book is opened anew, as at the start.
+    if (m_book.needsReopening())
+        m_book.close();
     if (m_book.isOpen())
         return true;
     if (!m_openable)

@@ -289,4 +289,41 @@ TEST_F(QuoteBookWindowTest, ABookDeletedWhileOpenIsNotReplacedByAnEmptyOneAfterA
     EXPECT_EQ(book().quoteCount(), 1) << "the open book, with its quote, is kept";
 }
 
+// A drive taken away and put back in the same place holds quotes.db again, but the book's
+// connection still held the file of the drive that went: every save failed until a restart.
+// Another file in the book's place (here a copy put there by a rename) is opened anew.
+TEST_F(QuoteBookWindowTest, ABookWhoseFileWasReplacedIsOpenedAnewAndTakesTheSave)
+{
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    ASSERT_EQ(book().quoteCount(), 1);
+    const QString path = folder.filePath(QStringLiteral("quotes.db"));
+    const QString copy = folder.filePath(QStringLiteral("copy.db"));
+    // The drive comes back with the same files, none of them the files the connection holds:
+    // the book (its log written into it first) is copied, and the copy takes the place of the
+    // book, its log and the log's index.
+    ASSERT_TRUE(
+        QSqlQuery(book().database()).exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")));
+    ASSERT_TRUE(QFile::copy(path, copy));
+    for (const char *suffix : { "", "-wal", "-shm" })
+        QFile::remove(path + QLatin1String(suffix));
+    ASSERT_TRUE(QFile::rename(copy, path));
+    EXPECT_TRUE(book().needsReopening());
+
+    addToQuote(0);
+    fakes->prompts.clear();
+    action("mnuQuoteSave")->trigger();
+    EXPECT_TRUE(fakes->prompts.shown().empty())
+        << fakes->prompts.shown().front().text.toStdString();
+    EXPECT_FALSE(book().needsReopening());
+    // The save is in the file that is there now.
+    QuoteBook reader(locale);
+    ASSERT_EQ(reader.open(path).status, QuoteBook::OpenStatus::Opened);
+    ASSERT_EQ(reader.quoteCount(), 1);
+    const auto saved = reader.load(reader.list().first().id);
+    ASSERT_TRUE(saved.has_value());
+    EXPECT_EQ(saved->content.lines.rowCount(), 2);
+}
+
 } // namespace

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlQuery>
+#include <QUrl>
 
 #if defined(Q_OS_UNIX)
 #include <sys/stat.h>
@@ -35,7 +36,17 @@ bool isDamage(const QSqlError &error)
 QString plainWords(const QSqlError &error)
 {
     const QString text = error.databaseText().isEmpty() ? error.text() : error.databaseText();
-    return text.isEmpty() ? QStringLiteral("an unknown error") : text;
+    // SQLite's words for a disk that cannot be written or read name a "database"; the user
+    // knows the quote book and the drive it is on.
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case 8:
+        return QStringLiteral("the quote book's file or folder cannot be written (%1)").arg(text);
+    case 10:
+        return QStringLiteral("the drive could not be read or written; was it taken away? (%1)")
+            .arg(text);
+    default:
+        return text.isEmpty() ? QStringLiteral("an unknown error") : text;
+    }
 }
 
 /// A damaged file in the words of the message that reports it: SQLite's own account of broken
@@ -125,7 +136,7 @@ bool QuoteBook::needsReopening() const
     if (!isOpen())
         return false;
     const auto now = fileIdentity(m_path);
-    return now && (m_diskFailed || now != m_openedFile);
+    return now && ((m_diskFailed && !m_readOnly) || now != m_openedFile);
 }
 
 bool QuoteBook::fail(const QString &what)
@@ -142,6 +153,7 @@ bool QuoteBook::openConnection(const QString &path, bool readOnly)
     if (readOnly)
         m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
     m_diskFailed = false;
+    m_readOnly = false;
     if (m_db.open()) {
         m_openedFile = fileIdentity(path);
         return true;
@@ -171,6 +183,13 @@ QuoteBook::OpenResult QuoteBook::open(const QString &path, const QDateTime &now)
     }
     const QFileInfo file(path);
     const bool existed = file.exists() && file.size() > 0;
+    // A write-protected stick, a read-only share: its quotes can still be looked at.
+    if (existed && !QFileInfo(file.absolutePath()).isWritable()) {
+        if (openToRead(result))
+            return result;
+        m_error = result.detail;
+        return result;
+    }
     if (existed && !openExisting(result, now))
         return result;
     if (result.status == OpenStatus::Opened)
@@ -226,6 +245,44 @@ void QuoteBook::forgetCheckFiles()
             QFile::remove(leftover);
     }
     m_checkLeftovers.clear();
+}
+
+bool QuoteBook::openToRead(OpenResult &result)
+{
+    close();
+    m_db = QSqlDatabase::addDatabase(Driver, m_connection);
+    m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+    m_db.setDatabaseName(
+        QUrl::fromLocalFile(m_path).toString(QUrl::FullyEncoded) + QStringLiteral("?immutable=1"));
+    if (!m_db.open()) {
+        result.detail = plainWords(m_db.lastError());
+        close();
+        return false;
+    }
+    QString detail;
+    const Check check = checkFacts(detail);
+    // A book of an earlier version would have to be brought up to date, which needs writing.
+    QSqlQuery versionQuery(m_db);
+    const int version =
+        versionQuery.exec(QStringLiteral("PRAGMA user_version")) && versionQuery.next()
+        ? versionQuery.value(0).toInt()
+        : -1;
+    versionQuery.finish();
+    if (check != Check::Sound || version != QuoteBookSchema::CurrentVersion) {
+        if (check == Check::TooNew)
+            result.status = OpenStatus::TooNew;
+        result.detail = check != Check::Sound
+            ? detail
+            : QStringLiteral("its folder cannot be written, and the book must be brought up to "
+                             "date first");
+        close();
+        return false;
+    }
+    m_readOnly = true;
+    m_openedFile = fileIdentity(m_path);
+    result.status = OpenStatus::ReadOnly;
+    result.detail = QStringLiteral("its folder cannot be written");
+    return true;
 }
 
 QuoteBook::Check QuoteBook::checkExisting(QString &detail)

@@ -36,6 +36,8 @@ public:
         Created, ///< there was no book yet: a new, empty one
         Replaced, ///< the book was damaged: kept aside (keptAs) and a new, empty one started
         TooNew, ///< written by a later version of the program: left alone and not opened
+        /// on a disk or in a folder that cannot be written: opened to read its quotes only
+        ReadOnly,
         Failed, ///< no book could be opened or created (detail says why)
     };
     struct OpenResult
@@ -68,6 +70,8 @@ public:
     /// book closed, when it cannot be opened again.
     bool reconnect();
     bool isOpen() const { return m_db.isOpen(); }
+    /// Open to be read only: its folder cannot be written (OpenStatus::ReadOnly).
+    bool isReadOnly() const { return isOpen() && m_readOnly; }
     /// True when the open connection no longer reaches the file at path(): another file has
     /// taken its place (a drive taken away and put back, where SQLite still holds the file of
     /// the drive that went), or the disk failed under it. A book whose file is gone stays as
@@ -130,6 +134,9 @@ private:
     bool openExisting(OpenResult &result, const QDateTime &now);
     void forgetCheckFiles();
     bool openConnection(const QString &path, bool readOnly = false);
+    /// The book in a folder that cannot be written, opened to be read as it lies (SQLite's
+    /// "immutable": no lock, no log beside it, which such a folder could not take).
+    bool openToRead(OpenResult &result);
     bool prepareBook();
     QString keepAside(const QDateTime &now);
     bool fail(const QSqlError &error);
@@ -155,6 +162,7 @@ private:
     /// not say), and whether the disk failed under it since.
     std::optional<std::pair<quint64, quint64>> m_openedFile;
     bool m_diskFailed = false;
+    bool m_readOnly = false; ///< opened by openToRead
     QStringList m_checkLeftovers;
     struct Statement
     {

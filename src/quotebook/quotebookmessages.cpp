@@ -37,6 +37,12 @@ QString opened(const QuoteBook::OpenResult &result, const QString &path, const Q
                               "It has been left as it is; quotes cannot be saved or opened until "
                               "that version is used again.")
             .arg(native(path));
+    case QuoteBook::OpenStatus::ReadOnly:
+        return QStringLiteral("The quote book \"%1\" is in a folder that cannot be written (a "
+                              "write-protected drive, a read-only share). Its quotes can be "
+                              "opened, but quotes cannot be saved there and the quote on screen "
+                              "is not kept for the next start.")
+            .arg(native(path));
     case QuoteBook::OpenStatus::Failed:
         break;
     }

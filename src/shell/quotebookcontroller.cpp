@@ -255,7 +255,8 @@ void QuoteBookController::shutDown()
     if (!m_book.isOpen())
         return;
     const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
-    if (!m_keepBackup && !m_book.backupTo(backup))
+    // A book that could only be read has not changed, and its folder takes no copy.
+    if (!m_keepBackup && !m_book.isReadOnly() && !m_book.backupTo(backup))
         report(QuoteBookMessages::backupFailed(backup, m_book.errorString()), Titles::Book);
     m_book.close();
 }

@@ -405,6 +405,43 @@ TEST_F(QuoteBookTest, ABackupCutShortByAFullDiskLeavesNothingBehind)
     EXPECT_FALSE(folder.exists(QStringLiteral("quotes.bak.new-journal")));
 }
 
+// A write-protected drive: its quotes can be looked at, nothing can be saved, and nothing is
+// left beside the book (no log could be).
+TEST_F(QuoteBookTest, ABookOnADiskThatCannotBeWrittenIsOpenedToBeRead)
+{
+    const QString disk = folder.filePath(QStringLiteral("stick"));
+    const TinyDisk tiny(disk, 1024);
+    if (!tiny.mounted())
+        FAIL() << "the check needs a small file system, which cannot be mounted here (the tests "
+                  "run as root): "
+               << tiny.failure().toStdString();
+    const QString path = QDir(disk).filePath(QStringLiteral("quotes.db"));
+    {
+        QuoteBook onStick(locale);
+        ASSERT_EQ(onStick.open(path).status, QuoteBook::OpenStatus::Created);
+        SavedQuote quote = sampleQuote(QStringLiteral("Acme"), SampleToday);
+        ASSERT_TRUE(onStick.saveNew(quote));
+    }
+    ASSERT_TRUE(tiny.makeReadOnly());
+    const QStringList files = QDir(disk).entryList(QDir::Files);
+
+    QuoteBook onStick(locale);
+    const QuoteBook::OpenResult opened = onStick.open(path);
+    EXPECT_EQ(opened.status, QuoteBook::OpenStatus::ReadOnly);
+    EXPECT_TRUE(onStick.isReadOnly());
+    ASSERT_EQ(onStick.quoteCount(), 1);
+    const auto saved = onStick.load(onStick.list().first().id);
+    ASSERT_TRUE(saved.has_value());
+    EXPECT_EQ(saved->header.customer.customer, QStringLiteral("Acme"));
+    SavedQuote another = sampleQuote(QStringLiteral("Beta"), SampleToday);
+    EXPECT_FALSE(onStick.saveNew(another));
+    EXPECT_TRUE(onStick.errorString().startsWith(
+        QStringLiteral("the quote book's file or folder cannot be written")))
+        << onStick.errorString().toStdString();
+    EXPECT_FALSE(onStick.needsReopening()) << "a book that can only be read stays open";
+    EXPECT_EQ(QDir(disk).entryList(QDir::Files), files);
+}
+
 TEST_F(QuoteBookTest, AClosedBookRefusesPolitely)
 {
     book->close();

@@ -80,6 +80,14 @@ TinyDisk::~TinyDisk()
         ::umount2(QFile::encodeName(m_folder).constData(), MNT_DETACH);
 }
 
+bool TinyDisk::makeReadOnly() const
+{
+    return m_mounted
+        && ::mount("tmpfs", QFile::encodeName(m_folder).constData(), "tmpfs",
+               MS_REMOUNT | MS_RDONLY, nullptr)
+        == 0;
+}
+
 void TinyDisk::fillLeaving(qint64 freeBytes) const
 {
     QFile filler(QDir(m_folder).filePath(QStringLiteral("filler.bin")));

@@ -61,6 +61,9 @@ public:
     /// Fills the disk with a file "filler.bin" until no more than freeBytes are left (rounded
     /// down to whole pages).
     void fillLeaving(qint64 freeBytes) const;
+    /// Makes the disk read-only, as a write-protected drive is; false when it cannot be
+    /// (a file on it still open for writing).
+    bool makeReadOnly() const;
 
 private:
     QString m_folder;

@@ -150,13 +150,27 @@ bool QuoteBook::openConnection(const QString &path, bool readOnly)
     close();
     m_db = QSqlDatabase::addDatabase(Driver, m_connection);
     m_db.setDatabaseName(path);
-    if (readOnly)
+    if (readOnly && m_alone) {
+        // Looked at as it lies: without the log's index a read-only look cannot share the
+        // book, and nothing else holds it.
+        m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+        m_db.setDatabaseName(QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)
+            + QStringLiteral("?immutable=1"));
+    } else if (readOnly) {
         m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+    }
     m_diskFailed = false;
     m_readOnly = false;
     if (m_db.open()) {
         m_openedFile = fileIdentity(path);
-        return true;
+        // Held for this program alone, SQLite keeps the log's index in memory.
+        QSqlError error;
+        if (readOnly || !m_alone
+            || QuoteBookRows::run(m_db, QStringLiteral("PRAGMA locking_mode = EXCLUSIVE"), error))
+            return true;
+        fail(error);
+        close();
+        return false;
     }
     fail(m_db.lastError());
     close();
@@ -173,7 +187,28 @@ QString QuoteBook::damagedName(const QString &path, const QDateTime &now)
 
 QuoteBook::OpenResult QuoteBook::open(const QString &path, const QDateTime &now)
 {
+    m_alone = false;
+    OpenResult shared = openOnce(path, now);
+    // Some drives cannot keep the index SQLite shares between the programs that read the log
+    // (some network shares and USB file systems refuse to size or map it): every use of the
+    // book then fails as a disk error. Held for this program alone, the book needs no such
+    // file; Tarnwick's own lock already keeps a second copy away.
+    if (shared.status != OpenStatus::Failed || !m_diskFailed
+        || !QFileInfo(QFileInfo(path).absolutePath()).isWritable())
+        return shared;
+    m_alone = true;
+    OpenResult alone = openOnce(path, now);
+    if (alone.status != OpenStatus::Failed)
+        return alone;
+    m_alone = false;
+    m_error = shared.detail;
+    return shared;
+}
+
+QuoteBook::OpenResult QuoteBook::openOnce(const QString &path, const QDateTime &now)
+{
     close();
+    m_diskFailed = false;
     m_path = path;
     OpenResult result;
     if (!QSqlDatabase::isDriverAvailable(Driver)) {
@@ -299,6 +334,7 @@ QuoteBook::Check QuoteBook::checkExisting(QString &detail)
     }
     QSqlQuery check(m_db);
     if (!check.exec(QStringLiteral("PRAGMA quick_check"))) {
+        m_diskFailed = m_diskFailed || isDiskFailure(check.lastError());
         detail = damageWords(check.lastError());
         return isDamage(check.lastError()) ? Check::Damaged : Check::Failed;
     }
@@ -320,6 +356,7 @@ QuoteBook::Check QuoteBook::checkFacts(QString &detail)
                                    "(SELECT user_version FROM pragma_user_version), "
                                    "(SELECT count(*) FROM sqlite_master)"))
         || !facts.next()) {
+        m_diskFailed = m_diskFailed || isDiskFailure(facts.lastError());
         detail = damageWords(facts.lastError());
         return isDamage(facts.lastError()) ? Check::Damaged : Check::Failed;
     }
@@ -354,7 +391,17 @@ bool QuoteBook::prepareBook()
             m_db, QStringLiteral("PRAGMA busy_timeout = %1").arg(BusyWaitMs), error)
         || !QuoteBookSchema::migrate(m_db, QuoteBookSchema::CurrentVersion, m_locale, error))
         return fail(error);
-    return true;
+    // A drive that cannot keep the log's shared index lets the book be read but never written:
+    // a write is tried at once, so open() can hold the book alone instead. (A book another
+    // program is writing is no such failure.)
+    QSqlQuery probe(m_db);
+    if (!probe.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
+        if (isDiskFailure(probe.lastError()))
+            return fail(probe.lastError());
+        return true;
+    }
+    probe.finish();
+    return QuoteBookRows::run(m_db, QStringLiteral("COMMIT"), error) || fail(error);
 }
 
 void QuoteBook::setBusyWait(int milliseconds)

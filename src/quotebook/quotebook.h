@@ -72,6 +72,8 @@ public:
     bool isOpen() const { return m_db.isOpen(); }
     /// Open to be read only: its folder cannot be written (OpenStatus::ReadOnly).
     bool isReadOnly() const { return isOpen() && m_readOnly; }
+    /// Open for this program alone: its drive cannot keep the index SQLite shares.
+    bool isHeldAlone() const { return isOpen() && m_alone; }
     /// True when the open connection no longer reaches the file at path(): another file has
     /// taken its place (a drive taken away and put back, where SQLite still holds the file of
     /// the drive that went), or the disk failed under it. A book whose file is gone stays as
@@ -133,6 +135,7 @@ private:
     Check checkFacts(QString &detail);
     bool openExisting(OpenResult &result, const QDateTime &now);
     void forgetCheckFiles();
+    OpenResult openOnce(const QString &path, const QDateTime &now);
     bool openConnection(const QString &path, bool readOnly = false);
     /// The book in a folder that cannot be written, opened to be read as it lies (SQLite's
     /// "immutable": no lock, no log beside it, which such a folder could not take).
@@ -163,6 +166,9 @@ private:
     std::optional<std::pair<quint64, quint64>> m_openedFile;
     bool m_diskFailed = false;
     bool m_readOnly = false; ///< opened by openToRead
+    /// Held for this program alone (SQLite's exclusive locking mode): the drive cannot keep
+    /// the index SQLite shares between programs.
+    bool m_alone = false;
     QStringList m_checkLeftovers;
     struct Statement
     {

@@ -442,6 +442,34 @@ TEST_F(QuoteBookTest, ABookOnADiskThatCannotBeWrittenIsOpenedToBeRead)
     EXPECT_EQ(QDir(disk).entryList(QDir::Files), files);
 }
 
+// Some drives cannot keep the index SQLite shares between the programs that use a book (some
+// network shares and USB file systems; here a folder stands where that file would go): the
+// book is then held by Tarnwick alone, and works.
+TEST_F(QuoteBookTest, ABookWhoseDriveCannotKeepTheSharedIndexIsHeldAlone)
+{
+    EXPECT_FALSE(book->isHeldAlone());
+    const QString path = folder.filePath(QStringLiteral("share/quotes.db"));
+    ASSERT_TRUE(QDir().mkpath(path + QStringLiteral("-shm")));
+    {
+        QuoteBook onShare(locale);
+        const QuoteBook::OpenResult opened = onShare.open(path);
+        ASSERT_TRUE(opened.status == QuoteBook::OpenStatus::Created
+            || opened.status == QuoteBook::OpenStatus::Opened)
+            << opened.detail.toStdString();
+        EXPECT_TRUE(onShare.isHeldAlone());
+        SavedQuote quote = sampleQuote(QStringLiteral("Acme"), SampleToday);
+        ASSERT_TRUE(onShare.saveNew(quote)) << onShare.errorString().toStdString();
+    }
+    QuoteBook again(locale);
+    ASSERT_EQ(again.open(path).status, QuoteBook::OpenStatus::Opened)
+        << again.errorString().toStdString();
+    EXPECT_TRUE(again.isHeldAlone());
+    EXPECT_EQ(again.quoteCount(), 1);
+    SavedQuote another = sampleQuote(QStringLiteral("Beta"), SampleToday);
+    EXPECT_TRUE(again.saveNew(another));
+    EXPECT_EQ(again.quoteCount(), 2);
+}
+
 TEST_F(QuoteBookTest, AClosedBookRefusesPolitely)
 {
     book->close();

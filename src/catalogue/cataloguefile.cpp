@@ -1,6 +1,7 @@
 #include "catalogue/cataloguefile.h"
 
 #include "catalogue/fieldend.h"
+#include "platform/filewrite.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -19,21 +20,19 @@ namespace tarnwick {
 
 namespace {
 
-/// The plain words for the causes a user can act on; empty for the others.
+/// The plain words for the causes a user can act on; empty for the others. A catalogue that
+/// would outgrow the space the system allows is a full disk to its user, and a folder that
+/// is not there most often a drive taken away.
 QString knownCause(int systemError)
 {
     switch (systemError) {
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG: // the file would outgrow the space the system allows
+    case EFBIG:
         return QStringLiteral("the disk is full");
-    case EROFS:
-        return QStringLiteral("the disk or folder is read-only");
-    case EACCES:
-    case EPERM:
-        return QStringLiteral("you have no permission to write there");
+    case ENOENT:
+    case ENOTDIR:
+        return QStringLiteral("the folder is not there (was the drive it is on taken away?)");
     default:
-        return {};
+        return plainWriteCause(systemError, QString());
     }
 }
 

@@ -110,6 +110,17 @@ QString plainWriteCause(int systemError, const QString &fallback)
         return QStringLiteral("you have no permission to write there");
     case EISDIR:
         return QStringLiteral("a folder of that name is in the way");
+    case EIO:
+    case ENXIO:
+    case ENODEV:
+    case ENOTCONN:
+#ifdef ESTALE
+    case ESTALE:
+#endif
+        // A drive pulled out, a network share gone (its files "stale"): the system's own words
+        // ("Transport endpoint is not connected") tell a user nothing.
+        return QStringLiteral("the drive could not be read or written (was it taken away, or "
+                              "the network lost?)");
     default:
         return fallback;
     }

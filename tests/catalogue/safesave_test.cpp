@@ -235,7 +235,9 @@ TEST_F(SafeSaveTest, DataFileBelowAPlainFileCannotBeSaved)
     const QString data = folder.filePath(QStringLiteral("notafolder/twdata.dat"));
     const CatalogueWriteResult result = products.WriteProds(data);
     EXPECT_FALSE(result.ok);
-    EXPECT_FALSE(result.detail.isEmpty());
+    EXPECT_TRUE(result.detail.endsWith(
+        QStringLiteral(": the folder is not there (was the drive it is on taken away?)")))
+        << result.detail.toStdString();
     EXPECT_EQ(folder.readFile(QStringLiteral("notafolder")), QByteArray("plain bytes"));
     EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("notafolder") });
 }

@@ -218,7 +218,12 @@ TEST(WriteErrorNumbers, CausesInPlainWords)
 {
     EXPECT_EQ(plainWriteCause(ENOSPC, "x"), QStringLiteral("the disk is full"));
     EXPECT_EQ(plainWriteCause(EROFS, "x"), QStringLiteral("the disk or folder is read-only"));
-    EXPECT_EQ(plainWriteCause(EIO, "Input/output error"), QStringLiteral("Input/output error"));
+    EXPECT_EQ(plainWriteCause(EIO, "Input/output error"),
+        QStringLiteral(
+            "the drive could not be read or written (was it taken away, or the network lost?)"));
+    EXPECT_EQ(plainWriteCause(ENOTCONN, "Transport endpoint is not connected"),
+        plainWriteCause(EIO, QString()));
+    EXPECT_EQ(plainWriteCause(EINVAL, "Invalid argument"), QStringLiteral("Invalid argument"));
     EXPECT_EQ(writeErrorNumber(ENOSPC), 61);
     EXPECT_EQ(writeErrorNumber(EACCES), 70);
     EXPECT_EQ(writeErrorNumber(ENOENT), 76);

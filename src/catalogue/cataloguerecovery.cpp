@@ -56,6 +56,7 @@ void CatalogueRecovery::start(bool unsaved)
     m_writtenState = unsaved ? State { 0, 0 } : m_savedState;
     m_forcedUnsaved = unsaved;
     m_fileExists = QFileInfo::exists(path());
+    m_restoredState = unsaved && m_fileExists ? std::optional<State>(m_savedState) : std::nullopt;
     setModified(unsaved);
     m_sinceWrite.invalidate();
     m_timer.start();
@@ -189,6 +190,7 @@ void CatalogueRecovery::writeFinished()
     m_writing.reset();
     if (m_writeResult.ok) {
         m_writtenState = m_writingState;
+        m_restoredState.reset();
         m_fileExists = true;
         const bool failedBefore = !m_lastError.isEmpty();
         m_lastError.clear();
@@ -225,9 +227,12 @@ bool CatalogueRecovery::writeNow()
         writeCatalogueCopy(path(), *copy, m_module.AllProducts().Count(), m_module.locale());
     if (!result.ok) {
         m_lastError = result.detail;
-        return false;
+        // Restored changes not written again in this run's form (a full disk) are still in
+        // the file the last run left, which a failed write leaves as it was.
+        return m_restoredState && now == *m_restoredState && QFileInfo::exists(path());
     }
     takePermissions(m_module.DataFile, path());
+    m_restoredState.reset();
     m_writtenState = now;
     m_fileExists = true;
     if (!m_lastError.isEmpty()) {
@@ -244,6 +249,7 @@ void CatalogueRecovery::saved()
     m_savedState = currentState();
     m_writtenState = m_savedState;
     m_forcedUnsaved = false;
+    m_restoredState.reset();
     QFile::remove(path());
     m_fileExists = false;
     // Saved changes need no keeping: a later failure to keep new ones is news again.

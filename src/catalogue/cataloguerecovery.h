@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QThread;
 
@@ -124,6 +125,9 @@ private:
     State m_writtenState; ///< what the recovery file holds (or, with none, the saved state)
     State m_writingState; ///< what the write in flight will hold
     bool m_forcedUnsaved = false;
+    /// The catalogue as restored from the recovery file at the start, while that file (left by
+    /// the last run) still holds it; none once this run has written the file or saved.
+    std::optional<State> m_restoredState;
     bool m_resumeWatching = false; ///< the watch was on when it was suspended
     bool m_modified = false;
     bool m_fileExists = false;

@@ -6,6 +6,7 @@
 #include "catalogue/recoveryfile.h"
 
 #include "cataloguefixture.h"
+#include "support/diskfaults.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -276,6 +277,36 @@ TEST_F(CatalogueRecoveryTest, ARecoveredCatalogueCountsAsUnsavedAndIsKeptUntilSa
     ASSERT_TRUE(recovery.writeNow());
     EXPECT_TRUE(QFileInfo::exists(recoveryPath()));
     EXPECT_EQ(readRecovery().get(2, 1).asText(), QStringLiteral("B-2"));
+}
+
+// Restored changes that cannot be written again in this run's form (a full disk, a folder
+// that takes no new file) are still in the file the last run left: a close loses nothing.
+TEST_F(CatalogueRecoveryTest, RestoredChangesStayKeptWhenTheirFileCannotBeWrittenAgain)
+{
+    const QString stick = folder.filePath(QStringLiteral("stick"));
+    ASSERT_TRUE(QDir().mkpath(stick));
+    module.DataFile = QDir(stick).filePath(QStringLiteral("twdata.dat"));
+    const QString left = QDir(stick).filePath(QStringLiteral("twdata-recovery.dat"));
+    ASSERT_TRUE(writeCatalogueCopy(left, module.Catalogue(), 2, locale).ok);
+    const QByteArray bytes = [&] {
+        QFile file(left);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }();
+    recovery.setIntervals(60000, 60000);
+    {
+        const UnwritableFolder full(stick, folder.path());
+        ASSERT_TRUE(full.blocksNewFiles());
+        recovery.start(true);
+        EXPECT_TRUE(recovery.writeNow()) << "the file the last run left holds these changes";
+        EXPECT_FALSE(recovery.lastError().isEmpty());
+        // A change of this run is not in it.
+        module.Catalogue().put(1, 2, QStringLiteral("Anchor, new"));
+        EXPECT_FALSE(recovery.writeNow());
+        recovery.stop();
+    }
+    QFile file(left);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), bytes);
 }
 
 TEST_F(CatalogueRecoveryTest, WriteNowTakesTheLatestChangeAtOnce)

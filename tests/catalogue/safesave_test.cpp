@@ -4,6 +4,7 @@
 #include "cataloguefixture.h"
 
 #include "catalogue/cataloguefile.h"
+#include "support/diskfaults.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,71 +19,6 @@ namespace {
 
 const QByteArray OldBytes =
     "OLD-1" FE "Old product" FE "1.5" FE FE FE FE FE FE FE FE FE FE FE FE FE "\r\n";
-
-/// Makes a folder refuse new files while it lives. chmod alone does not stop root, so when the
-/// tests run as root the process also acts as the user "nobody" meanwhile (the folder belongs
-/// to root and is not writable by others).
-class UnwritableFolder
-{
-public:
-    UnwritableFolder(const QString &folder, const QString &parent) : m_folder(folder)
-    {
-        ::chmod(QFile::encodeName(parent).constData(), 0755);
-        ::chmod(QFile::encodeName(folder).constData(), 0555);
-        if (::geteuid() == 0)
-            m_droppedRoot = ::seteuid(NobodyId) == 0;
-    }
-    ~UnwritableFolder()
-    {
-        if (m_droppedRoot) {
-            EXPECT_EQ(::seteuid(0), 0);
-        }
-        ::chmod(QFile::encodeName(m_folder).constData(), 0755);
-    }
-    UnwritableFolder(const UnwritableFolder &) = delete;
-    UnwritableFolder &operator=(const UnwritableFolder &) = delete;
-
-    /// True when a new file really cannot be created in the folder now.
-    bool blocksNewFiles() const
-    {
-        QFile probe(QDir(m_folder).filePath(QStringLiteral("probe.txt")));
-        return !probe.open(QIODevice::WriteOnly);
-    }
-
-private:
-    static constexpr uid_t NobodyId = 65534;
-    QString m_folder;
-    bool m_droppedRoot = false;
-};
-
-/// Limits the size of files this process may write (a full disk, also for root) while it
-/// lives; a write beyond the limit fails instead of stopping the process.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_old);
-        rlimit limit = m_old;
-        limit.rlim_cur = bytes;
-        m_active = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-    bool active() const { return m_active; }
-
-private:
-    rlimit m_old {};
-    void (*m_oldHandler)(int) = nullptr;
-    bool m_active = false;
-};
 
 class SafeSaveTest : public CatalogueFixture
 {

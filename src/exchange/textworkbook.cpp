@@ -42,23 +42,33 @@ bool isLineEnd(const QString &text, qsizetype at)
 }
 
 /// Reads a quoted cell at text[at] (a double quote); on success moves at past its closing
-/// quote. The search for the closing quote goes no further than a cell may hold.
-bool readQuotedCell(const QString &text, qsizetype &at, QString &cell)
+/// quote. The search for the closing quote goes no further than a cell may hold. A cell is
+/// taken as quoted only where the file quotes its text cells (quotesText) or where the cell
+/// could not be written without quotes (a doubled quote, a tab or a line break in it): the
+/// program's own export writes a text that is wholly in quotes ("Best") as it is.
+bool readQuotedCell(const QString &text, qsizetype &at, QString &cell, bool quotesText)
 {
     cell.clear();
+    bool needed = quotesText;
     qsizetype from = at + 1;
     for (;;) {
         const qsizetype quote = text.indexOf(QLatin1Char('"'), from);
         if (quote < 0 || quote - at > qsizetype(SheetCells::MaxCellBytes))
             return false;
-        cell += QStringView(text).sliced(from, quote - from);
+        const QStringView part = QStringView(text).sliced(from, quote - from);
+        needed = needed || part.contains(QLatin1Char('\t')) || part.contains(QLatin1Char('\n'))
+            || part.contains(QLatin1Char('\r'));
+        cell += part;
         const qsizetype after = quote + 1;
         if (after < text.size() && text[after] == QLatin1Char('"')) {
             cell += QLatin1Char('"');
+            needed = true;
             from = after + 1;
             continue;
         }
         if (after == text.size() || text[after] == QLatin1Char('\t') || isLineEnd(text, after)) {
+            if (!needed)
+                return false;
             at = after;
             return true;
         }
@@ -69,13 +79,13 @@ bool readQuotedCell(const QString &text, qsizetype &at, QString &cell)
 /// Reads the cells of one line (or of several, where a quoted cell holds line breaks) from
 /// text[at]; moves at past its line end. The first cell of a line that goes on with a field
 /// of the line before (continuing) is the middle of that field, taken as it stands.
-QStringList readRecord(const QString &text, qsizetype &at, bool continuing = false)
+QStringList readRecord(const QString &text, qsizetype &at, bool quotesText, bool continuing = false)
 {
     QStringList cells;
     QString cell;
     for (bool first = true;; first = false) {
         if (!(first && continuing) && at < text.size() && text[at] == QLatin1Char('"')
-            && readQuotedCell(text, at, cell)) {
+            && readQuotedCell(text, at, cell, quotesText)) {
             cells << cell;
         } else {
             qsizetype end = at;
@@ -112,13 +122,15 @@ void putRecord(SheetCells &cells, int row, const QStringList &record)
 void readTextSheet(QByteArrayView bytes, SheetCells &cells)
 {
     const QString text = decodeSheetText(bytes);
+    // A spreadsheet that quotes its text cells quotes the header row's first cell too.
+    const bool quotesText = text.startsWith(QLatin1Char('"'));
     qsizetype at = 0;
     qsizetype width = 0;
     QStringList next;
     bool hasNext = false;
     for (int row = 1; (hasNext || at < text.size()) && !cells.stopped() && !cells.overflowed();
          ++row) {
-        QStringList record = hasNext ? next : readRecord(text, at);
+        QStringList record = hasNext ? next : readRecord(text, at, quotesText);
         hasNext = false;
         if (row == 1) {
             width = record.size();
@@ -130,10 +142,10 @@ void readTextSheet(QByteArrayView bytes, SheetCells &cells)
                 // reading does not fit the row is the line read as spreadsheets quote it,
                 // to join it all the same or to start the next row.
                 const qsizetype lineStart = at;
-                next = readRecord(text, at, true);
+                next = readRecord(text, at, quotesText, true);
                 if (record.size() + next.size() - 1 > width) {
                     at = lineStart;
-                    next = readRecord(text, at);
+                    next = readRecord(text, at, quotesText);
                     if (record.size() + next.size() - 1 > width) {
                         hasNext = true;
                         break;

@@ -56,6 +56,25 @@ TEST(TextWorkbook, TheExportsNotesKeepAQuotedLineAfterTheirFirst)
     EXPECT_EQ(sheet.cellText(1, 3), "plain");
 }
 
+// The export writes texts as they are: one wholly in quotes came back without them. A file
+// whose header row is not quoted quotes only the cells that need it (a tab, a line break or a
+// quote inside).
+TEST(TextWorkbook, ATextWhollyInQuotesIsKeptWhereTheFileQuotesOnlyWhatNeedsIt)
+{
+    const TextWorkbook sheet(QByteArray("Part Number\tNotes\tIncludes\r\n"
+                                        "\"P1\"\t\"Best\" quality\t\"Seal kit\"\r\n"
+                                        "P2\t\"tab\there\"\t\"say \"\"hi\"\"\"\r\n"
+                                        "P3\t\"two\nlines\"\t\"\"\r\n"));
+    EXPECT_EQ(sheet.cellText(0, 2), "\"P1\"");
+    EXPECT_EQ(sheet.cellText(1, 2), "\"Best\" quality");
+    EXPECT_EQ(sheet.cellText(2, 2), "\"Seal kit\"");
+    EXPECT_EQ(sheet.cellText(0, 3), "P2");
+    EXPECT_EQ(sheet.cellText(1, 3), "tab\there");
+    EXPECT_EQ(sheet.cellText(2, 3), "say \"hi\"");
+    EXPECT_EQ(sheet.cellText(1, 4), "two\r\nlines");
+    EXPECT_EQ(sheet.cellText(2, 4), "\"\"");
+}
+
 TEST(TextWorkbook, CharactersOfEveryEncodingTheTextMayHave)
 {
     const TextWorkbook utf8(QByteArray("\xEF\xBB\xBFM\xC3\xBCller\t\xE2\x82\xAC\r\n"));

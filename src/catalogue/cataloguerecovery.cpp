@@ -161,8 +161,27 @@ std::unique_ptr<Table> CatalogueRecovery::snapshot() const
     return copy;
 }
 
+bool CatalogueRecovery::folderIsGone()
+{
+    // The recovery file lives beside the catalogue file: where that has gone with its backup
+    // (a drive taken away), the folder left is not the catalogue's, and changes kept there
+    // would be offered to a later run on the wrong folder, or hidden under the drive.
+    const QString gone = m_module.AllProducts().fileGoneProblem(m_module.DataFile);
+    if (gone.isEmpty())
+        return false;
+    if (m_lastError != gone) {
+        m_lastError = gone;
+        Q_EMIT writeFailed(m_lastError);
+    }
+    return true;
+}
+
 void CatalogueRecovery::startWrite()
 {
+    if (folderIsGone()) {
+        m_sinceWrite.start();
+        return;
+    }
     m_writingState = currentState();
     m_writing = snapshot();
     m_sinceWrite.start();
@@ -222,6 +241,8 @@ bool CatalogueRecovery::writeNow()
     }
     if (now == m_writtenState && (m_fileExists || !m_modified))
         return true;
+    if (folderIsGone())
+        return false;
     const std::unique_ptr<Table> copy = snapshot();
     const CatalogueWriteResult result =
         writeCatalogueCopy(path(), *copy, m_module.AllProducts().Count(), m_module.locale());

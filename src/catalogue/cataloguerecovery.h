@@ -110,6 +110,9 @@ private:
     /// The pending edit's row and its cells; row 0 when nothing differs from the catalogue.
     int pendingRow(Table &row) const;
     std::unique_ptr<Table> snapshot() const;
+    /// True (and said once through writeFailed) when the catalogue file has gone from its
+    /// folder with its backup: nothing is written there.
+    bool folderIsGone();
     void startWrite();
     void writeFinished();
     void waitForWrite();

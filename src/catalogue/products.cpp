@@ -151,6 +151,21 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
     return result;
 }
 
+QString Products::fileGoneProblem(const QString &fileName) const
+{
+    // A catalogue file that was there and is gone, with its backup, says the folder is not the
+    // one it was: a drive taken from a fixed mount point leaves an empty folder of the same
+    // name on the computer's own disk, and a save into it would say "saved" while the drive
+    // never gets the catalogue.
+    if (!m_fileKnown || QFileInfo::exists(fileName)
+        || QFileInfo::exists(catalogueBackupPath(fileName)))
+        return {};
+    return QStringLiteral("the catalogue file is no longer in the folder \"%1\" (was the drive "
+                          "it is on removed?); put it back, then save again, or keep a copy "
+                          "elsewhere with Save As")
+        .arg(QDir::toNativeSeparators(QFileInfo(fileName).absolutePath()));
+}
+
 void Products::markAsFile()
 {
     m_fileGeneration = m_catalogue.generation();
@@ -162,18 +177,9 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
     // last good one instead. Saving an unchanged catalogue again must not make the backup a
     // second copy of it either.
     CatalogueWriteResult result;
-    // A catalogue file that was there and is gone, with its backup, says the folder is not the
-    // one it was: a drive taken from a fixed mount point leaves an empty folder of the same
-    // name on the computer's own disk, and a save into it would say "saved" while the drive
-    // never gets the catalogue.
-    if (m_fileKnown && !QFileInfo::exists(fileName)
-        && !QFileInfo::exists(catalogueBackupPath(fileName))) {
+    if (const QString gone = fileGoneProblem(fileName); !gone.isEmpty()) {
         result.ok = false;
-        result.detail =
-            QStringLiteral("the catalogue file is no longer in the folder \"%1\" (was the "
-                           "drive it is on removed?); put it back, then save again, or keep a "
-                           "copy elsewhere with Save As")
-                .arg(QDir::toNativeSeparators(QFileInfo(fileName).absolutePath()));
+        result.detail = gone;
         return result;
     }
     const bool unchanged = m_fileGeneration == m_catalogue.generation();

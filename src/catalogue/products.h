@@ -46,6 +46,13 @@ public:
 
     /// The catalogue as it is now is what the file holds (after the start read and sorted it).
     void markAsFile();
+    /// Why a save must not write fileName: it was there (read at the start or saved since)
+    /// and is gone with its backup, so the folder is not the one it was (a drive taken away
+    /// from a fixed mount point). Empty when a save may go ahead.
+    QString fileGoneProblem(const QString &fileName) const;
+    /// The user chose to write the catalogue file anew (Save As onto its own name): the next
+    /// save may make it where it is gone.
+    void acceptFileGone() { m_fileKnown = false; }
 
     qint32 Count() const { return m_count; }
     void setCount(qint32 vData) { m_count = vData; }

@@ -95,8 +95,10 @@ void SaveController::saveAs()
     // for what it is and put back in place of twdata.dat.
     const QString path = withDefaultSuffix(chosen->path, request.defaultSuffix);
     storeEdits();
-    // The program's own file chosen as the copy is simply saved, with its backup.
+    // The program's own file chosen as the copy is simply saved, with its backup; chosen so,
+    // it is written even where it has gone from its folder.
     if (QFileInfo(path).absoluteFilePath() == QFileInfo(m_module.DataFile).absoluteFilePath()) {
+        m_module.AllProducts().acceptFileGone();
         save();
         return;
     }

@@ -162,6 +162,33 @@ TEST_F(SavingWindowTest, SaveAsWritesACopyAndKeepsUsingTheCatalogueFile)
     EXPECT_TRUE(fakes->prompts.shown().empty());
 }
 
+// A catalogue file gone from its folder with its backup (a drive taken away) is not made anew
+// there by a save, and the changes are not kept there either; Save As onto its own name is the
+// user's choice to make it anew.
+TEST_F(SavingWindowTest, ACatalogueFileGoneFromItsFolderIsWrittenOnlyBySaveAsOntoItsName)
+{
+    ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("twdata.dat"))));
+    renameFirstProduct(QStringLiteral("Anchor after the drive went"));
+    ASSERT_TRUE(waitForModified(true));
+    fakes->prompts.clear();
+    action("mnuFileSave")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.contains(
+        QStringLiteral("the catalogue file is no longer in the folder")))
+        << fakes->prompts.shown()[0].text.toStdString();
+    window->catalogue().recovery().writeNow();
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata.dat")));
+    EXPECT_FALSE(folder.exists(RecoveryFile)) << "the changes are not kept in the folder left";
+    EXPECT_TRUE(window->isWindowModified());
+
+    fakes->fileDialogs.answer(
+        FileDialogResult { folder.filePath(QStringLiteral("twdata.dat")), 1 });
+    action("mnuFileSaveAs")->trigger();
+    EXPECT_TRUE(
+        folder.readFile(QStringLiteral("twdata.dat")).contains("Anchor after the drive went"));
+    EXPECT_FALSE(window->isWindowModified());
+}
+
 TEST_F(SavingWindowTest, ACopyNamedWithoutExtensionIsACatalogueFile)
 {
     fakes->fileDialogs.answer(FileDialogResult { folder.filePath(QStringLiteral("tuesday")), 1 });

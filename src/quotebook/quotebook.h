@@ -81,6 +81,9 @@ public:
     bool needsReopening() const;
     QString path() const { return m_path; }
     QString errorString() const { return m_error; }
+    /// Whether the last list() could not read the book (errorString() says why): an empty
+    /// list is then no answer.
+    bool listFailed() const { return m_listFailed; }
 
     /// Saves quote as a new quote: the next number of the year of its date, revision A. Sets
     /// its id, year, sequence and revision.
@@ -165,6 +168,7 @@ private:
     /// not say), and whether the disk failed under it since.
     std::optional<std::pair<quint64, quint64>> m_openedFile;
     bool m_diskFailed = false;
+    bool m_listFailed = false;
     bool m_readOnly = false; ///< opened by openToRead
     /// Held for this program alone (SQLite's exclusive locking mode): the drive cannot keep
     /// the index SQLite shares between programs.

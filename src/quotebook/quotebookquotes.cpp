@@ -278,6 +278,7 @@ std::optional<SavedQuote> QuoteBook::load(qint64 id)
 QList<QuoteSummary> QuoteBook::list(const QString &find)
 {
     QList<QuoteSummary> quotes;
+    m_listFailed = !isOpen();
     if (!isOpen())
         return quotes;
     const QuoteBookRows::SearchTerms terms = QuoteBookRows::searchTerms(find);
@@ -317,6 +318,7 @@ QList<QuoteSummary> QuoteBook::list(const QString &find)
         select.bindValue(int(i), values.at(i));
     QSqlError error;
     if (!QuoteBookRows::run(select, error)) {
+        m_listFailed = true;
         fail(error);
         return quotes;
     }

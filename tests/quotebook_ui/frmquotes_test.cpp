@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
 
@@ -97,6 +98,20 @@ TEST_F(FrmQuotesTest, ListsTheQuotesNewestFirst)
     EXPECT_EQ(column(4), (QStringList { "$1,234.50", "$1,234.50", "$1,234.50" }));
     EXPECT_EQ(column(5), (QStringList { "draft", "draft", "draft" }));
     EXPECT_EQ(child<QLabel>("LblCount")->text(), QStringLiteral("3 quotes"));
+}
+
+// A book that cannot be read (its drive gone) is no empty book: the window says why.
+TEST_F(FrmQuotesTest, ABookThatCannotBeReadSaysSoInsteadOfNoQuotes)
+{
+    EXPECT_EQ(child<QLabel>("LblCount")->text(), QStringLiteral("3 quotes"));
+    ASSERT_TRUE(QSqlQuery(book.database()).exec(QStringLiteral("PRAGMA foreign_keys = OFF")));
+    ASSERT_TRUE(QSqlQuery(book.database()).exec(QStringLiteral("DROP TABLE quotes")));
+    child<QLineEdit>("TxtFind")->setText(QStringLiteral("a"));
+    EXPECT_TRUE(child<QLabel>("LblCount")
+                    ->text()
+                    .startsWith(QStringLiteral("The saved quotes cannot be read: ")))
+        << child<QLabel>("LblCount")->text().toStdString();
+    EXPECT_EQ(child<QTableView>("GrdQuotes")->model()->rowCount(), 0);
 }
 
 TEST_F(FrmQuotesTest, AQuotePastItsLastValidDaySaysItHasExpired)

@@ -185,6 +185,9 @@ void FrmQuotes::refresh()
     m_model->setQuotes(m_book.list(m_txtFind->text()));
     const int count = m_model->rowCount();
     m_count->setText(count == 1 ? tr("1 quote") : tr("%1 quotes").arg(m_locale.toString(count)));
+    // An empty list from a book that could not be read is no "0 quotes": it says why.
+    if (m_book.listFailed())
+        m_count->setText(tr("The saved quotes cannot be read: %1.").arg(m_book.errorString()));
     if (count > 0)
         m_grdQuotes->setCurrentIndex(m_model->index(0, 0));
     m_cmdOpen->setEnabled(count > 0);

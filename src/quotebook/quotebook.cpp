@@ -9,7 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlQuery>
-#include <QUrl>
 
 #if defined(Q_OS_UNIX)
 #include <sys/stat.h>
@@ -29,7 +28,7 @@ QAtomicInteger<quint64> lastConnection { 0 };
 /// (SQLITE_NOTADB); extended codes keep them in their low byte.
 bool isDamage(const QSqlError &error)
 {
-    const int code = error.nativeErrorCode().toInt() & 0xff;
+    const int code = QuoteBookRows::resultCode(error);
     return code == 11 || code == 26;
 }
 
@@ -38,7 +37,7 @@ QString plainWords(const QSqlError &error)
     const QString text = error.databaseText().isEmpty() ? error.text() : error.databaseText();
     // SQLite's words for a disk that cannot be written or read name a "database"; the user
     // knows the quote book and the drive it is on.
-    switch (error.nativeErrorCode().toInt() & 0xff) {
+    switch (QuoteBookRows::resultCode(error)) {
     case 8:
         return QStringLiteral("the quote book's file or folder cannot be written (%1)").arg(text);
     case 10:
@@ -55,7 +54,7 @@ const QString DamagedPages = QStringLiteral("parts of the file are damaged");
 
 QString damageWords(const QSqlError &error)
 {
-    return (error.nativeErrorCode().toInt() & 0xff) == 11 ? DamagedPages : plainWords(error);
+    return QuoteBookRows::resultCode(error) == 11 ? DamagedPages : plainWords(error);
 }
 
 /// The device and file number of the file at path; none when there is none or the system
@@ -79,7 +78,7 @@ std::optional<std::pair<quint64, quint64>> fileIdentity(const QString &path)
 /// (10) or a file beside it that cannot be opened (14).
 bool isDiskFailure(const QSqlError &error)
 {
-    const int code = error.nativeErrorCode().toInt() & 0xff;
+    const int code = QuoteBookRows::resultCode(error);
     return code == 8 || code == 10 || code == 14;
 }
 
@@ -153,9 +152,7 @@ bool QuoteBook::openConnection(const QString &path, bool readOnly)
     if (readOnly && m_alone) {
         // Looked at as it lies: without the log's index a read-only look cannot share the
         // book, and nothing else holds it.
-        m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
-        m_db.setDatabaseName(QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)
-            + QStringLiteral("?immutable=1"));
+        QuoteBookRows::readAsItLies(m_db, path);
     } else if (readOnly) {
         m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
     }
@@ -286,23 +283,16 @@ bool QuoteBook::openToRead(OpenResult &result)
 {
     close();
     m_db = QSqlDatabase::addDatabase(Driver, m_connection);
-    m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
-    m_db.setDatabaseName(
-        QUrl::fromLocalFile(m_path).toString(QUrl::FullyEncoded) + QStringLiteral("?immutable=1"));
+    QuoteBookRows::readAsItLies(m_db, m_path);
     if (!m_db.open()) {
         result.detail = plainWords(m_db.lastError());
         close();
         return false;
     }
     QString detail;
-    const Check check = checkFacts(detail);
+    int version = -1;
+    const Check check = checkFacts(detail, &version);
     // A book of an earlier version would have to be brought up to date, which needs writing.
-    QSqlQuery versionQuery(m_db);
-    const int version =
-        versionQuery.exec(QStringLiteral("PRAGMA user_version")) && versionQuery.next()
-        ? versionQuery.value(0).toInt()
-        : -1;
-    versionQuery.finish();
     if (check != Check::Sound || version != QuoteBookSchema::CurrentVersion) {
         if (check == Check::TooNew)
             result.status = OpenStatus::TooNew;
@@ -349,7 +339,7 @@ QuoteBook::Check QuoteBook::checkExisting(QString &detail)
 
 /// The application id and version of a file that passed SQLite's check: a quote book, a
 /// book of a later version, an empty SQLite file (taken as a new book), or another program's.
-QuoteBook::Check QuoteBook::checkFacts(QString &detail)
+QuoteBook::Check QuoteBook::checkFacts(QString &detail, int *versionRead)
 {
     QSqlQuery facts(m_db);
     if (!facts.exec(QStringLiteral("SELECT (SELECT application_id FROM pragma_application_id), "
@@ -364,6 +354,8 @@ QuoteBook::Check QuoteBook::checkFacts(QString &detail)
     const int version = facts.value(1).toInt();
     const int objects = facts.value(2).toInt();
     facts.finish();
+    if (versionRead)
+        *versionRead = version;
     if (applicationId == 0 && version == 0 && objects == 0)
         return Check::Sound;
     if (applicationId != QuoteBookSchema::ApplicationId) {

@@ -135,7 +135,8 @@ public:
 private:
     enum class Check { Sound, Damaged, TooNew, Failed };
     Check checkExisting(QString &detail);
-    Check checkFacts(QString &detail);
+    /// versionRead, when given, receives the book's version as read.
+    Check checkFacts(QString &detail, int *versionRead = nullptr);
     bool openExisting(OpenResult &result, const QDateTime &now);
     void forgetCheckFiles();
     OpenResult openOnce(const QString &path, const QDateTime &now);

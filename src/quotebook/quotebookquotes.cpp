@@ -7,7 +7,6 @@
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlQuery>
-#include <QUrl>
 
 #include <map>
 
@@ -98,9 +97,7 @@ bool QuoteBook::continueNumbersOf(const QString &otherBook)
     const QString connection = m_connection + QStringLiteral("-other");
     {
         QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-        other.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
-        other.setDatabaseName(QUrl::fromLocalFile(otherBook).toString(QUrl::FullyEncoded)
-            + QStringLiteral("?immutable=1"));
+        QuoteBookRows::readAsItLies(other, otherBook);
         if (QFileInfo::exists(otherBook) && other.open()) {
             QSqlQuery given(other);
             if (given.exec(

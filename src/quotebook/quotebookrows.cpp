@@ -7,6 +7,7 @@
 
 #include <QRegularExpression>
 #include <QSqlQuery>
+#include <QUrl>
 
 #include <array>
 #include <cmath>
@@ -114,6 +115,18 @@ bool run(QSqlDatabase &db, const QString &sql, QSqlError &error)
         return true;
     error = query.lastError();
     return false;
+}
+
+void readAsItLies(QSqlDatabase &db, const QString &path)
+{
+    db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+    db.setDatabaseName(
+        QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded) + QStringLiteral("?immutable=1"));
+}
+
+int resultCode(const QSqlError &error)
+{
+    return error.nativeErrorCode().toInt() & 0xff;
 }
 
 QString insertLinesSql(const QString &table, int rows, int fields)

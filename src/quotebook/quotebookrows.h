@@ -81,6 +81,11 @@ double totalOf(const Table &lines, const QLocale &locale);
 bool run(QSqlQuery &query, QSqlError &error);
 /// Runs one statement without parameters.
 bool run(QSqlDatabase &db, const QString &sql, QSqlError &error);
+/// Sets db (not yet open) to read the book at path as it lies: read-only, SQLite's
+/// "immutable" (no lock taken, no log or index made beside it).
+void readAsItLies(QSqlDatabase &db, const QString &path);
+/// SQLite's primary result code of an error (extended codes keep it in their low byte).
+int resultCode(const QSqlError &error);
 
 } // namespace QuoteBookRows
 

@@ -310,7 +310,13 @@ QList<QuoteSummary> QuoteBook::list(const QString &find)
         " ORDER BY q.quote_date DESC, q.year DESC, q.sequence DESC, q.revision DESC");
     QSqlQuery select(m_db);
     select.setForwardOnly(true);
-    select.prepare(sql);
+    // A statement that cannot be prepared (a book whose tables cannot be read) says why there,
+    // not when it is run.
+    m_listFailed = !select.prepare(sql);
+    if (m_listFailed) {
+        fail(select.lastError());
+        return quotes;
+    }
     for (qsizetype i = 0; i < values.size(); ++i)
         select.bindValue(int(i), values.at(i));
     QSqlError error;

@@ -111,6 +111,8 @@ TEST_F(FrmQuotesTest, ABookThatCannotBeReadSaysSoInsteadOfNoQuotes)
                     ->text()
                     .startsWith(QStringLiteral("The saved quotes cannot be read: ")))
         << child<QLabel>("LblCount")->text().toStdString();
+    EXPECT_TRUE(child<QLabel>("LblCount")->text().contains(QStringLiteral("no such table")))
+        << "the reason, not \"No query\": " << child<QLabel>("LblCount")->text().toStdString();
     EXPECT_EQ(child<QTableView>("GrdQuotes")->model()->rowCount(), 0);
 }
 

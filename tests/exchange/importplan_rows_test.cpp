@@ -1,0 +1,307 @@
+// The import planned from rows that are not what they seem: cells that cannot be read, error
+// cells, a list price beyond single precision, a sheet that never ends, rows below an empty
+// row, and numbers read under a German locale.
+#include "catalogue/productrecord.h"
+#include "catalogue/products.h"
+#include "catalogue/table.h"
+#include "exchange/columnmapping.h"
+#include "exchange/importplan.h"
+#include "exchange/importreport.h"
+#include "exchange/sheetcells.h"
+#include "exchange/textworkbook.h"
+#include "exchange/workbook.h"
+#include "exchange/workbookwire.h"
+#include "exchangetestdata.h"
+#include "importplantestdata.h"
+#include "platform/appenvironment.h"
+#include "support/fakeprompts.h"
+#include "support/testlocale.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+namespace P = ProductRecord;
+
+using tarnwick::test::EnUs;
+using tarnwick::test::putText;
+using tarnwick::test::skippedRows;
+using tarnwick::test::supplierLetters;
+
+namespace {
+
+/// Column A and B of rows 2 to lastRow; reading any cell of a failing row raises an error.
+class FailingRowsSheet : public IWorkbook
+{
+public:
+    FailingRowsSheet(int lastRow, std::vector<int> failing)
+        : m_lastRow(lastRow), m_failing(std::move(failing))
+    {
+    }
+    QString cellText(int column, int row) const override
+    {
+        if (std::find(m_failing.begin(), m_failing.end(), row) != m_failing.end())
+            throw VbError(ErrorNumber::TypeMismatch);
+        if (row > m_lastRow || column > 1)
+            return QString();
+        return QStringLiteral("%1-%2").arg(column == 0 ? "P" : "Name").arg(row);
+    }
+
+private:
+    int m_lastRow;
+    std::vector<int> m_failing;
+};
+
+} // namespace
+
+TEST(ImportPlanErrors, ARowThatCannotBeReadIsSkippedAndTheErrorKept)
+{
+    Table catalogue(0, P::FieldCount);
+    const FailingRowsSheet sheet(6, { 3 });
+    for (const ImportAction action : { ImportAction::AddNew, ImportAction::UpdateExisting }) {
+        ImportPlanner planner(sheet, catalogue, supplierLetters(), true, action, EnUs);
+        planner.runAll();
+        const ImportPlan plan = planner.takePlan();
+        EXPECT_EQ(plan.addedCount(), 4);
+        ASSERT_EQ(plan.skipped.size(), 1U);
+        EXPECT_EQ(plan.skipped[0].sheetRow, 3);
+        EXPECT_EQ(plan.skipped[0].reason, SkipReason::Unreadable);
+        ASSERT_TRUE(plan.firstError.has_value());
+        EXPECT_EQ(plan.firstError->number(), ErrorNumber::TypeMismatch);
+    }
+}
+
+TEST(ImportPlanErrors, AListPriceBeyondSinglePrecisionIsAnOverflowNotAnInfinitePrice)
+{
+    Table catalogue(1, P::FieldCount);
+    catalogue.put(1, P::PartNumber, "A-1");
+    catalogue.put(1, P::Price, 10.0f);
+    const TextWorkbook sheet("Part Number\tProduct Name\tPrice\tNotes\tPrice 1\r\n"
+                             "A-1\tAnchor\t5E+39\t\t\r\n"
+                             "N-1\tNut\t-5E+39\t\t\r\n"
+                             "N-2\tNail\t3.4E+38\t\t\r\n");
+
+    ImportPlanner adding(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    adding.runAll();
+    const ImportPlan add = adding.takePlan();
+    ASSERT_EQ(add.addedCount(), 2);
+    EXPECT_TRUE(add.addedProduct(0)[P::Price - 1].isEmpty()) << "the product comes without a price";
+    EXPECT_EQ(add.addedProduct(1)[P::Price - 1], Cell(3.4E+38f));
+    ASSERT_TRUE(add.firstError.has_value()) << "and the import reports an error";
+    EXPECT_EQ(add.firstError->number(), ErrorNumber::Overflow);
+
+    ImportPlanner updating(
+        sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    updating.runAll();
+    const ImportPlan update = updating.takePlan();
+    EXPECT_EQ(skippedRows(update),
+        (std::vector<std::pair<int, SkipReason>> {
+            { 2, SkipReason::PriceTooLarge }, { 3, SkipReason::PriceTooLarge } }));
+    EXPECT_TRUE(update.changed.empty());
+    EXPECT_EQ(update.addedCount(), 1);
+    EXPECT_EQ(update.addedProduct(0)[P::Price - 1], Cell(3.4E+38f));
+    EXPECT_FALSE(update.firstError.has_value());
+}
+
+TEST(ImportPlanErrors, ASheetThatNeverReadsEnds)
+{
+    Table catalogue(0, P::FieldCount);
+    std::vector<int> every;
+    for (int row = 1; row <= 500; ++row)
+        every.push_back(row);
+    const FailingRowsSheet sheet(500, every);
+    ImportPlanner planner(
+        sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    EXPECT_EQ(planner.currentRow(), 2 + ImportPlanner::MaxUnreadableRows);
+}
+
+namespace {
+
+/// A supplier's sheet with error cells (#N/A, #DIV/0!): one in a part number, one in a name.
+SheetCells sheetWithErrorCells()
+{
+    SheetCells sheet;
+    putText(sheet, 1, 0, "Part Number");
+    putText(sheet, 1, 1, "Product Name");
+    putText(sheet, 1, 2, "Price");
+    sheet.putError(2, 0);
+    putText(sheet, 2, 1, "no part number to read");
+    putText(sheet, 3, 0, "E-1");
+    sheet.putError(3, 1);
+    putText(sheet, 3, 2, "2.5");
+    putText(sheet, 4, 0, "E-2");
+    putText(sheet, 4, 1, "Fine");
+    sheet.finish();
+    return sheet;
+}
+
+std::unique_ptr<IWorkbook> throughTheWire(const SheetCells &sheet)
+{
+    WorkbookWire::Decoder decoder;
+    WorkbookWire::writeWorkbook(sheet, [&](const QByteArray &bytes) { decoder.feed(bytes); });
+    EXPECT_EQ(decoder.state(), WorkbookWire::Decoder::State::Read);
+    return decoder.takeWorkbook();
+}
+
+} // namespace
+
+TEST(ImportPlanErrors, ErrorCellsReadWithTheirRowAreCellsThatCannotBeRead)
+{
+    const SheetCells sheet = sheetWithErrorCells();
+    const std::unique_ptr<IWorkbook> wire = throughTheWire(sheet);
+    ASSERT_NE(wire, nullptr);
+    const std::vector<const IWorkbook *> workbooks { &sheet, wire.get() };
+    for (const IWorkbook *workbook : workbooks) {
+        Table catalogue(0, P::FieldCount);
+        ImportPlanner planner(
+            *workbook, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+        planner.runAll();
+        const ImportPlan plan = planner.takePlan();
+        EXPECT_EQ(skippedRows(plan),
+            (std::vector<std::pair<int, SkipReason>> { { 2, SkipReason::Unreadable } }));
+        ASSERT_EQ(plan.addedCount(), 2);
+        EXPECT_EQ(plan.addedProduct(0)[P::PartNumber - 1], Cell("E-1"));
+        EXPECT_EQ(plan.addedProduct(0)[P::ProductName - 1], Cell("Missing Product Name"))
+            << "an error in the name leaves it empty";
+        EXPECT_EQ(plan.addedProduct(0)[P::Price - 1], Cell(2.5f));
+        EXPECT_EQ(plan.addedProduct(1)[P::ProductName - 1], Cell("Fine"));
+        ASSERT_TRUE(plan.firstError.has_value());
+        EXPECT_EQ(plan.firstError->number(), ErrorNumber::TypeMismatch);
+    }
+}
+
+TEST(WorkbookCells, ARowReadAtOnceIsTheSameAsItsCellsReadOneByOne)
+{
+    const SheetCells sheet = sheetWithErrorCells();
+    const std::unique_ptr<IWorkbook> wire = throughTheWire(sheet);
+    ASSERT_NE(wire, nullptr);
+    const std::vector<int> columns { 3, 0, 1, 17, 0 };
+    const std::vector<const IWorkbook *> workbooks { &sheet, wire.get() };
+    for (const IWorkbook *workbook : workbooks) {
+        const Cell first = workbook->textCell(0, 1);
+        const CellTextBlock *block = first.textBlock();
+        const int referencesBefore = block != nullptr ? block->ref.load() : 0;
+        for (int row = 1; row <= 5; ++row) {
+            SCOPED_TRACE(row);
+            std::vector<Cell> cells(columns.size(), Cell(QStringLiteral("old")));
+            bool flags[5] = { true, true, true, true, true };
+            workbook->readCells(row, columns, cells, flags);
+            for (std::size_t i = 0; i < columns.size(); ++i) {
+                EXPECT_EQ(flags[i], workbook->isError(columns[i], row)) << columns[i];
+                if (flags[i])
+                    EXPECT_TRUE(cells[i].isEmpty()) << columns[i];
+                else
+                    EXPECT_EQ(cells[i], workbook->textCell(columns[i], row)) << columns[i];
+            }
+        }
+        if (block != nullptr) {
+            EXPECT_EQ(block->ref.load(), referencesBefore) << "every reference given back";
+        }
+    }
+}
+
+namespace {
+
+ImportPlan planNewProducts(const IWorkbook &workbook, const QLocale &locale)
+{
+    const Table catalogue { 1, P::FieldCount };
+    ImportPlanner planner(
+        workbook, catalogue, test::supplierSheetLetters(), true, ImportAction::AddNew, locale);
+    planner.runAll();
+    return planner.takePlan();
+}
+
+} // namespace
+
+// A number cell of a workbook is the same number in every locale: in German "2.675" from the
+// cell 2.675 is not two thousand six hundred and seventy-five, and a price point keeps it in
+// the form German reads as that number, as the catalogue file's price points are kept.
+TEST(ImportPlanLocale, AWorkbooksNumbersMeanTheSameInGerman)
+{
+    for (const char *name : { "decimals.xlsx", "decimals.ods", "decimals.xls" }) {
+        SCOPED_TRACE(name);
+        WorkbookOpenResult read = openWorkbook(test::dataFile(QString::fromLatin1(name)));
+        ASSERT_NE(read.workbook, nullptr);
+        EXPECT_TRUE(read.workbook->numbersInStoredForm());
+        auto *cells = dynamic_cast<const SheetCells *>(read.workbook.get());
+        ASSERT_NE(cells, nullptr);
+        const std::unique_ptr<IWorkbook> wire = throughTheWire(*cells);
+        ASSERT_NE(wire, nullptr);
+        EXPECT_TRUE(wire->numbersInStoredForm()) << "said by the reader process too";
+        for (const IWorkbook *workbook : { read.workbook.get(), wire.get() }) {
+            const ImportPlan german = planNewProducts(*workbook, test::DeDe);
+            ASSERT_EQ(german.addedCount(), 2);
+            EXPECT_EQ(german.addedProduct(0)[P::Price - 1], Cell(0.125f));
+            EXPECT_EQ(german.addedProduct(0)[P::PricePoint1 - 1], Cell("1000"));
+            EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2,675"));
+            EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(1234.5f));
+            EXPECT_EQ(german.addedProduct(1)[P::Price1 - 1], Cell("14.46"))
+                << "a form German reads as the same number stays as it is";
+            const ImportPlan english = planNewProducts(*workbook, EnUs);
+            ASSERT_EQ(english.addedCount(), 2);
+            EXPECT_EQ(english.addedProduct(0)[P::Price - 1], Cell(0.125f));
+            EXPECT_EQ(english.addedProduct(0)[P::Price1 - 1], Cell("2.675"));
+        }
+    }
+}
+
+// Tab-separated text is written in some locale's way, and the user's locale reads it: in
+// German "2.675" there is 2,675 thousand. A leading "0." is never a group of thousands.
+// An update ends at the first row empty in every mapped column, as adding ends at the first
+// empty part number; rows below it are not read, and the counts say so.
+TEST(ImportPlanGap, RowsBelowAnEmptyRowAreSaidNotRead)
+{
+    const QByteArray bytes("Part Number\tProduct Name\tPrice\r\n"
+                           "A-1\tAnchor\t11\r\n"
+                           "\t\t\r\n"
+                           "B-2\tBolt\t7\r\n");
+    SheetReadResult read = readSheet(bytes);
+    ASSERT_NE(read.cells, nullptr);
+    EXPECT_TRUE(read.cells->hasRowsAfterAGap());
+    const std::unique_ptr<IWorkbook> wire = throughTheWire(*read.cells);
+    ASSERT_NE(wire, nullptr);
+    EXPECT_TRUE(wire->hasRowsAfterAGap()) << "said by the reader process too";
+    const Table catalogue { 1, P::FieldCount };
+    const std::vector<const IWorkbook *> workbooks { read.cells.get(), wire.get() };
+    for (const IWorkbook *workbook : workbooks) {
+        ImportPlanner planner(*workbook, catalogue, test::supplierSheetLetters(), true,
+            ImportAction::UpdateExisting, EnUs);
+        planner.runAll();
+        const ImportPlan plan = planner.takePlan();
+        EXPECT_EQ(plan.addedCount(), 1);
+        EXPECT_EQ(plan.rowsLeftBelow, 3);
+        EXPECT_EQ(ImportReport::countLines(plan).value(4),
+            QStringLiteral("Rows not read: every row below row 3, which is empty in the mapped "
+                           "columns and ends the import."));
+    }
+    // A row empty in the mapped columns but not in others ends the update too.
+    const TextWorkbook text(QByteArray("Part Number\tProduct Name\tPrice\tNotes\tPrice 1\tX\r\n"
+                                       "A-1\tAnchor\t11\t\t\t\r\n"
+                                       "\t\t\t\t\tnote\r\n"
+                                       "B-2\tBolt\t7\t\t\t\r\n"));
+    ImportPlanner planner(
+        text, catalogue, test::supplierSheetLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    EXPECT_EQ(planner.takePlan().rowsLeftBelow, 3);
+    // A sheet read to its end leaves nothing.
+    const TextWorkbook whole(QByteArray("Part Number\tProduct Name\tPrice\r\nA-1\tAnchor\t11\r\n"));
+    ImportPlanner all(
+        whole, catalogue, test::supplierSheetLetters(), true, ImportAction::UpdateExisting, EnUs);
+    all.runAll();
+    const ImportPlan plan = all.takePlan();
+    EXPECT_EQ(plan.rowsLeftBelow, 0);
+    EXPECT_EQ(ImportReport::countLines(plan).size(), 4);
+}
+
+TEST(ImportPlanLocale, TabSeparatedTextIsReadAsTheUsersLocaleWritesNumbers)
+{
+    QFile file(test::dataFile(QStringLiteral("decimals.txt")));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const TextWorkbook text(file.readAll());
+    EXPECT_FALSE(text.numbersInStoredForm());
+    const ImportPlan german = planNewProducts(text, test::DeDe);
+    ASSERT_EQ(german.addedCount(), 2);
+    EXPECT_EQ(german.addedProduct(0)[P::Price - 1], Cell(0.125f));
+    EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2.675"));
+    EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(1234.5f));
+}

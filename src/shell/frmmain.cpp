@@ -473,7 +473,7 @@ void frmMain::mnuQuoteDelete_Click()
 
 void frmMain::mnuquoteclear_Click()
 {
-    m_quote->removeAllLines();
+    m_book->removeAll();
 }
 
 void frmMain::mnuResetPrices_Click()

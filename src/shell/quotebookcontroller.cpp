@@ -43,7 +43,6 @@ const QString Save = QStringLiteral("Save Quote");
 const QString Open = QStringLiteral("Open Quote");
 const QString Revision = QStringLiteral("New Revision");
 const QString Duplicate = QStringLiteral("Duplicate Quote");
-const QString New = QStringLiteral("New Quote");
 const QString Book = QStringLiteral("Quote Book");
 } // namespace Titles
 
@@ -52,7 +51,6 @@ const QString FirstSaveIntro =
 const QString DuplicateIntro =
     QStringLiteral("The same lines are saved under a new quote number for this customer.");
 constexpr int KeepInterval = 500;
-const QString NewQuoteMessage = QStringLiteral("New quote.");
 
 } // namespace
 
@@ -575,20 +573,6 @@ void QuoteBookController::duplicateQuote()
         m_module.QuoteTable(),
         QStringLiteral("Duplicate Quote %1").arg(after.header.numberAndRevision()));
     status(QuoteBookMessages::saved(m_session->header()));
-}
-
-void QuoteBookController::newQuote()
-{
-    m_quote.storePendingEdit();
-    // A changed quote (its lines, or its heading and ending) is offered for saving; without a
-    // book it cannot be, and goes (an undo brings it back).
-    if (!noteSettled(Titles::New))
-        return;
-    if (hasChanges() && openBook(false) && !offerToSave(Titles::New))
-        return;
-    replaceOnScreen(Table(0, m_module.QuoteTable().fieldCount()), m_session->state(),
-        QuoteSession::State(), QStringLiteral("New Quote"), Titles::New);
-    status(NewQuoteMessage);
 }
 
 } // namespace tarnwick

@@ -38,6 +38,8 @@ public:
     static constexpr QLatin1String BookFileName { "quotes.db" };
     static constexpr QLatin1String BackupFileName { "quotes.bak" };
     static constexpr QLatin1String FrameCaption { "Quote Details" };
+    /// The status bar's word once File → New or "Remove All" has put a new quote on screen.
+    static constexpr QLatin1String NewQuoteMessage { "New quote." };
 
     QuoteBookController(const AppServices &services, Module1 &module, EditHistory &history,
         MainWindowUi &ui, QuoteController &quote, QWidget *owner);
@@ -62,6 +64,9 @@ public:
     void saveAsPdf();
     /// File → New: an empty quote, after offering to save a changed one.
     void newQuote();
+    /// "Remove All": the lines go. A saved quote emptied so is a new quote, and the saved one
+    /// stays in the book as it is: the next Save Quote asks who the new one is for.
+    void removeAll();
     /// File → Send: the quote's PDF in the customer's mail, the quote marked sent.
     void send();
     /// File → Save All's part: saves the quote when it has changed (asking for the customer

@@ -129,6 +129,60 @@ TEST_F(QuoteBookUndoWindowTest, NewThenCtrlZBringsBackTheSavedQuote)
     EXPECT_EQ(title(), QStringLiteral("Quote Details"));
 }
 
+// "Remove All" empties the quote to start a new one: a saved quote emptied so stays in the book
+// as it was saved, and the lines added next are a new quote for another customer.
+TEST_F(QuoteBookUndoWindowTest, RemoveAllOnASavedQuoteStartsANewOneAndLeavesTheSavedOneAsItIs)
+{
+    saveBoltForAcme();
+    const qint64 acme = book().list().first().id;
+    const QStringList savedTotals = totals();
+    action("mnuquoteclear")->trigger();
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    EXPECT_EQ(totals(), (QStringList { "", "", "" }));
+    EXPECT_EQ(title(), QStringLiteral("Quote Details"));
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Quote Q-2026-0001 A stays in the quote book as last saved; the quote on "
+                       "screen is a new one."));
+    EXPECT_EQ(action("mnuEditUndo")->text(), QStringLiteral("&Undo Remove All Quote Lines"));
+
+    addToQuote(0);
+    const CustomerDetails other { QStringLiteral("Other Co"), QString(), QString(), QString() };
+    bookDialogs->customers.push_back(other);
+    action("mnuQuoteSave")->trigger();
+    EXPECT_TRUE(bookDialogs->customers.empty()) << "Save Quote asks who the new quote is for";
+    ASSERT_EQ(book().quoteCount(), 2);
+    const auto acmeQuote = book().load(acme);
+    ASSERT_TRUE(acmeQuote.has_value());
+    ASSERT_EQ(acmeQuote->content.lines.rowCount(), 1) << "ACME's quote keeps its line";
+    EXPECT_EQ(
+        acmeQuote->content.lines.get(1, QuoteLine::PartNumber).asText(), QStringLiteral("B-200"));
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0002 A, Other Co"));
+
+    // Back to before Remove All: ACME's quote on screen again, with its lines and totals.
+    ctrlZ();
+    ctrlZ();
+    EXPECT_EQ(quoteColumn(0), QStringList { "B-200" });
+    EXPECT_EQ(totals(), savedTotals);
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    ctrlY();
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    EXPECT_EQ(title(), QStringLiteral("Quote Details"));
+}
+
+// A quote never saved has no number to keep: "Remove All" leaves it the quote in hand.
+TEST_F(QuoteBookUndoWindowTest, RemoveAllOnAnUnsavedQuoteOnlyRemovesItsLines)
+{
+    addToQuote(1);
+    action("mnuquoteclear")->trigger();
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    addToQuote(0);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    EXPECT_TRUE(bookDialogs->customers.empty());
+    EXPECT_EQ(book().quoteCount(), 1);
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+}
+
 TEST_F(QuoteBookUndoWindowTest, AQuoteDroppedByNewComesBackWithCtrlZ)
 {
     addToQuote(2);

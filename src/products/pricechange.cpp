@@ -111,11 +111,22 @@ double apply(double oldPrice, const PriceChangeRule &rule)
     if (!(std::fabs(changed) < MaxPrice))
         return changed;
     const double cents = roundMoney(changed, Cent);
+    // An ending never turns a change round: a price lowered does not end above what it was,
+    // nor one raised below it (a $0.25 item lowered by 10 % is $0.23, not $0.99), and a price
+    // that comes to zero stays zero (a free item stays free).
+    const auto withEnding = [&](double ending) {
+        if (cents <= 0)
+            return cents;
+        const double ended = nearestEnding(cents, ending);
+        const bool turned =
+            (changed < oldPrice && ended > oldPrice) || (changed > oldPrice && ended < oldPrice);
+        return turned ? cents : ended;
+    };
     switch (rule.rounding) {
     case PriceChangeRule::Rounding::End95:
-        return cents < 0 ? cents : nearestEnding(cents, 0.95);
+        return withEnding(0.95);
     case PriceChangeRule::Rounding::End99:
-        return cents < 0 ? cents : nearestEnding(cents, 0.99);
+        return withEnding(0.99);
     case PriceChangeRule::Rounding::Whole:
         return roundMoney(cents, Unit);
     case PriceChangeRule::Rounding::Cents:

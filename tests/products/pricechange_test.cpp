@@ -48,6 +48,31 @@ TEST(PriceChangeTest, EndingsOf95And99AreTheNearestSuchPrice)
         << "never below the first such ending";
 }
 
+// The nearest ending of a cheap price may lie on the other side of the price it was: it is
+// only taken where it keeps the change's direction.
+TEST(PriceChangeTest, AnEndingNeverRaisesAPriceThatIsLoweredNorLowersOneThatIsRaised)
+{
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.25, ruleOf(By::Percent, -10, Rounding::End99)), 0.23)
+        << "lowered, not raised to $0.99";
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.10, ruleOf(By::Percent, -10, Rounding::End95)), 0.09);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(13.0, ruleOf(By::Percent, 1, Rounding::End99)), 13.13)
+        << "raised, not lowered to $12.99";
+    EXPECT_DOUBLE_EQ(PriceChange::apply(1.5, ruleOf(By::Percent, -10, Rounding::End99)), 0.99)
+        << "an ending below the old price is taken";
+    EXPECT_DOUBLE_EQ(PriceChange::apply(12.0, ruleOf(By::Percent, 10, Rounding::End99)), 12.99);
+}
+
+TEST(PriceChangeTest, AFreeItemStaysFreeWhateverTheEnding)
+{
+    for (const auto rounding : { Rounding::End95, Rounding::End99 }) {
+        EXPECT_DOUBLE_EQ(PriceChange::apply(0.0, ruleOf(By::Percent, -10, rounding)), 0.0);
+        EXPECT_DOUBLE_EQ(PriceChange::apply(0.0, ruleOf(By::Percent, 10, rounding)), 0.0);
+        EXPECT_DOUBLE_EQ(PriceChange::apply(0.0, ruleOf(By::Amount, 0, rounding)), 0.0);
+    }
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.0, ruleOf(By::Amount, 5, Rounding::End99)), 4.99)
+        << "an amount added to a free item is a price like any other";
+}
+
 TEST(PriceChangeTest, WholeUnits)
 {
     EXPECT_DOUBLE_EQ(PriceChange::apply(12.85, ruleOf(By::Percent, 10, Rounding::Whole)), 14.0);

@@ -8,6 +8,10 @@
 #include "products/priceschedule.h"
 #include "quotes/quoteline.h"
 
+#include <QStringList>
+
+#include <algorithm>
+
 namespace tarnwick::QuoteList {
 
 namespace {
@@ -63,23 +67,66 @@ QString unreadNotice(const Table &quote, const QLocale &locale)
         const QString text = cell.asText();
         return text.trimmed().isEmpty() || conv::isNumeric(cell, locale) ? QString() : text;
     };
+    // A number a line cannot take as its quantity (beyond the whole numbers it counts in) is
+    // charged as nothing as well.
+    const auto outOfRange = [&](int row) {
+        const Cell &cell = quote.get(row, QuoteLine::Quantity);
+        if (cell.isEmpty() || (cell.isText() && cell.asText().trimmed().isEmpty()))
+            return QString();
+        ErrorTrap trap;
+        return trap.step([&] { QuoteLine::quantity(quote, row, locale); })
+            ? QString()
+            : conv::toText(cell, locale);
+    };
     const QString nothing = format(Cell(0.0), QStringLiteral("currency"), locale);
+    QString first;
+    QList<int> others;
     const int lines = QuoteLine::lineCount(quote);
     for (int row = 1; row <= lines; ++row) {
+        QString said;
         if (const QString text = unread(row, QuoteLine::Quantity); !text.isEmpty()) {
-            return QStringLiteral("Line %1: the quantity \"%2\" is no number; the line is "
+            said = QStringLiteral("Line %1: the quantity \"%2\" is no number; the line is "
                                   "charged %3 until a whole number is typed.")
-                .arg(row)
-                .arg(text, nothing);
-        }
-        if (const QString text = unread(row, QuoteLine::UnitPrice); !text.isEmpty()) {
-            return QStringLiteral("Line %1: the price \"%2\" is no number; the line is charged "
+                       .arg(row)
+                       .arg(text, nothing);
+        } else if (const QString number = outOfRange(row); !number.isEmpty()) {
+            said = QStringLiteral("Line %1: the quantity \"%2\" is out of range; the line is "
+                                  "charged %3 until a smaller whole number is typed.")
+                       .arg(row)
+                       .arg(number, nothing);
+        } else if (const QString price = unread(row, QuoteLine::UnitPrice); !price.isEmpty()) {
+            said = QStringLiteral("Line %1: the price \"%2\" is no number; the line is charged "
                                   "%3 until a price is typed.")
-                .arg(row)
-                .arg(text, nothing);
+                       .arg(row)
+                       .arg(price, nothing);
         }
+        if (said.isEmpty())
+            continue;
+        if (first.isEmpty())
+            first = said;
+        else
+            others << row;
     }
-    return QString();
+    if (others.isEmpty())
+        return first;
+    // The others are counted in, so a customer's document never carries a line at nothing
+    // that the status bar did not name.
+    constexpr qsizetype Named = 5;
+    QStringList rows;
+    for (qsizetype i = 0; i < std::min(others.size(), Named); ++i)
+        rows << QString::number(others[i]);
+    QString list;
+    if (others.size() == 1) {
+        list = QStringLiteral("Line %1 is").arg(rows.first());
+    } else if (others.size() <= Named) {
+        const QString last = rows.takeLast();
+        list = QStringLiteral("Lines %1 and %2 are").arg(rows.join(QStringLiteral(", ")), last);
+    } else {
+        list = QStringLiteral("Lines %1 and %2 more are")
+                   .arg(rows.join(QStringLiteral(", ")))
+                   .arg(others.size() - Named);
+    }
+    return first + QStringLiteral(" %1 charged %2 as well.").arg(list, nothing);
 }
 
 void repriceLine(

@@ -53,8 +53,9 @@ void repriceLine(
     Table &quote, const Table &catalogue, int row, int changedColumn, const QLocale &locale);
 
 /// What the status bar says while a line of the quote holds a quantity or unit price that is
-/// no number, which the line's re-pricing counts as 0 (the cell keeps what was typed): the
-/// first such line; empty when there is none.
+/// no number, or a quantity beyond those a line counts in, which the line's re-pricing counts
+/// as 0 (the cell keeps what was typed): the first such line, then the numbers of the others;
+/// empty when there is none.
 QString unreadNotice(const Table &quote, const QLocale &locale);
 
 /// "Remove Product": deletes quote row (1-based); the lines after it move up and the quote

@@ -90,6 +90,35 @@ TEST_F(QuoteListTest, AQuantityOrPriceThatIsNoNumberIsSaid)
         << "a number, charged as 2 (the quantity shown then)";
 }
 
+// A number too large for a line's quantity is charged as nothing too, and every line charged
+// so is named: the customer's document must hold no line at $0.00 that nothing pointed out.
+TEST_F(QuoteListTest, AQuantityOutOfRangeAndEveryFurtherLineChargedNothingAreSaid)
+{
+    for (int line = 0; line < 8; ++line)
+        add("A-100");
+    quote.put(2, QuoteLine::Quantity, "1e10");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+        QStringLiteral("Line 2: the quantity \"1e10\" is out of range; the line is charged "
+                       "$0.00 until a smaller whole number is typed."));
+    quote.put(1, QuoteLine::Quantity, "ten");
+    quote.put(5, QuoteLine::Quantity, "2147483647");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+        QStringLiteral("Line 1: the quantity \"ten\" is no number; the line is charged $0.00 "
+                       "until a whole number is typed. Lines 2 and 5 are charged $0.00 as "
+                       "well."));
+    quote.put(5, QuoteLine::Quantity, "2147483520");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+        QStringLiteral("Line 1: the quantity \"ten\" is no number; the line is charged $0.00 "
+                       "until a whole number is typed. Line 2 is charged $0.00 as well."))
+        << "the largest quantity a line counts in";
+    for (int row = 3; row <= 8; ++row)
+        quote.put(row, QuoteLine::UnitPrice, "ask");
+    EXPECT_TRUE(QuoteList::unreadNotice(quote, locale)
+                    .endsWith(QStringLiteral(" Lines 2, 3, 4, 5, 6 and 2 more are charged $0.00 "
+                                             "as well.")))
+        << QuoteList::unreadNotice(quote, locale).toStdString();
+}
+
 TEST_F(QuoteListTest, AQuantityEqualToAThresholdTakesThatPointsPrice)
 {
     add("A-100");

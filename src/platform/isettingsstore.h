@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QList>
 #include <QString>
 
@@ -37,6 +38,31 @@ public:
     virtual bool remove(const QString &application, const QString &section, const QString &key) = 0;
     /// Why the last save or remove failed, in plain words; empty after one that succeeded.
     virtual QString writeError() const = 0;
+
+    /// Where application's settings are kept, as a user would look for them (a file, or a
+    /// registry key); empty for a store that has no such place.
+    virtual QString location(const QString &application) const
+    {
+        Q_UNUSED(application);
+        return QString();
+    }
+    /// Why application's stored settings cannot be read as they were written (a damaged file,
+    /// a folder in its place), in plain words; empty when they can, or when none are stored.
+    /// Such settings read as if none had been stored.
+    virtual QString readProblem(const QString &application) const
+    {
+        Q_UNUSED(application);
+        return QString();
+    }
+    /// Moves application's damaged settings out of the way under a name of their own, given
+    /// the time, so the next save starts afresh and they are not overwritten; returns where
+    /// they went (empty when they could not be moved).
+    virtual QString setAsideDamaged(const QString &application, const QDateTime &when)
+    {
+        Q_UNUSED(application);
+        Q_UNUSED(when);
+        return QString();
+    }
 };
 
 } // namespace tarnwick

@@ -7,12 +7,15 @@
 #include "platform/helpcontexts.h"
 #include "platform/ieventpump.h"
 #include "platform/iprompts.h"
+#include "platform/isettingsstore.h"
 #include "shell/frmmain.h"
 #include "shell/passwordlock.h"
+#include "shell/settingskeys.h"
 #include "shell/shelldialogs.h"
 #include "shell/windowsettings.h"
 
 #include <QCloseEvent>
+#include <QDateTime>
 #include <QFrame>
 #include <QLabel>
 #include <QTimer>
@@ -23,6 +26,7 @@ namespace tarnwick {
 namespace {
 
 const QString DataFileName = QStringLiteral("twdata.dat");
+const QString StartMessageTitle = QStringLiteral("Tarnwick");
 
 bool isInstallationError(int number)
 {
@@ -92,7 +96,23 @@ void FrmSplash1::Form_Load()
     if (m_services.environment.isTestRun())
         m_services.prompts.msgBox(
             QStringLiteral("Past splash.show"), MsgStyle::OkOnly, QStringLiteral("Debug"));
+    const QString damaged =
+        setAsideDamagedSettings(m_services.settings, QDateTime::currentDateTime());
+    if (!damaged.isEmpty())
+        m_services.prompts.msgBox(
+            damaged, MsgStyle::OkOnly | MsgStyle::Exclamation, StartMessageTitle);
     const QString password = readUserPassword(m_services.settings);
+    if (PasswordLock::isDamaged(password)) {
+        // Nothing can be checked against it: the owner is told how to get in, instead of a
+        // prompt that no answer passes. Nothing is loaded or written.
+        m_services.prompts.msgBox(
+            PasswordLock::damagedMessage(m_services.settings.location(SettingsKeys::Application)),
+            MsgStyle::OkOnly | MsgStyle::Exclamation, StartMessageTitle);
+        m_ended = true;
+        m_timer->stop();
+        close();
+        return;
+    }
     m_main = std::make_unique<frmMain>(m_services, m_module, m_dialogs);
     const auto error = m_main->Form_Load();
     if (error)

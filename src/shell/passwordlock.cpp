@@ -61,8 +61,27 @@ bool change(IPrompts &prompts, ISettingsStore &settings)
     return true;
 }
 
+bool isDamaged(const QString &storedPassword)
+{
+    return storedPassword.startsWith(QLatin1String("$argon2"))
+        && !PasswordHash::isHash(storedPassword);
+}
+
+QString damagedMessage(const QString &settingsLocation)
+{
+    return QStringLiteral(
+        "The start-up password kept in Tarnwick's settings is damaged and can no longer be "
+        "checked, so Tarnwick cannot be opened with it.\n\nTo open Tarnwick again, remove the "
+        "line that begins with \"UserPassword=\" from the settings file \"%1\" (Tarnwick is "
+        "closed now), start Tarnwick and set the password anew under Settings \u2192 Password. "
+        "Your catalogue and quotes are not affected.")
+        .arg(settingsLocation);
+}
+
 bool admits(const QString &storedPassword, const QString &confirmedText)
 {
+    if (isDamaged(storedPassword))
+        return false;
     return storedPassword.isEmpty() || PasswordHash::matches(storedPassword, confirmedText);
 }
 

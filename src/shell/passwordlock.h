@@ -27,9 +27,18 @@ QString saveFailedMessage(const QString &reason);
 /// true when the setting changed; a store that cannot be written is reported under Title.
 bool change(IPrompts &prompts, ISettingsStore &settings);
 
+/// True when the stored value is meant as a hash ("$argon2…") but no longer is one (cut short,
+/// or changed by hand): no password can be checked against it, and it is not taken for a
+/// password in clear text either.
+bool isDamaged(const QString &storedPassword);
+
+/// Why the start ends without asking when the stored value isDamaged, and how the owner gets
+/// in again; settingsLocation is where the settings are kept.
+QString damagedMessage(const QString &settingsLocation);
+
 /// True when the start may go on: no password is set, or the confirmed text is the password
 /// (exactly: letter case and blanks count). A stored value that is not a hash is a password in
-/// clear text (see PasswordHash::isHash).
+/// clear text (see PasswordHash::isHash); a damaged one admits nothing.
 bool admits(const QString &storedPassword, const QString &confirmedText);
 
 /// admits(), and when a password kept in clear text unlocks, it is replaced in the settings by

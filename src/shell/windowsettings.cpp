@@ -5,6 +5,8 @@
 #include "platform/isettingsstore.h"
 #include "shell/settingskeys.h"
 
+#include <QDir>
+
 #include <algorithm>
 #include <utility>
 
@@ -120,6 +122,25 @@ QString settingsNotSavedMessage(const QString &reason)
 QString readUserPassword(const ISettingsStore &store)
 {
     return readText(store, SettingsKeys::UserPassword, QString());
+}
+
+QString setAsideDamagedSettings(ISettingsStore &store, const QDateTime &now)
+{
+    const QString problem = store.readProblem(SettingsKeys::Application);
+    if (problem.isEmpty())
+        return QString();
+    // The damaged file may still hold the password: the start cannot ask for it, and must not
+    // let the lock go without a word.
+    const QString aside = store.setAsideDamaged(SettingsKeys::Application, now);
+    const QString kept = aside.isEmpty()
+        ? QString()
+        : QStringLiteral(" It is kept as \"%1\".").arg(QDir::toNativeSeparators(aside));
+    return QStringLiteral("Tarnwick's settings could not be read: %1.%2\n\nTarnwick starts "
+                          "with its default settings: the window's place and size and the quote "
+                          "document's choices are as on a first start, and a start-up password "
+                          "set before is not asked for. Set it again under Settings \u2192 "
+                          "Password.")
+        .arg(problem, kept);
 }
 
 } // namespace tarnwick

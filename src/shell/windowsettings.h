@@ -2,6 +2,7 @@
 
 #include "core/vberror.h"
 
+#include <QDateTime>
 #include <QLocale>
 #include <QRect>
 #include <QSize>
@@ -79,5 +80,11 @@ QString settingsNotSavedMessage(const QString &reason);
 
 /// The user's start-up password; empty means no lock.
 QString readUserPassword(const ISettingsStore &store);
+
+/// When the stored settings cannot be read (a damaged file), sets them aside under a name of
+/// their own and returns what the start says before anything else: that Tarnwick starts with
+/// its default settings, and that a start-up password set before is not asked now. Empty when
+/// they can be read.
+QString setAsideDamagedSettings(ISettingsStore &store, const QDateTime &now);
 
 } // namespace tarnwick

@@ -35,6 +35,14 @@ bool FakeSettingsStore::remove(
     return true;
 }
 
+QString FakeSettingsStore::setAsideDamaged(const QString &application, const QDateTime &when)
+{
+    m_values.clear();
+    m_readProblem.clear();
+    return QStringLiteral("/home/user/.config/%1/settings-damaged-%2.ini")
+        .arg(application, when.toString(QStringLiteral("yyyyMMdd-HHmmss")));
+}
+
 bool FakeSettingsStore::contains(
     const QString &application, const QString &section, const QString &key) const
 {

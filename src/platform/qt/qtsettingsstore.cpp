@@ -187,6 +187,54 @@ bool QtSettingsStore::remove(const QString &application, const QString &section,
     return change(application, section, { Change { key, std::nullopt } });
 }
 
+QString QtSettingsStore::location(const QString &application) const
+{
+    return QDir::toNativeSeparators(openApplication(application)->fileName());
+}
+
+QString QtSettingsStore::readProblem(const QString &application) const
+{
+#ifdef Q_OS_WIN
+    Q_UNUSED(application);
+    return QString();
+#else
+    const std::unique_ptr<QSettings> settings = openApplication(application);
+    const QFileInfo info(settings->fileName());
+    if (!info.exists())
+        return QString();
+    if (info.isDir())
+        return QStringLiteral("\"%1\" is a folder, not a file")
+            .arg(QDir::toNativeSeparators(info.filePath()));
+    QFile file(info.filePath());
+    if (!file.open(QIODevice::ReadOnly))
+        return QStringLiteral("\"%1\" cannot be read (%2)")
+            .arg(QDir::toNativeSeparators(info.filePath()), file.errorString());
+    // A settings file is text: NUL bytes are what a power cut or a failing disk leaves, and
+    // QSettings would read the keys after them into sections of their own.
+    const QByteArray bytes = file.readAll();
+    if (bytes.contains('\0') || settings->status() == QSettings::FormatError)
+        return QStringLiteral("\"%1\" is damaged").arg(QDir::toNativeSeparators(info.filePath()));
+    return QString();
+#endif
+}
+
+QString QtSettingsStore::setAsideDamaged(const QString &application, const QDateTime &when)
+{
+#ifdef Q_OS_WIN
+    Q_UNUSED(application);
+    Q_UNUSED(when);
+    return QString();
+#else
+    const std::unique_ptr<QSettings> settings = openApplication(application);
+    const QFileInfo info(settings->fileName());
+    QString aside = info.dir().filePath(QStringLiteral("settings-damaged-%1.ini")
+                                            .arg(when.toString(QStringLiteral("yyyyMMdd-HHmmss"))));
+    if (!info.exists() || QFileInfo::exists(aside) || !QDir().rename(info.filePath(), aside))
+        return QString();
+    return aside;
+#endif
+}
+
 bool QtSettingsStore::change(
     const QString &application, const QString &section, const QList<Change> &changes)
 {

@@ -30,6 +30,14 @@ public:
         const QList<std::pair<QString, QString>> &values) override;
     bool remove(const QString &application, const QString &section, const QString &key) override;
     QString writeError() const override { return m_writeError; }
+    /// The INI file (the registry key on Windows).
+    QString location(const QString &application) const override;
+    /// The INI file holds bytes that are no text, QSettings finds it malformed, or it is a
+    /// folder or cannot be opened (the registry on Windows: never).
+    QString readProblem(const QString &application) const override;
+    /// Renames the INI file (or the folder in its place) to
+    /// "settings-damaged-20261127-031500.ini" beside it.
+    QString setAsideDamaged(const QString &application, const QDateTime &when) override;
 
     /// The settings of one application, opened at its top level.
     static std::unique_ptr<QSettings> openApplication(const QString &application);

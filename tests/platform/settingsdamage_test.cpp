@@ -1,0 +1,109 @@
+// Settings that cannot be read as they were written: a file a power cut left with NUL bytes, a
+// folder in the file's place. The store says why, and sets them aside so the next save starts
+// afresh without overwriting them.
+#include "platform/qt/qtsettingsstore.h"
+#include "support/tempappfolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+using test::TempAppFolder;
+
+namespace {
+
+const QString DamageApp = QStringLiteral("TarnwickDamagedSettingsTest");
+const QString DamageSection = QStringLiteral("Settings");
+const QDateTime DamageTime(QDate(2026, 11, 27), QTime(3, 15, 0));
+
+class DamagedSettingsTest : public ::testing::Test
+{
+protected:
+    void TearDown() override { QtSettingsStore::openApplication(DamageApp)->clear(); }
+    QString iniPath() const
+    {
+        return m_folder.filePath(QStringLiteral("settings/%1/settings.ini").arg(DamageApp));
+    }
+    QString asidePath() const
+    {
+        return m_folder.filePath(
+            QStringLiteral("settings/%1/settings-damaged-20261127-031500.ini").arg(DamageApp));
+    }
+    void writeIni(const QByteArray &bytes)
+    {
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(iniPath()).path()));
+        QFile file(iniPath());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    TempAppFolder m_folder;
+    QtSettingsStore m_store;
+};
+
+#ifndef Q_OS_WIN
+
+TEST_F(DamagedSettingsTest, SettingsWrittenWholeOrNotYetWrittenHaveNoProblem)
+{
+    EXPECT_EQ(m_store.readProblem(DamageApp), QString()) << "nothing stored yet";
+    ASSERT_TRUE(m_store.save(DamageApp, DamageSection, QStringLiteral("UserPassword"),
+        QStringLiteral("$argon2id$v=19$m=19456,t=2,p=1$c2FsdA$aGFzaA")));
+    EXPECT_EQ(m_store.readProblem(DamageApp), QString());
+    EXPECT_EQ(m_store.location(DamageApp), QDir::toNativeSeparators(iniPath()));
+}
+
+// A power cut can leave NUL bytes in place of the header: the keys after them would be read
+// into a section of their own, and the password with them would silently be no password.
+TEST_F(DamagedSettingsTest, NulBytesInTheFileAreDamageAndTheFileIsSetAside)
+{
+    const QByteArray damaged = QByteArray("[Sett", 5) + QByteArray(2, '\0')
+        + "ings]\nUserPassword=secret\nMainLeft=1000\n";
+    writeIni(damaged);
+    EXPECT_EQ(m_store.readProblem(DamageApp),
+        QStringLiteral("\"%1\" is damaged").arg(QDir::toNativeSeparators(iniPath())));
+
+    EXPECT_EQ(m_store.setAsideDamaged(DamageApp, DamageTime), asidePath());
+    QFile aside(asidePath());
+    ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
+    EXPECT_EQ(aside.readAll(), damaged) << "kept byte for byte";
+    EXPECT_FALSE(QFile::exists(iniPath()));
+    EXPECT_EQ(m_store.readProblem(DamageApp), QString());
+    ASSERT_TRUE(
+        m_store.save(DamageApp, DamageSection, QStringLiteral("MainLeft"), QStringLiteral("1200")));
+    EXPECT_EQ(
+        m_store.get(DamageApp, DamageSection, QStringLiteral("MainLeft")), QStringLiteral("1200"));
+}
+
+TEST_F(DamagedSettingsTest, AFileOfNothingButNulBytesIsDamage)
+{
+    writeIni(QByteArray(4096, '\0'));
+    EXPECT_FALSE(m_store.readProblem(DamageApp).isEmpty());
+}
+
+TEST_F(DamagedSettingsTest, AFolderInPlaceOfTheFileIsSaidAndSetAside)
+{
+    ASSERT_TRUE(QDir().mkpath(iniPath()));
+    EXPECT_EQ(m_store.readProblem(DamageApp),
+        QStringLiteral("\"%1\" is a folder, not a file").arg(QDir::toNativeSeparators(iniPath())));
+    EXPECT_EQ(m_store.setAsideDamaged(DamageApp, DamageTime), asidePath());
+    EXPECT_TRUE(QFileInfo(asidePath()).isDir());
+    EXPECT_TRUE(
+        m_store.save(DamageApp, DamageSection, QStringLiteral("MainTop"), QStringLiteral("900")));
+}
+
+TEST_F(DamagedSettingsTest, AnEarlierCopyUnderTheSameNameIsNeverOverwritten)
+{
+    writeIni(QByteArray(16, '\0'));
+    ASSERT_EQ(m_store.setAsideDamaged(DamageApp, DamageTime), asidePath());
+    writeIni(QByteArray(32, '\0'));
+    EXPECT_EQ(m_store.setAsideDamaged(DamageApp, DamageTime), QString());
+    EXPECT_EQ(QFileInfo(asidePath()).size(), 16);
+}
+
+#endif
+
+} // namespace

@@ -13,6 +13,7 @@
 
 #ifdef Q_OS_UNIX
 #include <cstdio>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -111,9 +112,9 @@ bool keepPreviousAsBackup(const QString &dataFile, QString *error)
     return copyPreviousAsBackup(dataFile, error);
 }
 
-QString unreadCopyName(const QFileInfo &data, const QString &stamp, int attempt)
+QString keptCopyName(const QFileInfo &data, const QString &kind, const QString &stamp, int attempt)
 {
-    QString name = data.completeBaseName() + QStringLiteral("-unread-") + stamp;
+    QString name = data.completeBaseName() + QLatin1Char('-') + kind + QLatin1Char('-') + stamp;
     if (attempt > 1)
         name += QLatin1Char('-') + QString::number(attempt);
     const QString suffix = data.suffix().isEmpty() ? QStringLiteral("dat") : data.suffix();
@@ -194,7 +195,7 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
     return {};
 }
 
-QString preserveUnreadCatalogue(const QString &dataFile)
+QString keepCatalogueCopy(const QString &dataFile, const QString &kind)
 {
     const QFileInfo data(dataFile);
     if (!data.isFile())
@@ -202,7 +203,7 @@ QString preserveUnreadCatalogue(const QString &dataFile)
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
     // QFile::copy never overwrites, so a name taken in the meantime just moves on to the next.
     for (int attempt = 1; attempt <= 1000; ++attempt) {
-        const QString copy = data.dir().filePath(unreadCopyName(data, stamp, attempt));
+        const QString copy = data.dir().filePath(keptCopyName(data, kind, stamp, attempt));
         if (QFileInfo::exists(copy))
             continue;
         if (QFile::copy(dataFile, copy))
@@ -211,6 +212,25 @@ QString preserveUnreadCatalogue(const QString &dataFile)
             return {}; // the copy itself failed, not the name
     }
     return {};
+}
+
+std::optional<FileStamp> fileStamp(const QString &path)
+{
+#ifdef Q_OS_UNIX
+    struct stat status
+    {
+    };
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return FileStamp { qint64(status.st_size),
+        qint64(status.st_mtim.tv_sec) * 1000000000 + qint64(status.st_mtim.tv_nsec),
+        quint64(status.st_dev), quint64(status.st_ino) };
+#else
+    const QFileInfo info(path);
+    if (!info.exists())
+        return std::nullopt;
+    return FileStamp { info.size(), info.lastModified().toMSecsSinceEpoch() * 1000000, 0, 0 };
+#endif
 }
 
 } // namespace tarnwick

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 namespace tarnwick {
 
@@ -39,7 +40,28 @@ struct CatalogueWriteResult
     bool ok = true;
     QString detail; ///< the cause of a failed save, in plain words ("the disk is full")
     int rowsWritten = 0;
+    /// The file had been changed outside Tarnwick: the version found there, kept under this
+    /// name before the save replaced it.
+    QString keptChangedCopy;
+    /// The file had been changed outside Tarnwick and the catalogue here had no changes of
+    /// its own: nothing was written (ok stays true).
+    bool leftChangedFile = false;
 };
+
+/// What tells one version of a file from another without reading it: its size, its time of
+/// change and, where the system has them, its device and file number (a file put in its
+/// place by a rename is another file even at the same size and time).
+struct FileStamp
+{
+    qint64 size = 0;
+    qint64 modifiedNs = 0;
+    quint64 device = 0;
+    quint64 inode = 0;
+    bool operator==(const FileStamp &) const = default;
+};
+
+/// The stamp of the file at path; none when it is not there.
+std::optional<FileStamp> fileStamp(const QString &path);
 
 /// The field terminator of the catalogue file: three characters of code 127 in a row.
 QString fieldEnd();
@@ -79,9 +101,15 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
 /// same folder ("twdata.bak" beside "twdata.dat").
 QString catalogueBackupPath(const QString &dataFile);
 
-/// Keeps an unreadable catalogue file under a name that no later save overwrites
-/// ("twdata-unread-20261122-140512.dat" beside it) and returns that path; an empty text
+/// Keeps a copy of the catalogue file under a name that no later save overwrites
+/// ("twdata-<kind>-20261122-140512.dat" beside it) and returns that path; an empty text
 /// when it could not be kept.
-QString preserveUnreadCatalogue(const QString &dataFile);
+QString keepCatalogueCopy(const QString &dataFile, const QString &kind);
+
+/// Keeps an unreadable catalogue file so ("twdata-unread-20261122-140512.dat").
+inline QString preserveUnreadCatalogue(const QString &dataFile)
+{
+    return keepCatalogueCopy(dataFile, QStringLiteral("unread"));
+}
 
 } // namespace tarnwick

@@ -125,6 +125,8 @@ CatalogueReadResult Products::ReadProds(const QString &fileName)
         return readFailure(Status::Failed, ErrorNumber::DeviceIOError,
             QStringLiteral("it is not a file but a folder, a pipe or a device"));
     m_fileKnown = true;
+    // Taken before the bytes are read: a file changed while it is read counts as changed.
+    m_fileStamp = fileStamp(fileName);
     QFile file(fileName);
     errno = 0;
     if (!file.open(QIODevice::ReadOnly)) {
@@ -183,6 +185,24 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
         return result;
     }
     const bool unchanged = m_fileGeneration == m_catalogue.generation();
+    const std::optional<FileStamp> found = fileStamp(fileName);
+    QString keptChangedCopy;
+    if (m_fileStamp && found && *found != *m_fileStamp) {
+        // What another copy of Tarnwick or a program that keeps folders in step put there is
+        // newer than what this one read: nothing here replaces it unasked and without a copy.
+        if (unchanged && !m_readFailed) {
+            result.leftChangedFile = true;
+            return result;
+        }
+        keptChangedCopy = keepCatalogueCopy(fileName, QStringLiteral("changed"));
+        if (keptChangedCopy.isEmpty()) {
+            result.ok = false;
+            result.detail = QStringLiteral("the catalogue file was changed outside Tarnwick "
+                                           "since it was read, and that version could not be "
+                                           "kept as a copy");
+            return result;
+        }
+    }
     const BackupRule backup =
         m_readFailed || unchanged ? BackupRule::LeaveBackup : BackupRule::KeepPrevious;
     // The file is written in pieces as it is built, so a large catalogue is never held twice
@@ -203,8 +223,10 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
         return result;
     }
     // Count follows the rows only when the file was saved; a failed save changes nothing.
+    result.keptChangedCopy = keptChangedCopy;
     if (result.ok) {
         m_fileKnown = true;
+        m_fileStamp = fileStamp(fileName);
         m_readFailed = false;
         m_fileGeneration = m_catalogue.generation();
         m_count = content.count;

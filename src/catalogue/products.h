@@ -42,6 +42,10 @@ public:
     /// a save of a catalogue that has not changed since markAsFile() or the last save: the
     /// backup keeps the catalogue as it was before its last change, however often an
     /// unchanged catalogue is saved (every close saves).
+    /// A file changed outside Tarnwick since it was read or saved here is never lost: an
+    /// unchanged catalogue leaves it as it is (leftChangedFile), a changed one first keeps it
+    /// as "twdata-changed-<date>-<time>.dat" (keptChangedCopy), and where that copy cannot be
+    /// made, nothing is written.
     CatalogueWriteResult WriteProds(const QString &fileName);
 
     /// The catalogue as it is now is what the file holds (after the start read and sorted it).
@@ -77,6 +81,10 @@ private:
     bool m_fileKnown = false;
     /// The catalogue's generation when it was what the file holds; none before.
     std::optional<quint64> m_fileGeneration;
+    /// The file as ReadProds found it or the last save left it: a file found otherwise at the
+    /// next save was changed outside Tarnwick (another copy of it, a program that keeps folders
+    /// in step on two computers).
+    std::optional<FileStamp> m_fileStamp;
 };
 
 } // namespace tarnwick

@@ -94,11 +94,13 @@ CatalogueWriteResult CatalogueLifecycle::save()
 {
     if (m_readFailed && !m_unreadFileKept) {
         const QString copy = preserveUnreadCatalogue(m_module.DataFile);
-        if (copy.isEmpty())
-            return { false,
-                QStringLiteral("the file that could not be read at start-up could "
-                               "not be kept as a copy"),
-                0 };
+        if (copy.isEmpty()) {
+            CatalogueWriteResult notKept;
+            notKept.ok = false;
+            notKept.detail = QStringLiteral(
+                "the file that could not be read at start-up could not be kept as a copy");
+            return notKept;
+        }
         m_unreadFileKept = true;
         m_prompts.msgBox(keptCopyMessage(copy), MsgStyle::Information, CatalogueTitle);
     }
@@ -112,10 +114,20 @@ CatalogueWriteResult CatalogueLifecycle::save()
     return written;
 }
 
+void CatalogueLifecycle::reportChangedCopy(const CatalogueWriteResult &saved)
+{
+    if (!saved.keptChangedCopy.isEmpty())
+        m_prompts.msgBox(changedCopyMessage(m_module.DataFile, saved.keptChangedCopy),
+            MsgStyle::Information, CatalogueTitle);
+}
+
 bool CatalogueLifecycle::saveBeforeClose()
 {
     const CatalogueWriteResult saved = save();
+    // A catalogue file changed outside Tarnwick while nothing was changed here stays as it is
+    // (leftChangedFile), without a word: closing loses nothing.
     if (saved.ok) {
+        reportChangedCopy(saved);
         m_recovery.stop();
         m_recovery.saved();
         return true;
@@ -147,6 +159,12 @@ bool CatalogueLifecycle::saveNow()
         reportSaveFailure(m_module.DataFile, saved.detail);
         return false;
     }
+    if (saved.leftChangedFile) {
+        m_prompts.msgBox(
+            changedFileLeftMessage(m_module.DataFile), MsgStyle::Information, CatalogueTitle);
+        return false;
+    }
+    reportChangedCopy(saved);
     m_recovery.saved();
     return true;
 }
@@ -320,6 +338,30 @@ QString CatalogueLifecycle::unreadNumbersMessage(
     if (numbers.size() > Listed)
         text += QStringLiteral("\n… and %1 more.").arg(numbers.size() - Listed);
     return text;
+}
+
+namespace {
+
+const QString ChangedOutside =
+    QStringLiteral("The catalogue file \"%1\" has been changed outside Tarnwick since Tarnwick "
+                   "read or last saved it (by another copy of Tarnwick, or by a program that "
+                   "keeps this folder in step with another computer).");
+
+} // namespace
+
+QString CatalogueLifecycle::changedCopyMessage(const QString &dataFile, const QString &copyPath)
+{
+    return ChangedOutside.arg(QDir::toNativeSeparators(dataFile))
+        + QStringLiteral(" Your catalogue has been saved in its place; the version found there "
+                         "is kept as \"%1\".")
+              .arg(QDir::toNativeSeparators(copyPath));
+}
+
+QString CatalogueLifecycle::changedFileLeftMessage(const QString &dataFile)
+{
+    return ChangedOutside.arg(QDir::toNativeSeparators(dataFile))
+        + QStringLiteral(" Nothing has been changed here, so it is left as it is: close "
+                         "Tarnwick and start it again to work with that version.");
 }
 
 QString CatalogueLifecycle::keptCopyMessage(const QString &copyPath)

@@ -86,6 +86,12 @@ public:
     /// The message shown when the catalogue could not be saved.
     static QString saveFailedMessage(const QString &dataFile, const QString &detail);
     static QString keptCopyMessage(const QString &copyPath);
+    /// The catalogue file had been changed outside Tarnwick; the save kept that version as
+    /// copyPath before it wrote this one.
+    static QString changedCopyMessage(const QString &dataFile, const QString &copyPath);
+    /// The catalogue file has been changed outside Tarnwick and nothing here has: Save leaves
+    /// it as it is.
+    static QString changedFileLeftMessage(const QString &dataFile);
     /// The message listing stored numbers that could not be read: product and field of each.
     static QString unreadNumbersMessage(const QList<CatalogueReadResult::UnreadNumber> &numbers);
 
@@ -103,6 +109,8 @@ private:
     IPrompts &m_prompts;
     /// Tells the user that a save (the catalogue or a copy) failed.
     void reportSaveFailure(const QString &path, const QString &detail);
+    /// Says where a save kept the version of the catalogue file it found changed.
+    void reportChangedCopy(const CatalogueWriteResult &saved);
 
     CatalogueRecovery m_recovery;
     CatalogueWork *m_work = nullptr;

@@ -4,11 +4,13 @@
 // while the program starts is carried out once it has started.
 #include "shellfixture.h"
 
+#include "shell/cataloguelifecycle.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 
 #include <QAction>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
@@ -408,6 +410,49 @@ TEST_F(RecoveryStartTest, ACloseAskedForDuringTheStartIsCarriedOutWhenItEnds)
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return folder.readFile(QStringLiteral("twdata.dat")).startsWith("A-100"); }, 5000))
         << "the close saved the catalogue";
+}
+
+// The folder is kept in step with another computer, which saved a product of its own while
+// Tarnwick ran here: a close with nothing changed leaves that catalogue as it is, and a save of
+// changes made here keeps it as a copy and says where.
+TEST_F(SavingWindowTest, ACatalogueFileChangedOutsideTarnwickIsNeverLostToASaveOrAClose)
+{
+    const QByteArray theirs =
+        sampleCatalogue() + catalogueLine({ "L-900", "Laptop's product", "9" });
+    const auto arrives = [&] {
+        folder.writeFile(QStringLiteral("incoming.tmp"), theirs);
+        ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("twdata.dat"))));
+        ASSERT_TRUE(QFile::rename(folder.filePath(QStringLiteral("incoming.tmp")),
+            folder.filePath(QStringLiteral("twdata.dat"))));
+    };
+    arrives();
+    action("mnuFileSave")->trigger();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        CatalogueLifecycle::changedFileLeftMessage(folder.filePath(QStringLiteral("twdata.dat"))));
+    EXPECT_NE(window->ui().sbPanel1->text(), QStringLiteral("Catalogue saved"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), theirs);
+
+    fakes->prompts.clear();
+    renameFirstProduct(QStringLiteral("Anchor, steel"));
+    ASSERT_TRUE(waitForModified(true));
+    action("mnuFileSave")->trigger();
+    const QStringList copies = folder.fileNames().filter(QStringLiteral("twdata-changed-"));
+    ASSERT_EQ(copies.size(), 1);
+    EXPECT_EQ(folder.readFile(copies.first()), theirs);
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        CatalogueLifecycle::changedCopyMessage(
+            folder.filePath(QStringLiteral("twdata.dat")), folder.filePath(copies.first())));
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Catalogue"));
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Anchor, steel"));
+
+    // Once more from outside, and nothing changed here since the save: the close keeps it.
+    arrives();
+    fakes->prompts.clear();
+    ASSERT_TRUE(window->close());
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), theirs);
+    EXPECT_TRUE(fakes->prompts.shown().empty());
 }
 
 } // namespace

@@ -57,7 +57,7 @@ int main(int argc, char *argv[])
         return 1;
     const SingleInstance instance(environment.appFolder());
     if (!instance.isOnlyInstance()) {
-        prompts.msgBox(SingleInstance::AlreadyRunningMessage, MsgStyle::Information);
+        prompts.msgBox(instance.refusalMessage(), MsgStyle::Information);
         return 1;
     }
     if (environment.isPerUserFolder()) {

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QLockFile>
 #include <QSysInfo>
 
@@ -48,6 +49,22 @@ bool isProcessRunning(qint64 pid)
 #endif
 }
 
+/// Whether the lock file at path was written on this computer: by its host name and, where the
+/// lock names one, its machine number (two computers made from one disk image, or both called
+/// "laptop", share a host name, and a process number of the one says nothing on the other).
+bool writtenOnThisComputer(const QString &host, const QString &path)
+{
+    if (!host.isEmpty() && host != QSysInfo::machineHostName())
+        return false;
+    // Qt's lock file: process number, application, host name, machine number, boot number.
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return true;
+    const QList<QByteArray> lines = file.read(4096).split('\n');
+    const QByteArray machine = lines.size() > 3 ? lines[3].trimmed() : QByteArray();
+    return machine.isEmpty() || machine == QSysInfo::machineUniqueId();
+}
+
 /// Whether the lock at path was left by a copy that is gone: one of this computer whose process
 /// no longer runs, or a lock file that says nothing of its holder (written half by a copy that
 /// stopped on a full disk) and is not new. Qt takes over such a lock by itself only when it can
@@ -62,8 +79,7 @@ bool holderIsGone(const QLockFile &lock, const QString &path)
         return file.exists()
             && file.lastModified().secsTo(QDateTime::currentDateTime()) > UnreadableLockSeconds;
     }
-    const bool thisComputer = host.isEmpty() || host == QSysInfo::machineHostName();
-    return thisComputer && pid > 0 && !isProcessRunning(pid);
+    return writtenOnThisComputer(host, path) && pid > 0 && !isProcessRunning(pid);
 }
 
 } // namespace
@@ -83,6 +99,24 @@ SingleInstance::SingleInstance(const QString &appFolder)
             m_locked = m_lock->tryLock(0);
         else
             leftBehind = true;
+    }
+    if (!m_locked && m_lock->error() == QLockFile::LockFailedError && !leftBehind) {
+        qint64 pid = 0;
+        QString host;
+        QString application;
+        // A copy on another computer (a folder shared, or kept in step by a program) cannot be
+        // seen from here: the refusal names that computer and the way out once it is off.
+        if (m_lock->getLockInfo(&pid, &host, &application) && !writtenOnThisComputer(host, path)) {
+            const QString since =
+                QLocale().toString(QFileInfo(path).lastModified(), QLocale::ShortFormat);
+            m_refusal = QStringLiteral(
+                "Tarnwick is already running on the computer \"%1\" with this folder (since %2)."
+                "\n\nIf it is certainly not running there any more (that computer was switched "
+                "off, or Tarnwick ended there without closing), delete the file \"%3\" and start "
+                "Tarnwick again.")
+                            .arg(host.isEmpty() ? QStringLiteral("?") : host, since,
+                                QDir::toNativeSeparators(path));
+        }
     }
     if (m_locked || (m_lock->error() == QLockFile::LockFailedError && !leftBehind))
         return;

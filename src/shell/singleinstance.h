@@ -22,10 +22,17 @@ public:
 
     /// True when this is the only running copy for the folder.
     bool isOnlyInstance() const { return m_locked; }
+    /// What the user is told when this is not the only copy: AlreadyRunningMessage, or, for
+    /// a copy on another computer, which one, since when, and what to do once it is off.
+    QString refusalMessage() const
+    {
+        return m_refusal.isEmpty() ? QString(AlreadyRunningMessage) : m_refusal;
+    }
 
 private:
     std::unique_ptr<QLockFile> m_lock;
     bool m_locked = false;
+    QString m_refusal;
 };
 
 } // namespace tarnwick

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QSysInfo>
 
 #include <gtest/gtest.h>
 
@@ -137,6 +138,68 @@ TEST(SingleInstanceTest, ALockLeftBehindThatCannotBeRemovedKeepsNoOneOut)
     SingleInstance second(folder.path());
     EXPECT_FALSE(second.isOnlyInstance()) << "the copy that started still holds the folder";
     EXPECT_TRUE(QFileInfo(path).isDir());
+}
+
+/// The number of a process that has ended.
+qint64 endedProcess()
+{
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(0);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return child;
+}
+
+/// A lock file as Qt writes it, left by a copy that ran on the computer named host with the
+/// machine number machine.
+void writeLockOf(const QString &path, qint64 pid, const QString &host, const QByteArray &machine)
+{
+    QFile lock(path);
+    ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+    lock.write(
+        QByteArray::number(pid) + "\ntarnwick\n" + host.toUtf8() + '\n' + machine + "\nboot-id\n");
+}
+
+// A lock that came with the folder from another computer (it is shared, or kept in step by a
+// program): nothing here can tell whether that copy still runs, so it is not taken over, and
+// the refusal names that computer and what to do once it is certainly off.
+TEST(SingleInstanceTest, ALockFromAnotherComputerNamesItAndTheWayOut)
+{
+    TempAppFolder folder;
+    const QString path = folder.filePath(QStringLiteral("tarnwick.lock"));
+    writeLockOf(path, endedProcess(), QStringLiteral("laptop-elsewhere"), "0123456789abcdef");
+    const SingleInstance here(folder.path());
+    EXPECT_FALSE(here.isOnlyInstance());
+    EXPECT_TRUE(here.refusalMessage().startsWith(QStringLiteral(
+        "Tarnwick is already running on the computer \"laptop-elsewhere\" with this folder")))
+        << here.refusalMessage().toStdString();
+    EXPECT_TRUE(here.refusalMessage().contains(
+        QStringLiteral("delete the file \"%1\"").arg(QDir::toNativeSeparators(path))));
+    EXPECT_TRUE(QFile::exists(path));
+}
+
+// Two computers set up from one disk image, or both called "laptop", share a host name: the
+// machine number in the lock tells them apart.
+TEST(SingleInstanceTest, ALockOfAnotherMachineWithThisHostNameIsNotTakenOver)
+{
+    TempAppFolder folder;
+    const QString path = folder.filePath(QStringLiteral("tarnwick.lock"));
+    writeLockOf(path, endedProcess(), QSysInfo::machineHostName(), "another-machine-number");
+    const SingleInstance here(folder.path());
+    EXPECT_FALSE(here.isOnlyInstance());
+    EXPECT_TRUE(here.refusalMessage().contains(QSysInfo::machineHostName()));
+}
+
+TEST(SingleInstanceTest, ALockOfThisComputerWhoseCopyHasEndedIsTakenOver)
+{
+    TempAppFolder folder;
+    const QString path = folder.filePath(QStringLiteral("tarnwick.lock"));
+    writeLockOf(path, endedProcess(), QSysInfo::machineHostName(), QSysInfo::machineUniqueId());
+    const SingleInstance here(folder.path());
+    EXPECT_TRUE(here.isOnlyInstance());
+    const SingleInstance second(folder.path());
+    EXPECT_EQ(second.refusalMessage(), QString(SingleInstance::AlreadyRunningMessage));
 }
 
 TEST(SingleInstanceTest, OtherFoldersAreIndependent)

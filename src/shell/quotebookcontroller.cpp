@@ -78,7 +78,9 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
     connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
         m_keepFailing = true;
         const QString text =
-            QStringLiteral("The quote on screen cannot be kept safe: %1. Save it.").arg(detail);
+            QStringLiteral("The quote on screen cannot be kept safe: %1. Until it is, keep a "
+                           "copy elsewhere (the quote's menu \u2192 Copy).")
+                .arg(detail);
         status(text);
         // The first panel's hints replace the message; the mark stays until the quote is safe.
         m_ui.sbUnsafe->setReason(QStringLiteral("quote"), text);

@@ -77,12 +77,14 @@ TEST_F(QuoteBookWindowTest, TheStatusBarTellsWhenTheQuoteIsSafeAgain)
     // The book failed to take the quote in hand (a full disk, say) ...
     Q_EMIT session->keepFailed(QStringLiteral("the disk is full"));
     EXPECT_EQ(window->ui().sbPanel1->text(),
-        QStringLiteral("The quote on screen cannot be kept safe: the disk is full. Save it."));
+        QStringLiteral("The quote on screen cannot be kept safe: the disk is full. Until it "
+                       "is, keep a copy elsewhere (the quote's menu \u2192 Copy)."));
     // A hint in the first panel (the pointer over the product grid) leaves the warning mark.
     window->ui().sbPanel1->setText(QStringLiteral("31 Products"));
     EXPECT_TRUE(window->ui().sbUnsafe->isVisible());
     EXPECT_EQ(window->ui().sbUnsafe->toolTip(),
-        QStringLiteral("The quote on screen cannot be kept safe: the disk is full. Save it."));
+        QStringLiteral("The quote on screen cannot be kept safe: the disk is full. Until it "
+                       "is, keep a copy elsewhere (the quote's menu \u2192 Copy)."));
     // ... and takes the next change.
     addToQuote(1);
     ASSERT_TRUE(kept.wait(5000));

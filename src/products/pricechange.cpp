@@ -111,15 +111,17 @@ double apply(double oldPrice, const PriceChangeRule &rule)
     if (!(std::fabs(changed) < MaxPrice))
         return changed;
     const double cents = roundMoney(changed, Cent);
-    // An ending never turns a change round: a price lowered does not end above what it was,
-    // nor one raised below it (a $0.25 item lowered by 10 % is $0.23, not $0.99), and a price
-    // that comes to zero stays zero (a free item stays free).
+    // An ending never turns a change round or undoes it: a price lowered does not end at or
+    // above what it was, nor one raised at or below it (a $0.25 item lowered by 10 % is $0.23,
+    // not $0.99), and a price that comes to zero stays zero (a free item stays free).
     const auto withEnding = [&](double ending) {
-        if (cents <= 0)
+        // Below half a unit under the first ending there is no ending near the price: $0.05
+        // raised by 1 % is not $0.99.
+        if (cents <= 0 || cents < ending - 0.5)
             return cents;
         const double ended = nearestEnding(cents, ending);
         const bool turned =
-            (changed < oldPrice && ended > oldPrice) || (changed > oldPrice && ended < oldPrice);
+            (changed < oldPrice && ended >= oldPrice) || (changed > oldPrice && ended <= oldPrice);
         return turned ? cents : ended;
     };
     switch (rule.rounding) {

@@ -44,8 +44,10 @@ TEST(PriceChangeTest, EndingsOf95And99AreTheNearestSuchPrice)
     EXPECT_DOUBLE_EQ(PriceChange::apply(14.5, ruleOf(By::Percent, 0, Rounding::End95)), 14.95);
     EXPECT_DOUBLE_EQ(PriceChange::apply(12.85, ruleOf(By::Percent, 10, Rounding::End99)), 13.99);
     EXPECT_DOUBLE_EQ(PriceChange::apply(19.0, ruleOf(By::Amount, 0, Rounding::End99)), 18.99);
-    EXPECT_DOUBLE_EQ(PriceChange::apply(0.3, ruleOf(By::Amount, 0, Rounding::End95)), 0.95)
-        << "never below the first such ending";
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.5, ruleOf(By::Amount, 0, Rounding::End95)), 0.95)
+        << "within half a unit of the first such ending";
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.3, ruleOf(By::Amount, 0, Rounding::End95)), 0.3)
+        << "further below it, no ending is near";
 }
 
 // The nearest ending of a cheap price may lie on the other side of the price it was: it is
@@ -60,6 +62,22 @@ TEST(PriceChangeTest, AnEndingNeverRaisesAPriceThatIsLoweredNorLowersOneThatIsRa
     EXPECT_DOUBLE_EQ(PriceChange::apply(1.5, ruleOf(By::Percent, -10, Rounding::End99)), 0.99)
         << "an ending below the old price is taken";
     EXPECT_DOUBLE_EQ(PriceChange::apply(12.0, ruleOf(By::Percent, 10, Rounding::End99)), 12.99);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.99, ruleOf(By::Percent, -10, Rounding::End99)), 0.89)
+        << "lowered, not left where it was";
+    EXPECT_DOUBLE_EQ(PriceChange::apply(19.99, ruleOf(By::Percent, 1, Rounding::End99)), 20.19)
+        << "raised, not left where it was";
+}
+
+// Far below the first ending there is no ending near the price: a cheap item raised a little
+// stays near its price instead of becoming $0.99.
+TEST(PriceChangeTest, APriceFarBelowTheFirstEndingKeepsItsCents)
+{
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.05, ruleOf(By::Percent, 1, Rounding::End99)), 0.05);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.25, ruleOf(By::Percent, 1, Rounding::End95)), 0.25);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.40, ruleOf(By::Percent, 25, Rounding::End99)), 0.99)
+        << "$0.50 is within half a unit of $0.99";
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.40, ruleOf(By::Percent, 20, Rounding::End99)), 0.48)
+        << "$0.48 is not";
 }
 
 TEST(PriceChangeTest, AFreeItemStaysFreeWhateverTheEnding)

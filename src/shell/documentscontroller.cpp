@@ -29,7 +29,7 @@ DocumentsController::DocumentsController(const AppServices &services, Module1 &m
 
 DocumentsController::~DocumentsController() = default;
 
-void DocumentsController::copyQuote()
+QString DocumentsController::copyQuote()
 {
     const QString folder = m_services.environment.appFolder();
     QuoteDocumentInput input;
@@ -44,7 +44,9 @@ void DocumentsController::copyQuote()
     m_services.clipboard.clear();
     m_services.clipboard.setRichDocument(clipboardForms(*document));
     // The copy shows nowhere else: the status bar says it happened.
-    m_ui.sbPanel1->setText(tr("Quote copied to the clipboard."));
+    QString copied = tr("Quote copied to the clipboard.");
+    m_ui.sbPanel1->setText(copied);
+    return copied;
 }
 
 void DocumentsController::copyProductInfo()

@@ -29,8 +29,9 @@ public:
         const ProductGridController &grid, QWidget *owner);
     ~DocumentsController() override;
 
-    /// Quote menu "&Copy": the whole quote document goes on the clipboard.
-    void copyQuote();
+    /// Quote menu "&Copy": the whole quote document goes on the clipboard. Returns what the
+    /// status bar says of it.
+    QString copyQuote();
     /// "&Copy Product Info" and the toolbar's "Print": the current product's report.
     void copyProductInfo();
     /// Quote menu "&Quote Note": shows the editor (one window at a time), not modal.

@@ -407,7 +407,7 @@ void frmMain::tbToolBar_ButtonClick(QAction *button)
 
 void frmMain::mnuquotecopy_Click()
 {
-    m_documents->copyQuote();
+    m_quote->sayUnreadCellsAfter(m_documents->copyQuote());
 }
 
 void frmMain::mnuQuoteNote_Click()

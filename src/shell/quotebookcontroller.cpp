@@ -314,7 +314,7 @@ void QuoteBookController::setToday(std::function<QDate()> today)
 
 void QuoteBookController::status(const QString &text)
 {
-    m_ui.sbPanel1->setText(text);
+    m_quote.sayUnreadCellsAfter(text);
 }
 
 void QuoteBookController::showHeader()

@@ -295,6 +295,17 @@ void QuoteController::sayUnreadCells()
     m_typedNotice = unread;
 }
 
+void QuoteController::sayUnreadCellsAfter(const QString &message)
+{
+    const QString unread = QuoteList::unreadNotice(m_module.QuoteTable(), m_module.locale());
+    if (unread.isEmpty()) {
+        m_ui.sbPanel1->setText(message);
+        return;
+    }
+    m_typedNotice = message + QLatin1Char(' ') + unread;
+    m_ui.sbPanel1->setText(m_typedNotice);
+}
+
 void QuoteController::quoteChanged(const QuoteChange &change)
 {
     sayUnreadCells();

@@ -63,6 +63,10 @@ public:
     /// Says in the status bar while a line holds a quantity or price that is no number
     /// (QuoteList::unreadNotice), and takes it back once none does.
     void sayUnreadCells();
+    /// After a message about the quote as a whole (copied, saved, written as a PDF, sent):
+    /// while lines are charged $0.00 so, the message goes on to say which, so the quote never
+    /// leaves Tarnwick with such a line unmentioned; it is taken back with the notice.
+    void sayUnreadCellsAfter(const QString &message);
     /// The grid and the totals after the whole quote was replaced (a quote opened, a new one):
     /// the grid at view, the totals shown or, with view.totalsCleared, empty.
     void showQuote(const QuoteView &view);

@@ -133,6 +133,25 @@ TEST_F(QuoteWindowTest, AQuantityThatIsNoNumberIsChargedNothingAndSaid)
     EXPECT_EQ(window->ui().sbPanel1->text(), QString()) << "no longer holds";
 }
 
+// The moment the quote leaves Tarnwick (copied, saved, as a PDF, sent) is the moment a line
+// charged nothing must not go unmentioned: the message of the copy goes on to say it.
+TEST_F(QuoteWindowTest, CopyingAQuoteWithALineChargedNothingSaysSoInTheSameMessage)
+{
+    addToQuote(0);
+    addToQuote(1);
+    typeIntoQuote(1, 3, QStringLiteral("ten"));
+    const QString said = QStringLiteral("Line 2: the quantity \"ten\" is no number; the line is "
+                                        "charged $0.00 until a whole number is typed.");
+    window->ui().sbPanel1->setText(QStringLiteral("31 Products")); // a hint took its place
+    action("mnuquotecopy")->trigger();
+    EXPECT_EQ(
+        window->ui().sbPanel1->text(), QStringLiteral("Quote copied to the clipboard. ") + said);
+    typeIntoQuote(1, 3, QStringLiteral("10"));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString()) << "taken back once it no longer holds";
+    action("mnuquotecopy")->trigger();
+    EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Quote copied to the clipboard."));
+}
+
 TEST_F(QuoteWindowTest, AFractionalQuantityShowsTheWholeNumberItIsCharged)
 {
     addToQuote(1); // B-200 Bolt, list 2.50

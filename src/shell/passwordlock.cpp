@@ -63,7 +63,8 @@ bool change(IPrompts &prompts, ISettingsStore &settings)
 
 bool isDamaged(const QString &storedPassword)
 {
-    return storedPassword.startsWith(QLatin1String("$argon2"))
+    // Cut anywhere after "$argon" it is still recognisably a hash.
+    return storedPassword.startsWith(QLatin1String("$argon"))
         && !PasswordHash::isHash(storedPassword);
 }
 

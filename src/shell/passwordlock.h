@@ -27,7 +27,7 @@ QString saveFailedMessage(const QString &reason);
 /// true when the setting changed; a store that cannot be written is reported under Title.
 bool change(IPrompts &prompts, ISettingsStore &settings);
 
-/// True when the stored value is meant as a hash ("$argon2…") but no longer is one (cut short,
+/// True when the stored value is meant as a hash ("$argon…") but no longer is one (cut short,
 /// or changed by hand): no password can be checked against it, and it is not taken for a
 /// password in clear text either.
 bool isDamaged(const QString &storedPassword);

@@ -109,13 +109,17 @@ SingleInstance::SingleInstance(const QString &appFolder)
         if (m_lock->getLockInfo(&pid, &host, &application) && !writtenOnThisComputer(host, path)) {
             const QString since =
                 QLocale().toString(QFileInfo(path).lastModified(), QLocale::ShortFormat);
+            // Under this computer's own name it is another computer of the same name, which
+            // the user would otherwise look for here.
+            const QString computer = host == QSysInfo::machineHostName()
+                ? QStringLiteral("another computer also called \"%1\"").arg(host)
+                : QStringLiteral("the computer \"%1\"").arg(host);
             m_refusal = QStringLiteral(
-                "Tarnwick is already running on the computer \"%1\" with this folder (since %2)."
-                "\n\nIf it is certainly not running there any more (that computer was switched "
-                "off, or Tarnwick ended there without closing), delete the file \"%3\" and start "
+                "Tarnwick is already running on %1 with this folder (since %2).\n\nIf it is "
+                "certainly not running there any more (that computer was switched off, or "
+                "Tarnwick ended there without closing), delete the file \"%3\" and start "
                 "Tarnwick again.")
-                            .arg(host.isEmpty() ? QStringLiteral("?") : host, since,
-                                QDir::toNativeSeparators(path));
+                            .arg(computer, since, QDir::toNativeSeparators(path));
         }
     }
     if (m_locked || (m_lock->error() == QLockFile::LockFailedError && !leftBehind))

@@ -95,13 +95,17 @@ TEST_F(DamagedSettingsTest, AFolderInPlaceOfTheFileIsSaidAndSetAside)
         m_store.save(DamageApp, DamageSection, QStringLiteral("MainTop"), QStringLiteral("900")));
 }
 
-TEST_F(DamagedSettingsTest, AnEarlierCopyUnderTheSameNameIsNeverOverwritten)
+TEST_F(DamagedSettingsTest, AnEarlierCopyOfTheSameSecondKeepsItsNameAndTheNewOneTakesTheNext)
 {
     writeIni(QByteArray(16, '\0'));
     ASSERT_EQ(m_store.setAsideDamaged(DamageApp, DamageTime), asidePath());
     writeIni(QByteArray(32, '\0'));
-    EXPECT_EQ(m_store.setAsideDamaged(DamageApp, DamageTime), QString());
+    const QString second = m_folder.filePath(
+        QStringLiteral("settings/%1/settings-damaged-20261127-031500-2.ini").arg(DamageApp));
+    EXPECT_EQ(m_store.setAsideDamaged(DamageApp, DamageTime), second);
     EXPECT_EQ(QFileInfo(asidePath()).size(), 16);
+    EXPECT_EQ(QFileInfo(second).size(), 32);
+    EXPECT_FALSE(QFile::exists(iniPath()));
 }
 
 #endif

@@ -78,6 +78,8 @@ TEST(PasswordLockDamageTest, AHashCutShortIsDamagedAndItsTextIsNoPassword)
     EXPECT_TRUE(PasswordLock::isDamaged(cut));
     EXPECT_FALSE(PasswordLock::admits(cut, cut)) << "the cut text is not a password in clear";
     EXPECT_FALSE(PasswordLock::admits(cut, QStringLiteral("secret")));
+    EXPECT_TRUE(PasswordLock::isDamaged(QStringLiteral("$argon")));
+    EXPECT_FALSE(PasswordLock::admits(QStringLiteral("$argon"), QStringLiteral("$argon")));
     EXPECT_FALSE(PasswordLock::isDamaged(QStringLiteral("abc"))) << "a password in clear";
     EXPECT_FALSE(PasswordLock::isDamaged(QString()));
     EXPECT_TRUE(PasswordLock::damagedMessage(QStringLiteral("/x/settings.ini"))

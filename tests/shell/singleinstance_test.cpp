@@ -188,7 +188,10 @@ TEST(SingleInstanceTest, ALockOfAnotherMachineWithThisHostNameIsNotTakenOver)
     writeLockOf(path, endedProcess(), QSysInfo::machineHostName(), "another-machine-number");
     const SingleInstance here(folder.path());
     EXPECT_FALSE(here.isOnlyInstance());
-    EXPECT_TRUE(here.refusalMessage().contains(QSysInfo::machineHostName()));
+    EXPECT_TRUE(here.refusalMessage().startsWith(
+        QStringLiteral("Tarnwick is already running on another computer also called \"%1\"")
+            .arg(QSysInfo::machineHostName())))
+        << here.refusalMessage().toStdString();
 }
 
 TEST(SingleInstanceTest, ALockOfThisComputerWhoseCopyHasEndedIsTakenOver)

@@ -227,11 +227,19 @@ QString QtSettingsStore::setAsideDamaged(const QString &application, const QDate
 #else
     const std::unique_ptr<QSettings> settings = openApplication(application);
     const QFileInfo info(settings->fileName());
-    QString aside = info.dir().filePath(QStringLiteral("settings-damaged-%1.ini")
-                                            .arg(when.toString(QStringLiteral("yyyyMMdd-HHmmss"))));
-    if (!info.exists() || QFileInfo::exists(aside) || !QDir().rename(info.filePath(), aside))
+    if (!info.exists())
         return QString();
-    return aside;
+    const QString stamp = when.toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    // An earlier copy of the same second keeps its name: this one takes the next free one.
+    for (int attempt = 1; attempt <= 100; ++attempt) {
+        const QString suffix = attempt == 1 ? QString() : QStringLiteral("-%1").arg(attempt);
+        QString aside =
+            info.dir().filePath(QStringLiteral("settings-damaged-%1%2.ini").arg(stamp, suffix));
+        if (QFileInfo::exists(aside))
+            continue;
+        return QDir().rename(info.filePath(), aside) ? aside : QString();
+    }
+    return QString();
 #endif
 }
 

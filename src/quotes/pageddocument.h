@@ -2,6 +2,8 @@
 
 #include <QSizeF>
 
+#include <functional>
+
 class QPagedPaintDevice;
 class QPaintDevice;
 class QPainter;
@@ -44,8 +46,15 @@ public:
     virtual void paintPage(QPainter &painter, int page) const = 0;
 };
 
+/// What a long print says between pieces of its work: the pages laid out (total 0, the layout
+/// still going on) or painted (of total) so far; false stops the print there.
+using PrintProgress = std::function<bool(int done, int total)>;
+
 /// Lays out the whole document for device and paints every page on it, one newPage() per
-/// further page; returns the number of pages (0 when device could not be painted on).
-int paintAllPages(PagedDocument &document, QPagedPaintDevice &device);
+/// further page; returns the number of pages (0 when device could not be painted on). With
+/// progress, it is asked between pieces of layout of about a tenth of a second and between
+/// pages; when it answers false, nothing more is painted and the result is -1.
+int paintAllPages(
+    PagedDocument &document, QPagedPaintDevice &device, const PrintProgress &progress = {});
 
 } // namespace tarnwick

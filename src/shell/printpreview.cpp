@@ -2,6 +2,7 @@
 
 #include "quotes/pageddocument.h"
 #include "shell/accessiblenames.h"
+#include "shell/printservice.h"
 
 #include <QAction>
 #include <QApplication>
@@ -228,11 +229,11 @@ void PrintPreview::printAll()
 {
     if (!askForPrinter || !askForPrinter(m_printer))
         return;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    paintAllPages(m_document, m_printer);
+    // The layout timer must not lay the document out under the print's feet.
+    m_layoutTimer->stop();
+    QtPrintService::printWithProgress(m_document, m_printer, this, windowTitle());
     // The printer chosen may have another paper: the preview follows it.
     m_document.beginLayout(PageGeometry::of(m_printer));
-    QApplication::restoreOverrideCursor();
     showPage(m_page);
     if (!m_document.isLaidOut())
         m_layoutTimer->start();

@@ -4,9 +4,14 @@
 #include "quotes/pageddocument.h"
 #include "shell/printpreview.h"
 
+#include <QCoreApplication>
+#include <QLocale>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QProgressDialog>
+
+#include <algorithm>
 
 namespace tarnwick {
 
@@ -60,6 +65,51 @@ bool QtPrintService::print(QWidget *owner, const QString &title, const PaintPage
         return false;
     paint(printer);
     return true;
+}
+
+bool QtPrintService::printDocument(QWidget *owner, const QString &title, PagedDocument &document)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    prepare(printer, title);
+    QPrintDialog dialog(&printer, owner);
+    dialog.setWindowTitle(title);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    return printWithProgress(document, printer, owner, title) >= 0;
+}
+
+int QtPrintService::printWithProgress(
+    PagedDocument &document, QPrinter &printer, QWidget *owner, const QString &title)
+{
+    QProgressDialog progress(owner);
+    progress.setObjectName(QStringLiteral("PrintProgress"));
+    progress.setWindowTitle(title);
+    progress.setAccessibleName(title);
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    progress.setAutoReset(false);
+    progress.setAutoClose(false);
+    progress.setRange(0, 0);
+    const QLocale locale;
+    const int pages = paintAllPages(document, printer, [&](int done, int total) {
+        if (total == 0) {
+            progress.setLabelText(
+                QObject::tr("Preparing the pages: %1 so far\u2026").arg(locale.toString(done)));
+        } else {
+            progress.setMaximum(total);
+            progress.setValue(done);
+            progress.setLabelText(
+                QObject::tr("Printing page %1 of %2\u2026")
+                    .arg(locale.toString(std::min(done + 1, total)), locale.toString(total)));
+        }
+        QCoreApplication::processEvents();
+        // Given up while the painter still works on it, a job the printer can drop never
+        // reaches it; a PDF file keeps the pages printed until then.
+        if (progress.wasCanceled())
+            printer.abort();
+        return !progress.wasCanceled();
+    });
+    return pages;
 }
 
 void QtPrintService::previewDocument(QWidget *owner, const QString &title, PagedDocument &document)

@@ -44,6 +44,15 @@ public:
     void preview(QWidget *owner, const QString &title, const PaintPages &paint) override;
     bool print(QWidget *owner, const QString &title, const PaintPages &paint) override;
     void previewDocument(QWidget *owner, const QString &title, PagedDocument &document) override;
+    /// Asks for a printer, then prints with printWithProgress.
+    bool printDocument(QWidget *owner, const QString &title, PagedDocument &document) override;
+
+    /// Prints every page of document on printer while a window over owner says how far it
+    /// has got ("Printing page 120 of 5,556…") and offers Cancel, so a long price list never
+    /// leaves the program silent; the pages printed, or -1 when the user stopped it (no page
+    /// goes out after that; where the printer can give a job up, the job is given up).
+    static int printWithProgress(
+        PagedDocument &document, QPrinter &printer, QWidget *owner, const QString &title);
 
     /// The document's name and the margins; a printer without a paper size of its own (printing
     /// to a PDF file, no printer installed) gets the paper of the locale, as the quote's PDF

@@ -1,5 +1,6 @@
 #include "catalogue/table.h"
 #include "products/priceschedule.h"
+#include "quotes/pageddocument.h"
 #include "quotes/pricelist.h"
 #include "quotes/printcodes.h"
 #include "support/testlocale.h"
@@ -96,6 +97,46 @@ TEST(PriceListTest, PrintedToPdfEveryPageHasHeaderHeadingsAndNumber)
             printed.text.contains(QStringLiteral("PN-%1").arg(row, 4, 10, QLatin1Char('0'))))
             << row;
     EXPECT_EQ(printed.text.count(QStringLiteral("\f")), printed.pages);
+}
+
+// A long print says how far it has got while it works, and stops when asked to.
+TEST(PriceListPrintTest, APrintReportsItsLayoutAndEveryPageAndCanBeStopped)
+{
+    const Table catalogue = catalogueOf(300);
+    QTemporaryDir dir;
+    std::vector<std::pair<int, int>> told;
+    int pages = 0;
+    {
+        PriceListDocument document(catalogue, EnUs);
+        QPdfWriter writer(dir.filePath(QStringLiteral("all.pdf")));
+        writer.setPageSize(QPageSize(QPageSize::A4));
+        pages = paintAllPages(document, writer, [&](int done, int total) {
+            told.emplace_back(done, total);
+            return true;
+        });
+    }
+    ASSERT_GT(pages, 3);
+    // Every page is announced before it is painted, and the end is said once.
+    std::vector<std::pair<int, int>> paging;
+    for (const auto &entry : told) {
+        if (entry.second != 0)
+            paging.push_back(entry);
+    }
+    ASSERT_EQ(paging.size(), std::size_t(pages) + 1);
+    for (int page = 0; page <= pages; ++page)
+        EXPECT_EQ(paging[std::size_t(page)], std::make_pair(page, pages));
+
+    PriceListDocument again(catalogue, EnUs);
+    QPdfWriter stopped(dir.filePath(QStringLiteral("stopped.pdf")));
+    stopped.setPageSize(QPageSize(QPageSize::A4));
+    int painted = 0;
+    EXPECT_EQ(paintAllPages(again, stopped,
+                  [&](int done, int total) {
+                      painted = done;
+                      return total == 0 || done < 2;
+                  }),
+        -1);
+    EXPECT_EQ(painted, 2) << "stopped before the third page";
 }
 
 /// The geometry of an A4 page with 15 mm margins at the printer's resolution.

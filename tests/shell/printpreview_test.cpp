@@ -9,14 +9,18 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFile>
 #include <QLabel>
+#include <QPointer>
 #include <QPrinter>
 #include <QProcess>
+#include <QProgressDialog>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -189,6 +193,50 @@ TEST(PrinterPaper, APrinterWithoutPaperOfItsOwnTakesTheLocalesPaper)
     QtPrintService::preparePrinter(
         printer, QStringLiteral("Tarnwick Price list"), QLocale(QLocale::German, QLocale::Germany));
     EXPECT_EQ(printer.pageLayout().pageSize().id(), QPageSize::A4);
+}
+
+// Printing a long price list says how far it has got and can be stopped: a window over the
+// main window, not a window that stops answering.
+TEST_F(PrintPreviewTest, APrintShowsItsProgressAndCancelStopsIt)
+{
+    const Table catalogue = catalogueOf(600);
+    PriceListDocument document(catalogue, EnUs);
+    QWidget owner;
+    QPointer<QProgressDialog> seen;
+    bool found = false;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (!seen)
+            seen = owner.findChild<QProgressDialog *>(QStringLiteral("PrintProgress"));
+        found = found || seen;
+        if (seen && seen->maximum() > 0 && seen->value() >= 3)
+            seen->cancel();
+    });
+    watch.start(0);
+    const int printed = QtPrintService::printWithProgress(
+        document, printer, &owner, QStringLiteral("Tarnwick Price list"));
+    watch.stop();
+    EXPECT_EQ(printed, -1) << "Cancel stops the print";
+    EXPECT_TRUE(found);
+    EXPECT_EQ(seen, nullptr) << "the progress window goes with the print";
+    // No more pages go out after Cancel (a PDF file takes the pages printed until then).
+    QFile out(printer.outputFileName());
+    ASSERT_TRUE(out.open(QIODevice::ReadOnly));
+    const qsizetype pages = out.readAll().count("/Type /Page\n");
+    EXPECT_GE(pages, 3);
+    EXPECT_LT(pages, document.pagesReady());
+}
+
+TEST_F(PrintPreviewTest, APrintLeftToRunPrintsEveryPage)
+{
+    const Table catalogue = catalogueOf(200);
+    PriceListDocument document(catalogue, EnUs);
+    QWidget owner;
+    const int printed = QtPrintService::printWithProgress(
+        document, printer, &owner, QStringLiteral("Tarnwick Price list"));
+    EXPECT_GT(printed, 1);
+    EXPECT_EQ(printed, document.pagesReady());
+    EXPECT_EQ(owner.findChild<QProgressDialog *>(), nullptr);
 }
 
 } // namespace

@@ -79,7 +79,9 @@ void DocumentsController::previewPriceList()
 void DocumentsController::printPriceList()
 {
     PriceListDocument document(m_module.Catalogue(), m_module.locale());
-    m_print->printDocument(m_owner, PriceListTitle, document);
+    // The printer's own queue takes it from here: the status bar says it has gone there.
+    if (m_print->printDocument(m_owner, PriceListTitle, document))
+        m_ui.sbPanel1->setText(tr("Price list printed."));
 }
 
 bool DocumentsController::settleQuoteNote(const QString &title)

@@ -90,6 +90,8 @@ int QtPrintService::printWithProgress(
     progress.setAutoReset(false);
     progress.setAutoClose(false);
     progress.setRange(0, 0);
+    // Wide enough for its title and "Printing page 12,345 of 22,223…".
+    progress.setMinimumWidth(progress.fontMetrics().averageCharWidth() * 48);
     const QLocale locale;
     const int pages = paintAllPages(document, printer, [&](int done, int total) {
         if (total == 0) {

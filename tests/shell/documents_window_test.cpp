@@ -282,6 +282,7 @@ TEST_F(DocumentsWindowTest, PrintAndPreviewPrintTheWholePriceList)
     window->documents().setPrintService(std::move(service));
     action("mnuPrint")->trigger();
     EXPECT_EQ(printer->prints, 1);
+    EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Price list printed."));
     const QString text = pdfText(pdf);
     EXPECT_TRUE(text.contains(QStringLiteral("Tarnwick Price list")));
     EXPECT_TRUE(text.contains(QStringLiteral("Page: 1")));

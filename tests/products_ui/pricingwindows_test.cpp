@@ -1,6 +1,8 @@
 // "Check Price Points" and "Price at Quantities" from the keyboard and on the screen: where
-// Tab and Enter go, and that every row the windows hold can be seen without scrolling.
+// Tab and Enter go, and that every row the windows hold can be seen without scrolling; and
+// "Change Prices" over a catalogue whose preview takes long.
 #include "products/priceladder.h"
+#include "products/ui/frmchangeprices.h"
 #include "products/ui/frmcheckprices.h"
 #include "products/ui/frmquantities.h"
 #include "quotes/quoteaids.h"
@@ -10,6 +12,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableWidget>
@@ -86,3 +89,52 @@ TEST(PriceAtQuantitiesLayout, FiveQuantitiesShowFiveRowsAndALongNameWraps)
 }
 
 } // namespace
+
+namespace {
+
+/// A planner that notes every rule it is asked to plan and changes one price by it.
+FrmChangePrices::Planner notingPlanner(std::vector<double> &asked)
+{
+    return [&asked](const PriceChangeRule &rule, bool, std::size_t) {
+        asked.push_back(rule.value);
+        PriceChangePlan plan;
+        const double after = PriceChange::apply(10.0, rule);
+        plan.entries.push_back({ 1, 3, QStringLiteral("A-1"), QStringLiteral("List price"),
+            Cell(10.0f), Cell(QString::number(after)), 10.0, after });
+        plan.changeCount = 1;
+        return plan;
+    };
+}
+
+} // namespace
+
+// Over a large catalogue every preview takes a noticeable time: typing does not wait for one
+// per key; the preview follows when typing pauses, and Enter pressed before that applies the
+// change as typed, never the one before it.
+TEST(ChangePricesTyping, ASlowPreviewWaitsForThePauseAndEnterTakesWhatWasTyped)
+{
+    std::vector<double> asked;
+    FrmChangePrices window(
+        notingPlanner(asked), 0, 1, QLocale(QLocale::English, QLocale::UnitedStates));
+    window.setSlowPreviewMilliseconds(0);
+    showActive(window);
+    auto *change = window.findChild<QLineEdit *>(QStringLiteral("TxtChange"));
+    auto *ok = window.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+    auto *preview = window.findChild<QPlainTextEdit *>(QStringLiteral("TxtPreview"));
+    asked.clear();
+    QTest::keyClicks(change, "10");
+    EXPECT_TRUE(asked.empty()) << "no preview per key";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !asked.empty(); }, 5000));
+    EXPECT_EQ(asked, std::vector<double> { 10 });
+    EXPECT_TRUE(preview->toPlainText().contains(QStringLiteral("\u2192 $11.00")))
+        << preview->toPlainText().toStdString();
+    EXPECT_TRUE(ok->isEnabled());
+
+    QTest::keyClick(change, Qt::Key_Backspace);
+    QTest::keyClicks(change, "5");
+    QTest::keyClick(change, Qt::Key_Return);
+    ASSERT_EQ(window.result(), QDialog::Accepted);
+    EXPECT_EQ(window.rule()->value, 15);
+    ASSERT_EQ(window.plan().entries.size(), 1U);
+    EXPECT_DOUBLE_EQ(window.plan().entries[0].newPrice, 11.5) << "the plan of 15, not of 10";
+}

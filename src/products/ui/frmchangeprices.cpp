@@ -6,6 +6,7 @@
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QElapsedTimer>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -14,6 +15,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace tarnwick {
@@ -51,7 +53,11 @@ FrmChangePrices::FrmChangePrices(
     layout->addWidget(m_buttons);
     for (QRadioButton *option : { m_percent, m_amount, m_selected, m_all })
         connect(option, &QRadioButton::toggled, this, &FrmChangePrices::updatePreview);
-    connect(m_change, &QLineEdit::textChanged, this, &FrmChangePrices::updatePreview);
+    m_typingPause = new QTimer(this);
+    m_typingPause->setSingleShot(true);
+    m_typingPause->setInterval(300);
+    connect(m_typingPause, &QTimer::timeout, this, &FrmChangePrices::updatePreview);
+    connect(m_change, &QLineEdit::textChanged, this, &FrmChangePrices::changeTyped);
     connect(m_rounding, &QComboBox::currentIndexChanged, this, &FrmChangePrices::updatePreview);
     resize(560, 420);
     updatePreview();
@@ -117,18 +123,36 @@ bool FrmChangePrices::selectedOnly() const
     return m_selected->isChecked();
 }
 
+void FrmChangePrices::changeTyped()
+{
+    // A preview that takes a noticeable time would hold up every keystroke: it waits until
+    // typing pauses (OK and Enter meanwhile work out the plan of the text as it is).
+    if (m_previewIsSlow || m_slowPreview == 0) {
+        m_typingPause->start();
+        return;
+    }
+    updatePreview();
+}
+
 void FrmChangePrices::updatePreview()
 {
+    m_typingPause->stop();
+    QElapsedTimer took;
+    took.start();
     const auto entered = rule();
     m_plan = entered ? m_planner(*entered, selectedOnly(), PreviewLimit) : PriceChangePlan {};
     m_preview->setPlainText(PriceChange::previewText(m_plan, m_locale, PreviewLimit));
     m_summary->setText(PriceChange::summary(m_plan, entered.has_value()));
     m_buttons->button(QDialogButtonBox::Ok)
         ->setEnabled(PriceChange::canApply(m_plan, entered.has_value()));
+    m_previewIsSlow = took.elapsed() > m_slowPreview;
 }
 
 void FrmChangePrices::planAllAndAccept()
 {
+    // Enter pressed before the pause: the plan is the text's, never the one before it.
+    if (m_typingPause->isActive())
+        updatePreview();
     const auto entered = rule();
     if (!entered)
         return;

@@ -14,6 +14,7 @@ class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
+class QTimer;
 class QRadioButton;
 
 namespace tarnwick {
@@ -43,9 +44,14 @@ public:
     bool selectedOnly() const;
     /// The plan the preview shows; after OK, the whole plan to apply.
     const PriceChangePlan &plan() const { return m_plan; }
+    /// A preview that took longer than this (a catalogue of hundreds of thousands of prices)
+    /// is worked out again only once typing pauses; 0 makes every preview wait so.
+    void setSlowPreviewMilliseconds(int milliseconds) { m_slowPreview = milliseconds; }
 
 private Q_SLOTS:
     void updatePreview();
+    /// The change typed: the preview follows at once, or after the pause when it is slow.
+    void changeTyped();
     /// OK: the whole change is worked out (the preview holds only its first lines), then the
     /// window is accepted.
     void planAllAndAccept();
@@ -66,6 +72,9 @@ private:
     QPlainTextEdit *m_preview = nullptr;
     QLabel *m_summary = nullptr;
     QDialogButtonBox *m_buttons = nullptr;
+    QTimer *m_typingPause = nullptr;
+    int m_slowPreview = 100;
+    bool m_previewIsSlow = false;
 };
 
 } // namespace tarnwick

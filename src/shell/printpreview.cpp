@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QProgressDialog>
 #include <QScreen>
 #include <QScrollArea>
 #include <QSpinBox>
@@ -126,9 +127,8 @@ void PrintPreview::buildWindow(const QString &title)
     connect(find("PreviewNext"), &QAction::triggered, this, [this] { showPage(m_page + 1); });
     connect(find("PreviewLast"), &QAction::triggered, this, [this] {
         // The last page is known once the whole document is laid out.
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        while (!m_document.layoutMore(SliceMilliseconds)) { }
-        QApplication::restoreOverrideCursor();
+        if (!layOutTheRest())
+            return;
         updateCount();
         showPage(pageCount() - 1);
     });
@@ -185,6 +185,34 @@ void PrintPreview::layoutSlice()
     // A header or footer that counts the pages shows the final count now.
     render();
     Q_EMIT laidOut();
+}
+
+bool PrintPreview::layOutTheRest()
+{
+    if (m_document.isLaidOut())
+        return true;
+    // The background layout must not run inside this one.
+    m_layoutTimer->stop();
+    QProgressDialog progress(this);
+    progress.setObjectName(QStringLiteral("LayoutProgress"));
+    progress.setWindowTitle(windowTitle());
+    progress.setAccessibleName(windowTitle());
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    progress.setMinimumWidth(progress.fontMetrics().averageCharWidth() * 48);
+    progress.setRange(0, 0);
+    const QLocale locale;
+    while (!m_document.layoutMore(SliceMilliseconds)) {
+        progress.setLabelText(
+            tr("Preparing the pages: %1 so far\u2026").arg(locale.toString(pageCount())));
+        QCoreApplication::processEvents();
+        if (progress.wasCanceled()) {
+            updateCount();
+            m_layoutTimer->start();
+            return false;
+        }
+    }
+    return true;
 }
 
 void PrintPreview::updateCount()

@@ -60,6 +60,9 @@ private Q_SLOTS:
 
 private:
     void buildWindow(const QString &title);
+    /// Lays out what is left of the document under a window that says how far it has got,
+    /// with Cancel; false when the user cancelled (the layout then goes on in the background).
+    bool layOutTheRest();
     QAction *addCommand(const QString &name, const QString &text, const QKeySequence &key);
     void render();
     void updateCount();

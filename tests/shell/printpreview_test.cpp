@@ -239,4 +239,34 @@ TEST_F(PrintPreviewTest, APrintLeftToRunPrintsEveryPage)
     EXPECT_EQ(owner.findChild<QProgressDialog *>(), nullptr);
 }
 
+// End on a long list lays out the rest first: a window says how far it has got, and Cancel
+// there leaves the preview on its page while the rest goes on being laid out behind it.
+TEST_F(PrintPreviewTest, TheLastPageOfALongListShowsTheLayoutsProgressAndCancelStaysPut)
+{
+    const Table catalogue = catalogueOf(20000);
+    PriceListDocument document(catalogue, EnUs);
+    PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));
+    ASSERT_FALSE(window.isLaidOut());
+    bool found = false;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (auto *progress =
+                window.findChild<QProgressDialog *>(QStringLiteral("LayoutProgress"))) {
+            found = true;
+            progress->cancel();
+        }
+    });
+    watch.start(0);
+    command(window, "PreviewLast")->trigger();
+    watch.stop();
+    EXPECT_TRUE(found);
+    EXPECT_EQ(window.currentPage(), 0) << "Cancel stays on the page shown";
+    EXPECT_FALSE(window.isLaidOut());
+    QSignalSpy laidOut(&window, &PrintPreview::laidOut);
+    ASSERT_TRUE(laidOut.wait(60000)) << "the layout goes on behind";
+
+    command(window, "PreviewLast")->trigger();
+    EXPECT_EQ(window.currentPage(), window.pageCount() - 1);
+}
+
 } // namespace

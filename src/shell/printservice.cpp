@@ -22,6 +22,15 @@ void prepare(QPrinter &printer, const QString &title)
     QtPrintService::preparePrinter(printer, title, QLocale());
 }
 
+/// The print dialog for printer; false when the user cancelled it.
+bool choosePrinter(QPrinter &printer, QWidget *owner, const QString &title)
+{
+    prepare(printer, title);
+    QPrintDialog dialog(&printer, owner);
+    dialog.setWindowTitle(title);
+    return dialog.exec() == QDialog::Accepted;
+}
+
 } // namespace
 
 void QtPrintService::preparePrinter(QPrinter &printer, const QString &title, const QLocale &locale)
@@ -58,10 +67,7 @@ void QtPrintService::preview(QWidget *owner, const QString &title, const PaintPa
 bool QtPrintService::print(QWidget *owner, const QString &title, const PaintPages &paint)
 {
     QPrinter printer(QPrinter::HighResolution);
-    prepare(printer, title);
-    QPrintDialog dialog(&printer, owner);
-    dialog.setWindowTitle(title);
-    if (dialog.exec() != QDialog::Accepted)
+    if (!choosePrinter(printer, owner, title))
         return false;
     paint(printer);
     return true;
@@ -70,12 +76,8 @@ bool QtPrintService::print(QWidget *owner, const QString &title, const PaintPage
 bool QtPrintService::printDocument(QWidget *owner, const QString &title, PagedDocument &document)
 {
     QPrinter printer(QPrinter::HighResolution);
-    prepare(printer, title);
-    QPrintDialog dialog(&printer, owner);
-    dialog.setWindowTitle(title);
-    if (dialog.exec() != QDialog::Accepted)
-        return false;
-    return printWithProgress(document, printer, owner, title) >= 0;
+    return choosePrinter(printer, owner, title)
+        && printWithProgress(document, printer, owner, title) >= 0;
 }
 
 int QtPrintService::printWithProgress(

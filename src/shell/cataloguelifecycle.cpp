@@ -204,6 +204,16 @@ QString CatalogueLifecycle::recoveryQuestion(
         .arg(when, products(changed), QString::number(added), QString::number(deleted));
 }
 
+QString CatalogueLifecycle::changedSinceNote(const QString &written)
+{
+    return QStringLiteral("\n\nThe catalogue file has been written since then (%1): by a save, "
+                          "another copy of Tarnwick or a program that keeps the folder in step. "
+                          "The counts include its changes, and Yes would take them back; No "
+                          "keeps the catalogue file as it is and these changes in a file of "
+                          "their own.")
+        .arg(written);
+}
+
 bool CatalogueLifecycle::offerRecovery()
 {
     const QString path = recoveryFilePath(m_module.DataFile);
@@ -228,12 +238,19 @@ bool CatalogueLifecycle::offerRecovery()
         m_recovery.start();
         return false;
     }
-    const QString question =
-        recoveryQuestion(m_module.locale().toString(when, QLocale::ShortFormat), changes.changed,
-            changes.added, changes.deleted);
+    QString question = recoveryQuestion(m_module.locale().toString(when, QLocale::ShortFormat),
+        changes.changed, changes.added, changes.deleted);
+    // A catalogue file written after the changes (a save the crash interrupted before it could
+    // remove them, or another copy of Tarnwick or a program keeping the folder in step) holds
+    // what they lack: counted as theirs, Yes would take it back, so No becomes the default.
+    const QDateTime fileWritten = QFileInfo(m_module.DataFile).lastModified();
+    int style = MsgStyle::YesNo | MsgStyle::Question;
+    if (fileWritten.isValid() && fileWritten > when) {
+        question += changedSinceNote(m_module.locale().toString(fileWritten, QLocale::ShortFormat));
+        style |= MsgStyle::DefaultButton2;
+    }
     const bool restore = read.status == CatalogueReadResult::Status::Ok
-        && m_prompts.msgBox(question, MsgStyle::YesNo | MsgStyle::Question, ProgramTitle)
-            == MsgResult::Yes;
+        && m_prompts.msgBox(question, style, ProgramTitle) == MsgResult::Yes;
     if (!restore) {
         const QString kept = keepRecoveryFile(m_module.DataFile, when);
         m_keptRecovery = kept;

@@ -76,6 +76,9 @@ public:
 
     /// The question asked at start when the recovery file holds changes.
     static QString recoveryQuestion(const QString &when, int changed, int added, int deleted);
+    /// What the recovery question adds when the catalogue file was written after the changes
+    /// it offers (at written), and No is then the default.
+    static QString changedSinceNote(const QString &written);
 
     /// The question asked at start when the catalogue file is missing and its backup is there.
     static QString backupQuestion(

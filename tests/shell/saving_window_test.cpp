@@ -323,6 +323,33 @@ protected:
     }
 };
 
+// Changes left by a run that did not end, and a catalogue file written after them (here from
+// another computer): the question says so, and No, which keeps both, is the default.
+TEST_F(RecoveryStartTest, AFileWrittenAfterTheChangesIsSaidAndNoBecomesTheDefault)
+{
+    leaveRecoveryFile();
+    const QDateTime changesMade = QFileInfo(folder.filePath(RecoveryFile)).lastModified();
+    {
+        QFile file(folder.filePath(QStringLiteral("twdata.dat")));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(changesMade.addSecs(60), QFileDevice::FileModificationTime));
+    }
+    fakes->prompts.answerMessage(MsgResult::No);
+
+    startAndWait();
+
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown().front();
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
+    EXPECT_TRUE(box.text.startsWith(
+        QStringLiteral("Tarnwick was not closed properly. Restore the changes made until ")));
+    EXPECT_TRUE(box.text.endsWith(CatalogueLifecycle::changedSinceNote(
+        locale.toString(changesMade.addSecs(60), QLocale::ShortFormat))))
+        << box.text.toStdString();
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+    EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-recovered-")).size(), 1);
+}
+
 TEST_F(RecoveryStartTest, AsksBeforeTheWindowShowsAndYesRestoresTheChanges)
 {
     leaveRecoveryFile();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/filestamp.h"
+
 #include <QByteArray>
 #include <QFileDevice>
 #include <QList>
@@ -47,21 +49,6 @@ struct CatalogueWriteResult
     /// its own: nothing was written (ok stays true).
     bool leftChangedFile = false;
 };
-
-/// What tells one version of a file from another without reading it: its size, its time of
-/// change and, where the system has them, its device and file number (a file put in its
-/// place by a rename is another file even at the same size and time).
-struct FileStamp
-{
-    qint64 size = 0;
-    qint64 modifiedNs = 0;
-    quint64 device = 0;
-    quint64 inode = 0;
-    bool operator==(const FileStamp &) const = default;
-};
-
-/// The stamp of the file at path; none when it is not there.
-std::optional<FileStamp> fileStamp(const QString &path);
 
 /// The field terminator of the catalogue file: three characters of code 127 in a row.
 QString fieldEnd();

@@ -10,10 +10,6 @@
 #include <QFileInfo>
 #include <QSqlQuery>
 
-#if defined(Q_OS_UNIX)
-#include <sys/stat.h>
-#endif
-
 namespace tarnwick {
 
 namespace {
@@ -55,22 +51,6 @@ const QString DamagedPages = QStringLiteral("parts of the file are damaged");
 QString damageWords(const QSqlError &error)
 {
     return QuoteBookRows::resultCode(error) == 11 ? DamagedPages : plainWords(error);
-}
-
-/// The device and file number of the file at path; none when there is none or the system
-/// does not say.
-std::optional<std::pair<quint64, quint64>> fileIdentity(const QString &path)
-{
-#if defined(Q_OS_UNIX)
-    struct stat status
-    {
-    };
-    if (::stat(QFile::encodeName(path).constData(), &status) == 0)
-        return std::pair<quint64, quint64>(quint64(status.st_dev), quint64(status.st_ino));
-#else
-    Q_UNUSED(path);
-#endif
-    return std::nullopt;
 }
 
 /// SQLite's result codes that say the file is not what the connection holds any more: a
@@ -134,8 +114,9 @@ bool QuoteBook::needsReopening() const
 {
     if (!isOpen())
         return false;
-    const auto now = fileIdentity(m_path);
-    return now && ((m_diskFailed && !m_readOnly) || now != m_openedFile);
+    const std::optional<FileStamp> now = fileStamp(m_path);
+    return now
+        && ((m_diskFailed && !m_readOnly) || !m_openedFile || !now->isSameFile(*m_openedFile));
 }
 
 bool QuoteBook::fail(const QString &what)
@@ -159,7 +140,7 @@ bool QuoteBook::openConnection(const QString &path, bool readOnly)
     m_diskFailed = false;
     m_readOnly = false;
     if (m_db.open()) {
-        m_openedFile = fileIdentity(path);
+        m_openedFile = fileStamp(path);
         // Held for this program alone, SQLite keeps the log's index in memory.
         QSqlError error;
         if (readOnly || !m_alone
@@ -304,7 +285,7 @@ bool QuoteBook::openToRead(OpenResult &result)
         return false;
     }
     m_readOnly = true;
-    m_openedFile = fileIdentity(m_path);
+    m_openedFile = fileStamp(m_path);
     result.status = OpenStatus::ReadOnly;
     result.detail = QStringLiteral("its folder cannot be written");
     return true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/filestamp.h"
 #include "quotebook/quoterecord.h"
 
 #include <QDateTime>
@@ -165,9 +166,9 @@ private:
     QSqlDatabase m_db;
     QString m_path;
     QString m_error;
-    /// Which file the connection opened (device and file number; none where the system does
-    /// not say), and whether the disk failed under it since.
-    std::optional<std::pair<quint64, quint64>> m_openedFile;
+    /// Which file the connection opened (FileStamp::isSameFile tells it from a file put in its
+    /// place), and whether the disk failed under it since.
+    std::optional<FileStamp> m_openedFile;
     bool m_diskFailed = false;
     bool m_listFailed = false;
     bool m_readOnly = false; ///< opened by openToRead

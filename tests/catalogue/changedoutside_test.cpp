@@ -94,24 +94,5 @@ TEST_F(ChangedOutsideTest, AFileNobodyElseTouchedIsSavedAsEver)
     EXPECT_TRUE(changedCopies().isEmpty());
 }
 
-#ifdef Q_OS_UNIX
-// Where the system gives each file a number, a file of the same size and time renamed into
-// place is still another file.
-TEST(FileStampTest, TellsAFileRenamedIntoPlaceFromTheOneBefore)
-{
-    TempAppFolder folder;
-    const QString path = folder.filePath(QStringLiteral("a.dat"));
-    folder.writeFile(QStringLiteral("a.dat"), "same");
-    const std::optional<FileStamp> before = fileStamp(path);
-    ASSERT_TRUE(before.has_value());
-    EXPECT_EQ(fileStamp(path), before);
-    folder.writeFile(QStringLiteral("b.dat"), "same");
-    ASSERT_TRUE(QFile::remove(path));
-    ASSERT_TRUE(QFile::rename(folder.filePath(QStringLiteral("b.dat")), path));
-    EXPECT_NE(fileStamp(path), before);
-    EXPECT_EQ(fileStamp(folder.filePath(QStringLiteral("none.dat"))), std::nullopt);
-}
-#endif
-
 } // namespace
 } // namespace tarnwick::test

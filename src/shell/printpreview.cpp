@@ -194,17 +194,10 @@ bool PrintPreview::layOutTheRest()
     // The background layout must not run inside this one.
     m_layoutTimer->stop();
     QProgressDialog progress(this);
-    progress.setObjectName(QStringLiteral("LayoutProgress"));
-    progress.setWindowTitle(windowTitle());
-    progress.setAccessibleName(windowTitle());
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(500);
-    progress.setMinimumWidth(progress.fontMetrics().averageCharWidth() * 48);
-    progress.setRange(0, 0);
+    setUpProgressWindow(progress, QStringLiteral("LayoutProgress"), windowTitle());
     const QLocale locale;
     while (!m_document.layoutMore(SliceMilliseconds)) {
-        progress.setLabelText(
-            tr("Preparing the pages: %1 so far\u2026").arg(locale.toString(pageCount())));
+        progress.setLabelText(preparingPagesText(pageCount(), locale));
         QCoreApplication::processEvents();
         if (progress.wasCanceled()) {
             updateCount();

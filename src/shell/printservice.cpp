@@ -73,6 +73,22 @@ bool QtPrintService::print(QWidget *owner, const QString &title, const PaintPage
     return true;
 }
 
+void setUpProgressWindow(QProgressDialog &progress, const QString &name, const QString &title)
+{
+    progress.setObjectName(name);
+    progress.setWindowTitle(title);
+    progress.setAccessibleName(title);
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(500);
+    progress.setRange(0, 0);
+    progress.setMinimumWidth(progress.fontMetrics().averageCharWidth() * 48);
+}
+
+QString preparingPagesText(int pages, const QLocale &locale)
+{
+    return QObject::tr("Preparing the pages: %1 so far\u2026").arg(locale.toString(pages));
+}
+
 bool QtPrintService::printDocument(QWidget *owner, const QString &title, PagedDocument &document)
 {
     QPrinter printer(QPrinter::HighResolution);
@@ -84,21 +100,14 @@ int QtPrintService::printWithProgress(
     PagedDocument &document, QPrinter &printer, QWidget *owner, const QString &title)
 {
     QProgressDialog progress(owner);
-    progress.setObjectName(QStringLiteral("PrintProgress"));
-    progress.setWindowTitle(title);
-    progress.setAccessibleName(title);
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(500);
+    setUpProgressWindow(progress, QStringLiteral("PrintProgress"), title);
+    // The last page's value must not close it before the print is through.
     progress.setAutoReset(false);
     progress.setAutoClose(false);
-    progress.setRange(0, 0);
-    // Wide enough for its title and "Printing page 12,345 of 22,223…".
-    progress.setMinimumWidth(progress.fontMetrics().averageCharWidth() * 48);
     const QLocale locale;
     const int pages = paintAllPages(document, printer, [&](int done, int total) {
         if (total == 0) {
-            progress.setLabelText(
-                QObject::tr("Preparing the pages: %1 so far\u2026").arg(locale.toString(done)));
+            progress.setLabelText(preparingPagesText(done, locale));
         } else {
             progress.setMaximum(total);
             progress.setValue(done);

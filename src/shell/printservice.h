@@ -7,6 +7,7 @@
 class QLocale;
 class QPagedPaintDevice;
 class QPrinter;
+class QProgressDialog;
 class QWidget;
 
 namespace tarnwick {
@@ -34,6 +35,13 @@ public:
     /// Asks for a printer and prints every page of the document.
     virtual bool printDocument(QWidget *owner, const QString &title, PagedDocument &document);
 };
+
+/// Sets up the window a long print or layout shows over its owner: titled title, named name,
+/// shown once the work has taken half a second, wide enough for "Printing page 12,345 of
+/// 22,223…", a busy bar until it is given a maximum.
+void setUpProgressWindow(QProgressDialog &progress, const QString &name, const QString &title);
+/// "Preparing the pages: 1,200 so far…"
+QString preparingPagesText(int pages, const QLocale &locale);
 
 /// QPrintPreviewDialog and QPrintDialog on a high-resolution QPrinter with 15 mm margins; a
 /// paged document is previewed in PrintPreview, which shows its first page at once and lays

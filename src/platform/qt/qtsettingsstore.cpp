@@ -225,8 +225,7 @@ QString QtSettingsStore::setAsideDamaged(const QString &application, const QDate
     Q_UNUSED(when);
     return QString();
 #else
-    const std::unique_ptr<QSettings> settings = openApplication(application);
-    const QFileInfo info(settings->fileName());
+    const QFileInfo info(openApplication(application)->fileName());
     if (!info.exists())
         return QString();
     const QString stamp = when.toString(QStringLiteral("yyyyMMdd-HHmmss"));

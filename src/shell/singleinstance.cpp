@@ -82,6 +82,29 @@ bool holderIsGone(const QLockFile &lock, const QString &path)
     return writtenOnThisComputer(host, path) && pid > 0 && !isProcessRunning(pid);
 }
 
+/// The refusal when the lock at path was written on another computer (a folder shared, or
+/// kept in step by a program), whose copy cannot be seen from here: it names that computer and
+/// the way out once it is off. Empty for a lock of this computer.
+QString otherComputerRefusal(const QLockFile &lock, const QString &path)
+{
+    qint64 pid = 0;
+    QString host;
+    QString application;
+    if (!lock.getLockInfo(&pid, &host, &application) || writtenOnThisComputer(host, path))
+        return QString();
+    const QString since = QLocale().toString(QFileInfo(path).lastModified(), QLocale::ShortFormat);
+    // Under this computer's own name it is another computer of the same name, which the user
+    // would otherwise look for here.
+    const QString computer = host == QSysInfo::machineHostName()
+        ? QStringLiteral("another computer also called \"%1\"").arg(host)
+        : QStringLiteral("the computer \"%1\"").arg(host);
+    return QStringLiteral(
+        "Tarnwick is already running on %1 with this folder (since %2).\n\nIf it is certainly "
+        "not running there any more (that computer was switched off, or Tarnwick ended there "
+        "without closing), delete the file \"%3\" and start Tarnwick again.")
+        .arg(computer, since, QDir::toNativeSeparators(path));
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(const QString &appFolder)
@@ -100,28 +123,8 @@ SingleInstance::SingleInstance(const QString &appFolder)
         else
             leftBehind = true;
     }
-    if (!m_locked && m_lock->error() == QLockFile::LockFailedError && !leftBehind) {
-        qint64 pid = 0;
-        QString host;
-        QString application;
-        // A copy on another computer (a folder shared, or kept in step by a program) cannot be
-        // seen from here: the refusal names that computer and the way out once it is off.
-        if (m_lock->getLockInfo(&pid, &host, &application) && !writtenOnThisComputer(host, path)) {
-            const QString since =
-                QLocale().toString(QFileInfo(path).lastModified(), QLocale::ShortFormat);
-            // Under this computer's own name it is another computer of the same name, which
-            // the user would otherwise look for here.
-            const QString computer = host == QSysInfo::machineHostName()
-                ? QStringLiteral("another computer also called \"%1\"").arg(host)
-                : QStringLiteral("the computer \"%1\"").arg(host);
-            m_refusal = QStringLiteral(
-                "Tarnwick is already running on %1 with this folder (since %2).\n\nIf it is "
-                "certainly not running there any more (that computer was switched off, or "
-                "Tarnwick ended there without closing), delete the file \"%3\" and start "
-                "Tarnwick again.")
-                            .arg(computer, since, QDir::toNativeSeparators(path));
-        }
-    }
+    if (!m_locked && m_lock->error() == QLockFile::LockFailedError && !leftBehind)
+        m_refusal = otherComputerRefusal(*m_lock, path);
     if (m_locked || (m_lock->error() == QLockFile::LockFailedError && !leftBehind))
         return;
     // The folder takes no lock file although no other copy holds one (a full disk, a disk gone

@@ -46,6 +46,23 @@ bool withinLimits(const QByteArray &text)
         && passes > 0 && passes <= qint64(crypto_pwhash_argon2id_OPSLIMIT_MODERATE) && lanes == 1;
 }
 
+/// Base64 without padding, as the hash text writes its salt and hash.
+constexpr qsizetype base64Length(qsizetype bytes)
+{
+    return (4 * bytes + 2) / 3;
+}
+
+/// Whether the salt and the hash are whole: crypto_pwhash_argon2id_str writes a salt of 16 and a
+/// hash of 32 bytes. A text cut short may still read as a shorter hash, which no password
+/// would ever match.
+bool wholeSaltAndHash(const QByteArray &text)
+{
+    constexpr qsizetype HashBytes = 32;
+    const QList<QByteArray> parts = text.split('$');
+    return parts.size() == 6 && parts.at(4).size() == base64Length(crypto_pwhash_argon2id_SALTBYTES)
+        && parts.at(5).size() == base64Length(HashBytes);
+}
+
 } // namespace
 
 std::optional<QString> hash(const QString &password)
@@ -67,7 +84,7 @@ bool isHash(const QString &stored)
 {
     const QByteArray text = stored.toUtf8();
     if (!text.startsWith(HashPrefix) || text.size() >= qsizetype(crypto_pwhash_argon2id_STRBYTES)
-        || !sodiumReady())
+        || !wholeSaltAndHash(text) || !sodiumReady())
         return false;
     // The check of the limits reads the whole text and answers -1 when it is no Argon2id hash.
     return crypto_pwhash_argon2id_str_needs_rehash(text.constData(),

@@ -50,6 +50,16 @@ TEST(PasswordHash, AValueThatIsNoHashIsClearTextComparedExactly)
     }
 }
 
+TEST(PasswordHash, AHashCutShortAtAnyLengthIsNoHash)
+{
+    const std::optional<QString> stored = PasswordHash::hash(QStringLiteral("Secret"));
+    ASSERT_TRUE(stored.has_value());
+    ASSERT_TRUE(PasswordHash::isHash(*stored));
+    // Some lengths still read as a shorter hash, which the password would never match.
+    for (qsizetype length = stored->size() - 1; length > 0; --length)
+        EXPECT_FALSE(PasswordHash::isHash(stored->left(length))) << length;
+}
+
 TEST(PasswordHash, AWellFormedHashTextIsTakenForAHashEvenWhenTypedAsAPassword)
 {
     const std::optional<QString> stored = PasswordHash::hash(QStringLiteral("inner"));

@@ -4,6 +4,7 @@
 #include <QDialogButtonBox>
 #include <QInputDialog>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -196,6 +197,41 @@ TEST(QtPromptsBox, BoxLeftWithoutAnyButtonAnswersLikeEscape)
     QMessageBox box;
     configureMessageBox(box, QStringLiteral("Go on?"), MsgStyle::RetryCancel, QString());
     EXPECT_EQ(messageBoxAnswer(box, MsgStyle::RetryCancel), MsgResult::Cancel);
+}
+
+/// Closes window as soon as the box over it is up, as an accessibility tool pressing the
+/// window's Cancel past the box does (the window deletes itself when closed).
+void closeWhileTheBoxIsUp(QWidget *window)
+{
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    QTimer::singleShot(0, window, [window] { window->close(); });
+}
+
+TEST(QtPromptsBox, ABoxWhoseWindowGoesWhileItIsUpAnswersLikeEscape)
+{
+    auto *window = new QWidget;
+    window->show();
+    const QPointer<QWidget> alive(window);
+    QtPrompts prompts([window] { return window; });
+    closeWhileTheBoxIsUp(window);
+    EXPECT_EQ(prompts.msgBox(QStringLiteral("Go on?"), MsgStyle::YesNo, QString()), MsgResult::No);
+    EXPECT_TRUE(alive.isNull());
+}
+
+TEST(QtPromptsInput, AnInputBoxWhoseWindowGoesWhileItIsUpAnswersEmpty)
+{
+    for (const bool password : { false, true }) {
+        auto *window = new QWidget;
+        window->show();
+        const QPointer<QWidget> alive(window);
+        QtPrompts prompts([window] { return window; });
+        closeWhileTheBoxIsUp(window);
+        const QString answer = password
+            ? prompts.passwordBox(QStringLiteral("Password:"), QString())
+            : prompts.inputBox(QStringLiteral("Name:"), QString(), QStringLiteral("typed"));
+        EXPECT_EQ(answer, QString()) << password;
+        EXPECT_TRUE(alive.isNull()) << password;
+    }
 }
 
 TEST(QtPromptsInput, DialogShowsPromptTitleAndDefaultText)

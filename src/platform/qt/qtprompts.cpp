@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QInputDialog>
 #include <QLineEdit>
+#include <QPointer>
 
 namespace tarnwick {
 
@@ -150,29 +151,45 @@ QtPrompts::QtPrompts(std::function<QWidget *()> parentProvider)
 {
 }
 
+// The boxes live on the heap, watched: a window that goes while its box is up (closed by an
+// accessibility tool, which can press its buttons past the box, or by the session's end)
+// takes the box with it, and the box answers as its Escape key would.
+
 int QtPrompts::msgBox(const QString &text, int style, const QString &title)
 {
-    QMessageBox box(parentWidget());
-    configureMessageBox(box, text, style, title);
-    box.exec();
-    return messageBoxAnswer(box, style);
+    const QPointer<QMessageBox> box = new QMessageBox(parentWidget());
+    configureMessageBox(*box, text, style, title);
+    box->exec();
+    if (!box)
+        return msgResultOf(decodeMessageBoxStyle(style).escapeButton);
+    const int answer = messageBoxAnswer(*box, style);
+    delete box;
+    return answer;
 }
 
 QString QtPrompts::inputBox(const QString &prompt, const QString &title, const QString &defaultText)
 {
-    QInputDialog dialog(parentWidget());
-    configureInputDialog(dialog, prompt, title, defaultText);
-    const int result = dialog.exec();
-    return inputBoxAnswer(dialog, result);
+    const QPointer<QInputDialog> dialog = new QInputDialog(parentWidget());
+    configureInputDialog(*dialog, prompt, title, defaultText);
+    return inputAnswer(dialog);
 }
 
 QString QtPrompts::passwordBox(const QString &prompt, const QString &title)
 {
-    QInputDialog dialog(parentWidget());
-    configureInputDialog(dialog, prompt, title, QString());
-    dialog.setTextEchoMode(QLineEdit::Password);
-    const int result = dialog.exec();
-    return inputBoxAnswer(dialog, result);
+    const QPointer<QInputDialog> dialog = new QInputDialog(parentWidget());
+    configureInputDialog(*dialog, prompt, title, QString());
+    dialog->setTextEchoMode(QLineEdit::Password);
+    return inputAnswer(dialog);
+}
+
+QString QtPrompts::inputAnswer(const QPointer<QInputDialog> &dialog)
+{
+    const int result = dialog->exec();
+    if (!dialog)
+        return {};
+    const QString answer = inputBoxAnswer(*dialog, result);
+    delete dialog;
+    return answer;
 }
 
 QWidget *QtPrompts::parentWidget() const

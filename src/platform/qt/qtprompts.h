@@ -2,8 +2,10 @@
 
 #include "platform/iprompts.h"
 
+#include <QInputDialog>
 #include <QList>
 #include <QMessageBox>
+#include <QPointer>
 #include <QString>
 
 #include <functional>
@@ -62,6 +64,8 @@ public:
 
 private:
     QWidget *parentWidget() const;
+    /// Runs the dialog; its text when accepted, empty otherwise or when its window went.
+    static QString inputAnswer(const QPointer<QInputDialog> &dialog);
     std::function<QWidget *()> m_parentProvider;
 };
 

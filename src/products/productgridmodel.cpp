@@ -121,6 +121,9 @@ bool ProductGridModel::setData(const QModelIndex &index, const QVariant &value, 
     if (m_frozen || role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable)
         || index.row() >= m_catalogue.rowCount())
         return false;
+    // A cell left as it was opened changes nothing (no step of the history either).
+    if (value.toString() == data(index, Qt::EditRole).toString())
+        return true;
     const int row = bookmarkOfRow(index.row());
     const int field = fieldOfColumn(index.column());
     const Cell typed(withoutFieldEndCharacters(value.toString()));

@@ -110,6 +110,9 @@ bool ScheduleModel::setData(const QModelIndex &index, const QVariant &value, int
     if (!m_editable || role != Qt::EditRole || !isCell(index))
         return false;
     const QString text = value.toString();
+    // A cell left as it was opened changes nothing (no step of the history either).
+    if (text == data(index, Qt::EditRole).toString())
+        return true;
     // A comma decimal under an English locale means now what the catalogue file reads it as.
     const Cell typed = text.isEmpty() ? Cell() : Cell(stored::asTyped(text, m_locale));
     if (m_writer) {

@@ -113,6 +113,10 @@ bool QuoteGridModel::setData(const QModelIndex &index, const QVariant &value, in
 {
     if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))
         return false;
+    // A cell left as it was opened changes nothing: a quantity looked at keeps the line's
+    // discount or typed price, which re-pricing would replace.
+    if (value.toString() == data(index, Qt::EditRole).toString())
+        return true;
     const int row = quoteRowOf(index.row());
     QString text = value.toString();
     // A price typed with a comma decimal under an English locale is that price, as the list

@@ -107,4 +107,22 @@ TEST(ProductGridModelTest, ATypedCellGoesToTheWriterInsteadOfTheTable)
     EXPECT_FALSE(model.setData(model.index(0, 0), QStringLiteral("A-1")));
 }
 
+TEST(ProductGridModelTest, ACellLeftAsItWasOpenedWritesNothing)
+{
+    Table catalogue(1, ProductRecord::FieldCount);
+    catalogue.put(1, ProductRecord::PartNumber, Cell("A-100"));
+    catalogue.put(1, ProductRecord::ProductName, Cell("Anchor"));
+    ProductGridModel model(catalogue, EnUs);
+    model.setEditable(true);
+    int written = 0;
+    model.setCellWriter([&](int, int, const Cell &) { return ++written > 0; });
+    for (const int column : { 0, 1 }) {
+        const QModelIndex cell = model.index(0, column);
+        EXPECT_TRUE(model.setData(cell, cell.data(Qt::EditRole))) << column;
+    }
+    EXPECT_EQ(written, 0);
+    EXPECT_TRUE(model.setData(model.index(0, 1), "Anchor, steel"));
+    EXPECT_EQ(written, 1);
+}
+
 } // namespace

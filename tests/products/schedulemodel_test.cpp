@@ -176,4 +176,19 @@ TEST_F(ScheduleModelTest, ATypedPointGoesToTheWriterInsteadOfTheTable)
     EXPECT_TRUE(schedule.get(2, 1).isEmpty());
 }
 
+TEST_F(ScheduleModelTest, ACellLeftAsItWasOpenedWritesNothing)
+{
+    // A point with a quantity and no price yet: its empty price cell opened and left.
+    schedule.put(1, 1, Cell("10"));
+    schedule.put(1, 2, Cell(QString()));
+    model.setEditable(true);
+    int written = 0;
+    model.setCellWriter([&](int, int, const Cell &) { return ++written > 0; });
+    for (const QModelIndex &cell : { model.index(0, 0), model.index(0, 1), model.index(1, 1) })
+        EXPECT_TRUE(model.setData(cell, cell.data(Qt::EditRole))) << cell.row() << cell.column();
+    EXPECT_EQ(written, 0);
+    EXPECT_TRUE(model.setData(model.index(0, 1), "2.5"));
+    EXPECT_EQ(written, 1);
+}
+
 } // namespace

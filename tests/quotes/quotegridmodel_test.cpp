@@ -111,6 +111,20 @@ TEST_F(QuoteGridModelTest, ATypedPriceIsKeptUntilTheQuantityChanges)
     EXPECT_EQ(shown(0, QuoteGridColumn::ExtPrice), QStringLiteral("$25.00"));
 }
 
+TEST_F(QuoteGridModelTest, AQuantityOpenedAndLeftAsItWasKeepsATypedPrice)
+{
+    add("A-100");
+    model.setData(model.index(0, QuoteGridColumn::Quantity), "10");
+    model.setData(model.index(0, QuoteGridColumn::Price), "9");
+    QSignalSpy changed(&model, &QuoteGridModel::quoteChanged);
+    for (const int column : { QuoteGridColumn::Quantity, QuoteGridColumn::Price }) {
+        const QModelIndex cell = model.index(0, column);
+        EXPECT_TRUE(model.setData(cell, cell.data(Qt::EditRole))) << column;
+    }
+    EXPECT_EQ(shown(0, QuoteGridColumn::Price), QStringLiteral("$9.00"));
+    EXPECT_EQ(changed.count(), 0);
+}
+
 TEST_F(QuoteGridModelTest, ClearingAPartNumberEndsTheQuoteThere)
 {
     add("A-100");

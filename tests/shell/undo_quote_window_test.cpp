@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
@@ -74,6 +75,30 @@ TEST_F(UndoQuoteWindowTest, AQuantityTypedAndItsRepricingAreTakenBackTogether)
     QTest::keyClick(quoteGrid, Qt::Key_Y, Qt::ControlModifier);
     EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$200.00"));
     EXPECT_EQ(totals(), QStringList({ "$200.00", "$50.00", "20.00%" }));
+}
+
+TEST_F(UndoQuoteWindowTest, ACellOpenedAndLeftWithNothingTypedIsNoStep)
+{
+    addToQuote(1); // B-200 Bolt, $2.50
+    typeIntoQuote(0, 2, QStringLiteral("4"));
+    ASSERT_EQ(quoteCell(0, 2), QStringLiteral("$4.00"));
+    ASSERT_EQ(undo()->text(), QStringLiteral("&Undo Change Price B-200"));
+    // F2 and Enter on the quantity, as a look at it: the typed price stays.
+    quoteGrid->setCurrentIndex(quoteGrid->model()->index(0, 3));
+    QTest::keyClick(quoteGrid, Qt::Key_F2);
+    auto *editor = quoteGrid->viewport()->findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 2000));
+    EXPECT_EQ(quoteCell(0, 2), QStringLiteral("$4.00"));
+    EXPECT_EQ(undo()->text(), QStringLiteral("&Undo Change Price B-200"));
+    // Ctrl+Z in an editor opened with nothing typed takes back the last step itself.
+    QTest::keyClick(quoteGrid, Qt::Key_F2);
+    editor = quoteGrid->viewport()->findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClick(editor, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(quoteCell(0, 2), QStringLiteral("$2.50"));
+    EXPECT_EQ(redo()->text(), QStringLiteral("&Redo Change Price B-200"));
 }
 
 TEST_F(UndoQuoteWindowTest, ADiscountFromItsWindowIsOneStep)

@@ -31,6 +31,8 @@ QString fileText(const Cell &cell, int field, const QLocale &locale)
     return numberField ? stored::cellText(cell, locale) : conv::toText(cell, locale);
 }
 
+} // namespace
+
 bool hasPartNumber(const Cell &cell, const QLocale &locale)
 {
     // An empty cell (never assigned) counts as the empty text.
@@ -38,8 +40,6 @@ bool hasPartNumber(const Cell &cell, const QLocale &locale)
         return !cell.textView().isEmpty();
     return !cell.isNull() && !conv::toText(cell, locale).isEmpty();
 }
-
-} // namespace
 
 CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, qint32 count)
 {

@@ -27,6 +27,10 @@ struct CatalogueFileText
 /// when the table has fewer than fifteen fields.
 CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, qint32 count);
 
+/// Whether the file keeps a row with this part number cell: a row without a part number (an
+/// empty cell or an empty text) is not written.
+bool hasPartNumber(const Cell &cell, const QLocale &locale);
+
 /// The bytes of the catalogue file for a table, and the product count the writing leaves.
 struct CatalogueFileBytes
 {

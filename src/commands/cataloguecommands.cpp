@@ -34,8 +34,8 @@ ProductStep::ProductStep(EditHistory &history, const QString &text, const Produc
 void ProductStep::announce(bool undone, bool replayed)
 {
     const auto [firstRow, lastRow] = changedRows();
-    m_history.announce(ProductChange {
-        undone ? m_before : m_after, m_rowsChanged, keepsSchedule(), replayed, firstRow, lastRow });
+    m_history.announce(ProductChange { undone ? m_before : m_after, m_rowsChanged, keepsSchedule(),
+        replayed, firstRow, lastRow, onProductTab() });
 }
 
 ProductCellsStep::ProductCellsStep(

@@ -24,6 +24,8 @@ protected:
     void announce(bool undone, bool replayed) override;
     /// Whether the price schedule shows what the step left in the schedule table.
     virtual bool keepsSchedule() const { return false; }
+    /// Whether the step changes what only the Product tab shows (a side box, the schedule).
+    virtual bool onProductTab() const { return false; }
     /// The first and last rows whose cells the step changes in place; {0, 0} for none.
     virtual std::pair<int, int> changedRows() const { return { 0, 0 }; }
     EditHistory &history() const { return m_history; }
@@ -64,6 +66,9 @@ class EditSideBox : public ProductCellsStep
 public:
     EditSideBox(
         EditHistory &history, const QString &text, const ProductView &view, CellChange change);
+
+protected:
+    bool onProductTab() const override { return true; }
 };
 
 /// "Change Prices...": list prices and break prices of many products changed at once.
@@ -86,6 +91,7 @@ protected:
     void forward() override;
     void backward() override;
     bool keepsSchedule() const override { return true; }
+    bool onProductTab() const override { return true; }
 
 private:
     Table m_shownBefore;

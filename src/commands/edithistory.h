@@ -44,6 +44,9 @@ struct ProductChange
     /// cell in place), for the grid to show them again.
     int firstRow = 0;
     int lastRow = 0;
+    /// The step changed what only the Product tab shows (a side box or the price schedule):
+    /// an undo or redo brings that tab forward, as one of the quote brings the Quote tab.
+    bool onProductTab = false;
 };
 
 /// What a step did to the quote, for the windows that show it.

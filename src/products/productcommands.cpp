@@ -1,5 +1,6 @@
 #include "products/productcommands.h"
 
+#include "catalogue/cataloguewriter.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/products.h"
 #include "core/conversions.h"
@@ -100,6 +101,80 @@ QString partNumberTakenText(const Table &catalogue, int row, const QLocale &loca
                           "first product with a part number: give this one another.")
         .arg(conv::toText(catalogue.get(row, ProductRecord::PartNumber), locale),
             conv::toText(catalogue.get(other, ProductRecord::ProductName), locale));
+}
+
+QList<int> rowsWithoutPartNumber(const Table &catalogue, const QLocale &locale)
+{
+    QList<int> rows;
+    if (catalogue.fieldCount() < ProductRecord::FieldCount)
+        return rows;
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
+        if (hasPartNumber(catalogue.get(row, ProductRecord::PartNumber), locale))
+            continue;
+        for (int field = ProductRecord::PartNumber + 1; field <= ProductRecord::FieldCount;
+             ++field) {
+            const Cell &cell = catalogue.get(row, field);
+            if (!cell.isNull() && !conv::toText(cell, locale).isEmpty()) {
+                rows.append(row);
+                break;
+            }
+        }
+    }
+    return rows;
+}
+
+QString rowStandingText(const Table &catalogue, int row, const QLocale &locale)
+{
+    if (row < 1 || row > catalogue.rowCount() || catalogue.fieldCount() < ProductRecord::FieldCount)
+        return {};
+    if (QString taken = partNumberTakenText(catalogue, row, locale); !taken.isEmpty())
+        return taken;
+    if (hasPartNumber(catalogue.get(row, ProductRecord::PartNumber), locale))
+        return {};
+    for (int field = ProductRecord::PartNumber + 1; field <= ProductRecord::FieldCount; ++field) {
+        const Cell &cell = catalogue.get(row, field);
+        if (!cell.isNull() && !conv::toText(cell, locale).isEmpty())
+            return QStringLiteral("This product has no part number: the catalogue file keeps "
+                                  "only products that have one. Type one to keep it.");
+    }
+    return {};
+}
+
+QString savedText(int withoutPartNumber)
+{
+    const QString saved = QStringLiteral("Catalogue saved");
+    if (withoutPartNumber <= 0)
+        return saved;
+    if (withoutPartNumber == 1)
+        return saved
+            + QStringLiteral(", without 1 product that has no part number: type one to keep it.");
+    return saved
+        + QStringLiteral(", without %1 products that have no part number: type one for each "
+                         "to keep them.")
+              .arg(withoutPartNumber);
+}
+
+QString closeWithoutPartNumbersQuestion(
+    const Table &catalogue, const QList<int> &rows, const QLocale &locale)
+{
+    if (rows.isEmpty())
+        return {};
+    constexpr int NamesShown = 5;
+    QStringList names;
+    for (int at = 0; at < rows.size() && at < NamesShown; ++at) {
+        const QString name =
+            conv::toText(catalogue.get(rows.at(at), ProductRecord::ProductName), locale);
+        names << (name.isEmpty() ? QStringLiteral("(no name)")
+                                 : QLatin1Char('"') + name + QLatin1Char('"'));
+    }
+    if (rows.size() > NamesShown)
+        names << QStringLiteral("and %1 more").arg(rows.size() - NamesShown);
+    const QString which = rows.size() == 1
+        ? QStringLiteral("1 product has no part number")
+        : QStringLiteral("%1 products have no part number").arg(rows.size());
+    return QStringLiteral("%1, and the catalogue file keeps only products that have one: %2.\n\n"
+                          "Close anyway? Choose No to give them part numbers first.")
+        .arg(which, names.join(QStringLiteral(", ")));
 }
 
 } // namespace tarnwick::ProductCommands

@@ -3,6 +3,7 @@
 #include "catalogue/table.h"
 
 #include <QLatin1String>
+#include <QList>
 #include <QLocale>
 #include <QString>
 
@@ -72,6 +73,23 @@ int otherRowWithPartNumber(const Table &catalogue, int row);
 /// What the status bar says when row's part number was typed and another product has it
 /// already ("Part number A-100 is already used by "Anchor". …"); empty when none has.
 QString partNumberTakenText(const Table &catalogue, int row, const QLocale &locale);
+
+/// The rows the catalogue file would not keep although something was typed into them: no part
+/// number, but a name, a price, a note or a price point (a fresh row left empty is no product
+/// yet). Row numbers, in order.
+QList<int> rowsWithoutPartNumber(const Table &catalogue, const QLocale &locale);
+
+/// What the status bar says about row while it is worked on: its part number is another
+/// product's, or it has none and is not kept; empty when neither.
+QString rowStandingText(const Table &catalogue, int row, const QLocale &locale);
+
+/// "Catalogue saved" with, when products were left out for want of a part number, how many.
+QString savedText(int withoutPartNumber);
+
+/// The close's question when products without a part number would be lost (their names, the
+/// first few), or empty when there are none.
+QString closeWithoutPartNumbersQuestion(
+    const Table &catalogue, const QList<int> &rows, const QLocale &locale);
 
 } // namespace ProductCommands
 

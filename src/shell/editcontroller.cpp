@@ -1,6 +1,7 @@
 #include "shell/editcontroller.h"
 
 #include "platform/iclipboard.h"
+#include "shell/onelineboxes.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -174,7 +175,7 @@ void EditController::paste()
     const QString text = m_clipboard.text();
     if (auto *grid = qobject_cast<QAbstractItemView *>(control)) {
         if (QLineEdit *editor = openCellEditor(grid)) {
-            editor->setText(oneLine(text));
+            editor->setText(OneLineBoxes::oneLine(text));
             return;
         }
     } else if (pasteIntoBox(control, text)) {
@@ -187,7 +188,7 @@ bool EditController::pasteIntoBox(QWidget *control, const QString &text)
 {
     if (auto *line = qobject_cast<QLineEdit *>(control); line && !line->isReadOnly()) {
         restoreSelection(line);
-        line->insert(oneLine(text));
+        line->insert(OneLineBoxes::oneLine(text));
         return true;
     }
     auto *box = qobject_cast<QPlainTextEdit *>(control);
@@ -223,15 +224,6 @@ QString EditController::withoutTrailingLineBreak(const QString &text)
     if (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r')))
         return text.chopped(1);
     return text;
-}
-
-QString EditController::oneLine(const QString &text)
-{
-    QString line = withoutTrailingLineBreak(text);
-    line.replace(QLatin1String("\r\n"), QLatin1String(" "));
-    line.replace(QLatin1Char('\n'), QLatin1Char(' '));
-    line.replace(QLatin1Char('\r'), QLatin1Char(' '));
-    return line;
 }
 
 } // namespace tarnwick

@@ -40,9 +40,6 @@ public:
     /// The control the commands work on.
     QWidget *activeControl() const;
 
-    /// Clipboard text as it goes into a one-line box or a cell: the line break a spreadsheet
-    /// puts after a copied cell is dropped, other line breaks become blanks.
-    static QString oneLine(const QString &text);
     /// As it goes into a text box of several lines: only the trailing line break is dropped.
     static QString withoutTrailingLineBreak(const QString &text);
 

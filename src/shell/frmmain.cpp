@@ -17,6 +17,7 @@
 #include "shell/gridview.h"
 #include "shell/historycontroller.h"
 #include "shell/mainwindowactions.h"
+#include "shell/onelineboxes.h"
 #include "shell/panefocus.h"
 #include "shell/passwordlock.h"
 #include "shell/productgridcontroller.h"
@@ -71,6 +72,7 @@ frmMain::frmMain(
     m_save = new SaveController(services, module, m_catalogue, *m_history, *m_grid, m_ui, this);
     m_grid->setCatalogueWork(m_catalogue.attachWork(this));
     m_edit = new EditController(services.clipboard, this);
+    new OneLineBoxes(this);
     connectEditItems();
     connectPricingItems();
     connectHandlers();
@@ -298,7 +300,10 @@ bool frmMain::Form_Unload()
     if (!m_loaded)
         return true;
     m_exchange->closeImportWindow();
+    // What is being typed is kept however the window is closed (the title bar's button or
+    // Alt+F4 take the keyboard from no box).
     m_grid->storePendingEdit();
+    m_quote->storePendingEdit();
     // Typing left in Quote Note belongs to the quote on screen, which the book keeps for the
     // next run: the user saves it with that quote, drops it, or stays.
     if (!m_documents->settleQuoteNote(tr("Quote Note")) || !m_book->readyToClose()
@@ -463,6 +468,8 @@ void frmMain::mnuclearprices_Click()
 
 void frmMain::mnuGrdMainQuote_Click()
 {
+    // The line takes the product as typed so far, name and list price included.
+    m_grid->storePendingEdit();
     m_quote->addProduct(m_grid->currentBookmark(), m_ui.Txtincludes->toPlainText());
 }
 

@@ -284,6 +284,9 @@ bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
     } else if (watched == grid && event->type() == QEvent::KeyPress) {
         if (priceCellTyped(*static_cast<QKeyEvent *>(event)))
             return true;
+    } else if (watched == m_ui.TxtPrice && event->type() == QEvent::KeyPress) {
+        if (priceBoxKey(*static_cast<QKeyEvent *>(event)))
+            return true;
     } else if (watched == grid && event->type() == QEvent::ContextMenu) {
         // The menu key and Shift+F10 open the menu for the current row; a right click opens it
         // on release.
@@ -437,10 +440,12 @@ void ProductGridController::insertProduct()
     m_repositioning = true;
     m_ui.GrdMain->setCurrentIndex(m_gridModel->index(row - 1, 0));
     m_repositioning = false;
-    m_shownView = { row, 0 };
-    m_ui.GrdMain->setFocus();
+    // The boxes are emptied before the keyboard leaves the one it is in: leaving a box stores
+    // it into the row shown, which is the new product now.
     clearScheduleShown();
     clearSideBoxes();
+    m_shownView = { row, 0 };
+    m_ui.GrdMain->setFocus();
     m_editButton->setChecked(true);
     setEditMode(true);
 }

@@ -65,7 +65,8 @@ public:
     void editButtonToggled();
     /// Stores a pending cell edit, the side boxes and the schedule into the current row.
     void commitCurrentRow();
-    /// Unload: stores the pending edit when the "Edit" button is pressed.
+    /// Stores what is being typed (the grid's open cell, and in edit mode the side boxes and
+    /// the schedule) before a close, a save or a command that uses the product.
     void storePendingEdit();
     /// Before another step of the history, an undo or a redo: an open cell editor and, in edit
     /// mode, the side boxes and the schedule are stored, each change as a step of its own, as
@@ -114,6 +115,8 @@ private:
     void showRowStatus(const QString &text);
     /// Says in the status bar when a list price is no number (PriceSchedule::listPriceNotice).
     void sayIfNoPrice(const Cell &price);
+    void sayRowStanding(int row);
+    bool priceBoxKey(const QKeyEvent &key);
     /// Takes those words away when the status bar still shows them.
     void clearRowStatus();
     /// A side box was left: its text is stored in the product it shows.

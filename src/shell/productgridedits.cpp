@@ -15,6 +15,7 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -93,6 +94,7 @@ void ProductGridController::commitCurrentRow()
 
 void ProductGridController::storePendingEdit()
 {
+    m_ui.GrdMain->commitPendingEdit();
     if (editMode())
         writeBackRow(m_shownView);
 }
@@ -112,6 +114,7 @@ void ProductGridController::storeSideBox(int field)
     CatalogueEdits::setSideBox(m_history, m_shownView, row, field, boxTexts());
     forgetBoxTyping(field);
     refreshGridRow(row);
+    sayRowStanding(row);
 }
 
 void ProductGridController::forgetBoxTyping(int field)
@@ -135,17 +138,54 @@ bool ProductGridController::gridCellTyped(int row, int field, const Cell &value)
 {
     const int column = field == ProductRecord::PartNumber ? 0 : 1;
     const bool taken = CatalogueEdits::setCell(m_history, { row, column }, row, field, value);
-    // A part number another product has already is taken, as typed, but said: quotes and
-    // imports find a product by its number and would take the other one.
-    if (taken && field == ProductRecord::PartNumber) {
-        const QString said =
-            ProductCommands::partNumberTakenText(m_module.Catalogue(), row, m_module.locale());
-        if (!said.isEmpty())
-            showRowStatus(said);
-    }
     if (taken && field == ProductRecord::Price)
         sayIfNoPrice(m_module.Catalogue().get(row, field));
+    else if (taken)
+        sayRowStanding(row);
     return taken;
+}
+
+bool ProductGridController::priceBoxKey(const QKeyEvent &key)
+{
+    // A price typed over the grid's Price cell lands in the list price box; Enter, Up and Down
+    // there work as in the grid's other cells: the price is stored, and the keyboard goes back
+    // to the Price cell of this product, the one above or the one below.
+    const int pressed = key.key();
+    const bool moves = pressed == Qt::Key_Up || pressed == Qt::Key_Down;
+    if (!moves && pressed != Qt::Key_Return && pressed != Qt::Key_Enter)
+        return false;
+    if ((key.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier || !editMode())
+        return false;
+    GridView *grid = m_ui.GrdMain;
+    const QModelIndex current = grid->currentIndex();
+    if (!current.isValid())
+        return false;
+    int column = 0;
+    while (column < m_gridModel->columnCount()
+        && ProductGridModel::fieldOfColumn(column) != ProductRecord::Price)
+        ++column;
+    int gridRow = current.row();
+    if (pressed == Qt::Key_Up)
+        gridRow = std::max(gridRow - 1, 0);
+    else if (pressed == Qt::Key_Down)
+        gridRow = std::min(gridRow + 1, m_gridModel->rowCount() - 1);
+    TxtPrice_LostFocus();
+    storeSideBox(ProductRecord::Price);
+    sayIfNoPrice(Cell(m_ui.TxtPrice->text()));
+    grid->setFocus(Qt::OtherFocusReason);
+    grid->setCurrentIndex(m_gridModel->index(gridRow, column));
+    return true;
+}
+
+void ProductGridController::sayRowStanding(int row)
+{
+    // A part number another product has already, or none at all, is taken as typed, but said
+    // at every change of the product until it is put right: quotes and imports find a product
+    // by its number and would take the other one, and the file keeps no product without one.
+    const QString said =
+        ProductCommands::rowStandingText(m_module.Catalogue(), row, m_module.locale());
+    if (!said.isEmpty())
+        showRowStatus(said);
 }
 
 void ProductGridController::sayIfNoPrice(const Cell &price)
@@ -179,6 +219,8 @@ void ProductGridController::productsChanged(const ProductChange &change)
     // A step undone or redone: the grid goes to the row it names, and the side boxes and the
     // schedule show that row as they did then.
     m_gridTag.clear();
+    if (change.onProductTab)
+        m_ui.SSTabmain->setCurrentIndex(0);
     const ProductView &view = change.view;
     if (change.rowsChanged) {
         m_gridModel->reload();

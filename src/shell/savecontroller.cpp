@@ -6,6 +6,7 @@
 #include "platform/appservices.h"
 #include "platform/filefilter.h"
 #include "platform/ifiledialogs.h"
+#include "products/productcommands.h"
 #include "shell/cataloguelifecycle.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowui.h"
@@ -22,7 +23,6 @@ namespace tarnwick {
 namespace {
 const QString CopyFilter = QStringLiteral("Catalogue Files (*.dat)|*.dat|All Files (*.*)|*.*");
 const QString RecoveredMessage = QStringLiteral("Unsaved changes are kept safe again.");
-const QString SavedMessage = QStringLiteral("Catalogue saved");
 } // namespace
 
 SaveController::SaveController(const AppServices &services, Module1 &module,
@@ -51,7 +51,7 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
     // "Catalogue saved" is no longer true once the catalogue changes again.
     connect(&recovery, &CatalogueRecovery::modifiedChanged, this, [this](bool modified) {
         if (modified)
-            m_ui.sbPanel1->takeBack(SavedMessage);
+            m_ui.sbPanel1->takeBack(m_savedText);
     });
     connect(&recovery, &CatalogueRecovery::writeFailed, this, [this](const QString &detail) {
         const QString text =
@@ -75,8 +75,13 @@ void SaveController::storeEdits()
 void SaveController::save()
 {
     storeEdits();
-    if (m_catalogue.saveNow())
-        m_ui.sbPanel1->setText(SavedMessage);
+    if (!m_catalogue.saveNow())
+        return;
+    // Products without a part number are not in the file: the message says so while they
+    // are still on screen to be given one.
+    m_savedText = ProductCommands::savedText(int(
+        ProductCommands::rowsWithoutPartNumber(m_module.Catalogue(), m_module.locale()).size()));
+    m_ui.sbPanel1->setText(m_savedText);
 }
 
 void SaveController::saveAs()

@@ -49,6 +49,8 @@ private:
     ProductGridController &m_grid;
     MainWindowUi &m_ui;
     QMainWindow *m_window;
+    /// What the status bar said at the last save, taken back once the catalogue changes.
+    QString m_savedText;
 };
 
 } // namespace tarnwick

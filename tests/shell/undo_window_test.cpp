@@ -20,6 +20,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QTabWidget>
 #include <QTest>
 #include <QTextCursor>
 
@@ -154,6 +155,29 @@ TEST_F(UndoWindowTest, ASideBoxLeftIsOneStepAndCtrlZInABoxTakesBackItsTypingFirs
     EXPECT_EQ(catalogue().get(1, 3), Cell(12.5f));
     EXPECT_EQ(price->text(), QStringLiteral("$12.50"));
     EXPECT_EQ(redo()->text(), QStringLiteral("&Redo Edit List Price A-100"));
+}
+
+TEST_F(UndoWindowTest, UndoAndRedoOfASideBoxBringTheProductTabForward)
+{
+    button("Edit")->trigger();
+    goToRow(0);
+    focus(window->ui().Txtnotes);
+    QTest::keyClicks(window->ui().Txtnotes, QStringLiteral(" More"));
+    focus(grid);
+    ASSERT_EQ(undo()->text(), QStringLiteral("&Undo Edit Notes A-100"));
+    QTabWidget *tabs = window->ui().SSTabmain;
+    tabs->setCurrentIndex(1); // the quote in front, the notes hidden behind it
+    undo()->trigger();
+    EXPECT_EQ(tabs->currentIndex(), 0) << "the change taken back is in view";
+    EXPECT_EQ(window->ui().Txtnotes->toPlainText(), QStringLiteral("Two lines\nof notes"));
+    tabs->setCurrentIndex(1);
+    redo()->trigger();
+    EXPECT_EQ(tabs->currentIndex(), 0);
+    // A name lies in the grid, in view whatever tab is in front: the tab stays.
+    ASSERT_TRUE(grid->model()->setData(grid->model()->index(0, 1), QStringLiteral("Anchor, big")));
+    tabs->setCurrentIndex(1);
+    undo()->trigger();
+    EXPECT_EQ(tabs->currentIndex(), 1);
 }
 
 TEST_F(UndoWindowTest, UndoStoresWhatIsStillBeingTypedAsAStepBeforeTakingItBack)

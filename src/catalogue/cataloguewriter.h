@@ -7,6 +7,7 @@
 
 namespace tarnwick {
 
+class Cell;
 class Table;
 
 /// The text of the catalogue file for a table, and the product count the writing leaves.

@@ -142,7 +142,7 @@ QString rowStandingText(const Table &catalogue, int row, const QLocale &locale)
 
 QString savedText(int withoutPartNumber)
 {
-    const QString saved = QStringLiteral("Catalogue saved");
+    QString saved = QStringLiteral("Catalogue saved");
     if (withoutPartNumber <= 0)
         return saved;
     if (withoutPartNumber == 1)

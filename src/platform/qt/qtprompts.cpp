@@ -187,7 +187,7 @@ QString QtPrompts::inputAnswer(const QPointer<QInputDialog> &dialog)
     const int result = dialog->exec();
     if (!dialog)
         return {};
-    const QString answer = inputBoxAnswer(*dialog, result);
+    QString answer = inputBoxAnswer(*dialog, result);
     delete dialog;
     return answer;
 }

@@ -226,9 +226,16 @@ bool ImportPlanner::step()
     if (update ? cells.allEmpty() : cells.partKey.isEmpty()) {
         m_done = true;
         // What lies below is not read (as adding never reads past an empty part number), but
-        // an update says so: the rows may well be meant.
-        if (update && (m_row < m_workbook.rowCountHint() || m_workbook.hasRowsAfterAGap()))
+        // the plan says so: the rows may well be meant. Adding also says so for a row with
+        // cells but no part number, which ends it.
+        const bool rowsBelow = m_row < m_workbook.rowCountHint() || m_workbook.hasRowsAfterAGap();
+        const bool rowWithoutPartNumber = !update
+            && std::any_of(cells.fetched.cbegin(), cells.fetched.cbegin() + std::ptrdiff_t(count),
+                [](const Cell &value) { return !value.isBlank(); });
+        if (rowsBelow || rowWithoutPartNumber) {
             m_plan.rowsLeftBelow = m_row;
+            m_plan.endedWithoutPartNumber = rowWithoutPartNumber;
+        }
         return false;
     }
     // Kept before the row's cells move into the plan.

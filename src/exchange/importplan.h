@@ -93,6 +93,9 @@ struct ImportPlan
     /// Updating ends at the first row empty in every mapped column: that row, when rows below
     /// it hold something, which the plan then leaves out (0 when nothing was left).
     int rowsLeftBelow = 0;
+    /// Adding ended at that row because it has cells but no part number (it is not read
+    /// either).
+    bool endedWithoutPartNumber = false;
 
     int addedCount() const { return int(addedSheetRows.size()); }
     /// The cells of new product index (0-based).

@@ -66,7 +66,11 @@ QStringList countLines(const ImportPlan &plan)
     QStringList lines { QStringLiteral("Products added: %1").arg(plan.addedCount()),
         QStringLiteral("Products changed: %1").arg(plan.changed.size()),
         QStringLiteral("Products unchanged: %1").arg(plan.unchanged), skipped };
-    if (plan.rowsLeftBelow > 0) {
+    if (plan.rowsLeftBelow > 0 && plan.endedWithoutPartNumber) {
+        lines << QStringLiteral("Rows not read: row %1 and every row below it. Row %1 has no "
+                                "part number, which ends the import.")
+                     .arg(plan.rowsLeftBelow);
+    } else if (plan.rowsLeftBelow > 0) {
         lines << QStringLiteral("Rows not read: every row below row %1, which is empty in the "
                                 "mapped columns and ends the import.")
                      .arg(plan.rowsLeftBelow);

@@ -161,6 +161,25 @@ TEST(ClipboardRows, RowsCopiedFromASpreadsheetAreAWorksheet)
 
 TEST(ClipboardRows, AnythingButAHeaderAndARowIsNoSheet)
 {
-    for (const char *text : { "", "A-1", "A-1\t12.5\n", "\nA-1\nB-2\n", "   \n\t\n", "A\n\n \n" })
+    for (const char *text : { "", "A-1", "A-1\t12.5\n", "\nA-1\n", "   \n\t\n", "A\n\n \n" })
         EXPECT_FALSE(ClipboardRows::workbook(QString::fromLatin1(text))) << text;
+}
+
+TEST(ClipboardRows, EmptyLinesAboveTheHeaderAndLinesEndedByCarriageReturnsAreRows)
+{
+    // A selection that starts above the header row; an older program's lines ended by CR.
+    for (const char *text : { "\n\t\n\nPart Number\tPrice\nA-1\t12.5\n",
+             "\r\n\r\nPart Number\tPrice\r\nA-1\t12.5\r\n", "Part Number\tPrice\rA-1\t12.5\r" }) {
+        const auto sheet = ClipboardRows::workbook(QString::fromLatin1(text));
+        ASSERT_TRUE(sheet) << text;
+        EXPECT_EQ(sheet->cellText(0, 1), "Part Number") << text;
+        EXPECT_EQ(sheet->cellText(1, 2), "12.5") << text;
+    }
+    // A line break inside a quoted cell stays in the cell.
+    const auto quoted = ClipboardRows::workbook(QStringLiteral("Notes\n\"one\rtwo\"\nx\n"));
+    ASSERT_TRUE(quoted);
+    EXPECT_TRUE(quoted->cellText(0, 2).contains(QStringLiteral("one")))
+        << quoted->cellText(0, 2).toStdString();
+    EXPECT_TRUE(quoted->cellText(0, 2).contains(QStringLiteral("two")));
+    EXPECT_EQ(quoted->cellText(0, 3), "x");
 }

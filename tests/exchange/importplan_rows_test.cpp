@@ -293,6 +293,29 @@ TEST(ImportPlanGap, RowsBelowAnEmptyRowAreSaidNotRead)
     EXPECT_EQ(ImportReport::countLines(plan).size(), 4);
 }
 
+TEST(ImportPlanRows, AddingSaysWhereARowWithoutAPartNumberEndedIt)
+{
+    const Table catalogue { 1, P::FieldCount };
+    const TextWorkbook last(QByteArray("Part Number\tProduct Name\tPrice\r\n"
+                                       "A-1\tAnchor\t11\r\n"
+                                       "\tNo part\t5\r\n"));
+    ImportPlanner planner(
+        last, catalogue, test::supplierSheetLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan plan = planner.takePlan();
+    EXPECT_EQ(plan.addedCount(), 1);
+    EXPECT_EQ(plan.rowsLeftBelow, 3);
+    EXPECT_EQ(ImportReport::countLines(plan).value(4),
+        QStringLiteral("Rows not read: row 3 and every row below it. Row 3 has no part number, "
+                       "which ends the import."));
+    // A sheet that simply ends says nothing.
+    const TextWorkbook whole(QByteArray("Part Number\tProduct Name\tPrice\r\nA-1\tAnchor\t11\r\n"));
+    ImportPlanner all(
+        whole, catalogue, test::supplierSheetLetters(), true, ImportAction::AddNew, EnUs);
+    all.runAll();
+    EXPECT_EQ(all.takePlan().rowsLeftBelow, 0);
+}
+
 TEST(ImportPlanLocale, TabSeparatedTextIsReadAsTheUsersLocaleWritesNumbers)
 {
     QFile file(test::dataFile(QStringLiteral("decimals.txt")));

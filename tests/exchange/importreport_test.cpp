@@ -113,7 +113,10 @@ TEST(ImportReport, AddingCountsTheKnownPartNumbers)
 {
     const ImportPlan plan = planOf(sampleCatalogue(), Rows, ImportAction::AddNew);
     EXPECT_EQ(
-        ImportReport::countLines(plan).last(), "Rows skipped: 1 (part number already exists: 1)");
+        ImportReport::countLines(plan).value(3), "Rows skipped: 1 (part number already exists: 1)");
+    EXPECT_EQ(ImportReport::countLines(plan).value(4),
+        "Rows not read: row 4 and every row below it. Row 4 has no part number, which ends the "
+        "import.");
 }
 
 TEST(ImportReport, TheAddMessageSaysHowManyRowsWereSkipped)

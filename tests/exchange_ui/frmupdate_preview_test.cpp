@@ -90,6 +90,15 @@ protected:
     }
 };
 
+TEST(FrmImportPreviewSize, FitsTheScreenAndGrowsWithALargeOne)
+{
+    // A 1366 × 768 laptop at 150 %: the room is 910 × 485 (a taskbar, a title bar).
+    EXPECT_EQ(FrmImportPreview::sizeFor(QSize(910, 485)), QSize(720, 485));
+    EXPECT_EQ(FrmImportPreview::sizeFor(QSize(1024, 700)), QSize(720, 520));
+    EXPECT_EQ(FrmImportPreview::sizeFor(QSize(2560, 1400)), QSize(1536, 840));
+    EXPECT_EQ(FrmImportPreview::sizeFor(QSize(640, 450)), QSize(640, 450));
+}
+
 } // namespace
 
 TEST_F(FrmUpdatePreviewTest, TheActionsOfferUpdatingExistingProducts)
@@ -305,12 +314,15 @@ TEST_F(FrmUpdatePreviewTest, PastedRowsAreShownInThePreviewWhenAddingToo)
     ASSERT_NE(preview, nullptr);
     EXPECT_EQ(counts(preview),
         (QStringList { "Products added: 3", "Products changed: 0", "Products unchanged: 0",
-            "Rows skipped: 2 (part number already exists: 2)" }));
+            "Rows skipped: 2 (part number already exists: 2)",
+            "Rows not read: every row below row 7, which is empty in the mapped columns and ends "
+            "the import." }));
     expectCatalogueAsBefore();
     QTest::keyClick(preview, Qt::Key_Return);
     ASSERT_TRUE(waitUntilClosed());
     EXPECT_EQ(products.Count(), 4);
     EXPECT_EQ(fakes.prompts.texts().last(),
         "Products added: 3\nProducts changed: 0\nProducts unchanged: 0\nRows skipped: 2 (part "
-        "number already exists: 2)");
+        "number already exists: 2)\nRows not read: every row below row 7, which is empty in the "
+        "mapped columns and ends the import.");
 }

@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QStyle>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -102,7 +104,21 @@ void FrmImportPreview::setupUi()
     setTabOrder(changes, skipped);
     setTabOrder(skipped, m_apply);
     setTabOrder(m_apply, m_cancel);
-    resize(720, 520);
+    const QWidget *owner = parentWidget() != nullptr ? parentWidget() : this;
+    const QScreen *on = owner->screen();
+    if (on == nullptr) {
+        resize(sizeFor(QSize(720, 520)));
+        return;
+    }
+    const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+    resize(sizeFor(on->availableGeometry().size() - QSize(0, titleBar)));
+}
+
+QSize FrmImportPreview::sizeFor(const QSize &room)
+{
+    const QSize least(720, 520);
+    const QSize share(room.width() * 3 / 5, room.height() * 3 / 5);
+    return least.expandedTo(share).boundedTo(room);
 }
 
 void FrmImportPreview::keyPressEvent(QKeyEvent *event)

@@ -7,6 +7,8 @@ tarnwick_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-base-dev-tools libgl-dev
     libgsf-1-dev libzip-dev libsodium-dev
+    # the clipboard asks the X11 display whether a clipboard keeper runs
+    libxcb1-dev
     # the quote book: Qt's SQLite driver, and SQLite itself for the online backup
     libqt6sql6-sqlite libsqlite3-dev
     libgtest-dev libgmock-dev libbenchmark-dev

@@ -24,6 +24,12 @@ public:
     virtual void setRichDocument(const RichClipboardDocument &document) = 0;
     /// The clipboard's plain text.
     virtual QString text() const = 0;
+    /// Whether the clipboard still holds what this program put there (nothing was copied in
+    /// another program since).
+    virtual bool holdsOwnCopy() const = 0;
+    /// Whether the desktop keeps the clipboard's contents once the program that put them there
+    /// has ended (a desktop without a clipboard keeper drops them with it).
+    virtual bool keepsCopyAfterExit() const = 0;
 };
 
 } // namespace tarnwick

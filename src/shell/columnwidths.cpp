@@ -44,6 +44,13 @@ int nameWidth(int wanted, int caption, int room)
 void fitProductGrid(QTableView *grid, int nameColumn, int keptColumn)
 {
     const int columns = grid->model()->columnCount();
+    // A width kept from a larger screen leaves the name and the price room on a smaller one:
+    // at most half the grid.
+    if (keptColumn >= 0 && keptColumn < columns) {
+        const int most = std::max(captionWidth(grid, keptColumn), grid->viewport()->width() / 2);
+        if (grid->columnWidth(keptColumn) > most)
+            grid->setColumnWidth(keptColumn, most);
+    }
     for (int column = 0; column < columns; ++column) {
         if (column == nameColumn || column == keptColumn)
             continue;

@@ -15,7 +15,8 @@ int captionWidth(const QTableView *grid, int column);
 /// not wider than room, and never narrower than caption.
 int nameWidth(int wanted, int caption, int room);
 /// The product grid at the start: every column at least as wide as its caption and its
-/// values, except keptColumn (none when -1), which keeps the width it has; the product name
+/// values, except keptColumn (none when -1), which keeps the width it has up to half the grid
+/// (a width kept from a larger screen would hide names and prices); the product name
 /// column (nameColumn) as wide as its names, as far as the grid can show it beside the part
 /// number before it and the price after it.
 void fitProductGrid(QTableView *grid, int nameColumn, int keptColumn = -1);

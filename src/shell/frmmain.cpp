@@ -47,6 +47,12 @@
 
 namespace tarnwick {
 
+const QString frmMain::ClipboardLostQuestion = QStringLiteral(
+    "What you copied from Tarnwick (a quote, a product report, a text) is still on the "
+    "clipboard, and this desktop keeps nothing on the clipboard once the program that copied "
+    "it has closed.\n\nPaste it where it belongs first, or close now and lose it. Close now?");
+const QString frmMain::ClipboardLostTitle = QStringLiteral("Clipboard");
+
 frmMain::frmMain(
     const AppServices &services, Module1 &module, IShellDialogs &dialogs, QWidget *parent)
     : QMainWindow(parent), m_services(services), m_module(module), m_dialogs(dialogs),
@@ -276,6 +282,11 @@ void frmMain::showEvent(QShowEvent *event)
         addTrayIcon();
     if (m_fitColumnsOnShow)
         widenColumnsToContents();
+    if (!m_shownOnce) {
+        m_shownOnce = true;
+        m_fitFramePending = true;
+        keepFrameOnScreen();
+    }
 }
 
 void frmMain::closeEvent(QCloseEvent *event)
@@ -291,14 +302,19 @@ void frmMain::requestClose()
     // While a close asks its questions, Qt would take a second close as done and take the
     // window off the screen, leaving the program running without one: the user's answer to
     // the question decides instead.
-    if (!m_closing)
-        close();
+    if (m_closing)
+        return;
+    m_closeFromOutside = true;
+    close();
+    m_closeFromOutside = false;
 }
 
 bool frmMain::Form_Unload()
 {
     if (!m_loaded)
         return true;
+    if (!m_closeFromOutside && !keepCopyOnClipboard())
+        return false;
     m_exchange->closeImportWindow();
     // What is being typed is kept however the window is closed (the title bar's button or
     // Alt+F4 take the keyboard from no box).
@@ -321,6 +337,19 @@ bool frmMain::Form_Unload()
     m_unloaded = true;
     Q_EMIT unloaded();
     return true;
+}
+
+bool frmMain::keepCopyOnClipboard()
+{
+    // A quote copied to be pasted into a mail after closing would be gone on a desktop that
+    // keeps nothing of a program that has ended: the user pastes first or knowingly not.
+    const IClipboard &clipboard = m_services.clipboard;
+    if (!clipboard.holdsOwnCopy() || clipboard.keepsCopyAfterExit())
+        return true;
+    return m_services.prompts.msgBox(ClipboardLostQuestion,
+               MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2,
+               ClipboardLostTitle)
+        == MsgResult::Yes;
 }
 
 void frmMain::savePlacement()

@@ -41,6 +41,11 @@ class frmMain : public QMainWindow
     Q_OBJECT
 
 public:
+    /// The close's question while the clipboard holds a copy the desktop would drop with the
+    /// program.
+    static const QString ClipboardLostQuestion;
+    static const QString ClipboardLostTitle;
+
     frmMain(const AppServices &services, Module1 &module, IShellDialogs &dialogs,
         QWidget *parent = nullptr);
     ~frmMain() override;
@@ -92,6 +97,9 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void keepFrameOnScreen();
+    bool keepCopyOnClipboard();
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
@@ -215,6 +223,13 @@ private:
     bool m_loaded = false;
     bool m_unloaded = false;
     bool m_closing = false; ///< a close is asking its questions
+    /// The close was asked for from outside (a termination signal): it asks nothing it can do
+    /// without.
+    bool m_closeFromOutside = false;
+    /// The window was shown and the frame the desktop puts round it is still to be fitted onto
+    /// the screen (once, at the first show).
+    bool m_fitFramePending = false;
+    bool m_shownOnce = false;
 };
 
 } // namespace tarnwick

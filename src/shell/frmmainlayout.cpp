@@ -6,6 +6,7 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 #include "shell/twips.h"
+#include "shell/windowsettings.h"
 
 #include <QFrame>
 #include <QGroupBox>
@@ -13,6 +14,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QToolBar>
@@ -86,6 +88,49 @@ void frmMain::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
     Form_Resize();
+    keepFrameOnScreen();
+}
+
+void frmMain::moveEvent(QMoveEvent *event)
+{
+    QMainWindow::moveEvent(event);
+    keepFrameOnScreen();
+}
+
+void frmMain::keepFrameOnScreen()
+{
+    // Once, as soon as the desktop has framed the window just opened (at the show, or when it
+    // moves the window into its frame a moment later): its place and size were
+    // worked out for the inner area, and the title bar would push the status bar (where the
+    // program says what it did) below the screen or behind the taskbar.
+    if (!m_fitFramePending || !isVisible() || !screen()
+        || (windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)))
+        return;
+    const QRect inner = geometry();
+    const QRect outer = frameGeometry();
+    if (outer == inner)
+        return; // no frame yet, or none at all
+    m_fitFramePending = false;
+    const QMargins frame(inner.left() - outer.left(), inner.top() - outer.top(),
+        outer.right() - inner.right(), outer.bottom() - inner.bottom());
+    const QRect fitted = fitFrameOnScreen(inner, frame, screen()->availableGeometry());
+    if (fitted.size() != inner.size())
+        resize(fitted.size());
+    if (fitted.topLeft() != inner.topLeft())
+        move(fitted.topLeft() - QPoint(frame.left(), frame.top()));
+    // The fit belongs to the placement the start applied: a stored value the start had to
+    // change (cut to the screen, damaged) stays as stored unless the user moves or sizes the
+    // window; one the start applied as it was (or a first run's) follows the fit.
+    const MainWindowSettings now = currentSettings();
+    const auto follow = [](float &stored, float &applied, float value) {
+        if (stored == applied)
+            stored = value;
+        applied = value;
+    };
+    follow(m_startStored.left, m_startApplied.left, now.left);
+    follow(m_startStored.top, m_startApplied.top, now.top);
+    follow(m_startStored.width, m_startApplied.width, now.width);
+    follow(m_startStored.height, m_startApplied.height, now.height);
 }
 
 void frmMain::Frame1_MouseDown(Qt::MouseButton Button)

@@ -101,12 +101,27 @@ void FrmProperties::fitBoxes()
         box->setCursorPosition(0);
         widest = std::max(widest, box->fontMetrics().horizontalAdvance(box->text()));
     }
-    const QScreen *on = screen();
-    const int most = on ? on->availableGeometry().width() * 3 / 4 : widest;
     constexpr int FrameAndMargins = 16;
+    // The labels and the button keep their room: a long path (a company's synced folder) is
+    // scrolled in its box rather than pushing the labels out of a window the screen holds.
+    int labels = 0;
+    for (const QLabel *label : findChildren<QLabel *>())
+        labels = std::max(labels, label->sizeHint().width());
+    const QMargins margins = layout()->contentsMargins();
+    constexpr int LeastSpacing = 6;
+    const int spacing = std::max(m_form->horizontalSpacing(), LeastSpacing);
+    const int besideBoxes = labels + 2 * spacing + m_openFolder->sizeHint().width() + margins.left()
+        + margins.right() + FrameAndMargins;
+    const QScreen *on = screen();
+    constexpr int LeastBox = 120;
+    const int most = on ? std::max(on->availableGeometry().width() * 9 / 10 - besideBoxes, LeastBox)
+                        : widest + FrameAndMargins;
     for (QLineEdit *box : boxes)
         box->setMinimumWidth(std::min(widest + FrameAndMargins, most));
-    adjustSize();
+    // Not adjustSize(), which holds a window to two thirds of the screen and squeezed the
+    // labels to nothing.
+    layout()->activate();
+    resize(on ? sizeHint().boundedTo(on->availableGeometry().size()) : sizeHint());
 }
 
 void FrmProperties::CmdOpenFolder_Click()

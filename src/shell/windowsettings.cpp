@@ -53,6 +53,18 @@ MainWindowSettingsRead readMainWindowSettings(const ISettingsStore &store, const
     return result;
 }
 
+QRect fitFrameOnScreen(const QRect &inner, const QMargins &frame, const QRect &available)
+{
+    const QSize extra(frame.left() + frame.right(), frame.top() + frame.bottom());
+    const QSize size = inner.size().boundedTo(available.size() - extra).expandedTo(QSize(1, 1));
+    const QSize outer = size + extra;
+    const int left = std::clamp(inner.left() - frame.left(), available.left(),
+        std::max(available.left(), available.left() + available.width() - outer.width()));
+    const int top = std::clamp(inner.top() - frame.top(), available.top(),
+        std::max(available.top(), available.top() + available.height() - outer.height()));
+    return QRect(QPoint(left + frame.left(), top + frame.top()), size);
+}
+
 QRect placeMainWindow(
     const QRect &stored, bool sizeStored, const QRect &available, const QSize &minimum)
 {

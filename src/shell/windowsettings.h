@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QMargins>
 #include <QRect>
 #include <QSize>
 
@@ -44,6 +45,13 @@ inline constexpr double FirstRunScreenShare = 2.0 / 3.0;
 /// The size a first run opens at, at the least, where the screen has room for it: product
 /// names, prices and the quote lines side by side.
 inline constexpr QSize FirstRunLeastSize { 1120, 720 };
+
+/// The window's inner area (geometry) once the desktop has put its frame round it, so that the
+/// whole frame, title bar included, lies on the available screen: the inner area shrinks by what
+/// the frame adds where the frame is larger than the screen, and the frame moves just far enough
+/// onto the screen. placeMainWindow works on the stored numbers, which are the frame's position
+/// and the inner area's size, before the frame is known.
+QRect fitFrameOnScreen(const QRect &inner, const QMargins &frame, const QRect &available);
 
 /// Where the main window opens, in pixels. Without a stored size it takes FirstRunScreenShare
 /// of the available screen, but at least FirstRunLeastSize as far as the screen goes, centred.

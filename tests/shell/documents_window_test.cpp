@@ -263,6 +263,53 @@ TEST_F(DocumentsWindowTest, CopyPutsTheQuoteDocumentWithHeadingAndTotalsOnTheCli
     EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Quote copied to the clipboard."));
 }
 
+TEST_F(DocumentsWindowTest, ACloseAsksBeforeACopyTheDesktopWouldDropGoesWithTheProgram)
+{
+    fakes->clipboard.keepsAfterExit = false;
+    goToRow(0);
+    action("mnuGrdMainQuote")->trigger();
+    action("mnuquotecopy")->trigger();
+    fakes->prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(window->close()) << "No: Tarnwick stays, the copy with it";
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(fakes->prompts.shown().front().text, frmMain::ClipboardLostQuestion);
+    EXPECT_EQ(fakes->prompts.shown().front().title, QStringLiteral("Clipboard"));
+    EXPECT_EQ(fakes->prompts.shown().front().style,
+        MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2);
+    // Pasted and something else copied since: nothing of Tarnwick's is lost.
+    fakes->clipboard.copiedElsewhere();
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(fakes->prompts.shown().size(), 1U);
+}
+
+TEST_F(DocumentsWindowTest, ATerminationDoesNotAskAboutTheCopy)
+{
+    goToRow(0);
+    action("mnuGrdMainQuote")->trigger();
+    action("mnuquotecopy")->trigger();
+    fakes->clipboard.keepsAfterExit = false;
+    window->requestClose(); // a termination signal: nothing it could wait for
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
+TEST_F(DocumentsWindowTest, YesClosesAndLeavesTheCopyToItsFate)
+{
+    fakes->clipboard.keepsAfterExit = false;
+    action("mnucopyproduct")->trigger();
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(fakes->prompts.shown().size(), 1U);
+}
+
+TEST_F(DocumentsWindowTest, WhereTheDesktopKeepsTheCopyNothingIsAsked)
+{
+    action("mnucopyproduct")->trigger();
+    ASSERT_TRUE(fakes->clipboard.holdsOwnCopy());
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
 TEST_F(DocumentsWindowTest, QuoteNoteOpensTheEditorOnce)
 {
     action("mnuQuoteNote")->trigger();

@@ -19,9 +19,11 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
 #include <QTest>
 #include <QUrl>
@@ -89,6 +91,19 @@ TEST_F(ViewMenuWindowTest, PropertiesOpenedAgainIsOneWindowWithTheFiguresOfNow)
         },
         2000))
         << backup->width();
+}
+
+TEST_F(ViewMenuWindowTest, ALongPathKeepsTheLabelsReadableAndTheWindowOnTheScreen)
+{
+    module->DataFile =
+        folder.filePath(QStringLiteral("OneDrive - Installationsbetrieb GmbH/").repeated(8)
+            + QStringLiteral("twdata.dat"));
+    FrmProperties *form = openProperties();
+    ASSERT_NE(form, nullptr);
+    EXPECT_LE(form->width(), form->screen()->availableGeometry().width());
+    for (const QLabel *label : form->findChildren<QLabel *>())
+        EXPECT_GE(label->width(), label->sizeHint().width()) << label->text().toStdString();
+    EXPECT_EQ(form->txtDataFile()->cursorPosition(), 0) << "the path shows from its start";
 }
 
 TEST_F(ViewMenuWindowTest, OpenFolderShowsTheApplicationFolderInTheFileManager)
@@ -257,6 +272,23 @@ TEST_F(LaterStartColumnsTest, NamesGetTheirRoomAndThePartNumberItsStoredWidth)
     EXPECT_GE(grid->columnWidth(1), std::min(longest, room)) << "room " << room;
     EXPECT_GE(grid->columnWidth(2), ColumnWidths::captionWidth(grid, 2));
     EXPECT_EQ(grid->columnWidth(0), Twips::toPixels(1500, window->twipsPerPixel()));
+}
+
+TEST_F(LaterStartColumnsTest, APartNumberWidthFromALargerScreenLeavesNamesAndPricesInView)
+{
+    saveSetting(SettingsKeys::MainLeft, QStringLiteral("600"));
+    saveSetting(SettingsKeys::MainTop, QStringLiteral("600"));
+    saveSetting(SettingsKeys::MainWidth, QStringLiteral("10500"));
+    saveSetting(SettingsKeys::MainHeight, QStringLiteral("7500"));
+    saveSetting(SettingsKeys::Colwidth, QStringLiteral("6615")); // 441 pixels at 15 twips
+    folder.writeFile(QStringLiteral("twdata.dat"),
+        catalogueLine({ "V-12", "Brass ball valve 1/2\" full port, lead free", "17.25", "", "" }));
+    frmMain *window = startAndWait();
+    ASSERT_NE(window, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    const GridView *grid = window->ui().GrdMain;
+    EXPECT_LE(grid->columnWidth(0), grid->viewport()->width() / 2);
+    EXPECT_GE(grid->columnWidth(1), ColumnWidths::captionWidth(grid, 1));
 }
 
 TEST_F(FirstRunColumnsTest, TheQuotesProductColumnTakesTheSpareWidth)

@@ -122,6 +122,27 @@ TEST(WindowPlacementTest, AStoredFrameThatFitsIsKeptExactly)
     EXPECT_EQ(placeMainWindow(stored, true, Screen1280, Minimum), QRect(67, 67, 600, 433));
 }
 
+TEST(WindowPlacementTest, TheFrameTheDesktopAddsIsBroughtOntoTheScreenWithTheWindow)
+{
+    // A 1366 × 768 laptop with a 40-pixel taskbar; the desktop's frame has a 20-pixel title.
+    const QRect available(0, 0, 1366, 728);
+    const QMargins title(1, 20, 1, 1);
+    // Placed by its inner area at the top of the screen, the frame ends 21 pixels too low.
+    EXPECT_EQ(
+        fitFrameOnScreen(QRect(123, 20, 1120, 728), title, available), QRect(123, 20, 1120, 707));
+    // Cut to the screen's size before the frame was known: the frame is the screen.
+    EXPECT_EQ(fitFrameOnScreen(QRect(1, 20, 1366, 728), title, available), QRect(1, 20, 1364, 707));
+    // A window that fits keeps its place and size.
+    EXPECT_EQ(
+        fitFrameOnScreen(QRect(200, 150, 900, 500), title, available), QRect(200, 150, 900, 500));
+    // One whose frame reaches past the bottom moves up just far enough.
+    EXPECT_EQ(
+        fitFrameOnScreen(QRect(200, 300, 900, 500), title, available), QRect(200, 227, 900, 500));
+    // A screen that does not start at 0 (a second monitor, a taskbar at the top).
+    EXPECT_EQ(fitFrameOnScreen(QRect(1366, 0, 800, 600), title, QRect(1366, 30, 1920, 1050)),
+        QRect(1367, 50, 800, 600));
+}
+
 TEST(WindowPlacementTest, AFirstRunTakesTwoThirdsOfALargeScreenCentred)
 {
     const QRect screen(0, 0, 1920, 1080);

@@ -9,18 +9,21 @@ void FakeClipboard::clear()
     ++m_clears;
     m_text.clear();
     m_rich.reset();
+    m_ownCopy = false;
 }
 
 void FakeClipboard::setText(const QString &text)
 {
     m_text = text;
     m_rich.reset();
+    m_ownCopy = true;
 }
 
 void FakeClipboard::setRichDocument(const RichClipboardDocument &document)
 {
     m_rich = document;
     m_text = document.plainText;
+    m_ownCopy = true;
 }
 
 std::optional<FileDialogResult> FakeFileDialogs::getOpenFile(const FileDialogRequest &request)

@@ -30,6 +30,12 @@ public:
     void setText(const QString &text) override;
     void setRichDocument(const RichClipboardDocument &document) override;
     QString text() const override { return m_text; }
+    bool holdsOwnCopy() const override { return m_ownCopy; }
+    bool keepsCopyAfterExit() const override { return keepsAfterExit; }
+    /// Another program copied something: the clipboard no longer holds this program's copy.
+    void copiedElsewhere() { m_ownCopy = false; }
+
+    bool keepsAfterExit = true;
 
     const std::optional<RichClipboardDocument> &richDocument() const { return m_rich; }
     int clearCount() const { return m_clears; }
@@ -38,6 +44,7 @@ private:
     QString m_text;
     std::optional<RichClipboardDocument> m_rich;
     int m_clears = 0;
+    bool m_ownCopy = false;
 };
 
 /// File dialogs that record each request and answer from a script (no answer = cancelled).

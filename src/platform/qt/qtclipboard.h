@@ -22,6 +22,10 @@ public:
     void setText(const QString &text) override;
     void setRichDocument(const RichClipboardDocument &document) override;
     QString text() const override;
+    bool holdsOwnCopy() const override;
+    /// On an X11 desktop: whether a clipboard keeper runs (the owner of the CLIPBOARD_MANAGER
+    /// selection, to which Qt hands the contents at the end); elsewhere the system keeps them.
+    bool keepsCopyAfterExit() const override;
 };
 
 } // namespace tarnwick

@@ -249,20 +249,30 @@ TEST_F(FirstRunColumnsTest, NoColumnIsNarrowerThanItsCaption)
 /// A later start: the window's size and the part number's width are stored.
 class LaterStartColumnsTest : public ShellTest
 {
+protected:
+    /// A start after one that left the window at width × height and the part number's column
+    /// at colwidth (all in twips), with one product of a long name.
+    frmMain *startAfterARun(const char *width, const char *height, const char *colwidth)
+    {
+        saveSetting(SettingsKeys::MainLeft, QStringLiteral("600"));
+        saveSetting(SettingsKeys::MainTop, QStringLiteral("600"));
+        saveSetting(SettingsKeys::MainWidth, QString::fromLatin1(width));
+        saveSetting(SettingsKeys::MainHeight, QString::fromLatin1(height));
+        saveSetting(SettingsKeys::Colwidth, QString::fromLatin1(colwidth));
+        folder.writeFile(QStringLiteral("twdata.dat"),
+            catalogueLine(
+                { "V-12", "Brass ball valve 1/2\" full port, lead free", "17.25", "", "" }));
+        frmMain *window = startAndWait();
+        if (window && !QTest::qWaitForWindowExposed(window))
+            return nullptr;
+        return window;
+    }
 };
 
 TEST_F(LaterStartColumnsTest, NamesGetTheirRoomAndThePartNumberItsStoredWidth)
 {
-    saveSetting(SettingsKeys::MainLeft, QStringLiteral("600"));
-    saveSetting(SettingsKeys::MainTop, QStringLiteral("600"));
-    saveSetting(SettingsKeys::MainWidth, QStringLiteral("16800"));
-    saveSetting(SettingsKeys::MainHeight, QStringLiteral("10800"));
-    saveSetting(SettingsKeys::Colwidth, QStringLiteral("1500")); // 100 pixels at 15 twips
-    folder.writeFile(QStringLiteral("twdata.dat"),
-        catalogueLine({ "V-12", "Brass ball valve 1/2\" full port, lead free", "17.25", "", "" }));
-    frmMain *window = startAndWait();
+    frmMain *window = startAfterARun("16800", "10800", "1500"); // 100 pixels at 15 twips
     ASSERT_NE(window, nullptr);
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
     const GridView *grid = window->ui().GrdMain;
     // The name as wide as it is, as far as the grid shows it beside part number and price.
     const int longest = static_cast<const QAbstractItemView *>(grid)->sizeHintForColumn(1);
@@ -276,16 +286,8 @@ TEST_F(LaterStartColumnsTest, NamesGetTheirRoomAndThePartNumberItsStoredWidth)
 
 TEST_F(LaterStartColumnsTest, APartNumberWidthFromALargerScreenLeavesNamesAndPricesInView)
 {
-    saveSetting(SettingsKeys::MainLeft, QStringLiteral("600"));
-    saveSetting(SettingsKeys::MainTop, QStringLiteral("600"));
-    saveSetting(SettingsKeys::MainWidth, QStringLiteral("10500"));
-    saveSetting(SettingsKeys::MainHeight, QStringLiteral("7500"));
-    saveSetting(SettingsKeys::Colwidth, QStringLiteral("6615")); // 441 pixels at 15 twips
-    folder.writeFile(QStringLiteral("twdata.dat"),
-        catalogueLine({ "V-12", "Brass ball valve 1/2\" full port, lead free", "17.25", "", "" }));
-    frmMain *window = startAndWait();
+    frmMain *window = startAfterARun("10500", "7500", "6615"); // 441 pixels at 15 twips
     ASSERT_NE(window, nullptr);
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
     const GridView *grid = window->ui().GrdMain;
     EXPECT_LE(grid->columnWidth(0), grid->viewport()->width() / 2);
     EXPECT_GE(grid->columnWidth(1), ColumnWidths::captionWidth(grid, 1));

@@ -56,10 +56,15 @@ FrmUpdate::FrmUpdate(const AppServices &services, const Table &catalogue,
     Form_Load();
     fitToScreen();
     // Where the mapping scrolls, a list reached by its letter (Alt+P) comes into view as one
-    // reached by Tab does.
+    // reached by Tab does: its left edge, beside its label, rather than the whole of it (a list
+    // a little wider than the room scrolled every label out of view when the window opened).
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
-        if (now != nullptr && m_ui.MappingArea->widget()->isAncestorOf(now))
-            m_ui.MappingArea->ensureWidgetVisible(now);
+        QScrollArea *area = m_ui.MappingArea;
+        if (now == nullptr || !area->widget()->isAncestorOf(now))
+            return;
+        constexpr int RowsAround = 50;
+        const QPoint at = now->mapTo(area->widget(), QPoint(0, now->height() / 2));
+        area->ensureVisible(at.x(), at.y(), 0, now->height() / 2 + RowsAround);
     });
 }
 

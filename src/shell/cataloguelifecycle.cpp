@@ -354,8 +354,11 @@ QString CatalogueLifecycle::saveFailedMessage(const QString &dataFile, const QSt
 QString CatalogueLifecycle::unreadNumbersMessage(
     const QList<CatalogueReadResult::UnreadNumber> &numbers)
 {
-    QString text = QStringLiteral("Some numbers in the catalogue file could not be read. They are "
-                                  "kept as they were written; please correct them:\n");
+    // Most often typed so: the words blame neither the file nor the user.
+    QString text = QStringLiteral("Some prices or price points in the catalogue are not numbers "
+                                  "(typed so, or written so by another program), and a quote "
+                                  "charges nothing for them. They are kept as they are; please "
+                                  "correct them:\n");
     // A box stays readable: the first ones are listed, the rest counted.
     constexpr qsizetype Listed = 20;
     for (qsizetype i = 0; i < std::min(numbers.size(), Listed); ++i) {

@@ -45,7 +45,7 @@ std::optional<qint32> DialogHelp::contextForMessage(const QString &text)
     // The messages' own words, as cataloguelifecycle.cpp and frmsplash1.cpp write them.
     static const std::pair<QLatin1String, qint32> pages[] = {
         { QLatin1String("could not be read completely"), HelpContext::CatalogueUnreadMessage },
-        { QLatin1String("Some numbers in the catalogue file could not be read"),
+        { QLatin1String("Some prices or price points in the catalogue are not numbers"),
             HelpContext::CatalogueUnreadMessage },
         { QLatin1String("The catalogue could not be saved"), HelpContext::CatalogueSaveMessage },
         { QLatin1String("Tarnwick was not closed properly"), HelpContext::RecoveryMessage },

@@ -20,14 +20,9 @@ QWidget *GridView::openEditor() const
 {
     if (!isEditing())
         return nullptr;
-    // Cell editors are the viewport's own child widgets.
-    const QList<QWidget *> children =
-        viewport()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
-    for (QWidget *child : children) {
-        if (!child->isHidden())
-            return child;
-    }
-    return nullptr;
+    // The view's own editor of the current cell: an editor closed a moment ago is still among
+    // the viewport's children until it is deleted, and committing it would reach no cell.
+    return indexWidget(currentIndex());
 }
 
 void GridView::commitPendingEdit()

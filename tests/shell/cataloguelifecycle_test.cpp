@@ -194,6 +194,9 @@ TEST_F(CatalogueLifecycleTest, ALongListOfUnreadNumbersIsCut)
     for (int i = 1; i <= 25; ++i)
         numbers.append({ QStringLiteral("P%1").arg(i), 3, QStringLiteral("x") });
     const QString text = CatalogueLifecycle::unreadNumbersMessage(numbers);
+    EXPECT_TRUE(text.startsWith(QStringLiteral("Some prices or price points in the catalogue are "
+                                               "not numbers (typed so, or written so by another "
+                                               "program), and a quote charges nothing for them.")));
     EXPECT_TRUE(text.contains(QStringLiteral("Product \"P20\"")));
     EXPECT_FALSE(text.contains(QStringLiteral("Product \"P21\"")));
     EXPECT_TRUE(text.endsWith(QStringLiteral("and 5 more.")));

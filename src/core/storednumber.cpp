@@ -174,6 +174,16 @@ std::optional<double> readNumber(const QString &text)
 
 std::optional<double> readNumberOrLocal(const QString &text, const QLocale &userLocale)
 {
+    // "2,450" where the user groups thousands with a comma is two thousand four hundred and
+    // fifty, as typed into an earlier version's price points and as the user's own number
+    // conversion reads it, not a comma decimal (which "0,125" and "2,45" still are).
+    static const QRegularExpression groupedInThrees(
+        QStringLiteral("^\\s*[+-]?[1-9]\\d{0,2}(,\\d{3})+\\s*$"));
+    if (userLocale.groupSeparator() == QLatin1String(",")
+        && groupedInThrees.match(text).hasMatch()) {
+        if (std::optional<double> local = conv::parseNumber(text, userLocale))
+            return local;
+    }
     if (std::optional<double> value = readNumber(text))
         return value;
     return conv::parseNumber(text, userLocale);

@@ -109,6 +109,26 @@ TEST_F(CatalogueFixture, LegacyCommaFileReadsUnderEnglishAndIsWrittenWithDots)
             + productLine({ "B-2", "Mutter", "1234.5", "", "", "100", "1000.75" }));
 }
 
+TEST_F(CatalogueFixture, UnderEnglishThousandsTypedWithCommasAreThousands)
+{
+    // An earlier version kept price points as typed: "2,450" by an English-speaking user.
+    writeDataFile(productLine({ "B-1", "Boiler", "2,500.00", "", "", "5", "2,450", "10", "0,125" })
+        + productLine({ "B-2", "Burner", "1,234", "", "", "", "" }));
+    const CatalogueReadResult result = products.ReadProds(dataFile());
+    ASSERT_EQ(result.status, Status::Ok);
+    EXPECT_TRUE(result.unreadNumbers.isEmpty());
+    EXPECT_EQ(catalogue.get(1, ProductRecord::Price), Cell(2500.0f));
+    EXPECT_EQ(conv::toDouble(catalogue.get(1, ProductRecord::Price1), locale), 2450.0);
+    EXPECT_EQ(conv::toDouble(catalogue.get(1, ProductRecord::Price2), locale), 0.125)
+        << "no thousands start with a zero: a comma decimal";
+    EXPECT_EQ(catalogue.get(2, ProductRecord::Price), Cell(1234.0f));
+    catalogue.redimPreserve(products.Count(), 15);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(dataFileBytes(),
+        productLine({ "B-1", "Boiler", "2500", "", "", "5", "2450", "10", "0.125" })
+            + productLine({ "B-2", "Burner", "1234", "", "", "", "" }));
+}
+
 TEST_F(CatalogueFixture, UnderGermanAPricePointLikeAGroupedNumberIsReadInTheStoredForm)
 {
     // "2.500" in the file is two and a half, as the file writes numbers in every locale; in

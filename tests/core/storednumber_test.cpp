@@ -95,6 +95,20 @@ TEST(StoredNumberTest, TheUserFormIsTheLastResort)
     EXPECT_FALSE(readNumberOrLocal(QStringLiteral("n/a"), deDE()).has_value());
 }
 
+TEST(StoredNumberTest, ThousandsGroupedWithCommasAreThousandsWhereTheUserGroupsSo)
+{
+    // Typed into an earlier version's price points by an English-speaking user.
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral("2,450"), enUS()), 2450.0);
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral("1,234,567"), enUS()), 1234567.0);
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral(" -1,150 "), enUS()), -1150.0);
+    // Not grouped in threes: a comma decimal, as a German-written file has it.
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral("2,45"), enUS()), 2.45);
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral("1234,500"), enUS()), 1234.5);
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral("0,125"), enUS()), 0.125);
+    // Where the comma is the decimal mark it stays one.
+    EXPECT_EQ(readNumberOrLocal(QStringLiteral("2,450"), deDE()), 2.45);
+}
+
 TEST(StoredNumberTest, TypedTextsAreStoredAsTheNumberTheUserMeant)
 {
     EXPECT_EQ(cellText(Cell("12,50"), deDE()), QStringLiteral("12.5"));

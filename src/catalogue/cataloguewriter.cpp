@@ -297,8 +297,21 @@ qsizetype sizeHintOf(const Table &table)
 /// (result.ok stays true) or the sink refused a piece (result.ok becomes false). validUtf8
 /// tells whether every byte given so far is valid UTF-8; a piece always ends with a line end,
 /// so no character is split between two pieces.
+/// Whether any field of a row other than its part number holds something.
+bool holdsSomething(std::span<const Cell> cells, const QLocale &locale)
+{
+    for (std::size_t field = ProductRecord::PartNumber; field < cells.size(); ++field) {
+        const Cell &cell = cells[field];
+        if (cell.isText() ? !cell.textView().isEmpty()
+                          : !cell.isNull() && !conv::toText(cell, locale).isEmpty())
+            return true;
+    }
+    return false;
+}
+
 bool writeRows(const Table &table, ByteLineWriter &writer, CatalogueStreamResult &result,
-    const QLocale &locale, CatalogueByteSink &sink, qsizetype pieceSize, bool &validUtf8)
+    const QLocale &locale, CatalogueByteSink &sink, qsizetype pieceSize, bool &validUtf8,
+    RowsWithoutPartNumber keep)
 {
     bool firstPiece = true;
     const auto handOver = [&] {
@@ -328,7 +341,8 @@ bool writeRows(const Table &table, ByteLineWriter &writer, CatalogueStreamResult
     const qint32 lastRow = table.upperBound(1);
     for (qint32 row = 1; row <= lastRow; ++row) {
         const std::span<const Cell> cells = table.row(row);
-        if (!hasPartNumber(cells[ProductRecord::PartNumber - 1], locale)) {
+        if (!hasPartNumber(cells[ProductRecord::PartNumber - 1], locale)
+            && (keep == RowsWithoutPartNumber::Dropped || !holdsSomething(cells, locale))) {
             result.count = row - 1;
             continue;
         }
@@ -368,7 +382,7 @@ public:
 } // namespace
 
 CatalogueStreamResult streamCatalogueFile(const Table &table, const QLocale &locale, qint32 count,
-    CatalogueByteSink &sink, qsizetype pieceSize)
+    CatalogueByteSink &sink, qsizetype pieceSize, RowsWithoutPartNumber rows)
 {
     // A table too narrow for a product raises VbError 9 at its first product, before any of
     // its bytes reach the sink.
@@ -379,7 +393,7 @@ CatalogueStreamResult streamCatalogueFile(const Table &table, const QLocale &loc
         // form valid UTF-8, which would be read back as other characters.
         ByteLineWriter writer(FileEncoding::Windows1252, locale);
         bool validUtf8 = true;
-        if (writeRows(table, writer, result, locale, sink, pieceSize, validUtf8)) {
+        if (writeRows(table, writer, result, locale, sink, pieceSize, validUtf8, rows)) {
             if (!writer.highBytes() || !validUtf8)
                 return result;
         }
@@ -394,7 +408,7 @@ CatalogueStreamResult streamCatalogueFile(const Table &table, const QLocale &loc
     }
     ByteLineWriter writer(FileEncoding::Utf8, locale);
     bool validUtf8 = true;
-    writeRows(table, writer, result, locale, sink, pieceSize, validUtf8);
+    writeRows(table, writer, result, locale, sink, pieceSize, validUtf8, rows);
     return result;
 }
 

@@ -32,6 +32,11 @@ CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, q
 /// empty cell or an empty text) is not written.
 bool hasPartNumber(const Cell &cell, const QLocale &locale);
 
+/// What becomes of rows without a part number: the catalogue file drops them (it keeps a
+/// product by its part number); the recovery file keeps those with something in them, so a
+/// crash loses nothing typed (a row added and left empty is no product and is dropped).
+enum class RowsWithoutPartNumber { Dropped, KeptWithContent };
+
 /// The bytes of the catalogue file for a table, and the product count the writing leaves.
 struct CatalogueFileBytes
 {
@@ -87,12 +92,16 @@ struct CatalogueStreamResult
     int rowsWritten = 0;
 };
 
+/// The size of the pieces a catalogue file is written in.
+inline constexpr qsizetype CataloguePieceSize = 1024 * 1024;
+
 /// The bytes of catalogueFileBytes, given to sink in pieces of about pieceSize bytes that
 /// each end with a line. The file is written in Windows-1252 first; when a character turns
 /// out to have no byte there, or the finished file would read back as UTF-8, the sink is
 /// restarted and the file written again in UTF-8 (rare: nearly every catalogue fits
 /// Windows-1252 and is written once).
 CatalogueStreamResult streamCatalogueFile(const Table &table, const QLocale &locale, qint32 count,
-    CatalogueByteSink &sink, qsizetype pieceSize = 1024 * 1024);
+    CatalogueByteSink &sink, qsizetype pieceSize = CataloguePieceSize,
+    RowsWithoutPartNumber rows = RowsWithoutPartNumber::Dropped);
 
 } // namespace tarnwick

@@ -45,13 +45,13 @@ void takePermissions(const QString &original, const QString &copy)
         QFile::setPermissions(copy, source.permissions());
 }
 
-CatalogueWriteResult writeCatalogueCopy(
-    const QString &path, const Table &table, qint32 count, const QLocale &locale)
+CatalogueWriteResult writeCatalogueCopy(const QString &path, const Table &table, qint32 count,
+    const QLocale &locale, RowsWithoutPartNumber rows)
 {
     CatalogueStreamResult content;
     const auto writeContent = [&](QFileDevice &file) {
         CatalogueFileSink sink(file);
-        content = streamCatalogueFile(table, locale, count, sink);
+        content = streamCatalogueFile(table, locale, count, sink, CataloguePieceSize, rows);
         return content.ok && sink.finish();
     };
     CatalogueWriteResult result;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogue/cataloguefile.h"
+#include "catalogue/cataloguewriter.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -18,9 +19,10 @@ QString recoveryFilePath(const QString &dataFile);
 
 /// Writes every product of table as a catalogue file at path, safely (a temporary file that
 /// is flushed to the disk, then renamed), without touching any backup: the recovery file and
-/// the copies the user asks for.
-CatalogueWriteResult writeCatalogueCopy(
-    const QString &path, const Table &table, qint32 count, const QLocale &locale);
+/// the copies the user asks for. The recovery file keeps rows without a part number that hold
+/// something (rows = KeptWithContent); a copy the user asks for is written as the catalogue.
+CatalogueWriteResult writeCatalogueCopy(const QString &path, const Table &table, qint32 count,
+    const QLocale &locale, RowsWithoutPartNumber rows = RowsWithoutPartNumber::Dropped);
 
 /// Gives the file at copy the permissions of the file at original, so a copy of a catalogue
 /// (the recovery file) is as private as the catalogue; nothing when original is not there.

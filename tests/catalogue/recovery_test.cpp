@@ -88,6 +88,25 @@ TEST_F(RecoveryFileTest, CopyHoldsTheSameBytesAsASaveAndTouchesNoBackup)
     EXPECT_EQ(folder.readFile(QStringLiteral("copy.dat")), dataFileBytes());
 }
 
+TEST_F(RecoveryFileTest, TheRecoveryFileKeepsProductsTypedWithoutAPartNumber)
+{
+    fill(catalogue, { { "P-1", "Pump" }, { "", "Nameless", "4" }, { "", "" }, { "P-2", "Valve" } });
+    const QString copy = folder.filePath(QStringLiteral("copy.dat"));
+    ASSERT_TRUE(writeCatalogueCopy(copy, catalogue, 4, locale).ok);
+    EXPECT_FALSE(folder.readFile(QStringLiteral("copy.dat")).contains("Nameless"))
+        << "a copy as the catalogue file: without it";
+    const CatalogueWriteResult kept =
+        writeCatalogueCopy(copy, catalogue, 4, locale, RowsWithoutPartNumber::KeptWithContent);
+    ASSERT_TRUE(kept.ok);
+    EXPECT_EQ(kept.rowsWritten, 3) << "the empty row is no product";
+    Table back;
+    qint32 count = 0;
+    ASSERT_EQ(readCatalogueCopy(copy, back, count, locale).status, CatalogueReadResult::Status::Ok);
+    ASSERT_EQ(count, 3);
+    EXPECT_EQ(back.get(2, ProductRecord::ProductName), Cell("Nameless"));
+    EXPECT_TRUE(back.get(2, ProductRecord::PartNumber).isBlank());
+}
+
 TEST_F(RecoveryFileTest, ACopyThatCannotBeWrittenLeavesTheOldFileAndSaysWhy)
 {
     const QString file = folder.filePath(QStringLiteral("plain-file"));

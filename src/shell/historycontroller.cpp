@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QTextEdit>
 
@@ -33,23 +35,29 @@ bool isTextControl(const QObject *object)
         || qobject_cast<const QTextEdit *>(object);
 }
 
+/// Whether a text control has typing to take back (or to do again).
+bool hasTyping(const QWidget *control, bool again)
+{
+    if (const auto *line = qobject_cast<const QLineEdit *>(control))
+        return !line->isReadOnly() && (again ? line->isRedoAvailable() : line->isUndoAvailable());
+    const QTextDocument *document = nullptr;
+    if (const auto *plain = qobject_cast<const QPlainTextEdit *>(control);
+        plain && !plain->isReadOnly())
+        document = plain->document();
+    else if (const auto *rich = qobject_cast<const QTextEdit *>(control);
+             rich && !rich->isReadOnly())
+        document = rich->document();
+    return document && (again ? document->isRedoAvailable() : document->isUndoAvailable());
+}
+
 /// Takes back (or does again) typing in a text control; false when it has none to take back.
 bool undoTyping(QWidget *control, bool again)
 {
-    if (auto *line = qobject_cast<QLineEdit *>(control)) {
-        if (line->isReadOnly() || !(again ? line->isRedoAvailable() : line->isUndoAvailable()))
-            return false;
-        again ? line->redo() : line->undo();
-        return true;
-    }
-    QTextDocument *document = nullptr;
-    if (auto *plain = qobject_cast<QPlainTextEdit *>(control); plain && !plain->isReadOnly())
-        document = plain->document();
-    else if (auto *rich = qobject_cast<QTextEdit *>(control); rich && !rich->isReadOnly())
-        document = rich->document();
-    if (!document || !(again ? document->isRedoAvailable() : document->isUndoAvailable()))
+    if (!hasTyping(control, again))
         return false;
-    if (auto *plain = qobject_cast<QPlainTextEdit *>(control))
+    if (auto *line = qobject_cast<QLineEdit *>(control))
+        again ? line->redo() : line->undo();
+    else if (auto *plain = qobject_cast<QPlainTextEdit *>(control))
         again ? plain->redo() : plain->undo();
     else
         again ? static_cast<QTextEdit *>(control)->redo()
@@ -65,8 +73,39 @@ HistoryController::HistoryController(EditHistory &history, ProductGridController
       m_window(window)
 {
     connect(&m_history, &EditHistory::stepsChanged, this, &HistoryController::updateActions);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
+        // A menu taking the keyboard for a moment leaves the control the user was in.
+        if (!now || !m_window->isAncestorOf(now) || qobject_cast<QMenuBar *>(now)
+            || qobject_cast<QMenu *>(now))
+            return;
+        followTyping(isTextControl(now) ? now : nullptr);
+        updateActions();
+    });
     updateActions();
     qApp->installEventFilter(this);
+}
+
+void HistoryController::followTyping(QWidget *control)
+{
+    for (const QMetaObject::Connection &connection : std::as_const(m_typing))
+        disconnect(connection);
+    m_typing.clear();
+    m_typingControl = control;
+    if (auto *line = qobject_cast<QLineEdit *>(control)) {
+        m_typing << connect(line, &QLineEdit::textChanged, this, &HistoryController::updateActions);
+        return;
+    }
+    QTextDocument *document = nullptr;
+    if (auto *plain = qobject_cast<QPlainTextEdit *>(control))
+        document = plain->document();
+    else if (auto *rich = qobject_cast<QTextEdit *>(control))
+        document = rich->document();
+    if (document) {
+        m_typing << connect(
+            document, &QTextDocument::undoAvailable, this, &HistoryController::updateActions);
+        m_typing << connect(
+            document, &QTextDocument::redoAvailable, this, &HistoryController::updateActions);
+    }
 }
 
 HistoryController::~HistoryController()
@@ -89,10 +128,16 @@ QString HistoryController::caption(const QString &command, const QString &step)
 
 void HistoryController::updateActions()
 {
-    m_undo->setText(caption(QStringLiteral("&Undo"), m_history.undoText()));
-    m_undo->setEnabled(m_history.canUndo());
-    m_redo->setText(caption(QStringLiteral("&Redo"), m_history.redoText()));
-    m_redo->setEnabled(m_history.canRedo());
+    // Typing in the control the user is in comes first, as undo() and redo() take it first.
+    const QWidget *control = m_typingControl.data();
+    const bool typingBack = control && hasTyping(control, false);
+    const bool typingAgain = control && hasTyping(control, true);
+    m_undo->setText(typingBack ? QStringLiteral("&Undo Typing")
+                               : caption(QStringLiteral("&Undo"), m_history.undoText()));
+    m_undo->setEnabled(typingBack || m_history.canUndo());
+    m_redo->setText(typingAgain ? QStringLiteral("&Redo Typing")
+                                : caption(QStringLiteral("&Redo"), m_history.redoText()));
+    m_redo->setEnabled(typingAgain || m_history.canRedo());
 }
 
 void HistoryController::storePendingEdits()

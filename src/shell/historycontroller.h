@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 class QAction;
@@ -42,6 +44,9 @@ protected:
 private:
     void updateActions();
     void storePendingEdits();
+    /// Follows the typing of the control the keyboard went to, so Undo and Redo are offered
+    /// while it has typing to take back or do again.
+    void followTyping(QWidget *control);
 
     EditHistory &m_history;
     ProductGridController &m_grid;
@@ -49,6 +54,9 @@ private:
     QAction *m_undo;
     QAction *m_redo;
     QWidget *m_window;
+    /// The text control the user is in (a menu taking the keyboard for a moment leaves it so).
+    QPointer<QWidget> m_typingControl;
+    QList<QMetaObject::Connection> m_typing;
 };
 
 } // namespace tarnwick

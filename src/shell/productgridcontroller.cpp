@@ -256,8 +256,10 @@ bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
         // moment does not leave it).
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
         const bool left = reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
-        if (watched == m_ui.TxtPrice)
+        if (watched == m_ui.TxtPrice) {
             TxtPrice_LostFocus();
+            m_priceFromGrid = false;
+        }
         if (left && watched == m_ui.TxtPrice) {
             storeSideBox(ProductRecord::Price);
             sayIfNoPrice(Cell(m_ui.TxtPrice->text()));
@@ -312,6 +314,7 @@ bool ProductGridController::priceCellTyped(const QKeyEvent &key)
         m_ui.SSTabmain->setCurrentIndex(0); // the Product tab, which holds the box
         m_ui.TxtPrice->setFocus(Qt::OtherFocusReason);
         m_ui.TxtPrice->setText(text);
+        m_priceFromGrid = true;
         return true;
     }
     showRowStatus(tr("Price points are typed in the Price Schedule of the Product tab (F6 "

@@ -154,6 +154,8 @@ private:
     ProductSearch m_search;
     CatalogueWork *m_work = nullptr;
     QString m_gridTag;
+    /// The list price box has the keyboard because a price was typed on the grid's Price cell.
+    bool m_priceFromGrid = false;
     /// The row the side boxes and the schedule show, and the grid's column then.
     ProductView m_shownView;
     bool m_repositioning = false;

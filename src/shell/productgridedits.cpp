@@ -149,12 +149,17 @@ bool ProductGridController::priceBoxKey(const QKeyEvent &key)
 {
     // A price typed over the grid's Price cell lands in the list price box; Enter, Up and Down
     // there work as in the grid's other cells: the price is stored, and the keyboard goes back
-    // to the Price cell of this product, the one above or the one below.
+    // to the Price cell of this product, the one above or the one below. When the typing began
+    // on the grid, Tab and Shift+Tab go back to the grid's next or previous cell too (from a
+    // box the user went to, they go on to the next control).
     const int pressed = key.key();
     const bool moves = pressed == Qt::Key_Up || pressed == Qt::Key_Down;
-    if (!moves && pressed != Qt::Key_Return && pressed != Qt::Key_Enter)
+    const bool tabs = m_priceFromGrid && (pressed == Qt::Key_Tab || pressed == Qt::Key_Backtab);
+    if (!moves && !tabs && pressed != Qt::Key_Return && pressed != Qt::Key_Enter)
         return false;
-    if ((key.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier || !editMode())
+    const Qt::KeyboardModifiers allowed =
+        tabs ? Qt::KeypadModifier | Qt::ShiftModifier : Qt::KeypadModifier;
+    if ((key.modifiers() & ~allowed) != Qt::NoModifier || !editMode())
         return false;
     GridView *grid = m_ui.GrdMain;
     const QModelIndex current = grid->currentIndex();
@@ -169,6 +174,10 @@ bool ProductGridController::priceBoxKey(const QKeyEvent &key)
         gridRow = std::max(gridRow - 1, 0);
     else if (pressed == Qt::Key_Down)
         gridRow = std::min(gridRow + 1, m_gridModel->rowCount() - 1);
+    else if (tabs)
+        column = std::clamp(
+            column + (pressed == Qt::Key_Tab && !(key.modifiers() & Qt::ShiftModifier) ? 1 : -1), 0,
+            m_gridModel->columnCount() - 1);
     TxtPrice_LostFocus();
     storeSideBox(ProductRecord::Price);
     sayIfNoPrice(Cell(m_ui.TxtPrice->text()));

@@ -132,6 +132,31 @@ TEST_F(TypingWindowTest, EnterUpAndDownInTheListPriceBoxGoOnAlongThePriceColumn)
     EXPECT_EQ(text(3, ProductRecord::Price), QStringLiteral("$3.33"));
 }
 
+TEST_F(TypingWindowTest, TabAfterAPriceTypedOnTheGridGoesOnInTheGrid)
+{
+    QLineEdit *price = window->ui().TxtPrice;
+    const int priceColumn = 2;
+    grid->setCurrentIndex(grid->model()->index(0, priceColumn));
+    focus(grid);
+    QTest::keyClick(grid, Qt::Key_5);
+    ASSERT_EQ(QApplication::focusWidget(), price);
+    QTest::keyClick(price, Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), grid) << "not into the price schedule";
+    EXPECT_EQ(grid->currentIndex().row(), 0);
+    EXPECT_EQ(grid->currentIndex().column(), priceColumn + 1);
+    EXPECT_EQ(text(1, ProductRecord::Price), QStringLiteral("$5.00"));
+    grid->setCurrentIndex(grid->model()->index(1, priceColumn));
+    QTest::keyClick(grid, Qt::Key_6);
+    QTest::keyClick(price, Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(QApplication::focusWidget(), grid);
+    EXPECT_EQ(grid->currentIndex().column(), priceColumn - 1);
+    EXPECT_EQ(text(2, ProductRecord::Price), QStringLiteral("$6.00"));
+    // Gone to by the user, the box hands Tab on to the next control, the schedule.
+    focus(price);
+    QTest::keyClick(price, Qt::Key_Tab);
+    EXPECT_NE(QApplication::focusWidget(), grid);
+}
+
 TEST_F(TypingWindowTest, AProductWithoutAPartNumberIsSaidWhileWorkedOnAtASaveAndBeforeAClose)
 {
     action("mnuAddProd")->trigger(); // row 1, empty
@@ -174,6 +199,28 @@ TEST_F(TypingWindowTest, ClosingAnywayDropsProductsWithoutAPartNumber)
     EXPECT_TRUE(fakes->prompts.texts().front().contains(QStringLiteral("(no name)")));
     // Every line of the file ends with a field's end mark and CR LF: three products.
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")).count("\x7f\x7f\x7f\r\n"), 3);
+}
+
+TEST_F(TypingWindowTest, AProductWithoutAPartNumberIsKeptSafeAgainstACrash)
+{
+    action("mnuAddProd")->trigger();
+    ASSERT_TRUE(grid->model()->setData(grid->model()->index(0, 1), QStringLiteral("Nameless")));
+    action("mnuAddProd")->trigger(); // and one left empty, which is no product
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return folder.readFile(RecoveryFile).contains("Nameless"); }, 5000));
+    fakes->prompts.answerMessage(MsgResult::Yes); // restore the changes
+    restart(); // the run ended without a close
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_TRUE(fakes->prompts.shown().front().text.endsWith(QStringLiteral("1 added, 0 deleted.")))
+        << fakes->prompts.shown().front().text.toStdString();
+    const Table &restored = module->Catalogue();
+    ASSERT_EQ(module->AllProducts().Count(), 4);
+    int nameless = 0;
+    for (int row = 1; row <= module->AllProducts().Count(); ++row)
+        nameless += restored.get(row, ProductRecord::ProductName).asText() == "Nameless" ? 1 : 0;
+    EXPECT_EQ(nameless, 1);
+    fakes->prompts.answerMessage(MsgResult::Yes); // close without it after all
+    EXPECT_TRUE(mainWindow->close());
 }
 
 TEST_F(TypingWindowTest, AnotherProductsPartNumberIsSaidAgainAtEveryChangeOfTheProduct)

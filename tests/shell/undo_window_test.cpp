@@ -180,6 +180,27 @@ TEST_F(UndoWindowTest, UndoAndRedoOfASideBoxBringTheProductTabForward)
     EXPECT_EQ(tabs->currentIndex(), 1);
 }
 
+TEST_F(UndoWindowTest, TypingTakenBackInABoxCanBeDoneAgain)
+{
+    button("Edit")->trigger();
+    goToRow(0);
+    QPlainTextEdit *notes = window->ui().Txtnotes;
+    focus(notes);
+    notes->moveCursor(QTextCursor::End);
+    QTest::keyClicks(notes, QStringLiteral(" More"));
+    EXPECT_TRUE(undo()->isEnabled());
+    EXPECT_EQ(undo()->text(), QStringLiteral("&Undo Typing"));
+    keys(Qt::Key_Z);
+    EXPECT_EQ(notes->toPlainText(), QStringLiteral("Two lines\nof notes"));
+    // Nothing else to take back, but the typing to do again: Redo offers it.
+    EXPECT_FALSE(undo()->isEnabled());
+    ASSERT_TRUE(redo()->isEnabled());
+    EXPECT_EQ(redo()->text(), QStringLiteral("&Redo Typing"));
+    redo()->trigger();
+    EXPECT_EQ(notes->toPlainText(), QStringLiteral("Two lines\nof notes More"));
+    EXPECT_FALSE(redo()->isEnabled());
+}
+
 TEST_F(UndoWindowTest, UndoStoresWhatIsStillBeingTypedAsAStepBeforeTakingItBack)
 {
     button("Edit")->trigger();

@@ -127,6 +127,11 @@ CatalogueReader::~CatalogueReader()
 
 CatalogueReadResult CatalogueReader::read(QByteArray bytes, const Observer &observer)
 {
+    // A Ctrl+Z after the last line is the end-of-file mark old Windows and DOS tools put at
+    // the end of a text file (a text file read on Windows ends there): it is no product.
+    constexpr char EndOfFileMark = '\x1a';
+    while (bytes.endsWith(EndOfFileMark))
+        bytes.chop(1);
     m_block = new CellTextBlock;
     m_block->bytes = std::move(bytes);
     const QByteArray &data = m_block->bytes;

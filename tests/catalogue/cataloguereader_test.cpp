@@ -198,6 +198,21 @@ TEST(CatalogueReaderTest, AFailureNamesTheSameLineEitherWay)
     expectBothWaysAlike(first + fullProduct("B") + "C" + End + "x" + End);
 }
 
+TEST(CatalogueReaderTest, ACtrlZAfterTheLastLineIsTheEndOfTheFile)
+{
+    // Windows-1252 as an old Windows tool leaves it: the end-of-file mark after the last line.
+    const std::string file = product({ "W-1", "Caf\xe9", "3.5" }) + fullProduct("B");
+    for (const std::string &ending : { std::string("\x1a"), std::string("\x1a\x1a") }) {
+        const Reading reading = expectBothWaysAlike(file + ending);
+        EXPECT_EQ(reading.result.status, CatalogueReadResult::Status::Ok);
+        EXPECT_EQ(reading.result.rowsRead, 2);
+        EXPECT_EQ(reading.table.get(2, ProductRecord::PartNumber).asText(), QStringLiteral("B"));
+    }
+    // Inside a field it is a character like any other.
+    const Reading inside = expectBothWaysAlike(product({ "Z-1", "a\x1a b", "1" }));
+    EXPECT_EQ(inside.table.get(1, ProductRecord::ProductName).asText(), QStringLiteral("a\x1a b"));
+}
+
 TEST(CatalogueReaderTest, EncodingsAndTheByteOrderMarkReadAlike)
 {
     const std::string utf8 = product({ "U-1", "Caf\xc3\xa9 \xe2\x82\xac", "3.5" });

@@ -230,7 +230,7 @@ bool CatalogueLifecycle::offerRecovery()
     const QString path = recoveryFilePath(m_module.DataFile);
     const QFileInfo file(path);
     if (!file.isFile()) {
-        if (offerBackup())
+        if (offerNameInOtherCase() || offerBackup())
             return true;
         m_recovery.start();
         return false;
@@ -285,6 +285,53 @@ void CatalogueLifecycle::replaceCatalogue(Table &&catalogue, qint32 count)
         m_module.Catalogue(), m_module.AllProducts(), ProductRecord::PartNumber, m_module.locale());
     m_module.SortedByPart = true;
     m_recovery.start(true);
+}
+
+QString CatalogueLifecycle::nameInOtherCase(const QString &dataFile)
+{
+    const QFileInfo wanted(dataFile);
+    if (wanted.exists())
+        return {};
+    const QStringList names = wanted.dir().entryList(QDir::Files | QDir::Hidden);
+    for (const QString &name : names) {
+        if (name.compare(wanted.fileName(), Qt::CaseInsensitive) == 0)
+            return wanted.dir().filePath(name);
+    }
+    return {};
+}
+
+QString CatalogueLifecycle::otherCaseQuestion(const QString &dataFile, const QString &found)
+{
+    return QStringLiteral("The folder holds \"%1\", but no \"%2\", the name Tarnwick keeps its "
+                          "catalogue under (this computer tells capital letters apart).\n\n"
+                          "Rename \"%1\" to \"%2\" and open it? No starts with an empty "
+                          "catalogue and leaves the file as it is.")
+        .arg(QFileInfo(found).fileName(), QFileInfo(dataFile).fileName());
+}
+
+bool CatalogueLifecycle::offerNameInOtherCase()
+{
+    const QString found = nameInOtherCase(m_module.DataFile);
+    if (found.isEmpty())
+        return false;
+    const int style = MsgStyle::YesNo | MsgStyle::Question;
+    if (m_prompts.msgBox(otherCaseQuestion(m_module.DataFile, found), style, CatalogueTitle)
+        != MsgResult::Yes)
+        return false;
+    if (!QFile::rename(found, m_module.DataFile)) {
+        m_prompts.msgBox(
+            QStringLiteral("\"%1\" could not be renamed to \"%2\". Tarnwick starts "
+                           "with an empty catalogue; rename the file yourself, then "
+                           "start Tarnwick again.")
+                .arg(QDir::toNativeSeparators(found), QFileInfo(m_module.DataFile).fileName()),
+            MsgStyle::Exclamation, CatalogueTitle);
+        return false;
+    }
+    // Read as at any start: what it holds wrong is said, and it counts as saved.
+    load();
+    showLoadMessages();
+    m_recovery.start();
+    return true;
 }
 
 bool CatalogueLifecycle::offerBackup()

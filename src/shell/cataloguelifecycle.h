@@ -80,6 +80,12 @@ public:
     /// it offers (at written), and No is then the default.
     static QString changedSinceNote(const QString &written);
 
+    /// The file in dataFile's folder whose name is dataFile's in other capital letters; empty
+    /// when there is none (or the file itself is there).
+    static QString nameInOtherCase(const QString &dataFile);
+    /// The question asked at start when the catalogue file is missing and such a file is there.
+    static QString otherCaseQuestion(const QString &dataFile, const QString &found);
+
     /// The question asked at start when the catalogue file is missing and its backup is there.
     static QString backupQuestion(
         const QString &dataFile, const QString &backup, const QString &when, int products);
@@ -107,6 +113,9 @@ private:
     void replaceCatalogue(Table &&catalogue, qint32 count);
     /// The backup of a missing catalogue file, when the user wants it; false otherwise.
     bool offerBackup();
+    /// A missing catalogue file whose name is there in other capital letters ("TWDATA.DAT",
+    /// copied from a stick or an old tool): renamed and read when the user wants it.
+    bool offerNameInOtherCase();
 
     Module1 &m_module;
     IPrompts &m_prompts;

@@ -142,6 +142,39 @@ TEST_F(CatalogueLifecycleTest, AMissingFileBesideItsBackupOffersToOpenTheBackup)
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
 }
 
+TEST_F(CatalogueLifecycleTest, ACatalogueNamedInOtherCapitalLettersIsOfferedRenamedAndRead)
+{
+    // Copied from a stick or an old tool as TWDATA.DAT.
+    folder.writeFile(QStringLiteral("TWDATA.DAT"), sampleCatalogue());
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Missing);
+    prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(lifecycle.offerRecovery());
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_EQ(prompts.shown()[0].text,
+        QStringLiteral("The folder holds \"TWDATA.DAT\", but no \"twdata.dat\", the name "
+                       "Tarnwick keeps its catalogue under (this computer tells capital letters "
+                       "apart).\n\nRename \"TWDATA.DAT\" to \"twdata.dat\" and open it? No "
+                       "starts with an empty catalogue and leaves the file as it is."));
+    EXPECT_EQ(prompts.shown()[0].style, MsgStyle::YesNo | MsgStyle::Question);
+    EXPECT_EQ(module.AllProducts().Count(), 3);
+    EXPECT_EQ(module.Catalogue().get(1, 1), Cell("A-100"));
+    EXPECT_FALSE(lifecycle.recovery().isModified()) << "read as at any start";
+    EXPECT_EQ(folder.fileNames(), QStringList({ "twdata.dat" }));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+}
+
+TEST_F(CatalogueLifecycleTest, ACatalogueInOtherCapitalLettersDeclinedIsLeftAsItIs)
+{
+    folder.writeFile(QStringLiteral("Twdata.dat"), sampleCatalogue());
+    loadAndReport();
+    prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(lifecycle.offerRecovery());
+    EXPECT_EQ(module.Catalogue().rowCount(), 0);
+    EXPECT_EQ(folder.readFile(QStringLiteral("Twdata.dat")), sampleCatalogue());
+    EXPECT_EQ(CatalogueLifecycle::nameInOtherCase(module.DataFile),
+        folder.filePath(QStringLiteral("Twdata.dat")));
+}
+
 TEST_F(CatalogueLifecycleTest, AMissingFileWhoseBackupIsDeclinedStartsEmptyAndKeepsTheBackup)
 {
     folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());

@@ -59,8 +59,10 @@ FrmUpdate::FrmUpdate(const AppServices &services, const Table &catalogue,
     // reached by Tab does: its left edge, beside its label, rather than the whole of it (a list
     // a little wider than the room scrolled every label out of view when the window opened).
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
+        if (now == nullptr)
+            return;
         QScrollArea *area = m_ui.MappingArea;
-        if (now == nullptr || !area->widget()->isAncestorOf(now))
+        if (!area->widget()->isAncestorOf(now))
             return;
         constexpr int RowsAround = 50;
         const QPoint at = now->mapTo(area->widget(), QPoint(0, now->height() / 2));
@@ -68,7 +70,11 @@ FrmUpdate::FrmUpdate(const AppServices &services, const Table &catalogue,
     });
 }
 
-FrmUpdate::~FrmUpdate() = default;
+FrmUpdate::~FrmUpdate()
+{
+    // Hiding the window as it goes moves the keyboard, and the window's parts are gone by then.
+    disconnect(qApp, &QApplication::focusChanged, this, nullptr);
+}
 
 FrmImportPreview *FrmUpdate::previewWindow() const
 {

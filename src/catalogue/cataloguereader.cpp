@@ -125,13 +125,33 @@ CatalogueReader::~CatalogueReader()
         delete m_block;
 }
 
+qsizetype CatalogueReader::endBeforeEndOfFileMark(const QByteArray &bytes)
+{
+    constexpr char EndOfFileMark = '\x1a';
+    qsizetype end = bytes.size();
+    qsizetype mark = -1;
+    for (qsizetype at = bytes.size() - 1; at >= 0; --at) {
+        const char c = bytes.at(at);
+        if (c == EndOfFileMark)
+            mark = at;
+        else if (c != '\r' && c != '\n' && c != '\0' && c != ' ' && c != '\t')
+            break;
+    }
+    // Only after a whole line (its line end, or the field end of a last line without one):
+    // inside a line it is a character of a field.
+    constexpr char FieldEndCharacter = '\x7f';
+    if (mark == 0
+        || (mark > 0 && (bytes.at(mark - 1) == '\n' || bytes.at(mark - 1) == FieldEndCharacter)))
+        end = mark;
+    return end;
+}
+
 CatalogueReadResult CatalogueReader::read(QByteArray bytes, const Observer &observer)
 {
     // A Ctrl+Z after the last line is the end-of-file mark old Windows and DOS tools put at
-    // the end of a text file (a text file read on Windows ends there): it is no product.
-    constexpr char EndOfFileMark = '\x1a';
-    while (bytes.endsWith(EndOfFileMark))
-        bytes.chop(1);
+    // the end of a text file (a text file read on Windows ends there): it is no product, nor
+    // are the line ends, blanks and zero bytes some tools put after it.
+    bytes.truncate(endBeforeEndOfFileMark(bytes));
     m_block = new CellTextBlock;
     m_block->bytes = std::move(bytes);
     const QByteArray &data = m_block->bytes;

@@ -45,6 +45,9 @@ public:
     /// rows before a failure. Valid UTF-8 is read as UTF-8 (an initial byte order mark is
     /// dropped), anything else as Windows-1252.
     CatalogueReadResult read(QByteArray bytes, const Observer &observer = {});
+    /// Where the file's text ends: before a Ctrl+Z after its last whole line and whatever line
+    /// ends, blanks and zero bytes follow it; the whole of the bytes otherwise.
+    static qsizetype endBeforeEndOfFileMark(const QByteArray &bytes);
 
 private:
     struct Line;

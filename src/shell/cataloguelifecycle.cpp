@@ -289,12 +289,15 @@ void CatalogueLifecycle::replaceCatalogue(Table &&catalogue, qint32 count)
 
 QString CatalogueLifecycle::nameInOtherCase(const QString &dataFile)
 {
+    // Also when the file is there but empty: a close after the offer was declined writes it so,
+    // and the catalogue in other capital letters is still the user's.
     const QFileInfo wanted(dataFile);
-    if (wanted.exists())
+    if (wanted.exists() && (!wanted.isFile() || wanted.size() > 0))
         return {};
     const QStringList names = wanted.dir().entryList(QDir::Files | QDir::Hidden);
     for (const QString &name : names) {
-        if (name.compare(wanted.fileName(), Qt::CaseInsensitive) == 0)
+        if (name != wanted.fileName() && name.compare(wanted.fileName(), Qt::CaseInsensitive) == 0
+            && QFileInfo(wanted.dir().filePath(name)).size() > 0)
             return wanted.dir().filePath(name);
     }
     return {};
@@ -302,6 +305,12 @@ QString CatalogueLifecycle::nameInOtherCase(const QString &dataFile)
 
 QString CatalogueLifecycle::otherCaseQuestion(const QString &dataFile, const QString &found)
 {
+    if (QFileInfo::exists(dataFile))
+        return QStringLiteral("The folder holds \"%1\", and \"%2\", the name Tarnwick keeps its "
+                              "catalogue under, is empty (this computer tells capital letters "
+                              "apart).\n\nRename \"%1\" to \"%2\" in its place and open it? No "
+                              "starts with an empty catalogue and leaves the files as they are.")
+            .arg(QFileInfo(found).fileName(), QFileInfo(dataFile).fileName());
     return QStringLiteral("The folder holds \"%1\", but no \"%2\", the name Tarnwick keeps its "
                           "catalogue under (this computer tells capital letters apart).\n\n"
                           "Rename \"%1\" to \"%2\" and open it? No starts with an empty "
@@ -318,6 +327,9 @@ bool CatalogueLifecycle::offerNameInOtherCase()
     if (m_prompts.msgBox(otherCaseQuestion(m_module.DataFile, found), style, CatalogueTitle)
         != MsgResult::Yes)
         return false;
+    // An empty file of the right name (a close after the offer was declined) gives way.
+    if (QFileInfo::exists(m_module.DataFile) && QFileInfo(m_module.DataFile).size() == 0)
+        QFile::remove(m_module.DataFile);
     if (!QFile::rename(found, m_module.DataFile)) {
         m_prompts.msgBox(
             QStringLiteral("\"%1\" could not be renamed to \"%2\". Tarnwick starts "

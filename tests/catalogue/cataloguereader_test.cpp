@@ -202,12 +202,17 @@ TEST(CatalogueReaderTest, ACtrlZAfterTheLastLineIsTheEndOfTheFile)
 {
     // Windows-1252 as an old Windows tool leaves it: the end-of-file mark after the last line.
     const std::string file = product({ "W-1", "Caf\xe9", "3.5" }) + fullProduct("B");
-    for (const std::string &ending : { std::string("\x1a"), std::string("\x1a\x1a") }) {
+    for (const std::string &ending :
+        { std::string("\x1a"), std::string("\x1a\x1a"), std::string("\x1a\r\n"),
+            std::string("\x1a\0\0\0", 4), std::string("\x1a \r\n\x1a") }) {
         const Reading reading = expectBothWaysAlike(file + ending);
         EXPECT_EQ(reading.result.status, CatalogueReadResult::Status::Ok);
         EXPECT_EQ(reading.result.rowsRead, 2);
         EXPECT_EQ(reading.table.get(2, ProductRecord::PartNumber).asText(), QStringLiteral("B"));
     }
+    // After a last line without its line end, too.
+    const std::string unended = file.substr(0, file.size() - 2) + "\x1a";
+    EXPECT_EQ(expectBothWaysAlike(unended).result.rowsRead, 2);
     // Inside a field it is a character like any other.
     const Reading inside = expectBothWaysAlike(product({ "Z-1", "a\x1a b", "1" }));
     EXPECT_EQ(inside.table.get(1, ProductRecord::ProductName).asText(), QStringLiteral("a\x1a b"));

@@ -173,6 +173,24 @@ TEST_F(CatalogueLifecycleTest, ACatalogueInOtherCapitalLettersDeclinedIsLeftAsIt
     EXPECT_EQ(folder.readFile(QStringLiteral("Twdata.dat")), sampleCatalogue());
     EXPECT_EQ(CatalogueLifecycle::nameInOtherCase(module.DataFile),
         folder.filePath(QStringLiteral("Twdata.dat")));
+    // The close writes the empty catalogue; the next start asks again.
+    EXPECT_TRUE(lifecycle.save().ok);
+    ASSERT_EQ(folder.readFile(QStringLiteral("twdata.dat")), QByteArray());
+    EXPECT_EQ(CatalogueLifecycle::nameInOtherCase(module.DataFile),
+        folder.filePath(QStringLiteral("Twdata.dat")));
+    EXPECT_TRUE(CatalogueLifecycle::otherCaseQuestion(
+        module.DataFile, folder.filePath(QStringLiteral("Twdata.dat")))
+                    .contains(QStringLiteral("\"twdata.dat\", the name Tarnwick keeps its "
+                                             "catalogue under, is empty")));
+    Module1 again(prompts, environment, QLocale(QLocale::English, QLocale::UnitedStates));
+    again.DataFile = module.DataFile;
+    CatalogueLifecycle next(again, prompts);
+    next.load();
+    prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(next.offerRecovery());
+    EXPECT_EQ(again.AllProducts().Count(), 3);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+    EXPECT_FALSE(folder.exists(QStringLiteral("Twdata.dat")));
 }
 
 TEST_F(CatalogueLifecycleTest, AMissingFileWhoseBackupIsDeclinedStartsEmptyAndKeepsTheBackup)

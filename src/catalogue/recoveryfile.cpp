@@ -10,6 +10,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QList>
+
+#include <algorithm>
 
 namespace tarnwick {
 
@@ -22,14 +25,29 @@ QString sideFileName(const QString &dataFile, const QString &infix, const QStrin
     return data.dir().filePath(data.completeBaseName() + infix + stamp + QLatin1Char('.') + suffix);
 }
 
-bool sameProduct(const Table &a, int rowA, const Table &b, int rowB)
+bool sameFrom(const Table &a, int rowA, const Table &b, int rowB, int firstField)
 {
-    for (int field = 1; field <= ProductRecord::FieldCount; ++field) {
+    for (int field = firstField; field <= ProductRecord::FieldCount; ++field) {
         if (!(a.get(rowA, field) == b.get(rowB, field)))
             return false;
     }
     return true;
 }
+
+bool sameProduct(const Table &a, int rowA, const Table &b, int rowB)
+{
+    return sameFrom(a, rowA, b, rowB, ProductRecord::PartNumber);
+}
+
+/// The same product with another part number (or none): every other field alike.
+bool renamedProduct(const Table &a, int rowA, const Table &b, int rowB)
+{
+    return sameFrom(a, rowA, b, rowB, ProductRecord::PartNumber + 1);
+}
+
+/// The most rows left unmatched on each side that are paired by their other fields; beyond
+/// it (a whole catalogue of new part numbers) the pairing would cost more than it tells.
+constexpr int MostRenamedPairs = 1000;
 
 } // namespace
 
@@ -106,17 +124,34 @@ CatalogueChanges compareCatalogues(
     for (int row = savedRows; row >= 1; --row)
         savedRowsByPart.insert(saved.get(row, ProductRecord::PartNumber).asText(), row);
     CatalogueChanges changes;
+    QList<int> unmatched;
     for (int row = 1; row <= recoveredRows; ++row) {
         const QString part = recovered.get(row, ProductRecord::PartNumber).asText();
         const auto match = savedRowsByPart.find(part);
         if (match == savedRowsByPart.end()) {
-            ++changes.added;
+            unmatched << row;
             continue;
         }
         if (!sameProduct(saved, match.value(), recovered, row))
             ++changes.changed;
         savedRowsByPart.erase(match);
     }
+    // A product whose part number alone was changed or cleared is that product changed, not
+    // one deleted and another added (a restore question saying "deleted" invites a No).
+    if (unmatched.size() <= MostRenamedPairs && savedRowsByPart.size() <= MostRenamedPairs) {
+        for (auto row = unmatched.begin(); row != unmatched.end();) {
+            const auto same = std::find_if(savedRowsByPart.begin(), savedRowsByPart.end(),
+                [&](int savedRow) { return renamedProduct(saved, savedRow, recovered, *row); });
+            if (same == savedRowsByPart.end()) {
+                ++row;
+                continue;
+            }
+            ++changes.changed;
+            savedRowsByPart.erase(same);
+            row = unmatched.erase(row);
+        }
+    }
+    changes.added = int(unmatched.size());
     changes.deleted = int(savedRowsByPart.size());
     return changes;
 }

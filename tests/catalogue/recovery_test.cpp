@@ -156,6 +156,26 @@ TEST_F(RecoveryFileTest, CountsChangedAddedAndDeletedProductsByPartNumber)
     EXPECT_EQ(none.changed + none.added + none.deleted, 0);
 }
 
+TEST_F(RecoveryFileTest, APartNumberChangedOrClearedIsAChangedProduct)
+{
+    Table saved;
+    fill(saved, { { "A", "Alpha", "1" }, { "B", "Beta", "2" }, { "C", "Gamma", "3" } });
+    Table recovered;
+    // B's part number cleared, C's changed, A as it was.
+    fill(recovered, { { "A", "Alpha", "1" }, { "", "Beta", "2" }, { "C-2", "Gamma", "3" } });
+    const CatalogueChanges changes = compareCatalogues(saved, 3, recovered, 3);
+    EXPECT_EQ(changes.changed, 2);
+    EXPECT_EQ(changes.added, 0);
+    EXPECT_EQ(changes.deleted, 0);
+    // A new part number with another name too is another product.
+    Table other;
+    fill(other, { { "A", "Alpha", "1" }, { "B", "Beta", "2" }, { "C-2", "Gamma two", "3" } });
+    const CatalogueChanges replaced = compareCatalogues(saved, 3, other, 3);
+    EXPECT_EQ(replaced.changed, 0);
+    EXPECT_EQ(replaced.added, 1);
+    EXPECT_EQ(replaced.deleted, 1);
+}
+
 TEST_F(RecoveryFileTest, IsKeptUnderANameOfItsOwnThatNoLaterRunUses)
 {
     const QDateTime when(QDate(2026, 11, 25), QTime(14, 5, 12));

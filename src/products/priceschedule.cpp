@@ -133,7 +133,19 @@ QString formatPriceBox(const QString &text, const QLocale &locale)
 
 QString listPriceNotice(const Cell &price, const QLocale &locale)
 {
-    if (price.isBlank() || price.isNumber() || !price.isText() || conv::isNumeric(price, locale))
+    if (price.isBlank())
+        return QString();
+    // Below zero is kept as typed (a credit, a deposit returned), but said: typed by mistake,
+    // every unit on a quote would take that much off its total.
+    if (price.isNumber() || conv::isNumeric(price, locale)) {
+        const double value = conv::toDouble(price, locale);
+        if (value >= 0)
+            return QString();
+        return QStringLiteral("The list price %1 is below zero: every unit of this product on a "
+                              "quote takes that much off its total.")
+            .arg(format(Cell(value), QStringLiteral("currency"), locale));
+    }
+    if (!price.isText())
         return QString();
     const QString text = price.asText();
     if (text.trimmed().isEmpty())

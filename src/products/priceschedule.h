@@ -56,7 +56,8 @@ QString creatdiscs(const Table &catalogue, int row, const QLocale &locale);
 QString formatPriceBox(const QString &text, const QLocale &locale);
 
 /// What the status bar says of a list price that is no number, which a quote charges as
-/// nothing (one typed as "1 234,56" or "n/a"); empty for a number or an empty price.
+/// nothing (one typed as "1 234,56" or "n/a"), or that is below zero; empty for a number of
+/// zero or more or an empty price.
 QString listPriceNotice(const Cell &price, const QLocale &locale);
 
 } // namespace PriceSchedule

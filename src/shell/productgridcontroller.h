@@ -113,7 +113,8 @@ private:
     /// News about the product shown (the schedule's problems, a part number another product
     /// has) in the status bar, the whole of it as the tool tip; it goes when another row shows.
     void showRowStatus(const QString &text);
-    /// Says in the status bar when a list price is no number (PriceSchedule::listPriceNotice).
+    /// Says in the status bar when a list price is no number or below zero
+    /// (PriceSchedule::listPriceNotice).
     void sayIfNoPrice(const Cell &price);
     void sayRowStanding(int row);
     bool priceBoxKey(const QKeyEvent &key);

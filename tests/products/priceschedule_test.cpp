@@ -244,6 +244,16 @@ TEST(PriceScheduleTest, AListPriceThatIsNoNumberIsSaid)
     for (const Cell &fine : { Cell("$12.50"), Cell(12.5f), Cell(), Cell(""), Cell("  ") })
         EXPECT_EQ(PriceSchedule::listPriceNotice(fine, EnUs), QString());
     EXPECT_EQ(PriceSchedule::listPriceNotice(Cell("1.234,56 \u20ac"), DeDe), QString());
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell(0.0f), EnUs), QString());
+}
+
+TEST(PriceScheduleTest, AListPriceBelowZeroIsSaid)
+{
+    const QString said = QStringLiteral("The list price ($3.00) is below zero: every unit of this "
+                                        "product on a quote takes that much off its total.");
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell(-3.0f), EnUs), said);
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell("-3"), EnUs), said);
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell("($3.00)"), EnUs), said);
 }
 
 } // namespace

@@ -342,8 +342,11 @@ Cell ImportPlanner::newCell(int field, RowCells &cells)
         return cell.isBlank() ? Cell(MissingProductName) : nameCell(std::move(cell));
     if (field == P::Price) {
         const std::optional<double> price = number(cell);
-        if (!price)
+        if (!price) {
+            if (!cell.isBlank())
+                ++m_plan.addedWithoutPrice;
             return Cell();
+        }
         // Too large for the catalogue: an overflow, which the import reports as an error
         // reading the sheet, and the product comes without a price.
         if (!fitsPrice(*price)) {

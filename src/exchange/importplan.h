@@ -87,6 +87,9 @@ struct ImportPlan
     std::vector<int> addedSheetRows;
     std::vector<ChangedProduct> changed;
     int unchanged = 0;
+    /// New products whose list price cell held something that is no number (adding takes
+    /// them without a price, as it always did).
+    int addedWithoutPrice = 0;
     std::vector<SkippedRow> skipped;
     /// The first error met while reading cells, if any.
     std::optional<VbError> firstError;

@@ -53,7 +53,7 @@ QString reasonText(SkipReason reason)
     return QStringLiteral("could not be read");
 }
 
-QStringList countLines(const ImportPlan &plan)
+QList<CountLine> namedCountLines(const ImportPlan &plan)
 {
     QStringList reasons;
     for (const SkipReason reason : Reasons) {
@@ -63,19 +63,35 @@ QStringList countLines(const ImportPlan &plan)
     QString skipped = QStringLiteral("Rows skipped: %1").arg(plan.skippedCount());
     if (!reasons.isEmpty())
         skipped += QStringLiteral(" (%1)").arg(reasons.join(QStringLiteral("; ")));
-    QStringList lines { QStringLiteral("Products added: %1").arg(plan.addedCount()),
-        QStringLiteral("Products changed: %1").arg(plan.changed.size()),
-        QStringLiteral("Products unchanged: %1").arg(plan.unchanged), skipped };
+    QList<CountLine> lines { { "LblAdded",
+                                 QStringLiteral("Products added: %1").arg(plan.addedCount()) },
+        { "LblChanged", QStringLiteral("Products changed: %1").arg(plan.changed.size()) },
+        { "LblUnchanged", QStringLiteral("Products unchanged: %1").arg(plan.unchanged) },
+        { "LblSkipped", skipped } };
+    if (plan.addedWithoutPrice > 0)
+        lines.append({ "LblWithoutPrice",
+            QStringLiteral("Products added without a list price, as their price is no number: %1")
+                .arg(plan.addedWithoutPrice) });
     if (plan.rowsLeftBelow > 0 && plan.endedWithoutPartNumber) {
-        lines << QStringLiteral("Rows not read: row %1 and every row below it. Row %1 has no "
-                                "part number, which ends the import.")
-                     .arg(plan.rowsLeftBelow);
+        lines.append({ "LblNotRead",
+            QStringLiteral("Rows not read: row %1 and every row below it. Row %1 has no part "
+                           "number, which ends the import.")
+                .arg(plan.rowsLeftBelow) });
     } else if (plan.rowsLeftBelow > 0) {
-        lines << QStringLiteral("Rows not read: every row below row %1, which is empty in the "
-                                "mapped columns and ends the import.")
-                     .arg(plan.rowsLeftBelow);
+        lines.append({ "LblNotRead",
+            QStringLiteral("Rows not read: every row below row %1, which is empty in the mapped "
+                           "columns and ends the import.")
+                .arg(plan.rowsLeftBelow) });
     }
     return lines;
+}
+
+QStringList countLines(const ImportPlan &plan)
+{
+    QStringList texts;
+    for (const CountLine &line : namedCountLines(plan))
+        texts << line.text;
+    return texts;
 }
 
 QString resultMessage(const ImportPlan &plan)

@@ -23,9 +23,20 @@ QString reasonText(SkipReason reason);
 /// The counts of a plan, one line each, as the preview shows them and the result message
 /// repeats them: "Products added: 3", "Products changed: 5", "Products unchanged: 12" and
 /// "Rows skipped: 4 (empty part number: 1; part number twice in the sheet: 3)" (the reasons
-/// that occur, in a fixed order; "Rows skipped: 0" when there are none), and, when an update
-/// ended at an empty row with rows below it, "Rows not read: every row below row 7, …".
+/// that occur, in a fixed order; "Rows skipped: 0" when there are none); when new products came
+/// without a price because theirs is no number, "Products added without a list price, …: 2";
+/// and when the plan ended with rows left unread, "Rows not read: every row below row 7, …".
 QStringList countLines(const ImportPlan &plan);
+
+/// One of the count lines with the name of the control that shows it in the preview
+/// ("LblAdded", "LblWithoutPrice", "LblNotRead" …).
+struct CountLine
+{
+    const char *name;
+    QString text;
+};
+/// The count lines of countLines, each with its control's name.
+QList<CountLine> namedCountLines(const ImportPlan &plan);
 /// The message after a plan was applied: the count lines, one per line.
 QString resultMessage(const ImportPlan &plan);
 

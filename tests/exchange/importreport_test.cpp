@@ -109,6 +109,18 @@ TEST(ImportReport, NothingSkippedSaysSo)
             "Rows skipped: 0" }));
 }
 
+TEST(ImportReport, AddingSaysWhichNewProductsCameWithoutAPrice)
+{
+    const ImportPlan plan = planOf(sampleCatalogue(),
+        "Part Number\tProduct Name\tPrice\r\nN-1\tNail\tabc\r\nN-2\tNut\t2,45,0\r\n"
+        "N-3\tPin\t\r\nN-4\tPeg\t4\r\n",
+        ImportAction::AddNew);
+    EXPECT_EQ(plan.addedCount(), 4);
+    EXPECT_EQ(plan.addedWithoutPrice, 2) << "an empty price is no price to miss";
+    EXPECT_EQ(ImportReport::countLines(plan).value(4),
+        "Products added without a list price, as their price is no number: 2");
+}
+
 TEST(ImportReport, AddingCountsTheKnownPartNumbers)
 {
     const ImportPlan plan = planOf(sampleCatalogue(), Rows, ImportAction::AddNew);

@@ -65,9 +65,11 @@ protected:
         QStringList lines;
         for (const char *name : { "LblAdded", "LblChanged", "LblUnchanged", "LblSkipped" })
             lines << preview->findChild<QLabel *>(QString::fromLatin1(name))->text();
-        // Shown only when an update left rows below an empty row unread.
-        if (const auto *notRead = preview->findChild<QLabel *>(QStringLiteral("LblNotRead")))
-            lines << notRead->text();
+        // Shown only when new products came without a price, and when rows were left unread.
+        for (const char *name : { "LblWithoutPrice", "LblNotRead" }) {
+            if (const auto *line = preview->findChild<QLabel *>(QString::fromLatin1(name)))
+                lines << line->text();
+        }
         return lines;
     }
 
@@ -315,6 +317,7 @@ TEST_F(FrmUpdatePreviewTest, PastedRowsAreShownInThePreviewWhenAddingToo)
     EXPECT_EQ(counts(preview),
         (QStringList { "Products added: 3", "Products changed: 0", "Products unchanged: 0",
             "Rows skipped: 2 (part number already exists: 2)",
+            "Products added without a list price, as their price is no number: 1",
             "Rows not read: every row below row 7, which is empty in the mapped columns and ends "
             "the import." }));
     expectCatalogueAsBefore();
@@ -323,6 +326,7 @@ TEST_F(FrmUpdatePreviewTest, PastedRowsAreShownInThePreviewWhenAddingToo)
     EXPECT_EQ(products.Count(), 4);
     EXPECT_EQ(fakes.prompts.texts().last(),
         "Products added: 3\nProducts changed: 0\nProducts unchanged: 0\nRows skipped: 2 (part "
-        "number already exists: 2)\nRows not read: every row below row 7, which is empty in the "
-        "mapped columns and ends the import.");
+        "number already exists: 2)\nProducts added without a list price, as their price is no "
+        "number: 1\nRows not read: every row below row 7, which is empty in the mapped columns "
+        "and ends the import.");
 }

@@ -25,10 +25,6 @@ template <typename W> W *previewControl(W *widget, const QString &name)
     return widget;
 }
 
-/// The names of the count labels, in the order of ImportReport::countLines.
-const char *const CountLabels[] = { "LblAdded", "LblChanged", "LblUnchanged", "LblSkipped",
-    "LblNotRead" };
-
 } // namespace
 
 FrmImportPreview::FrmImportPreview(ImportPlan plan, const QLocale &locale, QWidget *parent)
@@ -62,10 +58,8 @@ void FrmImportPreview::setupUi()
     previewControl(this, QStringLiteral("FrmImportPreview"));
     setWindowTitle(QStringLiteral("Import Preview"));
     auto *layout = new QVBoxLayout(this);
-    const QStringList counts = ImportReport::countLines(m_plan);
-    for (int line = 0; line < counts.size(); ++line) {
-        auto *label =
-            previewControl(new QLabel(counts[line], this), QString::fromLatin1(CountLabels[line]));
+    for (const ImportReport::CountLine &line : ImportReport::namedCountLines(m_plan)) {
+        auto *label = previewControl(new QLabel(line.text, this), QString::fromLatin1(line.name));
         label->setWordWrap(true);
         layout->addWidget(label);
     }

@@ -41,6 +41,15 @@ bool hasPartNumber(const Cell &cell, const QLocale &locale)
     return !cell.isNull() && !conv::toText(cell, locale).isEmpty();
 }
 
+bool isProductWithoutPartNumber(std::span<const Cell> row, const QLocale &locale)
+{
+    if (row.empty() || hasPartNumber(row.front(), locale))
+        return false;
+    // The other fields, tested as the part number is: anything in one makes a product.
+    return std::any_of(row.begin() + 1, row.end(),
+        [&locale](const Cell &cell) { return hasPartNumber(cell, locale); });
+}
+
 CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, qint32 count)
 {
     CatalogueFileText result;
@@ -297,18 +306,6 @@ qsizetype sizeHintOf(const Table &table)
 /// (result.ok stays true) or the sink refused a piece (result.ok becomes false). validUtf8
 /// tells whether every byte given so far is valid UTF-8; a piece always ends with a line end,
 /// so no character is split between two pieces.
-/// Whether any field of a row other than its part number holds something.
-bool holdsSomething(std::span<const Cell> cells, const QLocale &locale)
-{
-    for (std::size_t field = ProductRecord::PartNumber; field < cells.size(); ++field) {
-        const Cell &cell = cells[field];
-        if (cell.isText() ? !cell.textView().isEmpty()
-                          : !cell.isNull() && !conv::toText(cell, locale).isEmpty())
-            return true;
-    }
-    return false;
-}
-
 bool writeRows(const Table &table, ByteLineWriter &writer, CatalogueStreamResult &result,
     const QLocale &locale, CatalogueByteSink &sink, qsizetype pieceSize, bool &validUtf8,
     RowsWithoutPartNumber keep)
@@ -342,7 +339,8 @@ bool writeRows(const Table &table, ByteLineWriter &writer, CatalogueStreamResult
     for (qint32 row = 1; row <= lastRow; ++row) {
         const std::span<const Cell> cells = table.row(row);
         if (!hasPartNumber(cells[ProductRecord::PartNumber - 1], locale)
-            && (keep == RowsWithoutPartNumber::Dropped || !holdsSomething(cells, locale))) {
+            && (keep == RowsWithoutPartNumber::Dropped
+                || !isProductWithoutPartNumber(cells, locale))) {
             result.count = row - 1;
             continue;
         }

@@ -5,6 +5,8 @@
 #include <QLocale>
 #include <QString>
 
+#include <span>
+
 namespace tarnwick {
 
 class Cell;
@@ -31,6 +33,11 @@ CatalogueFileText catalogueFileText(const Table &table, const QLocale &locale, q
 /// Whether the file keeps a row with this part number cell: a row without a part number (an
 /// empty cell or an empty text) is not written.
 bool hasPartNumber(const Cell &cell, const QLocale &locale);
+
+/// Whether a row (its cells from the part number on) is a product the file would not keep:
+/// no part number, but a name, a price, a note or a price point typed into it (a row added
+/// and left empty is no product yet).
+bool isProductWithoutPartNumber(std::span<const Cell> row, const QLocale &locale);
 
 /// What becomes of rows without a part number: the catalogue file drops them (it keeps a
 /// product by its part number); the recovery file keeps those with something in them, so a

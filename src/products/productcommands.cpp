@@ -109,16 +109,8 @@ QList<int> rowsWithoutPartNumber(const Table &catalogue, const QLocale &locale)
     if (catalogue.fieldCount() < ProductRecord::FieldCount)
         return rows;
     for (int row = 1; row <= catalogue.rowCount(); ++row) {
-        if (hasPartNumber(catalogue.get(row, ProductRecord::PartNumber), locale))
-            continue;
-        for (int field = ProductRecord::PartNumber + 1; field <= ProductRecord::FieldCount;
-             ++field) {
-            const Cell &cell = catalogue.get(row, field);
-            if (!cell.isNull() && !conv::toText(cell, locale).isEmpty()) {
-                rows.append(row);
-                break;
-            }
-        }
+        if (isProductWithoutPartNumber(catalogue.row(row), locale))
+            rows.append(row);
     }
     return rows;
 }
@@ -129,14 +121,9 @@ QString rowStandingText(const Table &catalogue, int row, const QLocale &locale)
         return {};
     if (QString taken = partNumberTakenText(catalogue, row, locale); !taken.isEmpty())
         return taken;
-    if (hasPartNumber(catalogue.get(row, ProductRecord::PartNumber), locale))
-        return {};
-    for (int field = ProductRecord::PartNumber + 1; field <= ProductRecord::FieldCount; ++field) {
-        const Cell &cell = catalogue.get(row, field);
-        if (!cell.isNull() && !conv::toText(cell, locale).isEmpty())
-            return QStringLiteral("This product has no part number: the catalogue file keeps "
-                                  "only products that have one. Type one to keep it.");
-    }
+    if (isProductWithoutPartNumber(catalogue.row(row), locale))
+        return QStringLiteral("This product has no part number: the catalogue file keeps only "
+                              "products that have one. Type one to keep it.");
     return {};
 }
 

@@ -60,7 +60,6 @@ void ExchangeController::Export()
 void ExchangeController::storePendingEdits()
 {
     // The file holds what the user sees: the cell being typed, the side boxes and the schedule.
-    m_ui.GrdMain->commitPendingEdit();
     m_grid.storePendingEdit();
 }
 

@@ -8,7 +8,6 @@
 #include "platform/ifiledialogs.h"
 #include "products/productcommands.h"
 #include "shell/cataloguelifecycle.h"
-#include "shell/gridview.h"
 #include "shell/mainwindowui.h"
 #include "shell/productgridcontroller.h"
 #include "shell/statustext.h"
@@ -68,7 +67,6 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
 
 void SaveController::storeEdits()
 {
-    m_ui.GrdMain->commitPendingEdit();
     m_grid.storePendingEdit();
 }
 

@@ -118,19 +118,7 @@ void frmMain::keepFrameOnScreen()
         resize(fitted.size());
     if (fitted.topLeft() != inner.topLeft())
         move(fitted.topLeft() - QPoint(frame.left(), frame.top()));
-    // The fit belongs to the placement the start applied: a stored value the start had to
-    // change (cut to the screen, damaged) stays as stored unless the user moves or sizes the
-    // window; one the start applied as it was (or a first run's) follows the fit.
-    const MainWindowSettings now = currentSettings();
-    const auto follow = [](float &stored, float &applied, float value) {
-        if (stored == applied)
-            stored = value;
-        applied = value;
-    };
-    follow(m_startStored.left, m_startApplied.left, now.left);
-    follow(m_startStored.top, m_startApplied.top, now.top);
-    follow(m_startStored.width, m_startApplied.width, now.width);
-    follow(m_startStored.height, m_startApplied.height, now.height);
+    followFittedPlacement(m_startStored, m_startApplied, currentSettings());
 }
 
 void frmMain::Frame1_MouseDown(Qt::MouseButton Button)

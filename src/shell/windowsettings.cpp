@@ -65,6 +65,20 @@ QRect fitFrameOnScreen(const QRect &inner, const QMargins &frame, const QRect &a
     return QRect(QPoint(left + frame.left(), top + frame.top()), size);
 }
 
+void followFittedPlacement(
+    MainWindowSettings &stored, MainWindowSettings &applied, const MainWindowSettings &fitted)
+{
+    const auto follow = [](float &storedValue, float &appliedValue, float value) {
+        if (storedValue == appliedValue)
+            storedValue = value;
+        appliedValue = value;
+    };
+    follow(stored.left, applied.left, fitted.left);
+    follow(stored.top, applied.top, fitted.top);
+    follow(stored.width, applied.width, fitted.width);
+    follow(stored.height, applied.height, fitted.height);
+}
+
 QRect placeMainWindow(
     const QRect &stored, bool sizeStored, const QRect &available, const QSize &minimum)
 {

@@ -53,6 +53,13 @@ inline constexpr QSize FirstRunLeastSize { 1120, 720 };
 /// and the inner area's size, before the frame is known.
 QRect fitFrameOnScreen(const QRect &inner, const QMargins &frame, const QRect &available);
 
+/// The frame's fit belongs to the placement the start applied: a stored value the start had to
+/// change (cut to the screen, damaged) stays as stored, so it is saved so unless the user moves
+/// or sizes the window; one the start applied as it was (or a first run's) follows the fit.
+/// Changes the placement of stored and applied; the split and the column width stay.
+void followFittedPlacement(
+    MainWindowSettings &stored, MainWindowSettings &applied, const MainWindowSettings &fitted);
+
 /// Where the main window opens, in pixels. Without a stored size it takes FirstRunScreenShare
 /// of the available screen, but at least FirstRunLeastSize as far as the screen goes, centred.
 /// Otherwise the stored frame is kept as it is whenever it fits: a larger size is cut to the

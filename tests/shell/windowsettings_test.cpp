@@ -143,6 +143,23 @@ TEST(WindowPlacementTest, TheFrameTheDesktopAddsIsBroughtOntoTheScreenWithTheWin
         QRect(1367, 50, 800, 600));
 }
 
+TEST(WindowPlacementTest, AFittedPlacementIsSavedOnlyWhereTheStoredOneWasApplied)
+{
+    MainWindowSettings stored;
+    stored.height = 491505; // damaged: the start applied another height
+    MainWindowSettings applied = stored;
+    applied.height = 11520;
+    MainWindowSettings fitted = applied;
+    fitted.top = 300;
+    fitted.height = 11200;
+    followFittedPlacement(stored, applied, fitted);
+    EXPECT_EQ(stored.top, 300.0f) << "applied as stored: the fit is what is saved";
+    EXPECT_EQ(stored.height, 491505.0f) << "changed by the start: stays as stored";
+    EXPECT_EQ(applied.top, 300.0f);
+    EXPECT_EQ(applied.height, 11200.0f);
+    EXPECT_EQ(stored.left, MainWindowSettings().left);
+}
+
 TEST(WindowPlacementTest, AFirstRunTakesTwoThirdsOfALargeScreenCentred)
 {
     const QRect screen(0, 0, 1920, 1080);

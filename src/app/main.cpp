@@ -7,6 +7,7 @@
 #include "platform/appfolder.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
+#include "platform/qt/clipboardkeeper.h"
 #include "platform/qt/qtprompts.h"
 #include "platform/qt/qtservices.h"
 #include "shell/frmmain.h"
@@ -39,6 +40,9 @@ int main(int argc, char *argv[])
 {
     // Started by the program itself to read a workbook: no window, no application object.
     if (const std::optional<int> code = WorkbookReaderChild::runIfAsked(argc, argv))
+        return *code;
+    // Started by the program itself, at its close, to keep what it copied on the clipboard.
+    if (const std::optional<int> code = ClipboardKeeper::runIfAsked(argc, argv))
         return *code;
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarnwick"));

@@ -30,6 +30,9 @@ public:
     /// Whether the desktop keeps the clipboard's contents once the program that put them there
     /// has ended (a desktop without a clipboard keeper drops them with it).
     virtual bool keepsCopyAfterExit() const = 0;
+    /// Hands what this program copied to a keeper of its own that serves it after the program
+    /// has ended, until something else is copied; whether the keeper holds it now.
+    virtual bool handOverOwnCopy() = 0;
 };
 
 } // namespace tarnwick

@@ -313,7 +313,7 @@ bool frmMain::Form_Unload()
 {
     if (!m_loaded)
         return true;
-    if (!m_closeFromOutside && !keepCopyOnClipboard())
+    if (!keepCopyOnClipboard())
         return false;
     m_exchange->closeImportWindow();
     // What is being typed is kept however the window is closed (the title bar's button or
@@ -342,9 +342,11 @@ bool frmMain::Form_Unload()
 bool frmMain::keepCopyOnClipboard()
 {
     // A quote copied to be pasted into a mail after closing would be gone on a desktop that
-    // keeps nothing of a program that has ended: the user pastes first or knowingly not.
-    const IClipboard &clipboard = m_services.clipboard;
-    if (!clipboard.holdsOwnCopy() || clipboard.keepsCopyAfterExit())
+    // keeps nothing of a program that has ended: Tarnwick's own keeper serves it on, and where
+    // none can, the user pastes first or knowingly not (a termination waits for no answer).
+    IClipboard &clipboard = m_services.clipboard;
+    if (!clipboard.holdsOwnCopy() || clipboard.keepsCopyAfterExit() || clipboard.handOverOwnCopy()
+        || m_closeFromOutside)
         return true;
     return m_services.prompts.msgBox(ClipboardLostQuestion,
                MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2,

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """End-to-end check of the pricing aids on the real program: a quote line of 22 units of a
 product with a break at 25 names that break under the totals, and with "Show volume prices"
-ticked in the Quote Note window the quote document on the clipboard lists the cheaper breaks.
+ticked in the Quote Note window the quote document on the clipboard lists the cheaper breaks;
+it stays on the clipboard, in every form, once the program has closed.
 
     tarnwick_pricing_e2e.py --driver DIR --program PATH --sample FILE [--source DIR] SCENARIO
 
@@ -18,6 +19,25 @@ from tarnwick_e2e import check, wait_for  # noqa: E402
 
 NEXT_BREAK = ("Next break for BV-1050: 25 or more at $10.95 each \u2014 3 more units save "
               "$23.75 on this line.")
+
+
+def keepers_on(display):
+    """The pids of Tarnwick's clipboard keepers serving this X display."""
+    found = []
+    for entry in os.listdir("/proc"):
+        if not entry.isdigit():
+            continue
+        try:
+            with open("/proc/%s/comm" % entry) as f:
+                if f.read().strip() != "tarnwick-clip":
+                    continue
+            with open("/proc/%s/environ" % entry, "rb") as f:
+                if b"DISPLAY=" + display.encode() + b"\0" not in f.read():
+                    continue
+        except OSError:
+            continue
+        found.append(int(entry))
+    return found
 
 
 def scenario_pricing(run):
@@ -48,13 +68,27 @@ def scenario_pricing(run):
             check(order in text, "%r in the document: %r" % (order, text))
         check(text.index("Order 25") < text.index("Order 50") < text.index("Order 100"),
               "the breaks in ascending quantity")
-        # No clipboard keeper runs on this display: the close asks before the copy goes.
-        s.close(wait=False)
-        box = s.answer_next_box("Yes", title="Clipboard")
-        check("still on the clipboard" in box.text, "the close names the copy: %r" % box.text)
-        code = s.wait_exit(10)
-        check(code == 0, "the program exits cleanly after Yes: %r" % code)
+        forms = ("text/plain", "UTF8_STRING", "STRING", "TEXT", "text/html", "text/rtf",
+                 "application/rtf")
+        copied = {form: s.clipboard(form, raw=True) for form in forms}
+        check(all(copied.values()), "every form of the copy offered: %r"
+              % [form for form in forms if not copied[form]])
+        # No clipboard keeper runs on this display: Tarnwick's own takes the copy, and the
+        # close asks nothing.
+        code = s.close()
+        check(code == 0, "the program exits cleanly: %r" % code)
+        kept = {form: s.clipboard(form, raw=True) for form in forms}
+        for form in forms:
+            check(kept[form] == copied[form], "%s the same after the close: %r" % (form, kept[form]))
+        keepers = wait_for(lambda: keepers_on(s.display), 5, "the keeper running")
+        # Something else copied: the keeper has nothing left to keep.
+        s.set_clipboard("elsewhere")
+        wait_for(lambda: not any(os.path.exists("/proc/%d" % pid) for pid in keepers), 10,
+                 "the keeper gone once something else was copied")
+        check(s.clipboard("UTF8_STRING") == "elsewhere", "the new copy on the clipboard")
     finally:
+        for pid in keepers_on(s.display):
+            os.kill(pid, 9)
         s.stop()
     with open(run.settings_file()) as f:
         check("VolumePrices=1" in f.read(), "the setting is kept")

@@ -265,12 +265,13 @@ TEST_F(DocumentsWindowTest, CopyPutsTheQuoteDocumentWithHeadingAndTotalsOnTheCli
 
 TEST_F(DocumentsWindowTest, ACloseAsksBeforeACopyTheDesktopWouldDropGoesWithTheProgram)
 {
-    fakes->clipboard.keepsAfterExit = false;
+    fakes->clipboard.keepsAfterExit = false; // and no keeper of Tarnwick's takes it
     goToRow(0);
     action("mnuGrdMainQuote")->trigger();
     action("mnuquotecopy")->trigger();
     fakes->prompts.answerMessage(MsgResult::No);
     EXPECT_FALSE(window->close()) << "No: Tarnwick stays, the copy with it";
+    EXPECT_EQ(fakes->clipboard.handOverCount(), 1);
     ASSERT_EQ(fakes->prompts.shown().size(), 1U);
     EXPECT_EQ(fakes->prompts.shown().front().text, frmMain::ClipboardLostQuestion);
     EXPECT_EQ(fakes->prompts.shown().front().title, QStringLiteral("Clipboard"));
@@ -282,7 +283,19 @@ TEST_F(DocumentsWindowTest, ACloseAsksBeforeACopyTheDesktopWouldDropGoesWithTheP
     EXPECT_EQ(fakes->prompts.shown().size(), 1U);
 }
 
-TEST_F(DocumentsWindowTest, ATerminationDoesNotAskAboutTheCopy)
+TEST_F(DocumentsWindowTest, AKeeperTakesTheCopyAndTheCloseAsksNothing)
+{
+    fakes->clipboard.keepsAfterExit = false;
+    fakes->clipboard.handsOver = true;
+    goToRow(0);
+    action("mnuGrdMainQuote")->trigger();
+    action("mnuquotecopy")->trigger();
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(fakes->clipboard.handOverCount(), 1);
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
+TEST_F(DocumentsWindowTest, ATerminationDoesNotAskAboutTheCopyButHandsItOver)
 {
     goToRow(0);
     action("mnuGrdMainQuote")->trigger();
@@ -291,6 +304,7 @@ TEST_F(DocumentsWindowTest, ATerminationDoesNotAskAboutTheCopy)
     window->requestClose(); // a termination signal: nothing it could wait for
     EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_EQ(fakes->clipboard.handOverCount(), 1);
 }
 
 TEST_F(DocumentsWindowTest, YesClosesAndLeavesTheCopyToItsFate)
@@ -308,6 +322,7 @@ TEST_F(DocumentsWindowTest, WhereTheDesktopKeepsTheCopyNothingIsAsked)
     ASSERT_TRUE(fakes->clipboard.holdsOwnCopy());
     EXPECT_TRUE(window->close());
     EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_EQ(fakes->clipboard.handOverCount(), 0) << "nothing to keep";
 }
 
 TEST_F(DocumentsWindowTest, QuoteNoteOpensTheEditorOnce)

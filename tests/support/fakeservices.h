@@ -32,10 +32,18 @@ public:
     QString text() const override { return m_text; }
     bool holdsOwnCopy() const override { return m_ownCopy; }
     bool keepsCopyAfterExit() const override { return keepsAfterExit; }
+    bool handOverOwnCopy() override
+    {
+        ++m_handOvers;
+        return handsOver;
+    }
     /// Another program copied something: the clipboard no longer holds this program's copy.
     void copiedElsewhere() { m_ownCopy = false; }
 
     bool keepsAfterExit = true;
+    /// Whether a hand-over to a keeper succeeds.
+    bool handsOver = false;
+    int handOverCount() const { return m_handOvers; }
 
     const std::optional<RichClipboardDocument> &richDocument() const { return m_rich; }
     int clearCount() const { return m_clears; }
@@ -44,6 +52,7 @@ private:
     QString m_text;
     std::optional<RichClipboardDocument> m_rich;
     int m_clears = 0;
+    int m_handOvers = 0;
     bool m_ownCopy = false;
 };
 

@@ -1,5 +1,7 @@
 #include "platform/qt/qtclipboard.h"
 
+#include "platform/qt/clipboardkeeper.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
@@ -81,6 +83,12 @@ bool QtClipboard::keepsCopyAfterExit() const
 #else
     return true;
 #endif
+}
+
+bool QtClipboard::handOverOwnCopy()
+{
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    return data != nullptr && ClipboardKeeper::handOver(*data);
 }
 
 } // namespace tarnwick

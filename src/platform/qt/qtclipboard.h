@@ -26,6 +26,8 @@ public:
     /// On an X11 desktop: whether a clipboard keeper runs (the owner of the CLIPBOARD_MANAGER
     /// selection, to which Qt hands the contents at the end); elsewhere the system keeps them.
     bool keepsCopyAfterExit() const override;
+    /// Through ClipboardKeeper: this program started again as the keeper.
+    bool handOverOwnCopy() override;
 };
 
 } // namespace tarnwick

@@ -141,27 +141,4 @@ QString savedText(int withoutPartNumber)
               .arg(withoutPartNumber);
 }
 
-QString closeWithoutPartNumbersQuestion(
-    const Table &catalogue, const QList<int> &rows, const QLocale &locale)
-{
-    if (rows.isEmpty())
-        return {};
-    constexpr int NamesShown = 5;
-    QStringList names;
-    for (int at = 0; at < rows.size() && at < NamesShown; ++at) {
-        const QString name =
-            conv::toText(catalogue.get(rows.at(at), ProductRecord::ProductName), locale);
-        names << (name.isEmpty() ? QStringLiteral("(no name)")
-                                 : QLatin1Char('"') + name + QLatin1Char('"'));
-    }
-    if (rows.size() > NamesShown)
-        names << QStringLiteral("and %1 more").arg(rows.size() - NamesShown);
-    const QString which = rows.size() == 1
-        ? QStringLiteral("1 product has no part number")
-        : QStringLiteral("%1 products have no part number").arg(rows.size());
-    return QStringLiteral("%1, and the catalogue file keeps only products that have one: %2.\n\n"
-                          "Close anyway? Choose No to give them part numbers first.")
-        .arg(which, names.join(QStringLiteral(", ")));
-}
-
 } // namespace tarnwick::ProductCommands

@@ -86,11 +86,6 @@ QString rowStandingText(const Table &catalogue, int row, const QLocale &locale);
 /// "Catalogue saved" with, when products were left out for want of a part number, how many.
 QString savedText(int withoutPartNumber);
 
-/// The close's question when products without a part number would be lost (their names, the
-/// first few), or empty when there are none.
-QString closeWithoutPartNumbersQuestion(
-    const Table &catalogue, const QList<int> &rows, const QLocale &locale);
-
 } // namespace ProductCommands
 
 } // namespace tarnwick

@@ -123,17 +123,8 @@ void CatalogueLifecycle::reportChangedCopy(const CatalogueWriteResult &saved)
 
 bool CatalogueLifecycle::saveBeforeClose()
 {
-    // The file keeps a product by its part number: one typed without is asked about, not lost
-    // without a word.
-    const QList<int> nameless =
-        ProductCommands::rowsWithoutPartNumber(m_module.Catalogue(), m_module.locale());
-    if (!nameless.isEmpty()) {
-        const QString question = ProductCommands::closeWithoutPartNumbersQuestion(
-            m_module.Catalogue(), nameless, m_module.locale());
-        const int style = MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2;
-        if (m_prompts.msgBox(question, style, CatalogueTitle) != MsgResult::Yes)
-            return false;
-    }
+    // The file keeps a product by its part number: one without (said in the status bar while
+    // it was worked on, and by every save) is left out, as the file's rules have it.
     const CatalogueWriteResult saved = save();
     // A catalogue file changed outside Tarnwick while nothing was changed here stays as it is
     // (leftChangedFile), without a word: closing loses nothing.

@@ -1,8 +1,8 @@
 // Typing a price list in by keyboard on the real main window: what is being typed belongs to
 // the product it was typed for, whatever command comes next (Add, Add to Quote, a close by the
 // title bar), the keys of the list price box go on along the Price column, and a product
-// without a part number or with another product's number is said while it is worked on, at a
-// save and before a close would lose it.
+// without a part number or with another product's number is said while it is worked on and at
+// a save.
 #include "shellfixture.h"
 
 #include "catalogue/productrecord.h"
@@ -157,7 +157,7 @@ TEST_F(TypingWindowTest, TabAfterAPriceTypedOnTheGridGoesOnInTheGrid)
     EXPECT_NE(QApplication::focusWidget(), grid);
 }
 
-TEST_F(TypingWindowTest, AProductWithoutAPartNumberIsSaidWhileWorkedOnAtASaveAndBeforeAClose)
+TEST_F(TypingWindowTest, AProductWithoutAPartNumberIsSaidWhileWorkedOnAndAtASave)
 {
     action("mnuAddProd")->trigger(); // row 1, empty
     EXPECT_EQ(status(), QString()) << "a fresh row is no product yet";
@@ -170,33 +170,22 @@ TEST_F(TypingWindowTest, AProductWithoutAPartNumberIsSaidWhileWorkedOnAtASaveAnd
             "Catalogue saved, without 1 product that has no part number: type one to keep it."));
     EXPECT_FALSE(folder.readFile(QStringLiteral("twdata.dat")).contains("Nameless"));
 
-    // The close asks, No keeps the window, Yes closes without it.
-    fakes->prompts.answerMessage(MsgResult::No);
-    EXPECT_FALSE(window->close());
-    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
-    EXPECT_EQ(fakes->prompts.shown().back().text,
-        QStringLiteral("1 product has no part number, and the catalogue file keeps only "
-                       "products that have one: \"Nameless\".\n\nClose anyway? Choose No to give "
-                       "them part numbers first."));
-    EXPECT_EQ(fakes->prompts.shown().back().style,
-        MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2);
+    // Given a part number, the next save keeps it.
     ASSERT_TRUE(grid->model()->setData(grid->model()->index(0, 0), QStringLiteral("N-1")));
     EXPECT_TRUE(window->close());
-    EXPECT_EQ(fakes->prompts.shown().size(), 1U) << "nothing is lost: nothing asked";
+    EXPECT_TRUE(fakes->prompts.shown().empty());
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Nameless"));
 }
 
-TEST_F(TypingWindowTest, ClosingAnywayDropsProductsWithoutAPartNumber)
+TEST_F(TypingWindowTest, TheCloseLeavesProductsWithoutAPartNumberOutOfTheFile)
 {
     action("mnuAddProd")->trigger();
     focus(window->ui().TxtPrice);
     QTest::keyClicks(window->ui().TxtPrice, QStringLiteral("6"));
     focus(grid);
     goToRow(1);
-    fakes->prompts.answerMessage(MsgResult::Yes);
     EXPECT_TRUE(window->close());
-    ASSERT_EQ(fakes->prompts.texts().size(), 1);
-    EXPECT_TRUE(fakes->prompts.texts().front().contains(QStringLiteral("(no name)")));
+    EXPECT_TRUE(fakes->prompts.shown().empty());
     // Every line of the file ends with a field's end mark and CR LF: three products.
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")).count("\x7f\x7f\x7f\r\n"), 3);
 }
@@ -219,7 +208,6 @@ TEST_F(TypingWindowTest, AProductWithoutAPartNumberIsKeptSafeAgainstACrash)
     for (int row = 1; row <= module->AllProducts().Count(); ++row)
         nameless += restored.get(row, ProductRecord::ProductName).asText() == "Nameless" ? 1 : 0;
     EXPECT_EQ(nameless, 1);
-    fakes->prompts.answerMessage(MsgResult::Yes); // close without it after all
     EXPECT_TRUE(mainWindow->close());
 }
 

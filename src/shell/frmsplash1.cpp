@@ -66,6 +66,7 @@ FrmSplash1::FrmSplash1(
       m_module(module), m_dialogs(dialogs), m_timer(new QTimer(this))
 {
     setObjectName(QStringLiteral("FrmSplash1"));
+    setAccessibleDescription(objectName());
     setWindowTitle(QStringLiteral("Tarnwick"));
     auto *frame = new QFrame(this);
     frame->setFrameShape(QFrame::Box);
@@ -178,6 +179,9 @@ void FrmSplash1::finishStart()
     if (!m_closeRequested)
         main->show();
     close();
+    // Unloaded: its window goes, so nothing lists a hidden second "Tarnwick" beside the main
+    // window (the object stays until the program ends; it is never shown again).
+    destroy();
     Q_EMIT started();
     if (m_closeRequested)
         main->close();

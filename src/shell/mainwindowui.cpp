@@ -86,9 +86,8 @@ void MainWindowUi::setupUi(QMainWindow *window)
     sbPanel1 = named(new StatusText(window), "sbPanel1");
     sbPanel1->setMinimumWidth(160);
     window->statusBar()->addWidget(sbPanel1, 1);
-    sbUnsafe = named(new UnsafeMark(window), "sbUnsafe");
+    sbUnsafe = named(new UnsafeMark(window->statusBar()), "sbUnsafe");
     sbUnsafe->setAccessibleName(QObject::tr("Warning"));
-    window->statusBar()->addPermanentWidget(sbUnsafe);
 }
 
 QWidget *MainWindowUi::createProductPage(QWidget *parent)

@@ -2,6 +2,7 @@
 
 #include <QHelpEvent>
 #include <QPainter>
+#include <QStatusBar>
 #include <QStyle>
 #include <QToolTip>
 
@@ -48,7 +49,8 @@ bool StatusText::event(QEvent *event)
     return QLabel::event(event);
 }
 
-UnsafeMark::UnsafeMark(QWidget *parent) : QLabel(tr("Changes not kept safe"), parent)
+UnsafeMark::UnsafeMark(QStatusBar *bar)
+    : QLabel(tr("Changes not kept safe"), bar->parentWidget()), m_bar(bar)
 {
     setStyleSheet(QStringLiteral("font-weight: bold"));
     hide();
@@ -71,7 +73,14 @@ void UnsafeMark::showReasons()
     const QString reasons = QStringList(m_reasons.values()).join(QLatin1Char('\n'));
     setToolTip(reasons);
     setAccessibleDescription(reasons);
-    setVisible(!m_reasons.isEmpty());
+    const bool shown = !m_reasons.isEmpty();
+    if (shown && parentWidget() != m_bar) {
+        m_bar->addPermanentWidget(this);
+    } else if (!shown && parentWidget() == m_bar) {
+        m_bar->removeWidget(this);
+        setParent(m_bar->parentWidget());
+    }
+    setVisible(shown);
 }
 
 } // namespace tarnwick

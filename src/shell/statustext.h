@@ -3,6 +3,8 @@
 #include <QLabel>
 #include <QMap>
 
+class QStatusBar;
+
 namespace tarnwick {
 
 /// The status bar's first panel: a line of plain text that, when the panel is too narrow for
@@ -29,13 +31,15 @@ protected:
 /// The status bar's lasting warning that changes are not kept safe (the catalogue's recovery
 /// file or the quote on screen could not be written): shown while any source has a reason,
 /// which the tool tip and the accessible description give, so a hint in the first panel never
-/// hides it.
+/// hides it. It is one of the status bar's panels only while it is shown: a hidden panel is
+/// still read out by assistive tools, which would add "Warning" to every status text.
 class UnsafeMark : public QLabel
 {
     Q_OBJECT
 
 public:
-    explicit UnsafeMark(QWidget *parent = nullptr);
+    /// A mark for bar, kept by the bar's window while it is hidden.
+    explicit UnsafeMark(QStatusBar *bar);
 
     /// Shows the mark for source ("catalogue", "quote") with text as its reason.
     void setReason(const QString &source, const QString &text);
@@ -45,6 +49,7 @@ public:
 private:
     void showReasons();
 
+    QStatusBar *m_bar;
     QMap<QString, QString> m_reasons;
 };
 

@@ -8,6 +8,7 @@
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QDir>
 #include <QFile>
@@ -16,6 +17,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QTest>
 
 using namespace tarnwick;
@@ -245,8 +247,22 @@ TEST_F(SavingWindowTest, ChangesReachTheRecoveryFileAndACloseRemovesIt)
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Anchor, kept safe"));
 }
 
+/// The names assistive tools read for the status bar's text panels, first to last.
+QStringList statusPanelNames(QStatusBar *statusBar)
+{
+    QStringList names;
+    QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(statusBar);
+    for (int i = 0; bar != nullptr && i < bar->childCount(); ++i) {
+        if (bar->child(i)->role() == QAccessible::StaticText)
+            names << bar->child(i)->text(QAccessible::Name);
+    }
+    return names;
+}
+
 TEST_F(SavingWindowTest, TheStatusBarTellsWhenChangesAreSafeAgain)
 {
+    EXPECT_FALSE(statusPanelNames(window->statusBar()).contains(QStringLiteral("Warning")))
+        << "a hidden warning is not read out with the status text";
     // A folder in the recovery file's place: the copy cannot be written.
     ASSERT_TRUE(QDir(folder.path()).mkdir(RecoveryFile));
     renameFirstProduct(QStringLiteral("Anchor, unsafe"));
@@ -261,6 +277,9 @@ TEST_F(SavingWindowTest, TheStatusBarTellsWhenChangesAreSafeAgain)
     EXPECT_TRUE(window->ui().sbUnsafe->isVisible());
     EXPECT_TRUE(window->ui().sbUnsafe->toolTip().startsWith(
         QStringLiteral("Unsaved changes cannot be kept safe: ")));
+    EXPECT_EQ(statusPanelNames(window->statusBar()),
+        QStringList(
+            { QStringLiteral("Right click on products for options."), QStringLiteral("Warning") }));
 
     ASSERT_TRUE(QDir(folder.filePath(RecoveryFile)).removeRecursively());
     ASSERT_TRUE(QTest::qWaitFor(
@@ -271,6 +290,8 @@ TEST_F(SavingWindowTest, TheStatusBarTellsWhenChangesAreSafeAgain)
         5000));
     EXPECT_TRUE(folder.readFile(RecoveryFile).contains("Anchor, unsafe"));
     EXPECT_FALSE(window->ui().sbUnsafe->isVisible());
+    EXPECT_EQ(statusPanelNames(window->statusBar()),
+        QStringList({ QStringLiteral("Unsaved changes are kept safe again.") }));
 }
 
 TEST_F(SavingWindowTest, TextTypedIntoASideBoxReachesTheRecoveryFile)

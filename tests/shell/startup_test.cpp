@@ -16,6 +16,9 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
+#include <QWindow>
+
+#include <algorithm>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -180,10 +183,27 @@ TEST_F(StartupTest, OnlyTheExactTextTestSwitchesTheBoxesOn)
 TEST_F(StartupTest, WithoutAPasswordTheSplashWaitsFifteenTicks)
 {
     start();
+    splash->show(); // as the program shows it
+    EXPECT_NE(splash->windowHandle(), nullptr);
     EXPECT_FALSE(started) << "the main window must not appear before the ticks have passed";
     EXPECT_TRUE(QTest::qWaitFor([this] { return started; }, 5000));
     EXPECT_GE(splash->Tag.toInt(), FrmSplash1::TicksToWait);
     EXPECT_FALSE(splash->isVisible());
+    // Unloaded: no window of its own is left for the desktop or assistive tools to list.
+    EXPECT_EQ(splash->windowHandle(), nullptr);
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    EXPECT_EQ(std::count_if(windows.begin(), windows.end(),
+                  [](const QWindow *window) { return window->title() == "Tarnwick"; }),
+        1)
+        << "the main window alone";
+}
+
+TEST_F(StartupTest, TheSplashIsFoundByItsNameWhileItIsUp)
+{
+    start();
+    ASSERT_FALSE(started);
+    EXPECT_EQ(splash->objectName(), QStringLiteral("FrmSplash1"));
+    EXPECT_EQ(splash->accessibleDescription(), QStringLiteral("FrmSplash1"));
 }
 
 TEST_F(StartupTest, TheSplashShowsTheMainWindowAtExactlyTheFifteenthTick)

@@ -2,6 +2,9 @@
 // tip, instead of being cut in the middle of a word.
 #include "shell/statustext.h"
 
+#include <QMainWindow>
+#include <QStatusBar>
+
 #include <gtest/gtest.h>
 
 using namespace tarnwick;
@@ -51,13 +54,16 @@ namespace {
 // Two things may fail to be kept at once: the mark stays until both are safe again.
 TEST(UnsafeMarkTest, TheMarkStaysWhileAnySourceIsUnsafe)
 {
-    QWidget bar;
-    auto *mark = new UnsafeMark(&bar);
-    bar.show();
+    QMainWindow window;
+    QStatusBar *bar = window.statusBar();
+    auto *mark = new UnsafeMark(bar);
+    window.show();
     EXPECT_FALSE(mark->isVisible());
+    EXPECT_EQ(mark->parentWidget(), &window) << "no panel of the bar while hidden";
     mark->setReason(QStringLiteral("catalogue"), QStringLiteral("Unsaved changes cannot be kept."));
     mark->setReason(QStringLiteral("quote"), QStringLiteral("The quote cannot be kept."));
     EXPECT_TRUE(mark->isVisible());
+    EXPECT_EQ(mark->parentWidget(), bar);
     EXPECT_EQ(mark->toolTip(),
         QStringLiteral("Unsaved changes cannot be kept.\nThe quote cannot be kept."));
     mark->clearReason(QStringLiteral("catalogue"));
@@ -65,6 +71,7 @@ TEST(UnsafeMarkTest, TheMarkStaysWhileAnySourceIsUnsafe)
     EXPECT_EQ(mark->accessibleDescription(), QStringLiteral("The quote cannot be kept."));
     mark->clearReason(QStringLiteral("quote"));
     EXPECT_FALSE(mark->isVisible());
+    EXPECT_EQ(mark->parentWidget(), &window);
 }
 
 } // namespace

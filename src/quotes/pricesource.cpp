@@ -93,12 +93,17 @@ std::optional<float> catalogueUnitPrice(
 bool isDiscounted(const Cell &unit, const Cell &list, const QLocale &locale)
 {
     const auto unitNumber = numberIn(unit, locale);
-    const auto listNumber = numberIn(list, locale);
-    if (!unitNumber || !listNumber)
+    if (!unitNumber || !numberIn(list, locale))
         return false;
     for (const QString &choice : Discount::choices()) {
         const float multiplier = Discount::multiplierFor(choice);
-        if (multiplier != 1.0f && *unitNumber == *listNumber * double(multiplier))
+        if (multiplier == 1.0f)
+            continue;
+        std::optional<double> discounted;
+        ErrorTrap trap;
+        trap.step(
+            [&] { discounted = Discount::discountedPrice(list, multiplier, locale).asNumber(); });
+        if (discounted && *unitNumber == *discounted)
             return true;
     }
     return false;

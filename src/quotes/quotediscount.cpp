@@ -30,12 +30,21 @@ void discountLine(Table &quote, int row, float multiplier, const QLocale &locale
     ErrorTrap trap;
     trap.step([&] {
         quote.put(row, QuoteLine::UnitPrice,
-            number(quote, row, QuoteLine::ListPrice, locale) * double(multiplier));
+            discountedPrice(quote.get(row, QuoteLine::ListPrice), multiplier, locale));
     });
     trap.step([&] { quote.put(row, QuoteLine::ExtendedPrice, extendedPrice(quote, row, locale)); });
 }
 
 } // namespace
+
+Cell discountedPrice(const Cell &listPrice, float multiplier, const QLocale &locale)
+{
+    if (listPrice.kind() == Cell::Kind::Single) {
+        // Both factors have 24 significant bits: their product is exact in a double.
+        return Cell(conv::toSingle(Cell(listPrice.asNumber() * double(multiplier)), locale));
+    }
+    return Cell(conv::checkedDouble(conv::toDouble(listPrice, locale) * double(multiplier)));
+}
 
 /// Only lines whose unit price is numeric are discounted; the others stay as they are.
 void applyToAllLines(Table &quote, float multiplier, const QLocale &locale)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/cell.h"
+
 #include <QLocale>
 
 namespace tarnwick {
@@ -9,6 +11,13 @@ class Table;
 /// The quote side of the discounts: the multiplier of a chosen rate (products/discount.h)
 /// applied to the lines of the quote.
 namespace Discount {
+
+/// A list price × multiplier as the cells' arithmetic has it: a single-precision list price (as
+/// the catalogue holds one) times the single-precision multiplier is a single, the exact
+/// product rounded once to the nearest single ($12.85 less 10 % is 11.5649996, shown $11.56);
+/// any other number, or a numeric text, gives a double. Raises the overflow error beyond the
+/// range of the result's type, and the type-mismatch error for a list price that is no number.
+Cell discountedPrice(const Cell &listPrice, float multiplier, const QLocale &locale);
 
 /// "Discount All": every quote line whose unit price is numeric gets list price × multiplier
 /// as its unit price and quantity × unit price as its extended price.

@@ -111,11 +111,12 @@ TEST_F(QuoteCommandsTest, ResetAndBothDiscountsAreStepsOfTheirOwn)
     const Table start = quote();
     QuoteEdits::discountAll(history, {}, 0.9f, QStringLiteral("10%"));
     EXPECT_EQ(history.undoText(), QStringLiteral("Discount All 10%"));
-    EXPECT_EQ(quote().get(1, Q::UnitPrice), Cell(10.0 * double(0.9f)));
+    // A single list price less 10 %: the product of two singles, rounded to a single.
+    EXPECT_EQ(quote().get(1, Q::UnitPrice), Cell(static_cast<float>(10.0 * double(0.9f))));
     const Table discounted = quote();
     QuoteEdits::discountLine(history, {}, 2, 0.5f, QStringLiteral("50%"));
     EXPECT_EQ(history.undoText(), QStringLiteral("Discount Product B-200 50%"));
-    EXPECT_EQ(quote().get(2, Q::UnitPrice), Cell(2.0));
+    EXPECT_EQ(quote().get(2, Q::UnitPrice), Cell(2.0f));
     QuoteEdits::resetPrices(history, {});
     EXPECT_EQ(history.undoText(), QStringLiteral("Reset Prices"));
     EXPECT_EQ(quote().get(1, Q::UnitPrice), quote().get(1, Q::ListPrice));

@@ -1,4 +1,5 @@
 #include "catalogue/table.h"
+#include "core/formats.h"
 #include "products/discount.h"
 #include "quotes/quotediscount.h"
 #include "quotes/quoteline.h"
@@ -46,6 +47,39 @@ TEST_F(QuoteDiscountTest, DiscountAllPricesEveryLineFromItsListPriceUnrounded)
     EXPECT_DOUBLE_EQ(number(2, QuoteLine::ExtendedPrice), 21.38850063085556);
     EXPECT_DOUBLE_EQ(number(3, QuoteLine::ExtendedPrice), 194.00000572204590);
     EXPECT_EQ(quote.get(1, QuoteLine::ListPrice), Cell("$12.50"));
+}
+
+TEST_F(QuoteDiscountTest, ACatalogueListPriceDiscountedIsASingleAsTheProductOfTwoSingles)
+{
+    // The catalogue holds a list price as a single, and a line added from it keeps that: the
+    // discounted price is the product of two singles, rounded once to a single.
+    struct Case
+    {
+        float listPrice;
+        const char *rate;
+        const char *shown;
+    };
+    for (const Case &c : { Case { 12.85f, "10%", "$11.56" }, Case { 31.50f, "1%", "$31.18" },
+             Case { 21.90f, "5%", "$20.81" }, Case { 21.90f, "15%", "$18.61" },
+             Case { 89.50f, "5%", "$85.03" }, Case { 8.25f, "6%", "$7.76" } }) {
+        addLine(1, "A-1", Cell(c.listPrice), Cell(c.listPrice), Cell(qint32(1)));
+        Discount::applyToAllLines(quote, Discount::multiplierFor(c.rate), EnUs);
+        const Cell &price = quote.get(1, QuoteLine::UnitPrice);
+        EXPECT_EQ(price.kind(), Cell::Kind::Single) << c.listPrice << " " << c.rate;
+        EXPECT_EQ(format(price, QStringLiteral("currency"), EnUs), QString::fromLatin1(c.shown))
+            << c.listPrice << " " << c.rate;
+        EXPECT_EQ(format(quote.get(1, QuoteLine::ExtendedPrice), QStringLiteral("currency"), EnUs),
+            QString::fromLatin1(c.shown));
+    }
+    // 12.85 × 0.9 is 11.5649996 as a single; the same list price typed as text gives a double.
+    EXPECT_EQ(quote.get(1, QuoteLine::UnitPrice).kind(), Cell::Kind::Single);
+    const Cell fromText =
+        Discount::discountedPrice(Cell("12.85"), Discount::multiplierFor("10%"), EnUs);
+    EXPECT_EQ(fromText.kind(), Cell::Kind::Double);
+    EXPECT_EQ(fromText.asNumber(), 12.85 * double(0.9f));
+    EXPECT_EQ(format(Discount::discountedPrice(Cell(12.85f), Discount::multiplierFor("10%"), EnUs),
+                  QStringLiteral("currency"), EnUs),
+        QStringLiteral("$11.56"));
 }
 
 TEST_F(QuoteDiscountTest, TwoPercentWithApostropheSetsThePricesToTheirListPrices)

@@ -101,12 +101,13 @@ int ProductSearch::find(
         return found;
     if (!continued)
         return reportNoMatches();
-    if (!askToWrap())
-        return -1;
-    // The question is asked once per search: a wrapped search that still finds nothing ends
-    // with the plain message.
-    const int wrapped = scan(needle, 0, catalogue, locale);
-    return wrapped >= 0 ? wrapped : reportNoMatches();
+    // A continued search goes on from the top for as long as the user answers Yes: each pass
+    // that ends without a match asks again.
+    while (askToWrap()) {
+        if (const int wrapped = scan(needle, 0, catalogue, locale); wrapped >= 0)
+            return wrapped;
+    }
+    return -1;
 }
 
 int ProductSearch::scan(

@@ -41,10 +41,10 @@ public:
     /// shows table row r + 1), or -1 when the current row stays.
     /// - An empty entry does nothing.
     /// - The remembered text again continues after currentGridRow; at the end of the grid it
-    ///   asks WrapQuestion and, on Yes, searches once more from the top.
+    ///   asks WrapQuestion and, on Yes, searches again from the top, asking again each time
+    ///   it passes the end without a match, until the user answers No.
     /// - Any other text is remembered and searched from the first row; at the end of the grid
     ///   it shows NoMatchesMessage.
-    /// A search that has wrapped and still finds nothing also shows NoMatchesMessage.
     int find(
         const QString &entered, int currentGridRow, const Table &catalogue, const QLocale &locale);
 

@@ -4,6 +4,7 @@
 #include "shell/frmpassword.h"
 
 #include <QApplication>
+#include <QEventLoop>
 
 namespace tarnwick {
 
@@ -24,14 +25,31 @@ void ShellDialogs::closePasswordPrompt()
 
 QString ShellDialogs::askText(const QString &caption, const QString &prompt, const QString &text)
 {
-    Dialog dialog(QApplication::activeWindow());
-    dialog.setWindowTitle(caption);
-    dialog.setMsgText(prompt);
-    dialog.setText(text);
-    dialog.Active = true;
-    dialog.exec();
-    dialog.Active = false;
-    return dialog.text();
+    if (m_textDialog) {
+        m_textDialog->raise();
+        m_textDialog->activateWindow();
+        return {};
+    }
+    // Modeless: the command waits for the dialog with the event loop running, so the window
+    // behind it keeps taking clicks, and a close of that window (which closes its other
+    // windows) ends the wait as Cancel does. Deleting the window deletes the dialog with it.
+    QPointer<Dialog> dialog = new Dialog(QApplication::activeWindow());
+    m_textDialog = dialog.get();
+    dialog->setWindowTitle(caption);
+    dialog->setMsgText(prompt);
+    dialog->setText(text);
+    dialog->Active = true;
+    QEventLoop wait;
+    QObject::connect(dialog, &QDialog::finished, &wait, &QEventLoop::quit);
+    QObject::connect(dialog, &QObject::destroyed, &wait, &QEventLoop::quit);
+    dialog->show();
+    wait.exec();
+    if (!dialog)
+        return {};
+    dialog->Active = false;
+    const QString entered = dialog->text();
+    delete dialog.get();
+    return entered;
 }
 
 } // namespace tarnwick

@@ -203,17 +203,18 @@ TEST_F(ProductSearchTest, SameTextAfterNoMatchesIsAContinuedSearchAndAsksToWrap)
     expectLastMessage(ProductSearch::WrapQuestion, 36);
 }
 
-TEST_F(ProductSearchTest, WrappedSearchWithoutMatchSaysNoMatchesOnceAndDoesNotAskAgain)
+TEST_F(ProductSearchTest, AWrappedSearchWithoutMatchAsksAgainAtEveryPassUntilNo)
 {
     find(QStringLiteral("missing"), 0);
     prompts.clear();
     prompts.answerMessage(MsgResult::Yes);
+    prompts.answerMessage(MsgResult::Yes);
+    prompts.answerMessage(MsgResult::No);
     EXPECT_EQ(find(QStringLiteral("missing"), 2), -1);
-    EXPECT_EQ(prompts.texts(),
-        QStringList(
-            { QString(ProductSearch::WrapQuestion), QString(ProductSearch::NoMatchesMessage) }));
-    expectLastMessage(ProductSearch::NoMatchesMessage, 0);
-    EXPECT_EQ(events.count, 1);
+    const QString wrap(ProductSearch::WrapQuestion);
+    EXPECT_EQ(prompts.texts(), QStringList({ wrap, wrap, wrap }));
+    expectLastMessage(ProductSearch::WrapQuestion, 36);
+    EXPECT_EQ(events.count, 2) << "the window answers after each wrap";
     EXPECT_EQ(prompts.unusedAnswers(), 0);
 }
 

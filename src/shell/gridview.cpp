@@ -7,6 +7,7 @@
 #include <QFocusEvent>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace tarnwick {
@@ -89,6 +90,16 @@ bool GridView::handleGridKey(const QKeyCombination &key)
         return true;
     }
     return false;
+}
+
+void GridView::mousePressEvent(QMouseEvent *event)
+{
+    if (!indexAt(event->position().toPoint()).isValid()) {
+        setFocus(Qt::MouseFocusReason);
+        event->accept();
+        return;
+    }
+    QTableView::mousePressEvent(event);
 }
 
 void GridView::keyPressEvent(QKeyEvent *event)

@@ -50,6 +50,9 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    /// A press below the last row or beside the last column takes the keyboard but leaves the
+    /// current row and its highlight as they are (the view would clear the selection).
+    void mousePressEvent(QMouseEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;

@@ -61,6 +61,25 @@ TEST_F(ProductGridTest, BrowseModeLocksTheSideBoxesAndWritesNothingBack)
     EXPECT_EQ(window->ui().Txtnotes->toPlainText(), QStringLiteral("Zinc plated"));
 }
 
+TEST_F(ProductGridTest, AClickBelowTheLastRowKeepsTheCurrentRowHighlighted)
+{
+    window->resize(900, 700); // room below the sample's rows
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+        grid->visualRect(grid->model()->index(1, 1)).center());
+    ASSERT_EQ(grid->selectionModel()->selectedRows().size(), 1);
+    const int lastRow = grid->model()->rowCount() - 1;
+    const QRect last = grid->visualRect(grid->model()->index(lastRow, 1));
+    const QPoint below(last.center().x(), last.bottom() + 2 * last.height());
+    ASSERT_LT(below.y(), grid->viewport()->height());
+    ASSERT_FALSE(grid->indexAt(below).isValid());
+    for (const Qt::MouseButton button : { Qt::LeftButton, Qt::RightButton }) {
+        QTest::mouseClick(grid->viewport(), button, {}, below);
+        EXPECT_EQ(grid->currentIndex().row(), 1);
+        ASSERT_EQ(grid->selectionModel()->selectedRows().size(), 1) << button;
+        EXPECT_EQ(grid->selectionModel()->selectedRows().front().row(), 1);
+    }
+}
+
 TEST_F(ProductGridTest, BrowseModeKeepsTheCurrentColumnOnThePartNumber)
 {
     grid->setCurrentIndex(grid->model()->index(1, 2));

@@ -5,6 +5,7 @@
 #include "support/folderlisting.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -112,6 +113,39 @@ TEST(FileDialogFilters, QtDialogTakesThePatternsOfConvertedFilters)
     EXPECT_EQ(patternsQtReads(converted.at(1)),
         QStringList({ QStringLiteral("*.xls"), QStringLiteral("*.xlsx") }));
     EXPECT_EQ(patternsQtReads(converted.at(2)), QStringList { QStringLiteral("*.dat") });
+}
+
+TEST(FileDialogFilters, TheListOfTypesShowsEachDescriptionAsWrittenAndListsItsFiles)
+{
+    QFileDialog dialog;
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    FileDialogRequest request;
+    request.filter =
+        QStringLiteral("All Files (*.*)|*.*|Text Files(*.txt)|*.txt|Excel Files (*.xls)|*.xls");
+    request.filterIndex = 3;
+    prepareOpenDialog(dialog, request);
+    auto *types = dialog.findChild<QComboBox *>(QStringLiteral("fileTypeCombo"));
+    ASSERT_NE(types, nullptr);
+    QStringList shown;
+    for (int i = 0; i < types->count(); ++i)
+        shown << types->itemText(i);
+    EXPECT_EQ(shown,
+        QStringList({ QStringLiteral("All Files (*.*)"), QStringLiteral("Text Files(*.txt)"),
+            QStringLiteral("Excel Files (*.xls)") }));
+    EXPECT_EQ(chosenFilterIndex(dialog, 0), 3);
+    const auto *files = dialog.findChild<QFileSystemModel *>();
+    ASSERT_NE(files, nullptr);
+    EXPECT_EQ(files->nameFilters(), QStringList { QStringLiteral("*.xls") });
+
+    // Choosing a type by its shown text still lists that type's files.
+    types->setCurrentIndex(0);
+    Q_EMIT types->activated(0);
+    EXPECT_EQ(files->nameFilters(), QStringList { QStringLiteral("*") });
+    EXPECT_EQ(chosenFilterIndex(dialog, 0), 1);
+    types->setCurrentIndex(1);
+    Q_EMIT types->activated(1);
+    EXPECT_EQ(files->nameFilters(), QStringList { QStringLiteral("*.txt") });
+    EXPECT_EQ(chosenFilterIndex(dialog, 0), 2);
 }
 
 TEST(FileDialogPlaces, TheOpenDialogOffersTheRequestedPlacesAndStartsInItsFolder)

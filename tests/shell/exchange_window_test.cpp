@@ -338,6 +338,7 @@ TEST_F(ExchangeWindowTest, AReaderThatCrashesIsReportedAndTheEditsStay)
     ASSERT_EQ(fakes->prompts.shown().size(), 2U);
     EXPECT_EQ(fakes->prompts.shown()[1].text, "This file is not an Excel 97 file.");
     EXPECT_EQ(fakes->prompts.shown()[1].title, "Error 51");
+    EXPECT_EQ(fakes->prompts.shown()[1].style, MsgStyle::OkOnly) << "a plain box, no icon";
     EXPECT_EQ(updateWindow()->findChild<QComboBox *>("CmbField(0)")->count(), 0);
     updateWindow()->close();
     ASSERT_TRUE(QTest::qWaitFor([this] { return updateWindow() == nullptr; }));

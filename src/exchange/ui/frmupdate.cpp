@@ -145,7 +145,7 @@ void FrmUpdate::fitToScreen()
 void FrmUpdate::ListColumns()
 {
     if (!m_sheet) {
-        m_services.prompts.msgBox(NotAWorkbook, MsgStyle::OkOnly + MsgStyle::Exclamation,
+        m_services.prompts.msgBox(NotAWorkbook, MsgStyle::OkOnly,
             QStringLiteral("Error ") + QString::number(m_openError));
     } else {
         m_headers = ColumnMapping::headerTexts(*m_sheet);

@@ -4,6 +4,7 @@
 #include "platform/filefilter.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -76,6 +77,28 @@ QString initialDialogPath(const FileDialogRequest &request)
     return QDir(request.initialFolder).filePath(request.fileName);
 }
 
+void showFilterDescriptions(QFileDialog &dialog, const QString &filter)
+{
+    auto *types = dialog.findChild<QComboBox *>(QStringLiteral("fileTypeCombo"));
+    if (types == nullptr)
+        return;
+    // Qt picks a type by its position in the list, so the text shown is free.
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    for (qsizetype pair = 0; 2 * pair + 1 < parts.size() && pair < types->count(); ++pair) {
+        const QString description = parts.at(2 * pair);
+        if (!description.trimmed().isEmpty())
+            types->setItemText(int(pair), description);
+    }
+}
+
+int chosenFilterIndex(const QFileDialog &dialog, int fallbackIndex)
+{
+    const auto *types = dialog.findChild<QComboBox *>(QStringLiteral("fileTypeCombo"));
+    if (types == nullptr || types->currentIndex() < 0)
+        return fallbackIndex;
+    return types->currentIndex() + 1;
+}
+
 void showPlaces(QFileDialog &dialog, const QStringList &folders)
 {
     if (folders.isEmpty())
@@ -92,6 +115,7 @@ void prepareOpenDialog(QFileDialog &dialog, const FileDialogRequest &request)
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(nameFilterAt(filters, request.filterIndex));
+    showFilterDescriptions(dialog, request.filter);
     showPlaces(dialog, request.places);
 }
 
@@ -134,6 +158,7 @@ std::optional<FileDialogResult> QtFileDialogs::runSave(const FileDialogRequest &
     dialog.setDefaultSuffix(request.defaultSuffix);
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(nameFilterAt(filters, request.filterIndex));
+    showFilterDescriptions(dialog, request.filter);
     showPlaces(dialog, request.places);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
@@ -141,7 +166,8 @@ std::optional<FileDialogResult> QtFileDialogs::runSave(const FileDialogRequest &
     const bool inRange = request.filterIndex >= 1 && request.filterIndex <= filters.size();
     const int fallback = inRange ? request.filterIndex : 1;
     return FileDialogResult { QDir::toNativeSeparators(dialog.selectedFiles().constFirst()),
-        nameFilterIndex(filters, dialog.selectedNameFilter(), fallback) };
+        chosenFilterIndex(
+            dialog, nameFilterIndex(filters, dialog.selectedNameFilter(), fallback)) };
 }
 
 std::optional<FileDialogResult> QtFileDialogs::runOpen(const FileDialogRequest &request) const
@@ -154,8 +180,10 @@ std::optional<FileDialogResult> QtFileDialogs::runOpen(const FileDialogRequest &
         return std::nullopt;
     const QStringList filters = toQtNameFilters(request.filter);
     const bool inRange = request.filterIndex >= 1 && request.filterIndex <= filters.size();
+    const int fallback =
+        nameFilterIndex(filters, dialog.selectedNameFilter(), inRange ? request.filterIndex : 1);
     return FileDialogResult { QDir::toNativeSeparators(dialog.selectedFiles().constFirst()),
-        nameFilterIndex(filters, dialog.selectedNameFilter(), inRange ? request.filterIndex : 1) };
+        chosenFilterIndex(dialog, fallback) };
 }
 
 QWidget *QtFileDialogs::parentWidget() const

@@ -45,6 +45,14 @@ int nameFilterIndex(
 /// the empty text (the dialog's own choice).
 QString initialDialogPath(const FileDialogRequest &request);
 
+/// Shows each type in the dialog's list of file types under its description exactly as the
+/// request's filter writes it ("All Files (*.*)", "Text Files(*.txt)"), while the dialog lists
+/// the files of the patterns Qt was given ("*" for "*.*"). A blank description keeps Qt's text.
+void showFilterDescriptions(QFileDialog &dialog, const QString &filter);
+/// The index (from 1) of the file type chosen in the dialog's list; fallbackIndex when the
+/// list is not there or nothing is chosen.
+int chosenFilterIndex(const QFileDialog &dialog, int fallbackIndex);
+
 /// Shows folders in the side panel of Qt's dialog; none leaves the panel as it is.
 void showPlaces(QFileDialog &dialog, const QStringList &folders);
 

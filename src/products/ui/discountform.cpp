@@ -58,8 +58,9 @@ DiscountForm::~DiscountForm() = default;
 
 void DiscountForm::setScope(const QString &text)
 {
+    // Said in the window, not in its name: assistive tools and scripts find the window by its
+    // title "Discount", and read the label with the window's other texts.
     m_scope->setText(text);
-    setAccessibleName(windowTitle() + QStringLiteral(": ") + text);
 }
 
 void DiscountForm::connectHandlers()

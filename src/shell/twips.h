@@ -11,6 +11,7 @@ class Twips
 public:
     /// Twips per pixel at the widget's logical resolution (15 at 96 dpi).
     static double perPixel(const QWidget *widget);
+    /// Rounded to the nearest pixel, and kept within a million pixels either way.
     static int toPixels(double twips, double twipsPerPixel);
     static double fromPixels(int pixels, double twipsPerPixel) { return pixels * twipsPerPixel; }
 };

@@ -97,6 +97,21 @@ TEST_F(StartupTest, ASplitThatLeavesTheTabControlNoRoomIsCut)
     EXPECT_GE(window->ui().SSTabmain->width(), 180);
 }
 
+TEST_F(StartupTest, AHugeStoredSizeIsCutToTheScreenLikeAnyLargerOne)
+{
+    EXPECT_EQ(Twips::toPixels(1e30, 15.0), 1'000'000);
+    EXPECT_EQ(Twips::toPixels(-1e30, 15.0), -1'000'000);
+    EXPECT_EQ(Twips::toPixels(150.0, 15.0), 10);
+    saveSetting(QStringLiteral("MainLeft"), QStringLiteral("0"));
+    saveSetting(QStringLiteral("MainTop"), QStringLiteral("0"));
+    saveSetting(QStringLiteral("MainWidth"), QStringLiteral("1e30"));
+    saveSetting(QStringLiteral("MainHeight"), QStringLiteral("1E+30"));
+    frmMain *window = startAndWait();
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    EXPECT_EQ(window->width(), available.width() - frameExtra(window).width());
+    EXPECT_EQ(window->height(), available.height() - frameExtra(window).height());
+}
+
 TEST_F(StartupTest, DamagedSettingsStillGiveAUsableWindowAndAreNotWrittenBack)
 {
     saveSetting(QStringLiteral("MainLeft"), QStringLiteral("0"));

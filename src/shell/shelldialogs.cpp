@@ -47,7 +47,7 @@ QString ShellDialogs::askText(const QString &caption, const QString &prompt, con
     if (!dialog)
         return {};
     dialog->Active = false;
-    const QString entered = dialog->text();
+    QString entered = dialog->text();
     delete dialog.get();
     return entered;
 }

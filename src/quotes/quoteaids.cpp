@@ -97,6 +97,9 @@ QStringList volumePriceLines(
     const Table &quote, const Table &catalogue, int row, const QLocale &locale)
 {
     QStringList lines;
+    // A locked line is charged its price whatever the quantity: no break would apply.
+    if (QuoteLine::isLocked(quote, row))
+        return lines;
     const auto facts = factsOf(quote, catalogue, row, locale);
     if (!facts)
         return lines;

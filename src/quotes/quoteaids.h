@@ -54,7 +54,7 @@ QString nextBreakText(const Table &quote, const Table &catalogue, int row, const
 
 /// The document's lines for quote row row when volume prices are shown: one per break above
 /// the line's quantity that is cheaper than the line's unit price and than the break before it
-/// ("Order 25 or more: $10.95 each.").
+/// ("Order 25 or more: $10.95 each."); none for a locked line.
 QStringList volumePriceLines(
     const Table &quote, const Table &catalogue, int row, const QLocale &locale);
 

@@ -179,6 +179,16 @@ TEST_F(QuoteAidsTest, VolumePricesListEveryCheaperBreakAboveTheQuantity)
         QStringList { QStringLiteral("Order 5 or more: $1,225.00 each.") });
 }
 
+TEST_F(QuoteAidsTest, ALockedLineOffersNoVolumePricesItWouldNotCharge)
+{
+    const int row = add("A-100");
+    typeQuantity(row, "5");
+    QuoteLine::setLocked(quote, row, true);
+    EXPECT_EQ(QuoteAids::volumePriceLines(quote, catalogue, row, locale), QStringList());
+    QuoteLine::setLocked(quote, row, false);
+    EXPECT_EQ(QuoteAids::volumePriceLines(quote, catalogue, row, locale).size(), 2);
+}
+
 TEST_F(QuoteAidsTest, TheDocumentShowsVolumePricesUnderTheLineOnlyWhenAskedFor)
 {
     const int row = add("TW-100");

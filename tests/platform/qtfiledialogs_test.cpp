@@ -4,6 +4,7 @@
 #include "platform/filefilter.h"
 #include "support/folderlisting.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -252,6 +253,22 @@ TEST(FileDialogContents, OpenAndSaveDialogsKnowFilesByTheirNamesOnly)
     request.defaultSuffix = QStringLiteral("dat");
     seen = lookAtTheDialog([&] { result = dialogs.getSaveFile(request); });
     EXPECT_EQ(seen.defaultSuffix, QStringLiteral("dat"));
+}
+
+TEST(FileDialogPlaces, TheHomeFolderIsCalledHomeAndStaysSo)
+{
+    QFileDialog dialog;
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    showPlaces(dialog, { QDir::homePath(), QDir::tempPath() });
+    auto *panel = dialog.findChild<QAbstractItemView *>(QStringLiteral("sidebar"));
+    ASSERT_NE(panel, nullptr);
+    QAbstractItemModel *places = panel->model();
+    ASSERT_EQ(places->rowCount(), 2);
+    EXPECT_EQ(places->index(0, 0).data().toString(), QStringLiteral("Home"));
+    EXPECT_EQ(places->index(1, 0).data().toString(), QFileInfo(QDir::tempPath()).fileName());
+    // The panel names its places again once it has read their details: Home stays Home.
+    places->setData(places->index(0, 0), QFileInfo(QDir::homePath()).fileName(), Qt::DisplayRole);
+    EXPECT_EQ(places->index(0, 0).data().toString(), QStringLiteral("Home"));
 }
 
 TEST(FileDialogPlaces, TheSidePanelShowsThePlacesNamesWhole)

@@ -3,6 +3,7 @@
 #include "platform/desktopplaces.h"
 #include "platform/filefilter.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -99,6 +100,34 @@ int chosenFilterIndex(const QFileDialog &dialog, int fallbackIndex)
     return types->currentIndex() + 1;
 }
 
+namespace {
+
+/// The side panel names a folder by its own name, the home folder too ("alice"): it is called
+/// "Home" there, as desktops call it, also when the panel renames it again after reading the
+/// folder's details.
+void nameHomePlace(QFileDialog &dialog)
+{
+    auto *panel = dialog.findChild<QAbstractItemView *>(QStringLiteral("sidebar"));
+    QAbstractItemModel *places = panel != nullptr ? panel->model() : nullptr;
+    if (places == nullptr)
+        return;
+    const QString home = QDir::cleanPath(QDir::homePath());
+    const auto rename = [places, home] {
+        for (int row = 0; row < places->rowCount(); ++row) {
+            const QModelIndex place = places->index(row, 0);
+            const QUrl url = place.data(Qt::UserRole + 1).toUrl();
+            if (url.isLocalFile() && QDir::cleanPath(url.toLocalFile()) == home
+                && place.data(Qt::DisplayRole).toString() != HomePlaceName)
+                places->setData(place, QString(HomePlaceName), Qt::DisplayRole);
+        }
+    };
+    rename();
+    QObject::connect(places, &QAbstractItemModel::dataChanged, &dialog, rename);
+    QObject::connect(places, &QAbstractItemModel::rowsInserted, &dialog, rename);
+}
+
+} // namespace
+
 void showPlaces(QFileDialog &dialog, const QStringList &folders)
 {
     if (folders.isEmpty())
@@ -107,6 +136,7 @@ void showPlaces(QFileDialog &dialog, const QStringList &folders)
     for (const QString &folder : folders)
         places << QUrl::fromLocalFile(folder);
     dialog.setSidebarUrls(places);
+    nameHomePlace(dialog);
 }
 
 void prepareOpenDialog(QFileDialog &dialog, const FileDialogRequest &request)

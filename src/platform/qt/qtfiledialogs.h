@@ -2,6 +2,7 @@
 
 #include "platform/ifiledialogs.h"
 
+#include <QLatin1String>
 #include <QString>
 #include <QStringList>
 
@@ -53,7 +54,11 @@ void showFilterDescriptions(QFileDialog &dialog, const QString &filter);
 /// list is not there or nothing is chosen.
 int chosenFilterIndex(const QFileDialog &dialog, int fallbackIndex);
 
-/// Shows folders in the side panel of Qt's dialog; none leaves the panel as it is.
+/// What the side panel calls the user's home folder.
+inline constexpr QLatin1String HomePlaceName { "Home" };
+
+/// Shows folders in the side panel of Qt's dialog, the home folder as "Home"; none leaves the
+/// panel as it is.
 void showPlaces(QFileDialog &dialog, const QStringList &folders);
 
 /// Sets up an open dialog as the request asks: one existing file, the name filters with the

@@ -74,8 +74,8 @@ QString unavailable(const QString &why)
 
 QString otherPrices(int lines)
 {
-    if (lines == 1)
-        return QStringLiteral("1 line has another price in today's catalogue. Update it?");
+    // One sentence for every count, as the question was given ("1 lines have …" included):
+    // scripts that answer it look for these words.
     return QStringLiteral("%1 lines have other prices in today's catalogue. Update them?")
         .arg(lines);
 }

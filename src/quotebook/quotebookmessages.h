@@ -23,8 +23,7 @@ QString notKeptInBook(const QString &why);
 /// "The quote book is not available: <why>."
 QString unavailable(const QString &why);
 
-/// "3 lines have other prices in today's catalogue. Update them?" (1: "1 line has another
-/// price in today's catalogue. Update it?")
+/// "3 lines have other prices in today's catalogue. Update them?", the same words for one line.
 QString otherPrices(int lines);
 /// Before the quote in hand is replaced (New, Open Quote): the question to save it first.
 QString saveFirst(const QuoteHeader &header);

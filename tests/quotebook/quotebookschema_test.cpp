@@ -334,7 +334,7 @@ TEST(QuoteBookMessagesTest, OtherPricesAreCounted)
     EXPECT_EQ(QuoteBookMessages::otherPrices(3),
         QStringLiteral("3 lines have other prices in today's catalogue. Update them?"));
     EXPECT_EQ(QuoteBookMessages::otherPrices(1),
-        QStringLiteral("1 line has another price in today's catalogue. Update it?"));
+        QStringLiteral("1 lines have other prices in today's catalogue. Update them?"));
 }
 
 } // namespace

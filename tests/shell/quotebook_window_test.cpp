@@ -231,7 +231,7 @@ TEST_F(QuoteBookWindowTest, OpenQuoteBringsBackTheSavedPricesAndOffersTodays)
     EXPECT_EQ(totals(), savedTotals);
     ASSERT_EQ(fakes->prompts.shown().size(), 1U);
     EXPECT_EQ(fakes->prompts.shown()[0].text,
-        QStringLiteral("1 line has another price in today's catalogue. Update it?"));
+        QStringLiteral("1 lines have other prices in today's catalogue. Update them?"));
     EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Open Quote"));
     EXPECT_EQ(fakes->prompts.shown()[0].style, MsgStyle::YesNo | MsgStyle::Question);
     EXPECT_FALSE(window->quoteBook().session()->isChanged());

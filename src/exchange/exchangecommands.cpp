@@ -60,7 +60,7 @@ bool Export(IFileDialogs &dialogs, IPrompts &prompts, const Table &catalogue, co
     }
     if (const auto error = SpreadsheetExport::writeFile(*path, catalogue, locale)) {
         prompts.msgBox(
-            QStringLiteral("The products could not be written to \"%1\": %2").arg(*path, *error),
+            QStringLiteral("The products could not be written to \"%1\": %2.").arg(*path, *error),
             MsgStyle::OkOnly + MsgStyle::Exclamation, ExportTitle);
         return false;
     }

@@ -109,6 +109,7 @@ TEST_F(ExchangeCommandsTest, AFileThatCannotBeWrittenIsReported)
     ASSERT_EQ(fakes.prompts.shown().size(), 1U);
     EXPECT_TRUE(fakes.prompts.shown()[0].text.startsWith(
         QStringLiteral("The products could not be written to \"%1\": ").arg(path)));
+    EXPECT_TRUE(fakes.prompts.shown()[0].text.endsWith(QLatin1Char('.')));
     EXPECT_EQ(fakes.prompts.shown()[0].title, "Export to File");
     EXPECT_EQ(fakes.prompts.shown()[0].style, MsgStyle::OkOnly + MsgStyle::Exclamation);
     EXPECT_FALSE(QFile::exists(path));
@@ -139,7 +140,7 @@ TEST_F(ExchangeCommandsTest, AnExportThatFailsPartWayIsReportedAndTheReplacedFil
         << "the dialog does not ask a second time";
     EXPECT_EQ(fakes.prompts.shown()[1].text,
         QStringLiteral("The products could not be written to \"%1\": the file would be larger "
-                       "than the system allows")
+                       "than the system allows.")
             .arg(path));
     EXPECT_EQ(fakes.prompts.shown()[1].title, "Export to File");
     EXPECT_EQ(fakes.prompts.shown()[1].style, MsgStyle::OkOnly + MsgStyle::Exclamation);

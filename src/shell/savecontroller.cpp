@@ -47,10 +47,13 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
     });
     connect(
         &recovery, &CatalogueRecovery::modifiedChanged, m_window, &QMainWindow::setWindowModified);
-    // "Catalogue saved" is no longer true once the catalogue changes again.
+    // "Catalogue saved" is no longer true once the catalogue changes again; saved (or undone
+    // back to what the file holds), it has nothing left to keep safe.
     connect(&recovery, &CatalogueRecovery::modifiedChanged, this, [this](bool modified) {
         if (modified)
             m_ui.sbPanel1->takeBack(m_savedText);
+        else
+            m_ui.sbUnsafe->clearReason(QStringLiteral("catalogue"));
     });
     connect(&recovery, &CatalogueRecovery::writeFailed, this, [this](const QString &detail) {
         const QString text =

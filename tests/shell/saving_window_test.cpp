@@ -294,6 +294,25 @@ TEST_F(SavingWindowTest, TheStatusBarTellsWhenChangesAreSafeAgain)
         QStringList({ QStringLiteral("Unsaved changes are kept safe again.") }));
 }
 
+TEST_F(SavingWindowTest, ASaveLeavesNothingToKeepSafeAndTheWarningGoes)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir(RecoveryFile));
+    renameFirstProduct(QStringLiteral("Anchor, unsafe"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->ui().sbUnsafe->isVisible(); }, 5000));
+    action("mnuFileSave")->trigger();
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_FALSE(window->ui().sbUnsafe->isVisible()) << "nothing is unsaved";
+    EXPECT_FALSE(statusPanelNames(window->statusBar()).contains(QStringLiteral("Warning")));
+
+    // Changed again while the recovery file still cannot be written: the warning is back.
+    renameFirstProduct(QStringLiteral("Anchor, unsafe again"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->ui().sbUnsafe->isVisible(); }, 5000));
+    // Undone back to what the file holds: nothing to keep safe either.
+    action("mnuEditUndo")->trigger();
+    ASSERT_TRUE(waitForModified(false));
+    EXPECT_FALSE(window->ui().sbUnsafe->isVisible());
+}
+
 TEST_F(SavingWindowTest, TextTypedIntoASideBoxReachesTheRecoveryFile)
 {
     button("Edit")->trigger();

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QShortcut>
+#include <QSignalBlocker>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QVBoxLayout>
@@ -73,8 +74,9 @@ FrmQuoteNote::FrmQuoteNote(
 
 void FrmQuoteNote::connectHandlers()
 {
-    connect(m_chkincludes, &QCheckBox::clicked, this, &FrmQuoteNote::Chkincludes_Click);
-    connect(m_chkVolumePrices, &QCheckBox::clicked, this, &FrmQuoteNote::ChkVolumePrices_Click);
+    // A box ticked from the keyboard, the mouse or an assistive tool's toggle is saved alike.
+    connect(m_chkincludes, &QCheckBox::toggled, this, &FrmQuoteNote::Chkincludes_Click);
+    connect(m_chkVolumePrices, &QCheckBox::toggled, this, &FrmQuoteNote::ChkVolumePrices_Click);
     connect(m_cmdOK, &QPushButton::clicked, this, &FrmQuoteNote::cmdOK_Click);
     connect(m_cmdNextTip, &QPushButton::clicked, this, &FrmQuoteNote::cmdNextTip_Click);
     // Escape cancels as Cancel does (a dialog's own Escape would only hide the window).
@@ -138,6 +140,7 @@ void FrmQuoteNote::Chkincludes_Click()
 {
     const bool checked = m_chkincludes->isChecked();
     if (!QuoteNote::saveNoIncludes(m_settings, checked ? 1 : 0)) {
+        const QSignalBlocker keep(m_chkincludes);
         m_chkincludes->setChecked(!checked);
         m_prompts.msgBox(
             settingFailedText(m_settings.writeError()), MsgStyle::Exclamation, SaveFailedTitle);
@@ -148,6 +151,7 @@ void FrmQuoteNote::ChkVolumePrices_Click()
 {
     const bool checked = m_chkVolumePrices->isChecked();
     if (!QuoteNote::saveVolumePrices(m_settings, checked ? 1 : 0)) {
+        const QSignalBlocker keep(m_chkVolumePrices);
         m_chkVolumePrices->setChecked(!checked);
         m_prompts.msgBox(
             settingFailedText(m_settings.writeError()), MsgStyle::Exclamation, SaveFailedTitle);

@@ -4,6 +4,8 @@
 
 #include "exchange/columnmapping.h"
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QApplication>
 #include <QCheckBox>
 #include <QCoreApplication>
@@ -199,6 +201,24 @@ TEST_F(FrmUpdateTest, OptAddAsksForTheProductNameAgain)
     QTest::mouseClick(optAdd, Qt::LeftButton, {}, QPoint(4, optAdd->height() / 2));
     EXPECT_EQ(list(1)->currentIndex(), -1);
     EXPECT_EQ(list(1)->currentText(), "");
+}
+
+TEST_F(FrmUpdateTest, AnActionChosenByAnAssistiveToolIsTakenAsAClickWould)
+{
+    open(workbook("sample.xls"));
+    auto *optUpdate = window->findChild<QRadioButton *>("OptUpdate");
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(optUpdate);
+    ASSERT_NE(accessible, nullptr);
+    ASSERT_NE(accessible->actionInterface(), nullptr);
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    ASSERT_TRUE(optUpdate->isChecked());
+    EXPECT_EQ(list(1)->placeholderText(), ColumnMapping::SkipField)
+        << "updating needs no product name";
+    auto *optAdd = window->findChild<QRadioButton *>("OptAdd");
+    QAccessible::queryAccessibleInterface(optAdd)->actionInterface()->doAction(
+        QAccessibleActionInterface::toggleAction());
+    ASSERT_TRUE(optAdd->isChecked());
+    EXPECT_EQ(list(1)->placeholderText(), ColumnMapping::Required);
 }
 
 TEST_F(FrmUpdateTest, F1OpensTheWindowsHelpTopicAndHelpTheHelpFile)

@@ -13,6 +13,8 @@
 #include "shell/mainwindowactions.h"
 #include "shell/quotecontroller.h"
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QAction>
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -151,6 +153,25 @@ TEST_F(QuoteAidsWindowTest, ShowVolumePricesAddsTheCheaperBreaksToTheQuoteDocume
     EXPECT_TRUE(text.contains(QStringLiteral("Ext.: $261.80\nOrder 25 or more: $10.95 each.\n")))
         << text.toStdString();
     EXPECT_EQ(text.count(QStringLiteral(" or more: ")), 1) << "one cheaper break above 22";
+}
+
+TEST_F(QuoteAidsWindowTest, TheQuoteNoteBoxesTickedByAnAssistiveToolAreSavedToo)
+{
+    action("mnuQuoteNote")->trigger();
+    auto *note = window->findChild<QWidget *>(QStringLiteral("FrmQuoteNote"));
+    ASSERT_NE(note, nullptr);
+    for (const char *name : { "ChkVolumePrices", "Chkincludes" }) {
+        auto *box = note->findChild<QCheckBox *>(QString::fromLatin1(name));
+        ASSERT_NE(box, nullptr) << name;
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(box);
+        ASSERT_NE(accessible, nullptr);
+        ASSERT_NE(accessible->actionInterface(), nullptr);
+        // A screen reader's "toggle" turns the box without a click.
+        accessible->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        EXPECT_TRUE(box->isChecked()) << name;
+    }
+    EXPECT_EQ(setting(QStringLiteral("VolumePrices")), QStringLiteral("1"));
+    EXPECT_EQ(setting(QStringLiteral("NoIncludes")), QStringLiteral("1"));
 }
 
 TEST_F(QuoteAidsWindowTest, PriceAtQuantitiesShowsThePricesAndKeepsTheQuantitiesWithTheLine)

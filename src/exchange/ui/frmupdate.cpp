@@ -88,8 +88,18 @@ void FrmUpdate::connectHandlers()
     connect(m_ui.CmdHelp, &QPushButton::clicked, this, &FrmUpdate::CmdHelp_Click);
     connect(m_ui.CmdMatch, &QPushButton::clicked, this, &FrmUpdate::CmdMatch_Click);
     connect(m_ui.CmdLast, &QPushButton::clicked, this, &FrmUpdate::CmdLast_Click);
+    // A click runs the handler even on the option already chosen (the product name is asked
+    // for again); an assistive tool's toggle chooses without a click.
     connect(m_ui.OptAdd, &QRadioButton::clicked, this, &FrmUpdate::OptAdd_Click);
     connect(m_ui.OptUpdate, &QRadioButton::clicked, this, &FrmUpdate::OptUpdate_Click);
+    connect(m_ui.OptAdd, &QRadioButton::toggled, this, [this](bool chosen) {
+        if (chosen)
+            OptAdd_Click();
+    });
+    connect(m_ui.OptUpdate, &QRadioButton::toggled, this, [this](bool chosen) {
+        if (chosen)
+            OptUpdate_Click();
+    });
     connect(m_ui.ChkIgnore, &QCheckBox::toggled, this, &FrmUpdate::ChkIgnore_Click);
     connect(m_ui.Timer1, &QTimer::timeout, this, &FrmUpdate::Timer1_Timer);
     connect(m_driver, &ImportDriver::rowsFailed, this, &FrmUpdate::showImportErrors);

@@ -15,7 +15,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
+#include <QPlainTextEdit>
 
 namespace tarnwick {
 
@@ -47,6 +49,14 @@ SaveController::SaveController(const AppServices &services, Module1 &module,
     });
     connect(
         &recovery, &CatalogueRecovery::modifiedChanged, m_window, &QMainWindow::setWindowModified);
+    // Typing in a side box changes the catalogue before any step: the title's mark follows the
+    // keys at once (a close asked for right after them finds the window as it now reads), not
+    // at the next look of the recovery timer.
+    connect(m_ui.TxtPrice, &QLineEdit::textChanged, &recovery, &CatalogueRecovery::checkNow,
+        Qt::QueuedConnection);
+    for (QPlainTextEdit *box : { m_ui.Txtincludes, m_ui.Txtnotes })
+        connect(box, &QPlainTextEdit::textChanged, &recovery, &CatalogueRecovery::checkNow,
+            Qt::QueuedConnection);
     // "Catalogue saved" is no longer true once the catalogue changes again; saved (or undone
     // back to what the file holds), it has nothing left to keep safe.
     connect(&recovery, &CatalogueRecovery::modifiedChanged, this, [this](bool modified) {

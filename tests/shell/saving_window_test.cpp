@@ -74,6 +74,25 @@ TEST_F(SavingWindowTest, TheTitleMarksUnsavedChangesTheDesktopWay)
     EXPECT_TRUE(waitForModified(true));
 }
 
+TEST_F(SavingWindowTest, TheMarkFollowsTheKeysOfASideBoxAtOnce)
+{
+    // The recovery's own look comes only every hour here: the keys alone must set the mark.
+    window->catalogue().recovery().setIntervals(3600000, 3600000);
+    button("Edit")->trigger();
+    goToRow(1);
+    window->ui().TxtPrice->setFocus();
+    QTest::keyClicks(window->ui().TxtPrice, QStringLiteral("9"));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window->isWindowModified());
+    QTest::keyClick(window->ui().TxtPrice, Qt::Key_Backspace);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(window->isWindowModified()) << "typed and taken back: nothing changed";
+    window->ui().Txtnotes->setFocus();
+    QTest::keyClicks(window->ui().Txtnotes, QStringLiteral("x"));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window->isWindowModified());
+}
+
 TEST_F(SavingWindowTest, MovingThroughProductsInEditModeChangesNothing)
 {
     const quint64 before = catalogue().generation();

@@ -144,13 +144,37 @@ int serve(xcb_connection_t *connection, xcb_window_t window, const QList<Target>
     }
 }
 
+/// The program's own connection to its X11 display, or none.
+xcb_connection_t *programConnection()
+{
+    const auto *x11 =
+        qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 != nullptr ? x11->connection() : nullptr;
+}
+
 } // namespace
 
 bool x11DisplayRuns()
 {
-    const auto *x11 =
-        qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 != nullptr && x11->connection() != nullptr;
+    return programConnection() != nullptr;
+}
+
+bool desktopKeeperRuns()
+{
+    xcb_connection_t *connection = programConnection();
+    if (connection == nullptr)
+        return true;
+    // Only if the atom exists (some program asked for it) can a keeper own it.
+    static const char Keeper[] = "CLIPBOARD_MANAGER";
+    const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+        connection, xcb_intern_atom(connection, 1, uint16_t(sizeof(Keeper) - 1), Keeper), nullptr));
+    if (!atom)
+        return true;
+    if (atom->atom == XCB_ATOM_NONE)
+        return false;
+    const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        connection, xcb_get_selection_owner(connection, atom->atom), nullptr));
+    return !owner || owner->owner != XCB_WINDOW_NONE;
 }
 
 int serveOnX11Clipboard(const QList<Target> &targets)
@@ -185,6 +209,11 @@ int serveOnX11Clipboard(const QList<Target> &targets)
 bool x11DisplayRuns()
 {
     return false;
+}
+
+bool desktopKeeperRuns()
+{
+    return true;
 }
 
 int serveOnX11Clipboard(const QList<Target> &)

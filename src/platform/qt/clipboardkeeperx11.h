@@ -8,6 +8,10 @@ namespace tarnwick::ClipboardKeeper {
 
 /// Whether this program runs on an X11 display (where the clipboard ends with its owner).
 bool x11DisplayRuns();
+/// Whether the display has a clipboard keeper of the desktop's (a program owning the
+/// CLIPBOARD_MANAGER selection, to which Qt hands the contents at the end); true off X11,
+/// where the system keeps them.
+bool desktopKeeperRuns();
 
 /// Connects to the display named by DISPLAY, takes the clipboard with these targets and
 /// answers every program that asks for them, until another program takes the clipboard

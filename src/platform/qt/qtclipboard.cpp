@@ -1,16 +1,11 @@
 #include "platform/qt/qtclipboard.h"
 
 #include "platform/qt/clipboardkeeper.h"
+#include "platform/qt/clipboardkeeperx11.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
-
-#if defined(TARNWICK_HAVE_XCB) && QT_CONFIG(xcb)
-#include <xcb/xcb.h>
-
-#include <cstdlib>
-#endif
 
 namespace tarnwick {
 
@@ -58,31 +53,7 @@ bool QtClipboard::holdsOwnCopy() const
 
 bool QtClipboard::keepsCopyAfterExit() const
 {
-#if defined(TARNWICK_HAVE_XCB) && QT_CONFIG(xcb)
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr || x11->connection() == nullptr)
-        return true;
-    xcb_connection_t *connection = x11->connection();
-    static const char Keeper[] = "CLIPBOARD_MANAGER";
-    const xcb_intern_atom_cookie_t atomCookie =
-        xcb_intern_atom(connection, 1, uint16_t(sizeof(Keeper) - 1), Keeper);
-    xcb_intern_atom_reply_t *atom = xcb_intern_atom_reply(connection, atomCookie, nullptr);
-    if (atom == nullptr)
-        return true;
-    const xcb_atom_t selection = atom->atom;
-    std::free(atom);
-    if (selection == XCB_ATOM_NONE)
-        return false; // no program ever asked for the atom: no keeper runs
-    xcb_get_selection_owner_reply_t *owner = xcb_get_selection_owner_reply(
-        connection, xcb_get_selection_owner(connection, selection), nullptr);
-    if (owner == nullptr)
-        return true;
-    const bool kept = owner->owner != XCB_WINDOW_NONE;
-    std::free(owner);
-    return kept;
-#else
-    return true;
-#endif
+    return ClipboardKeeper::desktopKeeperRuns();
 }
 
 bool QtClipboard::handOverOwnCopy()

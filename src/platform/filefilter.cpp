@@ -68,6 +68,17 @@ QStringList toQtNameFilters(const QString &filter)
     return result;
 }
 
+QStringList filterDescriptions(const QString &filter)
+{
+    QStringList result;
+    if (filter.trimmed().isEmpty())
+        return result;
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+        result << parts.at(i);
+    return result;
+}
+
 QString withDefaultSuffix(const QString &path, const QString &suffix)
 {
     const QString name = QFileInfo(path).fileName();

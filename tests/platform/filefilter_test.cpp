@@ -110,4 +110,15 @@ TEST(FileFilter, ANameWithoutAnExtensionGetsTheDefaultSuffix)
         QStringLiteral("/home/a/prices"));
 }
 
+TEST(FileFilter, EachPairsDescriptionIsKeptAsWritten)
+{
+    const QString filter = QStringLiteral(
+        "All Files (*.*)|*.*|Text Files(*.txt)|*.txt| |*.dat|Excel Files (*.xls)|*.xls|Left over");
+    EXPECT_EQ(filterDescriptions(filter),
+        QStringList({ QStringLiteral("All Files (*.*)"), QStringLiteral("Text Files(*.txt)"),
+            QStringLiteral(" "), QStringLiteral("Excel Files (*.xls)") }));
+    EXPECT_EQ(filterDescriptions(filter).size(), toQtNameFilters(filter).size());
+    EXPECT_TRUE(filterDescriptions(QStringLiteral("  ")).isEmpty());
+}
+
 } // namespace tarnwick

@@ -84,11 +84,10 @@ void showFilterDescriptions(QFileDialog &dialog, const QString &filter)
     if (types == nullptr)
         return;
     // Qt picks a type by its position in the list, so the text shown is free.
-    const QStringList parts = filter.split(QLatin1Char('|'));
-    for (qsizetype pair = 0; 2 * pair + 1 < parts.size() && pair < types->count(); ++pair) {
-        const QString &description = parts.at(2 * pair);
-        if (!description.trimmed().isEmpty())
-            types->setItemText(int(pair), description);
+    const QStringList descriptions = filterDescriptions(filter);
+    for (qsizetype entry = 0; entry < descriptions.size() && entry < types->count(); ++entry) {
+        if (!descriptions.at(entry).trimmed().isEmpty())
+            types->setItemText(int(entry), descriptions.at(entry));
     }
 }
 

@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QStyle>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -76,6 +77,11 @@ MainWindowActions::MainWindowActions(QMainWindow *window)
 QMenu *MainWindowActions::addMenu(QMenu *menu, const QString &name, const QStringList &items)
 {
     menu->setObjectName(name);
+    // Opened from the keyboard, a menu highlights its first item, and a letter then goes to
+    // the next item with that letter: in Products, A would pass "&Add" for "Delete &All". The
+    // highlight is taken off once the menu shows, so a letter starts from the top.
+    QObject::connect(menu, &QMenu::aboutToShow, menu,
+        [menu] { QTimer::singleShot(0, menu, [menu] { menu->setActiveAction(nullptr); }); });
     for (const QString &item : items) {
         if (item == QLatin1String("-")) {
             menu->addSeparator();

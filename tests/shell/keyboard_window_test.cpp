@@ -18,6 +18,7 @@
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTest>
@@ -75,6 +76,25 @@ protected:
     QString partInGridRow(int row) const { return grid->model()->index(row, 0).data().toString(); }
     QString quoteCell(int row, int column) const { return gridCellText(quoteGrid, row, column); }
 };
+
+TEST_F(KeyboardWindowTest, AltPThenAGoesToAddFirstAndEnterAdds)
+{
+    auto *products = window->menuBar()->findChild<QMenu *>(QStringLiteral("mnuProducts"));
+    ASSERT_NE(products, nullptr);
+    const int before = module->AllProducts().Count();
+    // Opened from the keyboard, as the menu bar opens it: shown, then its first item
+    // highlighted.
+    products->popup(QPoint(0, 0));
+    products->setActiveAction(products->actions().constFirst());
+    ASSERT_TRUE(waitForMenu(products));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return products->activeAction() == nullptr; }));
+    QTest::keyClick(products, Qt::Key_A);
+    ASSERT_NE(products->activeAction(), nullptr);
+    EXPECT_EQ(products->activeAction()->objectName(), QStringLiteral("mnuAddProd"));
+    QTest::keyClick(products, Qt::Key_Return);
+    EXPECT_EQ(module->AllProducts().Count(), before + 1) << "Add, not the Delete All question";
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
 
 TEST_F(KeyboardWindowTest, ShiftF10OpensTheProductMenuAtTheCurrentRow)
 {

@@ -259,4 +259,17 @@ std::size_t Table::index(int row, int field) const
     return std::size_t(row - 1) * std::size_t(m_fields) + std::size_t(field - 1);
 }
 
+bool sameCells(const Table &a, const Table &b)
+{
+    if (a.rowCount() != b.rowCount() || a.fieldCount() != b.fieldCount())
+        return false;
+    for (int row = 1; row <= a.rowCount(); ++row) {
+        for (int field = 1; field <= a.fieldCount(); ++field) {
+            if (!(a.get(row, field) == b.get(row, field)))
+                return false;
+        }
+    }
+    return true;
+}
+
 } // namespace tarnwick

@@ -98,4 +98,7 @@ private:
     quint64 m_generation = 0;
 };
 
+/// Whether two tables hold the same cells in the same shape.
+bool sameCells(const Table &a, const Table &b);
+
 } // namespace tarnwick

@@ -18,19 +18,6 @@ CellChanges differences(const Table &before, const Table &after)
     return changes;
 }
 
-bool sameCells(const Table &a, const Table &b)
-{
-    if (a.rowCount() != b.rowCount() || a.fieldCount() != b.fieldCount())
-        return false;
-    for (int row = 1; row <= a.rowCount(); ++row) {
-        for (int field = 1; field <= a.fieldCount(); ++field) {
-            if (!(a.get(row, field) == b.get(row, field)))
-                return false;
-        }
-    }
-    return true;
-}
-
 void applyAfter(Table &table, const CellChanges &changes)
 {
     for (const CellChange &change : changes)

@@ -22,9 +22,6 @@ using CellChanges = std::vector<CellChange>;
 /// The cells in which after differs from before; both tables have the same shape.
 CellChanges differences(const Table &before, const Table &after);
 
-/// Whether two tables hold the same cells in the same shape.
-bool sameCells(const Table &a, const Table &b);
-
 /// Writes the after values of changes into table, in their order.
 void applyAfter(Table &table, const CellChanges &changes);
 /// Writes the before values of changes into table, last change first.

@@ -379,5 +379,39 @@ TEST(TableTest, TakingOrInsertingOutsideTheTableRaises9)
     EXPECT_EQ(table.rowCount(), 2);
 }
 
+/// A small table with a text, a whole number and a real number in it, the rest empty.
+Table twoByThreeTable()
+{
+    Table table(2, 3);
+    table.put(1, 1, Cell("A-100"));
+    table.put(1, 3, Cell(qint32(5)));
+    table.put(2, 2, Cell(2.5));
+    return table;
+}
+
+TEST(TableSameCellsTest, TablesWithTheSameCellsAreTheSame)
+{
+    EXPECT_TRUE(sameCells(twoByThreeTable(), twoByThreeTable()));
+    EXPECT_TRUE(sameCells(Table(0, 0), Table(0, 0)));
+}
+
+TEST(TableSameCellsTest, ADifferentShapeIsNotTheSameEvenWhenEmpty)
+{
+    EXPECT_FALSE(sameCells(Table(2, 3), Table(3, 3)));
+    EXPECT_FALSE(sameCells(Table(2, 3), Table(2, 4)));
+    EXPECT_FALSE(sameCells(Table(3, 2), Table(2, 3)));
+}
+
+TEST(TableSameCellsTest, OneDifferentCellMakesTablesDiffer)
+{
+    for (int row = 1; row <= 2; ++row) {
+        for (int field = 1; field <= 3; ++field) {
+            Table other = twoByThreeTable();
+            other.put(row, field, Cell("changed"));
+            EXPECT_FALSE(sameCells(twoByThreeTable(), other)) << row << "," << field;
+        }
+    }
+}
+
 } // namespace
 } // namespace tarnwick

@@ -73,17 +73,4 @@ void QuoteFixture::typePrice(int row, const QString &text)
     QuoteList::repriceLine(quote, catalogue, row, QuoteGridColumn::Price, locale);
 }
 
-bool sameCells(const Table &a, const Table &b)
-{
-    if (a.rowCount() != b.rowCount() || a.fieldCount() != b.fieldCount())
-        return false;
-    for (int row = 1; row <= a.rowCount(); ++row) {
-        for (int field = 1; field <= a.fieldCount(); ++field) {
-            if (!(a.get(row, field) == b.get(row, field)))
-                return false;
-        }
-    }
-    return true;
-}
-
 } // namespace tarnwick::test

@@ -29,7 +29,4 @@ protected:
     Table quote;
 };
 
-/// True when both tables have the same size and cells.
-bool sameCells(const Table &a, const Table &b);
-
 } // namespace tarnwick::test

@@ -7,6 +7,9 @@
 #include "core/storednumber.h"
 #include "products/productrow.h"
 
+#include <cmath>
+#include <limits>
+
 namespace tarnwick::PriceSchedule {
 
 namespace {
@@ -135,10 +138,20 @@ QString listPriceNotice(const Cell &price, const QLocale &locale)
 {
     if (price.isBlank())
         return QString();
+    const auto noNumber = [&locale](const QString &text) {
+        return QStringLiteral("The list price \"%1\" is no number: a quote charges %2 for this "
+                              "product until it is one, such as %3.")
+            .arg(text, format(Cell(0.0), QStringLiteral("currency"), locale),
+                locale.toString(12.5, 'f', 2));
+    };
     // Below zero is kept as typed (a credit, a deposit returned), but said: typed by mistake,
     // every unit on a quote would take that much off its total.
     if (price.isNumber() || conv::isNumeric(price, locale)) {
         const double value = conv::toDouble(price, locale);
+        // A list price is kept as a single: beyond its range ("1e39", a pasted row of digits)
+        // the catalogue reads it back as no number, and so does a quote's quantity.
+        if (std::fabs(value) > double(std::numeric_limits<float>::max()))
+            return noNumber(conv::toText(price, locale));
         if (value >= 0)
             return QString();
         return QStringLiteral("The list price %1 is below zero: every unit of this product on a "
@@ -150,10 +163,7 @@ QString listPriceNotice(const Cell &price, const QLocale &locale)
     const QString text = price.asText();
     if (text.trimmed().isEmpty())
         return QString();
-    return QStringLiteral("The list price \"%1\" is no number: a quote charges %2 for this "
-                          "product until it is one, such as %3.")
-        .arg(text, format(Cell(0.0), QStringLiteral("currency"), locale),
-            locale.toString(12.5, 'f', 2));
+    return noNumber(text);
 }
 
 } // namespace tarnwick::PriceSchedule

@@ -7,6 +7,7 @@
 #include "platform/iprompts.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace tarnwick {
 
@@ -51,25 +52,32 @@ bool asciiContains(const char *text, qsizetype size, const QByteArray &needle)
 /// Whether the cell's text contains needle, ignoring letter case. needle is already upper-
 /// cased, so this is the comparison of both texts upper-cased, without building an upper-cased
 /// copy of every cell. A stored text and needle that are both plain ASCII are searched in
-/// their bytes; anything else goes through QString, which also folds the other letters. A
-/// null cell has no text and never matches.
+/// their bytes; anything else is upper-cased whole, as a letter may become two ("ß" is "SS").
+/// A null cell has no text and never matches.
 bool cellContains(const Cell &cell, const SearchNeedle &needle, const QLocale &locale)
 {
     if (cell.isNull() || cell.isEmpty())
         return false;
     if (cell.isText()) {
         const CellTextView view = cell.textView();
-        // No Windows-1252 character outside ASCII folds to an ASCII letter, so an ASCII
-        // needle is found in such bytes exactly where the folding comparison finds it. UTF-8
-        // holds characters that do (the long s, the Kelvin sign): those texts are searched
-        // in their bytes only when they are plain ASCII.
+        // Of the Windows-1252 characters outside ASCII only "ß" becomes ASCII letters when
+        // upper-cased, so an ASCII needle is found in other such bytes exactly where the
+        // comparison of both texts upper-cased finds it. UTF-8 holds more that do (the long
+        // s, the Kelvin sign, ligatures): those texts are searched in their bytes only when
+        // they are plain ASCII.
+        constexpr char SharpS = '\xDF';
         const bool bytesSearchable = view.encoding == TextEncoding::Windows1252
-            || (view.encoding == TextEncoding::Utf8 && view.isAscii());
+            ? std::memchr(view.bytes(), SharpS, std::size_t(view.size)) == nullptr
+            : view.encoding == TextEncoding::Utf8 && view.isAscii();
         if (!needle.ascii.isEmpty() && bytesSearchable)
             return asciiContains(view.bytes(), view.size, needle.ascii);
-        return cell.asText().contains(needle.text, Qt::CaseInsensitive);
+        // Both plain ASCII (a text typed in this run): folding each letter is the same as
+        // upper-casing, without a copy.
+        if (!needle.ascii.isEmpty() && view.isAscii())
+            return cell.asText().contains(needle.text, Qt::CaseInsensitive);
+        return cell.asText().toUpper().contains(needle.text);
     }
-    return conv::toText(cell, locale).contains(needle.text, Qt::CaseInsensitive);
+    return conv::toText(cell, locale).toUpper().contains(needle.text);
 }
 
 } // namespace

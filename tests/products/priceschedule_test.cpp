@@ -247,6 +247,18 @@ TEST(PriceScheduleTest, AListPriceThatIsNoNumberIsSaid)
     EXPECT_EQ(PriceSchedule::listPriceNotice(Cell(0.0f), EnUs), QString());
 }
 
+// A single holds no price beyond about 3.4E+38: such a value reads back as no number.
+TEST(PriceScheduleTest, AListPriceBeyondASingleIsSaidToBeNoNumber)
+{
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell("1e39"), EnUs),
+        QStringLiteral("The list price \"1e39\" is no number: a quote charges $0.00 for this "
+                       "product until it is one, such as 12.50."));
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell("-1e39"), EnUs),
+        QStringLiteral("The list price \"-1e39\" is no number: a quote charges $0.00 for this "
+                       "product until it is one, such as 12.50."));
+    EXPECT_EQ(PriceSchedule::listPriceNotice(Cell("3e38"), EnUs), QString());
+}
+
 TEST(PriceScheduleTest, AListPriceBelowZeroIsSaid)
 {
     const QString said = QStringLiteral("The list price ($3.00) is below zero: every unit of this "

@@ -282,6 +282,64 @@ TEST_F(ProductSearchTest, WorksWithoutAnEventPump)
     EXPECT_EQ(events.count, 0);
 }
 
+/// A catalogue of three products whose names are kept as a file's bytes in encoding, the
+/// second being "Straße fitting".
+Table sharpSCatalogue(TextEncoding encoding)
+{
+    const QString names[] = { QStringLiteral("Elbow"), QStringLiteral("Straße fitting"),
+        QStringLiteral("Tee") };
+    auto *block = new CellTextBlock;
+    Table catalogue(3, ProductRecord::FieldCount);
+    for (int row = 1; row <= 3; ++row) {
+        QByteArray bytes = names[row - 1].toUtf8();
+        if (encoding == TextEncoding::Windows1252)
+            bytes.replace("\xC3\x9F", "\xDF");
+        const qsizetype offset = block->bytes.size();
+        block->bytes += bytes;
+        catalogue.put(row, ProductRecord::PartNumber, QStringLiteral("K-%1").arg(row));
+        catalogue.put(
+            row, ProductRecord::ProductName, Cell::inBlock(block, offset, bytes.size(), encoding));
+    }
+    block->ref.fetch_sub(1);
+    return catalogue;
+}
+
+TEST(ProductSearchSharpS, SharpSIsFoundAsBothTextsUpperCasedFindIt)
+{
+    const QString entries[] = { QStringLiteral("ß"), QStringLiteral("straße"),
+        QStringLiteral("STRAßE"), QStringLiteral("STRASSE"), QStringLiteral("strasse"),
+        QStringLiteral("ss") };
+    for (const TextEncoding encoding :
+        { TextEncoding::Windows1252, TextEncoding::Utf8, TextEncoding::Utf16 }) {
+        Table catalogue = sharpSCatalogue(encoding);
+        if (encoding == TextEncoding::Utf16)
+            catalogue.put(2, ProductRecord::ProductName, QStringLiteral("Straße fitting"));
+        ASSERT_EQ(catalogue.get(2, ProductRecord::ProductName).asText(),
+            QStringLiteral("Straße fitting"));
+        for (const QString &entry : entries) {
+            test::FakePrompts prompts;
+            ProductSearch search(prompts);
+            EXPECT_EQ(search.find(entry, 0, catalogue, EnUs), 1)
+                << qPrintable(entry) << " in encoding " << int(encoding);
+            EXPECT_TRUE(prompts.shown().empty()) << qPrintable(entry);
+        }
+        test::FakePrompts prompts;
+        ProductSearch search(prompts);
+        EXPECT_EQ(search.find(QStringLiteral("strase"), 0, catalogue, EnUs), -1);
+    }
+}
+
+TEST(ProductSearchSharpS, OtherLettersOfAFileStillMatchIgnoringCase)
+{
+    Table catalogue = sharpSCatalogue(TextEncoding::Windows1252);
+    catalogue.put(3, ProductRecord::ProductName, QStringLiteral("ÉCROU inox"));
+    test::FakePrompts prompts;
+    ProductSearch search(prompts);
+    EXPECT_EQ(search.find(QStringLiteral("écrou"), 0, catalogue, EnUs), 2);
+    EXPECT_EQ(search.find(QStringLiteral("FITTING"), 0, catalogue, EnUs), 1);
+    EXPECT_EQ(search.find(QStringLiteral("elb"), 0, catalogue, EnUs), 0);
+}
+
 TEST(ProductSearchLarge, HundredThousandProductsAreSearchedToTheEnd)
 {
     constexpr int Rows = 100000;

@@ -75,7 +75,11 @@ CatalogueReadResult CatalogueLifecycle::load()
     m_module.SortedByPart = true;
     if (result.status == CatalogueReadResult::Status::Failed) {
         m_readFailed = true;
-        m_loadMessages << unreadMessage(m_module.DataFile, result);
+        // Kept at once, so the message that says so can name the copy and the close, which
+        // saves over the file, has nothing left to say.
+        const QString copy = preserveUnreadCatalogue(m_module.DataFile);
+        m_unreadFileKept = !copy.isEmpty();
+        m_loadMessages << unreadMessage(m_module.DataFile, result, copy);
     }
     // A file that could not be read leaves no product on screen to correct.
     if (result.status != CatalogueReadResult::Status::Failed && !result.unreadNumbers.isEmpty())
@@ -384,14 +388,18 @@ QString CatalogueLifecycle::backupQuestion(
 }
 
 QString CatalogueLifecycle::unreadMessage(
-    const QString &dataFile, const CatalogueReadResult &result)
+    const QString &dataFile, const CatalogueReadResult &result, const QString &keptCopy)
 {
+    const QString kept = keptCopy.isEmpty()
+        ? QStringLiteral("The file itself is kept: before Tarnwick saves the catalogue, it is "
+                         "copied to a file of its own in the same folder.")
+        : QStringLiteral("The file itself has been kept as \"%1\".")
+              .arg(QDir::toNativeSeparators(keptCopy));
     return QStringLiteral("The catalogue file \"%1\" could not be read completely: %2 "
-                          "(error %3).\n\nTarnwick starts without the products of that file. "
-                          "The file itself is kept: before Tarnwick saves the catalogue, it is "
-                          "copied to a file of its own in the same folder.")
-        .arg(QDir::toNativeSeparators(dataFile), result.detail)
-        .arg(result.errorNumber);
+                          "(error %3).\n\nTarnwick starts without the products of that file. ")
+               .arg(QDir::toNativeSeparators(dataFile), result.detail)
+               .arg(result.errorNumber)
+        + kept;
 }
 
 QString CatalogueLifecycle::saveFailedMessage(const QString &dataFile, const QString &detail)

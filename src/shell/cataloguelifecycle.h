@@ -16,7 +16,8 @@ class Module1;
 
 /// Loads the catalogue at start-up and writes it back at shut-down, and tells the user when
 /// either goes wrong. A catalogue file that could not be read completely is kept under a
-/// name of its own before the shut-down save replaces it, so nothing in it is lost.
+/// name of its own as soon as the start finds it so (at the latest before a save replaces it),
+/// so nothing in it is lost.
 class CatalogueLifecycle
 {
 public:
@@ -90,8 +91,10 @@ public:
     static QString backupQuestion(
         const QString &dataFile, const QString &backup, const QString &when, int products);
 
-    /// The message shown when the catalogue file could not be read completely.
-    static QString unreadMessage(const QString &dataFile, const CatalogueReadResult &result);
+    /// The message shown when the catalogue file could not be read completely; keptCopy is
+    /// where it has been kept, empty when it could not be kept yet (the save tries again).
+    static QString unreadMessage(const QString &dataFile, const CatalogueReadResult &result,
+        const QString &keptCopy = QString());
     /// The message shown when the catalogue could not be saved.
     static QString saveFailedMessage(const QString &dataFile, const QString &detail);
     static QString keptCopyMessage(const QString &copyPath);

@@ -57,19 +57,25 @@ TEST_F(CatalogueLifecycleTest, AMissingFileIsTheQuietFirstRun)
     EXPECT_TRUE(folder.exists(QStringLiteral("twdata.dat")));
 }
 
-TEST_F(CatalogueLifecycleTest, AFileThatEndsInsideAProductIsReportedAndKeptBeforeTheSave)
+TEST_F(CatalogueLifecycleTest, AFileThatEndsInsideAProductIsKeptAtOnceAndTheMessageNamesTheCopy)
 {
     const QByteArray broken = catalogueLine({ "P1", "One" }) + "P2\x7f\x7f\x7fno end";
     folder.writeFile(QStringLiteral("twdata.dat"), broken);
     EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
-    ASSERT_EQ(prompts.shown().size(), 1u);
-    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("could not be read completely")));
-    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("(error 62)")));
-
-    EXPECT_TRUE(lifecycle.save().ok);
     const QStringList copies = folder.fileNames().filter(QStringLiteral("twdata-unread-"));
-    ASSERT_EQ(copies.size(), 1);
+    ASSERT_EQ(copies.size(), 1) << "kept before anything is saved";
     EXPECT_EQ(folder.readFile(copies.first()), broken);
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    const QString text = prompts.shown()[0].text;
+    EXPECT_TRUE(text.contains(QStringLiteral("could not be read completely")));
+    EXPECT_TRUE(text.contains(QStringLiteral("(error 62)")));
+    EXPECT_TRUE(text.endsWith(QStringLiteral("The file itself has been kept as \"%1\".")
+                                  .arg(QDir::toNativeSeparators(folder.filePath(copies.first())))))
+        << text.toStdString();
+
+    prompts.clear();
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_TRUE(prompts.shown().empty()) << "the save has nothing more to say";
     EXPECT_TRUE(lifecycle.save().ok);
     EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-unread-")).size(), 1)
         << "the unread file is kept once";

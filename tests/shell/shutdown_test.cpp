@@ -167,18 +167,23 @@ TEST_F(ShutdownTest, AFailedSaveAsksAndKeepsTheWindowOpenOnNo)
     EXPECT_TRUE(mainWindow->close());
 }
 
-TEST_F(ShutdownTest, AnUnreadableCatalogueIsKeptAsACopyBeforeTheSave)
+// The start keeps the file and says where; the close then saves without a box of its own.
+TEST_F(ShutdownTest, AnUnreadableCatalogueIsKeptAtTheStartAndTheCloseAsksNothing)
 {
     const QByteArray broken = catalogueLine({ "P1", "One" }) + "P2\x7f\x7f\x7fhalf a line";
     folder.writeFile(QStringLiteral("twdata.dat"), broken);
     frmMain *window = startAndWait();
-    fakes->prompts.clear();
-    window->close();
     QStringList copies = folder.fileNames().filter(QStringLiteral("twdata-unread-"));
     ASSERT_EQ(copies.size(), 1) << folder.fileNames().join(QLatin1Char(' ')).toStdString();
     EXPECT_EQ(folder.readFile(copies.first()), broken);
     ASSERT_EQ(fakes->prompts.shown().size(), 1u);
     EXPECT_TRUE(fakes->prompts.shown()[0].text.contains(copies.first()));
+
+    fakes->prompts.clear();
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-unread-")), copies);
+    EXPECT_EQ(folder.readFile(copies.first()), broken);
     EXPECT_TRUE(folder.exists(QStringLiteral("twdata.dat")));
 }
 

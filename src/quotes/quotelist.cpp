@@ -48,6 +48,43 @@ AddLineResult addProduct(
     return { AddStatus::Added, row };
 }
 
+namespace {
+
+/// What is said of a line charged 0 because the catalogue gives no price for it (re-priced
+/// after its product was deleted, or at a quantity whose price point has no price, or for a
+/// product whose list price is no number); empty for any other line, a typed 0 for a product
+/// the catalogue prices included.
+QString unpricedLine(const Table &quote, const Table &catalogue, int row, const QLocale &locale)
+{
+    const Cell &unit = quote.get(row, QuoteLine::UnitPrice);
+    if (!(unit.isNumber() || conv::isNumeric(unit, locale)) || conv::toDouble(unit, locale) != 0)
+        return QString();
+    const Cell &partCell = quote.get(row, QuoteLine::PartNumber);
+    const QString part = partCell.isNull() ? QString() : conv::toText(partCell, locale);
+    qint32 quantity = 0;
+    ErrorTrap trap;
+    if (!trap.step([&] { quantity = QuoteLine::quantity(quote, row, locale); }))
+        return QString();
+    PriceLookup lookup;
+    if (!trap.step([&] { lookup = PriceSchedule::SetPrice(catalogue, part, quantity, locale); }))
+        return QString();
+    const QString nothing = format(Cell(0.0), QStringLiteral("currency"), locale);
+    if (!lookup.found) {
+        return QStringLiteral("Line %1: \"%2\" is not in the catalogue; the line is charged %3 "
+                              "until a price is typed.")
+            .arg(row)
+            .arg(part, nothing);
+    }
+    if (conv::isNumeric(Cell(lookup.price), locale))
+        return QString();
+    return QStringLiteral("Line %1: the catalogue gives no price for %2 of \"%3\"; the line is "
+                          "charged %4 until a price is typed.")
+        .arg(row)
+        .arg(locale.toString(quantity), part, nothing);
+}
+
+} // namespace
+
 /// Re-pricing rule: q is the line's quantity (QuoteLine::quantity). When the quantity was
 /// changed, the cell is given q itself, so the quantity shown is the one every price and total
 /// is worked out from (2.5 is shown and charged as 2), and the unit price becomes SetPrice's
@@ -58,7 +95,7 @@ AddLineResult addProduct(
 /// (an unknown part number, a price point without its price), and so does a quantity that does
 /// not (the cell then keeps what was typed). Edits of the part number or the product name
 /// change no price.
-QString unreadNotice(const Table &quote, const QLocale &locale)
+QString unreadNotice(const Table &quote, const Table &catalogue, const QLocale &locale)
 {
     const auto unread = [&](int row, int field) {
         const Cell &cell = quote.get(row, field);
@@ -99,6 +136,8 @@ QString unreadNotice(const Table &quote, const QLocale &locale)
                                   "%3 until a price is typed.")
                        .arg(row)
                        .arg(price, nothing);
+        } else {
+            said = unpricedLine(quote, catalogue, row, locale);
         }
         if (said.isEmpty())
             continue;

@@ -54,9 +54,10 @@ void repriceLine(
 
 /// What the status bar says while a line of the quote holds a quantity or unit price that is
 /// no number, or a quantity beyond those a line counts in, which the line's re-pricing counts
-/// as 0 (the cell keeps what was typed): the first such line, then the numbers of the others;
-/// empty when there is none.
-QString unreadNotice(const Table &quote, const QLocale &locale);
+/// as 0 (the cell keeps what was typed), or is charged 0 because the catalogue gives no price
+/// for it (its product is gone, or has no price at that quantity): the first such line, then
+/// the numbers of the others; empty when there is none.
+QString unreadNotice(const Table &quote, const Table &catalogue, const QLocale &locale);
 
 /// "Remove Product": deletes quote row (1-based); the lines after it move up and the quote
 /// keeps its 250 rows. False when row is outside the table.

@@ -287,7 +287,8 @@ void QuoteController::sayUnreadCells()
 {
     // A quantity or price kept as typed but charged as nothing is said for as long as the
     // quote holds it.
-    const QString unread = QuoteList::unreadNotice(m_module.QuoteTable(), m_module.locale());
+    const QString unread =
+        QuoteList::unreadNotice(m_module.QuoteTable(), m_module.Catalogue(), m_module.locale());
     if (!unread.isEmpty())
         m_ui.sbPanel1->setText(unread);
     else if (!m_typedNotice.isEmpty())
@@ -297,7 +298,8 @@ void QuoteController::sayUnreadCells()
 
 void QuoteController::sayUnreadCellsAfter(const QString &message)
 {
-    const QString unread = QuoteList::unreadNotice(m_module.QuoteTable(), m_module.locale());
+    const QString unread =
+        QuoteList::unreadNotice(m_module.QuoteTable(), m_module.Catalogue(), m_module.locale());
     if (unread.isEmpty()) {
         m_ui.sbPanel1->setText(message);
         return;

@@ -73,20 +73,20 @@ TEST_F(QuoteListTest, AQuantityOrPriceThatIsNoNumberIsSaid)
 {
     add("A-100");
     add("A-100");
-    EXPECT_EQ(QuoteList::unreadNotice(quote, locale), QString());
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale), QString());
     quote.put(2, QuoteLine::Quantity, "1,5");
-    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale),
         QStringLiteral("Line 2: the quantity \"1,5\" is no number; the line is charged $0.00 "
                        "until a whole number is typed."));
     quote.put(2, QuoteLine::Quantity, "1,000");
-    EXPECT_EQ(QuoteList::unreadNotice(quote, locale), QString());
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale), QString());
     quote.put(1, QuoteLine::UnitPrice, "ask");
-    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale),
         QStringLiteral("Line 1: the price \"ask\" is no number; the line is charged $0.00 until "
                        "a price is typed."));
     quote.put(1, QuoteLine::UnitPrice, "$12.50");
     quote.put(1, QuoteLine::Quantity, "2.5");
-    EXPECT_EQ(QuoteList::unreadNotice(quote, locale), QString())
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale), QString())
         << "a number, charged as 2 (the quantity shown then)";
 }
 
@@ -97,26 +97,68 @@ TEST_F(QuoteListTest, AQuantityOutOfRangeAndEveryFurtherLineChargedNothingAreSai
     for (int line = 0; line < 8; ++line)
         add("A-100");
     quote.put(2, QuoteLine::Quantity, "1e10");
-    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale),
         QStringLiteral("Line 2: the quantity \"1e10\" is out of range; the line is charged "
                        "$0.00 until a smaller whole number is typed."));
     quote.put(1, QuoteLine::Quantity, "ten");
     quote.put(5, QuoteLine::Quantity, "2147483647");
-    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale),
         QStringLiteral("Line 1: the quantity \"ten\" is no number; the line is charged $0.00 "
                        "until a whole number is typed. Lines 2 and 5 are charged $0.00 as "
                        "well."));
     quote.put(5, QuoteLine::Quantity, "2147483520");
-    EXPECT_EQ(QuoteList::unreadNotice(quote, locale),
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale),
         QStringLiteral("Line 1: the quantity \"ten\" is no number; the line is charged $0.00 "
                        "until a whole number is typed. Line 2 is charged $0.00 as well."))
         << "the largest quantity a line counts in";
     for (int row = 3; row <= 8; ++row)
         quote.put(row, QuoteLine::UnitPrice, "ask");
-    EXPECT_TRUE(QuoteList::unreadNotice(quote, locale)
+    EXPECT_TRUE(QuoteList::unreadNotice(quote, catalogue, locale)
                     .endsWith(QStringLiteral(" Lines 2, 3, 4, 5, 6 and 2 more are charged $0.00 "
                                              "as well.")))
-        << QuoteList::unreadNotice(quote, locale).toStdString();
+        << QuoteList::unreadNotice(quote, catalogue, locale).toStdString();
+}
+
+// A line charged nothing because the catalogue gives no price for it is named as well: its
+// product deleted after it was added, a price point without its price, a list price that is
+// no number once the quantity has re-priced the line. A price of 0 typed for a product the
+// catalogue prices is the user's own and is not said.
+TEST_F(QuoteListTest, ALineTheCatalogueGivesNoPriceForIsSaid)
+{
+    add("A-100");
+    add("B-200");
+    add("E-500");
+    typeQuantity(3, "3");
+    ASSERT_EQ(number(3, QuoteLine::UnitPrice), 0.0);
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale).toStdString(),
+        QStringLiteral("Line 3: the catalogue gives no price for 3 of \"E-500\"; the line is "
+                       "charged $0.00 until a price is typed.")
+            .toStdString());
+
+    catalogue.put(6, ProductRecord::PricePoint1, "5");
+    catalogue.put(6, ProductRecord::Price1, "$2.00");
+    catalogue.put(2, ProductRecord::Price2, "");
+    typeQuantity(2, "1500");
+    typeQuantity(3, "5");
+    ASSERT_EQ(number(2, QuoteLine::UnitPrice), 0.0);
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale).toStdString(),
+        QStringLiteral("Line 2: the catalogue gives no price for 1,500 of \"B-200\"; the line "
+                       "is charged $0.00 until a price is typed.")
+            .toStdString());
+
+    catalogue.deleteRows(1);
+    typeQuantity(1, "10");
+    ASSERT_EQ(number(1, QuoteLine::UnitPrice), 0.0);
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale).toStdString(),
+        QStringLiteral("Line 1: \"A-100\" is not in the catalogue; the line is charged $0.00 "
+                       "until a price is typed. Line 2 is charged $0.00 as well.")
+            .toStdString());
+
+    typePrice(1, "4");
+    typePrice(2, "0");
+    catalogue.put(1, ProductRecord::Price2, "$6.50");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale), QString())
+        << "a price typed for the line, and a typed 0 for a product the catalogue prices";
 }
 
 TEST_F(QuoteListTest, AQuantityEqualToAThresholdTakesThatPointsPrice)

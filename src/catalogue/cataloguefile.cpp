@@ -13,6 +13,7 @@
 
 #ifdef Q_OS_UNIX
 #include <cstdio>
+#include <fcntl.h>
 #include <unistd.h>
 #endif
 
@@ -34,6 +35,26 @@ QString knownCause(int systemError)
     default:
         return plainWriteCause(systemError, QString());
     }
+}
+
+/// Why no new file can be made in folder, as the system says it: the error number of making
+/// one now; 0 when one can be made (or when this platform is not asked). Asked after a failed
+/// open, because the error number Qt's file classes leave behind is not always the one of the
+/// failure: a folder locked against changes (EPERM) read as one that is not there.
+int newFileError(const QString &folder)
+{
+#ifdef Q_OS_UNIX
+    const QByteArray probe = QFile::encodeName(
+        QDir(folder).filePath(QStringLiteral(".tarnwick-probe-%1").arg(::getpid())));
+    const int handle = ::open(probe.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (handle < 0)
+        return errno == EEXIST ? 0 : errno;
+    ::close(handle);
+    ::unlink(probe.constData());
+#else
+    Q_UNUSED(folder);
+#endif
+    return 0;
 }
 
 /// Only the cause, in plain words: the shell puts it into one sentence with the file's name.
@@ -149,15 +170,17 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
     QSaveFile file(path);
     errno = 0;
     if (!file.open(QIODevice::WriteOnly)) {
+        const int openError = errno;
         // QSaveFile refuses to replace a file that may not be written, whatever the folder
         // allows: say so, rather than send the user after the folder's rights.
         const QFileInfo existing(path);
         if (existing.exists() && !existing.isWritable())
             return failedSave(
                 QStringLiteral("the file itself is read-only or locked against changes"));
+        const int probed = newFileError(existing.absolutePath());
         const QString folder = QDir::toNativeSeparators(existing.absolutePath());
         return failedSave(QStringLiteral("no new file can be created in the folder \"%1\": %2")
-                              .arg(folder, plainCause(errno, file)));
+                              .arg(folder, plainCause(probed != 0 ? probed : openError, file)));
     }
     errno = 0;
     if (!writeContent(file) || !file.flush()) {

@@ -166,6 +166,38 @@ TEST_F(SafeSaveTest, FolderThatTakesNoNewFilesLeavesTheOldFileIntact)
     EXPECT_EQ(products.Count(), 50); // a failed save changes nothing
 }
 
+// A folder locked against changes refuses with another error number than one without the
+// right to write, and Qt's file classes left a third behind ("not there"): the cause is asked
+// of the folder itself. Where the lock cannot be set (a container without the right to), the
+// folder without write rights stands in, which must say the same.
+TEST_F(SafeSaveTest, AFolderLockedAgainstChangesIsSaidToRefuseNotToBeGone)
+{
+    const QString appFolder = folder.filePath(QStringLiteral("app"));
+    ASSERT_TRUE(QDir().mkpath(appFolder));
+    fillCatalogue(3);
+    products.setCount(3);
+    const QString data = QDir(appFolder).filePath(QStringLiteral("twdata.dat"));
+    CatalogueWriteResult result;
+    bool lockedTried = false;
+    {
+        const LockedFolder locked(appFolder);
+        if (locked.locked()) {
+            lockedTried = true;
+            result = products.WriteProds(data);
+        }
+    }
+    if (!lockedTried) {
+        const UnwritableFolder readOnly(appFolder, folder.path());
+        ASSERT_TRUE(readOnly.blocksNewFiles());
+        result = products.WriteProds(data);
+    }
+    EXPECT_FALSE(result.ok);
+    EXPECT_TRUE(result.detail.endsWith(QStringLiteral(": you have no permission to write there")))
+        << result.detail.toStdString() << (lockedTried ? " (locked)" : " (no write rights)");
+    EXPECT_EQ(QDir(appFolder).entryList(QDir::Files | QDir::Hidden), QStringList())
+        << "no file is left behind, the cause's probe included";
+}
+
 TEST_F(SafeSaveTest, DataFileBelowAPlainFileCannotBeSaved)
 {
     folder.writeFile(QStringLiteral("notafolder"), "plain bytes");

@@ -8,6 +8,9 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -41,6 +44,24 @@ bool UnwritableFolder::blocksNewFiles() const
 {
     QFile probe(QDir(m_folder).filePath(QStringLiteral("probe.txt")));
     return !probe.open(QIODevice::WriteOnly);
+}
+
+LockedFolder::LockedFolder(const QString &folder)
+    : m_handle(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+{
+    if (m_handle < 0 || ::ioctl(m_handle, FS_IOC_GETFLAGS, &m_flags) != 0)
+        return;
+    int locked = m_flags | FS_IMMUTABLE_FL;
+    m_locked = ::ioctl(m_handle, FS_IOC_SETFLAGS, &locked) == 0;
+}
+
+LockedFolder::~LockedFolder()
+{
+    if (m_locked) {
+        EXPECT_EQ(::ioctl(m_handle, FS_IOC_SETFLAGS, &m_flags), 0);
+    }
+    if (m_handle >= 0)
+        ::close(m_handle);
 }
 
 FileSizeLimit::FileSizeLimit(rlim_t bytes)

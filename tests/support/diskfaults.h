@@ -26,6 +26,26 @@ private:
     bool m_droppedRoot = false;
 };
 
+/// Locks a folder against changes while it lives (the file system's "immutable" flag, as
+/// `chattr +i` sets it): no new file, also for root, and the system answers EPERM rather than
+/// EACCES. Setting the flag needs the right to (root outside most containers) and a file system
+/// that has it; locked() says whether it worked.
+class LockedFolder
+{
+public:
+    explicit LockedFolder(const QString &folder);
+    ~LockedFolder();
+    LockedFolder(const LockedFolder &) = delete;
+    LockedFolder &operator=(const LockedFolder &) = delete;
+
+    bool locked() const { return m_locked; }
+
+private:
+    int m_handle = -1;
+    int m_flags = 0;
+    bool m_locked = false;
+};
+
 /// Limits the size of the files this process may write while it lives: a write that would go
 /// past the limit is cut short or fails (EFBIG), as on a disk that fills up part-way, also for
 /// root. The signal such a write raises is ignored meanwhile.

@@ -208,6 +208,11 @@ bool ImportPlanner::step()
         skip(SkipReason::Unreadable, QString());
         ++m_row;
         m_done = ++m_unreadableRows >= MaxUnreadableRows;
+        // The rows below are not read; the plan says so, as for an empty row that ends it.
+        if (m_done && (m_row <= m_workbook.rowCountHint() || m_workbook.hasRowsAfterAGap())) {
+            m_plan.rowsLeftBelow = m_row;
+            m_plan.endedAfterUnreadableRows = true;
+        }
         return !m_done;
     }
     m_unreadableRows = 0;
@@ -326,7 +331,13 @@ Cell ImportPlanner::nameCell(Cell name)
     // Only a text of more bytes (or units) than the limit can have more characters.
     if (name.textView().size <= MaxNameLength)
         return name;
-    return Cell(name.asText().left(MaxNameLength));
+    const QString text = name.asText();
+    // A character outside the basic plane (an emoji) is two units: one cut in half would be
+    // written as "?", so it goes whole.
+    const qsizetype length =
+        text.size() > MaxNameLength && text[MaxNameLength - 1].isHighSurrogate() ? MaxNameLength - 1
+                                                                                 : MaxNameLength;
+    return Cell(text.left(length));
 }
 
 bool ImportPlanner::fitsPrice(double price)

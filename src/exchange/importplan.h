@@ -99,6 +99,9 @@ struct ImportPlan
     /// Adding ended at that row because it has cells but no part number (it is not read
     /// either).
     bool endedWithoutPartNumber = false;
+    /// The import ended at rowsLeftBelow after MaxUnreadableRows rows in a row that could not
+    /// be read (that row and the ones below are not read).
+    bool endedAfterUnreadableRows = false;
 
     int addedCount() const { return int(addedSheetRows.size()); }
     /// The cells of new product index (0-based).

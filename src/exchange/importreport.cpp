@@ -72,7 +72,13 @@ QList<CountLine> namedCountLines(const ImportPlan &plan)
         lines.append({ "LblWithoutPrice",
             QStringLiteral("Products added without a list price, as their price is no number: %1")
                 .arg(plan.addedWithoutPrice) });
-    if (plan.rowsLeftBelow > 0 && plan.endedWithoutPartNumber) {
+    if (plan.rowsLeftBelow > 0 && plan.endedAfterUnreadableRows) {
+        lines.append({ "LblNotRead",
+            QStringLiteral("Rows not read: row %1 and every row below it. The %2 rows above it "
+                           "could not be read, which ends the import.")
+                .arg(plan.rowsLeftBelow)
+                .arg(ImportPlanner::MaxUnreadableRows) });
+    } else if (plan.rowsLeftBelow > 0 && plan.endedWithoutPartNumber) {
         lines.append({ "LblNotRead",
             QStringLiteral("Rows not read: row %1 and every row below it. Row %1 has no part "
                            "number, which ends the import.")

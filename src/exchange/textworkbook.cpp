@@ -121,7 +121,11 @@ void putRecord(SheetCells &cells, int row, const QStringList &record)
 
 void readTextSheet(QByteArrayView bytes, SheetCells &cells)
 {
-    const QString text = decodeSheetText(bytes);
+    QString text = decodeSheetText(bytes);
+    // Lines ended by a carriage return alone, as older Mac spreadsheets save text: each one
+    // ends a line there (a file with line feeds keeps a lone one inside its cells).
+    if (!text.contains(QLatin1Char('\n')) && text.contains(QLatin1Char('\r')))
+        text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     // A spreadsheet that quotes its text cells quotes the header row's first cell too.
     const bool quotesText = text.startsWith(QLatin1Char('"'));
     qsizetype at = 0;

@@ -45,6 +45,7 @@ public:
             return QString();
         return QStringLiteral("%1-%2").arg(column == 0 ? "P" : "Name").arg(row);
     }
+    int rowCountHint() const override { return m_lastRow; }
 
 private:
     int m_lastRow;
@@ -113,6 +114,38 @@ TEST(ImportPlanErrors, ASheetThatNeverReadsEnds)
         sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
     planner.runAll();
     EXPECT_EQ(planner.currentRow(), 2 + ImportPlanner::MaxUnreadableRows);
+}
+
+// The rows below the end are left out, and the plan says from which row on, so the preview
+// and the result name them.
+TEST(ImportPlanErrors, TheRowsBelowAnEndAfterUnreadableRowsAreNamed)
+{
+    Table catalogue(0, P::FieldCount);
+    std::vector<int> failing;
+    for (int row = 2; row <= 151; ++row)
+        failing.push_back(row);
+    const FailingRowsSheet sheet(152, failing);
+    ImportPlanner planner(
+        sheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    const ImportPlan plan = planner.takePlan();
+    EXPECT_EQ(plan.skippedCount(SkipReason::Unreadable), ImportPlanner::MaxUnreadableRows);
+    EXPECT_EQ(plan.addedCount(), 0);
+    EXPECT_EQ(plan.rowsLeftBelow, 2 + ImportPlanner::MaxUnreadableRows);
+    EXPECT_TRUE(plan.endedAfterUnreadableRows);
+    EXPECT_TRUE(ImportReport::countLines(plan).contains(
+        QStringLiteral("Rows not read: row 102 and every row below it. The 100 rows above it "
+                       "could not be read, which ends the import.")))
+        << ImportReport::countLines(plan).join(QLatin1Char('|')).toStdString();
+
+    // A sheet that ends with its hundredth unreadable row leaves nothing out.
+    const FailingRowsSheet ending(101, failing);
+    ImportPlanner last(
+        ending, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    last.runAll();
+    const ImportPlan whole = last.takePlan();
+    EXPECT_EQ(whole.rowsLeftBelow, 0);
+    EXPECT_FALSE(whole.endedAfterUnreadableRows);
 }
 
 namespace {

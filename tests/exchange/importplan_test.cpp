@@ -226,6 +226,25 @@ TEST(ImportPlanAdding, ANameIsCutByCharactersNotByBytes)
     EXPECT_EQ(add.addedProduct(1)[P::ProductName - 1].asText(), whole);
 }
 
+// A character of two UTF-16 units (an emoji) across the 75th place is not cut in half, which
+// the catalogue file would hold as "?": the name ends before it.
+TEST(ImportPlanAdding, ANameIsNotCutInsideACharacterOfTwoUnits)
+{
+    Table catalogue(0, P::FieldCount);
+    const QString emoji = QString::fromUcs4(U"\U0001F600");
+    const QString across = QString(74, QLatin1Char('a')) + emoji + QString(10, QLatin1Char('b'));
+    const QString ending = QString(73, QLatin1Char('a')) + emoji + QString(10, QLatin1Char('b'));
+    const TextWorkbook sheet(
+        ("Part Number\tProduct Name\r\nS-1\t" + across + "\r\nS-2\t" + ending + "\r\n").toUtf8());
+    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan add = planner.takePlan();
+    ASSERT_EQ(add.addedCount(), 2);
+    EXPECT_EQ(add.addedProduct(0)[P::ProductName - 1].asText(), QString(74, QLatin1Char('a')));
+    EXPECT_EQ(
+        add.addedProduct(1)[P::ProductName - 1].asText(), QString(73, QLatin1Char('a')) + emoji);
+}
+
 TEST_F(ImportPlanTest, AddingSkipsEveryKnownPartNumberAndEndsAtTheFirstEmptyOne)
 {
     const ImportPlan add = plan(ImportAction::AddNew);

@@ -91,3 +91,23 @@ TEST(TextWorkbook, CharactersOfEveryEncodingTheTextMayHave)
     EXPECT_EQ(unicodeText.cellText(1, 1), QStringLiteral("Preis \u20ac"));
     EXPECT_EQ(unicodeText.cellText(1, 2), QStringLiteral("Zw\u00f6lf"));
 }
+
+TEST(TextWorkbook, LinesEndedByACarriageReturnAloneAreRows)
+{
+    const TextWorkbook sheet(QByteArray("Part Number\tProduct Name\tPrice\tNotes\r"
+                                        "C-1\tMac one\t1\tn\r"
+                                        "C-2\tMac two\t2\t\"two\rlines\"\r"));
+    EXPECT_EQ(sheet.cellText(3, 1), "Notes");
+    EXPECT_EQ(sheet.cellText(0, 2), "C-1");
+    EXPECT_EQ(sheet.cellText(3, 2), "n");
+    EXPECT_EQ(sheet.cellText(0, 3), "C-2");
+    EXPECT_EQ(sheet.cellText(2, 3), "2");
+    EXPECT_EQ(sheet.cellText(3, 3), "two\r\nlines");
+    EXPECT_EQ(sheet.cellText(0, 4), "");
+
+    // Where lines end in line feeds, a carriage return alone is a line break inside its cell
+    // (kept as every line break of a cell is).
+    const TextWorkbook mixed(QByteArray("A\tB\r\nx\ry\tz\r\n"));
+    EXPECT_EQ(mixed.cellText(0, 2), "x\r\ny");
+    EXPECT_EQ(mixed.cellText(1, 2), "z");
+}

@@ -51,6 +51,12 @@ QString DocumentsController::copyQuote()
 
 void DocumentsController::copyProductInfo()
 {
+    // After a delete no product is current: a report of nothing would only push out what the
+    // clipboard held.
+    if (m_grid.currentBookmark() <= 0) {
+        m_ui.sbPanel1->setText(tr("No product is selected: select one to copy its report."));
+        return;
+    }
     const auto document =
         ProductReport::build(m_module.Catalogue(), m_grid.currentBookmark(), m_module.locale());
     m_services.clipboard.clear();

@@ -248,6 +248,29 @@ TEST_F(DocumentsWindowTest, CopyProductInfoFromTheMenusAndTheToolbarPutsTheRepor
         QStringLiteral("Product information copied to the clipboard."));
 }
 
+// After a delete no product is current: the report of nothing is not copied over what the
+// clipboard holds, and the status bar says why.
+TEST_F(DocumentsWindowTest, CopyProductInfoWithNoProductCurrentKeepsTheClipboard)
+{
+    goToRow(1);
+    fakes->prompts.answerMessage(int(MsgResult::Yes));
+    button("DelProd")->trigger();
+    ASSERT_FALSE(window->ui().GrdMain->currentIndex().isValid());
+    fakes->clipboard.setText(QStringLiteral("kept"));
+    const int clears = fakes->clipboard.clearCount();
+    for (const char *name : { "mnucopyproduct", "mnuCopyProductInfo" }) {
+        action(name)->trigger();
+        EXPECT_EQ(fakes->clipboard.clearCount(), clears) << name;
+        EXPECT_EQ(fakes->clipboard.text(), QStringLiteral("kept")) << name;
+        EXPECT_FALSE(fakes->clipboard.richDocument().has_value()) << name;
+        EXPECT_EQ(window->ui().sbPanel1->text(),
+            QStringLiteral("No product is selected: select one to copy its report."));
+    }
+    goToRow(0);
+    action("mnuCopyProductInfo")->trigger();
+    EXPECT_TRUE(clipboardText().startsWith(QStringLiteral("Product Report\n")));
+}
+
 TEST_F(DocumentsWindowTest, CopyPutsTheQuoteDocumentWithHeadingAndTotalsOnTheClipboard)
 {
     folder.writeFile(QStringLiteral("QuoteNoteHead.txt"), "Our offer");

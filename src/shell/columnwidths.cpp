@@ -58,6 +58,12 @@ void fitProductGrid(QTableView *grid, int nameColumn, int keptColumn)
         grid->resizeColumnToContents(column);
         grid->setColumnWidth(column, std::max(before, grid->columnWidth(column)));
     }
+    // Nor does a long part number on a first run take more than half the grid.
+    for (int column = 0; column < nameColumn; ++column) {
+        const int most = std::max(captionWidth(grid, column), grid->viewport()->width() / 2);
+        if (grid->columnWidth(column) > most)
+            grid->setColumnWidth(column, most);
+    }
     // The part number before the name and the price after it stay in view; a scroll bar is
     // allowed for, as a long list shows one.
     int room = grid->viewport()->width();

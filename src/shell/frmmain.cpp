@@ -240,6 +240,13 @@ void frmMain::widenColumnsToContents()
     // has its final width only once the window is shown.
     m_fitColumnsOnShow = false;
     ColumnWidths::fitProductGrid(m_ui.GrdMain, 1, m_keepPartNumberWidth ? 0 : -1);
+    // What the fit gave the part number's column is what the start applied: a stored width
+    // cut to half the grid on a smaller screen is written back as it was stored unless the
+    // user changes it, and a first run saves what it opened at.
+    const qint16 fitted = currentSettings().colwidth;
+    m_startApplied.colwidth = fitted;
+    if (!m_keepPartNumberWidth)
+        m_startStored.colwidth = fitted;
 }
 
 void frmMain::rememberStartSettings(const MainWindowSettingsRead &read)

@@ -135,6 +135,26 @@ TEST_F(StartupTest, DamagedSettingsStillGiveAUsableWindowAndAreNotWrittenBack)
         << "a value the user did not change is saved as it was stored";
 }
 
+// A part number's width stored on a large screen is kept to half the grid on this one, and
+// written back as it was stored when the user leaves the column alone.
+TEST_F(StartupTest, AWidePartNumberColumnIsCutForUseButNotWrittenBackCut)
+{
+    saveSetting(QStringLiteral("MainLeft"), QStringLiteral("1500"));
+    saveSetting(QStringLiteral("MainTop"), QStringLiteral("1200"));
+    saveSetting(QStringLiteral("MainWidth"), QStringLiteral("9000"));
+    saveSetting(QStringLiteral("MainHeight"), QStringLiteral("7500"));
+    saveSetting(QStringLiteral("Colwidth"), QStringLiteral("32767"));
+    frmMain *window = startAndWait();
+    EXPECT_LE(window->ui().GrdMain->columnWidth(0), window->ui().GrdMain->width() / 2 + 1);
+    window->close();
+    EXPECT_EQ(setting(QStringLiteral("Colwidth")), QStringLiteral("32767"));
+
+    restart();
+    mainWindow->ui().GrdMain->setColumnWidth(0, 120);
+    mainWindow->close();
+    EXPECT_EQ(setting(QStringLiteral("Colwidth")), QStringLiteral("1800")) << "changed: saved";
+}
+
 TEST_F(StartupTest, LoadsTheCatalogueSortedByPartNumberAndShowsTheFirstRow)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());

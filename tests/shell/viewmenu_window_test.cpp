@@ -293,6 +293,23 @@ TEST_F(LaterStartColumnsTest, APartNumberWidthFromALargerScreenLeavesNamesAndPri
     EXPECT_GE(grid->columnWidth(1), ColumnWidths::captionWidth(grid, 1));
 }
 
+// A first run, nothing stored, one part number of 60 characters: its column takes at most half
+// the grid, so the names keep their room.
+TEST_F(LaterStartColumnsTest, ALongPartNumberOnAFirstRunLeavesTheNamesTheirRoom)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"),
+        catalogueLine({ QByteArray(60, 'P'), "Long one", "12.5", "", "" })
+            + catalogueLine({ "V-12", "Brass ball valve 1/2\" full port", "17.25", "", "" }));
+    frmMain *window = startAndWait();
+    ASSERT_NE(window, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    const GridView *grid = window->ui().GrdMain;
+    // Half the grid as it was when the columns were fitted (a scroll bar may take a pixel
+    // since).
+    EXPECT_LE(grid->columnWidth(0), grid->viewport()->width() / 2 + 2);
+    EXPECT_GE(grid->columnWidth(1), ColumnWidths::captionWidth(grid, 1));
+}
+
 TEST_F(FirstRunColumnsTest, TheQuotesProductColumnTakesTheSpareWidth)
 {
     window->resize(1280, 800);

@@ -13,7 +13,6 @@
 
 #ifdef Q_OS_UNIX
 #include <cstdio>
-#include <fcntl.h>
 #include <unistd.h>
 #endif
 
@@ -35,26 +34,6 @@ QString knownCause(int systemError)
     default:
         return plainWriteCause(systemError, QString());
     }
-}
-
-/// Why no new file can be made in folder, as the system says it: the error number of making
-/// one now; 0 when one can be made (or when this platform is not asked). Asked after a failed
-/// open, because the error number Qt's file classes leave behind is not always the one of the
-/// failure: a folder locked against changes (EPERM) read as one that is not there.
-int newFileError(const QString &folder)
-{
-#ifdef Q_OS_UNIX
-    const QByteArray probe = QFile::encodeName(
-        QDir(folder).filePath(QStringLiteral(".tarnwick-probe-%1").arg(::getpid())));
-    const int handle = ::open(probe.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (handle < 0)
-        return errno == EEXIST ? 0 : errno;
-    ::close(handle);
-    ::unlink(probe.constData());
-#else
-    Q_UNUSED(folder);
-#endif
-    return 0;
 }
 
 /// Only the cause, in plain words: the shell puts it into one sentence with the file's name.

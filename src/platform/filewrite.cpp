@@ -3,6 +3,7 @@
 #include "core/vberror.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 
@@ -29,11 +30,15 @@ FileWriteResult writeFailure(int systemError, const QString &reason)
 }
 
 /// Why a new file cannot be made at path, from the error of the failed open.
-FileWriteResult openFailure(int systemError, const QSaveFile &file)
+FileWriteResult openFailure(int openError, const QSaveFile &file)
 {
     const QFileInfo info(file.fileName());
-    if (info.exists() && !info.isDir() && !info.isWritable())
+    if (info.isDir())
+        return writeFailure(EISDIR, plainWriteCause(EISDIR, file.errorString()));
+    if (info.exists() && !info.isWritable())
         return writeFailure(EACCES, QStringLiteral("the file is read-only"));
+    const int probed = newFileError(info.absolutePath());
+    const int systemError = probed != 0 ? probed : openError;
     const QString folder = QDir::toNativeSeparators(info.absolutePath());
     if (systemError == ENOENT || systemError == ENOTDIR)
         return writeFailure(
@@ -124,6 +129,22 @@ QString plainWriteCause(int systemError, const QString &fallback)
     default:
         return fallback;
     }
+}
+
+int newFileError(const QString &folder)
+{
+#ifdef Q_OS_UNIX
+    const QByteArray probe = QFile::encodeName(
+        QDir(folder).filePath(QStringLiteral(".tarnwick-probe-%1").arg(::getpid())));
+    const int handle = ::open(probe.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (handle < 0)
+        return errno == EEXIST ? 0 : errno;
+    ::close(handle);
+    ::unlink(probe.constData());
+#else
+    Q_UNUSED(folder);
+#endif
+    return 0;
 }
 
 int writeErrorNumber(int systemError)

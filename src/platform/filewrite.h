@@ -49,6 +49,12 @@ bool writeAllBytes(QIODevice &device, const QByteArray &bytes);
 /// for the others.
 QString plainWriteCause(int systemError, const QString &fallback);
 
+/// Why no new file can be made in folder, as the system says it: the error number of making
+/// one now; 0 when one can be made (or where this platform is not asked). Asked after a failed
+/// open, because the error number Qt's file classes leave behind is not always the one of the
+/// failure: a folder locked against changes (EPERM) read as one that is not there.
+int newFileError(const QString &folder);
+
 /// The run-time error number that stands for a system error number (61, 70, 76 or 57).
 int writeErrorNumber(int systemError);
 

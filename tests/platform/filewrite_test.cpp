@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,7 @@ namespace tarnwick {
 namespace {
 
 using test::FileSizeLimit;
+using test::LockedFolder;
 using test::TempAppFolder;
 using test::TinyDisk;
 using test::UnwritableFolder;
@@ -124,6 +126,45 @@ TEST_F(FileWriteTest, AFolderThatTakesNoNewFilesKeepsTheOldFile)
     EXPECT_EQ(result.errorNumber, 70);
     EXPECT_EQ(folder.readFile("app/out.txt"), OldBytes);
     EXPECT_EQ(QDir(app).entryList(QDir::Files), QStringList { "out.txt" });
+}
+
+TEST_F(FileWriteTest, AFolderWhereTheFileShouldBeIsSaidToBeInTheWay)
+{
+    ASSERT_TRUE(QDir().mkpath(path("app/QuoteNote.txt")));
+    const FileWriteResult result = writeFileWhole(path("app/QuoteNote.txt"), "new");
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.reason, QStringLiteral("a folder of that name is in the way"));
+    EXPECT_TRUE(QFileInfo(path("app/QuoteNote.txt")).isDir());
+    EXPECT_EQ(QDir(path("app")).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+// A folder locked against changes answers EPERM, after which Qt's file classes left the error
+// number of a missing folder behind; the cause is asked of the folder itself. Where the lock
+// cannot be set (a container without the right to), a folder without write rights stands in.
+TEST_F(FileWriteTest, AFolderLockedAgainstChangesIsSaidToRefuseNotToBeGone)
+{
+    const QString app = path("app");
+    ASSERT_TRUE(QDir().mkpath(app));
+    const QString target = QDir(app).filePath("out.txt");
+    FileWriteResult result;
+    bool lockedTried = false;
+    {
+        const LockedFolder locked(app);
+        if (locked.locked()) {
+            lockedTried = true;
+            result = writeFileWhole(target, "new");
+        }
+    }
+    if (!lockedTried) {
+        const UnwritableFolder readOnly(app, folder.path());
+        ASSERT_TRUE(readOnly.blocksNewFiles());
+        result = writeFileWhole(target, "new");
+    }
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.reason, QStringLiteral("you have no permission to write there"))
+        << (lockedTried ? "locked" : "no write rights");
+    EXPECT_EQ(result.errorNumber, 70);
+    EXPECT_EQ(QDir(app).entryList(QDir::Files | QDir::Hidden), QStringList());
 }
 
 TEST_F(FileWriteTest, AWriteThatFailsPartWayKeepsTheOldFileAndLeavesNoTemporaryFile)

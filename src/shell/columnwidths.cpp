@@ -112,6 +112,10 @@ void fitQuoteValues(QTableView *grid)
             const int mark = index.data(QuoteGridModel::LockedRole).toBool() ? lockWidth : 0;
             wanted = std::max(wanted, textWidth(grid, text) + mark);
         }
+        // An amount no quote holds (a price of 40 digits from a damaged file) widens its
+        // column to a third of the grid at most, so the part number and product stay in view
+        // for the rest of the session.
+        wanted = std::min(wanted, grid->viewport()->width() / 3);
         if (wanted > grid->columnWidth(column))
             grid->setColumnWidth(column, wanted);
     }

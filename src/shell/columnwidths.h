@@ -26,7 +26,8 @@ void fitProductGrid(QTableView *grid, int nameColumn, int keptColumn = -1);
 void fitQuoteGrid(QTableView *grid, const QLocale &locale);
 /// The quote grid after its lines changed: a price, quantity or extended price wider than its
 /// column widens the column (the product column gives up the room), so no amount is cut.
-/// Columns only grow: a width the user chose stays while the values fit it.
+/// Columns only grow, and to a third of the grid at most: a width the user chose stays while
+/// the values fit it.
 void fitQuoteValues(QTableView *grid);
 
 } // namespace ColumnWidths

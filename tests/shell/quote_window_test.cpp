@@ -7,6 +7,7 @@
 #include "products/ui/frmdiscount.h"
 #include "products/ui/frmdiscountprod.h"
 #include "quotes/quotelist.h"
+#include "shell/columnwidths.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 #include "shell/productgridcontroller.h"
@@ -176,6 +177,21 @@ TEST_F(QuoteWindowTest, AmountsWiderThanTheirColumnsWidenThemAndTheProductGivesW
     }
     EXPECT_EQ(quoteCell(0, 4), QStringLiteral("$100,000,000,000.00"));
     EXPECT_LT(quoteGrid->columnWidth(QuoteGridColumn::Product), product);
+}
+
+// A price of 31 digits (a damaged file, a pasted row of digits) does not push the part number
+// and the product out of view for the rest of the session.
+TEST_F(QuoteWindowTest, AnAbsurdAmountWidensItsColumnToAThirdOfTheGridAtMost)
+{
+    window->resize(1280, 800);
+    addToQuote(1);
+    typeIntoQuote(0, 2, QStringLiteral("1e30"));
+    ASSERT_GT(quoteCell(0, 2).size(), 30);
+    const int third = quoteGrid->viewport()->width() / 3;
+    for (const int column : { QuoteGridColumn::Price, QuoteGridColumn::ExtPrice })
+        EXPECT_LE(quoteGrid->columnWidth(column), std::max(third, 1)) << column;
+    EXPECT_GE(quoteGrid->columnWidth(QuoteGridColumn::Product),
+        ColumnWidths::captionWidth(quoteGrid, QuoteGridColumn::Product));
 }
 
 TEST_F(QuoteWindowTest, DiscountingOneLineUsesItsWindowAndTheTwoPercentEntryResets)

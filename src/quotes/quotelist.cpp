@@ -11,6 +11,8 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace tarnwick::QuoteList {
 
@@ -49,6 +51,21 @@ AddLineResult addProduct(
 }
 
 namespace {
+
+/// The unit price of a line charged 0 because it is a number beyond a single's range ("1e39"
+/// typed), which the line's re-pricing cannot take; empty for any other line.
+QString priceOutOfRange(const Table &quote, int row, const QLocale &locale)
+{
+    const Cell &unit = quote.get(row, QuoteLine::UnitPrice);
+    if (!(unit.isNumber() || conv::isNumeric(unit, locale))
+        || std::fabs(conv::toDouble(unit, locale)) <= double(std::numeric_limits<float>::max()))
+        return QString();
+    const Cell &extended = quote.get(row, QuoteLine::ExtendedPrice);
+    if (!(extended.isNumber() || conv::isNumeric(extended, locale))
+        || conv::toDouble(extended, locale) != 0)
+        return QString();
+    return conv::toText(unit, locale);
+}
 
 /// What is said of a line charged 0 because the catalogue gives no price for it (re-priced
 /// after its product was deleted, or at a quantity whose price point has no price, or for a
@@ -136,6 +153,11 @@ QString unreadNotice(const Table &quote, const Table &catalogue, const QLocale &
                                   "%3 until a price is typed.")
                        .arg(row)
                        .arg(price, nothing);
+        } else if (const QString big = priceOutOfRange(quote, row, locale); !big.isEmpty()) {
+            said = QStringLiteral("Line %1: the price \"%2\" is out of range; the line is "
+                                  "charged %3 until a smaller price is typed.")
+                       .arg(row)
+                       .arg(big, nothing);
         } else {
             said = unpricedLine(quote, catalogue, row, locale);
         }

@@ -161,6 +161,21 @@ TEST_F(QuoteListTest, ALineTheCatalogueGivesNoPriceForIsSaid)
         << "a price typed for the line, and a typed 0 for a product the catalogue prices";
 }
 
+// A typed price beyond a single's range cannot be taken by the line, which is charged nothing;
+// the status bar says so as for a quantity out of range.
+TEST_F(QuoteListTest, ATypedPriceOutOfRangeIsSaid)
+{
+    add("A-100");
+    typePrice(1, "1e39");
+    ASSERT_EQ(number(1, QuoteLine::ExtendedPrice), 0.0);
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale).toStdString(),
+        QStringLiteral("Line 1: the price \"1e39\" is out of range; the line is charged $0.00 "
+                       "until a smaller price is typed.")
+            .toStdString());
+    typePrice(1, "3e38");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale), QString());
+}
+
 TEST_F(QuoteListTest, AQuantityEqualToAThresholdTakesThatPointsPrice)
 {
     add("A-100");

@@ -282,14 +282,21 @@ TEST_F(ProductSearchTest, WorksWithoutAnEventPump)
     EXPECT_EQ(events.count, 0);
 }
 
-/// A catalogue of three products whose names are kept as a file's bytes in encoding, the
-/// second being "Straße fitting".
+/// A catalogue of three products whose names are kept as a file's bytes in encoding (or typed,
+/// for UTF-16), the second being "Straße fitting".
 Table sharpSCatalogue(TextEncoding encoding)
 {
     const QString names[] = { QStringLiteral("Elbow"), QStringLiteral("Straße fitting"),
         QStringLiteral("Tee") };
-    auto *block = new CellTextBlock;
     Table catalogue(3, ProductRecord::FieldCount);
+    if (encoding == TextEncoding::Utf16) {
+        for (int row = 1; row <= 3; ++row) {
+            catalogue.put(row, ProductRecord::PartNumber, QStringLiteral("K-%1").arg(row));
+            catalogue.put(row, ProductRecord::ProductName, names[row - 1]);
+        }
+        return catalogue;
+    }
+    auto *block = new CellTextBlock;
     for (int row = 1; row <= 3; ++row) {
         QByteArray bytes = names[row - 1].toUtf8();
         if (encoding == TextEncoding::Windows1252)
@@ -311,9 +318,8 @@ TEST(ProductSearchSharpS, SharpSIsFoundAsBothTextsUpperCasedFindIt)
         QStringLiteral("ss") };
     for (const TextEncoding encoding :
         { TextEncoding::Windows1252, TextEncoding::Utf8, TextEncoding::Utf16 }) {
-        Table catalogue = sharpSCatalogue(encoding);
-        if (encoding == TextEncoding::Utf16)
-            catalogue.put(2, ProductRecord::ProductName, QStringLiteral("Straße fitting"));
+        const Table catalogue = sharpSCatalogue(encoding);
+        ASSERT_EQ(catalogue.get(2, ProductRecord::ProductName).textView().encoding, encoding);
         ASSERT_EQ(catalogue.get(2, ProductRecord::ProductName).asText(),
             QStringLiteral("Straße fitting"));
         for (const QString &entry : entries) {

@@ -52,17 +52,14 @@ AddLineResult addProduct(
 
 namespace {
 
-/// The unit price of a line charged 0 because it is a number beyond a single's range ("1e39"
-/// typed), which the line's re-pricing cannot take; empty for any other line.
+/// The unit price of a line that is a number beyond a single's range ("1e39" typed, or a list
+/// price so added), which the line's re-pricing cannot take and the totals count as nothing;
+/// empty for any other line.
 QString priceOutOfRange(const Table &quote, int row, const QLocale &locale)
 {
     const Cell &unit = quote.get(row, QuoteLine::UnitPrice);
     if (!(unit.isNumber() || conv::isNumeric(unit, locale))
         || std::fabs(conv::toDouble(unit, locale)) <= double(std::numeric_limits<float>::max()))
-        return QString();
-    const Cell &extended = quote.get(row, QuoteLine::ExtendedPrice);
-    if (!(extended.isNumber() || conv::isNumeric(extended, locale))
-        || conv::toDouble(extended, locale) != 0)
         return QString();
     return conv::toText(unit, locale);
 }
@@ -92,7 +89,9 @@ QString unpricedLine(const Table &quote, const Table &catalogue, int row, const 
             .arg(row)
             .arg(part, nothing);
     }
-    if (conv::isNumeric(Cell(lookup.price), locale))
+    const Cell price(lookup.price);
+    if (conv::isNumeric(price, locale)
+        && std::fabs(conv::toDouble(price, locale)) <= double(std::numeric_limits<float>::max()))
         return QString();
     return QStringLiteral("Line %1: the catalogue gives no price for %2 of \"%3\"; the line is "
                           "charged %4 until a price is typed.")

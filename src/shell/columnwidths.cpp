@@ -96,8 +96,14 @@ void fitQuoteGrid(QTableView *grid, const QLocale &locale)
     header->setSectionResizeMode(QuoteGridColumn::Product, QHeaderView::Stretch);
 }
 
-void fitQuoteValues(QTableView *grid)
+int largestAmountWidth(const QTableView *grid, const QLocale &locale)
 {
+    return textWidth(grid, locale.toCurrencyString(-999999999999.99));
+}
+
+void fitQuoteValues(QTableView *grid, const QLocale &locale)
+{
+    const int largest = largestAmountWidth(grid, locale);
     const QAbstractItemModel *model = grid->model();
     const int lockWidth = grid->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, grid);
     for (const int column :
@@ -112,10 +118,10 @@ void fitQuoteValues(QTableView *grid)
             const int mark = index.data(QuoteGridModel::LockedRole).toBool() ? lockWidth : 0;
             wanted = std::max(wanted, textWidth(grid, text) + mark);
         }
-        // An amount no quote holds (a price of 40 digits from a damaged file) widens its
-        // column to a third of the grid at most, so the part number and product stay in view
-        // for the rest of the session.
-        wanted = std::min(wanted, grid->viewport()->width() / 3);
+        // An amount of a trillion or more, which no price change makes and only a damaged
+        // file or a pasted row of digits gives, widens its column no further than the largest
+        // amount below it: the other columns stay in view for the rest of the session.
+        wanted = std::min(wanted, largest);
         if (wanted > grid->columnWidth(column))
             grid->setColumnWidth(column, wanted);
     }

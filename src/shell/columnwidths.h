@@ -26,9 +26,11 @@ void fitProductGrid(QTableView *grid, int nameColumn, int keptColumn = -1);
 void fitQuoteGrid(QTableView *grid, const QLocale &locale);
 /// The quote grid after its lines changed: a price, quantity or extended price wider than its
 /// column widens the column (the product column gives up the room), so no amount is cut.
-/// Columns only grow, and to a third of the grid at most: a width the user chose stays while
+/// Columns only grow, and no wider than largestAmountWidth: a width the user chose stays while
 /// the values fit it.
-void fitQuoteValues(QTableView *grid);
+void fitQuoteValues(QTableView *grid, const QLocale &locale);
+/// The width of the largest amount below a trillion, negative, in the locale's currency form.
+int largestAmountWidth(const QTableView *grid, const QLocale &locale);
 
 } // namespace ColumnWidths
 

@@ -65,7 +65,7 @@ void QuoteController::bind()
     // The product name takes the room that the part number, the prices and the quantity
     // leave, so the extended price stays in view.
     ColumnWidths::fitQuoteGrid(grid, m_module.locale());
-    const auto fitValues = [grid] { ColumnWidths::fitQuoteValues(grid); };
+    const auto fitValues = [this, grid] { ColumnWidths::fitQuoteValues(grid, m_module.locale()); };
     connect(m_model, &QAbstractItemModel::dataChanged, grid, fitValues);
     connect(m_model, &QAbstractItemModel::modelReset, grid, fitValues);
     grid->viewport()->setMouseTracking(true);

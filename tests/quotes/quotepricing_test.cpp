@@ -198,6 +198,30 @@ TEST_F(QuotePricingTest, AListTotalBeyondTheSingleRangeLeavesThatLineOut)
     EXPECT_FALSE(totals.percent.contains(QStringLiteral("inf")));
 }
 
+// A list price beyond a single's range ("1e39" in the file, kept as its text) is no price: the
+// line added with it charges nothing to the total, as the status bar says.
+TEST_F(QuotePricingTest, AUnitPriceBeyondTheSingleRangeAddsNothingToTheTotal)
+{
+    catalogue.put(3, ProductRecord::Price, "1e39");
+    add("A-100");
+    add("C-300");
+    ASSERT_EQ(quote.get(2, QuoteLine::UnitPrice), Cell("1e39"));
+    const QuoteTotals totals = QuotePricing::QuotePrice(quote, locale);
+    EXPECT_EQ(totals.total, QStringLiteral("$12.50"));
+    EXPECT_EQ(totals.discount, QStringLiteral("$0.00"));
+    EXPECT_EQ(totals.percent, QStringLiteral("0.00%"));
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale).toStdString(),
+        "Line 2: the price \"1e39\" is out of range; the line is charged $0.00 until a smaller "
+        "price is typed.");
+
+    // Re-priced at a quantity, the catalogue gives no price it can charge.
+    typeQuantity(2, "3");
+    EXPECT_EQ(QuotePricing::QuotePrice(quote, locale).total, QStringLiteral("$12.50"));
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale).toStdString(),
+        "Line 2: the catalogue gives no price for 3 of \"C-300\"; the line is charged $0.00 "
+        "until a price is typed.");
+}
+
 TEST_F(QuotePricingTest, AShareBeyondTheDoubleRangeLeavesThePercentBoxEmpty)
 {
     QuoteSums sums;

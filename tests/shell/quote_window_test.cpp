@@ -179,17 +179,24 @@ TEST_F(QuoteWindowTest, AmountsWiderThanTheirColumnsWidenThemAndTheProductGivesW
     EXPECT_LT(quoteGrid->columnWidth(QuoteGridColumn::Product), product);
 }
 
-// A price of 31 digits (a damaged file, a pasted row of digits) does not push the part number
-// and the product out of view for the rest of the session.
-TEST_F(QuoteWindowTest, AnAbsurdAmountWidensItsColumnToAThirdOfTheGridAtMost)
+// A price of 31 digits (a damaged file, a pasted row of digits) widens neither amount column
+// beyond the largest amount below a trillion: every column stays in view for the session.
+TEST_F(QuoteWindowTest, AnAbsurdAmountWidensItsColumnNoFurtherThanTheLargestRealOne)
 {
     window->resize(1280, 800);
     addToQuote(1);
+    addToQuote(0);
     typeIntoQuote(0, 2, QStringLiteral("1e30"));
+    typeIntoQuote(1, 2, QStringLiteral("1e30"));
+    typeIntoQuote(1, 3, QStringLiteral("3"));
     ASSERT_GT(quoteCell(0, 2).size(), 30);
-    const int third = quoteGrid->viewport()->width() / 3;
+    const int largest = ColumnWidths::largestAmountWidth(quoteGrid, module->locale());
     for (const int column : { QuoteGridColumn::Price, QuoteGridColumn::ExtPrice })
-        EXPECT_LE(quoteGrid->columnWidth(column), std::max(third, 1)) << column;
+        EXPECT_LE(quoteGrid->columnWidth(column), std::max(largest, 1)) << column;
+    const int last = QuoteGridColumn::Count - 1;
+    EXPECT_LE(quoteGrid->columnViewportPosition(last) + quoteGrid->columnWidth(last),
+        quoteGrid->viewport()->width())
+        << "the extended price in view";
     EXPECT_GE(quoteGrid->columnWidth(QuoteGridColumn::Product),
         ColumnWidths::captionWidth(quoteGrid, QuoteGridColumn::Product));
 }

@@ -44,6 +44,7 @@ void ImportDriver::begin(std::shared_ptr<const IWorkbook> workbook, const QStrin
 {
     m_failureReported = false;
     m_skippedExisting = 0;
+    m_unreadFrom = 0;
     m_plan = ImportPlan {};
     m_plan.action = action;
     m_workbook = std::move(workbook);
@@ -133,6 +134,7 @@ void ImportDriver::finish()
         return;
     }
     m_skippedExisting = plan.skippedCount(SkipReason::PartNumberExists);
+    m_unreadFrom = plan.endedAfterUnreadableRows ? plan.rowsLeftBelow : 0;
     const int added = plan.addedCount();
     apply(std::move(plan));
     Q_EMIT finished(added);

@@ -69,6 +69,9 @@ public:
     void apply(ImportPlan plan);
     /// The rows the last import that added skipped because their part number already existed.
     int skippedExisting() const { return m_skippedExisting; }
+    /// The row from which on the last import that added read nothing, as it ended after
+    /// ImportPlanner::MaxUnreadableRows unreadable rows in a row; 0 when it did not end so.
+    int unreadFrom() const { return m_unreadFrom; }
 
 Q_SIGNALS:
     /// A row could not be read completely; sent once per import. The rest is still handled.
@@ -94,6 +97,7 @@ private:
     std::chrono::milliseconds m_batchTime = BatchTime;
     int m_lastRow = 0;
     int m_skippedExisting = 0;
+    int m_unreadFrom = 0;
     bool m_forPreview = false;
     bool m_failureReported = false;
     bool m_inBatch = false;

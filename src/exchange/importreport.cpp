@@ -9,6 +9,15 @@ namespace tarnwick::ImportReport {
 
 namespace {
 
+/// The rows an import left unread after MaxUnreadableRows rows in a row it could not read.
+QString unreadRowsText(int firstNotRead)
+{
+    return QStringLiteral("Rows not read: row %1 and every row below it. The %2 rows above it "
+                          "could not be read, which ends the import.")
+        .arg(firstNotRead)
+        .arg(ImportPlanner::MaxUnreadableRows);
+}
+
 namespace P = ProductRecord;
 
 /// The order in which the reasons are counted.
@@ -73,11 +82,7 @@ QList<CountLine> namedCountLines(const ImportPlan &plan)
             QStringLiteral("Products added without a list price, as their price is no number: %1")
                 .arg(plan.addedWithoutPrice) });
     if (plan.rowsLeftBelow > 0 && plan.endedAfterUnreadableRows) {
-        lines.append({ "LblNotRead",
-            QStringLiteral("Rows not read: row %1 and every row below it. The %2 rows above it "
-                           "could not be read, which ends the import.")
-                .arg(plan.rowsLeftBelow)
-                .arg(ImportPlanner::MaxUnreadableRows) });
+        lines.append({ "LblNotRead", unreadRowsText(plan.rowsLeftBelow) });
     } else if (plan.rowsLeftBelow > 0 && plan.endedWithoutPartNumber) {
         lines.append({ "LblNotRead",
             QStringLiteral("Rows not read: row %1 and every row below it. Row %1 has no part "
@@ -105,15 +110,23 @@ QString resultMessage(const ImportPlan &plan)
     return countLines(plan).join(QLatin1Char('\n'));
 }
 
-std::optional<QString> addResultMessage(int added, int skippedExisting)
+std::optional<QString> addResultMessage(int added, int skippedExisting, int unreadFrom)
 {
-    if (added == 0 && skippedExisting == 0)
-        return std::nullopt;
-    if (added == 0)
-        return QStringLiteral("No products were added: ") + skippedRows(skippedExisting);
-    QString text = QStringLiteral("%1 changes have been made to the knowledge base.").arg(added);
-    if (skippedExisting > 0)
-        text += QLatin1Char(' ') + skippedRows(skippedExisting);
+    const QString notRead = unreadFrom > 0 ? unreadRowsText(unreadFrom) : QString();
+    QString text;
+    if (added == 0 && skippedExisting == 0) {
+        if (notRead.isEmpty())
+            return std::nullopt;
+        text = QStringLiteral("No products were added.");
+    } else if (added == 0) {
+        text = QStringLiteral("No products were added: ") + skippedRows(skippedExisting);
+    } else {
+        text = QStringLiteral("%1 changes have been made to the knowledge base.").arg(added);
+        if (skippedExisting > 0)
+            text += QLatin1Char(' ') + skippedRows(skippedExisting);
+    }
+    if (!notRead.isEmpty())
+        text += QLatin1Char(' ') + notRead;
     return text;
 }
 

@@ -44,8 +44,10 @@ QString resultMessage(const ImportPlan &plan);
 /// knowledge base." when products were added, followed by "M rows were skipped because their
 /// part number already exists." when rows were skipped; when nothing was added but rows were
 /// skipped, "No products were added: M rows were skipped because their part number already
-/// exists."; nothing when nothing was added and nothing skipped.
-std::optional<QString> addResultMessage(int added, int skippedExisting);
+/// exists."; nothing when nothing was added and nothing skipped. An import that ended after
+/// rows it could not read (unreadFrom, the first row not read; 0 for none) says so last:
+/// "Rows not read: row 102 and every row below it. …", also when nothing was added.
+std::optional<QString> addResultMessage(int added, int skippedExisting, int unreadFrom = 0);
 /// The title of that message: SuccessTitle when products were added, else NothingAddedTitle.
 QString addResultTitle(int added);
 

@@ -75,11 +75,9 @@ CatalogueReadResult CatalogueLifecycle::load()
     m_module.SortedByPart = true;
     if (result.status == CatalogueReadResult::Status::Failed) {
         m_readFailed = true;
-        // Kept at once, so the message that says so can name the copy and the close, which
-        // saves over the file, has nothing left to say.
-        const QString copy = preserveUnreadCatalogue(m_module.DataFile);
-        m_unreadFileKept = !copy.isEmpty();
-        m_loadMessages << unreadMessage(m_module.DataFile, result, copy);
+        // Kept and said once the start is past the password (showLoadMessages).
+        m_unreadResult = result;
+        m_unreadPending = true;
     }
     // A file that could not be read leaves no product on screen to correct.
     if (result.status != CatalogueReadResult::Status::Failed && !result.unreadNumbers.isEmpty())
@@ -89,6 +87,15 @@ CatalogueReadResult CatalogueLifecycle::load()
 
 void CatalogueLifecycle::showLoadMessages()
 {
+    if (std::exchange(m_unreadPending, false)) {
+        // Kept now, so the message that says so can name the copy and the close, which saves
+        // over the file, has nothing left to say. A start refused at the password writes
+        // nothing.
+        const QString copy =
+            m_unreadFileKept ? QString() : preserveUnreadCatalogue(m_module.DataFile);
+        m_unreadFileKept = m_unreadFileKept || !copy.isEmpty();
+        m_loadMessages.prepend(unreadMessage(m_module.DataFile, m_unreadResult, copy));
+    }
     const QStringList messages = std::exchange(m_loadMessages, {});
     for (const QString &message : messages)
         m_prompts.msgBox(message, MsgStyle::Exclamation, CatalogueTitle);

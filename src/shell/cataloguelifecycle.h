@@ -132,6 +132,8 @@ private:
     bool m_readFailed = false;
     QStringList m_loadMessages; ///< what load() found, for showLoadMessages()
     bool m_unreadFileKept = false;
+    CatalogueReadResult m_unreadResult; ///< the failed read, until showLoadMessages says it
+    bool m_unreadPending = false;
     QString m_keptRecovery;
     qint64 m_backgroundReadBytes = 4 * 1024 * 1024;
 };

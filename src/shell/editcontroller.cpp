@@ -132,7 +132,13 @@ void EditController::putOnClipboard(const QString &text)
 
 void EditController::copy()
 {
-    putOnClipboard(selectedTextOf(activeControl()));
+    QWidget *control = activeControl();
+    // A grid without a current cell (right after a delete) has nothing to copy: the clipboard
+    // keeps what it held.
+    if (auto *grid = qobject_cast<QAbstractItemView *>(control);
+        grid && !grid->currentIndex().isValid())
+        return;
+    putOnClipboard(selectedTextOf(control));
 }
 
 void EditController::cut()

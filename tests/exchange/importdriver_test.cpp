@@ -60,6 +60,7 @@ public:
             return QString();
         return column == 0 ? QStringLiteral("P-%1").arg(row) : QStringLiteral("Name %1").arg(row);
     }
+    int rowCountHint() const override { return m_lastRow; }
 
 private:
     int m_lastRow;
@@ -161,6 +162,16 @@ TEST_F(ImportDriverTest, ASheetThatNeverReadsEndsTheImport)
     EXPECT_EQ(finished.first().first().toInt(), 0);
     EXPECT_EQ(driver.currentRow(), 2 + ImportPlanner::MaxUnreadableRows);
     EXPECT_EQ(history.count(), 0) << "nothing to add in a catalogue in part-number order";
+    EXPECT_EQ(driver.unreadFrom(), 2 + ImportPlanner::MaxUnreadableRows)
+        << "the rows below are left unread, and the result says from where";
+}
+
+TEST_F(ImportDriverTest, AnImportThatReadsItsLastRowLeavesNothingUnread)
+{
+    driver.start(std::make_unique<GeneratedWorkbook>(12, std::vector<int> { 4 }),
+        partAndNameLetters(), true);
+    ASSERT_TRUE(waitForTheEnd());
+    EXPECT_EQ(driver.unreadFrom(), 0);
 }
 
 TEST(ImportDriver, TheOwnersApplierTakesEveryProductFoundAtOnceAndTheCatalogueWaits)

@@ -145,6 +145,15 @@ TEST(ImportReport, TheAddMessageSaysHowManyRowsWereSkipped)
     EXPECT_EQ(ImportReport::addResultMessage(0, 10),
         "No products were added: 10 rows were skipped because their part number already "
         "exists.");
+    // An import that ended after 100 unreadable rows in a row says from which row on nothing
+    // was read, also when it added nothing.
+    EXPECT_EQ(ImportReport::addResultMessage(0, 0, 102),
+        "No products were added. Rows not read: row 102 and every row below it. The 100 rows "
+        "above it could not be read, which ends the import.");
+    EXPECT_EQ(ImportReport::addResultMessage(2, 1, 152),
+        "2 changes have been made to the knowledge base. 1 row was skipped because its part "
+        "number already exists. Rows not read: row 152 and every row below it. The 100 rows "
+        "above it could not be read, which ends the import.");
     EXPECT_EQ(ImportReport::addResultTitle(3), "Success!");
     EXPECT_EQ(ImportReport::addResultTitle(0), "Input Excel Data");
 }

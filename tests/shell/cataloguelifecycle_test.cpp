@@ -81,6 +81,23 @@ TEST_F(CatalogueLifecycleTest, AFileThatEndsInsideAProductIsKeptAtOnceAndTheMess
         << "the unread file is kept once";
 }
 
+// The copy is made when the start says what it found, after the password: a start refused
+// there writes nothing.
+TEST_F(CatalogueLifecycleTest, TheUnreadFileIsKeptWhenTheStartSaysSoNotBefore)
+{
+    const QByteArray broken = catalogueLine({ "P1", "One" }) + "P2\x7f\x7f\x7fno end";
+    folder.writeFile(QStringLiteral("twdata.dat"), broken);
+    EXPECT_EQ(lifecycle.load().status, CatalogueReadResult::Status::Failed);
+    EXPECT_TRUE(folder.fileNames().filter(QStringLiteral("twdata-unread-")).isEmpty());
+    EXPECT_TRUE(prompts.shown().empty());
+    lifecycle.showLoadMessages();
+    EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-unread-")).size(), 1);
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    lifecycle.showLoadMessages();
+    EXPECT_EQ(prompts.shown().size(), 1u) << "said once";
+    EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-unread-")).size(), 1);
+}
+
 // A price with letters in it before the place the file breaks off: the products are not
 // loaded, so there is none to correct and only the file's own message is shown.
 TEST_F(CatalogueLifecycleTest, AFileThatCouldNotBeReadListsNoNumbersToCorrect)

@@ -153,6 +153,24 @@ TEST_F(EditWindowTest, CutOnTheGridCopiesTheCellAndEmptiesItsEditor)
     EXPECT_EQ(catalogue().get(2, 2), Cell("Bolt")) << "Escape keeps the cell";
 }
 
+TEST_F(EditWindowTest, CopyOnTheGridCopiesTheCurrentCellAndNothingWithoutOne)
+{
+    grid->setCurrentIndex(grid->model()->index(1, 1));
+    focus(grid);
+    trigger("mnuEditCopy");
+    // Outside edit mode the cursor keeps to the part number.
+    EXPECT_EQ(fakes->clipboard.text(), "B-200");
+
+    // Right after a delete no cell is current: the clipboard keeps what it held.
+    fakes->prompts.answerMessage(int(MsgResult::Yes));
+    button("DelProd")->trigger();
+    ASSERT_FALSE(grid->currentIndex().isValid());
+    fakes->clipboard.setText(QStringLiteral("kept"));
+    focus(grid);
+    trigger("mnuEditCopy");
+    EXPECT_EQ(fakes->clipboard.text(), "kept");
+}
+
 TEST_F(EditWindowTest, CutCopyAndPasteHaveTheirUsualKeys)
 {
     EXPECT_EQ(action("mnuEditCut")->shortcut(), QKeySequence(QKeySequence::Cut));

@@ -256,7 +256,8 @@ void FrmUpdate::importFinished(int changes)
     Q_EMIT catalogueChanged();
     const QPointer<FrmUpdate> alive(this);
     const int skipped = m_driver->skippedExisting();
-    if (const std::optional<QString> message = ImportReport::addResultMessage(changes, skipped))
+    if (const std::optional<QString> message =
+            ImportReport::addResultMessage(changes, skipped, m_driver->unreadFrom()))
         m_services.prompts.msgBox(
             *message, MsgStyle::OkOnly, ImportReport::addResultTitle(changes));
     if (alive)

@@ -102,7 +102,7 @@ void BM_RecoveryWrite(benchmark::State &state)
     const QString path = recoveryFilePath(folder.dataFile);
     bool written = true;
     for (auto _ : state) {
-        written = writeCatalogueCopy(
+        written = writeRecoveryFile(
                       path, folder.module->Catalogue(), folder.module->AllProducts().Count(), EnUs)
                       .ok
             && written;

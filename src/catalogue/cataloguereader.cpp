@@ -142,7 +142,15 @@ qsizetype CatalogueReader::endBeforeEndOfFileMark(const QByteArray &bytes)
     constexpr char FieldEndCharacter = '\x7f';
     if (mark == 0
         || (mark > 0 && (bytes.at(mark - 1) == '\n' || bytes.at(mark - 1) == FieldEndCharacter)))
-        end = mark;
+        return mark;
+    // A last line that starts with the mark ends the file there, whatever follows it on that
+    // line (as a text file read on Windows ends at it): the recovery file's check line.
+    qsizetype tail = bytes.size();
+    while (tail > 0 && (bytes.at(tail - 1) == '\r' || bytes.at(tail - 1) == '\n'))
+        --tail;
+    const qsizetype lineStart = tail > 0 ? bytes.lastIndexOf('\n', tail - 1) + 1 : 0;
+    if (lineStart < tail && bytes.at(lineStart) == EndOfFileMark)
+        end = lineStart;
     return end;
 }
 

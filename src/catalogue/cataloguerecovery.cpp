@@ -191,8 +191,7 @@ void CatalogueRecovery::startWrite()
     const Table *table = m_writing.get();
     const QString dataFile = m_module.DataFile;
     m_worker.reset(QThread::create([this, target, table, count, locale, dataFile] {
-        m_writeResult = writeCatalogueCopy(
-            target, *table, count, locale, RowsWithoutPartNumber::KeptWithContent);
+        m_writeResult = writeRecoveryFile(target, *table, count, locale);
         if (m_writeResult.ok)
             takePermissions(dataFile, target);
     }));
@@ -245,8 +244,8 @@ bool CatalogueRecovery::writeNow()
     if (folderIsGone())
         return false;
     const std::unique_ptr<Table> copy = snapshot();
-    const CatalogueWriteResult result = writeCatalogueCopy(path(), *copy,
-        m_module.AllProducts().Count(), m_module.locale(), RowsWithoutPartNumber::KeptWithContent);
+    const CatalogueWriteResult result =
+        writeRecoveryFile(path(), *copy, m_module.AllProducts().Count(), m_module.locale());
     if (!result.ok) {
         m_lastError = result.detail;
         // Restored changes not written again in this run's form (a full disk) are still in

@@ -86,6 +86,75 @@ CatalogueWriteResult writeCatalogueCopy(const QString &path, const Table &table,
     return result;
 }
 
+namespace {
+
+const QByteArray RecoveryCheck = QByteArrayLiteral("\x1aTarnwick recovery file: ");
+
+/// The number of bytes before the check line at the end of bytes; -1 when there is no such
+/// line or it names another number.
+qsizetype checkedLength(const QByteArray &bytes)
+{
+    qsizetype tail = bytes.size();
+    while (tail > 0 && (bytes.at(tail - 1) == '\r' || bytes.at(tail - 1) == '\n'))
+        --tail;
+    const qsizetype lineStart = tail > 0 ? bytes.lastIndexOf('\n', tail - 1) + 1 : 0;
+    const QByteArray line = bytes.mid(lineStart, tail - lineStart);
+    if (!line.startsWith(RecoveryCheck) || !line.endsWith(" bytes"))
+        return -1;
+    bool ok = false;
+    const qlonglong length =
+        line.mid(RecoveryCheck.size(), line.size() - RecoveryCheck.size() - 6).toLongLong(&ok);
+    return ok && length == lineStart ? lineStart : -1;
+}
+
+} // namespace
+
+CatalogueWriteResult writeRecoveryFile(
+    const QString &path, const Table &table, qint32 count, const QLocale &locale)
+{
+    CatalogueStreamResult content;
+    const auto writeContent = [&](QFileDevice &file) {
+        CatalogueFileSink sink(file);
+        content = streamCatalogueFile(
+            table, locale, count, sink, CataloguePieceSize, RowsWithoutPartNumber::KeptWithContent);
+        if (!content.ok || !sink.finish())
+            return false;
+        const QByteArray check = RecoveryCheck + QByteArray::number(file.pos()) + " bytes\r\n";
+        return file.write(check) == check.size();
+    };
+    CatalogueWriteResult result;
+    try {
+        result = writeCatalogueFile(path, writeContent, {}, BackupRule::NoBackup);
+    } catch (const VbError &error) {
+        result = {};
+        result.ok = false;
+        result.detail = QStringLiteral("its table cannot be read (error %1)").arg(error.number());
+        return result;
+    }
+    if (result.ok)
+        result.rowsWritten = content.rowsWritten;
+    return result;
+}
+
+CatalogueReadResult readRecoveryFile(
+    const QString &path, Table &table, qint32 &count, const QLocale &locale)
+{
+    CatalogueReadResult result = readCatalogueCopy(path, table, count, locale);
+    if (result.status != CatalogueReadResult::Status::Ok)
+        return result;
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly) && checkedLength(file.readAll()) >= 0)
+        return result;
+    // Emptied, cut short or overwritten: no catalogue to restore.
+    table.redim(0, ProductRecord::FieldCount);
+    count = 0;
+    result.status = CatalogueReadResult::Status::Failed;
+    result.errorNumber = ErrorNumber::InputPastEndOfFile;
+    result.detail = QStringLiteral("the file is incomplete or damaged (it does not end as "
+                                   "Tarnwick ends it)");
+    return result;
+}
+
 CatalogueReadResult readCatalogueCopy(
     const QString &path, Table &table, qint32 &count, const QLocale &locale)
 {

@@ -24,6 +24,20 @@ QString recoveryFilePath(const QString &dataFile);
 CatalogueWriteResult writeCatalogueCopy(const QString &path, const Table &table, qint32 count,
     const QLocale &locale, RowsWithoutPartNumber rows = RowsWithoutPartNumber::Dropped);
 
+/// Writes the recovery file: every product of table (rows without a part number that hold
+/// something included) in the catalogue file's form, then an end-of-file mark and a line that
+/// says how many bytes come before it, "\x1ATarnwick recovery file: 4096 bytes". A catalogue
+/// reading ends at the mark; readRecoveryFile takes a file without that line, or with another
+/// count (cut short, emptied, overwritten), as damaged rather than as a catalogue.
+CatalogueWriteResult writeRecoveryFile(
+    const QString &path, const Table &table, qint32 count, const QLocale &locale);
+
+/// Reads a recovery file written by writeRecoveryFile into table, as readCatalogueCopy does;
+/// the status is Failed when the file does not end with its check line or the line's count
+/// differs.
+CatalogueReadResult readRecoveryFile(
+    const QString &path, Table &table, qint32 &count, const QLocale &locale);
+
 /// Gives the file at copy the permissions of the file at original, so a copy of a catalogue
 /// (the recovery file) is as private as the catalogue; nothing when original is not there.
 void takePermissions(const QString &original, const QString &copy);

@@ -241,7 +241,7 @@ bool CatalogueLifecycle::offerRecovery()
     Table recovered;
     qint32 recoveredCount = 0;
     const CatalogueReadResult read =
-        readCatalogueCopy(path, recovered, recoveredCount, m_module.locale());
+        readRecoveryFile(path, recovered, recoveredCount, m_module.locale());
     const CatalogueChanges changes = compareCatalogues(
         m_module.Catalogue(), m_module.AllProducts().Count(), recovered, recoveredCount);
     if (read.status == CatalogueReadResult::Status::Ok && changes.changed == 0 && changes.added == 0

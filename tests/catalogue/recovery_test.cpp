@@ -176,6 +176,48 @@ TEST_F(RecoveryFileTest, APartNumberChangedOrClearedIsAChangedProduct)
     EXPECT_EQ(replaced.deleted, 1);
 }
 
+// The recovery file ends with a line that says how long it is: a file emptied, cut short or
+// overwritten is damaged, not a catalogue to restore (restoring it would delete products).
+TEST_F(RecoveryFileTest, AFileNotEndedAsTarnwickEndsItIsDamagedNotACatalogue)
+{
+    Table left(2, ProductRecord::FieldCount);
+    left.put(1, ProductRecord::PartNumber, Cell("A-1"));
+    left.put(2, ProductRecord::PartNumber, Cell("B-2"));
+    left.put(2, ProductRecord::Notes, Cell("line\r\nbreak"));
+    const QString path = folder.filePath(QStringLiteral("twdata-recovery.dat"));
+    ASSERT_TRUE(writeRecoveryFile(path, left, 2, locale).ok);
+    const QByteArray whole = folder.readFile(QStringLiteral("twdata-recovery.dat"));
+    const qsizetype checkAt = whole.indexOf("\x1aTarnwick recovery file: ");
+    ASSERT_GT(checkAt, 0);
+    EXPECT_TRUE(whole.endsWith(" bytes\r\n"));
+    EXPECT_EQ(whole.mid(checkAt),
+        "\x1aTarnwick recovery file: " + QByteArray::number(checkAt) + " bytes\r\n");
+
+    Table back;
+    qint32 count = 0;
+    ASSERT_EQ(readRecoveryFile(path, back, count, locale).status, CatalogueReadResult::Status::Ok);
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(back.get(2, ProductRecord::Notes), Cell("line\r\nbreak"));
+    // Read as a catalogue (renamed by hand), the check line is no product.
+    count = 0;
+    ASSERT_EQ(readCatalogueCopy(path, back, count, locale).status, CatalogueReadResult::Status::Ok);
+    EXPECT_EQ(count, 2);
+
+    const QByteArray firstProduct = whole.left(whole.indexOf("\r\n") + 2);
+    for (const QByteArray &damaged : { QByteArray(), whole.left(checkAt), firstProduct,
+             whole.left(whole.size() - 3), QByteArray("\x93\x01garbage\x7f\x7f\x7f\r\n"),
+             firstProduct + "\x1aTarnwick recovery file: " + QByteArray::number(checkAt)
+                 + " bytes\r\n" }) {
+        folder.writeFile(QStringLiteral("twdata-recovery.dat"), damaged);
+        Table table;
+        qint32 read = -1;
+        const CatalogueReadResult result = readRecoveryFile(path, table, read, locale);
+        EXPECT_EQ(result.status, CatalogueReadResult::Status::Failed) << damaged.size();
+        EXPECT_EQ(read, 0);
+        EXPECT_EQ(table.rowCount(), 0);
+    }
+}
+
 TEST_F(RecoveryFileTest, IsKeptUnderANameOfItsOwnThatNoLaterRunUses)
 {
     const QDateTime when(QDate(2026, 11, 25), QTime(14, 5, 12));
@@ -225,7 +267,7 @@ protected:
     {
         Table table;
         qint32 count = 0;
-        EXPECT_EQ(readCatalogueCopy(recoveryPath(), table, count, locale).status,
+        EXPECT_EQ(readRecoveryFile(recoveryPath(), table, count, locale).status,
             CatalogueReadResult::Status::Ok);
         return table;
     }
@@ -326,7 +368,7 @@ TEST_F(CatalogueRecoveryTest, RestoredChangesStayKeptWhenTheirFileCannotBeWritte
     ASSERT_TRUE(QDir().mkpath(stick));
     module.DataFile = QDir(stick).filePath(QStringLiteral("twdata.dat"));
     const QString left = QDir(stick).filePath(QStringLiteral("twdata-recovery.dat"));
-    ASSERT_TRUE(writeCatalogueCopy(left, module.Catalogue(), 2, locale).ok);
+    ASSERT_TRUE(writeRecoveryFile(left, module.Catalogue(), 2, locale).ok);
     const QByteArray bytes = [&] {
         QFile file(left);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

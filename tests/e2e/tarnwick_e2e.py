@@ -42,6 +42,11 @@ def check(condition, message):
 def records(path):
     """The catalogue file as a list of field lists (bytes), one per product."""
     data = open(path, "rb").read()
+    # A line that starts with the end-of-file mark ends the file (the recovery file's check).
+    if data.startswith(b"\x1a"):
+        data = b""
+    elif b"\n\x1a" in data:
+        data = data[:data.index(b"\n\x1a") + 1]
     out = []
     for line in data.split(FIELD_END + b"\r\n"):
         if line:

@@ -368,10 +368,11 @@ protected:
     {
         folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
         folder.writeFile(RecoveryFile,
-            catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes", "Washer" })
+            recoveryFileBytes(
+                catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes", "Washer" })
                 + catalogueLine({ "B-200", "Bolt, galvanised", "2.5", "Zinc plated", "Nut", "1",
                     "2.5", "100", "2" })
-                + catalogueLine({ "D-400", "Dowel" }));
+                + catalogueLine({ "D-400", "Dowel" })));
     }
     QStringList partNumbers() const
     {
@@ -455,10 +456,30 @@ TEST_F(RecoveryStartTest, NoOpensTheCatalogueFileAndKeepsTheChangesAside)
             .arg(QDir::toNativeSeparators(folder.filePath(kept.front()))));
 }
 
+// A recovery file emptied or overwritten by something else is no catalogue to restore: it
+// would delete every product. It is kept aside and said, and the catalogue opens as it is.
+TEST_F(RecoveryStartTest, ADamagedRecoveryFileIsKeptAsideWithoutTheQuestion)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    folder.writeFile(RecoveryFile, QByteArray());
+    frmMain *window = startAndWait();
+    EXPECT_EQ(partNumbers(), QStringList({ "A-100", "B-200", "C-300" }));
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
+        QStringLiteral("The changes left by the last session could not be read: the file is "
+                       "incomplete or damaged")))
+        << fakes->prompts.shown()[0].text.toStdString();
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+    EXPECT_EQ(
+        QDir(folder.path()).entryList({ QStringLiteral("twdata-recovered-*.dat") }).size(), 1);
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")).size(), sampleCatalogue().size());
+}
+
 TEST_F(RecoveryStartTest, ACopyEqualToTheCatalogueIsNotOffered)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
-    folder.writeFile(RecoveryFile, sampleCatalogue());
+    folder.writeFile(RecoveryFile, recoveryFileBytes(sampleCatalogue()));
 
     startAndWait();
 

@@ -80,6 +80,13 @@ public:
 QByteArray catalogueLine(const QStringList &fields);
 /// A small catalogue of three products, out of part-number order.
 QByteArray sampleCatalogue();
+/// The recovery file a run leaves for catalogue: its bytes, then the end-of-file mark and the
+/// line that says how many bytes come before it.
+inline QByteArray recoveryFileBytes(const QByteArray &catalogue)
+{
+    return catalogue + "\x1aTarnwick recovery file: " + QByteArray::number(catalogue.size())
+        + " bytes\r\n";
+}
 
 /// Edits a grid cell (0-based) from the keyboard as a user does: F2, the text over the old
 /// one, Enter; returns once the edit is done. A failure is reported to the running test.

@@ -114,23 +114,24 @@ double apply(double oldPrice, const PriceChangeRule &rule)
     // An ending never turns a change round or undoes it: a price lowered does not end at or
     // above what it was, nor one raised at or below it (a $0.25 item lowered by 10 % is $0.23,
     // not $0.99), and a price that comes to zero stays zero (a free item stays free).
-    const auto withEnding = [&](double ending) {
+    // Whole units are the ending 1.00: $0.49 raised by 1 % is not $0.00, nor $1.40 raised by
+    // 1 % $1.00.
+    const auto withEnding = [&](double firstEnding, double ended) {
         // Below half a unit under the first ending there is no ending near the price: $0.05
         // raised by 1 % is not $0.99.
-        if (cents <= 0 || cents < ending - 0.5)
+        if (cents <= 0 || cents < firstEnding - 0.5)
             return cents;
-        const double ended = nearestEnding(cents, ending);
         const bool turned =
             (changed < oldPrice && ended >= oldPrice) || (changed > oldPrice && ended <= oldPrice);
         return turned ? cents : ended;
     };
     switch (rule.rounding) {
     case PriceChangeRule::Rounding::End95:
-        return withEnding(0.95);
+        return withEnding(0.95, nearestEnding(cents, 0.95));
     case PriceChangeRule::Rounding::End99:
-        return withEnding(0.99);
+        return withEnding(0.99, nearestEnding(cents, 0.99));
     case PriceChangeRule::Rounding::Whole:
-        return roundMoney(cents, Unit);
+        return withEnding(1.0, roundMoney(cents, Unit));
     case PriceChangeRule::Rounding::Cents:
         break;
     }

@@ -97,6 +97,26 @@ TEST(PriceChangeTest, WholeUnits)
     EXPECT_DOUBLE_EQ(PriceChange::apply(389, ruleOf(By::Percent, 2.5, Rounding::Whole)), 399.0);
 }
 
+// Whole units are an ending like .95 and .99: a raise never ends at or below the old price, a
+// price under half a unit has no whole unit near it and keeps its cents, and a free item stays
+// free.
+TEST(PriceChangeTest, WholeUnitsNeverTurnAChangeRoundNorMakeAPriceFree)
+{
+    for (const double cheap : { 0.01, 0.30, 0.45, 0.49 }) {
+        EXPECT_DOUBLE_EQ(PriceChange::apply(cheap, ruleOf(By::Percent, 1, Rounding::Whole)),
+            PriceChange::apply(cheap, ruleOf(By::Percent, 1, Rounding::Cents)))
+            << cheap;
+        EXPECT_GT(PriceChange::apply(cheap, ruleOf(By::Percent, 0, Rounding::Whole)), 0.0) << cheap;
+    }
+    EXPECT_DOUBLE_EQ(PriceChange::apply(1.40, ruleOf(By::Percent, 1, Rounding::Whole)), 1.41)
+        << "raised, not $1.00";
+    EXPECT_DOUBLE_EQ(PriceChange::apply(2.60, ruleOf(By::Percent, -1, Rounding::Whole)), 2.57)
+        << "lowered, not $3.00";
+    EXPECT_DOUBLE_EQ(PriceChange::apply(1.60, ruleOf(By::Percent, 1, Rounding::Whole)), 2.0);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.60, ruleOf(By::Percent, 0, Rounding::Whole)), 1.0);
+    EXPECT_DOUBLE_EQ(PriceChange::apply(0.0, ruleOf(By::Percent, 10, Rounding::Whole)), 0.0);
+}
+
 Table catalogue()
 {
     Table table(3, 15);

@@ -69,6 +69,10 @@ void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field
         if (const auto typed = stored::readNumber(stored::numberText(float(oldPrice))))
             oldPrice = *typed;
     }
+    // A price below zero (a credit, a deposit returned) is no price a rise or a fall is meant
+    // for: it stays as it is and does not keep the others from changing.
+    if (oldPrice < 0)
+        return;
     // A price that is a trillion or more already (read from a damaged sheet, say) is no price a
     // change can be worked out from: it stays as it is, as a price that is no number does, and
     // does not keep the others from changing.

@@ -158,8 +158,11 @@ void QuoteController::resetPrices()
     const QModelIndex current = m_ui.GrdQuote->currentIndex();
     Discount::LockedLines locked = Discount::LockedLines::Keep;
     if (Discount::anyLocked(m_module.QuoteTable())) {
+        // No is the default: one Enter must not throw away every price agreed with the
+        // customer.
         const int answer = m_services.prompts.msgBox(UnlockQuestion,
-            MsgStyle::YesNoCancel | MsgStyle::Question, QStringLiteral("Reset Prices"));
+            MsgStyle::YesNoCancel | MsgStyle::Question | MsgStyle::DefaultButton2,
+            QStringLiteral("Reset Prices"));
         if (answer != MsgResult::Yes && answer != MsgResult::No)
             return;
         if (answer == MsgResult::Yes)

@@ -134,6 +134,23 @@ Table catalogue()
     return table;
 }
 
+// A price below zero (a credit) is left as it is by a rise or a fall and keeps no other price
+// from changing: before, any rise was refused as one that "would take prices below zero".
+TEST(PriceChangeTest, APriceBelowZeroIsLeftAloneAndKeepsNoOtherFromChanging)
+{
+    Table table = catalogue();
+    table.put(3, 3, "-3");
+    for (const double percent : { 10.0, -10.0 }) {
+        const PriceChangePlan plan =
+            PriceChange::plan(table, { 1, 3 }, ruleOf(By::Percent, percent, Rounding::Cents), EnUs);
+        EXPECT_TRUE(plan.belowZero.isEmpty()) << percent;
+        EXPECT_TRUE(PriceChange::canApply(plan, true)) << percent;
+        EXPECT_EQ(plan.changeCount, 3) << "TW-100's list price and two break prices";
+        for (const PriceChangeEntry &entry : plan.entries)
+            EXPECT_NE(entry.row, 3) << percent;
+    }
+}
+
 TEST(PriceChangeTest, ThePlanChangesListAndBreakPricesOfTheChosenRowsOnly)
 {
     const Table table = catalogue();

@@ -119,6 +119,9 @@ TEST_F(QuoteAidsWindowTest, ResetPricesAsksAboutLockedLinesFirst)
     ASSERT_EQ(fakes->prompts.shown().size(), 1u);
     EXPECT_EQ(fakes->prompts.shown()[0].text, QStringLiteral("Unlock the locked prices too?"));
     EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Reset Prices"));
+    EXPECT_EQ(fakes->prompts.shown()[0].style,
+        MsgStyle::YesNoCancel | MsgStyle::Question | MsgStyle::DefaultButton2)
+        << "No, which keeps the agreed prices, is the default";
     EXPECT_EQ(cell(0, 2), QStringLiteral("$11.90")) << "No keeps the locked line";
     EXPECT_TRUE(lockMarkShown(0));
 

@@ -63,29 +63,6 @@ void takePermissions(const QString &original, const QString &copy)
         QFile::setPermissions(copy, source.permissions());
 }
 
-CatalogueWriteResult writeCatalogueCopy(const QString &path, const Table &table, qint32 count,
-    const QLocale &locale, RowsWithoutPartNumber rows)
-{
-    CatalogueStreamResult content;
-    const auto writeContent = [&](QFileDevice &file) {
-        CatalogueFileSink sink(file);
-        content = streamCatalogueFile(table, locale, count, sink, CataloguePieceSize, rows);
-        return content.ok && sink.finish();
-    };
-    CatalogueWriteResult result;
-    try {
-        result = writeCatalogueFile(path, writeContent, {}, BackupRule::NoBackup);
-    } catch (const VbError &error) {
-        result = {};
-        result.ok = false;
-        result.detail = QStringLiteral("its table cannot be read (error %1)").arg(error.number());
-        return result;
-    }
-    if (result.ok)
-        result.rowsWritten = content.rowsWritten;
-    return result;
-}
-
 namespace {
 
 const QByteArray RecoveryCheck = QByteArrayLiteral("\x1aTarnwick recovery file: ");
@@ -107,20 +84,23 @@ qsizetype checkedLength(const QByteArray &bytes)
     return ok && length == lineStart ? lineStart : -1;
 }
 
-} // namespace
+enum class CheckLine { None, Written };
 
-CatalogueWriteResult writeRecoveryFile(
-    const QString &path, const Table &table, qint32 count, const QLocale &locale)
+/// Writes table as a catalogue file at path, safely and without a backup; with the check line
+/// of a recovery file after it when asked.
+CatalogueWriteResult writeCopy(const QString &path, const Table &table, qint32 count,
+    const QLocale &locale, RowsWithoutPartNumber rows, CheckLine check)
 {
     CatalogueStreamResult content;
     const auto writeContent = [&](QFileDevice &file) {
         CatalogueFileSink sink(file);
-        content = streamCatalogueFile(
-            table, locale, count, sink, CataloguePieceSize, RowsWithoutPartNumber::KeptWithContent);
+        content = streamCatalogueFile(table, locale, count, sink, CataloguePieceSize, rows);
         if (!content.ok || !sink.finish())
             return false;
-        const QByteArray check = RecoveryCheck + QByteArray::number(file.pos()) + " bytes\r\n";
-        return file.write(check) == check.size();
+        if (check == CheckLine::None)
+            return true;
+        const QByteArray line = RecoveryCheck + QByteArray::number(file.pos()) + " bytes\r\n";
+        return file.write(line) == line.size();
     };
     CatalogueWriteResult result;
     try {
@@ -134,6 +114,21 @@ CatalogueWriteResult writeRecoveryFile(
     if (result.ok)
         result.rowsWritten = content.rowsWritten;
     return result;
+}
+
+} // namespace
+
+CatalogueWriteResult writeCatalogueCopy(const QString &path, const Table &table, qint32 count,
+    const QLocale &locale, RowsWithoutPartNumber rows)
+{
+    return writeCopy(path, table, count, locale, rows, CheckLine::None);
+}
+
+CatalogueWriteResult writeRecoveryFile(
+    const QString &path, const Table &table, qint32 count, const QLocale &locale)
+{
+    return writeCopy(
+        path, table, count, locale, RowsWithoutPartNumber::KeptWithContent, CheckLine::Written);
 }
 
 CatalogueReadResult readRecoveryFile(

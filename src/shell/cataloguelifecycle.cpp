@@ -411,9 +411,12 @@ QString CatalogueLifecycle::unreadMessage(
 
 QString CatalogueLifecycle::saveFailedMessage(const QString &dataFile, const QString &detail)
 {
-    return QStringLiteral("The catalogue could not be saved to \"%1\": %2.\n\nThe file on disk "
-                          "has not been changed.")
-        .arg(QDir::toNativeSeparators(dataFile), detail);
+    // A copy saved under a new name has no file on disk to speak of.
+    const QString left = QFileInfo::exists(dataFile)
+        ? QStringLiteral("The file on disk has not been changed.")
+        : QStringLiteral("No file has been written.");
+    return QStringLiteral("The catalogue could not be saved to \"%1\": %2.\n\n%3")
+        .arg(QDir::toNativeSeparators(dataFile), detail, left);
 }
 
 QString CatalogueLifecycle::unreadNumbersMessage(

@@ -285,6 +285,19 @@ TEST_F(CatalogueLifecycleTest, TheSaveFailureNamesTheCauseOnce)
     EXPECT_FALSE(text.contains(QStringLiteral("..")));
 }
 
+// A file that is there is said to be unchanged; a copy saved under a new name was never there.
+TEST_F(CatalogueLifecycleTest, TheSaveFailureSaysWhatIsLeftOnDisk)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    EXPECT_TRUE(CatalogueLifecycle::saveFailedMessage(
+        folder.filePath(QStringLiteral("twdata.dat")), QStringLiteral("the disk is full"))
+                    .endsWith(QStringLiteral(": the disk is full.\n\nThe file on disk has not "
+                                             "been changed.")));
+    EXPECT_TRUE(CatalogueLifecycle::saveFailedMessage(
+        folder.filePath(QStringLiteral("copy.dat")), QStringLiteral("the disk is full"))
+                    .endsWith(QStringLiteral(": the disk is full.\n\nNo file has been written.")));
+}
+
 TEST_F(CatalogueLifecycleTest, AFailedSaveAsksWhetherToCloseAnyway)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());

@@ -131,27 +131,15 @@ CatalogueWriteResult writeRecoveryFile(
         path, table, count, locale, RowsWithoutPartNumber::KeptWithContent, CheckLine::Written);
 }
 
-CatalogueReadResult readRecoveryFile(
-    const QString &path, Table &table, qint32 &count, const QLocale &locale)
-{
-    CatalogueReadResult result = readCatalogueCopy(path, table, count, locale);
-    if (result.status != CatalogueReadResult::Status::Ok)
-        return result;
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly) && checkedLength(file.readAll()) >= 0)
-        return result;
-    // Emptied, cut short or overwritten: no catalogue to restore.
-    table.redim(0, ProductRecord::FieldCount);
-    count = 0;
-    result.status = CatalogueReadResult::Status::Failed;
-    result.errorNumber = ErrorNumber::InputPastEndOfFile;
-    result.detail = QStringLiteral("the file is incomplete or damaged (it does not end as "
-                                   "Tarnwick ends it)");
-    return result;
-}
+namespace {
 
-CatalogueReadResult readCatalogueCopy(
-    const QString &path, Table &table, qint32 &count, const QLocale &locale)
+enum class CheckLineRead { Ignored, Required };
+
+/// Reads a catalogue file at path into table, re-dimensioned to the products read; count
+/// receives their number. With the check line Required, a file without it (or with another
+/// count) is not read at all: it is damaged.
+CatalogueReadResult readCopy(
+    const QString &path, Table &table, qint32 &count, const QLocale &locale, CheckLineRead check)
 {
     CatalogueReadResult result;
     QFile file(path);
@@ -170,11 +158,34 @@ CatalogueReadResult readCatalogueCopy(
         return result;
     }
     table.redim(0, ProductRecord::FieldCount);
+    count = 0;
+    if (check == CheckLineRead::Required && checkedLength(bytes) < 0) {
+        // Emptied, cut short or overwritten: no catalogue to restore.
+        result.status = CatalogueReadResult::Status::Failed;
+        result.errorNumber = ErrorNumber::InputPastEndOfFile;
+        result.detail = QStringLiteral("the file is incomplete or damaged (it does not end as "
+                                       "Tarnwick ends it)");
+        return result;
+    }
     CatalogueReader reader(table, locale);
     result = reader.read(std::move(bytes));
     count = result.rowsRead;
     table.redimPreserve(count, ProductRecord::FieldCount);
     return result;
+}
+
+} // namespace
+
+CatalogueReadResult readRecoveryFile(
+    const QString &path, Table &table, qint32 &count, const QLocale &locale)
+{
+    return readCopy(path, table, count, locale, CheckLineRead::Required);
+}
+
+CatalogueReadResult readCatalogueCopy(
+    const QString &path, Table &table, qint32 &count, const QLocale &locale)
+{
+    return readCopy(path, table, count, locale, CheckLineRead::Ignored);
 }
 
 CatalogueChanges compareCatalogues(

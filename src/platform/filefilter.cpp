@@ -1,6 +1,9 @@
 #include "platform/filefilter.h"
 
 #include <QFileInfo>
+#include <QList>
+
+#include <utility>
 
 namespace tarnwick {
 
@@ -54,28 +57,38 @@ QString qtNameFilter(const QString &description, const QString &patterns)
 
 } // namespace
 
+namespace {
+
+/// The complete description/pattern pairs of filter, in order; a last description without a
+/// pattern after it is not a pair and is left out.
+QList<std::pair<QString, QString>> filterPairs(const QString &filter)
+{
+    QList<std::pair<QString, QString>> pairs;
+    if (filter.trimmed().isEmpty())
+        return pairs;
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+        pairs.append({ parts.at(i), parts.at(i + 1) });
+    return pairs;
+}
+
+} // namespace
+
 // Every complete description/pattern pair gives exactly one entry, even when its pattern is
 // blank, so that the n-th pair stays the n-th entry and filter indexes keep their meaning.
-// A last description without a pattern after it is not a pair and is left out.
 QStringList toQtNameFilters(const QString &filter)
 {
     QStringList result;
-    if (filter.trimmed().isEmpty())
-        return result;
-    const QStringList parts = filter.split(QLatin1Char('|'));
-    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
-        result << qtNameFilter(parts.at(i), parts.at(i + 1));
+    for (const auto &[description, pattern] : filterPairs(filter))
+        result << qtNameFilter(description, pattern);
     return result;
 }
 
 QStringList filterDescriptions(const QString &filter)
 {
     QStringList result;
-    if (filter.trimmed().isEmpty())
-        return result;
-    const QStringList parts = filter.split(QLatin1Char('|'));
-    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
-        result << parts.at(i);
+    for (const auto &[description, pattern] : filterPairs(filter))
+        result << description;
     return result;
 }
 

@@ -204,6 +204,12 @@ float toSingle(const Cell &cell, const QLocale &locale)
     return static_cast<float>(value);
 }
 
+bool isBeyondSingle(const Cell &cell, const QLocale &locale)
+{
+    return (cell.isNumber() || isNumeric(cell, locale))
+        && std::fabs(toDouble(cell, locale)) > static_cast<double>(FLT_MAX);
+}
+
 qint16 toInt16(const Cell &cell, const QLocale &locale)
 {
     constexpr double low = std::numeric_limits<qint16>::min();

@@ -39,6 +39,9 @@ double round(double x, int decimals = 0);
 /// True when toDouble would succeed on a non-empty value (the empty state and the empty text
 /// are not numeric).
 bool isNumeric(const Cell &cell, const QLocale &locale);
+/// True when cell holds a number (or a numeric text) too large for a single, which toSingle
+/// refuses and which no price is ("1e39").
+bool isBeyondSingle(const Cell &cell, const QLocale &locale);
 
 /// Parses what a user of the locale writes for a number: optional blanks, a sign or
 /// parentheses for negatives, the locale's currency symbol before or after the number,

@@ -7,9 +7,6 @@
 #include "core/storednumber.h"
 #include "products/productrow.h"
 
-#include <cmath>
-#include <limits>
-
 namespace tarnwick::PriceSchedule {
 
 namespace {
@@ -147,11 +144,11 @@ QString listPriceNotice(const Cell &price, const QLocale &locale)
     // Below zero is kept as typed (a credit, a deposit returned), but said: typed by mistake,
     // every unit on a quote would take that much off its total.
     if (price.isNumber() || conv::isNumeric(price, locale)) {
-        const double value = conv::toDouble(price, locale);
         // A list price is kept as a single: beyond its range ("1e39", a pasted row of digits)
         // the catalogue reads it back as no number, and so does a quote's quantity.
-        if (std::fabs(value) > double(std::numeric_limits<float>::max()))
+        if (conv::isBeyondSingle(price, locale))
             return noNumber(conv::toText(price, locale));
+        const double value = conv::toDouble(price, locale);
         if (value >= 0)
             return QString();
         return QStringLiteral("The list price %1 is below zero: every unit of this product on a "

@@ -11,8 +11,6 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace tarnwick::QuoteList {
 
@@ -58,8 +56,7 @@ namespace {
 QString priceOutOfRange(const Table &quote, int row, const QLocale &locale)
 {
     const Cell &unit = quote.get(row, QuoteLine::UnitPrice);
-    if (!(unit.isNumber() || conv::isNumeric(unit, locale))
-        || std::fabs(conv::toDouble(unit, locale)) <= double(std::numeric_limits<float>::max()))
+    if (!conv::isBeyondSingle(unit, locale))
         return QString();
     return conv::toText(unit, locale);
 }
@@ -90,8 +87,7 @@ QString unpricedLine(const Table &quote, const Table &catalogue, int row, const 
             .arg(part, nothing);
     }
     const Cell price(lookup.price);
-    if (conv::isNumeric(price, locale)
-        && std::fabs(conv::toDouble(price, locale)) <= double(std::numeric_limits<float>::max()))
+    if (conv::isNumeric(price, locale) && !conv::isBeyondSingle(price, locale))
         return QString();
     return QStringLiteral("Line %1: the catalogue gives no price for %2 of \"%3\"; the line is "
                           "charged %4 until a price is typed.")

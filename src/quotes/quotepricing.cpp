@@ -6,9 +6,6 @@
 #include "core/formats.h"
 #include "quotes/quoteline.h"
 
-#include <cmath>
-#include <limits>
-
 namespace tarnwick::QuotePricing {
 
 namespace {
@@ -30,13 +27,6 @@ namespace {
 /// The line's quantity as the list total reads it: the one the re-pricing charged, so a line
 /// the re-pricing could not price (a quantity beyond the 32-bit range raises 6) adds nothing
 /// to either sum, and a fraction counts as the whole number the line was priced at.
-/// Whether cell holds a number too large for a single, which no price is.
-bool beyondSingle(const Cell &cell, const QLocale &locale)
-{
-    return (cell.isNumber() || conv::isNumeric(cell, locale))
-        && std::fabs(conv::toDouble(cell, locale)) > double(std::numeric_limits<float>::max());
-}
-
 double listQuantity(const Table &quote, int row, const QLocale &locale)
 {
     return double(QuoteLine::quantity(quote, row, locale));
@@ -58,7 +48,7 @@ QuoteSums sums(const Table &quote, const QLocale &locale)
         ErrorTrap trap;
         // A unit price beyond a single's range (a list price of "1e39" added as it stands) is
         // no price the line can charge: it adds nothing to the total, as the status bar says.
-        if (!beyondSingle(quote.get(row, QuoteLine::UnitPrice), locale)) {
+        if (!conv::isBeyondSingle(quote.get(row, QuoteLine::UnitPrice), locale)) {
             trap.step([&] {
                 result.total = conv::checkedDouble(result.total
                     + conv::round(conv::toDouble(quote.get(row, QuoteLine::ExtendedPrice), locale),

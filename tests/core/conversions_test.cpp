@@ -246,6 +246,15 @@ TEST(IsNumericTest, AgreesWithToDouble)
     }
 }
 
+TEST(IsBeyondSingleTest, OnlyNumbersTooLargeForASingleAre)
+{
+    for (const Cell &beyond : { Cell("1e39"), Cell("-1e39"), Cell(1e39), Cell("$1e39") })
+        EXPECT_TRUE(conv::isBeyondSingle(beyond, enUS())) << beyond.asText().toStdString();
+    for (const Cell &within : { Cell("3e38"), Cell(3.4e38f), Cell("12.50"), Cell("call us"), Cell(),
+             Cell(""), Cell::null() })
+        EXPECT_FALSE(conv::isBeyondSingle(within, enUS())) << within.asText().toStdString();
+}
+
 TEST(CellNumber, ReadsNumbersAndTextsAsTheLocaleDoesWithOrWithoutTheQuickPath)
 {
     const QByteArray bytes = "12.50";

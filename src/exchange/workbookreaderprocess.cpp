@@ -6,6 +6,12 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 
+#if defined(Q_OS_LINUX)
+#include <csignal>
+#include <sys/prctl.h>
+#include <unistd.h>
+#endif
+
 namespace tarnwick {
 
 WorkbookReaderOptions WorkbookReaderOptions::thisProgram()
@@ -47,6 +53,16 @@ void WorkbookReaderProcess::start(const QString &path)
     m_process->setStandardErrorFile(QProcess::nullDevice());
     m_process->setReadChannel(QProcess::StandardOutput);
     m_process->setProcessEnvironment(readerEnvironment(QProcessEnvironment::systemEnvironment()));
+#if defined(Q_OS_LINUX)
+    // The reader lives no longer than the program: killed with it, also while it waits on a
+    // file that never answers (a stalled network share). A program already gone before this
+    // ran gets no reader at all.
+    m_process->setChildProcessModifier([parent = ::getpid()] {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (::getppid() != parent)
+            ::_exit(127);
+    });
+#endif
     connect(
         m_process, &QProcess::readyReadStandardOutput, this, &WorkbookReaderProcess::readOutput);
     connect(m_process, &QProcess::finished, this, &WorkbookReaderProcess::processFinished);

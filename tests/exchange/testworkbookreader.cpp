@@ -5,11 +5,19 @@
 // end), garbage, early (ends in the middle of its output), slow (a row every few milliseconds,
 // without end), withdraw (3 MiB of rows, withdrawn, then the same rows again and the end: more
 // than the tests' 4 MiB output limit in all, less than it after the withdrawal), environment
-// (one cell: the value of GLIBC_TUNABLES it was started with).
+// (one cell: the value of GLIBC_TUNABLES it was started with), stall (a row, then asleep).
+// With "--parent <kind> <path>" it is the program instead: it starts this reader with
+// "--fault <kind>" on path, writes the reader's process id on a line once the reader's first
+// row has arrived, and waits.
 #include "exchange/workbookreaderchild.h"
+#include "exchange/workbookreaderprocess.h"
 #include "exchange/workbookwire.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QList>
 #include <QString>
 #include <QtEndian>
 
@@ -81,6 +89,10 @@ int fault(const char *kind)
         spin();
     if (name == "sleep")
         std::this_thread::sleep_for(std::chrono::hours(1));
+    if (name == "stall") {
+        put(Header + cellBytes(1, 0, "Part Number") + cellBytes(2, 0, "P1"));
+        std::this_thread::sleep_for(std::chrono::hours(1));
+    }
     if (name == "allocate")
         return allocateUntilRefused();
     put(Header);
@@ -116,10 +128,52 @@ int fault(const char *kind)
     return 0;
 }
 
+/// The process ids of this process's children, from /proc.
+QList<qint64> children()
+{
+    QList<qint64> found;
+    const QString self = QString::number(QCoreApplication::applicationPid());
+    for (const QString &entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        QFile stat(QStringLiteral("/proc/%1/stat").arg(entry));
+        if (!stat.open(QIODevice::ReadOnly))
+            continue;
+        // "pid (name) state ppid ...": the name may hold blanks, so the fields after it count.
+        const QByteArray line = stat.readAll();
+        const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+        if (fields.size() > 1 && fields.at(1) == self.toLatin1())
+            found << entry.toLongLong();
+    }
+    return found;
+}
+
+int parent(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    WorkbookReaderOptions options;
+    options.program = QCoreApplication::applicationFilePath();
+    options.arguments = QStringList { QStringLiteral("--fault"), QString::fromLocal8Bit(argv[2]),
+        QStringLiteral("--read-workbook") };
+    options.timeLimit = std::chrono::hours(1);
+    WorkbookReaderProcess reader(options);
+    QObject::connect(&reader, &WorkbookReaderProcess::progress, &app, [] {
+        for (const qint64 child : children())
+            std::printf("%lld\n", child);
+        std::fflush(stdout);
+    });
+    QObject::connect(&reader, &WorkbookReaderProcess::finished, &app, [] {
+        std::printf("finished\n");
+        std::fflush(stdout);
+    });
+    reader.start(QString::fromLocal8Bit(argv[3]));
+    return QCoreApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    if (argc == 4 && std::strcmp(argv[1], "--parent") == 0)
+        return parent(argc, argv);
     if (argc >= 3 && std::strcmp(argv[1], "--fault") == 0)
         return fault(argv[2]);
     if (const std::optional<int> code = WorkbookReaderChild::runIfAsked(argc, argv))

@@ -8,11 +8,21 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#if defined(Q_OS_LINUX)
+#include <csignal>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 using namespace tarnwick;
 using Outcome = WorkbookReaderProcess::Outcome;
@@ -214,6 +224,39 @@ TEST(WorkbookReaderProcess, AProgramThatCannotBeStartedGivesTheUnreadableResult)
     EXPECT_EQ(reader.takeResult().errorText, "This file is not an Excel 97 file.");
     expectALaterReadWorks(reader);
 }
+
+#if defined(Q_OS_LINUX)
+// A reader waiting on a file that never answers ends with the program that started it, also
+// when the program is killed outright.
+TEST(WorkbookReaderProcess, AReaderEndsWhenItsProgramIsKilled)
+{
+    // The orphaned reader comes to this test, so its end can be awaited and its cause seen.
+    ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
+    const auto noLongerReaping = qScopeGuard([] { prctl(PR_SET_CHILD_SUBREAPER, 0); });
+    QProcess program;
+    program.start(QStringLiteral(TARNWICK_TEST_READER),
+        QStringList {
+            QStringLiteral("--parent"), QStringLiteral("stall"), dataFile("sample.xlsx") });
+    while (!program.canReadLine() && program.waitForReadyRead(60000)) { }
+    bool isNumber = false;
+    const auto reader = pid_t(program.readLine().trimmed().toInt(&isNumber));
+    ASSERT_TRUE(isNumber);
+    program.kill();
+    ASSERT_TRUE(program.waitForFinished(60000));
+
+    const int handle = int(syscall(SYS_pidfd_open, reader, 0));
+    ASSERT_GE(handle, 0);
+    pollfd ended { handle, POLLIN, 0 };
+    const int ready = poll(&ended, 1, 60000);
+    close(handle);
+    if (ready != 1)
+        kill(reader, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(waitpid(reader, &status, 0), reader);
+    EXPECT_EQ(ready, 1) << "the reader outlived the program by a minute";
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+}
+#endif
 
 TEST(WorkbookReaderProcess, ProgressReportsTheRowsAndCancelStopsTheReaderAtOnce)
 {

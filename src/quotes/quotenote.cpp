@@ -1,6 +1,9 @@
 #include "quotes/quotenote.h"
 
 #include "catalogue/cataloguetext.h"
+#include "core/conversions.h"
+#include "core/storednumber.h"
+#include "core/vberror.h"
 #include "platform/isettingsstore.h"
 
 #include <QDir>
@@ -81,10 +84,17 @@ namespace {
 
 int integerSetting(const ISettingsStore &settings, const QString &key)
 {
-    bool ok = false;
-    const int value =
-        settings.get(Application, Section, key, QStringLiteral("0")).trimmed().toInt(&ok);
-    return ok ? value : 0;
+    // Read as the window's numbers are: "1", " 1 ", "1.0" and "1,0" are all 1, "1.5" rounds to
+    // 2; a value that is no number or is beyond the integer's range counts as 0.
+    const std::optional<double> number =
+        stored::readNumber(settings.get(Application, Section, key, QStringLiteral("0")));
+    if (!number)
+        return 0;
+    try {
+        return conv::toInt16(Cell(*number), QLocale::c());
+    } catch (const VbError &) {
+        return 0;
+    }
 }
 
 } // namespace

@@ -50,12 +50,13 @@ QString readEnding(const QString &folder);
 /// Both files of folder at once.
 QuoteTexts readTexts(const QString &folder);
 
-/// "NoIncludes" as an integer (default 0; a value that is no whole number counts as 0).
+/// "NoIncludes" as an integer (default 0; a number is rounded half to even, and a value that
+/// is no number, or one beyond the range of a 16-bit integer, counts as 0).
 int noIncludes(const ISettingsStore &settings);
 /// False when the setting could not be written (the store's writeError() says why).
 bool saveNoIncludes(ISettingsStore &settings, int value);
 
-/// "VolumePrices" as an integer (default 0; a value that is no whole number counts as 0); 1
+/// "VolumePrices" as an integer, read as "NoIncludes" is (default 0); 1
 /// shows the cheaper volume prices under the quote document's lines.
 int volumePrices(const ISettingsStore &settings);
 bool saveVolumePrices(ISettingsStore &settings, int value);

@@ -116,6 +116,30 @@ TEST(QuoteNoteFiles, AFolderThatIsAFileIsReported)
     EXPECT_EQ(folder.readFile("app"), "a plain file");
 }
 
+TEST(QuoteNoteSetting, TheSettingsAreReadAsNumbersRoundedToAWholeOne)
+{
+    test::FakeSettingsStore settings;
+    const auto read = [&](const QString &text) {
+        settings.save("Tarnwick", "Settings", "NoIncludes", text);
+        settings.save("Tarnwick", "Settings", "VolumePrices", text);
+        EXPECT_EQ(QuoteNote::volumePrices(settings), QuoteNote::noIncludes(settings))
+            << text.toStdString();
+        return QuoteNote::noIncludes(settings);
+    };
+    EXPECT_EQ(read("1"), 1);
+    EXPECT_EQ(read(" 1 "), 1);
+    EXPECT_EQ(read("1.0"), 1);
+    EXPECT_EQ(read("1,0"), 1);
+    EXPECT_EQ(read("0.6"), 1);
+    EXPECT_EQ(read("1.5"), 2);
+    EXPECT_EQ(read("2.5"), 2);
+    EXPECT_EQ(read("0"), 0);
+    EXPECT_EQ(read("yes"), 0);
+    EXPECT_EQ(read(""), 0);
+    EXPECT_EQ(read("99999"), 0);
+    EXPECT_EQ(read("-3"), -3);
+}
+
 TEST(QuoteNoteSetting, ASettingThatCannotBeWrittenIsReportedAndKept)
 {
     test::FakeSettingsStore settings;

@@ -9,6 +9,7 @@
 #include "products/priceschedule.h"
 #include "quotes/quoteline.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -151,6 +152,12 @@ QuantityEntry readQuantities(const QStringList &entries, const QLocale &locale)
             entry.error =
                 QStringLiteral("\"%1\" is no quantity: enter a whole number of 1 or more.")
                     .arg(text);
+            return entry;
+        }
+        if (std::find(entry.quantities.cbegin(), entry.quantities.cend(), qint32(*number))
+            != entry.quantities.cend()) {
+            entry.error =
+                QStringLiteral("\"%1\" is entered twice: enter each quantity once.").arg(text);
             return entry;
         }
         if (int(entry.quantities.size()) == MaxQuantities) {

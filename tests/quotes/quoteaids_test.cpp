@@ -236,6 +236,8 @@ TEST_F(QuoteAidsTest, TypedQuantitiesAreReadOrTheFirstBadOneNamed)
     EXPECT_FALSE(QuoteAids::readQuantities({ "3000000000" }, locale).error.isEmpty());
     EXPECT_EQ(QuoteAids::readQuantities({ "1", "2", "3", "4", "5", "6" }, locale).error,
         QStringLiteral("Enter at most 5 quantities."));
+    EXPECT_EQ(QuoteAids::readQuantities({ "1000", "500", " 1,000" }, locale).error,
+        QStringLiteral("\"1,000\" is entered twice: enter each quantity once."));
 }
 
 TEST_F(QuoteAidsTest, QuantitiesAreKeptWithTheLineAndPrintedAsATableUnderIt)

@@ -263,6 +263,9 @@ void QuoteBookController::shutDown()
 
 bool QuoteBookController::ready(const QString &title)
 {
+    // A command of the book works on the quote as the user sees it: a cell still being typed
+    // in (the menu bar leaves its editor open) is part of it.
+    m_quote.storePendingEdit();
     if (openBook(false))
         return true;
     report(QuoteBookMessages::unavailable(m_unavailable), title);
@@ -457,6 +460,7 @@ void QuoteBookController::saveQuote()
 
 bool QuoteBookController::saveChangedQuote()
 {
+    m_quote.storePendingEdit();
     if (!m_session->isChanged())
         return true;
     return ready(Titles::Save) && saveInHand(Titles::Save);

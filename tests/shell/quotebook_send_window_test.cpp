@@ -4,12 +4,15 @@
 #include "quotebookwindowfixture.h"
 
 #include "catalogue/productrecord.h"
+#include "core/conversions.h"
+#include "quotes/quotelist.h"
 #include "quotes/quotenote.h"
 #include "shell/gridview.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QProcess>
 #include <QRegularExpression>
 
@@ -265,6 +268,49 @@ TEST_F(QuoteBookWindowTest, SaveAllSavesTheCatalogueAndTheQuote)
     EXPECT_EQ(book().quoteCount(), 1);
     action("mnuFileSaveAll")->trigger();
     EXPECT_EQ(book().quoteCount(), 1) << "an unchanged quote is not saved again";
+}
+
+// A quantity still being typed when a command is chosen from the menu bar belongs to the quote
+// that command saves, prints or sends.
+TEST_F(QuoteBookWindowTest, AQuantityStillBeingTypedIsInWhatTheBookSavesPrintsAndSends)
+{
+    addToQuote(1);
+    fakes->launcher.installed << QStringLiteral("xdg-email");
+    bookDialogs->customers.push_back(Acme);
+    GridView *quoteGrid = window->ui().GrdQuote;
+    const auto typeQuantity = [&](const QString &quantity) {
+        quoteGrid->setCurrentIndex(quoteGrid->model()->index(0, QuoteGridColumn::Quantity));
+        QTest::keyClick(quoteGrid, Qt::Key_F2);
+        auto *editor = qobject_cast<QLineEdit *>(quoteGrid->indexWidget(quoteGrid->currentIndex()));
+        ASSERT_NE(editor, nullptr);
+        editor->selectAll();
+        QTest::keyClicks(editor, quantity);
+        ASSERT_TRUE(quoteGrid->isEditing());
+    };
+    const auto expectSaved = [&](qint32 quantity, const char *command) {
+        EXPECT_EQ(module->QuoteTable().get(1, QuoteLine::Quantity), Cell(quantity)) << command;
+        ASSERT_EQ(book().quoteCount(), 1) << command;
+        EXPECT_DOUBLE_EQ(book().list().first().total,
+            conv::toDouble(module->QuoteTable().get(1, QuoteLine::ExtendedPrice), locale))
+            << command;
+        EXPECT_FALSE(window->quoteBook().session()->isChanged()) << command;
+    };
+    typeQuantity(QStringLiteral("3"));
+    action("mnuQuoteSave")->trigger();
+    expectSaved(3, "Save Quote");
+    typeQuantity(QStringLiteral("4"));
+    action("mnuFileSaveAll")->trigger();
+    expectSaved(4, "Save All");
+    typeQuantity(QStringLiteral("5"));
+    fakes->fileDialogs.answer(FileDialogResult { folder.filePath(QStringLiteral("q.pdf")), 1 });
+    action("mnuQuotePdf")->trigger();
+    expectSaved(5, "Save as PDF");
+    typeQuantity(QStringLiteral("6"));
+    action("mnuFileSend")->trigger();
+    expectSaved(6, "Send");
+    EXPECT_EQ(book().list().first().status, QuoteStatus::Sent);
+    ASSERT_EQ(fakes->launcher.starts.size(), 1U);
+    QDir(QFileInfo(fakes->launcher.starts[0].arguments[6]).path()).removeRecursively();
 }
 
 TEST_F(QuoteBookWindowTest, SaveQuoteOnAnUnchangedSentQuoteAsksNothing)

@@ -9,7 +9,7 @@
 namespace tarnwick {
 
 CellMarkDelegate::CellMarkDelegate(int role, const QIcon &icon, QObject *parent)
-    : QStyledItemDelegate(parent), m_role(role), m_icon(icon)
+    : GridCellDelegate(parent), m_role(role), m_icon(icon)
 {
 }
 

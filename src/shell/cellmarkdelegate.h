@@ -1,13 +1,15 @@
 #pragma once
 
+#include "shell/gridcelldelegate.h"
+
 #include <QIcon>
-#include <QStyledItemDelegate>
 
 namespace tarnwick {
 
 /// Shows a small icon in every cell whose model data for a given role is true (a price
-/// schedule cell with a problem, a locked quote price); the cell's text stays as it is.
-class CellMarkDelegate : public QStyledItemDelegate
+/// schedule cell with a problem, a locked quote price); the cell's text stays as it is, drawn
+/// as in every grid cell.
+class CellMarkDelegate : public GridCellDelegate
 {
     Q_OBJECT
 

@@ -1,6 +1,7 @@
 #include "shell/gridview.h"
 
 #include "platform/keynavigation.h"
+#include "shell/gridcelldelegate.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -14,6 +15,7 @@ namespace tarnwick {
 
 GridView::GridView(QWidget *parent) : QTableView(parent)
 {
+    setItemDelegate(new GridCellDelegate(this));
     showKeyboard(false);
 }
 

@@ -17,6 +17,7 @@
 #include <sys/mman.h>
 #endif
 
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <utility>
@@ -229,7 +230,17 @@ CatalogueWriteResult Products::WriteProds(const QString &fileName)
         m_fileStamp = fileStamp(fileName);
         m_readFailed = false;
         m_fileGeneration = m_catalogue.generation();
-        m_count = content.count;
+        // The writer's count ends before a last row it did not write. A product there without
+        // a part number stays all the same, for the part number the save asked for to be
+        // typed: a sort or an import, which keep the counted rows only, would drop it.
+        qint32 count = content.count;
+        for (qint32 row = std::min(m_count, m_catalogue.upperBound(1)); row > count; --row) {
+            if (isProductWithoutPartNumber(m_catalogue.row(row), m_locale)) {
+                count = row;
+                break;
+            }
+        }
+        m_count = count;
         result.rowsWritten = content.rowsWritten;
     }
     return result;

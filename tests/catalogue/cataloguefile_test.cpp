@@ -50,6 +50,24 @@ TEST_F(CatalogueFileTest, WritesASmallCatalogueByteForByte)
     EXPECT_EQ(products.Count(), 3); // the last row was skipped: its index minus one
 }
 
+TEST_F(CatalogueFileTest, ACountedProductWithoutAPartNumberInTheLastRowStaysCounted)
+{
+    catalogue.redim(3, 15);
+    catalogue.put(1, 1, Cell("A-100"));
+    catalogue.put(2, 1, Cell("B-200"));
+    catalogue.put(3, 1, Cell(""));
+    catalogue.put(3, 2, Cell("Nameless")); // a product whose part number was cleared
+    products.setCount(3);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_FALSE(dataFileBytes().contains("Nameless"));
+    EXPECT_EQ(products.Count(), 3) << "kept for its part number to be typed again";
+
+    // An empty last row is no product: the count ends before it.
+    catalogue.put(3, 2, Cell(""));
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(products.Count(), 2);
+}
+
 TEST_F(CatalogueFileTest, ReadsBackWhatWasWritten)
 {
     writeDataFile("A-100" FE "Widget" FE "12.5" FE "Blue" FE FE "10" FE

@@ -177,6 +177,32 @@ TEST_F(TypingWindowTest, AProductWithoutAPartNumberIsSaidWhileWorkedOnAndAtASave
     EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Nameless"));
 }
 
+// The last product, its part number cleared and saved without it, stays in the catalogue for
+// the part number to be typed again: a sort, a refresh and the next save keep it.
+TEST_F(TypingWindowTest, ALastProductSavedWithoutItsPartNumberStaysToBeGivenOneAgain)
+{
+    const int rows = grid->model()->rowCount();
+    const QModelIndex last = grid->model()->index(rows - 1, 0);
+    const QString part = last.data().toString();
+    const QString name = grid->model()->index(rows - 1, 1).data().toString();
+    ASSERT_FALSE(part.isEmpty());
+    ASSERT_TRUE(grid->model()->setData(last, QString()));
+    action("mnuFileSave")->trigger();
+    ASSERT_EQ(status(),
+        QStringLiteral(
+            "Catalogue saved, without 1 product that has no part number: type one to keep it."));
+    ASSERT_TRUE(grid->model()->setData(grid->model()->index(rows - 1, 0), part));
+    action("mnuViewRefresh")->trigger();
+    ASSERT_EQ(grid->model()->rowCount(), rows);
+    QStringList parts;
+    for (int row = 0; row < rows; ++row)
+        parts << grid->model()->index(row, 0).data().toString();
+    EXPECT_TRUE(parts.contains(part)) << parts.join(QLatin1Char(' ')).toStdString();
+    action("mnuFileSave")->trigger();
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains(name.toLatin1()));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")).count("\x7f\x7f\x7f\r\n"), rows);
+}
+
 TEST_F(TypingWindowTest, TheCloseLeavesProductsWithoutAPartNumberOutOfTheFile)
 {
     action("mnuAddProd")->trigger();

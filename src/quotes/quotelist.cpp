@@ -45,6 +45,10 @@ AddLineResult addProduct(
     quote.put(row, QuoteLine::ExtendedPrice, listPrice);
     quote.put(row, QuoteLine::ListPrice, listPrice);
     quote.put(row, QuoteLine::Includes, includesText);
+    // The row may be one whose part number was cleared: what the user set for that line (its
+    // lock, its further quantities) is not the new product's.
+    for (int field = QuoteLine::Includes + 1; field <= quote.fieldCount(); ++field)
+        quote.put(row, field, Cell());
     return { AddStatus::Added, row };
 }
 

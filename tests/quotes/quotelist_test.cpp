@@ -3,6 +3,7 @@
 #include "catalogue/productrecord.h"
 #include "core/formats.h"
 
+#include "quotes/quoteaids.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 #include "quotes/quotepricing.h"
@@ -28,6 +29,21 @@ TEST_F(QuoteListTest, AProductBecomesALineAtListPriceWithQuantityOne)
     EXPECT_EQ(quote.get(1, QuoteLine::ListPrice), Cell("$12.50"));
     EXPECT_EQ(quote.get(1, QuoteLine::Includes), Cell("Two widgets, one case"));
     EXPECT_EQ(QuoteLine::lineCount(quote), 1);
+}
+
+// A line whose part number was cleared ends the quote, and the next product added takes its
+// row: as a new line, without the lock and the further quantities the row held.
+TEST_F(QuoteListTest, AProductAddedInPlaceOfAClearedLineStartsUnlockedWithoutQuantities)
+{
+    add("A-100");
+    const int row = add("B-200");
+    QuoteLine::setLocked(quote, row, true);
+    quote.put(row, QuoteLine::Quantities, QuoteAids::quantitiesText({ 100, 500 }));
+    quote.put(row, QuoteLine::PartNumber, Cell(QString()));
+    ASSERT_EQ(add("A-100"), row);
+    EXPECT_FALSE(QuoteLine::isLocked(quote, row));
+    EXPECT_TRUE(QuoteAids::quantitiesOf(quote, row).empty());
+    EXPECT_TRUE(quote.get(row, QuoteLine::Quantities).isBlank());
 }
 
 TEST_F(QuoteListTest, TheSameProductAddedTwiceGivesTwoLines)

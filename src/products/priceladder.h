@@ -78,7 +78,9 @@ std::vector<ProductLadderProblems> checkCatalogue(const Table &catalogue, const 
 
 /// The breaks of catalogue row in ascending quantity, each with the price SetPrice gives at its
 /// quantity (so a point that a later slot overrides shows the price that really applies).
-/// Thresholds that SetPrice cannot read are left out; one below 1 counts from 1.
+/// Thresholds that SetPrice cannot read are left out, and so are quantities from which it
+/// gives no usable price (a point without its price, "call", a price beyond a single's range);
+/// a threshold below 1 counts from 1.
 std::vector<PriceBreak> breaks(const Table &catalogue, int row, const QLocale &locale);
 
 } // namespace PriceLadder

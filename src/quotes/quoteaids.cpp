@@ -176,9 +176,24 @@ std::vector<QuantityPrice> pricesAt(const Table &catalogue, const QString &partN
     for (const qint32 quantity : quantities) {
         const PriceLookup lookup = PriceSchedule::SetPrice(catalogue, partNumber, quantity, locale);
         const float unit = PriceSchedule::chargedPrice(lookup.price, locale);
-        prices.push_back({ quantity, unit, double(unit) * double(quantity) });
+        const Cell price(lookup.price);
+        const bool priced =
+            lookup.found && conv::isNumeric(price, locale) && !conv::isBeyondSingle(price, locale);
+        prices.push_back({ quantity, unit, double(unit) * double(quantity), priced });
     }
     return prices;
+}
+
+QString unpricedQuantity(const std::vector<QuantityPrice> &prices, const QLocale &locale)
+{
+    for (const QuantityPrice &price : prices) {
+        if (!price.priced) {
+            return QStringLiteral("The catalogue gives no price at %1: give that price point "
+                                  "its price, or leave the quantity out.")
+                .arg(quantity(price.quantity, locale));
+        }
+    }
+    return QString();
 }
 
 std::vector<QuantityPrice> linePricesAt(
@@ -188,8 +203,12 @@ std::vector<QuantityPrice> linePricesAt(
     if (quantities.empty() || row < 1 || row > quote.rowCount())
         return {};
     const Cell &part = quote.get(row, QuoteLine::PartNumber);
-    return pricesAt(
+    std::vector<QuantityPrice> prices = pricesAt(
         catalogue, part.isNull() ? QString() : conv::toText(part, locale), quantities, locale);
+    // The customer's document offers no quantity at $0.00 (the price point lost its price
+    // after the quantities were kept).
+    std::erase_if(prices, [](const QuantityPrice &price) { return !price.priced; });
+    return prices;
 }
 
 } // namespace tarnwick::QuoteAids

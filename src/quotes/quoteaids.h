@@ -28,6 +28,9 @@ struct QuantityPrice
     qint32 quantity = 0;
     float unitPrice = 0; ///< SetPrice's price, read as the quote reads it
     double extended = 0; ///< unit price × quantity
+    /// False when the catalogue gives no usable price at this quantity (no such product, a
+    /// point without its price, "call"): a quote line would be charged $0.00 for it.
+    bool priced = true;
 };
 
 /// What became of the quantities typed into "Price at Quantities".
@@ -69,6 +72,9 @@ QString quantitiesText(const std::vector<qint32> &quantities);
 /// at most MaxQuantities of them.
 QuantityEntry readQuantities(const QStringList &entries, const QLocale &locale);
 
+/// Why prices cannot be kept with a line: "The catalogue gives no price at 10: …" for the
+/// first quantity without a usable price; empty when every one has one.
+QString unpricedQuantity(const std::vector<QuantityPrice> &prices, const QLocale &locale);
 /// The unit and extended price of the product partNumber at each quantity (SetPrice).
 std::vector<QuantityPrice> pricesAt(const Table &catalogue, const QString &partNumber,
     const std::vector<qint32> &quantities, const QLocale &locale);

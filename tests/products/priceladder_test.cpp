@@ -296,12 +296,15 @@ TEST(PriceLadderTest, BreaksLeaveOutUnreadableThresholdsAndFollowSetPricePastThe
     EXPECT_EQ(breaks[1].price, 18.0f) << "SetPrice stops reading at 40000, so 50 never applies";
 }
 
-TEST(PriceLadderTest, ABreakWithoutPriceChargesNothingAsTheQuoteDoes)
+TEST(PriceLadderTest, AQuantityWithoutAUsablePriceIsNoBreak)
 {
-    const Table catalogue = product("20", { { "10", "" } });
-    const auto breaks = PriceLadder::breaks(catalogue, 1, EnUs);
-    ASSERT_EQ(breaks.size(), 1u);
-    EXPECT_EQ(breaks[0].price, 0.0f);
+    for (const char *missing : { "", "call", "1e39" }) {
+        const Table catalogue = product("50", { { "10", missing }, { "20", "40" } });
+        const auto breaks = PriceLadder::breaks(catalogue, 1, EnUs);
+        ASSERT_EQ(breaks.size(), 1u) << missing;
+        EXPECT_EQ(breaks[0].quantity, 20) << missing;
+        EXPECT_EQ(breaks[0].price, 40.0f) << missing;
+    }
 }
 
 } // namespace

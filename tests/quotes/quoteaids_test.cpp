@@ -179,6 +179,50 @@ TEST_F(QuoteAidsTest, VolumePricesListEveryCheaperBreakAboveTheQuantity)
         QStringList { QStringLiteral("Order 5 or more: $1,225.00 each.") });
 }
 
+// A point with a quantity and no price (or "call") is no offer: neither the next break nor the
+// document's volume prices name it at $0.00, and the real break after it is offered.
+TEST_F(QuoteAidsTest, APointWithoutAPriceIsNoBreakToOffer)
+{
+    catalogue.insertRows(catalogue.rowCount() + 1, 2);
+    setProduct(catalogue.rowCount() - 1, "E-1", "50", { "10", "", "20", "40" });
+    setProduct(catalogue.rowCount(), "F-1", "50", { "10", "call", "20", "40" });
+    for (const char *part : { "E-1", "F-1" }) {
+        const int row = add(part);
+        EXPECT_EQ(nextText(row),
+            QStringLiteral("Next break for %1: 20 or more at $40.00 each \u2014 19 more units "
+                           "save $200.00 on this line.")
+                .arg(QLatin1String(part)));
+        EXPECT_EQ(QuoteAids::volumePriceLines(quote, catalogue, row, locale),
+            QStringList { QStringLiteral("Order 20 or more: $40.00 each.") });
+    }
+}
+
+TEST_F(QuoteAidsTest, AQuantityWithoutAPriceIsNamedAndLeftOffTheDocument)
+{
+    catalogue.insertRows(catalogue.rowCount() + 1, 1);
+    setProduct(catalogue.rowCount(), "E-1", "50", { "10", "", "20", "40" });
+    const auto prices = QuoteAids::pricesAt(catalogue, "E-1", { 5, 10, 20 }, locale);
+    ASSERT_EQ(prices.size(), 3u);
+    EXPECT_TRUE(prices[0].priced);
+    EXPECT_FALSE(prices[1].priced);
+    EXPECT_TRUE(prices[2].priced);
+    EXPECT_EQ(QuoteAids::unpricedQuantity(prices, locale),
+        QStringLiteral("The catalogue gives no price at 10: give that price point its price, or "
+                       "leave the quantity out."));
+    EXPECT_EQ(QuoteAids::unpricedQuantity(
+                  QuoteAids::pricesAt(catalogue, "E-1", { 5, 20 }, locale), locale),
+        QString());
+    EXPECT_FALSE(QuoteAids::pricesAt(catalogue, "NO-SUCH", { 5 }, locale).front().priced);
+
+    // Kept while the point had its price, the quantity is left off the document later.
+    const int row = add("E-1");
+    quote.put(row, QuoteLine::Quantities, QuoteAids::quantitiesText({ 5, 10, 20 }));
+    const auto shown = QuoteAids::linePricesAt(quote, catalogue, row, locale);
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_EQ(shown[0].quantity, 5);
+    EXPECT_EQ(shown[1].quantity, 20);
+}
+
 TEST_F(QuoteAidsTest, ALockedLineOffersNoVolumePricesItWouldNotCharge)
 {
     const int row = add("A-100");

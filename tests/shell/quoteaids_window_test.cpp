@@ -5,6 +5,7 @@
 #include "shellfixture.h"
 
 #include "catalogue/module1.h"
+#include "catalogue/productrecord.h"
 #include "commands/edithistory.h"
 #include "products/ui/frmquantities.h"
 #include "quotes/quotegridmodel.h"
@@ -216,6 +217,25 @@ TEST_F(QuoteAidsWindowTest, PriceAtQuantitiesShowsThePricesAndKeepsTheQuantities
 
     action("mnuEditUndo")->trigger();
     EXPECT_TRUE(module->QuoteTable().get(1, QuoteLine::Quantities).isBlank());
+}
+
+TEST_F(QuoteAidsWindowTest, PriceAtQuantitiesKeepsNoQuantityTheCatalogueHasNoPriceFor)
+{
+    module->Catalogue().put(1, ProductRecord::Price1, QString()); // 10 and no price
+    quoteGrid->setCurrentIndex(quoteGrid->model()->index(0, 0));
+    action("mnuQuoteQuantities")->trigger();
+    auto *form = window->findChild<FrmQuantities *>(QStringLiteral("FrmQuantities"));
+    ASSERT_NE(form, nullptr);
+    QTest::keyClicks(form->findChild<QLineEdit *>(QStringLiteral("TxtQuantity1")), "10");
+    auto *ok = form->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+    EXPECT_FALSE(ok->isEnabled());
+    EXPECT_EQ(form->findChild<QLabel *>(QStringLiteral("LblMessage"))->text(),
+        QStringLiteral("The catalogue gives no price at 10: give that price point its price, or "
+                       "leave the quantity out."));
+    QTest::keyClick(form->findChild<QLineEdit *>(QStringLiteral("TxtQuantity1")), Qt::Key_0);
+    EXPECT_TRUE(ok->isEnabled()) << "100 is priced";
+    EXPECT_EQ(form->findChild<QLabel *>(QStringLiteral("LblMessage"))->text(), QString());
+    form->reject();
 }
 
 } // namespace

@@ -89,8 +89,12 @@ void FrmQuantities::updatePrices()
             m_prices->setItem(i, column, item);
         }
     }
-    m_message->setText(m_entry.error);
-    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(m_entry.error.isEmpty());
+    // A quantity the catalogue has no price for is shown at $0.00 as a quote would charge
+    // it, and cannot be kept: the customer's document would offer it at nothing.
+    const QString problem =
+        m_entry.error.isEmpty() ? QuoteAids::unpricedQuantity(prices, m_locale) : m_entry.error;
+    m_message->setText(problem);
+    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(problem.isEmpty());
 }
 
 } // namespace tarnwick

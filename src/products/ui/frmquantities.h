@@ -18,7 +18,8 @@ namespace tarnwick {
 
 /// "Price at Quantities": up to five further quantities for one quote line, with the unit and
 /// extended price the product has at each (SetPrice), shown as they are typed. OK keeps the
-/// quantities with the line; an entry that is no quantity is named and OK is greyed out.
+/// quantities with the line; an entry that is no quantity, or a quantity the catalogue gives
+/// no price for, is named and OK is greyed out.
 class FrmQuantities : public QDialog
 {
     Q_OBJECT

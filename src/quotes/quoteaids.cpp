@@ -68,7 +68,8 @@ std::optional<NextBreak> nextBreak(
     if (QuoteLine::isLocked(quote, row))
         return std::nullopt;
     const auto facts = factsOf(quote, catalogue, row, locale);
-    if (!facts)
+    // A quantity below zero (goods taken back) reaches no break by ordering more.
+    if (!facts || facts->quantity < 0)
         return std::nullopt;
     for (const PriceBreak &entry : PriceLadder::breaks(catalogue, facts->productRow, locale)) {
         if (entry.quantity <= facts->quantity || !(entry.price < facts->unitPrice))

@@ -223,6 +223,19 @@ TEST_F(QuoteAidsTest, AQuantityWithoutAPriceIsNamedAndLeftOffTheDocument)
     EXPECT_EQ(shown[1].quantity, 20);
 }
 
+TEST_F(QuoteAidsTest, AQuantityBelowZeroHasNoNextBreak)
+{
+    const int row = add("A-100");
+    typeQuantity(row, "-5");
+    EXPECT_EQ(nextText(row), QString());
+    typeQuantity(row, "-2147483000");
+    EXPECT_EQ(nextText(row), QString());
+    typeQuantity(row, "0");
+    EXPECT_EQ(nextText(row),
+        QStringLiteral("Next break for A-100: 10 or more at $11.00 each \u2014 10 more units save "
+                       "$15.00 on this line."));
+}
+
 TEST_F(QuoteAidsTest, ALockedLineOffersNoVolumePricesItWouldNotCharge)
 {
     const int row = add("A-100");

@@ -8,6 +8,7 @@
 #include "exchange/ziparchive.h"
 
 #include <charconv>
+#include <limits>
 
 namespace tarnwick {
 
@@ -95,7 +96,11 @@ public:
                 int row = 0;
                 const std::string_view number = m_xml.attribute("r");
                 const auto result = readNumber(number.data(), number.data() + number.size(), row);
-                m_row = result.ec == std::errc() && row >= 1 ? row : m_row + 1;
+                // A row without its number follows the one before; past the last row a sheet
+                // can have, it stays there (the cells then fall outside the sheet).
+                m_row = result.ec == std::errc() && row >= 1
+                    ? row
+                    : (m_row < std::numeric_limits<int>::max() ? m_row + 1 : m_row);
                 m_column = -1;
             } else if (isName(name, "c")) {
                 if (!readCell())

@@ -40,19 +40,24 @@ QString escaped(const QString &text)
     // letters without a blank would push the prices off the page. Such a word gets places to
     // break (<wbr>), which are no characters: a part number copied from the mail is the
     // part number, not one with an invisible space in it.
-    qsizetype wordStart = 0;
+    // Lengths count characters, so a character of two UTF-16 units (an emoji) is never split.
     qsizetype wordEnd = 0;
+    qsizetype wordLength = 0;
+    qsizetype position = 0; // characters of the word before this one
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar ch = text.at(i);
         if (i >= wordEnd && !endsWord(ch)) {
-            wordStart = i;
             wordEnd = i;
-            while (wordEnd < text.size() && !endsWord(text.at(wordEnd)))
-                ++wordEnd;
+            wordLength = 0;
+            position = 0;
+            for (; wordEnd < text.size() && !endsWord(text.at(wordEnd)); ++wordEnd)
+                wordLength += text.at(wordEnd).isLowSurrogate() ? 0 : 1;
         }
-        if (i < wordEnd && wordEnd - wordStart > LongWord && i > wordStart
-            && (i - wordStart) % BreakEvery == 0)
-            out += QLatin1String("<wbr>");
+        if (i < wordEnd && !ch.isLowSurrogate()) {
+            if (wordLength > LongWord && position > 0 && position % BreakEvery == 0)
+                out += QLatin1String("<wbr>");
+            ++position;
+        }
         if (ch == QLatin1Char('&'))
             out += QLatin1String("&amp;");
         else if (ch == QLatin1Char('<'))

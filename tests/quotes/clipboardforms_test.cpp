@@ -124,6 +124,24 @@ TEST_F(ClipboardFormsTest, AVeryLongWordCanBreakInTheHtmlAndReadsBackWhole)
     EXPECT_EQ(html.count(QLatin1String("<wbr>")), 14);
 }
 
+TEST_F(ClipboardFormsTest, APlaceToBreakNeverSplitsACharacterOfTwoUnits)
+{
+    // "X" and 30 faces: every character after the first takes two UTF-16 units, so a place
+    // to break every 20 units would fall inside a face.
+    QString longName = QStringLiteral("X");
+    for (int i = 0; i < 30; ++i)
+        longName += QString::fromUtf8("\xF0\x9F\x98\x80");
+    addLine(3, "C-3", longName.toUtf8().constData(), "$1.00", qint32(1), 1.0, "$1.00", "");
+    const QString html = HtmlWriter::write(*QuoteDocument::build(quote, input, EnUs));
+    ASSERT_TRUE(html.contains(QLatin1String("<wbr>")));
+    for (qsizetype at = html.indexOf(QLatin1String("<wbr>")); at >= 0;
+         at = html.indexOf(QLatin1String("<wbr>"), at + 1))
+        EXPECT_FALSE(html.at(at - 1).isHighSurrogate()) << "a break inside a face at " << at;
+    QTextDocument readBack;
+    readBack.setHtml(html);
+    EXPECT_TRUE(readBack.toPlainText().contains(longName));
+}
+
 TEST_F(ClipboardFormsTest, TheProductReportKeepsItsColumnsToo)
 {
     Table catalogue(1, 15);

@@ -58,6 +58,24 @@ TEST_F(HelpWindowTest, MainOpensTheContentsAtTheFirstPage)
     EXPECT_EQ(window->contentsTree()->currentItem()->text(0), manual.topics().first().title);
 }
 
+// The page follows the topic the arrow keys move to in the contents, as it follows a click.
+TEST_F(HelpWindowTest, ThePageFollowsTheArrowKeysInTheContents)
+{
+    window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Main"), 0, 0));
+    QTreeWidget *tree = window->contentsTree();
+    window->activateWindow();
+    tree->setFocus();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    ASSERT_TRUE(tree->hasFocus());
+    QTest::keyClick(tree, Qt::Key_Down);
+    const QString second = manual.topics().at(1).file;
+    EXPECT_EQ(tree->currentItem()->text(0), manual.topics().at(1).title);
+    EXPECT_EQ(window->currentTopic(), second);
+    EXPECT_TRUE(shownText().contains(manual.topics().at(1).title));
+    QTest::keyClick(tree, Qt::Key_Up);
+    EXPECT_EQ(window->currentTopic(), manual.topics().first().file);
+}
+
 TEST_F(HelpWindowTest, SearchOpensTheSearchWithTheFocusInItsBox)
 {
     window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Search"), 0, 0));

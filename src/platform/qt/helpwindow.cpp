@@ -97,6 +97,12 @@ QWidget *HelpWindow::createContentsPage()
         [this](QTreeWidgetItem *item) { openItemTopic(item->data(0, FileRole).toString()); });
     connect(m_contents, &QTreeWidget::itemClicked, this,
         [this](QTreeWidgetItem *item) { openItemTopic(item->data(0, FileRole).toString()); });
+    // The arrow keys open the topic they move to: the page never stays on another one than
+    // the contents show as chosen.
+    connect(m_contents, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
+        if (item && m_contents->hasFocus())
+            openItemTopic(item->data(0, FileRole).toString());
+    });
     return m_contents;
 }
 

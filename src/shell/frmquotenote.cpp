@@ -2,6 +2,7 @@
 
 #include "platform/iprompts.h"
 #include "platform/isettingsstore.h"
+#include "platform/qt/windowsize.h"
 #include "quotes/quotenote.h"
 #include "shell/accessiblenames.h"
 
@@ -65,7 +66,7 @@ FrmQuoteNote::FrmQuoteNote(
     layout->addWidget(bottom);
     layout->addWidget(m_txtbottom);
     layout->addLayout(buttons);
-    resize(520, 420);
+    resize(WindowSize::forFont(*this, QSize(520, 420)));
 
     Form_Load();
     connectHandlers();

@@ -1,11 +1,13 @@
 #include "shell/printpreview.h"
 
+#include "platform/qt/windowsize.h"
 #include "quotes/pageddocument.h"
 #include "shell/accessiblenames.h"
 #include "shell/printservice.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QLabel>
 #include <QPainter>
 #include <QPrintDialog>
@@ -111,9 +113,12 @@ void PrintPreview::buildWindow(const QString &title)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(bar);
     layout->addWidget(m_scroll, 1);
-    // A page and a half tall where the screen allows; never larger than the screen.
+    // A page and a half tall where the screen allows, wider with a larger font so the
+    // toolbar keeps Print and Close in view; never larger than the screen.
     const QRect room = screen()->availableGeometry();
-    resize(std::min(900, room.width() * 9 / 10), std::min(1000, room.height() * 9 / 10));
+    const QSize wanted = WindowSize::scaled(QSize(900, 1000), QFontMetricsF(font()).height());
+    resize(std::min(wanted.width(), room.width() * 9 / 10),
+        std::min(wanted.height(), room.height() * 9 / 10));
     // The pages have the keyboard, so Home and End go to the first and last page (the page
     // box would take them for its own cursor).
     m_scroll->setFocusPolicy(Qt::StrongFocus);

@@ -99,6 +99,8 @@ TEST(FrmImportPreviewSize, FitsTheScreenAndGrowsWithALargeOne)
     EXPECT_EQ(FrmImportPreview::sizeFor(QSize(1024, 700)), QSize(720, 520));
     EXPECT_EQ(FrmImportPreview::sizeFor(QSize(2560, 1400)), QSize(1536, 840));
     EXPECT_EQ(FrmImportPreview::sizeFor(QSize(640, 450)), QSize(640, 450));
+    // With a large font the least size grows, still within the room.
+    EXPECT_EQ(FrmImportPreview::sizeFor(QSize(1280, 760), QSize(1131, 817)), QSize(1131, 760));
 }
 
 } // namespace

@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QTableWidget>
 #include <QTest>
@@ -86,6 +87,40 @@ TEST(PriceAtQuantitiesLayout, FiveQuantitiesShowFiveRowsAndALongNameWraps)
     prices->setFocus();
     QTest::keyClick(prices, Qt::Key_Tab);
     EXPECT_NE(QApplication::focusWidget(), prices);
+}
+
+// A 14-point desktop font: the window grows with it, so the five prices stay in view and
+// readable beside a long name.
+TEST(PriceAtQuantitiesLayout, ALargeFontGrowsTheWindowAndKeepsEveryPriceInView)
+{
+    const QFont usual = QApplication::font();
+    const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
+    QFont large = usual;
+    large.setPointSizeF(14);
+    QApplication::setFont(large);
+    const QString name =
+        QStringLiteral("TW-100 ") + QStringLiteral("heavy-duty brass ball valve ").repeated(5);
+    const auto pricesOfAMillion = [](const std::vector<qint32> &quantities) {
+        std::vector<QuantityPrice> prices;
+        for (const qint32 quantity : quantities)
+            prices.push_back({ quantity, 987654.25F, 987654.25 * quantity });
+        return prices;
+    };
+    FrmQuantities window(
+        name, { 1, 10, 25, 50, 32767 }, pricesOfAMillion, QLocale(QLocale::English));
+    showActive(window);
+    auto *prices = window.findChild<QTableWidget *>(QStringLiteral("GrdQuantityPrices"));
+    ASSERT_EQ(prices->rowCount(), 5);
+    EXPECT_GE(prices->viewport()->height(), 5 * prices->rowHeight(0))
+        << "the fifth row is behind a scroll bar";
+    const QFontMetrics metrics(prices->font());
+    for (int row = 0; row < 5; ++row) {
+        for (int column = 1; column < 3; ++column) {
+            const QString text = prices->item(row, column)->text();
+            EXPECT_LE(metrics.horizontalAdvance(text), prices->columnWidth(column))
+                << text.toStdString() << " is cut";
+        }
+    }
 }
 
 } // namespace

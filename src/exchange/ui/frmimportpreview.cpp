@@ -2,7 +2,9 @@
 
 #include "exchange/importplanmodels.h"
 #include "exchange/importreport.h"
+#include "platform/qt/windowsize.h"
 
+#include <QFontMetricsF>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -100,17 +102,18 @@ void FrmImportPreview::setupUi()
     setTabOrder(m_apply, m_cancel);
     const QWidget *owner = parentWidget() != nullptr ? parentWidget() : this;
     const QScreen *on = owner->screen();
+    // The least size grows with the font, so a large one still shows old and new side by side.
+    const QSize least = WindowSize::scaled(QSize(720, 520), QFontMetricsF(font()).height());
     if (on == nullptr) {
-        resize(sizeFor(QSize(720, 520)));
+        resize(least);
         return;
     }
     const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
-    resize(sizeFor(on->availableGeometry().size() - QSize(0, titleBar)));
+    resize(sizeFor(on->availableGeometry().size() - QSize(0, titleBar), least));
 }
 
-QSize FrmImportPreview::sizeFor(const QSize &room)
+QSize FrmImportPreview::sizeFor(const QSize &room, const QSize &least)
 {
-    const QSize least(720, 520);
     const QSize share(room.width() * 3 / 5, room.height() * 3 / 5);
     return least.expandedTo(share).boundedTo(room);
 }

@@ -34,10 +34,10 @@ public:
     ~FrmImportPreview() override;
 
     const ImportPlan &plan() const { return m_plan; }
-    /// The window's size on a screen with room (its available area less a title bar): 720 ×
-    /// 520 at least, three fifths of a larger screen (long names readable), never more than the
-    /// room (a large font on a laptop).
-    static QSize sizeFor(const QSize &room);
+    /// The window's size on a screen with room (its available area less a title bar): least at
+    /// least (720 × 520 for the usual font, more for a larger one), three fifths of a larger
+    /// screen (long names readable), never more than the room (a large font on a laptop).
+    static QSize sizeFor(const QSize &room, const QSize &least = QSize(720, 520));
     /// What F1 does: the owner opens the import's help topic.
     void setHelpRequest(std::function<void()> help) { m_help = std::move(help); }
 

@@ -2,9 +2,11 @@
 
 #include "help/helpmanual.h"
 #include "help/helprequest.h"
+#include "platform/qt/windowsize.h"
 
 #include <QAction>
 #include <QDir>
+#include <QFontMetricsF>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -74,7 +76,8 @@ HelpWindow::HelpWindow(const HelpManual &manual, QWidget *parent)
     connect(hide, &QShortcut::activated, this, &QWidget::close);
     m_indexBox->installEventFilter(this);
     m_searchBox->installEventFilter(this);
-    resize(1000, 680);
+    // Bounded by the screen when first shown.
+    resize(WindowSize::scaled(QSize(1000, 680), QFontMetricsF(font()).height()));
 }
 
 QWidget *HelpWindow::createContentsPage()

@@ -1,6 +1,7 @@
 #include "products/ui/frmcheckprices.h"
 
 #include "core/formats.h"
+#include "platform/qt/windowsize.h"
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
@@ -44,7 +45,7 @@ FrmCheckPrices::FrmCheckPrices(QWidget *parent) : QDialog(parent)
     layout->addWidget(m_label);
     layout->addWidget(m_grid, 1);
     layout->addWidget(buttons);
-    resize(620, 360);
+    resize(WindowSize::forFont(*this, QSize(620, 360)));
     // Row heights follow the width the reasons get once the window is laid out.
     connect(m_grid->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int section) {
         if (section == 1)

@@ -2,6 +2,7 @@
 
 #include "core/cell.h"
 #include "core/formats.h"
+#include "platform/qt/windowsize.h"
 
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -46,7 +47,10 @@ FrmQuantities::FrmQuantities(const QString &lineName, const std::vector<qint32> 
     // A table to read: Tab goes on to the next control.
     m_prices->setTabKeyNavigation(false);
     m_prices->verticalHeader()->setVisible(false);
-    m_prices->horizontalHeader()->setStretchLastSection(true);
+    // The prices share the width the quantities leave, so no amount is cut while the window
+    // has room for it.
+    m_prices->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_prices->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     // Room for a row per quantity without scrolling.
     m_prices->setMinimumHeight(m_prices->horizontalHeader()->sizeHint().height()
         + QuoteAids::MaxQuantities * m_prices->verticalHeader()->defaultSectionSize()
@@ -64,7 +68,7 @@ FrmQuantities::FrmQuantities(const QString &lineName, const std::vector<qint32> 
     layout->addWidget(m_prices, 1);
     layout->addWidget(m_message);
     layout->addWidget(m_buttons);
-    resize(420, 380);
+    resize(WindowSize::forFont(*this, QSize(420, 380)));
     updatePrices();
 }
 

@@ -100,6 +100,23 @@ TEST_F(FrmUpdateMappingTest, TheSampleShowsTheFirstFiveRowsUnderLettersAndHeader
     EXPECT_EQ(sample->verticalHeaderItem(0)->text(), "1");
 }
 
+// A column of long names is no wider than about forty letters, and every column's letter and
+// header stand at its left edge, where they are in view.
+TEST_F(FrmUpdateMappingTest, ALongSampleColumnKeepsItsHeaderInView)
+{
+    const QByteArray name = QByteArray("Brass ball valve, full bore ").repeated(12);
+    folder.writeFile(QStringLiteral("long.txt"),
+        "Part Number\tProduct Name\tPrice\r\nA-1\t" + name + "\t12.5\r\n");
+    FrmUpdate &form = open(folder.filePath(QStringLiteral("long.txt")));
+    auto *sample = form.findChild<QTableWidget *>(QStringLiteral("GrdSample"));
+    ASSERT_EQ(sample->columnCount(), 3);
+    ASSERT_EQ(sample->item(0, 1)->text(), QString::fromLatin1(name));
+    const int letters = sample->fontMetrics().averageCharWidth() * 40;
+    EXPECT_LE(sample->columnWidth(1), letters);
+    EXPECT_GE(sample->columnWidth(1), letters / 2) << "a long name keeps a good width";
+    EXPECT_TRUE(sample->horizontalHeader()->defaultAlignment() & Qt::AlignLeft);
+}
+
 TEST_F(FrmUpdateMappingTest, MatchHeadersSelectsTheColumnOfEveryFieldNamedInTheHeaderRow)
 {
     open(workbook("sample.xls"));

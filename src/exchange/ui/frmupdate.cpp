@@ -26,6 +26,8 @@
 #include <QTableWidget>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace tarnwick {
 
 namespace {
@@ -35,6 +37,8 @@ const QString MissingFields = QStringLiteral("Missing required fields");
 const QString ImportErrors = QStringLiteral(
     "There were errors importing the spreadsheet. Some of the information will not be imported.");
 const QString WindowCaption = QStringLiteral("Update");
+/// The widest a sample column gets, in average letters.
+constexpr int SampleColumnLetters = 40;
 
 bool isRequired(int index)
 {
@@ -209,6 +213,11 @@ void FrmUpdate::showSample()
             grid->setItem(row, column, new QTableWidgetItem(sample.rows[std::size_t(row)][column]));
     }
     grid->resizeColumnsToContents();
+    // A column of long names would push its header out of view: about forty letters show
+    // enough to tell the columns apart.
+    const int widest = grid->fontMetrics().averageCharWidth() * SampleColumnLetters;
+    for (int column = 0; column < grid->columnCount(); ++column)
+        grid->setColumnWidth(column, std::min(grid->columnWidth(column), widest));
 }
 
 void FrmUpdate::CmdOK_Click()

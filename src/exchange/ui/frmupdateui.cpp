@@ -212,6 +212,7 @@ void FrmUpdateUi::createMappingHelpers(QDialog *window)
     GrdSample->setEditTriggers(QAbstractItemView::NoEditTriggers);
     GrdSample->setTabKeyNavigation(false);
     GrdSample->setWordWrap(false);
+    GrdSample->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     GrdSample->setAccessibleName(QStringLiteral("Sample rows"));
     // As tall as its rows where there is room; on a small screen it gives up rows first.
     const int rowHeight = GrdSample->verticalHeader()->defaultSectionSize();

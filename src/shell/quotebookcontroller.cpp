@@ -468,7 +468,6 @@ bool QuoteBookController::saveChangedQuote()
 
 void QuoteBookController::openQuote()
 {
-    m_quote.storePendingEdit();
     if (!ready(Titles::Open) || !offerToSave(Titles::Open))
         return;
     const auto chosen = m_dialogs->chooseQuote(m_owner, m_book);
@@ -554,7 +553,6 @@ void QuoteBookController::newRevision()
 
 void QuoteBookController::duplicateQuote()
 {
-    m_quote.storePendingEdit();
     if (!ready(Titles::Duplicate) || !noteSettled(Titles::Duplicate))
         return;
     if (m_session->isEmpty()) {

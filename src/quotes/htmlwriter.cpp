@@ -4,6 +4,7 @@
 
 #include <QStringList>
 #include <QTextBlock>
+#include <QTextBoundaryFinder>
 #include <QTextCharFormat>
 #include <QTextDocument>
 #include <QTextFragment>
@@ -40,7 +41,13 @@ QString escaped(const QString &text)
     // letters without a blank would push the prices off the page. Such a word gets places to
     // break (<wbr>), which are no characters: a part number copied from the mail is the
     // part number, not one with an invisible space in it.
-    // Lengths count characters, so a character of two UTF-16 units (an emoji) is never split.
+    // Lengths count what a reader sees as one character (a letter with its accents, an emoji
+    // with its skin tone, a flag), which a place to break never splits.
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    const auto startsCharacter = [&characters](qsizetype at) {
+        characters.setPosition(at);
+        return characters.isAtBoundary();
+    };
     qsizetype wordEnd = 0;
     qsizetype wordLength = 0;
     qsizetype position = 0; // characters of the word before this one
@@ -51,9 +58,9 @@ QString escaped(const QString &text)
             wordLength = 0;
             position = 0;
             for (; wordEnd < text.size() && !endsWord(text.at(wordEnd)); ++wordEnd)
-                wordLength += text.at(wordEnd).isLowSurrogate() ? 0 : 1;
+                wordLength += startsCharacter(wordEnd) ? 1 : 0;
         }
-        if (i < wordEnd && !ch.isLowSurrogate()) {
+        if (i < wordEnd && startsCharacter(i)) {
             if (wordLength > LongWord && position > 0 && position % BreakEvery == 0)
                 out += QLatin1String("<wbr>");
             ++position;

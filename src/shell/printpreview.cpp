@@ -71,6 +71,12 @@ void PrintPreview::buildWindow(const QString &title)
     bar->setObjectName(QStringLiteral("PreviewBar"));
     bar->setAccessibleName(tr("Preview commands"));
     bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    // Print and Close come first: a toolbar too wide for its window (a large font on a small
+    // screen) puts its last commands behind an overflow button.
+    bar->addAction(
+        addCommand(QStringLiteral("PreviewPrint"), tr("P&rint..."), QKeySequence::Print));
+    bar->addAction(addCommand(QStringLiteral("PreviewClose"), tr("&Close"), QKeySequence::Close));
+    bar->addSeparator();
     bar->addAction(
         addCommand(QStringLiteral("PreviewFirst"), tr("&First Page"), QKeySequence(Qt::Key_Home)));
     bar->addAction(addCommand(
@@ -95,10 +101,6 @@ void PrintPreview::buildWindow(const QString &title)
         addCommand(QStringLiteral("PreviewZoomOut"), tr("Zoom &Out"), QKeySequence::ZoomOut));
     bar->addAction(
         addCommand(QStringLiteral("PreviewZoomIn"), tr("Zoom &In"), QKeySequence::ZoomIn));
-    bar->addSeparator();
-    bar->addAction(
-        addCommand(QStringLiteral("PreviewPrint"), tr("P&rint..."), QKeySequence::Print));
-    bar->addAction(addCommand(QStringLiteral("PreviewClose"), tr("&Close"), QKeySequence::Close));
 
     m_pageView = new QLabel;
     m_pageView->setObjectName(QStringLiteral("PreviewPageView"));
@@ -113,12 +115,13 @@ void PrintPreview::buildWindow(const QString &title)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(bar);
     layout->addWidget(m_scroll, 1);
-    // A page and a half tall where the screen allows, wider with a larger font so the
-    // toolbar keeps Print and Close in view; never larger than the screen.
+    // A page and a half tall where the screen allows, wide enough for the toolbar (more with
+    // a larger font); never larger than the screen.
     const QRect room = screen()->availableGeometry();
     const QSize wanted = WindowSize::scaled(QSize(900, 1000), QFontMetricsF(font()).height());
-    resize(std::min(wanted.width(), room.width() * 9 / 10),
-        std::min(wanted.height(), room.height() * 9 / 10));
+    const int width = std::max(wanted.width(), bar->sizeHint().width());
+    resize(
+        std::min(width, room.width() * 9 / 10), std::min(wanted.height(), room.height() * 9 / 10));
     // The pages have the keyboard, so Home and End go to the first and last page (the page
     // box would take them for its own cursor).
     m_scroll->setFocusPolicy(Qt::StrongFocus);

@@ -7,12 +7,14 @@
 #include "exchange/importplanmodels.h"
 #include "exchange/ui/frmimportpreview.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopeGuard>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -197,6 +199,29 @@ TEST_F(FrmUpdatePreviewTest, TheOldAndNewValuesGetTheWidthOfTheChanges)
         changes->fontMetrics().horizontalAdvance(QStringLiteral("Product Name")));
     EXPECT_GE(header->sectionSize(ImportChangesModel::PartNumberColumn),
         changes->fontMetrics().horizontalAdvance(QStringLiteral("Part Number")));
+}
+
+// Old and new values are cut in their middle, so two long names that differ at the end both
+// show it; every caption of the skipped rows is whole.
+TEST_F(FrmUpdatePreviewTest, LongValuesShowTheirEndsAndCaptionsAreWhole)
+{
+    // Under a large desktop font.
+    const QFont usual = QApplication::font();
+    const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
+    QFont large = usual;
+    large.setPointSizeF(16);
+    QApplication::setFont(large);
+    FrmImportPreview *preview = previewSample();
+    ASSERT_NE(preview, nullptr);
+    auto *changes = preview->findChild<QTableView *>(QStringLiteral("GrdChanges"));
+    EXPECT_EQ(changes->textElideMode(), Qt::ElideMiddle);
+    auto *skipped = preview->findChild<QTableView *>(QStringLiteral("GrdSkipped"));
+    const QHeaderView *header = skipped->horizontalHeader();
+    for (int column = 0; column + 1 < skipped->model()->columnCount(); ++column) {
+        const QString caption = skipped->model()->headerData(column, Qt::Horizontal).toString();
+        EXPECT_GE(header->sectionSize(column), header->fontMetrics().horizontalAdvance(caption))
+            << caption.toStdString();
+    }
 }
 
 TEST_F(FrmUpdatePreviewTest, F1InThePreviewOpensTheImportsHelpTopic)

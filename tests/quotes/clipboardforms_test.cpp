@@ -13,6 +13,7 @@
 #include "support/testlocale.h"
 
 #include <QRegularExpression>
+#include <QTextBoundaryFinder>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextFrame>
@@ -124,22 +125,38 @@ TEST_F(ClipboardFormsTest, AVeryLongWordCanBreakInTheHtmlAndReadsBackWhole)
     EXPECT_EQ(html.count(QLatin1String("<wbr>")), 14);
 }
 
-TEST_F(ClipboardFormsTest, APlaceToBreakNeverSplitsACharacterOfTwoUnits)
+TEST_F(ClipboardFormsTest, APlaceToBreakNeverSplitsACharacter)
 {
-    // "X" and 30 faces: every character after the first takes two UTF-16 units, so a place
-    // to break every 20 units would fall inside a face.
-    QString longName = QStringLiteral("X");
-    for (int i = 0; i < 30; ++i)
-        longName += QString::fromUtf8("\xF0\x9F\x98\x80");
-    addLine(3, "C-3", longName.toUtf8().constData(), "$1.00", qint32(1), 1.0, "$1.00", "");
-    const QString html = HtmlWriter::write(*QuoteDocument::build(quote, input, EnUs));
-    ASSERT_TRUE(html.contains(QLatin1String("<wbr>")));
-    for (qsizetype at = html.indexOf(QLatin1String("<wbr>")); at >= 0;
-         at = html.indexOf(QLatin1String("<wbr>"), at + 1))
-        EXPECT_FALSE(html.at(at - 1).isHighSurrogate()) << "a break inside a face at " << at;
-    QTextDocument readBack;
-    readBack.setHtml(html);
-    EXPECT_TRUE(readBack.toPlainText().contains(longName));
+    // "X" and 30 characters a reader sees as one each, made of two UTF-16 units or of several
+    // code points: a face, a flag, a thumb with its skin tone, an e with a separate accent, a
+    // family joined into one.
+    for (const char *one : { "\xF0\x9F\x98\x80", "\xF0\x9F\x87\xA9\xF0\x9F\x87\xAA",
+             "\xF0\x9F\x91\x8D\xF0\x9F\x8F\xBD", "e\xCC\x81",
+             "\xF0\x9F\x91\xA8\xE2\x80\x8D\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x91\xA7" }) {
+        const QString longName = QStringLiteral("X") + QString::fromUtf8(one).repeated(30);
+        addLine(3, "C-3", longName.toUtf8().constData(), "$1.00", qint32(1), 1.0, "$1.00", "");
+        const QString html = HtmlWriter::write(*QuoteDocument::build(quote, input, EnUs));
+        // The html without its places to break, and where they were.
+        QString plain;
+        std::vector<qsizetype> breaks;
+        for (qsizetype i = 0; i < html.size();) {
+            if (QStringView(html).mid(i, 5) == QLatin1String("<wbr>")) {
+                breaks.push_back(plain.size());
+                i += 5;
+            } else {
+                plain += html.at(i++);
+            }
+        }
+        EXPECT_FALSE(breaks.empty()) << one;
+        QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, plain);
+        for (const qsizetype at : breaks) {
+            characters.setPosition(at);
+            EXPECT_TRUE(characters.isAtBoundary()) << one << " split at " << at;
+        }
+        QTextDocument readBack;
+        readBack.setHtml(html);
+        EXPECT_TRUE(readBack.toPlainText().contains(longName)) << one;
+    }
 }
 
 TEST_F(ClipboardFormsTest, TheProductReportKeepsItsColumnsToo)

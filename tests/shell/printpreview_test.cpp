@@ -15,12 +15,14 @@
 #include <QPrinter>
 #include <QProcess>
 #include <QProgressDialog>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolBar>
 
 #include <gtest/gtest.h>
 
@@ -172,6 +174,31 @@ TEST_F(PrintPreviewTest, EveryCommandHasANameAndAKey)
     }
     EXPECT_EQ(window.findChild<QSpinBox *>(QStringLiteral("PreviewPage"))->accessibleName(),
         QStringLiteral("Page"));
+}
+
+// A 14-point desktop font on a small screen: the toolbar may not fit, and what it cannot show
+// goes behind its overflow button; Print and Close stay in view.
+TEST_F(PrintPreviewTest, PrintAndCloseStayInViewWithALargeFont)
+{
+    const QFont usual = QApplication::font();
+    const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
+    QFont large = usual;
+    large.setPointSizeF(14);
+    QApplication::setFont(large);
+    const Table catalogue = catalogueOf(3);
+    PriceListDocument document(catalogue, EnUs);
+    PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    auto *bar = window.findChild<QToolBar *>(QStringLiteral("PreviewBar"));
+    ASSERT_NE(bar, nullptr);
+    for (const char *name : { "PreviewPrint", "PreviewClose" }) {
+        QWidget *button = bar->widgetForAction(command(window, name));
+        ASSERT_NE(button, nullptr) << name;
+        EXPECT_TRUE(button->isVisible()) << name << " is behind the overflow button";
+        EXPECT_LE(button->geometry().right(), bar->contentsRect().right()) << name;
+    }
+    EXPECT_LE(window.width(), window.screen()->availableGeometry().width());
 }
 
 } // namespace

@@ -229,6 +229,10 @@ TEST_F(QuoteAidsWindowTest, PriceAtQuantitiesKeepsNoQuantityTheCatalogueHasNoPri
     QTest::keyClicks(form->findChild<QLineEdit *>(QStringLiteral("TxtQuantity1")), "10");
     auto *ok = form->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
     EXPECT_FALSE(ok->isEnabled());
+    auto *prices = form->findChild<QTableWidget *>(QStringLiteral("GrdQuantityPrices"));
+    ASSERT_EQ(prices->rowCount(), 1);
+    EXPECT_EQ(prices->item(0, 1)->text(), QStringLiteral("no price"));
+    EXPECT_EQ(prices->item(0, 2)->text(), QStringLiteral("no price"));
     EXPECT_EQ(form->findChild<QLabel *>(QStringLiteral("LblMessage"))->text(),
         QStringLiteral("The catalogue gives no price at 10: give that price point its price, or "
                        "leave the quantity out."));

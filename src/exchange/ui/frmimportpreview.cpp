@@ -75,10 +75,15 @@ void FrmImportPreview::setupUi()
         changes->resizeColumnToContents(column);
     header->setSectionResizeMode(ImportChangesModel::OldColumn, QHeaderView::Stretch);
     header->setSectionResizeMode(ImportChangesModel::NewColumn, QHeaderView::Stretch);
+    // Two long names that differ at their end (one cut to 75 letters) show their ends too.
+    changes->setTextElideMode(Qt::ElideMiddle);
     auto *changesLabel =
         previewControl(new QLabel(QStringLiteral("&Changes:"), this), QStringLiteral("LblChanges"));
     changesLabel->setBuddy(changes);
     QTableView *skipped = createGrid(QStringLiteral("GrdSkipped"), m_skipped);
+    // Every caption whole, whatever the font.
+    skipped->horizontalHeader()->setResizeContentsPrecision(200);
+    skipped->resizeColumnsToContents();
     auto *skippedLabel = previewControl(
         new QLabel(QStringLiteral("S&kipped rows:"), this), QStringLiteral("LblSkippedRows"));
     skippedLabel->setBuddy(skipped);

@@ -84,17 +84,19 @@ void FrmQuantities::updatePrices()
     const QString currency = QStringLiteral("Currency");
     for (int i = 0; i < int(prices.size()); ++i) {
         const QuantityPrice &price = prices.at(std::size_t(i));
+        // A quantity the catalogue gives no price for shows no amount at all.
+        const QString none = tr("no price");
         const QString texts[] = { format(Cell(price.quantity), QStringLiteral("#,###"), m_locale),
-            format(Cell(price.unitPrice), currency, m_locale),
-            format(Cell(price.extended), currency, m_locale) };
+            price.priced ? format(Cell(price.unitPrice), currency, m_locale) : none,
+            price.priced ? format(Cell(price.extended), currency, m_locale) : none };
         for (int column = 0; column < 3; ++column) {
             auto *item = new QTableWidgetItem(texts[column]);
             item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
             m_prices->setItem(i, column, item);
         }
     }
-    // A quantity the catalogue has no price for is shown at $0.00 as a quote would charge
-    // it, and cannot be kept: the customer's document would offer it at nothing.
+    // A quantity the catalogue has no price for cannot be kept: the customer's document would
+    // offer it at nothing.
     const QString problem =
         m_entry.error.isEmpty() ? QuoteAids::unpricedQuantity(prices, m_locale) : m_entry.error;
     m_message->setText(problem);

@@ -115,16 +115,22 @@ TEST_F(GridCellsWindowTest, APriceAtTheProductGridsRightEdgeIsDrawnInThePartThat
     ASSERT_GT(priced, 0);
     EXPECT_EQ(prices, priced) << "every price was drawn";
 
-    // Scrolled to the right, the first column's part that shows is drawn, from the grid's
-    // left edge.
-    grid->horizontalScrollBar()->setValue(grid->horizontalScrollBar()->maximum());
+    // Scrolled by pixels until 50 of the price column are out of view on the left, its part
+    // that shows is drawn, from the grid's left edge.
+    grid->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    grid->horizontalScrollBar()->setValue(grid->columnViewportPosition(2) + 50);
     const int hidden = -grid->columnViewportPosition(2);
-    ASSERT_GT(hidden, 0);
+    ASSERT_EQ(hidden, 50);
+    int drawnAfterScrolling = 0;
     for (const CellRecorder::Drawn &cell : draw(grid)) {
         if (cell.column == 2) {
-            EXPECT_EQ(cell.rect, QRect(0, cell.rect.top(), 200 - hidden, cell.rect.height()));
+            const QRect whole = grid->visualRect(grid->model()->index(cell.row, 2));
+            EXPECT_EQ(cell.rect, QRect(QPoint(0, whole.top()), whole.bottomRight()));
+            EXPECT_LT(whole.left(), 0);
+            ++drawnAfterScrolling;
         }
     }
+    EXPECT_EQ(drawnAfterScrolling, grid->model()->rowCount()) << "every row's price was drawn";
 }
 
 TEST_F(GridCellsWindowTest, AnExtendedPriceAtTheQuoteGridsRightEdgeIsDrawnInThePartThatShows)

@@ -29,8 +29,9 @@ QString knownCause(int systemError)
     case EFBIG:
         return QStringLiteral("the disk is full");
     case ENOENT:
-    case ENOTDIR:
         return QStringLiteral("the folder is not there (was the drive it is on taken away?)");
+    case ENOTDIR:
+        return QStringLiteral("a file stands where the folder should be");
     default:
         return plainWriteCause(systemError, QString());
     }

@@ -40,7 +40,10 @@ FileWriteResult openFailure(int openError, const QSaveFile &file)
     const int probed = newFileError(info.absolutePath());
     const int systemError = probed != 0 ? probed : openError;
     const QString folder = QDir::toNativeSeparators(info.absolutePath());
-    if (systemError == ENOENT || systemError == ENOTDIR)
+    if (systemError == ENOTDIR)
+        return writeFailure(systemError,
+            QStringLiteral("a file stands where the folder \"%1\" should be").arg(folder));
+    if (systemError == ENOENT)
         return writeFailure(
             systemError, QStringLiteral("the folder \"%1\" does not exist").arg(folder));
     return writeFailure(systemError, plainWriteCause(systemError, file.errorString()));

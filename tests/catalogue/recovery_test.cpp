@@ -117,7 +117,10 @@ TEST_F(RecoveryFileTest, ACopyThatCannotBeWrittenLeavesTheOldFileAndSaysWhy)
         writeCatalogueCopy(file + QStringLiteral("/copy.dat"), catalogue, 1, locale);
 
     EXPECT_FALSE(written.ok);
-    EXPECT_FALSE(written.detail.isEmpty());
+    EXPECT_EQ(written.detail,
+        QStringLiteral("no new file can be created in the folder \"%1\": a file stands where "
+                       "the folder should be")
+            .arg(QDir::toNativeSeparators(file)));
     EXPECT_EQ(folder.readFile(QStringLiteral("plain-file")), "x");
 }
 

@@ -205,8 +205,8 @@ TEST_F(SafeSaveTest, DataFileBelowAPlainFileCannotBeSaved)
     const QString data = folder.filePath(QStringLiteral("notafolder/twdata.dat"));
     const CatalogueWriteResult result = products.WriteProds(data);
     EXPECT_FALSE(result.ok);
-    EXPECT_TRUE(result.detail.endsWith(
-        QStringLiteral(": the folder is not there (was the drive it is on taken away?)")))
+    EXPECT_TRUE(
+        result.detail.endsWith(QStringLiteral(": a file stands where the folder should be")))
         << result.detail.toStdString();
     EXPECT_EQ(folder.readFile(QStringLiteral("notafolder")), QByteArray("plain bytes"));
     EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("notafolder") });

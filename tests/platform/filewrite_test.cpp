@@ -95,7 +95,7 @@ TEST_F(FileWriteTest, AFolderThatIsAFileIsReportedAndNothingIsWritten)
     const FileWriteResult result = writeFileWhole(path("plain/out.txt"), "new");
     EXPECT_FALSE(result.ok);
     EXPECT_EQ(result.reason,
-        QStringLiteral("the folder \"%1\" does not exist")
+        QStringLiteral("a file stands where the folder \"%1\" should be")
             .arg(QDir::toNativeSeparators(path("plain"))));
     EXPECT_EQ(result.errorNumber, 76);
     EXPECT_EQ(folder.readFile("plain"), "plain bytes");

@@ -288,9 +288,12 @@ TEST_F(QuoteAidsTest, TypedQuantitiesAreReadOrTheFirstBadOneNamed)
     EXPECT_EQ(good.quantities, (std::vector<qint32> { 100, 1000, 500 }));
     EXPECT_EQ(QuoteAids::readQuantities({ "100", "ten" }, locale).error,
         QStringLiteral("\"ten\" is no quantity: enter a whole number of 1 or more."));
-    EXPECT_FALSE(QuoteAids::readQuantities({ "2.5" }, locale).error.isEmpty());
-    EXPECT_FALSE(QuoteAids::readQuantities({ "0" }, locale).error.isEmpty());
-    EXPECT_FALSE(QuoteAids::readQuantities({ "3000000000" }, locale).error.isEmpty());
+    EXPECT_EQ(QuoteAids::readQuantities({ "2.5" }, locale).error,
+        QStringLiteral("\"2.5\" is no quantity: enter a whole number of 1 or more."));
+    EXPECT_EQ(QuoteAids::readQuantities({ "0" }, locale).error,
+        QStringLiteral("\"0\" is no quantity: enter a whole number of 1 or more."));
+    EXPECT_EQ(QuoteAids::readQuantities({ "3000000000" }, locale).error,
+        QStringLiteral("\"3000000000\" is no quantity: enter a whole number of 1 or more."));
     EXPECT_EQ(QuoteAids::readQuantities({ "1", "2", "3", "4", "5", "6" }, locale).error,
         QStringLiteral("Enter at most 5 quantities."));
     EXPECT_EQ(QuoteAids::readQuantities({ "1000", "500", " 1,000" }, locale).error,

@@ -111,7 +111,7 @@ TEST(QuoteNoteFiles, AFolderThatIsAFileIsReported)
         QuoteNote::saveNotes(folder.filePath("app"), "new heading", "new ending");
     EXPECT_FALSE(result.ok);
     EXPECT_EQ(result.reason,
-        QStringLiteral("the folder \"%1\" does not exist")
+        QStringLiteral("a file stands where the folder \"%1\" should be")
             .arg(QDir::toNativeSeparators(folder.filePath("app"))));
     EXPECT_EQ(folder.readFile("app"), "a plain file");
 }

@@ -155,8 +155,8 @@ TEST_F(QuoteNoteWindowTest, AFolderThatIsAFileIsReported)
     QTest::mouseClick(child<QPushButton>("cmdOK"), Qt::LeftButton);
     ASSERT_EQ(prompts.shown().size(), 1U);
     EXPECT_EQ(prompts.shown()[0].text,
-        QStringLiteral("The quote note could not be saved: the folder \"%1\" does not exist. "
-                       "The heading and ending files were left as they were.")
+        QStringLiteral("The quote note could not be saved: a file stands where the folder \"%1\" "
+                       "should be. The heading and ending files were left as they were.")
             .arg(QDir::toNativeSeparators(folder.filePath("app"))));
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(folder.readFile(QStringLiteral("app")), QByteArray("a plain file"));

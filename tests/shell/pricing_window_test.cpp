@@ -144,6 +144,33 @@ TEST_F(PricingWindowTest, CheckPricePointsListsTheProductsAndADoubleClickGoesToO
         EXPECT_LT(problems->rowHeight(row), 2 * line + 8) << "row " << row;
 }
 
+// The list stays open while the catalogue changes: a product deleted meanwhile is said to be
+// gone when it is gone to, and the grid stays where it was.
+TEST_F(PricingWindowTest, CheckPricePointsSaysWhenAListedProductWasDeletedMeanwhile)
+{
+    action("mnuCheckPrices")->trigger();
+    auto *check = window->findChild<FrmCheckPrices *>(QStringLiteral("FrmCheckPrices"));
+    ASSERT_NE(check, nullptr);
+    auto *problems = check->findChild<QTableWidget *>(QStringLiteral("GrdProblems"));
+    ASSERT_EQ(problems->rowCount(), 2);
+    ASSERT_EQ(problems->item(1, 0)->text(), QStringLiteral("TW-500"));
+
+    grid->setCurrentIndex(grid->model()->index(2, 0));
+    ASSERT_EQ(grid->currentIndex().data().toString(), QStringLiteral("TW-500"));
+    fakes->prompts.answerMessage(MsgResult::Yes); // should the delete ask
+    action("mnuDelProd")->trigger();
+    grid->setCurrentIndex(grid->model()->index(0, 0));
+    fakes->prompts.clear();
+
+    problems->setCurrentCell(1, 0);
+    QTest::keyClick(problems, Qt::Key_Return);
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_EQ(
+        fakes->prompts.shown()[0].text, QStringLiteral("TW-500 is no longer in the price list."));
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Check Price Points"));
+    EXPECT_EQ(grid->currentIndex().row(), 0) << "the grid stays where it was";
+}
+
 TEST_F(PricingWindowTest, ChangePricesPreviewsAndAppliesOneUndoStep)
 {
     grid->setCurrentIndex(grid->model()->index(0, 0));

@@ -54,6 +54,29 @@ TEST_F(SafeSaveTest, SaveKeepsThePreviousFileAsBackup)
         (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
 }
 
+#if defined(Q_OS_UNIX)
+// The backup is the previous file itself, given a second name: not a copy of it.
+TEST_F(SafeSaveTest, TheBackupIsThePreviousFileUnderASecondName)
+{
+    writeDataFile(OldBytes);
+    struct stat before
+    {
+    };
+    ASSERT_EQ(::stat(QFile::encodeName(dataFile()).constData(), &before), 0);
+    fillCatalogue(2);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    struct stat backup
+    {
+    };
+    ASSERT_EQ(::stat(QFile::encodeName(folder.filePath(QStringLiteral("twdata.bak"))).constData(),
+                  &backup),
+        0);
+    EXPECT_EQ(backup.st_ino, before.st_ino) << "the backup was copied";
+    EXPECT_EQ(backup.st_dev, before.st_dev);
+    EXPECT_EQ(backup.st_nlink, 1U) << "the previous file keeps no other name";
+}
+#endif
+
 TEST_F(SafeSaveTest, AnUnchangedCatalogueSavedAgainLeavesTheBackup)
 {
     writeDataFile(OldBytes);

@@ -118,7 +118,10 @@ def scenario_recovery_no(run):
 def scenario_kills(run):
     """Killed at random moments while editing and while saving, the files are always whole and
     nothing typed more than five seconds before the kill is lost."""
-    rng = random.Random(int(os.environ.get("TARNWICK_E2E_SEED", "0")) or None)
+    # A seed of the run's own unless one is given; printed, so a failure can be run again.
+    seed = int(os.environ.get("TARNWICK_E2E_SEED", "0")) or random.SystemRandom().randrange(1, 2**31)
+    print(f"kill times from seed {seed} (TARNWICK_E2E_SEED={seed} repeats them)", flush=True)
+    rng = random.Random(seed)
     products = len(records(run.args.sample))
     expected = None
     for attempt in range(4):

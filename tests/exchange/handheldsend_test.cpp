@@ -237,10 +237,7 @@ TEST_F(HandheldSend, FakeConverterScriptReceivesTheExactArguments)
     fakes.prompts.answerInput("Products");
     const auto sent = HandheldExport::Palmpilot(real, threeProducts(), {}, 1, EnUs);
     EXPECT_EQ(sent, SendResult::Sent);
-    for (int waited = 0; waited < 10000 && !folder.exists("args.txt"); waited += 50) {
-        QTest::qWait(50);
-    }
-    ASSERT_TRUE(folder.exists("args.txt"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return folder.exists("args.txt"); }, 10000));
     const auto expected = HandheldExport::converterCommand(folder.path(), "Products");
     EXPECT_EQ(QString::fromUtf8(folder.readFile("args.txt")), expected.arguments.join('\n') + '\n');
 }

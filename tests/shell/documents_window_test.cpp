@@ -296,7 +296,11 @@ TEST_F(DocumentsWindowTest, ACloseAsksBeforeACopyTheDesktopWouldDropGoesWithTheP
     EXPECT_FALSE(window->close()) << "No: Tarnwick stays, the copy with it";
     EXPECT_EQ(fakes->clipboard.handOverCount(), 1);
     ASSERT_EQ(fakes->prompts.shown().size(), 1U);
-    EXPECT_EQ(fakes->prompts.shown().front().text, frmMain::ClipboardLostQuestion);
+    EXPECT_EQ(fakes->prompts.shown().front().text,
+        QStringLiteral("What you copied from Tarnwick (a quote, a product report, a text) is still "
+                       "on the clipboard, and this desktop keeps nothing on the clipboard once the "
+                       "program that copied it has closed.\n\nPaste it where it belongs first, "
+                       "or close now and lose it. Close now?"));
     EXPECT_EQ(fakes->prompts.shown().front().title, QStringLiteral("Clipboard"));
     EXPECT_EQ(fakes->prompts.shown().front().style,
         MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2);

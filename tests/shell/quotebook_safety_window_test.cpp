@@ -125,6 +125,8 @@ TEST_F(DamagedBookWindowTest, ADamagedQuoteBookIsReportedKeptAndReplaced)
 // continues after those of the copy made at the last close.
 TEST_F(DamagedBookWindowTest, TheNewBookContinuesAfterTheNumbersTheDamagedOneGave)
 {
+    // One day for both, so a run across midnight at the year's end numbers in one year.
+    const QDate today = QDate::currentDate();
     {
         QuoteBook copy(QLocale(QLocale::English, QLocale::UnitedStates));
         ASSERT_EQ(copy.open(folder.filePath(QStringLiteral("quotes.bak"))).status,
@@ -132,7 +134,7 @@ TEST_F(DamagedBookWindowTest, TheNewBookContinuesAfterTheNumbersTheDamagedOneGav
         std::vector<SavedQuote> given(3);
         for (SavedQuote &quote : given) {
             quote.header.customer.customer = QStringLiteral("Earlier customer");
-            quote.header.date = QDate::currentDate();
+            quote.header.date = today;
             quote.content.lines = Table(1, QuoteLine::FieldCount);
         }
         ASSERT_TRUE(copy.saveNewQuotes(given));
@@ -143,7 +145,7 @@ TEST_F(DamagedBookWindowTest, TheNewBookContinuesAfterTheNumbersTheDamagedOneGav
     ASSERT_TRUE(mainWindow->quoteBook().book().isOpen());
     SavedQuote next;
     next.header.customer.customer = QStringLiteral("Next customer");
-    next.header.date = QDate::currentDate();
+    next.header.date = today;
     next.content.lines = Table(1, QuoteLine::FieldCount);
     ASSERT_TRUE(mainWindow->quoteBook().book().saveNew(next));
     EXPECT_EQ(next.header.sequence, 4);

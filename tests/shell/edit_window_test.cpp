@@ -40,7 +40,7 @@ protected:
     {
         window->menuBar()->setFocus(Qt::MenuBarFocusReason);
         ASSERT_TRUE(
-            QTest::qWaitFor([&] { return window->focusWidget() == window->menuBar(); }, 2000));
+            QTest::qWaitFor([&] { return window->focusWidget() == window->menuBar(); }, 10000));
     }
 
     void trigger(const char *name) { action(name)->trigger(); }

@@ -113,7 +113,7 @@ protected:
         window->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window));
         grid->setFocus(Qt::MouseFocusReason);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return grid->hasFocus(); }, 2000));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return grid->hasFocus(); }, 10000));
         QTest::keyClick(QApplication::focusWidget(), key, Qt::ControlModifier);
     }
 

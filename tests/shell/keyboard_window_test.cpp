@@ -55,7 +55,7 @@ protected:
     }
     static bool waitForMenu(const QMenu *menu)
     {
-        return QTest::qWaitFor([menu] { return menu->isVisible(); }, 2000);
+        return QTest::qWaitFor([menu] { return menu->isVisible(); }, 10000);
     }
     static bool within(const QWidget *widget, const QWidget *pane)
     {
@@ -64,7 +64,7 @@ protected:
     void focusGrid(GridView *view)
     {
         view->setFocus(Qt::OtherFocusReason);
-        ASSERT_TRUE(QTest::qWaitFor([view] { return view->hasFocus(); }, 2000));
+        ASSERT_TRUE(QTest::qWaitFor([view] { return view->hasFocus(); }, 10000));
     }
     /// Where the menu of view's current cell should open: below the cell, on the screen.
     static QPoint cellMenuPoint(GridView *view)
@@ -117,7 +117,7 @@ TEST_F(KeyboardWindowTest, TheMenuKeyOpensTheProductMenuAndItsItemsWorkOnTheCurr
     ASSERT_TRUE(waitForMenu(menu));
     EXPECT_EQ(menu->pos(), cellMenuPoint(grid));
     press(Qt::Key_Q); // Add to &Quote
-    ASSERT_TRUE(QTest::qWaitFor([menu] { return !menu->isVisible(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([menu] { return !menu->isVisible(); }, 10000));
     ASSERT_EQ(QuoteLine::lineCount(module->QuoteTable()), 1);
     EXPECT_EQ(quoteCell(0, QuoteGridColumn::PartNumber), part);
 }
@@ -137,7 +137,7 @@ TEST_F(KeyboardWindowTest, ShiftF10AndTheMenuKeyOpenTheQuoteMenuAtTheCurrentRow)
         ASSERT_TRUE(waitForMenu(menu));
         EXPECT_EQ(menu->pos(), cellMenuPoint(quoteGrid));
         press(Qt::Key_Escape);
-        ASSERT_TRUE(QTest::qWaitFor([menu] { return !menu->isVisible(); }, 2000));
+        ASSERT_TRUE(QTest::qWaitFor([menu] { return !menu->isVisible(); }, 10000));
     }
 }
 
@@ -237,7 +237,7 @@ TEST_F(KeyboardWindowTest, ATabBroughtForwardByItsLetterTakesTheKeyboardWithIt)
     EXPECT_EQ(quoteGrid->currentIndex().column(), QuoteGridColumn::Quantity);
     type(QStringLiteral("25"));
     press(Qt::Key_Return);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 10000));
     EXPECT_EQ(catalogue().get(2, 1), Cell("B-200")) << "the typing did not go into the product";
     EXPECT_EQ(gridCellText(quoteGrid, 0, QuoteGridColumn::PartNumber), QStringLiteral("B-200"))
         << "nor into the quote line's part number";
@@ -454,7 +454,7 @@ TEST_F(KeyboardWindowTest, AQuoteIsMadeAndCopiedWithTheKeyboardAlone)
     ASSERT_EQ(QApplication::focusWidget(), quoteGrid);
     type(QStringLiteral("12"));
     press(Qt::Key_Return);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 10000));
     EXPECT_EQ(quoteCell(0, QuoteGridColumn::Quantity), QStringLiteral("12"));
     const QString total = window->ui().TxtTotal->text();
     EXPECT_EQ(total, quoteCell(0, QuoteGridColumn::ExtPrice));
@@ -464,7 +464,7 @@ TEST_F(KeyboardWindowTest, AQuoteIsMadeAndCopiedWithTheKeyboardAlone)
     ASSERT_TRUE(waitForMenu(menu));
     press(Qt::Key_C); // &Copy
     ASSERT_TRUE(
-        QTest::qWaitFor([this] { return fakes->clipboard.richDocument().has_value(); }, 2000));
+        QTest::qWaitFor([this] { return fakes->clipboard.richDocument().has_value(); }, 10000));
     const QString document = fakes->clipboard.richDocument()->plainText;
     EXPECT_TRUE(document.contains(part + QStringLiteral(" \t"))) << qPrintable(document);
     EXPECT_TRUE(document.contains(QStringLiteral("Order Total = ") + total))

@@ -67,7 +67,7 @@ protected:
     static void enter(const GridView *view)
     {
         press(Qt::Key_Return);
-        ASSERT_TRUE(QTest::qWaitFor([view] { return !view->isEditing(); }, 2000));
+        ASSERT_TRUE(QTest::qWaitFor([view] { return !view->isEditing(); }, 10000));
     }
     static void clickCell(QTableView *view, int row, int column)
     {
@@ -239,7 +239,7 @@ TEST_F(KeysWindowTest, AltPOpensTheProductsMenu)
     ASSERT_NE(products, nullptr);
     grid->setFocus();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_P, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return products->isVisible(); }, 2000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return products->isVisible(); }, 10000));
     EXPECT_NE(QApplication::focusWidget(), window->ui().TxtPrice);
     products->hide();
 }

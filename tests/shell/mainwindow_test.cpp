@@ -120,7 +120,7 @@ TEST_F(MainWindowTest, EditCopyPutsTheSelectedTextOfTheFocusedBoxOnTheClipboard)
     QLineEdit *price = window->ui().TxtPrice;
     window->ui().SSTabmain->setCurrentIndex(0);
     price->setFocus();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window->focusWidget() == price; }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->focusWidget() == price; }, 10000));
     price->setSelection(1, 5);
     window->actions().action(QStringLiteral("mnuEditCopy"))->trigger();
     EXPECT_EQ(fakes->clipboard.clearCount(), 1);
@@ -135,10 +135,10 @@ TEST_F(MainWindowTest, EditCopyFromTheKeyboardMenuUsesTheControlTheUserWasIn)
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     QLineEdit *price = window->ui().TxtPrice;
     price->setFocus();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == price; }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == price; }, 10000));
     price->selectAll();
     window->menuBar()->setFocus(Qt::MenuBarFocusReason); // Alt+E moves the focus to the menu bar
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window->focusWidget() == window->menuBar(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->focusWidget() == window->menuBar(); }, 10000));
     window->actions().action(QStringLiteral("mnuEditCopy"))->trigger();
     EXPECT_EQ(fakes->clipboard.text(), QStringLiteral("$12.50"));
 }

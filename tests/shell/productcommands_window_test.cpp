@@ -71,7 +71,7 @@ TEST_F(ProductCommandsWindowTest, AnInsertedProductIsKeptWhenEditIsReleasedAndAf
     ASSERT_NE(editor, nullptr);
     QTest::keyClicks(editor, QStringLiteral("D-400"));
     QTest::keyClick(editor, Qt::Key_Return);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !grid->isEditing(); }, 2000));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !grid->isEditing(); }, 10000));
     EXPECT_EQ(catalogue().get(3, 1), Cell("D-400"));
     grid->model()->setData(grid->model()->index(2, 1), QStringLiteral("Dowel"));
     window->ui().TxtPrice->setText(QStringLiteral("0.35"));

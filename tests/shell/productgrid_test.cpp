@@ -122,7 +122,7 @@ TEST_F(ProductGridTest, ANameTypedInTheGridIsStoredInEditMode)
     ASSERT_NE(editor, nullptr);
     QTest::keyClick(editor, Qt::Key_Return);
     // The grid stores the edit once the key press has been handled.
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !grid->isEditing(); }, 2000));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !grid->isEditing(); }, 10000));
     EXPECT_EQ(catalogue().get(1, 2), Cell("Wall anchor"));
 }
 

@@ -40,7 +40,7 @@ protected:
         GridView *quoteGrid = window->ui().GrdQuote;
         window->ui().SSTabmain->setCurrentIndex(1);
         quoteGrid->setFocus(Qt::MouseFocusReason);
-        ASSERT_TRUE(QTest::qWaitFor([quoteGrid] { return quoteGrid->hasFocus(); }, 2000));
+        ASSERT_TRUE(QTest::qWaitFor([quoteGrid] { return quoteGrid->hasFocus(); }, 10000));
         QTest::keyClick(quoteGrid, key, modifiers);
     }
     void ctrlZ() { keyOnQuoteGrid(Qt::Key_Z, Qt::ControlModifier); }

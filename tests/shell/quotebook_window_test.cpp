@@ -256,10 +256,10 @@ TEST_F(QuoteBookWindowTest, DigitsTypedAfterOpenQuoteGoToTheFirstLinesQuantity)
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     QTableView *products = window->ui().GrdMain;
     products->setFocus(Qt::OtherFocusReason);
-    ASSERT_TRUE(QTest::qWaitFor([products] { return products->hasFocus(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([products] { return products->hasFocus(); }, 10000));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Q, Qt::AltModifier);
     QTableView *quote = window->ui().GrdQuote;
-    ASSERT_TRUE(QTest::qWaitFor([quote] { return quote->hasFocus(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([quote] { return quote->hasFocus(); }, 10000));
     bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
     action("mnuQuoteOpen")->trigger();
     EXPECT_EQ(quote->currentIndex().row(), 0);
@@ -270,7 +270,7 @@ TEST_F(QuoteBookWindowTest, DigitsTypedAfterOpenQuoteGoToTheFirstLinesQuantity)
         QTest::keyClick(QApplication::focusWidget(), key);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     auto *view = window->ui().GrdQuote;
-    ASSERT_TRUE(QTest::qWaitFor([view] { return !view->isEditing(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([view] { return !view->isEditing(); }, 10000));
     EXPECT_EQ(quoteColumn(QuoteGridColumn::PartNumber), (QStringList { "B-200", "A-100" }));
     EXPECT_EQ(quoteColumn(QuoteGridColumn::Quantity).value(0), QStringLiteral("40"));
 }
@@ -404,7 +404,7 @@ TEST_F(QuoteBookWindowTest, ALongCustomerIsCutInTheFramesTitleAndTheStatusStaysI
     // Wider, the frame shows more of the customer.
     const qsizetype before = frame->title().size();
     window->resize(window->width() + 300, window->height());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return frame->title().size() > before; }, 2000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return frame->title().size() > before; }, 10000));
 
     // The title set while the quote tab is hidden (the quote restored at the next start) is cut
     // when the tab shows.
@@ -412,7 +412,7 @@ TEST_F(QuoteBookWindowTest, ALongCustomerIsCutInTheFramesTitleAndTheStatusStaysI
     Q_EMIT window->quoteBook().session()->headerChanged();
     window->ui().SSTabmain->setCurrentIndex(1);
     EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return frame->title().endsWith(QStringLiteral("\u2026 (sent)")); }, 2000))
+        [&] { return frame->title().endsWith(QStringLiteral("\u2026 (sent)")); }, 10000))
         << frame->title().toStdString();
 }
 

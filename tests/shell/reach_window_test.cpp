@@ -47,7 +47,7 @@ protected:
     void giveKeyboardTo(QWidget *widget)
     {
         widget->setFocus(Qt::OtherFocusReason);
-        ASSERT_TRUE(QTest::qWaitFor([widget] { return widget->hasFocus(); }, 2000));
+        ASSERT_TRUE(QTest::qWaitFor([widget] { return widget->hasFocus(); }, 10000));
     }
     void addRowToQuote(int gridRow)
     {

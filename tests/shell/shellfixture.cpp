@@ -34,7 +34,7 @@ void editGridCell(GridView *grid, int row, int column, const QString &text)
     editor->selectAll();
     QTest::keyClicks(editor, text);
     QTest::keyClick(editor, Qt::Key_Return);
-    ASSERT_TRUE(QTest::qWaitFor([grid] { return !grid->isEditing(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([grid] { return !grid->isEditing(); }, 10000));
 }
 
 QString gridCellText(const GridView *grid, int row, int column)

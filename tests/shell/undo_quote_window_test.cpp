@@ -44,7 +44,7 @@ protected:
     void ctrlZ()
     {
         quoteGrid->setFocus(Qt::MouseFocusReason);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return quoteGrid->hasFocus(); }, 2000));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return quoteGrid->hasFocus(); }, 10000));
         QTest::keyClick(quoteGrid, Qt::Key_Z, Qt::ControlModifier);
     }
     QAction *undo() const { return action("mnuEditUndo"); }
@@ -89,7 +89,7 @@ TEST_F(UndoQuoteWindowTest, ACellOpenedAndLeftWithNothingTypedIsNoStep)
     auto *editor = quoteGrid->viewport()->findChild<QLineEdit *>();
     ASSERT_NE(editor, nullptr);
     QTest::keyClick(editor, Qt::Key_Return);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !quoteGrid->isEditing(); }, 10000));
     EXPECT_EQ(quoteCell(0, 2), QStringLiteral("$4.00"));
     EXPECT_EQ(undo()->text(), QStringLiteral("&Undo Change Price B-200"));
     // Ctrl+Z in an editor opened with nothing typed takes back the last step itself.

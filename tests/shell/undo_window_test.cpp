@@ -50,7 +50,7 @@ protected:
     static void focus(QWidget *control)
     {
         control->setFocus(Qt::MouseFocusReason);
-        ASSERT_TRUE(QTest::qWaitFor([control] { return control->hasFocus(); }, 2000));
+        ASSERT_TRUE(QTest::qWaitFor([control] { return control->hasFocus(); }, 10000));
     }
     void deleteRow(int gridRow)
     {

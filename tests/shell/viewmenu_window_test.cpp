@@ -89,7 +89,7 @@ TEST_F(ViewMenuWindowTest, PropertiesOpenedAgainIsOneWindowWithTheFiguresOfNow)
             return backup->fontMetrics().horizontalAdvance(backup->text())
                 < backup->contentsRect().width() - 4;
         },
-        2000))
+        10000))
         << backup->width();
 }
 
@@ -316,7 +316,7 @@ TEST_F(FirstRunColumnsTest, TheQuotesProductColumnTakesTheSpareWidth)
     GridView *quoteGrid = window->ui().GrdQuote;
     window->ui().SSTabmain->setCurrentIndex(1);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-    ASSERT_TRUE(QTest::qWaitFor([quoteGrid] { return quoteGrid->isVisible(); }, 2000));
+    ASSERT_TRUE(QTest::qWaitFor([quoteGrid] { return quoteGrid->isVisible(); }, 10000));
     int others = 0;
     for (int column = 0; column < QuoteGridColumn::Count; ++column) {
         if (column != QuoteGridColumn::Product)

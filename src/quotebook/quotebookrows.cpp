@@ -245,15 +245,52 @@ QString haystack(const QuoteHeader &header, const Table &lines)
     return searchable(parts.join(QLatin1Char('\n')));
 }
 
+namespace {
+
+/// The plain letters a letter of its own (not one with an accent) is typed as; empty for
+/// every other character.
+QLatin1String plainLetters(QChar c)
+{
+    switch (c.unicode()) {
+    case 0x00DF: // ß
+        return QLatin1String("ss");
+    case 0x00E6: // æ
+        return QLatin1String("ae");
+    case 0x00F0: // ð
+        return QLatin1String("d");
+    case 0x00F8: // ø
+        return QLatin1String("o");
+    case 0x00FE: // þ
+        return QLatin1String("th");
+    case 0x0111: // đ
+        return QLatin1String("d");
+    case 0x0127: // ħ
+        return QLatin1String("h");
+    case 0x0131: // ı
+        return QLatin1String("i");
+    case 0x0142: // ł
+        return QLatin1String("l");
+    case 0x0153: // œ
+        return QLatin1String("oe");
+    case 0x0167: // ŧ
+        return QLatin1String("t");
+    default:
+        return QLatin1String();
+    }
+}
+
+} // namespace
+
 QString searchable(const QString &text)
 {
     const QString decomposed = text.toCaseFolded().normalized(QString::NormalizationForm_KD);
     QString plain;
     plain.reserve(decomposed.size());
     for (const QChar c : decomposed) {
-        // "ß" is typed "ss" where the keyboard has none.
-        if (c == QChar(0xDF))
-            plain.append(QLatin1String("ss"));
+        // Letters that no accent makes, typed as the plain letters where the keyboard has
+        // none of them: "ß" as "ss", "ł" as "l", "ø" as "o", "æ" as "ae".
+        if (const QLatin1String typed = plainLetters(c); typed.size() > 0)
+            plain.append(typed);
         else if (c.category() != QChar::Mark_NonSpacing)
             plain.append(c);
     }

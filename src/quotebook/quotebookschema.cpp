@@ -135,9 +135,8 @@ bool toVersion3(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return true;
 }
 
-/// Version 4: the search text is kept without accents, so "jurgen" finds "Jürgen"; the search
-/// text of every quote saved before is made anew.
-bool toVersion4(QSqlDatabase &db, const QLocale &, QSqlError &error)
+/// The search text of every quote saved before, made anew by today's rules.
+bool remakeSearchTexts(QSqlDatabase &db, QSqlError &error)
 {
     std::vector<QuoteHeader> existing;
     if (!readHeaders(db, existing, error))
@@ -158,6 +157,20 @@ bool toVersion4(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return true;
 }
 
+/// Version 4: the search text is kept without accents, so "jurgen" finds "Jürgen"; the search
+/// text of every quote saved before is made anew.
+bool toVersion4(QSqlDatabase &db, const QLocale &, QSqlError &error)
+{
+    return remakeSearchTexts(db, error);
+}
+
+/// Version 6: letters of their own are kept as the plain letters they are typed as ("ł" as
+/// "l", "ø" as "o"), so "lukasz" finds "Łukasz"; the search text is made anew again.
+bool toVersion6(QSqlDatabase &db, const QLocale &, QSqlError &error)
+{
+    return remakeSearchTexts(db, error);
+}
+
 /// Version 5: the numbers a book gave out before this one replaced it (it was damaged), which
 /// this one does not give again.
 bool toVersion5(QSqlDatabase &db, const QLocale &, QSqlError &error)
@@ -173,8 +186,8 @@ using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;
 /// Step k brings the book from version k − 1 to version k.
 const std::vector<Step> &steps()
 {
-    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4,
-        toVersion5 };
+    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4, toVersion5,
+        toVersion6 };
     return all;
 }
 

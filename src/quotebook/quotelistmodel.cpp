@@ -2,6 +2,7 @@
 
 #include "core/cell.h"
 #include "core/formats.h"
+#include "quotebook/quotebookrows.h"
 
 #include <algorithm>
 #include <array>
@@ -131,7 +132,8 @@ void QuoteListModel::arrange()
         case Revision:
             return { quote.year, quote.sequence, quote.revision };
         case Customer:
-            return { quote.customerText().toCaseFolded(), {}, {} };
+            // By the letters the search knows them by: "Émile" under E, "Łukasz" under L.
+            return { QuoteBookRows::searchable(quote.customerText()), quote.customerText(), {} };
         case Date:
             return { quote.date, quote.year, quote.sequence };
         case Total:

@@ -133,6 +133,29 @@ TEST_F(QuoteBookFileTest, ABookSearchedWithAccentsIsSearchedWithoutThemOnceOpene
     EXPECT_EQ(book.list(QStringLiteral("Jürgen")).size(), 1);
 }
 
+// Letters of their own were kept as they are: opened now, "lukasz" finds Łukasz and "soren"
+// Søren in a book saved before.
+TEST_F(QuoteBookFileTest, LettersOfTheirOwnAreFoundByThePlainLettersOnceOpened)
+{
+    {
+        RawDatabase raw(path());
+        QSqlError error;
+        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 5, locale, error))
+            << error.text().toStdString();
+        raw.exec(QStringLiteral("INSERT INTO texts (id, body) VALUES (1, 'Hello'), (2, 'Bye')"));
+        raw.exec(QStringLiteral(
+            "INSERT INTO quotes (id, year, sequence, revision, customer, company, email, "
+            "reference, quote_date, valid_until, status, heading_id, ending_id, total) VALUES "
+            "(5, 2026, 7, 0, 'Łukasz Żółć', 'Søren & Cæsar', '', '', '2026-03-01', "
+            "'2026-03-31', 'sent', 1, 2, 0)"));
+        raw.exec(QStringLiteral("INSERT INTO quote_search (quote_id, haystack) VALUES (5, "
+                                "'q-2026-0007\nłukasz żołc søren & cæsar')"));
+    }
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    for (const char *typed : { "lukasz", "zolc", "soren", "caesar", "Łukasz", "SØREN" })
+        EXPECT_EQ(book.list(QString::fromUtf8(typed)).size(), 1) << typed;
+}
+
 TEST_F(QuoteBookFileTest, LinesKeptBeforeLocksWereStoredReadAsUnlocked)
 {
     {

@@ -232,6 +232,22 @@ TEST_F(FrmQuotesTest, AClickOnAHeaderSortsTheList)
     EXPECT_EQ(chosen->header.number(), QStringLiteral("Q-2026-0003"));
 }
 
+// Names that begin with an accented capital or a letter of their own sort under its plain
+// letter, as a reader looks for them.
+TEST_F(FrmQuotesTest, ACustomerWithAnAccentedInitialSortsUnderItsPlainLetter)
+{
+    std::vector<SavedQuote> more { quoteFor(QStringLiteral("Zoë Young"), QDate(2026, 5, 15), "Z-1"),
+        quoteFor(QStringLiteral("Émile Durand"), QDate(2026, 5, 16), "E-1"),
+        quoteFor(QStringLiteral("Łukasz Nowak"), QDate(2026, 5, 17), "L-1") };
+    ASSERT_TRUE(book.saveNewQuotes(more));
+    window = std::make_unique<FrmQuotes>(book, prompts, locale);
+    window->show();
+    window->model()->sort(QuoteListModel::Customer, Qt::AscendingOrder);
+    EXPECT_EQ(column(2),
+        (QStringList { "ACME Plumbing", "Bolt Brothers", "Clamp & Co", "Émile Durand",
+            "Łukasz Nowak", "Zoë Young" }));
+}
+
 // Sorting moves rows as a model must: a view's current row follows its quote.
 TEST_F(FrmQuotesTest, TheSortedListKeepsTheModelRules)
 {

@@ -163,6 +163,11 @@ QString Products::fileGoneProblem(const QString &fileName) const
     if (!m_fileKnown || QFileInfo::exists(fileName)
         || QFileInfo::exists(catalogueBackupPath(fileName)))
         return {};
+    const QFileInfo folder(QFileInfo(fileName).absolutePath());
+    if (folder.exists() && !folder.isDir()) {
+        return QStringLiteral("a file stands where the folder \"%1\" should be")
+            .arg(QDir::toNativeSeparators(folder.absoluteFilePath()));
+    }
     return QStringLiteral("the catalogue file is no longer in the folder \"%1\" (was the drive "
                           "it is on removed?); put it back, then save again, or keep a copy "
                           "elsewhere with Save As")

@@ -110,6 +110,23 @@ TEST_F(SafeSaveTest, AReadOnlyFileIsNamedAsTheCauseNotItsFolder)
     EXPECT_EQ(dataFileBytes(), OldBytes);
 }
 
+// The folder the catalogue was read from replaced by a file: said as it is.
+TEST_F(SafeSaveTest, AFolderReplacedByAFileIsSaidSo)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("app")));
+    const QString data = folder.filePath(QStringLiteral("app/twdata.dat"));
+    folder.writeFile(QStringLiteral("app/twdata.dat"), OldBytes);
+    ASSERT_EQ(products.ReadProds(data).status, CatalogueReadResult::Status::Ok);
+    ASSERT_TRUE(QDir(folder.filePath(QStringLiteral("app"))).removeRecursively());
+    folder.writeFile(QStringLiteral("app"), "a plain file");
+    const CatalogueWriteResult result = products.WriteProds(data);
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.detail,
+        QStringLiteral("a file stands where the folder \"%1\" should be")
+            .arg(QDir::toNativeSeparators(folder.filePath(QStringLiteral("app")))));
+    EXPECT_EQ(folder.readFile(QStringLiteral("app")), QByteArray("a plain file"));
+}
+
 // A drive taken from a fixed mount point leaves an empty folder of the same name: a save
 // there would say "saved" while the drive never gets the catalogue.
 TEST_F(SafeSaveTest, ACatalogueFileGoneFromItsFolderIsNotWrittenAnew)

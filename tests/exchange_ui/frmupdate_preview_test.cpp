@@ -1,6 +1,7 @@
 // "Update existing products": OK plans the import and "Import Preview" shows it; nothing
 // changes before its Apply, and its Cancel comes back to the mapping.
 #include "frmupdatefixture.h"
+#include "support/largefont.h"
 
 #include "catalogue/productrecord.h"
 #include "exchange/importdriver.h"
@@ -14,7 +15,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScopeGuard>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -205,12 +205,7 @@ TEST_F(FrmUpdatePreviewTest, TheOldAndNewValuesGetTheWidthOfTheChanges)
 // show it; every caption of the skipped rows is whole.
 TEST_F(FrmUpdatePreviewTest, LongValuesShowTheirEndsAndCaptionsAreWhole)
 {
-    // Under a large desktop font.
-    const QFont usual = QApplication::font();
-    const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
-    QFont large = usual;
-    large.setPointSizeF(16);
-    QApplication::setFont(large);
+    const LargeFont large(16);
     FrmImportPreview *preview = previewSample();
     ASSERT_NE(preview, nullptr);
     auto *changes = preview->findChild<QTableView *>(QStringLiteral("GrdChanges"));

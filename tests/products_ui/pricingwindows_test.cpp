@@ -6,6 +6,7 @@
 #include "products/ui/frmcheckprices.h"
 #include "products/ui/frmquantities.h"
 #include "quotes/quoteaids.h"
+#include "support/largefont.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -14,7 +15,6 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QScrollBar>
 #include <QTableWidget>
 #include <QTest>
@@ -93,11 +93,7 @@ TEST(PriceAtQuantitiesLayout, FiveQuantitiesShowFiveRowsAndALongNameWraps)
 // readable beside a long name.
 TEST(PriceAtQuantitiesLayout, ALargeFontGrowsTheWindowAndKeepsEveryPriceInView)
 {
-    const QFont usual = QApplication::font();
-    const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
-    QFont large = usual;
-    large.setPointSizeF(14);
-    QApplication::setFont(large);
+    const test::LargeFont large(14);
     const QString name =
         QStringLiteral("TW-100 ") + QStringLiteral("heavy-duty brass ball valve ").repeated(5);
     const auto pricesOfAMillion = [](const std::vector<qint32> &quantities) {

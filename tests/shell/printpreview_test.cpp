@@ -5,6 +5,7 @@
 #include "quotes/pricelist.h"
 #include "shell/printpreview.h"
 #include "shell/printservice.h"
+#include "support/largefont.h"
 #include "support/testlocale.h"
 
 #include <QAction>
@@ -15,7 +16,6 @@
 #include <QPrinter>
 #include <QProcess>
 #include <QProgressDialog>
-#include <QScopeGuard>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QSpinBox>
@@ -180,11 +180,7 @@ TEST_F(PrintPreviewTest, EveryCommandHasANameAndAKey)
 // goes behind its overflow button; Print and Close stay in view.
 TEST_F(PrintPreviewTest, PrintAndCloseStayInViewWithALargeFont)
 {
-    const QFont usual = QApplication::font();
-    const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
-    QFont large = usual;
-    large.setPointSizeF(14);
-    QApplication::setFont(large);
+    const test::LargeFont large(14);
     const Table catalogue = catalogueOf(3);
     PriceListDocument document(catalogue, EnUs);
     PrintPreview window(printer, document, QStringLiteral("Tarnwick Price list"));

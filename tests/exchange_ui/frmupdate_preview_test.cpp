@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QFontMetrics>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -93,6 +94,31 @@ protected:
         EXPECT_TRUE(catalogue.get(1, P::Price).isEmpty());
     }
 };
+
+// A long name changed in its middle shows the change in both cells, wherever it lies.
+TEST(FrmImportPreviewValues, ALongValueShowsWhereItDiffersFromTheOtherSide)
+{
+    const QFontMetrics metrics(QApplication::font());
+    const QString before =
+        QStringLiteral("Copper pipe type L, 3/4 inch, ten foot length, plumbing grade, hard drawn");
+    const QString after =
+        QStringLiteral("Copper pipe type L, 1 inch, ten foot length, plumbing grade, hard drawn");
+    const int width = metrics.horizontalAdvance(QStringLiteral("Copper pipe type L, 3/4 i"));
+    const QString oldShown = FrmImportPreview::shownAround(before, after, width, metrics);
+    const QString newShown = FrmImportPreview::shownAround(after, before, width, metrics);
+    EXPECT_TRUE(oldShown.startsWith(QStringLiteral("\u2026ipe type L, 3/4")))
+        << oldShown.toStdString();
+    EXPECT_TRUE(newShown.startsWith(QStringLiteral("\u2026ipe type L, 1 inch")))
+        << newShown.toStdString();
+    EXPECT_LE(metrics.horizontalAdvance(oldShown), width);
+    EXPECT_LE(metrics.horizontalAdvance(newShown), width);
+    // A value that fits, or one that differs at once, is shown as it is.
+    EXPECT_EQ(FrmImportPreview::shownAround(
+                  QStringLiteral("Bolt"), QStringLiteral("Nut"), width, metrics),
+        QStringLiteral("Bolt"));
+    EXPECT_EQ(
+        FrmImportPreview::shownAround(before, QStringLiteral("Brass"), width, metrics), before);
+}
 
 TEST(FrmImportPreviewSize, FitsTheScreenAndGrowsWithALargeOne)
 {

@@ -4,6 +4,8 @@
 #include "exchange/importreport.h"
 #include "platform/qt/windowsize.h"
 
+#include <QApplication>
+#include <QFontMetrics>
 #include <QFontMetricsF>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -12,10 +14,41 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
 
 namespace tarnwick {
+
+namespace {
+
+/// The old and new values of the changes: each shows the part where it differs from the other.
+class ChangeTextDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        const int column = index.column();
+        if (column != ImportChangesModel::OldColumn && column != ImportChangesModel::NewColumn)
+            return;
+        const int otherColumn = column == ImportChangesModel::OldColumn
+            ? ImportChangesModel::NewColumn
+            : ImportChangesModel::OldColumn;
+        // The room for the text: the cell less the style's margins on both sides.
+        const int margin = 2
+            * (option->widget ? option->widget->style() : QApplication::style())
+                  ->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option->widget);
+        option->text = FrmImportPreview::shownAround(option->text,
+            index.siblingAtColumn(otherColumn).data().toString(), option->rect.width() - margin,
+            option->fontMetrics);
+    }
+};
+
+} // namespace
 
 namespace {
 
@@ -75,8 +108,10 @@ void FrmImportPreview::setupUi()
         changes->resizeColumnToContents(column);
     header->setSectionResizeMode(ImportChangesModel::OldColumn, QHeaderView::Stretch);
     header->setSectionResizeMode(ImportChangesModel::NewColumn, QHeaderView::Stretch);
-    // Two long names that differ at their end (one cut to 75 letters) show their ends too.
+    // Two long names that differ at their end (one cut to 75 letters) show their ends too, and
+    // two that differ in their middle show it.
     changes->setTextElideMode(Qt::ElideMiddle);
+    changes->setItemDelegate(new ChangeTextDelegate(changes));
     auto *changesLabel =
         previewControl(new QLabel(QStringLiteral("&Changes:"), this), QStringLiteral("LblChanges"));
     changesLabel->setBuddy(changes);
@@ -121,6 +156,29 @@ QSize FrmImportPreview::sizeFor(const QSize &room, const QSize &least)
 {
     const QSize share(room.width() * 3 / 5, room.height() * 3 / 5);
     return least.expandedTo(share).boundedTo(room);
+}
+
+QString FrmImportPreview::shownAround(
+    const QString &text, const QString &other, int width, const QFontMetrics &metrics)
+{
+    // The characters shown before the difference, so it reads in its place.
+    constexpr qsizetype Lead = 12;
+    if (metrics.horizontalAdvance(text) <= width)
+        return text;
+    qsizetype first = 0;
+    while (first < text.size() && first < other.size() && text.at(first) == other.at(first))
+        ++first;
+    qsizetype from = first - Lead;
+    if (from <= 0)
+        return text;
+    // Never from the middle of a character of two units.
+    if (text.at(from).isLowSurrogate())
+        --from;
+    const QString shown = QStringLiteral("\u2026") + text.mid(from);
+    // Where the rest fits, the middle is cut no more than that.
+    return metrics.horizontalAdvance(shown) <= width
+        ? shown
+        : metrics.elidedText(shown, Qt::ElideRight, width);
 }
 
 void FrmImportPreview::keyPressEvent(QKeyEvent *event)

@@ -42,9 +42,14 @@ protected:
         const int margin = 2
             * (option->widget ? option->widget->style() : QApplication::style())
                   ->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option->widget);
-        option->text = FrmImportPreview::shownAround(option->text,
+        const QString shown = FrmImportPreview::shownAround(option->text,
             index.siblingAtColumn(otherColumn).data().toString(), option->rect.width() - margin,
             option->fontMetrics);
+        // Shown from the difference on, what does not fit is cut at the end.
+        if (shown != option->text) {
+            option->text = shown;
+            option->textElideMode = Qt::ElideRight;
+        }
     }
 };
 
@@ -174,11 +179,7 @@ QString FrmImportPreview::shownAround(
     // Never from the middle of a character of two units.
     if (text.at(from).isLowSurrogate())
         --from;
-    const QString shown = QStringLiteral("\u2026") + text.mid(from);
-    // Where the rest fits, the middle is cut no more than that.
-    return metrics.horizontalAdvance(shown) <= width
-        ? shown
-        : metrics.elidedText(shown, Qt::ElideRight, width);
+    return QStringLiteral("\u2026") + text.mid(from);
 }
 
 void FrmImportPreview::keyPressEvent(QKeyEvent *event)

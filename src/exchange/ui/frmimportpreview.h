@@ -40,9 +40,9 @@ public:
     /// screen (long names readable), never more than the room (a large font on a laptop).
     static QSize sizeFor(const QSize &room, const QSize &least = QSize(720, 520));
     /// What an old or new value too wide for its cell shows, given the value on the other side:
-    /// from a few characters before the first difference on ("…3/4 inch, hard drawn"), so the
-    /// change is in view wherever it lies in a long name; text itself when it fits or when the
-    /// two differ within their first characters.
+    /// from a few characters before the first difference on ("…3/4 inch, hard drawn", cut at
+    /// its end where it is still too wide), so the change is in view wherever it lies in a long
+    /// name; text itself when it fits or when the two differ within their first characters.
     static QString shownAround(
         const QString &text, const QString &other, int width, const QFontMetrics &metrics);
     /// What F1 does: the owner opens the import's help topic.

@@ -5,8 +5,8 @@
 // end), garbage, early (ends in the middle of its output), slow (a row every few milliseconds,
 // without end), withdraw (3 MiB of rows, withdrawn, then the same rows again and the end: more
 // than the tests' 4 MiB output limit in all, less than it after the withdrawal), environment
-// (one cell: the value of GLIBC_TUNABLES it was started with), stall (a row, then asleep).
-// With "--parent <kind> <path>" it is the program instead: it starts this reader with
+// (one cell: the value of GLIBC_TUNABLES it was started with), stall (a row, then waits for a
+// signal). With "--parent <kind> <path>" it is the program instead: it starts this reader with
 // "--fault <kind>" on path, writes the reader's process id on a line once the reader's first
 // row has arrived, and waits.
 #include "exchange/workbookreaderchild.h"
@@ -26,6 +26,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <future>
 #include <new>
 #include <thread>
 #include <vector>
@@ -54,6 +55,15 @@ QByteArray cellBytes(int row, int column, const QByteArray &text)
 }
 
 const QByteArray Header("TWWBK02\n");
+
+/// A reader on a file that never answers: nothing of its own ends the wait, only the kill the
+/// tests wait for.
+[[noreturn]] void waitForever()
+{
+    std::promise<void> never;
+    never.get_future().wait();
+    std::abort(); // never reached: no value is ever set
+}
 
 [[noreturn]] void spin()
 {
@@ -91,7 +101,7 @@ int fault(const char *kind)
         std::this_thread::sleep_for(std::chrono::hours(1));
     if (name == "stall") {
         put(Header + cellBytes(1, 0, "Part Number") + cellBytes(2, 0, "P1"));
-        std::this_thread::sleep_for(std::chrono::hours(1));
+        waitForever();
     }
     if (name == "allocate")
         return allocateUntilRefused();

@@ -337,8 +337,7 @@ std::vector<PriceBreak> breaks(const Table &catalogue, int row, const QLocale &l
         const PriceLookup lookup = PriceSchedule::priceAtRow(catalogue, row, quantity, locale);
         // A quote charges $0.00 from a point without a usable price, and says so as a fault:
         // it is no break to offer a customer.
-        const Cell price(lookup.price);
-        if (!conv::isNumeric(price, locale) || conv::isBeyondSingle(price, locale))
+        if (!PriceSchedule::isUsablePrice(lookup.price, locale))
             continue;
         list.push_back({ quantity, PriceSchedule::chargedPrice(lookup.price, locale) });
     }

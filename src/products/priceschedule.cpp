@@ -107,6 +107,12 @@ float chargedPrice(const QString &price, const QLocale &locale)
     }
 }
 
+bool isUsablePrice(const QString &price, const QLocale &locale)
+{
+    const Cell cell(price);
+    return conv::isNumeric(cell, locale) && !conv::isBeyondSingle(cell, locale);
+}
+
 /// Points 1 to 4 are shown when their quantity is set, point 5 when its price is set (a point
 /// 5 with a quantity and no price is left out). The values are joined as stored, without
 /// number formatting, so a text whose first point is unused begins with the separator.

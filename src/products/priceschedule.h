@@ -47,6 +47,9 @@ PriceLookup priceAtRow(const Table &catalogue, int row, qint32 qty, const QLocal
 /// What a quote charges per unit for a price text of SetPrice: the text read as a single; a
 /// text that is no number (an unknown product, a price point without its price) charges 0.
 float chargedPrice(const QString &price, const QLocale &locale);
+/// Whether price is one a quote can charge: a number within a single's range. An empty
+/// price, "call" or "1e39" is none (the quote charges $0.00 for it and says so).
+bool isUsablePrice(const QString &price, const QLocale &locale);
 
 /// The one-line text of the price points of catalogue row, e.g. "10 - $9;   50 - $8".
 QString creatdiscs(const Table &catalogue, int row, const QLocale &locale);

@@ -177,9 +177,7 @@ std::vector<QuantityPrice> pricesAt(const Table &catalogue, const QString &partN
     for (const qint32 quantity : quantities) {
         const PriceLookup lookup = PriceSchedule::SetPrice(catalogue, partNumber, quantity, locale);
         const float unit = PriceSchedule::chargedPrice(lookup.price, locale);
-        const Cell price(lookup.price);
-        const bool priced =
-            lookup.found && conv::isNumeric(price, locale) && !conv::isBeyondSingle(price, locale);
+        const bool priced = lookup.found && PriceSchedule::isUsablePrice(lookup.price, locale);
         prices.push_back({ quantity, unit, double(unit) * double(quantity), priced });
     }
     return prices;

@@ -90,8 +90,7 @@ QString unpricedLine(const Table &quote, const Table &catalogue, int row, const 
             .arg(row)
             .arg(part, nothing);
     }
-    const Cell price(lookup.price);
-    if (conv::isNumeric(price, locale) && !conv::isBeyondSingle(price, locale))
+    if (PriceSchedule::isUsablePrice(lookup.price, locale))
         return QString();
     return QStringLiteral("Line %1: the catalogue gives no price for %2 of \"%3\"; the line is "
                           "charged %4 until a price is typed.")

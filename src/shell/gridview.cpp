@@ -19,6 +19,14 @@ GridView::GridView(QWidget *parent) : QTableView(parent)
     showKeyboard(false);
 }
 
+void GridView::setCellDelegate(GridCellDelegate *delegate)
+{
+    QAbstractItemDelegate *before = itemDelegate();
+    setItemDelegate(delegate);
+    if (before != delegate)
+        delete before;
+}
+
 QWidget *GridView::openEditor() const
 {
     if (!isEditing())

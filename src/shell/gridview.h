@@ -4,6 +4,8 @@
 
 namespace tarnwick {
 
+class GridCellDelegate;
+
 /// A grid of the main window: a QTableView that can commit or drop the cell edit in progress,
 /// as the product, schedule and quote commands need. From the keyboard, Shift+F10 and the
 /// Menu key ask for the grid's context menu at its current cell (a keyboard context-menu
@@ -19,6 +21,8 @@ class GridView : public QTableView
 public:
     explicit GridView(QWidget *parent = nullptr);
 
+    /// Draws the cells with delegate (one that marks some of them) in place of the grid's own.
+    void setCellDelegate(GridCellDelegate *delegate);
     /// True while a cell editor is open.
     bool isEditing() const { return state() == QAbstractItemView::EditingState; }
     /// Stores the cell edit in progress, as pressing Enter would.

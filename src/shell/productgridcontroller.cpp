@@ -88,7 +88,7 @@ void ProductGridController::bind(int firstColumnWidth)
     });
     m_scheduleModel->setListPriceSource([this] { return Cell(m_ui.TxtPrice->text()); });
     m_ui.PriceSchedule->setModel(m_scheduleModel);
-    m_ui.PriceSchedule->setItemDelegate(new CellMarkDelegate(
+    m_ui.PriceSchedule->setCellDelegate(new CellMarkDelegate(
         ScheduleModel::ProblemRole, CellMarkDelegate::warningIcon(), m_ui.PriceSchedule));
     m_ui.PriceSchedule->viewport()->installEventFilter(this);
     m_ui.PriceSchedule->installEventFilter(this);

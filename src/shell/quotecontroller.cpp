@@ -72,7 +72,7 @@ void QuoteController::bind()
     grid->viewport()->installEventFilter(this);
     grid->installEventFilter(this);
     connect(m_model, &QuoteGridModel::quoteChanged, this, &QuoteController::QuotePrice);
-    grid->setItemDelegate(
+    m_ui.GrdQuote->setCellDelegate(
         new CellMarkDelegate(QuoteGridModel::LockedRole, CellMarkDelegate::lockIcon(), grid));
     connect(grid->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
         showNextBreak();

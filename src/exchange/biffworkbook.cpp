@@ -252,7 +252,7 @@ bool BiffReader::readCellRecord(const Record &record, RecordReader &records)
         const quint32 index = u32At(data, 6);
         if (index >= m_strings.size())
             return false;
-        m_cells.put(u16At(data, 0) + 1, u16At(data, 2), m_strings[index]);
+        m_cells.putText(u16At(data, 0) + 1, u16At(data, 2), m_strings[index]);
         return true;
     }
     case RecordType::Label:
@@ -320,7 +320,7 @@ bool BiffReader::readFormulaString(const Record &record, RecordReader &records)
         std::string &texts = m_cells.texts();
         const std::size_t start = texts.size();
         SheetValue::appendText(texts, text);
-        m_cells.put(m_pendingRow, m_pendingColumn, m_cells.checkedTextFrom(start));
+        m_cells.putText(m_pendingRow, m_pendingColumn, m_cells.checkedTextFrom(start));
         m_pendingRow = -1;
     }
     return !m_cells.overflowed();
@@ -339,7 +339,8 @@ bool BiffReader::readLabel(const Record &record, RecordReader &records)
     std::string &texts = m_cells.texts();
     const std::size_t start = texts.size();
     SheetValue::appendText(texts, text);
-    m_cells.put(u16At(record.data, 0) + 1, u16At(record.data, 2), m_cells.checkedTextFrom(start));
+    m_cells.putText(
+        u16At(record.data, 0) + 1, u16At(record.data, 2), m_cells.checkedTextFrom(start));
     return !m_cells.overflowed();
 }
 

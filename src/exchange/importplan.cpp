@@ -85,6 +85,9 @@ struct ImportPlanner::RowCells
     /// of m_readColumns, and which of them are error cells.
     std::array<Cell, ColumnMapping::ListCount> fetched;
     std::array<bool, ColumnMapping::ListCount> errors {};
+    /// By catalogue field: whether the cell's number is in the stored form (ImportPlanner::
+    /// number), false for a cell the workbook holds as text.
+    std::array<bool, P::FieldCount + 1> storedForm {};
     /// False when the workbook raised an error reading the row at once: its cells are then
     /// read one by one, each error kept as it was raised.
     bool fetchedAll = false;
@@ -165,9 +168,11 @@ bool ImportPlanner::readCell(int listIndex, RowCells &cells)
     const int field = ColumnMapping::catalogueField(listIndex);
     cells.mapped[std::size_t(field)] = true;
     Cell &cell = cells.cell[std::size_t(field)];
+    const int column = m_readColumns[std::size_t(slot)];
+    cells.storedForm[std::size_t(field)] =
+        m_storedNumbers && P::isNumberField(field) && !m_workbook.isTextCell(column, m_row);
     if (!cells.fetchedAll) {
-        return m_trap.step(
-            [&] { cell = readTextCell(m_workbook, m_readColumns[std::size_t(slot)], m_row); });
+        return m_trap.step([&] { cell = readTextCell(m_workbook, column, m_row); });
     }
     // An error cell (#DIV/0!, #N/A) is a cell that cannot be read, as readTextCell says.
     if (cells.errors[std::size_t(slot)])
@@ -274,7 +279,8 @@ void ImportPlanner::planUpdate(RowCells &cells)
         skip(SkipReason::EmptyPartNumber, QString());
     else if (known != m_partNumbers.cend() && *known == 0)
         skip(SkipReason::RepeatedPartNumber, cells.partNumber());
-    else if (const std::optional<double> price = number(cells.cell[P::Price]);
+    else if (const std::optional<double> price =
+                 number(cells.cell[P::Price], cells.storedForm[P::Price]);
              !cells.isBlank(P::Price) && !price)
         skip(SkipReason::PriceNotANumber, cells.partNumber());
     else if (price && !fitsPrice(*price))
@@ -303,14 +309,14 @@ void ImportPlanner::skip(SkipReason reason, const QString &partNumber)
     m_plan.skipped.push_back({ m_row, reason, partNumber });
 }
 
-std::optional<double> ImportPlanner::number(const Cell &cell) const
+std::optional<double> ImportPlanner::number(const Cell &cell, bool storedForm) const
 {
-    return conv::cellNumber(cell, m_locale, m_plainDecimals || m_storedNumbers);
+    return conv::cellNumber(cell, m_locale, m_plainDecimals || storedForm);
 }
 
-Cell ImportPlanner::pointCell(Cell cell) const
+Cell ImportPlanner::pointCell(Cell cell, bool storedForm) const
 {
-    if (!m_storedNumbers || !cell.isText())
+    if (!storedForm || !cell.isText())
         return cell;
     const CellTextView view = cell.textView();
     const QByteArray spare =
@@ -352,7 +358,7 @@ Cell ImportPlanner::newCell(int field, RowCells &cells)
     if (field == P::ProductName)
         return cell.isBlank() ? Cell(MissingProductName) : nameCell(std::move(cell));
     if (field == P::Price) {
-        const std::optional<double> price = number(cell);
+        const std::optional<double> price = number(cell, cells.storedForm[P::Price]);
         if (!price) {
             if (!cell.isBlank())
                 ++m_plan.addedWithoutPrice;
@@ -369,7 +375,7 @@ Cell ImportPlanner::newCell(int field, RowCells &cells)
     if (cell.isBlank())
         return m_emptyText;
     if (P::isNumberField(field))
-        return pointCell(std::move(cell));
+        return pointCell(std::move(cell), cells.storedForm[std::size_t(field)]);
     return std::move(cell);
 }
 
@@ -388,9 +394,9 @@ std::optional<Cell> ImportPlanner::updatedCell(int field, const RowCells &cells)
     if (field == P::ProductName)
         return nameCell(cell);
     if (field == P::Price)
-        return Cell(float(*number(cell)));
+        return Cell(float(*number(cell, cells.storedForm[P::Price])));
     if (P::isNumberField(field))
-        return pointCell(cell);
+        return pointCell(cell, cells.storedForm[std::size_t(field)]);
     return cell;
 }
 

@@ -124,7 +124,8 @@ struct ImportPlan
 /// (12.5 and "12.50" are the same list price), texts character for character. A workbook whose
 /// numbers come in the stored form (IWorkbook::numbersInStoredForm) has "2.675" read as two and
 /// a bit in every locale, and such a price point kept in the form the user's locale reads as
-/// that number ("2,675" in German), as the catalogue file's are.
+/// that number ("2,675" in German), as the catalogue file's are; a cell such a workbook holds
+/// as text (IWorkbook::isTextCell) is read as the user's locale reads it, as typed text is.
 class ImportPlanner
 {
 public:
@@ -163,11 +164,12 @@ private:
     Cell newCell(int field, RowCells &cells);
     /// The product name a name cell gives: cut to its first MaxNameLength characters.
     static Cell nameCell(Cell name);
-    /// A sheet cell's number as the user's locale reads it (a stored-form number of a workbook
-    /// that writes its numbers so, as such); none for a blank or no number.
-    std::optional<double> number(const Cell &cell) const;
+    /// A sheet cell's number as the user's locale reads it (storedForm: the cell is a number of
+    /// a workbook that writes its numbers in the stored form, read as such); none for a blank
+    /// or no number.
+    std::optional<double> number(const Cell &cell, bool storedForm) const;
     /// A price point or quantity cell of the sheet as the catalogue keeps it.
-    Cell pointCell(Cell cell) const;
+    Cell pointCell(Cell cell, bool storedForm) const;
     /// Whether a list price can be kept as the catalogue keeps it, in single precision.
     static bool fitsPrice(double price);
     std::optional<Cell> updatedCell(int field, const RowCells &cells) const;

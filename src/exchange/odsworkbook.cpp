@@ -169,9 +169,15 @@ private:
         } else if (fromAttribute ? !m_xml.skipElement() : !readParagraphs(start)) {
             return false;
         }
+        // A cell of no value type, or one whose value could not be read, holds what it shows.
+        const bool typedText = !fromAttribute || isName(valueType, "string");
         const SheetText text = m_cells.checkedTextFrom(start);
-        for (int column = first; column < last; ++column)
-            m_cells.put(row, column, text);
+        for (int column = first; column < last; ++column) {
+            if (typedText)
+                m_cells.putText(row, column, text);
+            else
+                m_cells.put(row, column, text);
+        }
         return true;
     }
 

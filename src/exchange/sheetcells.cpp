@@ -40,13 +40,19 @@ SheetText SheetCells::checkedTextFrom(std::size_t start)
 void SheetCells::put(int row, int column, SheetText text)
 {
     if (text.size != 0 && keeps(row, column))
-        append(row, column, text, false);
+        append(row, column, text, SheetCellKind::Value);
+}
+
+void SheetCells::putText(int row, int column, SheetText text)
+{
+    if (text.size != 0 && keeps(row, column))
+        append(row, column, text, SheetCellKind::Text);
 }
 
 void SheetCells::putError(int row, int column)
 {
     if (keeps(row, column))
-        append(row, column, SheetText {}, true);
+        append(row, column, SheetText {}, SheetCellKind::Error);
 }
 
 bool SheetCells::keeps(int row, int column)
@@ -61,7 +67,7 @@ bool SheetCells::keeps(int row, int column)
     return true;
 }
 
-void SheetCells::append(int row, int column, SheetText text, bool error)
+void SheetCells::append(int row, int column, SheetText text, SheetCellKind kind)
 {
     bool newRow = false;
     if (m_ordered && !m_cells.empty()) {
@@ -69,15 +75,14 @@ void SheetCells::append(int row, int column, SheetText text, bool error)
         if (int(last.row) == row && int(last.column) == column) {
             last.offset = text.offset;
             last.size = text.size;
-            last.error = error ? 1 : 0;
+            last.kind = kind;
             return;
         }
         if (row < int(last.row) || (int(last.row) == row && column < int(last.column)))
             m_ordered = false;
         newRow = row > int(last.row);
     }
-    m_cells.push_back(
-        Cell { quint32(row), text.offset, text.size, quint8(column), quint8(error ? 1 : 0) });
+    m_cells.push_back(Cell { quint32(row), text.offset, text.size, quint8(column), kind });
     m_lastRow = std::max(m_lastRow, row);
     if (newRow && m_rowComplete)
         m_rowComplete();
@@ -160,7 +165,13 @@ QString SheetCells::cellText(int column, int row) const
 bool SheetCells::isError(int column, int row) const
 {
     const Cell *cell = find(column, row);
-    return cell != nullptr && cell->error != 0;
+    return cell != nullptr && cell->kind == SheetCellKind::Error;
+}
+
+bool SheetCells::isTextCell(int column, int row) const
+{
+    const Cell *cell = find(column, row);
+    return cell != nullptr && cell->kind == SheetCellKind::Text;
 }
 
 std::string_view SheetCells::textView(int column, int row) const

@@ -12,6 +12,10 @@
 
 namespace tarnwick {
 
+/// What a worksheet cell holds, as its reader tells it: a value in one of the forms the readers
+/// write (numbers in the stored form, dates, TRUE and FALSE), an error, or a text typed as text.
+enum class SheetCellKind : quint8 { Value, Error, Text };
+
 /// A text kept in a SheetCells' text store: where it starts and how many bytes it has.
 struct SheetText
 {
@@ -25,7 +29,9 @@ struct SheetText
 /// is empty in all of them: the import stops at the first empty part number, so no row below
 /// that one is ever read. Texts are UTF-8 bytes in one store, each cell 16 bytes beside it; a
 /// reader may put a text into the store once (a shared string) and give it to many cells.
-/// Error cells (#DIV/0!, #N/A) have no text and are marked as errors.
+/// Error cells (#DIV/0!, #N/A) have no text and are marked as errors; text cells (a text typed
+/// into the sheet, as opposed to a number, date or truth value written as text) are marked as
+/// such, so the import reads their digits as the user's locale does.
 ///
 /// Readers put cells row by row. When a row arrives that leaves an empty row between it and
 /// the rows before it (in the order the rows came), stopped() turns true and nothing more is
@@ -59,6 +65,8 @@ public:
     /// Puts a text into a cell (row 1 is the first row, column 0 is column A). An empty text
     /// leaves the cell empty; a column beyond R or a row beyond MaxRows is not kept.
     void put(int row, int column, SheetText text);
+    /// As put, for a cell the sheet holds as text (SheetCellKind::Text).
+    void putText(int row, int column, SheetText text);
     /// Marks a cell as holding an error value.
     void putError(int row, int column);
     /// The row last put stands for count rows (a row repeated count times in the file).
@@ -82,10 +90,11 @@ public:
     int rowCount() const { return m_rowCount; }
     QString cellText(int column, int row) const override;
     bool isError(int column, int row) const override;
+    bool isTextCell(int column, int row) const override;
     /// After finish(): the cell's text without copying, or an empty view.
     std::string_view textView(int column, int row) const;
 
-    /// After finish(): calls f(row, column, isError, text) for every cell of the rows
+    /// After finish(): calls f(row, column, kind, text) for every cell of the rows
     /// 1..rowCount(), row by row and left to right, a repeated row once per row it stands for.
     template <typename F> void forEachCell(F &&f) const
     {
@@ -126,7 +135,7 @@ public:
             for (int k = 0; k < count; ++k, ++cursor.row) {
                 for (std::size_t i = first; i < at; ++i) {
                     const Cell &cell = m_cells[i];
-                    f(cursor.row, int(cell.column), cell.error != 0,
+                    f(cursor.row, int(cell.column), cell.kind,
                         std::string_view(m_texts.data() + cell.offset, cell.size));
                 }
             }
@@ -150,7 +159,7 @@ private:
         quint32 offset;
         quint32 size;
         quint8 column;
-        quint8 error;
+        SheetCellKind kind;
     };
     struct Run
     {
@@ -159,7 +168,7 @@ private:
     };
 
     bool keeps(int row, int column);
-    void append(int row, int column, SheetText text, bool error);
+    void append(int row, int column, SheetText text, SheetCellKind kind);
     /// The stored cell at (column, row), or nullptr.
     const Cell *find(int column, int row) const;
     /// Where the cells of the last row that holds a cell start.

@@ -31,6 +31,16 @@ public:
         Q_UNUSED(row);
         return false;
     }
+    /// True when the sheet holds the cell as a text typed into it, in a workbook whose numbers
+    /// come in the stored form (numbersInStoredForm): its digits are read as the user's locale
+    /// reads them ("1.250" is twelve hundred and fifty in German), a number cell's in the stored
+    /// form. A workbook may say false for a text that reads the same either way.
+    virtual bool isTextCell(int column, int row) const
+    {
+        Q_UNUSED(column);
+        Q_UNUSED(row);
+        return false;
+    }
     /// The cell's text as a catalogue cell (a text cell, empty text included). A workbook that
     /// keeps its texts in one block hands out cells that point into it, without a copy.
     virtual Cell textCell(int column, int row) const { return Cell(cellText(column, row)); }

@@ -1,6 +1,7 @@
 #include "exchange/workbookwire.h"
 
 #include "core/celltext.h"
+#include "core/conversions.h"
 #include "exchange/sheetvalue.h"
 
 #include <QtEndian>
@@ -19,6 +20,9 @@ constexpr char WireHeader[] = "TWWBK02\n";
 constexpr qsizetype WireHeaderSize = sizeof(WireHeader) - 1;
 
 constexpr char CellTag = 'C';
+// A text cell whose text reads as a number in the stored form (IWorkbook::isTextCell); laid
+// out as a cell.
+constexpr char TextCellTag = 'T';
 constexpr char ErrorCellTag = 'X';
 constexpr char EndTag = 'E';
 constexpr char FailureTag = 'F';
@@ -43,6 +47,13 @@ void appendWireNumber(QByteArray &out, quint32 value)
 quint32 wireNumberAt(QByteArrayView bytes, qsizetype at)
 {
     return qFromLittleEndian<quint32>(bytes.data() + at);
+}
+
+/// Whether a text could be taken for a number in the stored form ("1.250"): only then does the
+/// program need to know that the sheet holds it as text.
+bool readsAsStoredNumber(std::string_view text)
+{
+    return conv::isPlainDecimal(text.data(), qsizetype(text.size()));
 }
 
 /// The text as UTF-8, cut to at most limit bytes without splitting a character.
@@ -75,9 +86,10 @@ class WireWorkbook : public IWorkbook
 {
 public:
     WireWorkbook(QByteArray text, std::vector<quint32> starts, std::vector<quint32> errors,
-        int rows, bool numbersInStoredForm, bool rowsAfterAGap)
+        std::vector<quint32> textCells, int rows, bool numbersInStoredForm, bool rowsAfterAGap)
         : m_block(new CellTextBlock), m_starts(std::move(starts)), m_errors(std::move(errors)),
-          m_rows(rows), m_numbersInStoredForm(numbersInStoredForm), m_rowsAfterAGap(rowsAfterAGap)
+          m_textCells(std::move(textCells)), m_rows(rows),
+          m_numbersInStoredForm(numbersInStoredForm), m_rowsAfterAGap(rowsAfterAGap)
     {
         m_block->bytes = std::move(text);
     }
@@ -94,13 +106,8 @@ public:
         const auto [start, size] = place(column, row);
         return QString::fromUtf8(m_block->bytes.constData() + start, size);
     }
-    bool isError(int column, int row) const override
-    {
-        if (row < 1 || row > m_rows || column < 0 || column >= Columns)
-            return false;
-        const auto index = quint32(std::size_t(row - 1) * Columns + std::size_t(column));
-        return std::binary_search(m_errors.begin(), m_errors.end(), index);
-    }
+    bool isError(int column, int row) const override { return isIn(m_errors, column, row); }
+    bool isTextCell(int column, int row) const override { return isIn(m_textCells, column, row); }
     Cell textCell(int column, int row) const override
     {
         const auto [start, size] = place(column, row);
@@ -129,6 +136,14 @@ public:
     }
 
 private:
+    /// Whether the cell's index (as in m_starts) is among the sorted indexes.
+    bool isIn(const std::vector<quint32> &indexes, int column, int row) const
+    {
+        if (indexes.empty() || row < 1 || row > m_rows || column < 0 || column >= Columns)
+            return false;
+        const auto index = quint32(std::size_t(row - 1) * Columns + std::size_t(column));
+        return std::binary_search(indexes.begin(), indexes.end(), index);
+    }
     /// Where the cell's text starts in the block and how long it is (0 outside the sheet).
     std::pair<qsizetype, qsizetype> place(int column, int row) const
     {
@@ -141,6 +156,7 @@ private:
     CellTextBlock *m_block;
     std::vector<quint32> m_starts;
     std::vector<quint32> m_errors;
+    std::vector<quint32> m_textCells;
     int m_rows;
     bool m_numbersInStoredForm;
     bool m_rowsAfterAGap;
@@ -171,10 +187,13 @@ void writeWorkbook(
             }
             const QByteArray text = workbook.cellText(column, row).toUtf8();
             if (!text.isEmpty()) {
-                cells.put(row, column,
-                    cells.checkedTextFrom(
-                        cells.addText(std::string_view(text.constData(), std::size_t(text.size())))
-                            .offset));
+                const SheetText kept = cells.checkedTextFrom(
+                    cells.addText(std::string_view(text.constData(), std::size_t(text.size())))
+                        .offset);
+                if (workbook.isTextCell(column, row))
+                    cells.putText(row, column, kept);
+                else
+                    cells.put(row, column, kept);
                 rowHasCell = true;
             }
         }
@@ -204,7 +223,8 @@ void SheetWriter::writeCompleteRows(const SheetCells &cells)
             m_out += StoredNumbersTag;
     }
     cells.forEachCompleteCell(
-        m_cursor, [&](int row, int column, bool error, std::string_view text) {
+        m_cursor, [&](int row, int column, SheetCellKind kind, std::string_view text) {
+            const bool error = kind == SheetCellKind::Error;
             // The frame is written in place: the buffer holds a chunk and the largest cell.
             const std::string_view kept = error
                 ? std::string_view()
@@ -213,7 +233,9 @@ void SheetWriter::writeCompleteRows(const SheetCells &cells)
             const auto head = std::size_t(error ? CellFrameHead - 4 : CellFrameHead);
             m_out.resize(at + head + kept.size());
             char *frame = m_out.data() + at;
-            frame[0] = error ? ErrorCellTag : CellTag;
+            frame[0] = error                                               ? ErrorCellTag
+                : kind == SheetCellKind::Text && readsAsStoredNumber(kept) ? TextCellTag
+                                                                           : CellTag;
             qToLittleEndian(quint32(row), frame + 1);
             frame[5] = char(column);
             if (!error) {
@@ -311,8 +333,9 @@ std::unique_ptr<IWorkbook> Decoder::takeWorkbook()
         return nullptr;
     m_text.truncate(m_textSize);
     m_text.squeeze();
-    auto workbook = std::make_unique<WireWorkbook>(std::move(m_text), std::move(m_starts),
-        std::move(m_errors), m_rows, m_numbersInStoredForm, m_rowsAfterAGap);
+    auto workbook =
+        std::make_unique<WireWorkbook>(std::move(m_text), std::move(m_starts), std::move(m_errors),
+            std::move(m_textCells), m_rows, m_numbersInStoredForm, m_rowsAfterAGap);
     clearCells();
     m_state = State::Malformed;
     return workbook;
@@ -323,6 +346,8 @@ qsizetype Decoder::readFrame(QByteArrayView bytes)
     switch (bytes.front()) {
     case CellTag:
         return readCell(bytes);
+    case TextCellTag:
+        return readTextCell(bytes);
     case ErrorCellTag:
         return readErrorCell(bytes);
     case EndTag:
@@ -388,6 +413,14 @@ qsizetype Decoder::readCell(QByteArrayView bytes)
     return CellFrameHead + length;
 }
 
+qsizetype Decoder::readTextCell(QByteArrayView bytes)
+{
+    const qsizetype length = readCell(bytes);
+    if (length > 0)
+        m_textCells.push_back(quint32(m_starts.size() - 1));
+    return length;
+}
+
 void Decoder::appendText(QByteArrayView text)
 {
     // The array is a buffer grown by doubling, its first m_textSize bytes used: appending to a
@@ -435,6 +468,7 @@ void Decoder::clearCells()
     m_textSize = 0;
     m_starts = {};
     m_errors = {};
+    m_textCells = {};
 }
 
 qsizetype Decoder::readReset()

@@ -28,7 +28,9 @@ constexpr int MaxErrorBytes = 4096;
 /// reader kept (columns A to R, down to the first row that is empty in all of them: the import
 /// stops at an empty part number, whichever column holds it, so no row after that one is ever
 /// read) as (row, column, text), or (row, column) for an error cell, row after row, then the
-/// number of rows. sink receives the bytes in pieces of about chunkBytes.
+/// number of rows. A text cell whose text could be taken for a stored number ("1.250") goes as a
+/// text cell (IWorkbook::isTextCell); other cells do not say which they are. sink receives the
+/// bytes in pieces of about chunkBytes.
 void writeWorkbook(const SheetCells &cells, const std::function<void(const QByteArray &)> &sink,
     int chunkBytes = 1 << 16);
 
@@ -109,6 +111,7 @@ private:
     /// yet, or -1 when it is malformed.
     qsizetype readFrame(QByteArrayView bytes);
     qsizetype readCell(QByteArrayView bytes);
+    qsizetype readTextCell(QByteArrayView bytes);
     qsizetype readErrorCell(QByteArrayView bytes);
     /// Whether a cell at (row, column) with a text of length bytes may come next: its row is the
     /// last cell's or the next one, and column, length and all texts stay within their limits.
@@ -135,6 +138,8 @@ private:
     std::vector<quint32> m_starts;
     /// The indexes (as in m_starts) of the error cells, in order.
     std::vector<quint32> m_errors;
+    /// The indexes of the text cells the writer marked (IWorkbook::isTextCell), in order.
+    std::vector<quint32> m_textCells;
     int m_rows = 0;
     bool m_numbersInStoredForm = false;
     bool m_rowsAfterAGap = false;

@@ -184,13 +184,14 @@ private:
         double number = 0;
         std::int64_t day = 0;
         std::int64_t seconds = 0;
+        bool typedText = false;
         switch (type) {
         case XlsxCellType::SharedString: {
             std::size_t index = 0;
             const auto result = readNumber(value.data(), value.data() + value.size(), index);
             if (result.ec != std::errc() || index >= m_strings.size())
                 return false;
-            m_cells.put(row, column, m_strings[index]);
+            m_cells.putText(row, column, m_strings[index]);
             return true;
         }
         case XlsxCellType::Error:
@@ -219,10 +220,14 @@ private:
             [[fallthrough]];
         }
         case XlsxCellType::Text:
+            typedText = true;
             SheetValue::appendText(texts, value);
             break;
         }
-        m_cells.put(row, column, m_cells.checkedTextFrom(start));
+        if (typedText)
+            m_cells.putText(row, column, m_cells.checkedTextFrom(start));
+        else
+            m_cells.put(row, column, m_cells.checkedTextFrom(start));
         return !m_cells.overflowed();
     }
 

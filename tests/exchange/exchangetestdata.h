@@ -17,8 +17,8 @@
 
 namespace tarnwick::test {
 
-/// Puts text into cells at (row, column), as a reader puts a text cell.
-inline void putText(SheetCells &cells, int row, int column, std::string_view text)
+/// Puts text into cells at (row, column), as a reader puts a value (a number, date or word).
+inline void putValue(SheetCells &cells, int row, int column, std::string_view text)
 {
     cells.put(row, column, cells.addText(text));
 }

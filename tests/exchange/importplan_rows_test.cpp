@@ -23,7 +23,7 @@ using namespace tarnwick;
 namespace P = ProductRecord;
 
 using tarnwick::test::EnUs;
-using tarnwick::test::putText;
+using tarnwick::test::putValue;
 using tarnwick::test::skippedRows;
 using tarnwick::test::supplierLetters;
 
@@ -154,16 +154,16 @@ namespace {
 SheetCells sheetWithErrorCells()
 {
     SheetCells sheet;
-    putText(sheet, 1, 0, "Part Number");
-    putText(sheet, 1, 1, "Product Name");
-    putText(sheet, 1, 2, "Price");
+    putValue(sheet, 1, 0, "Part Number");
+    putValue(sheet, 1, 1, "Product Name");
+    putValue(sheet, 1, 2, "Price");
     sheet.putError(2, 0);
-    putText(sheet, 2, 1, "no part number to read");
-    putText(sheet, 3, 0, "E-1");
+    putValue(sheet, 2, 1, "no part number to read");
+    putValue(sheet, 3, 0, "E-1");
     sheet.putError(3, 1);
-    putText(sheet, 3, 2, "2.5");
-    putText(sheet, 4, 0, "E-2");
-    putText(sheet, 4, 1, "Fine");
+    putValue(sheet, 3, 2, "2.5");
+    putValue(sheet, 4, 0, "E-2");
+    putValue(sheet, 4, 1, "Fine");
     sheet.finish();
     return sheet;
 }
@@ -274,6 +274,61 @@ TEST(ImportPlanLocale, AWorkbooksNumbersMeanTheSameInGerman)
             ASSERT_EQ(english.addedCount(), 2);
             EXPECT_EQ(english.addedProduct(0)[P::Price - 1], Cell(0.125f));
             EXPECT_EQ(english.addedProduct(0)[P::Price1 - 1], Cell("2.675"));
+        }
+    }
+}
+
+// A text typed into a workbook's cell is read as the user typed it, as tab-separated text is:
+// in German the text "1.250" is twelve hundred and fifty, while the number 1.25 beside it stays
+// one and a quarter. A formula whose result is such a text gives a text too.
+TEST(ImportPlanLocale, AWorkbooksTextCellsAreReadAsTheUserTypedThem)
+{
+    for (const char *name : { "textnumbers.xlsx", "textnumbers.ods", "textnumbers.xls" }) {
+        SCOPED_TRACE(name);
+        WorkbookOpenResult read = openWorkbook(test::dataFile(QString::fromLatin1(name)));
+        ASSERT_NE(read.workbook, nullptr);
+        auto *cells = dynamic_cast<const SheetCells *>(read.workbook.get());
+        ASSERT_NE(cells, nullptr);
+        const std::unique_ptr<IWorkbook> wire = throughTheWire(*cells);
+        ASSERT_NE(wire, nullptr);
+        for (const IWorkbook *workbook : { read.workbook.get(), wire.get() }) {
+            EXPECT_TRUE(workbook->numbersInStoredForm());
+            EXPECT_TRUE(workbook->isTextCell(2, 2));
+            EXPECT_TRUE(workbook->isTextCell(2, 4)) << "a formula's text";
+            EXPECT_FALSE(workbook->isTextCell(2, 3)) << "a number";
+            const ImportPlan german = planNewProducts(*workbook, test::DeDe);
+            ASSERT_EQ(german.addedCount(), 3);
+            EXPECT_EQ(german.addedProduct(0)[P::Price - 1], Cell(1250.0f));
+            EXPECT_EQ(german.addedProduct(0)[P::PricePoint1 - 1], Cell("1.000"));
+            EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2.500"));
+            EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(1.25f));
+            EXPECT_EQ(german.addedProduct(1)[P::PricePoint1 - 1], Cell("1000"));
+            EXPECT_EQ(german.addedProduct(1)[P::Price1 - 1], Cell("2.5"))
+                << "a form German reads as the same number stays as it is";
+            EXPECT_EQ(german.addedProduct(2)[P::Price - 1], Cell(1250.0f));
+            EXPECT_EQ(german.addedProduct(2)[P::Price1 - 1], Cell("12,50"));
+            const ImportPlan english = planNewProducts(*workbook, EnUs);
+            ASSERT_EQ(english.addedCount(), 3);
+            EXPECT_EQ(english.addedProduct(0)[P::Price - 1], Cell(1.25f));
+            EXPECT_EQ(english.addedProduct(2)[P::Price - 1], Cell(1.25f));
+
+            // Updating a catalogue that holds those prices finds them the same.
+            Table catalogue { 2, P::FieldCount };
+            catalogue.put(1, P::PartNumber, Cell("T-1"));
+            catalogue.put(1, P::Price, Cell(1250.0f));
+            catalogue.put(2, P::PartNumber, Cell("N-1"));
+            catalogue.put(2, P::Price, Cell(1.25f));
+            std::array<int, ColumnMapping::ListCount> positions;
+            positions.fill(0);
+            positions[ColumnMapping::PartNumberList] = 0; // A
+            positions[ColumnMapping::ProductNameList] = -1;
+            positions[3] = 3; // the list price in C
+            ImportPlanner planner(*workbook, catalogue, ColumnMapping::columnLetters(positions),
+                true, ImportAction::UpdateExisting, test::DeDe);
+            planner.runAll();
+            const ImportPlan update = planner.takePlan();
+            EXPECT_EQ(update.unchanged, 2);
+            EXPECT_TRUE(update.changed.empty());
         }
     }
 }

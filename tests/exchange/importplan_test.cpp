@@ -25,7 +25,7 @@ namespace CM = ColumnMapping;
 namespace {
 
 using tarnwick::test::EnUs;
-using tarnwick::test::putText;
+using tarnwick::test::putValue;
 using tarnwick::test::skippedRows;
 using tarnwick::test::supplierLetters;
 

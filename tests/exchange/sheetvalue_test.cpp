@@ -14,7 +14,7 @@
 
 using namespace tarnwick;
 using SheetValue::FormatKind;
-using tarnwick::test::putText;
+using tarnwick::test::putValue;
 
 namespace {
 
@@ -249,15 +249,15 @@ TEST(SheetValue, NumbersDatesAndDurationsAsTheFilesWriteThem)
 TEST(SheetCells, OnlyColumnsAToRDownToTheFirstEmptyRowAreKept)
 {
     SheetCells cells;
-    putText(cells, 1, 0, "Part Number");
-    putText(cells, 1, 17, "R");
-    putText(cells, 1, 18, "S is not kept");
-    putText(cells, 2, 3, "");
+    putValue(cells, 1, 0, "Part Number");
+    putValue(cells, 1, 17, "R");
+    putValue(cells, 1, 18, "S is not kept");
+    putValue(cells, 2, 3, "");
     cells.putError(2, 4);
     EXPECT_FALSE(cells.stopped());
-    putText(cells, 4, 0, "after an empty row");
+    putValue(cells, 4, 0, "after an empty row");
     EXPECT_TRUE(cells.stopped());
-    putText(cells, 3, 0, "nothing is kept once stopped");
+    putValue(cells, 3, 0, "nothing is kept once stopped");
     cells.finish();
     EXPECT_EQ(cells.rowCount(), 2);
     EXPECT_EQ(cells.cellText(17, 1), "R");
@@ -270,34 +270,38 @@ TEST(SheetCells, OnlyColumnsAToRDownToTheFirstEmptyRowAreKept)
 TEST(SheetCells, CellsOutOfOrderAreSortedAndTheLaterOfTwoStays)
 {
     SheetCells cells;
-    putText(cells, 2, 5, "F2");
-    putText(cells, 1, 0, "A1");
-    putText(cells, 2, 1, "B2");
-    putText(cells, 1, 0, "A1 again");
-    putText(cells, 3, 0, "A3");
+    putValue(cells, 2, 5, "F2");
+    putValue(cells, 1, 0, "A1");
+    putValue(cells, 2, 1, "B2");
+    putValue(cells, 1, 0, "A1 again");
+    cells.putText(3, 0, cells.addText("A3"));
     cells.putError(2, 5);
     cells.finish();
     EXPECT_EQ(cells.rowCount(), 3);
     EXPECT_EQ(cells.cellText(0, 1), "A1 again");
     EXPECT_EQ(cells.cellText(1, 2), "B2");
     EXPECT_TRUE(cells.isError(5, 2));
+    EXPECT_TRUE(cells.isTextCell(0, 3));
+    EXPECT_FALSE(cells.isTextCell(1, 2));
     std::vector<std::string> order;
-    cells.forEachCell([&](int row, int column, bool error, std::string_view text) {
+    cells.forEachCell([&](int row, int column, SheetCellKind kind, std::string_view text) {
         order.push_back(std::to_string(row) + ":" + std::to_string(column) + ":"
-            + (error ? std::string("error") : std::string(text)));
+            + (kind == SheetCellKind::Error       ? std::string("error")
+                    : kind == SheetCellKind::Text ? "text " + std::string(text)
+                                                  : std::string(text)));
     });
     EXPECT_EQ(
-        order, (std::vector<std::string> { "1:0:A1 again", "2:1:B2", "2:5:error", "3:0:A3" }));
+        order, (std::vector<std::string> { "1:0:A1 again", "2:1:B2", "2:5:error", "3:0:text A3" }));
 }
 
 TEST(SheetCells, ARepeatedRowStandsForEachOfItsRows)
 {
     SheetCells cells;
-    putText(cells, 1, 0, "Part Number");
-    putText(cells, 2, 0, "Same");
-    putText(cells, 2, 2, "5");
+    putValue(cells, 1, 0, "Part Number");
+    putValue(cells, 2, 0, "Same");
+    putValue(cells, 2, 2, "5");
     cells.repeatRow(2, 3);
-    putText(cells, 5, 0, "After");
+    putValue(cells, 5, 0, "After");
     cells.repeatRow(6, 1000); // an empty row repeated: nothing
     cells.finish();
     EXPECT_EQ(cells.rowCount(), 5);
@@ -308,10 +312,10 @@ TEST(SheetCells, ARepeatedRowStandsForEachOfItsRows)
     EXPECT_EQ(cells.cellText(0, 5), "After");
     EXPECT_EQ(cells.cellText(0, 6), "");
     int visited = 0;
-    cells.forEachCell([&](int, int, bool, std::string_view) { ++visited; });
+    cells.forEachCell([&](int, int, SheetCellKind, std::string_view) { ++visited; });
     EXPECT_EQ(visited, 1 + 3 * 2 + 1);
     SheetCells huge;
-    putText(huge, 1, 0, "x");
+    putValue(huge, 1, 0, "x");
     huge.repeatRow(1, 2000000000);
     huge.finish();
     EXPECT_EQ(huge.rowCount(), SheetCells::MaxRows);

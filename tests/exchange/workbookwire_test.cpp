@@ -129,6 +129,31 @@ TEST(WorkbookWire, ErrorCellsTravelAsErrorsWithoutText)
     EXPECT_FALSE(read->isError(18, 2));
 }
 
+// The program reads a text cell's digits as the user's locale does, so a text that could pass
+// for a number says it is text; other texts and values need not.
+TEST(WorkbookWire, ATextThatLooksLikeANumberTravelsAsText)
+{
+    SheetCells sheet;
+    setCell(sheet, 0, 1, QStringLiteral("1.25"));
+    sheet.putText(1, 1, sheet.addText("1.250"));
+    sheet.putText(1, 2, sheet.addText("Brass"));
+    sheet.putText(1, 3, sheet.addText("10003"));
+    sheet.putError(1, 4);
+    sheet.finish();
+    Decoder decoder;
+    ASSERT_EQ(decodeInPieces(decoder, encoded(sheet), { 2 }), Decoder::State::Read);
+    const std::unique_ptr<IWorkbook> read = decoder.takeWorkbook();
+    EXPECT_FALSE(read->isTextCell(0, 1)) << "a number";
+    EXPECT_TRUE(read->isTextCell(1, 1));
+    EXPECT_EQ(read->cellText(1, 1), QStringLiteral("1.250"));
+    EXPECT_FALSE(read->isTextCell(2, 1)) << "reads the same either way";
+    EXPECT_EQ(read->cellText(2, 1), QStringLiteral("Brass"));
+    EXPECT_TRUE(read->isTextCell(3, 1));
+    EXPECT_FALSE(read->isTextCell(4, 1));
+    EXPECT_TRUE(read->isError(4, 1));
+    EXPECT_FALSE(read->isTextCell(1, 2)) << "outside the sheet";
+}
+
 TEST(WorkbookWire, AnEmptySheetIsReadAsNoRows)
 {
     Decoder decoder;

@@ -17,13 +17,18 @@ are committed, so the tests need no LibreOffice; run it again after changing a s
                              times
   dates1904.fods   dates of a workbook that counts its days from 1904
       -> dates1904.xls, dates1904.xlsx, dates1904.ods (LibreOffice)
+  textnumbers.fods prices typed as text ("1.250") beside the same prices as numbers, and a
+                   formula whose result is such a text
+      -> textnumbers.xls, textnumbers.xlsx, textnumbers.ods (LibreOffice)
 
-Usage: make_workbooks.py  (needs soffice on the PATH; works in the folder of this script)
+Usage: make_workbooks.py [source ...]  (needs soffice on the PATH; works in the folder of this
+script; the sources named, without ".fods", or all of them)
 """
 import os
 import re
 import shutil
 import subprocess
+import sys
 import tempfile
 import xml.etree.ElementTree as ET
 import zipfile
@@ -127,19 +132,26 @@ def with_rows_repeated(name, data):
     return data[:first] + once + data[end:]
 
 
-def main():
+SOURCES = ('values', 'repeats', 'dates1904', 'textnumbers')
+
+
+def main(sources):
     with tempfile.TemporaryDirectory() as out:
-        for source in ('values', 'repeats', 'dates1904'):
+        for source in sources:
             for kind in ('xls', 'xlsx', 'ods'):
                 soffice(source + '.fods', kind, out)
                 shutil.copy(os.path.join(out, '%s.%s' % (source, kind)), HERE)
-        soffice('values.fods', QUOTED_TEXT, out)
-        shutil.copy(os.path.join(out, 'values.txt'), os.path.join(HERE, 'values-quoted.txt'))
-    rewrite_zip('values.xlsx', 'values-noref.xlsx', without_references)
-    rewrite_zip('values.xlsx', 'values-inline.xlsx',
-                with_inline_strings(shared_strings('values.xlsx')))
-    rewrite_zip('repeats.ods', 'repeats-rows.ods', with_rows_repeated)
+        if 'values' in sources:
+            soffice('values.fods', QUOTED_TEXT, out)
+            shutil.copy(os.path.join(out, 'values.txt'),
+                        os.path.join(HERE, 'values-quoted.txt'))
+    if 'values' in sources:
+        rewrite_zip('values.xlsx', 'values-noref.xlsx', without_references)
+        rewrite_zip('values.xlsx', 'values-inline.xlsx',
+                    with_inline_strings(shared_strings('values.xlsx')))
+    if 'repeats' in sources:
+        rewrite_zip('repeats.ods', 'repeats-rows.ods', with_rows_repeated)
 
 
 if __name__ == '__main__':
-    main()
+    main(sys.argv[1:] or SOURCES)

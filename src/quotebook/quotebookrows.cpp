@@ -236,7 +236,8 @@ std::optional<QuoteContent> readLines(
 QString haystack(const QuoteHeader &header, const Table &lines)
 {
     QStringList parts { QuoteNumbers::number(header.year, header.sequence),
-        header.customer.customer, header.customer.company };
+        header.customer.customer, header.customer.company, header.customer.email,
+        header.customer.reference };
     for (int row = 1; row <= lines.rowCount(); ++row) {
         const Cell &part = lines.get(row, QuoteLine::PartNumber);
         if (!part.isNull())

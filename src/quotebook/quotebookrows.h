@@ -49,8 +49,9 @@ bool writeLines(const StatementFor &statementFor, const QString &table, qint64 q
 std::optional<QuoteContent> readLines(QSqlDatabase &db, const QString &table, qint64 quoteId,
     QSqlError &error, int fields = QuoteLine::FieldCount);
 
-/// What the quote list's search looks in: the number, the customer, the company and every part
-/// number of the lines, case-folded and without accents (searchable), one per line of text.
+/// What the quote list's search looks in: the number, the customer, the company, the e-mail
+/// address, the reference and every part number of the lines, case-folded and without accents
+/// (searchable), one per line of text.
 QString haystack(const QuoteHeader &header, const Table &lines);
 /// Text as the search compares it: case-folded, its letters without their accents ("Jürgen"
 /// and "jurgen" alike), "ß" as "ss".

@@ -50,13 +50,14 @@ bool toVersion1(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return true;
 }
 
-/// What the search text of every saved quote needs of its header: id, number, customer and
-/// company.
+/// What the search text of every saved quote needs of its header: id, number, customer,
+/// company, e-mail address and reference.
 bool readHeaders(QSqlDatabase &db, std::vector<QuoteHeader> &headers, QSqlError &error)
 {
     QSqlQuery quotes(db);
     quotes.setForwardOnly(true);
-    if (!quotes.exec(QStringLiteral("SELECT id, year, sequence, customer, company FROM quotes"))) {
+    if (!quotes.exec(QStringLiteral(
+            "SELECT id, year, sequence, customer, company, email, reference FROM quotes"))) {
         error = quotes.lastError();
         return false;
     }
@@ -67,6 +68,8 @@ bool readHeaders(QSqlDatabase &db, std::vector<QuoteHeader> &headers, QSqlError 
         header.sequence = quotes.value(2).toInt();
         header.customer.customer = quotes.value(3).toString();
         header.customer.company = quotes.value(4).toString();
+        header.customer.email = quotes.value(5).toString();
+        header.customer.reference = quotes.value(6).toString();
         headers.push_back(header);
     }
     return true;
@@ -171,6 +174,13 @@ bool toVersion6(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return remakeSearchTexts(db, error);
 }
 
+/// Version 7: the search covers the customer's e-mail address and reference too; the search
+/// text is made anew.
+bool toVersion7(QSqlDatabase &db, const QLocale &, QSqlError &error)
+{
+    return remakeSearchTexts(db, error);
+}
+
 /// Version 5: the numbers a book gave out before this one replaced it (it was damaged), which
 /// this one does not give again.
 bool toVersion5(QSqlDatabase &db, const QLocale &, QSqlError &error)
@@ -187,7 +197,7 @@ using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;
 const std::vector<Step> &steps()
 {
     static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4, toVersion5,
-        toVersion6 };
+        toVersion6, toVersion7 };
     return all;
 }
 

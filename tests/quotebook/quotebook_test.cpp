@@ -168,13 +168,15 @@ TEST_F(QuoteBookTest, UpdatingAQuoteThatIsNotThereSaysSo)
     EXPECT_FALSE(book->load(99).has_value());
 }
 
-TEST_F(QuoteBookTest, TheListIsNewestFirstAndSearchesNumberCustomerCompanyAndPartNumber)
+TEST_F(QuoteBookTest, TheListIsNewestFirstAndSearchesNumberCustomerCompanyMailReferenceAndPart)
 {
     std::vector<SavedQuote> quotes { sampleQuote(QStringLiteral("ACME Plumbing"), May12, 2,
                                          QStringLiteral("BV")),
         sampleQuote(QStringLiteral("Bolt Brothers"), May12.addDays(1), 2, QStringLiteral("TAP")),
         sampleQuote(QStringLiteral("Cöln Ölwerke"), May12.addDays(-1), 2, QStringLiteral("PIPE")) };
     quotes[2].header.customer.company = QStringLiteral("Wasser GmbH");
+    quotes[1].header.customer.email = QStringLiteral("einkauf@bolt-brothers.example");
+    quotes[2].header.customer.reference = QStringLiteral("Order 4711/Köln");
     ASSERT_TRUE(book->saveNewQuotes(quotes));
     const QList<QuoteSummary> all = book->list();
     ASSERT_EQ(all.size(), 3);
@@ -202,7 +204,11 @@ TEST_F(QuoteBookTest, TheListIsNewestFirstAndSearchesNumberCustomerCompanyAndPar
     EXPECT_EQ(numbers(QStringLiteral("plumbing tap")), QStringList());
     EXPECT_EQ(numbers(QStringLiteral("2026")),
         (QStringList { "Q-2026-0002", "Q-2026-0001", "Q-2026-0003" }));
-    EXPECT_EQ(numbers(QStringLiteral("buyer@example.com")), QStringList()) << "not the e-mail";
+    EXPECT_EQ(numbers(QStringLiteral("buyer@example.com")),
+        (QStringList { "Q-2026-0001", "Q-2026-0003" }));
+    EXPECT_EQ(numbers(QStringLiteral("einkauf@bolt")), QStringList { "Q-2026-0002" });
+    EXPECT_EQ(numbers(QStringLiteral("4711/koln")), QStringList { "Q-2026-0003" });
+    EXPECT_EQ(numbers(QStringLiteral("order 4711 wasser")), QStringList { "Q-2026-0003" });
     EXPECT_EQ(numbers(QStringLiteral("' OR 1=1 --")), QStringList());
     // Without accents, as a keyboard without them types the name.
     EXPECT_EQ(numbers(QStringLiteral("coln olwerke")), QStringList { "Q-2026-0003" });

@@ -44,7 +44,8 @@ FrmQuotes::FrmQuotes(QuoteBook &book, IPrompts &prompts, const QLocale &locale, 
     setAccessibleDescription(objectName());
     setWindowTitle(tr("Quotes"));
     m_txtFind = quotesControl(new QLineEdit(this), "TxtFind");
-    m_txtFind->setPlaceholderText(tr("Number, customer, company or part number"));
+    m_txtFind->setPlaceholderText(
+        tr("Number, customer, company, e-mail, reference or part number"));
     m_txtFind->setClearButtonEnabled(true);
     auto *findLabel = new QLabel(tr("&Find:"), this);
     findLabel->setBuddy(m_txtFind);

@@ -243,7 +243,20 @@ QString haystack(const QuoteHeader &header, const Table &lines)
         if (!part.isNull())
             parts << conv::toText(part, QLocale::c());
     }
-    return searchable(parts.join(QLatin1Char('\n')));
+    QString text = searchable(parts.join(QLatin1Char('\n')));
+    // A keyboard without umlauts types "Müller" as "Mueller" as often as "Muller": the texts
+    // with "ä", "ö" or "ü" are kept once more with "ae", "oe" and "ue".
+    const QString folded =
+        parts.join(QLatin1Char('\n')).toCaseFolded().normalized(QString::NormalizationForm_C);
+    if (folded.contains(QChar(0x00E4)) || folded.contains(QChar(0x00F6))
+        || folded.contains(QChar(0x00FC))) {
+        QString spelt = folded;
+        spelt.replace(QChar(0x00E4), QLatin1String("ae"))
+            .replace(QChar(0x00F6), QLatin1String("oe"))
+            .replace(QChar(0x00FC), QLatin1String("ue"));
+        text += QLatin1Char('\n') + searchable(spelt);
+    }
+    return text;
 }
 
 namespace {

@@ -51,7 +51,8 @@ std::optional<QuoteContent> readLines(QSqlDatabase &db, const QString &table, qi
 
 /// What the quote list's search looks in: the number, the customer, the company, the e-mail
 /// address, the reference and every part number of the lines, case-folded and without accents
-/// (searchable), one per line of text.
+/// (searchable), one per line of text; where they hold "ä", "ö" or "ü", once more with "ae",
+/// "oe" and "ue" ("Müller" is found by "muller" and by "mueller").
 QString haystack(const QuoteHeader &header, const Table &lines);
 /// Text as the search compares it: case-folded, its letters without their accents ("Jürgen"
 /// and "jurgen" alike), "ß" as "ss".

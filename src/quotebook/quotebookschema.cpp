@@ -174,8 +174,8 @@ bool toVersion6(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return remakeSearchTexts(db, error);
 }
 
-/// Version 7: the search covers the customer's e-mail address and reference too; the search
-/// text is made anew.
+/// Version 7: the search covers the customer's e-mail address and reference too, and finds
+/// "Müller" by "mueller"; the search text is made anew.
 bool toVersion7(QSqlDatabase &db, const QLocale &, QSqlError &error)
 {
     return remakeSearchTexts(db, error);

@@ -212,6 +212,11 @@ TEST_F(QuoteBookTest, TheListIsNewestFirstAndSearchesNumberCustomerCompanyMailRe
     EXPECT_EQ(numbers(QStringLiteral("' OR 1=1 --")), QStringList());
     // Without accents, as a keyboard without them types the name.
     EXPECT_EQ(numbers(QStringLiteral("coln olwerke")), QStringList { "Q-2026-0003" });
+    EXPECT_EQ(numbers(QStringLiteral("coeln oelwerke")), QStringList { "Q-2026-0003" })
+        << "umlauts spelt out";
+    EXPECT_EQ(numbers(QStringLiteral("koeln")), QStringList { "Q-2026-0003" }) << "the reference";
+    EXPECT_EQ(numbers(QStringLiteral("coeln wasser")), QStringList { "Q-2026-0003" });
+    EXPECT_EQ(numbers(QStringLiteral("bolt brothers")), QStringList { "Q-2026-0002" });
     EXPECT_EQ(QuoteBookRows::searchable(QStringLiteral("Sanitärgroßhandel")),
         QStringLiteral("sanitargrosshandel"));
 }

@@ -1,5 +1,9 @@
 #include "quotebook/quotebookmessages.h"
 
+#include "catalogue/table.h"
+#include "core/conversions.h"
+#include "quotes/quoteline.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -78,6 +82,26 @@ QString otherPrices(int lines)
     // scripts that answer it look for these words.
     return QStringLiteral("%1 lines have other prices in today's catalogue. Update them?")
         .arg(lines);
+}
+
+QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale &locale)
+{
+    if (rows.size() == 1) {
+        return QStringLiteral("Line %1: \"%2\" is no longer in the catalogue; the line keeps "
+                              "the price it was saved with.")
+            .arg(rows.first())
+            .arg(conv::toText(quote.get(rows.first(), QuoteLine::PartNumber), locale));
+    }
+    constexpr qsizetype Named = 5;
+    QStringList named;
+    for (qsizetype i = 0; i < std::min(rows.size(), Named); ++i)
+        named << QString::number(rows[i]);
+    QString list = named.join(QStringLiteral(", "));
+    if (rows.size() > Named)
+        list += QStringLiteral(" and %1 more").arg(rows.size() - Named);
+    return QStringLiteral("Lines %1: their products are no longer in the catalogue; the lines "
+                          "keep the prices they were saved with.")
+        .arg(list);
 }
 
 QString saveFirst(const QuoteHeader &header)

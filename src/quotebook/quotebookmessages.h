@@ -2,12 +2,14 @@
 
 #include "quotebook/quotebook.h"
 
+#include <QList>
 #include <QLocale>
 #include <QString>
 
 namespace tarnwick {
 
 struct QuoteHeader;
+class Table;
 
 /// The texts the quote book's commands show, in one place so that tests assert them exactly.
 namespace QuoteBookMessages {
@@ -25,6 +27,9 @@ QString unavailable(const QString &why);
 
 /// "3 lines have other prices in today's catalogue. Update them?", the same words for one line.
 QString otherPrices(int lines);
+/// After "Quote … opened.": the lines (rows, 1-based, at least one) of products today's
+/// catalogue no longer holds, which keep the prices they were saved with.
+QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale &locale);
 /// Before the quote in hand is replaced (New, Open Quote): the question to save it first.
 QString saveFirst(const QuoteHeader &header);
 /// A quote past its last valid day about to go to the customer: send (or write as PDF) it as it

@@ -190,6 +190,32 @@ std::vector<PriceSource> sourcesOf(const Table &quote, const Table &catalogue, c
     return sources;
 }
 
+QList<int> linesWithoutProduct(const Table &quote, const Table &catalogue, const QLocale &locale)
+{
+    // The catalogue is read once, whatever the number of lines.
+    QSet<QString> wanted;
+    const int lines = std::min(QuoteLine::lineCount(quote), quote.rowCount());
+    for (int row = 1; row <= lines; ++row) {
+        if (const QString part = partNumberOf(quote, row, locale); !part.isEmpty())
+            wanted.insert(part);
+    }
+    QSet<QString> held;
+    for (int row = 1; row <= catalogue.rowCount() && held.size() < wanted.size(); ++row) {
+        const Cell &cell = catalogue.get(row, ProductRecord::PartNumber);
+        if (cell.isNull())
+            continue;
+        if (const QString part = conv::toText(cell, locale); wanted.contains(part))
+            held.insert(part);
+    }
+    QList<int> rows;
+    for (int row = 1; row <= lines; ++row) {
+        const QString part = partNumberOf(quote, row, locale);
+        if (!part.isEmpty() && !held.contains(part))
+            rows.append(row);
+    }
+    return rows;
+}
+
 QList<int> linesWithOtherPrices(const Table &quote, const std::vector<PriceSource> &sources,
     const Table &catalogue, const QLocale &locale)
 {

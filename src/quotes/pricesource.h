@@ -40,6 +40,11 @@ PriceSource infer(const Table &quote, int row, const Table &catalogue, const QLo
 std::vector<PriceSource> sourcesOf(const Table &quote, const Table &catalogue, const Table &known,
     const std::vector<PriceSource> &knownSources, const QLocale &locale);
 
+/// The rows (1-based) of the lines whose part number today's catalogue does not hold (its
+/// product was deleted or renumbered since the quote was saved), in order; lines without a
+/// part number are not among them.
+QList<int> linesWithoutProduct(const Table &quote, const Table &catalogue, const QLocale &locale);
+
 /// The rows (1-based) of the lines priced from the catalogue whose price is another in today's
 /// catalogue: for a line at its list price that list price, for a line at a price point the
 /// price its quantity gets (a new list price beside an unchanged price point is no other price).

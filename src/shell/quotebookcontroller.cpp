@@ -486,7 +486,14 @@ void QuoteBookController::openQuote()
     if (!replaceOnScreen(quote->content.lines, m_session->state(), QuoteSession::stateOf(*quote),
             QStringLiteral("Open Quote %1").arg(number), Titles::Open))
         return;
-    status(QStringLiteral("Quote %1 opened.").arg(number));
+    QString opened = QStringLiteral("Quote %1 opened.").arg(number);
+    const QList<int> gone = PriceSources::linesWithoutProduct(
+        m_module.QuoteTable(), m_module.Catalogue(), m_module.locale());
+    if (!gone.isEmpty()) {
+        opened += QLatin1Char(' ')
+            + QuoteBookMessages::withoutProduct(m_module.QuoteTable(), gone, m_module.locale());
+    }
+    status(opened);
     offerTodaysPrices(quote->content.sources);
 }
 

@@ -384,4 +384,18 @@ TEST(QuoteBookMessagesTest, OtherPricesAreCounted)
         QStringLiteral("1 lines have other prices in today's catalogue. Update them?"));
 }
 
+TEST(QuoteBookMessagesTest, LinesWithoutTheirProductsAreNamed)
+{
+    Table quote(8, QuoteLine::FieldCount);
+    for (int row = 1; row <= 8; ++row)
+        quote.put(row, QuoteLine::PartNumber, Cell(QStringLiteral("P-%1").arg(row)));
+    const QLocale english(QLocale::English, QLocale::UnitedStates);
+    EXPECT_EQ(QuoteBookMessages::withoutProduct(quote, { 3 }, english),
+        QStringLiteral("Line 3: \"P-3\" is no longer in the catalogue; the line keeps the price "
+                       "it was saved with."));
+    EXPECT_EQ(QuoteBookMessages::withoutProduct(quote, { 1, 2, 3, 4, 5, 6, 8 }, english),
+        QStringLiteral("Lines 1, 2, 3, 4, 5 and 2 more: their products are no longer in the "
+                       "catalogue; the lines keep the prices they were saved with."));
+}
+
 } // namespace

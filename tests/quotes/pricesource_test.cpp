@@ -55,6 +55,24 @@ TEST_F(PriceSourceTest, ATypedPriceIsTyped)
     EXPECT_EQ(source(row), PriceSource::Typed);
 }
 
+// A reopened quote's lines whose products the catalogue no longer holds, said once opened.
+TEST_F(PriceSourceTest, LinesOfProductsNoLongerInTheCatalogueAreFound)
+{
+    add(QStringLiteral("A-100"));
+    add(QStringLiteral("B-200"));
+    add(QStringLiteral("C-300"));
+    add(QStringLiteral("A-100"));
+    EXPECT_TRUE(PriceSources::linesWithoutProduct(quote, catalogue, locale).isEmpty());
+    for (int row = 1; row <= catalogue.rowCount(); ++row) {
+        if (catalogue.get(row, ProductRecord::PartNumber) == Cell("A-100"))
+            catalogue.put(row, ProductRecord::PartNumber, Cell("A-101"));
+    }
+    EXPECT_EQ(PriceSources::linesWithoutProduct(quote, catalogue, locale), (QList<int> { 1, 4 }));
+    catalogue.redimPreserve(0, catalogue.fieldCount());
+    EXPECT_EQ(
+        PriceSources::linesWithoutProduct(quote, catalogue, locale), (QList<int> { 1, 2, 3, 4 }));
+}
+
 TEST_F(PriceSourceTest, StoredNamesGoBothWays)
 {
     for (const PriceSource source : { PriceSource::ListPrice, PriceSource::PricePoint,

@@ -244,6 +244,34 @@ TEST_F(QuoteBookWindowTest, OpenQuoteBringsBackTheSavedPricesAndOffersTodays)
     EXPECT_TRUE(window->quoteBook().session()->isChanged());
 }
 
+TEST_F(QuoteBookWindowTest, OpenQuoteNamesTheLinesWhoseProductsAreGone)
+{
+    addToQuote(1); // B-200
+    addToQuote(0);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger();
+    const QStringList savedPrices = quoteColumn(2);
+    action("mnuFileNew")->trigger();
+
+    catalogue().put(1, ProductRecord::PartNumber, "A-101"); // A-100 is no more
+    bookDialogs->chooseNumber = QStringLiteral("Q-2026-0001 A");
+    fakes->prompts.clear();
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(quoteColumn(0), (QStringList { "B-200", "A-100" }));
+    EXPECT_EQ(quoteColumn(2), savedPrices) << "the line keeps its saved price";
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Quote Q-2026-0001 A opened. Line 2: \"A-100\" is no longer in the "
+                       "catalogue; the line keeps the price it was saved with."));
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+
+    catalogue().put(2, ProductRecord::PartNumber, "B-201");
+    action("mnuFileNew")->trigger();
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Quote Q-2026-0001 A opened. Lines 1, 2: their products are no longer in "
+                       "the catalogue; the lines keep the prices they were saved with."));
+}
+
 TEST_F(QuoteBookWindowTest, DigitsTypedAfterOpenQuoteGoToTheFirstLinesQuantity)
 {
     addToQuote(1);

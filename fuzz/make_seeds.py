@@ -127,6 +127,10 @@ def text_seeds(source, out):
           b'TWWBK02\n' + b'C' + struct.pack('<IBI', 1, 0, 1) + b'a' + b'X'
           + struct.pack('<IB', 1, 1) + b'C' + struct.pack('<IBI', 1, 2, 1) + b'b' + b'E'
           + struct.pack('<I', 1))
+    # A text that could pass for a number, said to be text, beside the number itself.
+    write(os.path.join(out, 'wire_decoder'), 'text-cell.wire',
+          b'TWWBK02\nN' + b'T' + struct.pack('<IBI', 1, 0, 5) + b'1.250' + b'C'
+          + struct.pack('<IBI', 1, 1, 4) + b'1.25' + b'E' + struct.pack('<I', 1))
     # Rows sent while reading, withdrawn once, then sent again in order.
     first = b'C' + struct.pack('<IBI', 1, 0, 1) + b'a' + b'C' + struct.pack('<IBI', 2, 0, 1) + b'b'
     write(os.path.join(out, 'wire_decoder'), 'withdrawn.wire',

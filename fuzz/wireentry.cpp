@@ -65,7 +65,10 @@ void compare(const Decoded &whole, const Decoded &pieces, QStringList &broken)
     for (int row = 0; row <= whole.rows + 1; ++row) {
         for (int column = -1; column <= WorkbookWire::Columns; ++column) {
             const QString text = whole.workbook->cellText(column, row);
-            if (text != pieces.workbook->cellText(column, row)) {
+            if (text != pieces.workbook->cellText(column, row)
+                || whole.workbook->isError(column, row) != pieces.workbook->isError(column, row)
+                || whole.workbook->isTextCell(column, row)
+                    != pieces.workbook->isTextCell(column, row)) {
                 broken << QStringLiteral("cell %1 of row %2 differs when fed in pieces")
                               .arg(column)
                               .arg(row);

@@ -205,9 +205,9 @@ bool CatalogueSort::changedRows() const
     return !m_order.empty() || m_rows != m_rowsBefore;
 }
 
-SortProducts::SortProducts(
-    EditHistory &history, const QString &text, const ProductView &before, int field)
-    : ProductStep(history, text, before, { 1, 0 }, true), m_field(field)
+SortProducts::SortProducts(EditHistory &history, const QString &text, const ProductView &before,
+    int field, CatalogueSort done)
+    : ProductStep(history, text, before, { 1, 0 }, true), m_field(field), m_sort(std::move(done))
 {
 }
 
@@ -215,13 +215,9 @@ void SortProducts::forward()
 {
     Module1 &data = module();
     m_sortedByPartBefore = data.SortedByPart;
-    history().runWork([&] {
-        if (m_sorted)
-            m_sort.redo(data.Catalogue());
-        else
-            m_sort.sort(data.Catalogue(), data.AllProducts().Count(), m_field, data.locale());
-    });
-    m_sorted = true;
+    if (!m_done)
+        history().runWork([&] { m_sort.redo(data.Catalogue()); });
+    m_done = false;
     data.SortedByPart = m_field == ProductRecord::PartNumber;
 }
 

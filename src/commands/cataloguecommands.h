@@ -174,11 +174,13 @@ private:
     std::vector<int> m_order;
 };
 
-/// A header click: the catalogue sorted on a field.
+/// A header click: the catalogue sorted on a field. It is made with the sort already done (the
+/// step's first redo finds it done), so a sort that moves nothing need not become a step.
 class SortProducts : public ProductStep
 {
 public:
-    SortProducts(EditHistory &history, const QString &text, const ProductView &before, int field);
+    SortProducts(EditHistory &history, const QString &text, const ProductView &before, int field,
+        CatalogueSort done);
     bool changesCatalogue() const override { return m_sort.changedRows(); }
 
 protected:
@@ -188,7 +190,8 @@ protected:
 private:
     int m_field;
     bool m_sortedByPartBefore = true;
-    bool m_sorted = false;
+    /// The catalogue is in the sort's order already: the first redo only records the step.
+    bool m_done = true;
     CatalogueSort m_sort;
 };
 

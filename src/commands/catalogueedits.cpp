@@ -206,18 +206,29 @@ bool deleteAll(EditHistory &history, const ProductView &view)
     return true;
 }
 
-void sort(EditHistory &history, const ProductView &view, int field)
+/// The catalogue sorted on field as a step named text. The sort is made before the step: one
+/// that moves no row is no step, so it costs no second sort and leaves Redo as it was.
+bool sortStep(EditHistory &history, const ProductView &view, int field, const QString &text)
 {
-    history.push(new SortProducts(
-        history, QStringLiteral("Sort by ") + P::fieldCaption(field), view, field));
+    Module1 &module = history.module();
+    CatalogueSort sorted;
+    history.runWork([&] {
+        sorted.sort(module.Catalogue(), module.AllProducts().Count(), field, module.locale());
+    });
+    if (!sorted.changedRows())
+        return false;
+    history.push(new SortProducts(history, text, view, field, std::move(sorted)));
+    return true;
+}
+
+bool sort(EditHistory &history, const ProductView &view, int field)
+{
+    return sortStep(history, view, field, QStringLiteral("Sort by ") + P::fieldCaption(field));
 }
 
 bool refresh(EditHistory &history, const ProductView &view)
 {
-    if (alreadySorted(history.module()))
-        return false;
-    history.push(new SortProducts(history, QStringLiteral("Refresh"), view, P::PartNumber));
-    return true;
+    return sortStep(history, view, P::PartNumber, QStringLiteral("Refresh"));
 }
 
 QString importText(int added, int changed)

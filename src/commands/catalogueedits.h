@@ -43,8 +43,9 @@ bool deleteProduct(EditHistory &history, const ProductView &view, int row);
 /// "Delete &All": removes every product when there is any.
 bool deleteAll(EditHistory &history, const ProductView &view);
 
-/// A header click: the grid's sort on field (ProductCommands::sortCatalogue).
-void sort(EditHistory &history, const ProductView &view, int field);
+/// A header click: the grid's sort on field (ProductCommands::sortCatalogue) as one step ("Sort
+/// by Product Name"); none, and false, when no row moves.
+bool sort(EditHistory &history, const ProductView &view, int field);
 
 /// View → Refresh: the catalogue sorted on the part number as one step named "Refresh"; none,
 /// and false, when it is already in that order.

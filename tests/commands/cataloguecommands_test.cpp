@@ -208,17 +208,19 @@ TEST_F(CatalogueCommandsTest, DeleteAllHoldsTheRowsItRemoved)
 TEST_F(CatalogueCommandsTest, ASortHoldsItsOrderAndPutsTheRowsBack)
 {
     module.SortedByPart = true;
-    CatalogueEdits::sort(history, { 3, 0 }, P::Price);
-    EXPECT_EQ(column(P::PartNumber), QStringList({ "A-100", "B-200", "C-300" }))
-        << "by list price: 1.25, 2.5, none";
-    CatalogueEdits::sort(history, { 1, 0 }, P::Includes);
+    EXPECT_TRUE(CatalogueEdits::sort(history, { 3, 0 }, P::Includes));
     EXPECT_EQ(column(P::PartNumber), QStringList({ "B-200", "C-300", "A-100" }));
     EXPECT_FALSE(module.SortedByPart);
     EXPECT_EQ(history.undoText(), QStringLiteral("Sort by Includes"));
+    EXPECT_TRUE(CatalogueEdits::sort(history, { 1, 0 }, P::Price));
+    EXPECT_EQ(column(P::PartNumber), QStringList({ "A-100", "B-200", "C-300" }))
+        << "by list price: 1.25, 2.5, none";
+    EXPECT_FALSE(module.SortedByPart);
+    EXPECT_EQ(history.undoText(), QStringLiteral("Sort by Price"));
     EXPECT_EQ(productChanges.back().view.row, 1);
     history.undo();
-    EXPECT_EQ(column(P::PartNumber), QStringList({ "A-100", "B-200", "C-300" }));
-    EXPECT_FALSE(module.SortedByPart) << "by list price";
+    EXPECT_EQ(column(P::PartNumber), QStringList({ "B-200", "C-300", "A-100" }));
+    EXPECT_FALSE(module.SortedByPart) << "by includes";
     EXPECT_EQ(productChanges.back().view.row, 1) << "where the grid stood before the sort";
     history.undo();
     EXPECT_TRUE(module.SortedByPart);
@@ -226,14 +228,25 @@ TEST_F(CatalogueCommandsTest, ASortHoldsItsOrderAndPutsTheRowsBack)
     EXPECT_EQ(fileBytes(), start);
     history.redo();
     history.redo();
+    EXPECT_EQ(column(P::PartNumber), QStringList({ "A-100", "B-200", "C-300" }));
+    history.undo();
     EXPECT_EQ(column(P::PartNumber), QStringList({ "B-200", "C-300", "A-100" }));
 }
 
-TEST_F(CatalogueCommandsTest, ASortThatMovesNothingLeavesTheCatalogueSaved)
+// A header click on a column the catalogue is already in the order of moves no row: it is no
+// step, so the catalogue stays saved and what Redo would bring back stays there.
+TEST_F(CatalogueCommandsTest, ASortThatMovesNothingIsNoStepAndKeepsRedo)
 {
-    CatalogueEdits::sort(history, { 1, 0 }, P::PartNumber);
-    EXPECT_TRUE(history.canUndo());
+    ASSERT_TRUE(CatalogueEdits::sort(history, { 1, 0 }, P::Includes));
+    history.undo();
+    ASSERT_TRUE(history.canRedo());
+    EXPECT_FALSE(CatalogueEdits::sort(history, { 1, 0 }, P::PartNumber));
+    EXPECT_FALSE(CatalogueEdits::sort(history, { 1, 0 }, P::Price)) << "1.25, 2.5, none";
+    EXPECT_FALSE(history.canUndo());
+    EXPECT_TRUE(history.canRedo());
+    EXPECT_EQ(history.redoText(), QStringLiteral("Sort by Includes"));
     EXPECT_TRUE(history.catalogueSaved());
+    EXPECT_EQ(fileBytes(), start);
 }
 
 TEST_F(CatalogueCommandsTest, RefreshSortsOnThePartNumberAsOneStepAndOnlyWhenNeeded)

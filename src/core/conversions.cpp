@@ -99,15 +99,42 @@ bool takeSign(QString &text, const QLocale &locale, bool &negative)
     return takePrefix(text, QStringLiteral("+")) || takePrefix(text, locale.positiveSign());
 }
 
-/// Strips the sign and currency marks around a number, at most one of each, in any order.
-/// Returns false when a second sign or symbol shows up.
+/// Takes the mark of a whole amount from the end: the decimal mark followed by dashes instead
+/// of the cents ("1.250,-" or "12,–" in German, "12.-" in English), as price lists write
+/// whole euros or francs. The digits before it stay; the dashes are no minus sign.
+bool takeWholeMark(QString &text, const QLocale &locale)
+{
+    const auto isDash = [](QChar c) {
+        return c == QLatin1Char('-') || c == QChar(0x2013) || c == QChar(0x2014);
+    };
+    qsizetype end = text.size();
+    while (end > 0 && isDash(text[end - 1]))
+        --end;
+    if (end == text.size() || end < 2 || !text[end - 2].isDigit())
+        return false;
+    const QString point = locale.decimalPoint();
+    if (QStringView(text).first(end).endsWith(point))
+        end -= point.size();
+    else if (text[end - 1] == QLatin1Char('.'))
+        --end;
+    else
+        return false;
+    text.truncate(end);
+    return true;
+}
+
+/// Strips the sign and currency marks around a number, at most one of each, in any order, and
+/// the mark of a whole amount. Returns false when a second sign or symbol shows up.
 bool stripMarks(QString &text, const QLocale &locale, bool &negative)
 {
     const QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
     bool hasSign = false;
     bool hasSymbol = false;
+    bool hasWholeMark = false;
     for (bool changed = true; changed;) {
         changed = false;
+        if (!hasWholeMark && takeWholeMark(text, locale))
+            hasWholeMark = changed = true;
         bool signNegative = false;
         if (takeSign(text, locale, signNegative)) {
             if (hasSign)

@@ -88,7 +88,7 @@ QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale
 {
     if (rows.size() == 1) {
         return QStringLiteral("Line %1: \"%2\" is no longer in the catalogue; the line keeps "
-                              "the price it was saved with.")
+                              "the price it was saved with until its quantity is changed.")
             .arg(rows.first())
             .arg(conv::toText(quote.get(rows.first(), QuoteLine::PartNumber), locale));
     }
@@ -100,7 +100,8 @@ QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale
     if (rows.size() > Named)
         list += QStringLiteral(" and %1 more").arg(rows.size() - Named);
     return QStringLiteral("Lines %1: their products are no longer in the catalogue; the lines "
-                          "keep the prices they were saved with.")
+                          "keep the prices they were saved with until their quantities are "
+                          "changed.")
         .arg(list);
 }
 

@@ -28,7 +28,8 @@ QString unavailable(const QString &why);
 /// "3 lines have other prices in today's catalogue. Update them?", the same words for one line.
 QString otherPrices(int lines);
 /// After "Quote … opened.": the lines (rows, 1-based, at least one) of products today's
-/// catalogue no longer holds, which keep the prices they were saved with.
+/// catalogue no longer holds, which keep the prices they were saved with until a quantity typed
+/// there prices them from the catalogue (at 0).
 QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale &locale);
 /// Before the quote in hand is replaced (New, Open Quote): the question to save it first.
 QString saveFirst(const QuoteHeader &header);

@@ -190,7 +190,8 @@ std::vector<PriceSource> sourcesOf(const Table &quote, const Table &catalogue, c
     return sources;
 }
 
-QList<int> linesWithoutProduct(const Table &quote, const Table &catalogue, const QLocale &locale)
+QList<int> pricedLinesWithoutProduct(
+    const Table &quote, const Table &catalogue, const QLocale &locale)
 {
     // The catalogue is read once, whatever the number of lines.
     QSet<QString> wanted;
@@ -210,7 +211,8 @@ QList<int> linesWithoutProduct(const Table &quote, const Table &catalogue, const
     QList<int> rows;
     for (int row = 1; row <= lines; ++row) {
         const QString part = partNumberOf(quote, row, locale);
-        if (!part.isEmpty() && !held.contains(part))
+        const auto unit = numberIn(quote.get(row, QuoteLine::UnitPrice), locale);
+        if (!part.isEmpty() && !held.contains(part) && unit && *unit != 0)
             rows.append(row);
     }
     return rows;

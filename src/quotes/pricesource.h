@@ -41,9 +41,11 @@ std::vector<PriceSource> sourcesOf(const Table &quote, const Table &catalogue, c
     const std::vector<PriceSource> &knownSources, const QLocale &locale);
 
 /// The rows (1-based) of the lines whose part number today's catalogue does not hold (its
-/// product was deleted or renumbered since the quote was saved), in order; lines without a
-/// part number are not among them.
-QList<int> linesWithoutProduct(const Table &quote, const Table &catalogue, const QLocale &locale);
+/// product was deleted or renumbered since the quote was saved) and that still charge a price,
+/// in order. Lines without a part number are not among them, nor lines at 0, which
+/// QuoteList::unreadNotice names.
+QList<int> pricedLinesWithoutProduct(
+    const Table &quote, const Table &catalogue, const QLocale &locale);
 
 /// The rows (1-based) of the lines priced from the catalogue whose price is another in today's
 /// catalogue: for a line at its list price that list price, for a line at a price point the

@@ -487,7 +487,7 @@ void QuoteBookController::openQuote()
             QStringLiteral("Open Quote %1").arg(number), Titles::Open))
         return;
     QString opened = QStringLiteral("Quote %1 opened.").arg(number);
-    const QList<int> gone = PriceSources::linesWithoutProduct(
+    const QList<int> gone = PriceSources::pricedLinesWithoutProduct(
         m_module.QuoteTable(), m_module.Catalogue(), m_module.locale());
     if (!gone.isEmpty()) {
         opened += QLatin1Char(' ')

@@ -107,6 +107,25 @@ TEST(ParseNumberTest, ReadsTheGermanForm)
     EXPECT_EQ(conv::parseNumber(QStringLiteral("1,5E+03"), deDE()), 1500.0);
 }
 
+// Price lists write a whole amount with dashes in place of the cents: "1.250,-" is twelve
+// hundred and fifty euros, not a negative number.
+TEST(ParseNumberTest, DashesInPlaceOfTheCentsMarkAWholeAmount)
+{
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1.250,-"), deDE()), 1250.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("12,\u2013"), deDE()), 12.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("12,--"), deDE()), 12.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1.250,- \u20ac"), deDE()), 1250.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("\u20ac 99,\u2014"), deDE()), 99.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("-12,-"), deDE()), -12.0) << "a sign of its own";
+    EXPECT_EQ(parseUs(QStringLiteral("12.-")), 12.0);
+    EXPECT_EQ(parseUs(QStringLiteral("$1,250.-")), 1250.0);
+    // A minus after the digits is still a minus.
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("12-"), deDE()), -12.0);
+    EXPECT_EQ(parseUs(QStringLiteral("12-")), -12.0);
+    for (const char *text : { ",-", "-,-", "12,-,-", "abc,-" })
+        EXPECT_FALSE(conv::parseNumber(QString::fromUtf8(text), deDE()).has_value()) << text;
+}
+
 TEST(ParseNumberTest, ReadsTheFrenchFormWithNarrowAndPlainSpaces)
 {
     EXPECT_EQ(conv::parseNumber(QStringLiteral("1\u202f234,50\u00a0\u20ac"), frFR()), 1234.5);

@@ -392,10 +392,11 @@ TEST(QuoteBookMessagesTest, LinesWithoutTheirProductsAreNamed)
     const QLocale english(QLocale::English, QLocale::UnitedStates);
     EXPECT_EQ(QuoteBookMessages::withoutProduct(quote, { 3 }, english),
         QStringLiteral("Line 3: \"P-3\" is no longer in the catalogue; the line keeps the price "
-                       "it was saved with."));
+                       "it was saved with until its quantity is changed."));
     EXPECT_EQ(QuoteBookMessages::withoutProduct(quote, { 1, 2, 3, 4, 5, 6, 8 }, english),
         QStringLiteral("Lines 1, 2, 3, 4, 5 and 2 more: their products are no longer in the "
-                       "catalogue; the lines keep the prices they were saved with."));
+                       "catalogue; the lines keep the prices they were saved with until their "
+                       "quantities are changed."));
 }
 
 } // namespace

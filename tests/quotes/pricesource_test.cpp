@@ -62,15 +62,21 @@ TEST_F(PriceSourceTest, LinesOfProductsNoLongerInTheCatalogueAreFound)
     add(QStringLiteral("B-200"));
     add(QStringLiteral("C-300"));
     add(QStringLiteral("A-100"));
-    EXPECT_TRUE(PriceSources::linesWithoutProduct(quote, catalogue, locale).isEmpty());
+    EXPECT_TRUE(PriceSources::pricedLinesWithoutProduct(quote, catalogue, locale).isEmpty());
     for (int row = 1; row <= catalogue.rowCount(); ++row) {
         if (catalogue.get(row, ProductRecord::PartNumber) == Cell("A-100"))
             catalogue.put(row, ProductRecord::PartNumber, Cell("A-101"));
     }
-    EXPECT_EQ(PriceSources::linesWithoutProduct(quote, catalogue, locale), (QList<int> { 1, 4 }));
-    catalogue.redimPreserve(0, catalogue.fieldCount());
     EXPECT_EQ(
-        PriceSources::linesWithoutProduct(quote, catalogue, locale), (QList<int> { 1, 2, 3, 4 }));
+        PriceSources::pricedLinesWithoutProduct(quote, catalogue, locale), (QList<int> { 1, 4 }));
+    catalogue.redimPreserve(0, catalogue.fieldCount());
+    EXPECT_EQ(PriceSources::pricedLinesWithoutProduct(quote, catalogue, locale),
+        (QList<int> { 1, 2, 3, 4 }));
+    // A quantity typed on a line whose product is gone prices it at 0, which another notice
+    // names: the line keeps no price of its own any more.
+    typeQuantity(2, QStringLiteral("7"));
+    EXPECT_EQ(PriceSources::pricedLinesWithoutProduct(quote, catalogue, locale),
+        (QList<int> { 1, 3, 4 }));
 }
 
 TEST_F(PriceSourceTest, StoredNamesGoBothWays)

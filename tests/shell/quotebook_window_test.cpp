@@ -261,15 +261,30 @@ TEST_F(QuoteBookWindowTest, OpenQuoteNamesTheLinesWhoseProductsAreGone)
     EXPECT_EQ(quoteColumn(2), savedPrices) << "the line keeps its saved price";
     EXPECT_EQ(window->ui().sbPanel1->text(),
         QStringLiteral("Quote Q-2026-0001 A opened. Line 2: \"A-100\" is no longer in the "
-                       "catalogue; the line keeps the price it was saved with."));
+                       "catalogue; the line keeps the price it was saved with until its quantity "
+                       "is changed."));
     EXPECT_TRUE(fakes->prompts.shown().empty());
 
+    // A quantity typed there prices the line from the catalogue, at nothing: the line is no
+    // longer one that keeps its price, and the notice of such lines names it instead.
+    editGridCell(window->ui().GrdQuote, 1, QuoteGridColumn::Quantity, QStringLiteral("3"));
+    EXPECT_EQ(quoteColumn(2).value(1), QStringLiteral("$0.00"));
+    action("mnuQuoteSave")->trigger();
+    action("mnuFileNew")->trigger();
+    action("mnuQuoteOpen")->trigger();
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Quote Q-2026-0001 A opened. Line 2: \"A-100\" is not in the catalogue; "
+                       "the line is charged $0.00 until a price is typed."));
+
     catalogue().put(2, ProductRecord::PartNumber, "B-201");
+    editGridCell(window->ui().GrdQuote, 1, QuoteGridColumn::Price, QStringLiteral("9"));
+    action("mnuQuoteSave")->trigger();
     action("mnuFileNew")->trigger();
     action("mnuQuoteOpen")->trigger();
     EXPECT_EQ(window->ui().sbPanel1->text(),
         QStringLiteral("Quote Q-2026-0001 A opened. Lines 1, 2: their products are no longer in "
-                       "the catalogue; the lines keep the prices they were saved with."));
+                       "the catalogue; the lines keep the prices they were saved with until "
+                       "their quantities are changed."));
 }
 
 TEST_F(QuoteBookWindowTest, DigitsTypedAfterOpenQuoteGoToTheFirstLinesQuantity)

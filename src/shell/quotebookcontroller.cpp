@@ -205,10 +205,22 @@ void QuoteBookController::restoreInHand()
     const auto lines = m_session->restore();
     if (!lines)
         return;
-    if (m_quote.replaceLines(*lines))
-        m_session->markKept(); // the book holds these lines already
-    else
+    if (!m_quote.replaceLines(*lines)) {
         m_session->startNew();
+        return;
+    }
+    m_session->markKept(); // the book holds these lines already
+    if (const QString gone = linesWithoutProduct(); !gone.isEmpty())
+        status(gone);
+}
+
+QString QuoteBookController::linesWithoutProduct() const
+{
+    const QList<int> rows = PriceSources::pricedLinesWithoutProduct(
+        m_module.QuoteTable(), m_module.Catalogue(), m_module.locale());
+    return rows.isEmpty()
+        ? QString()
+        : QuoteBookMessages::withoutProduct(m_module.QuoteTable(), rows, m_module.locale());
 }
 
 void QuoteBookController::sessionEnding()
@@ -487,12 +499,8 @@ void QuoteBookController::openQuote()
             QStringLiteral("Open Quote %1").arg(number), Titles::Open))
         return;
     QString opened = QStringLiteral("Quote %1 opened.").arg(number);
-    const QList<int> gone = PriceSources::pricedLinesWithoutProduct(
-        m_module.QuoteTable(), m_module.Catalogue(), m_module.locale());
-    if (!gone.isEmpty()) {
-        opened += QLatin1Char(' ')
-            + QuoteBookMessages::withoutProduct(m_module.QuoteTable(), gone, m_module.locale());
-    }
+    if (const QString gone = linesWithoutProduct(); !gone.isEmpty())
+        opened += QLatin1Char(' ') + gone;
     status(opened);
     offerTodaysPrices(quote->content.sources);
 }

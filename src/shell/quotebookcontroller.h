@@ -120,6 +120,9 @@ private:
     /// agrees (one more step).
     void offerTodaysPrices(const std::vector<PriceSource> &sources);
     void restoreInHand();
+    /// What the status bar says of the quote's lines whose products the catalogue no longer
+    /// holds and that keep their prices (QuoteBookMessages::withoutProduct); empty for none.
+    QString linesWithoutProduct() const;
     /// Keeps the quote in hand with what is being typed; what a close would lose when the book
     /// cannot take it (empty when it is kept, or there is nothing to keep).
     QString keepForClose();

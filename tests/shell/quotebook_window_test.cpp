@@ -142,6 +142,20 @@ TEST_F(QuoteBookWindowTest, AQuoteBroughtBackWithAQuantityThatIsNoNumberSaysSo)
                        "until a whole number is typed."));
 }
 
+// So does one whose product has gone from the catalogue meanwhile.
+TEST_F(QuoteBookWindowTest, AQuoteBroughtBackWithAProductNoLongerThereSaysSo)
+{
+    addToQuote(1); // B-200
+    addToQuote(0);
+    const QStringList prices = quoteColumn(2);
+    catalogue().put(2, ProductRecord::PartNumber, "B-201");
+    closeAndStart();
+    EXPECT_EQ(quoteColumn(2), prices);
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Line 1: \"B-200\" is no longer in the catalogue; the line keeps the price "
+                       "it was saved with until its quantity is changed."));
+}
+
 TEST_F(QuoteBookWindowTest, NoQuoteBookIsMadeUntilThereIsAQuoteToKeep)
 {
     EXPECT_FALSE(folder.exists(QStringLiteral("quotes.db")));

@@ -55,13 +55,23 @@ bool QuoteSession::isChanged() const
 
 std::vector<PriceSource> QuoteSession::sources() const
 {
+    return sourcesOf(m_quote);
+}
+
+std::vector<PriceSource> QuoteSession::sourcesOf(const Table &quote) const
+{
     // Lines as they were last kept keep their sources; only new or changed lines are looked
     // up in the catalogue.
     auto sources =
-        PriceSources::sourcesOf(m_quote, m_catalogue, m_known.lines, m_known.sources, m_locale);
-    m_known.lines = QuoteList::linesOf(m_quote);
+        PriceSources::sourcesOf(quote, m_catalogue, m_known.lines, m_known.sources, m_locale);
+    m_known.lines = QuoteList::linesOf(quote);
     m_known.sources = sources;
     return sources;
+}
+
+std::optional<QuoteSession::Typing> QuoteSession::typing() const
+{
+    return m_typingReader ? m_typingReader() : std::nullopt;
 }
 
 SavedQuote QuoteSession::record(const QuoteTexts &texts) const
@@ -249,11 +259,13 @@ bool QuoteSession::keepNow()
         // to hold the quote on screen.
         m_keptQuoteId = KeptNone;
     }
-    if (keptAsItIs())
+    const std::optional<Typing> typed = typing();
+    const std::size_t digest = typed ? typed->digest : 0;
+    if (keptAsItIs(digest))
         return true;
     QuoteBook::InHand inHand;
     inHand.quoteId = m_header.id;
-    inHand.content.sources = sources();
+    inHand.content.sources = typed ? sourcesOf(typed->lines) : sources();
     inHand.content.lines = m_known.lines;
     if (!m_book.keepInHand(inHand)) {
         Q_EMIT keepFailed(m_book.errorString());
@@ -261,19 +273,22 @@ bool QuoteSession::keepNow()
     }
     m_keptGeneration = m_quote.generation();
     m_keptQuoteId = m_header.id;
+    m_keptTyping = digest;
     Q_EMIT kept();
     return true;
 }
 
-bool QuoteSession::keptAsItIs() const
+bool QuoteSession::keptAsItIs(std::size_t typing) const
 {
-    return m_quote.generation() == m_keptGeneration && m_header.id == m_keptQuoteId;
+    return m_quote.generation() == m_keptGeneration && m_header.id == m_keptQuoteId
+        && typing == m_keptTyping;
 }
 
 void QuoteSession::markKept()
 {
     m_keptGeneration = m_quote.generation();
     m_keptQuoteId = m_header.id;
+    m_keptTyping = 0;
 }
 
 void QuoteSession::startKeeping(int intervalMs)
@@ -285,8 +300,11 @@ void QuoteSession::startKeeping(int intervalMs)
 void QuoteSession::keepInBackground()
 {
     // Most ticks find nothing to keep, and need no word with the book.
-    if (m_book.isOpen() && keptAsItIs() && !m_book.needsReopening())
-        return;
+    if (m_book.isOpen() && !m_book.needsReopening()) {
+        const std::optional<Typing> typed = typing();
+        if (keptAsItIs(typed ? typed->digest : 0))
+            return;
+    }
     // The window never waits long for a book another program holds: the keep tries briefly,
     // and after a failure less and less often (up to every MaxRetryMs) until it works again.
     m_book.setBusyWait(BackgroundBusyWaitMs);

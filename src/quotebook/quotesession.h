@@ -1,5 +1,6 @@
 #pragma once
 
+#include "catalogue/table.h"
 #include "quotebook/quotebook.h"
 #include "quotebook/quoterecord.h"
 #include "quotes/quotenote.h"
@@ -125,6 +126,20 @@ public:
 
     /// How each line's unit price came about, for the lines as they are now.
     std::vector<PriceSource> sources() const;
+
+    /// A cell of the quote still being typed into: the lines as storing it would leave them,
+    /// and a digest of the typing that tells one from another.
+    struct Typing
+    {
+        Table lines;
+        std::size_t digest = 0;
+    };
+    /// Reads the typing in the quote's grid, if any. The quote is kept with it, as a close
+    /// would store it, so a crash or a kill does not lose what was typed but not yet entered.
+    void setTypingReader(std::function<std::optional<Typing>()> reader)
+    {
+        m_typingReader = std::move(reader);
+    }
     /// The quote as it would be saved now: the header in hand with the lines and texts given.
     SavedQuote record(const QuoteTexts &texts) const;
 
@@ -142,8 +157,11 @@ Q_SIGNALS:
     void keepFailed(const QString &detail);
 
 private:
-    /// The book holds the quote in hand as it is now.
-    bool keptAsItIs() const;
+    /// The book holds the quote in hand as it is now, with the typing of that digest (0: none).
+    bool keptAsItIs(std::size_t typing) const;
+    std::optional<Typing> typing() const;
+    /// The price sources of the lines of quote, which are taken as the lines last kept.
+    std::vector<PriceSource> sourcesOf(const Table &quote) const;
     bool saveAsNew(SavedQuote &quote);
     void takeOver(const SavedQuote &quote);
 
@@ -160,6 +178,9 @@ private:
     /// The id of the quote kept in hand; KeptNone when the book is not known to hold any.
     static constexpr qint64 KeptNone = -2;
     qint64 m_keptQuoteId = -1;
+    /// The digest of the typing kept with the quote; 0 for none.
+    std::size_t m_keptTyping = 0;
+    std::function<std::optional<Typing>()> m_typingReader;
     QTimer m_timer;
     int m_interval = 500; ///< the keep timer's interval while keeping works
     std::function<bool()> m_opener;

@@ -109,6 +109,21 @@ Qt::ItemFlags QuoteGridModel::flags(const QModelIndex &index) const
     return flags;
 }
 
+std::optional<Table> QuoteGridModel::linesWithTyping(
+    const QModelIndex &index, const QString &typed) const
+{
+    if (!index.isValid() || !(flags(index) & Qt::ItemIsEditable)
+        || typed == data(index, Qt::EditRole).toString())
+        return std::nullopt;
+    const int row = quoteRowOf(index.row());
+    const QString text =
+        index.column() == QuoteGridColumn::Price ? stored::asTyped(typed, m_locale) : typed;
+    Table lines = m_quote;
+    lines.put(row, index.column() + 1, text);
+    QuoteList::repriceLine(lines, m_catalogue, row, index.column(), m_locale);
+    return lines;
+}
+
 bool QuoteGridModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     if (role != Qt::EditRole || !(flags(index) & Qt::ItemIsEditable))

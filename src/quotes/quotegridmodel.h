@@ -4,6 +4,7 @@
 #include <QLocale>
 
 #include <functional>
+#include <optional>
 
 namespace tarnwick {
 
@@ -37,6 +38,11 @@ public:
 
     /// The quote row of a grid row.
     static int quoteRowOf(int gridRow) { return gridRow + 1; }
+
+    /// The quote's lines as storing typed into the cell at index would leave them, re-priced as
+    /// setData stores it; none when typed is what the cell holds (storing it changes nothing)
+    /// or the cell takes no typing.
+    std::optional<Table> linesWithTyping(const QModelIndex &index, const QString &typed) const;
 
     /// Re-reads the table after lines were added, removed, discounted or reset.
     void reload();

@@ -106,6 +106,12 @@ bool DocumentsController::settleQuoteNote(const QString &title)
     return true;
 }
 
+void DocumentsController::keepQuoteNoteTyping()
+{
+    if (m_quoteNote && m_quoteNote->isVisible() && m_quoteNote->hasTyping())
+        m_quoteNote->saveTexts(FrmQuoteNote::Report::Quietly);
+}
+
 FrmQuoteNote *DocumentsController::quoteNoteWindow() const
 {
     return m_quoteNote.data();

@@ -40,6 +40,10 @@ public:
     /// Quote Note window and not saved yet is for the quote on screen, so the user saves it now
     /// (Yes), drops it (No) or stays (Cancel, false). True at once when nothing is typed there.
     bool settleQuoteNote(const QString &title);
+    /// A close from outside (a log-out, a shut-down), which waits for no answer: typing left in
+    /// Quote Note is saved for the quote on screen, as Yes would, without a box; when it cannot
+    /// be saved, the close goes on without it.
+    void keepQuoteNoteTyping();
     /// "Print" → "Setup" and "Print Price List".
     void previewPriceList();
     void printPriceList();

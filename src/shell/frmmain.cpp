@@ -328,9 +328,12 @@ bool frmMain::Form_Unload()
     m_grid->storePendingEdit();
     m_quote->storePendingEdit();
     // Typing left in Quote Note belongs to the quote on screen, which the book keeps for the
-    // next run: the user saves it with that quote, drops it, or stays.
-    if (!m_documents->settleQuoteNote(tr("Quote Note")) || !m_book->readyToClose()
-        || !m_catalogue.saveBeforeClose())
+    // next run: the user saves it with that quote, drops it, or stays. A log-out asks nothing.
+    if (m_closeFromOutside)
+        m_documents->keepQuoteNoteTyping();
+    else if (!m_documents->settleQuoteNote(tr("Quote Note")))
+        return false;
+    if (!m_book->readyToClose() || !m_catalogue.saveBeforeClose())
         return false;
     m_book->shutDown();
     const QList<QWidget *> others = findChildren<QWidget *>(Qt::FindDirectChildrenOnly);

@@ -111,13 +111,14 @@ QuoteTexts FrmQuoteNote::typedTexts() const
     return { m_txttop->toPlainText(), m_txtbottom->toPlainText() };
 }
 
-bool FrmQuoteNote::saveTexts()
+bool FrmQuoteNote::saveTexts(Report report)
 {
     const FileWriteResult saved =
         QuoteNote::saveNotes(m_appFolder, m_txttop->toPlainText(), m_txtbottom->toPlainText());
     if (!saved) {
         // The window stays open, so the user's text is not lost.
-        m_prompts.msgBox(saveFailedText(saved.reason), MsgStyle::Exclamation, SaveFailedTitle);
+        if (report == Report::Failure)
+            m_prompts.msgBox(saveFailedText(saved.reason), MsgStyle::Exclamation, SaveFailedTitle);
         return false;
     }
     m_txttop->document()->setModified(false);

@@ -40,7 +40,9 @@ public:
     bool hasTyping() const;
     /// Saves the texts as OK does, leaving the window open; false (and said why) when they
     /// could not be saved.
-    bool saveTexts();
+    enum class Report { Failure, Quietly };
+    /// Saves the heading and ending typed; a failure is reported in a box unless Quietly.
+    bool saveTexts(Report report = Report::Failure);
     /// Shows the texts of the files again, what was typed since thrown away.
     void dropTyping() { showTexts(); }
     /// The heading and ending as the window shows them, typing included.

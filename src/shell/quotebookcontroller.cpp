@@ -64,6 +64,7 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
       m_today([] { return QDate::currentDate(); })
 {
     connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
+    m_session->setTypingReader([this] { return m_quote.typing(); });
     // Left open overnight, the frame keeps up with the day.
     m_midnight.setSingleShot(true);
     m_midnight.setTimerType(Qt::VeryCoarseTimer);

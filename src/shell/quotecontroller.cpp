@@ -100,6 +100,20 @@ void QuoteController::storePendingEdit()
     m_ui.GrdQuote->commitPendingEdit();
 }
 
+std::optional<QuoteSession::Typing> QuoteController::typing() const
+{
+    const auto *editor = qobject_cast<const QLineEdit *>(m_ui.GrdQuote->openEditor());
+    if (editor == nullptr)
+        return std::nullopt;
+    const QModelIndex at = m_ui.GrdQuote->currentIndex();
+    std::optional<Table> lines = m_model->linesWithTyping(at, editor->text());
+    if (!lines)
+        return std::nullopt;
+    // Never 0, which stands for no typing.
+    const std::size_t digest = qHashMulti(1, at.row(), at.column(), editor->text()) | 1U;
+    return QuoteSession::Typing { std::move(*lines), digest };
+}
+
 void QuoteController::moveToRow(int gridRow, int column)
 {
     if (gridRow >= 0 && gridRow < m_model->rowCount())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/edithistory.h"
+#include "quotebook/quotesession.h"
 
 #include <QObject>
 #include <QPoint>
@@ -77,6 +78,10 @@ public:
     QuoteView currentView() const;
     /// Stores an open cell editor of the quote grid (before an undo or a redo).
     void storePendingEdit();
+    /// What is being typed into a cell of the quote grid and not stored yet, with the lines as
+    /// storing it would leave them; none when no cell is being typed into or the typing would
+    /// change nothing.
+    std::optional<QuoteSession::Typing> typing() const;
     /// View → Refresh: stores an open cell editor, reads the quote table into the grid again,
     /// the same cell current, and recomputes the totals.
     void redraw();

@@ -4,6 +4,7 @@
 #include "quotebookfixture.h"
 
 #include "catalogue/productrecord.h"
+#include "core/conversions.h"
 #include "quotebook/quotesession.h"
 #include "quotes/quotegridmodel.h"
 #include "quotes/quoteline.h"
@@ -309,6 +310,40 @@ TEST_F(QuoteSessionTest, ABookAnotherProgramHoldsIsTriedLessOftenUntilItIsFree)
     EXPECT_EQ(session->keepInterval(), 500) << "back to its pace once the book is free";
     session->stopKeeping();
     EXPECT_EQ(book->inHand()->content.lines.get(1, QuoteLine::PartNumber), Cell("PIPE-3"));
+}
+
+// A quantity typed into the grid and not entered yet is kept as storing it would leave the
+// quote, so a crash or a kill keeps it, as it keeps the product grid's typing.
+TEST_F(QuoteSessionTest, TheQuoteIsKeptWithTheTypingNotEnteredYet)
+{
+    add(1, QStringLiteral("2"));
+    ASSERT_TRUE(session->keepNow());
+    std::optional<QuoteSession::Typing> typing;
+    session->setTypingReader([&] { return typing; });
+    Table typed = quote;
+    typed.put(1, QuoteLine::Quantity, QStringLiteral("12"));
+    QuoteList::repriceLine(typed, catalogue, 1, QuoteGridColumn::Quantity, locale);
+    typing = QuoteSession::Typing { typed, 7 };
+    QSignalSpy kept(session.get(), &QuoteSession::kept);
+    ASSERT_TRUE(session->keepNow());
+    EXPECT_EQ(kept.count(), 1);
+    const auto inHand = book->inHand();
+    ASSERT_TRUE(inHand.has_value());
+    EXPECT_EQ(inHand->content.lines.get(1, QuoteLine::Quantity), Cell(qint32(12)));
+    EXPECT_EQ(
+        conv::toDouble(inHand->content.lines.get(1, QuoteLine::UnitPrice), locale), double(10.95f))
+        << "priced at the break, as storing the quantity prices it";
+    EXPECT_EQ(conv::toText(quote.get(1, QuoteLine::Quantity), locale), QStringLiteral("2"))
+        << "the quote itself is left as it is";
+    ASSERT_TRUE(session->keepNow());
+    EXPECT_EQ(kept.count(), 1) << "the same typing: nothing written";
+
+    // The typing dropped (Escape): the book holds the quote as it is again.
+    typing.reset();
+    ASSERT_TRUE(session->keepNow());
+    EXPECT_EQ(kept.count(), 2);
+    EXPECT_EQ(conv::toText(book->inHand()->content.lines.get(1, QuoteLine::Quantity), locale),
+        QStringLiteral("2"));
 }
 
 TEST_F(QuoteSessionTest, AQuoteBroughtBackIsNotWrittenAgainUntilItChanges)

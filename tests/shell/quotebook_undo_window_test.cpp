@@ -426,6 +426,24 @@ TEST_F(QuoteBookUndoWindowTest, ClosingWithTypingLeftInQuoteNoteAsksFirst)
     EXPECT_EQ(QuoteLine::lineCount(module->QuoteTable()), 1) << "the quote it was typed for";
 }
 
+// A log-out or a shut-down (a termination signal) waits for no answer: the typing is kept for
+// the quote on screen, as Yes would, and the close goes on.
+TEST_F(QuoteBookUndoWindowTest, ATerminationKeepsTheTypingLeftInQuoteNoteWithoutAsking)
+{
+    setNote(QStringLiteral("Dear customer"));
+    addToQuote(0);
+    action("mnuQuoteNote")->trigger();
+    auto *heading =
+        window->documents().quoteNoteWindow()->findChild<QTextEdit *>(QStringLiteral("txttop"));
+    heading->moveCursor(QTextCursor::End);
+    QTest::keyClicks(heading, QStringLiteral(" of ours"));
+
+    window->requestClose();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_EQ(noteHeading(), QStringLiteral("Dear customer of ours"));
+}
+
 // An open Quote Note window shows the texts that come with the quote on screen. What was typed
 // there and not saved goes with the quote it was typed for when an undo or a redo (also from
 // the Edit menu, which asks nothing) takes that quote away, and comes back with it: OK never

@@ -130,6 +130,32 @@ TEST_F(QuoteBookWindowTest, TheQuoteOnScreenIsThereAgainAfterACloseAndAStart)
     EXPECT_EQ(window->ui().FraQuote->title(), QStringLiteral("Quote Details"));
 }
 
+// A quantity still being typed into the quote reaches the book on its own timer, as the product
+// grid's typing reaches the recovery file: a crash or a kill does not lose it.
+TEST_F(QuoteBookWindowTest, AQuantityStillBeingTypedIsKeptInTheBook)
+{
+    addToQuote(1); // B-200 Bolt 2.5, 100 or more at 2
+    QTableView *quote = window->ui().GrdQuote;
+    quote->setCurrentIndex(quote->model()->index(0, QuoteGridColumn::Quantity));
+    quote->setFocus();
+    quote->edit(quote->currentIndex());
+    auto *editor = qobject_cast<QLineEdit *>(window->ui().GrdQuote->openEditor());
+    ASSERT_NE(editor, nullptr);
+    editor->setText(QStringLiteral("120"));
+
+    QuoteBook &book = window->quoteBook().session()->book();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            const auto inHand = book.inHand();
+            return inHand && inHand->content.lines.get(1, QuoteLine::Quantity) == Cell(qint32(120));
+        },
+        10000));
+    EXPECT_EQ(book.inHand()->content.lines.get(1, QuoteLine::UnitPrice), Cell(2.0f))
+        << "priced at the break, as entering it would";
+    EXPECT_EQ(quoteColumn(QuoteGridColumn::Quantity).value(0), QStringLiteral("1"))
+        << "not entered yet";
+}
+
 // A quote brought back at the start with a quantity that is no number says so at once.
 TEST_F(QuoteBookWindowTest, AQuoteBroughtBackWithAQuantityThatIsNoNumberSaysSo)
 {

@@ -2,6 +2,7 @@
 
 #include "catalogue/table.h"
 #include "core/conversions.h"
+#include "quotes/pricesource.h"
 #include "quotes/quoteline.h"
 
 #include <QDir>
@@ -103,6 +104,12 @@ QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale
                           "keep the prices they were saved with until their quantities are "
                           "changed.")
         .arg(list);
+}
+
+QString linesWithoutProduct(const Table &quote, const Table &catalogue, const QLocale &locale)
+{
+    const QList<int> rows = PriceSources::pricedLinesWithoutProduct(quote, catalogue, locale);
+    return rows.isEmpty() ? QString() : withoutProduct(quote, rows, locale);
 }
 
 QString saveFirst(const QuoteHeader &header)

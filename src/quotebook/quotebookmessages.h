@@ -31,6 +31,9 @@ QString otherPrices(int lines);
 /// catalogue no longer holds, which keep the prices they were saved with until a quantity typed
 /// there prices them from the catalogue (at 0).
 QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale &locale);
+/// The same for the lines of quote that PriceSources::pricedLinesWithoutProduct finds in
+/// catalogue; empty when there are none.
+QString linesWithoutProduct(const Table &quote, const Table &catalogue, const QLocale &locale);
 /// Before the quote in hand is replaced (New, Open Quote): the question to save it first.
 QString saveFirst(const QuoteHeader &header);
 /// A quote past its last valid day about to go to the customer: send (or write as PDF) it as it

@@ -217,11 +217,8 @@ void QuoteBookController::restoreInHand()
 
 QString QuoteBookController::linesWithoutProduct() const
 {
-    const QList<int> rows = PriceSources::pricedLinesWithoutProduct(
+    return QuoteBookMessages::linesWithoutProduct(
         m_module.QuoteTable(), m_module.Catalogue(), m_module.locale());
-    return rows.isEmpty()
-        ? QString()
-        : QuoteBookMessages::withoutProduct(m_module.QuoteTable(), rows, m_module.locale());
 }
 
 void QuoteBookController::sessionEnding()

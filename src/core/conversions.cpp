@@ -113,11 +113,16 @@ bool takeWholeMark(QString &text, const QLocale &locale)
     if (end == text.size() || end < 2 || !text[end - 2].isDigit())
         return false;
     const QString point = locale.decimalPoint();
+    QString mark;
     if (QStringView(text).first(end).endsWith(point))
-        end -= point.size();
+        mark = point;
     else if (text[end - 1] == QLatin1Char('.'))
-        --end;
+        mark = QStringLiteral(".");
     else
+        return false;
+    end -= mark.size();
+    // A number has one decimal mark: "1.2.-" is none.
+    if (QStringView(text).first(end).contains(mark))
         return false;
     text.truncate(end);
     return true;

@@ -88,8 +88,8 @@ QString otherPrices(int lines)
 QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale &locale)
 {
     if (rows.size() == 1) {
-        return QStringLiteral("Line %1: \"%2\" is no longer in the catalogue; the line keeps "
-                              "the price it was saved with until its quantity is changed.")
+        return QStringLiteral("Line %1: \"%2\" is not in the catalogue; the line keeps its "
+                              "price until its quantity is changed.")
             .arg(rows.first())
             .arg(conv::toText(quote.get(rows.first(), QuoteLine::PartNumber), locale));
     }
@@ -100,9 +100,8 @@ QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale
     QString list = named.join(QStringLiteral(", "));
     if (rows.size() > Named)
         list += QStringLiteral(" and %1 more").arg(rows.size() - Named);
-    return QStringLiteral("Lines %1: their products are no longer in the catalogue; the lines "
-                          "keep the prices they were saved with until their quantities are "
-                          "changed.")
+    return QStringLiteral("Lines %1: their part numbers are not in the catalogue; the lines keep "
+                          "their prices until their quantities are changed.")
         .arg(list);
 }
 

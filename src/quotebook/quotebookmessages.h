@@ -27,9 +27,10 @@ QString unavailable(const QString &why);
 
 /// "3 lines have other prices in today's catalogue. Update them?", the same words for one line.
 QString otherPrices(int lines);
-/// After "Quote … opened.": the lines (rows, 1-based, at least one) of products today's
-/// catalogue no longer holds, which keep the prices they were saved with until a quantity typed
-/// there prices them from the catalogue (at 0).
+/// After "Quote … opened." and at the start: the lines (rows, 1-based, at least one) whose part
+/// numbers today's catalogue does not hold (a product deleted since, or a line that was never
+/// one, such as freight), which keep their prices until a quantity typed there prices them from
+/// the catalogue (at 0).
 QString withoutProduct(const Table &quote, const QList<int> &rows, const QLocale &locale);
 /// The same for the lines of quote that PriceSources::pricedLinesWithoutProduct finds in
 /// catalogue; empty when there are none.

@@ -105,7 +105,11 @@ std::optional<QuoteSession::Typing> QuoteController::typing() const
     const auto *editor = qobject_cast<const QLineEdit *>(m_ui.GrdQuote->openEditor());
     if (editor == nullptr)
         return std::nullopt;
+    // A quantity or a price: a part number half typed (or emptied to be typed again) would end
+    // the quote at its line, or name another product, were it kept as it stands.
     const QModelIndex at = m_ui.GrdQuote->currentIndex();
+    if (at.column() != QuoteGridColumn::Quantity && at.column() != QuoteGridColumn::Price)
+        return std::nullopt;
     std::optional<Table> lines = m_model->linesWithTyping(at, editor->text());
     if (!lines)
         return std::nullopt;

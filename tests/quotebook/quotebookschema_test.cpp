@@ -391,12 +391,12 @@ TEST(QuoteBookMessagesTest, LinesWithoutTheirProductsAreNamed)
         quote.put(row, QuoteLine::PartNumber, Cell(QStringLiteral("P-%1").arg(row)));
     const QLocale english(QLocale::English, QLocale::UnitedStates);
     EXPECT_EQ(QuoteBookMessages::withoutProduct(quote, { 3 }, english),
-        QStringLiteral("Line 3: \"P-3\" is no longer in the catalogue; the line keeps the price "
-                       "it was saved with until its quantity is changed."));
+        QStringLiteral("Line 3: \"P-3\" is not in the catalogue; the line keeps its price until "
+                       "its quantity is changed."));
     EXPECT_EQ(QuoteBookMessages::withoutProduct(quote, { 1, 2, 3, 4, 5, 6, 8 }, english),
-        QStringLiteral("Lines 1, 2, 3, 4, 5 and 2 more: their products are no longer in the "
-                       "catalogue; the lines keep the prices they were saved with until their "
-                       "quantities are changed."));
+        QStringLiteral("Lines 1, 2, 3, 4, 5 and 2 more: their part numbers are not in the "
+                       "catalogue; the lines keep their prices until their quantities are "
+                       "changed."));
 }
 
 } // namespace

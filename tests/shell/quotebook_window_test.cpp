@@ -156,6 +156,30 @@ TEST_F(QuoteBookWindowTest, AQuantityStillBeingTypedIsKeptInTheBook)
         << "not entered yet";
 }
 
+// A part number emptied to be typed again, or half typed, is not kept as it stands: it would
+// end the quote at its line, or name another product.
+TEST_F(QuoteBookWindowTest, APartNumberBeingTypedIsNotKeptAsItStands)
+{
+    addToQuote(1);
+    addToQuote(0);
+    QuoteSession &session = *window->quoteBook().session();
+    ASSERT_TRUE(session.keepNow());
+    QTableView *quote = window->ui().GrdQuote;
+    quote->setCurrentIndex(quote->model()->index(0, QuoteGridColumn::PartNumber));
+    quote->setFocus();
+    quote->edit(quote->currentIndex());
+    auto *editor = qobject_cast<QLineEdit *>(window->ui().GrdQuote->openEditor());
+    ASSERT_NE(editor, nullptr);
+    for (const QString &typed : { QString(), QStringLiteral("A-1") }) {
+        editor->setText(typed);
+        ASSERT_TRUE(session.keepNow());
+        const auto inHand = session.book().inHand();
+        ASSERT_TRUE(inHand.has_value());
+        EXPECT_EQ(QuoteLine::lineCount(inHand->content.lines), 2) << typed.toStdString();
+        EXPECT_EQ(inHand->content.lines.get(1, QuoteLine::PartNumber), Cell("B-200"));
+    }
+}
+
 // A quote brought back at the start with a quantity that is no number says so at once.
 TEST_F(QuoteBookWindowTest, AQuoteBroughtBackWithAQuantityThatIsNoNumberSaysSo)
 {
@@ -178,8 +202,8 @@ TEST_F(QuoteBookWindowTest, AQuoteBroughtBackWithAProductNoLongerThereSaysSo)
     closeAndStart();
     EXPECT_EQ(quoteColumn(2), prices);
     EXPECT_EQ(window->ui().sbPanel1->text(),
-        QStringLiteral("Line 1: \"B-200\" is no longer in the catalogue; the line keeps the price "
-                       "it was saved with until its quantity is changed."));
+        QStringLiteral("Line 1: \"B-200\" is not in the catalogue; the line keeps its price until "
+                       "its quantity is changed."));
 }
 
 TEST_F(QuoteBookWindowTest, NoQuoteBookIsMadeUntilThereIsAQuoteToKeep)
@@ -300,9 +324,8 @@ TEST_F(QuoteBookWindowTest, OpenQuoteNamesTheLinesWhoseProductsAreGone)
     EXPECT_EQ(quoteColumn(0), (QStringList { "B-200", "A-100" }));
     EXPECT_EQ(quoteColumn(2), savedPrices) << "the line keeps its saved price";
     EXPECT_EQ(window->ui().sbPanel1->text(),
-        QStringLiteral("Quote Q-2026-0001 A opened. Line 2: \"A-100\" is no longer in the "
-                       "catalogue; the line keeps the price it was saved with until its quantity "
-                       "is changed."));
+        QStringLiteral("Quote Q-2026-0001 A opened. Line 2: \"A-100\" is not in the catalogue; "
+                       "the line keeps its price until its quantity is changed."));
     EXPECT_TRUE(fakes->prompts.shown().empty());
 
     // A quantity typed there prices the line from the catalogue, at nothing: the line is no
@@ -322,9 +345,9 @@ TEST_F(QuoteBookWindowTest, OpenQuoteNamesTheLinesWhoseProductsAreGone)
     action("mnuFileNew")->trigger();
     action("mnuQuoteOpen")->trigger();
     EXPECT_EQ(window->ui().sbPanel1->text(),
-        QStringLiteral("Quote Q-2026-0001 A opened. Lines 1, 2: their products are no longer in "
-                       "the catalogue; the lines keep the prices they were saved with until "
-                       "their quantities are changed."));
+        QStringLiteral("Quote Q-2026-0001 A opened. Lines 1, 2: their part numbers are not in "
+                       "the catalogue; the lines keep their prices until their quantities are "
+                       "changed."));
 }
 
 TEST_F(QuoteBookWindowTest, DigitsTypedAfterOpenQuoteGoToTheFirstLinesQuantity)

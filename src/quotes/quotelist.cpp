@@ -98,19 +98,9 @@ QString unpricedLine(const Table &quote, const Table &catalogue, int row, const 
         .arg(locale.toString(quantity), part, nothing);
 }
 
-} // namespace
-
-/// Re-pricing rule: q is the line's quantity (QuoteLine::quantity). When the quantity was
-/// changed, the cell is given q itself, so the quantity shown is the one every price and total
-/// is worked out from (2.5 is shown and charged as 2), and the unit price becomes SetPrice's
-/// price for q, read as a single (so a typed price lasts only until the next quantity change),
-/// except on a locked line, which keeps its unit price; when the price was changed, the typed
-/// price, read as a single, is kept whatever the price points say. The extended price is then
-/// unit price × q in double precision, not rounded. A price that does not convert counts as 0
-/// (an unknown part number, a price point without its price), and so does a quantity that does
-/// not (the cell then keeps what was typed). Edits of the part number or the product name
-/// change no price.
-QString unreadNotice(const Table &quote, const Table &catalogue, const QLocale &locale)
+/// The first line charged nothing for a quantity or price that is no number, out of range, or
+/// without a price in the catalogue, then the numbers of the others; empty for none.
+QString chargedNothingNotice(const Table &quote, const Table &catalogue, const QLocale &locale)
 {
     const auto unread = [&](int row, int field) {
         const Cell &cell = quote.get(row, field);
@@ -188,6 +178,48 @@ QString unreadNotice(const Table &quote, const Table &catalogue, const QLocale &
     return first + QStringLiteral(" %1 charged %2 as well.").arg(list, nothing);
 }
 
+/// The lines left below a part number emptied in the middle of the quote, which ends there.
+QString cutOffNotice(const Table &quote)
+{
+    const int end = QuoteLine::firstFreeRow(quote);
+    int below = 0;
+    for (int row = end + 1; row <= quote.rowCount(); ++row) {
+        if (!quote.get(row, QuoteLine::PartNumber).isBlank())
+            ++below;
+    }
+    if (below == 0)
+        return QString();
+    // The line takes no typing now (it is past the quote's end): Undo gives its part number
+    // back, and the next product added to the quote goes there.
+    const QString left = below == 1 ? QStringLiteral("the line below it")
+                                    : QStringLiteral("the %1 lines below it").arg(below);
+    return QStringLiteral("Line %1 has no part number, so the quote ends there, without %2; Undo, "
+                          "or the next product added to the quote, fills line %1 again.")
+        .arg(end)
+        .arg(left);
+}
+
+} // namespace
+
+QString unreadNotice(const Table &quote, const Table &catalogue, const QLocale &locale)
+{
+    const QString charged = chargedNothingNotice(quote, catalogue, locale);
+    const QString cutOff = cutOffNotice(quote);
+    if (charged.isEmpty() || cutOff.isEmpty())
+        return charged + cutOff;
+    return charged + QLatin1Char(' ') + cutOff;
+}
+
+/// Re-pricing rule: q is the line's quantity (QuoteLine::quantity). When the quantity was
+/// changed, the cell is given q itself, so the quantity shown is the one every price and total
+/// is worked out from (2.5 is shown and charged as 2), and the unit price becomes SetPrice's
+/// price for q, read as a single (so a typed price lasts only until the next quantity change),
+/// except on a locked line, which keeps its unit price; when the price was changed, the typed
+/// price, read as a single, is kept whatever the price points say. The extended price is then
+/// unit price × q in double precision, not rounded. A price that does not convert counts as 0
+/// (an unknown part number, a price point without its price), and so does a quantity that does
+/// not (the cell then keeps what was typed). Edits of the part number or the product name
+/// change no price.
 void repriceLine(
     Table &quote, const Table &catalogue, int row, int changedColumn, const QLocale &locale)
 {

@@ -56,7 +56,8 @@ void repriceLine(
 /// no number, or a quantity beyond those a line counts in, which the line's re-pricing counts
 /// as 0 (the cell keeps what was typed), or is charged 0 because the catalogue gives no price
 /// for it (its product is gone, or has no price at that quantity): the first such line, then
-/// the numbers of the others; empty when there is none.
+/// the numbers of the others; and, where a part number was emptied in the middle of the quote
+/// (which ends there), how many lines below it are left out. Empty when there is none of these.
 QString unreadNotice(const Table &quote, const Table &catalogue, const QLocale &locale);
 
 /// "Remove Product": deletes quote row (1-based); the lines after it move up and the quote

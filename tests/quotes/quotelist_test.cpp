@@ -106,6 +106,33 @@ TEST_F(QuoteListTest, AQuantityOrPriceThatIsNoNumberIsSaid)
         << "a number, charged as 2 (the quantity shown then)";
 }
 
+// A part number emptied in the middle of the quote ends it there: the lines below it are left
+// out of the quote, its totals and what the book keeps, and the status bar says so until the
+// line has a part number again.
+TEST_F(QuoteListTest, LinesLeftBelowAnEmptiedPartNumberAreSaid)
+{
+    add("A-100");
+    add("B-200");
+    add("A-100");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale), QString());
+    quote.put(1, QuoteLine::PartNumber, Cell());
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale),
+        QStringLiteral("Line 1 has no part number, so the quote ends there, without the 2 lines "
+                       "below it; Undo, or the next product added to the quote, fills line 1 "
+                       "again."));
+    quote.put(1, QuoteLine::PartNumber, "A-100");
+    quote.put(2, QuoteLine::PartNumber, "");
+    quote.put(1, QuoteLine::Quantity, "ten");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale),
+        QStringLiteral("Line 1: the quantity \"ten\" is no number; the line is charged $0.00 "
+                       "until a whole number is typed. Line 2 has no part number, so the quote "
+                       "ends there, without the line below it; Undo, or the next product added "
+                       "to the quote, fills line 2 again."));
+    quote.put(2, QuoteLine::PartNumber, "B-200");
+    quote.put(1, QuoteLine::Quantity, "1");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale), QString());
+}
+
 // A number too large for a line's quantity is charged as nothing too, and every line charged
 // so is named: the customer's document must hold no line at $0.00 that nothing pointed out.
 TEST_F(QuoteListTest, AQuantityOutOfRangeAndEveryFurtherLineChargedNothingAreSaid)

@@ -156,6 +156,36 @@ TEST_F(QuoteBookWindowTest, AQuantityStillBeingTypedIsKeptInTheBook)
         << "not entered yet";
 }
 
+// Emptied and entered, a part number ends the quote at its line: the status bar says what that
+// leaves out, and the lines come back with Undo or with the next product added.
+TEST_F(QuoteBookWindowTest, APartNumberEmptiedSaysWhatTheQuoteLeavesOut)
+{
+    addToQuote(1);
+    addToQuote(0);
+    GridView *quote = window->ui().GrdQuote;
+    quote->setCurrentIndex(quote->model()->index(0, QuoteGridColumn::PartNumber));
+    QTest::keyClick(quote, Qt::Key_F2);
+    auto *editor = quote->viewport()->findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    editor->selectAll();
+    QTest::keyClick(editor, Qt::Key_Backspace);
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([quote] { return !quote->isEditing(); }, 10000));
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Line 1 has no part number, so the quote ends there, without the line "
+                       "below it; Undo, or the next product added to the quote, fills line 1 "
+                       "again."));
+    EXPECT_TRUE(quoteColumn(0).isEmpty());
+    action("mnuEditUndo")->trigger();
+    EXPECT_EQ(quoteColumn(0), (QStringList { "B-200", "A-100" }));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString());
+    action("mnuEditRedo")->trigger();
+    addToQuote(2);
+    EXPECT_EQ(quoteColumn(0).size(), 2) << "the product added takes line 1";
+    EXPECT_EQ(quoteColumn(0).value(1), QStringLiteral("A-100"));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString());
+}
+
 // A part number emptied to be typed again, or half typed, is not kept as it stands: it would
 // end the quote at its line, or name another product.
 TEST_F(QuoteBookWindowTest, APartNumberBeingTypedIsNotKeptAsItStands)

@@ -121,8 +121,9 @@ bool takeWholeMark(QString &text, const QLocale &locale)
     else
         return false;
     end -= mark.size();
-    // A number has one decimal mark: "1.2.-" is none.
-    if (QStringView(text).first(end).contains(mark))
+    // A number has one decimal mark: "1.2.-" is none, and neither is German "1,250.-".
+    const QStringView digits = QStringView(text).first(end);
+    if (digits.contains(mark) || digits.contains(point))
         return false;
     text.truncate(end);
     return true;

@@ -122,7 +122,7 @@ TEST(ParseNumberTest, DashesInPlaceOfTheCentsMarkAWholeAmount)
     // A minus after the digits is still a minus.
     EXPECT_EQ(conv::parseNumber(QStringLiteral("12-"), deDE()), -12.0);
     EXPECT_EQ(parseUs(QStringLiteral("12-")), -12.0);
-    for (const char *text : { ",-", "-,-", "12,-,-", "abc,-", "1,2,-" })
+    for (const char *text : { ",-", "-,-", "12,-,-", "abc,-", "1,2,-", "1,250.-" })
         EXPECT_FALSE(conv::parseNumber(QString::fromUtf8(text), deDE()).has_value()) << text;
     EXPECT_FALSE(parseUs(QStringLiteral("1.2.-")).has_value()) << "two decimal marks";
 }

@@ -55,16 +55,11 @@ bool QuoteSession::isChanged() const
 
 std::vector<PriceSource> QuoteSession::sources() const
 {
-    return sourcesOf(m_quote);
-}
-
-std::vector<PriceSource> QuoteSession::sourcesOf(const Table &quote) const
-{
     // Lines as they were last kept keep their sources; only new or changed lines are looked
     // up in the catalogue.
     auto sources =
-        PriceSources::sourcesOf(quote, m_catalogue, m_known.lines, m_known.sources, m_locale);
-    m_known.lines = QuoteList::linesOf(quote);
+        PriceSources::sourcesOf(m_quote, m_catalogue, m_known.lines, m_known.sources, m_locale);
+    m_known.lines = QuoteList::linesOf(m_quote);
     m_known.sources = sources;
     return sources;
 }
@@ -265,8 +260,16 @@ bool QuoteSession::keepNow()
         return true;
     QuoteBook::InHand inHand;
     inHand.quoteId = m_header.id;
-    inHand.content.sources = typed ? sourcesOf(typed->lines) : sources();
-    inHand.content.lines = m_known.lines;
+    if (typed) {
+        // The lines as typing would leave them; what is known of the quote's own lines stays
+        // theirs, for when the typing is dropped.
+        inHand.content.sources = PriceSources::sourcesOf(
+            typed->lines, m_catalogue, m_known.lines, m_known.sources, m_locale);
+        inHand.content.lines = QuoteList::linesOf(typed->lines);
+    } else {
+        inHand.content.sources = sources();
+        inHand.content.lines = m_known.lines;
+    }
     if (!m_book.keepInHand(inHand)) {
         Q_EMIT keepFailed(m_book.errorString());
         return false;

@@ -160,8 +160,6 @@ private:
     /// The book holds the quote in hand as it is now, with the typing of that digest (0: none).
     bool keptAsItIs(std::size_t typing) const;
     std::optional<Typing> typing() const;
-    /// The price sources of the lines of quote, which are taken as the lines last kept.
-    std::vector<PriceSource> sourcesOf(const Table &quote) const;
     bool saveAsNew(SavedQuote &quote);
     void takeOver(const SavedQuote &quote);
 

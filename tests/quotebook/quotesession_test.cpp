@@ -346,6 +346,31 @@ TEST_F(QuoteSessionTest, TheQuoteIsKeptWithTheTypingNotEnteredYet)
         QStringLiteral("2"));
 }
 
+// Typing kept and then dropped leaves what is known of the line as it was: a line at a price
+// point whose price the catalogue has changed since is still one at a price point, which
+// opening the quote later offers to update.
+TEST_F(QuoteSessionTest, TypingDroppedLeavesTheLinesPriceSourceAsItWas)
+{
+    add(1, QStringLiteral("10"));
+    ASSERT_TRUE(session->keepNow());
+    ASSERT_EQ(book->inHand()->content.sources.at(0), PriceSource::PricePoint);
+    catalogue.put(1, ProductRecord::Price1, "9.99");
+    std::optional<QuoteSession::Typing> typing;
+    session->setTypingReader([&] { return typing; });
+    Table typed = quote;
+    typed.put(1, QuoteLine::Quantity, QStringLiteral("12"));
+    QuoteList::repriceLine(typed, catalogue, 1, QuoteGridColumn::Quantity, locale);
+    typing = QuoteSession::Typing { typed, 5 };
+    ASSERT_TRUE(session->keepNow());
+    typing.reset();
+    ASSERT_TRUE(session->keepNow());
+    const auto inHand = book->inHand();
+    ASSERT_TRUE(inHand.has_value());
+    EXPECT_EQ(conv::toText(inHand->content.lines.get(1, QuoteLine::Quantity), locale),
+        QStringLiteral("10"));
+    EXPECT_EQ(inHand->content.sources.at(0), PriceSource::PricePoint);
+}
+
 TEST_F(QuoteSessionTest, AQuoteBroughtBackIsNotWrittenAgainUntilItChanges)
 {
     add(3);

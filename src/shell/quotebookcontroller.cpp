@@ -223,13 +223,13 @@ QString QuoteBookController::linesWithoutProduct() const
 
 void QuoteBookController::sessionEnding()
 {
-    m_ui.GrdQuote->commitPendingEdit();
+    m_quote.storePendingEdit();
     m_session->keepNow();
 }
 
 QString QuoteBookController::keepForClose()
 {
-    m_ui.GrdQuote->commitPendingEdit();
+    m_quote.storePendingEdit();
     const bool kept = m_session->keepNow();
     if (!m_book.isOpen())
         return m_session->isEmpty() ? QString() : QuoteBookMessages::notKept(m_unavailable);

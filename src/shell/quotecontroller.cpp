@@ -97,6 +97,16 @@ QuoteView QuoteController::currentView() const
 
 void QuoteController::storePendingEdit()
 {
+    // A part number emptied to be typed again, and not entered, is dropped rather than stored:
+    // stored, it would end the quote at its line, and the command or the close that comes
+    // meanwhile would leave out every line below it. Entered, it ends the quote as the rules
+    // have it, and the status bar says what that leaves out.
+    const auto *editor = qobject_cast<const QLineEdit *>(m_ui.GrdQuote->openEditor());
+    if (editor != nullptr && m_ui.GrdQuote->currentIndex().column() == QuoteGridColumn::PartNumber
+        && editor->text().trimmed().isEmpty()) {
+        m_ui.GrdQuote->discardPendingEdit();
+        return;
+    }
     m_ui.GrdQuote->commitPendingEdit();
 }
 
@@ -271,7 +281,7 @@ void QuoteController::updateLineItems()
 
 void QuoteController::showQuantities(QWidget *owner)
 {
-    m_ui.GrdQuote->commitPendingEdit();
+    storePendingEdit();
     const int row = currentGridRow() + 1;
     const Table &quote = m_module.QuoteTable();
     if (row < 1 || row >= QuoteLine::firstFreeRow(quote))
@@ -294,7 +304,7 @@ void QuoteController::showQuantities(QWidget *owner)
 
 void QuoteController::toggleLock()
 {
-    m_ui.GrdQuote->commitPendingEdit();
+    storePendingEdit();
     const int row = currentGridRow() + 1;
     const bool locked = QuoteLine::isLocked(m_module.QuoteTable(), row);
     if (QuoteEdits::setLocked(m_history, currentView(), row, !locked))

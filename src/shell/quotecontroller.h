@@ -76,7 +76,8 @@ public:
     int currentGridRow() const;
     /// Where the quote grid stands, for the history.
     QuoteView currentView() const;
-    /// Stores an open cell editor of the quote grid (before an undo or a redo).
+    /// Stores an open cell editor of the quote grid (before an undo or a redo, a command, a
+    /// close), except a part number emptied and not entered, which is dropped.
     void storePendingEdit();
     /// What is being typed into a cell of the quote grid and not stored yet, with the lines as
     /// storing it would leave them; none when no cell is being typed into or the typing would

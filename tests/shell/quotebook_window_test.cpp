@@ -186,6 +186,24 @@ TEST_F(QuoteBookWindowTest, APartNumberEmptiedSaysWhatTheQuoteLeavesOut)
     EXPECT_EQ(window->ui().sbPanel1->text(), QString());
 }
 
+// Emptied but not entered, a part number is dropped by a close rather than stored: stored, it
+// would end the quote at its line and the book would keep none of the lines below it.
+TEST_F(QuoteBookWindowTest, APartNumberEmptiedButNotEnteredIsDroppedByAClose)
+{
+    addToQuote(1);
+    addToQuote(0);
+    GridView *quote = window->ui().GrdQuote;
+    quote->setCurrentIndex(quote->model()->index(0, QuoteGridColumn::PartNumber));
+    QTest::keyClick(quote, Qt::Key_F2);
+    auto *editor = quote->viewport()->findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    editor->selectAll();
+    QTest::keyClick(editor, Qt::Key_Backspace);
+    ASSERT_TRUE(quote->isEditing());
+    closeAndStart();
+    EXPECT_EQ(quoteColumn(0), (QStringList { "B-200", "A-100" }));
+}
+
 // A part number emptied to be typed again, or half typed, is not kept as it stands: it would
 // end the quote at its line, or name another product.
 TEST_F(QuoteBookWindowTest, APartNumberBeingTypedIsNotKeptAsItStands)

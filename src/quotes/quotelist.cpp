@@ -126,7 +126,22 @@ QString chargedNothingNotice(const Table &quote, const Table &catalogue, const Q
     const int lines = QuoteLine::lineCount(quote);
     for (int row = 1; row <= lines; ++row) {
         QString said;
-        if (const QString text = unread(row, QuoteLine::Quantity); !text.isEmpty()) {
+        // A quantity or price cleared and entered is no number either.
+        const auto cleared = [&](int field) {
+            const Cell &cell = quote.get(row, field);
+            return cell.isBlank() || (cell.isText() && cell.asText().trimmed().isEmpty());
+        };
+        if (cleared(QuoteLine::Quantity)) {
+            said = QStringLiteral("Line %1 has no quantity; the line is charged %2 until one is "
+                                  "typed.")
+                       .arg(row)
+                       .arg(nothing);
+        } else if (cleared(QuoteLine::UnitPrice)) {
+            said = QStringLiteral("Line %1 has no price; the line is charged %2 until one is "
+                                  "typed.")
+                       .arg(row)
+                       .arg(nothing);
+        } else if (const QString text = unread(row, QuoteLine::Quantity); !text.isEmpty()) {
             said = QStringLiteral("Line %1: the quantity \"%2\" is no number; the line is "
                                   "charged %3 until a whole number is typed.")
                        .arg(row)

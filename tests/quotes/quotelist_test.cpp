@@ -106,6 +106,24 @@ TEST_F(QuoteListTest, AQuantityOrPriceThatIsNoNumberIsSaid)
         << "a number, charged as 2 (the quantity shown then)";
 }
 
+// A quantity or a price cleared is charged as nothing too, and so is a product without a list
+// price: the status bar names the line.
+TEST_F(QuoteListTest, AQuantityOrPriceClearedIsSaid)
+{
+    add("A-100");
+    add("A-100");
+    quote.put(2, QuoteLine::Quantity, Cell(QString()));
+    QuoteList::repriceLine(quote, catalogue, 2, QuoteGridColumn::Quantity, locale);
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale),
+        QStringLiteral("Line 2 has no quantity; the line is charged $0.00 until one is typed."));
+    quote.put(2, QuoteLine::Quantity, "3");
+    quote.put(1, QuoteLine::UnitPrice, " ");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale),
+        QStringLiteral("Line 1 has no price; the line is charged $0.00 until one is typed."));
+    quote.put(1, QuoteLine::UnitPrice, "$12.50");
+    EXPECT_EQ(QuoteList::unreadNotice(quote, catalogue, locale), QString());
+}
+
 // A part number emptied in the middle of the quote ends it there: the lines below it are left
 // out of the quote, its totals and what the book keeps, and the status bar says so until the
 // line has a part number again.

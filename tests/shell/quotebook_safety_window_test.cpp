@@ -94,7 +94,7 @@ TEST_F(QuoteBookWindowTest, TheStatusBarTellsWhenTheQuoteIsSafeAgain)
 
     // Later keeps leave the status bar to other news.
     window->ui().sbPanel1->setText(QStringLiteral("Something else"));
-    addToQuote(2);
+    addToQuote(0);
     ASSERT_TRUE(kept.wait(5000));
     EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Something else"));
 }

@@ -156,6 +156,15 @@ TEST_F(QuoteBookWindowTest, AQuantityStillBeingTypedIsKeptInTheBook)
         << "not entered yet";
 }
 
+// A product without a list price comes onto the quote at nothing, and the status bar says so.
+TEST_F(QuoteBookWindowTest, AProductWithoutAPriceIsSaidToBeChargedNothing)
+{
+    addToQuote(2); // C-300 Clamp, no list price
+    EXPECT_EQ(quoteColumn(0), QStringList { "C-300" });
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("Line 1 has no price; the line is charged $0.00 until one is typed."));
+}
+
 // Emptied and entered, a part number ends the quote at its line: the status bar says what that
 // leaves out, and the lines come back with Undo or with the next product added.
 TEST_F(QuoteBookWindowTest, APartNumberEmptiedSaysWhatTheQuoteLeavesOut)
@@ -180,7 +189,7 @@ TEST_F(QuoteBookWindowTest, APartNumberEmptiedSaysWhatTheQuoteLeavesOut)
     EXPECT_EQ(quoteColumn(0), (QStringList { "B-200", "A-100" }));
     EXPECT_EQ(window->ui().sbPanel1->text(), QString());
     action("mnuEditRedo")->trigger();
-    addToQuote(2);
+    addToQuote(0);
     EXPECT_EQ(quoteColumn(0).size(), 2) << "the product added takes line 1";
     EXPECT_EQ(quoteColumn(0).value(1), QStringLiteral("A-100"));
     EXPECT_EQ(window->ui().sbPanel1->text(), QString());

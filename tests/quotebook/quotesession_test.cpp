@@ -71,6 +71,14 @@ protected:
             QuoteList::repriceLine(quote, catalogue, row, QuoteGridColumn::Quantity, locale);
         }
     }
+    /// The quote with quantity typed into its first line, as entering it would leave it.
+    Table quantityTyped(const QString &quantity) const
+    {
+        Table typed = quote;
+        typed.put(1, QuoteLine::Quantity, quantity);
+        QuoteList::repriceLine(typed, catalogue, 1, QuoteGridColumn::Quantity, locale);
+        return typed;
+    }
     CustomerDetails acme() const
     {
         return { QStringLiteral("ACME Plumbing"), QString(), QStringLiteral("buy@acme.test"),
@@ -320,10 +328,7 @@ TEST_F(QuoteSessionTest, TheQuoteIsKeptWithTheTypingNotEnteredYet)
     ASSERT_TRUE(session->keepNow());
     std::optional<QuoteSession::Typing> typing;
     session->setTypingReader([&] { return typing; });
-    Table typed = quote;
-    typed.put(1, QuoteLine::Quantity, QStringLiteral("12"));
-    QuoteList::repriceLine(typed, catalogue, 1, QuoteGridColumn::Quantity, locale);
-    typing = QuoteSession::Typing { typed, 7 };
+    typing = QuoteSession::Typing { quantityTyped(QStringLiteral("12")), 7 };
     QSignalSpy kept(session.get(), &QuoteSession::kept);
     ASSERT_TRUE(session->keepNow());
     EXPECT_EQ(kept.count(), 1);
@@ -357,10 +362,7 @@ TEST_F(QuoteSessionTest, TypingDroppedLeavesTheLinesPriceSourceAsItWas)
     catalogue.put(1, ProductRecord::Price1, "9.99");
     std::optional<QuoteSession::Typing> typing;
     session->setTypingReader([&] { return typing; });
-    Table typed = quote;
-    typed.put(1, QuoteLine::Quantity, QStringLiteral("12"));
-    QuoteList::repriceLine(typed, catalogue, 1, QuoteGridColumn::Quantity, locale);
-    typing = QuoteSession::Typing { typed, 5 };
+    typing = QuoteSession::Typing { quantityTyped(QStringLiteral("12")), 5 };
     ASSERT_TRUE(session->keepNow());
     typing.reset();
     ASSERT_TRUE(session->keepNow());

@@ -51,6 +51,19 @@ protected:
         ASSERT_TRUE(QuoteNote::saveNotes(folder.path(), heading, ending));
     }
     QString noteHeading() const { return QuoteNote::readHeading(folder.path()); }
+    /// A quote of one line whose Quote Note heading "Dear customer" has " of ours" typed after
+    /// it in the open Quote Note window, not saved; the heading's box.
+    QTextEdit *typeIntoQuoteNote()
+    {
+        setNote(QStringLiteral("Dear customer"));
+        addToQuote(0);
+        action("mnuQuoteNote")->trigger();
+        auto *heading =
+            window->documents().quoteNoteWindow()->findChild<QTextEdit *>(QStringLiteral("txttop"));
+        heading->moveCursor(QTextCursor::End);
+        QTest::keyClicks(heading, QStringLiteral(" of ours"));
+        return heading;
+    }
     QString noteEnding() const { return QuoteNote::readEnding(folder.path()); }
     /// Q-2026-0001 A saved for ACME with the heading "For ACME", then File → New, with Quote
     /// Note holding heading for the new quote.
@@ -402,13 +415,7 @@ TEST_F(QuoteBookUndoWindowTest, SavingTheQuoteSettlesTypingLeftInQuoteNote)
 // screen, which the next run brings back with its texts.
 TEST_F(QuoteBookUndoWindowTest, ClosingWithTypingLeftInQuoteNoteAsksFirst)
 {
-    setNote(QStringLiteral("Dear customer"));
-    addToQuote(0);
-    action("mnuQuoteNote")->trigger();
-    auto *heading =
-        window->documents().quoteNoteWindow()->findChild<QTextEdit *>(QStringLiteral("txttop"));
-    heading->moveCursor(QTextCursor::End);
-    QTest::keyClicks(heading, QStringLiteral(" of ours"));
+    QTextEdit *heading = typeIntoQuoteNote();
 
     fakes->prompts.answerMessage(MsgResult::Cancel);
     EXPECT_FALSE(window->close());
@@ -430,14 +437,7 @@ TEST_F(QuoteBookUndoWindowTest, ClosingWithTypingLeftInQuoteNoteAsksFirst)
 // the quote on screen, as Yes would, and the close goes on.
 TEST_F(QuoteBookUndoWindowTest, ATerminationKeepsTheTypingLeftInQuoteNoteWithoutAsking)
 {
-    setNote(QStringLiteral("Dear customer"));
-    addToQuote(0);
-    action("mnuQuoteNote")->trigger();
-    auto *heading =
-        window->documents().quoteNoteWindow()->findChild<QTextEdit *>(QStringLiteral("txttop"));
-    heading->moveCursor(QTextCursor::End);
-    QTest::keyClicks(heading, QStringLiteral(" of ours"));
-
+    ASSERT_NE(typeIntoQuoteNote(), nullptr);
     window->requestClose();
     EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(fakes->prompts.shown().empty());

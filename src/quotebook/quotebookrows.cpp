@@ -243,11 +243,11 @@ QString haystack(const QuoteHeader &header, const Table &lines)
         if (!part.isNull())
             parts << conv::toText(part, QLocale::c());
     }
-    QString text = searchable(parts.join(QLatin1Char('\n')));
+    const QString joined = parts.join(QLatin1Char('\n'));
+    QString text = searchable(joined);
     // A keyboard without umlauts types "Müller" as "Mueller" as often as "Muller": the texts
     // with "ä", "ö" or "ü" are kept once more with "ae", "oe" and "ue".
-    const QString folded =
-        parts.join(QLatin1Char('\n')).toCaseFolded().normalized(QString::NormalizationForm_C);
+    const QString folded = joined.toCaseFolded().normalized(QString::NormalizationForm_C);
     if (folded.contains(QChar(0x00E4)) || folded.contains(QChar(0x00F6))
         || folded.contains(QChar(0x00FC))) {
         QString spelt = folded;

@@ -244,6 +244,11 @@ std::optional<QuoteHeader> QuoteSession::saveMissedInHand(
 
 bool QuoteSession::keepNow()
 {
+    return keep(typing());
+}
+
+bool QuoteSession::keep(const std::optional<Typing> &typed)
+{
     if (!m_book.isOpen() || m_book.needsReopening()) {
         // Nothing to keep needs no book; a quote to keep opens (or makes) one.
         if (isEmpty() && !m_header.isSaved())
@@ -254,7 +259,6 @@ bool QuoteSession::keepNow()
         // to hold the quote on screen.
         m_keptQuoteId = KeptNone;
     }
-    const std::optional<Typing> typed = typing();
     const std::size_t digest = typed ? typed->digest : 0;
     if (keptAsItIs(digest))
         return true;
@@ -303,15 +307,13 @@ void QuoteSession::startKeeping(int intervalMs)
 void QuoteSession::keepInBackground()
 {
     // Most ticks find nothing to keep, and need no word with the book.
-    if (m_book.isOpen() && !m_book.needsReopening()) {
-        const std::optional<Typing> typed = typing();
-        if (keptAsItIs(typed ? typed->digest : 0))
-            return;
-    }
+    const std::optional<Typing> typed = typing();
+    if (m_book.isOpen() && !m_book.needsReopening() && keptAsItIs(typed ? typed->digest : 0))
+        return;
     // The window never waits long for a book another program holds: the keep tries briefly,
     // and after a failure less and less often (up to every MaxRetryMs) until it works again.
     m_book.setBusyWait(BackgroundBusyWaitMs);
-    const bool kept = keepNow();
+    const bool kept = keep(typed);
     m_book.setBusyWait(QuoteBook::BusyWaitMs);
     m_timer.setInterval(kept ? m_interval : std::min(m_timer.interval() * 2, MaxRetryMs));
 }

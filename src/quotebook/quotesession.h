@@ -160,6 +160,8 @@ private:
     /// The book holds the quote in hand as it is now, with the typing of that digest (0: none).
     bool keptAsItIs(std::size_t typing) const;
     std::optional<Typing> typing() const;
+    /// keepNow with the typing read once by the caller.
+    bool keep(const std::optional<Typing> &typed);
     bool saveAsNew(SavedQuote &quote);
     void takeOver(const SavedQuote &quote);
 

@@ -113,6 +113,7 @@ std::optional<Table> QuoteGridModel::linesWithTyping(
     const QModelIndex &index, const QString &typed) const
 {
     if (!index.isValid() || !(flags(index) & Qt::ItemIsEditable)
+        || (index.column() != QuoteGridColumn::Quantity && index.column() != QuoteGridColumn::Price)
         || typed == data(index, Qt::EditRole).toString())
         return std::nullopt;
     const int row = quoteRowOf(index.row());
@@ -122,6 +123,12 @@ std::optional<Table> QuoteGridModel::linesWithTyping(
     lines.put(row, index.column() + 1, text);
     QuoteList::repriceLine(lines, m_catalogue, row, index.column(), m_locale);
     return lines;
+}
+
+bool QuoteGridModel::dropsTyping(const QModelIndex &index, const QString &typed)
+{
+    return index.isValid() && index.column() == QuoteGridColumn::PartNumber
+        && typed.trimmed().isEmpty();
 }
 
 bool QuoteGridModel::setData(const QModelIndex &index, const QVariant &value, int role)

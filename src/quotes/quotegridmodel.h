@@ -39,10 +39,16 @@ public:
     /// The quote row of a grid row.
     static int quoteRowOf(int gridRow) { return gridRow + 1; }
 
-    /// The quote's lines as storing typed into the cell at index would leave them, re-priced as
-    /// setData stores it; none when typed is what the cell holds (storing it changes nothing)
+    /// What a crash should keep of typing not stored yet: the quote's lines as storing typed
+    /// into the cell at index would leave them, re-priced as setData stores it. Only a quantity
+    /// or a price counts (a part number half typed, or emptied to be typed again, would end the
+    /// quote at its line or name another product); none, too, when typed is what the cell holds
     /// or the cell takes no typing.
     std::optional<Table> linesWithTyping(const QModelIndex &index, const QString &typed) const;
+    /// Whether typing not stored yet is dropped rather than stored when a command or a close
+    /// takes it in: a part number emptied to be typed again, which stored would end the quote
+    /// at its line and leave out every line below it.
+    static bool dropsTyping(const QModelIndex &index, const QString &typed);
 
     /// Re-reads the table after lines were added, removed, discounted or reset.
     void reload();

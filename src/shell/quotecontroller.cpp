@@ -97,13 +97,11 @@ QuoteView QuoteController::currentView() const
 
 void QuoteController::storePendingEdit()
 {
-    // A part number emptied to be typed again, and not entered, is dropped rather than stored:
-    // stored, it would end the quote at its line, and the command or the close that comes
-    // meanwhile would leave out every line below it. Entered, it ends the quote as the rules
-    // have it, and the status bar says what that leaves out.
+    // Entered by the user, an emptied part number ends the quote as the rules have it, and the
+    // status bar says what that leaves out; taken in by a command or a close, it is dropped.
     const auto *editor = qobject_cast<const QLineEdit *>(m_ui.GrdQuote->openEditor());
-    if (editor != nullptr && m_ui.GrdQuote->currentIndex().column() == QuoteGridColumn::PartNumber
-        && editor->text().trimmed().isEmpty()) {
+    if (editor != nullptr
+        && QuoteGridModel::dropsTyping(m_ui.GrdQuote->currentIndex(), editor->text())) {
         m_ui.GrdQuote->discardPendingEdit();
         return;
     }
@@ -115,11 +113,7 @@ std::optional<QuoteSession::Typing> QuoteController::typing() const
     const auto *editor = qobject_cast<const QLineEdit *>(m_ui.GrdQuote->openEditor());
     if (editor == nullptr)
         return std::nullopt;
-    // A quantity or a price: a part number half typed (or emptied to be typed again) would end
-    // the quote at its line, or name another product, were it kept as it stands.
     const QModelIndex at = m_ui.GrdQuote->currentIndex();
-    if (at.column() != QuoteGridColumn::Quantity && at.column() != QuoteGridColumn::Price)
-        return std::nullopt;
     std::optional<Table> lines = m_model->linesWithTyping(at, editor->text());
     if (!lines)
         return std::nullopt;

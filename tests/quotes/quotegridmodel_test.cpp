@@ -1,5 +1,6 @@
 #include "quotefixture.h"
 
+#include "core/conversions.h"
 #include "quotes/quotegridmodel.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
@@ -72,6 +73,28 @@ TEST_F(QuoteGridModelTest, ATypedQuantityRepricesTheLineAndAsksForTheTotals)
     EXPECT_EQ(shown(0, QuoteGridColumn::Quantity), QStringLiteral("50"));
     EXPECT_EQ(shown(0, QuoteGridColumn::Price), QStringLiteral("$10.00"));
     EXPECT_EQ(shown(0, QuoteGridColumn::ExtPrice), QStringLiteral("$500.00"));
+}
+
+// Typing not stored yet: a quantity or price is kept as storing it would leave the quote; a part
+// number is not kept, and one emptied is dropped rather than stored by a command or a close.
+TEST_F(QuoteGridModelTest, TypingNotStoredYetIsKeptOrDroppedByItsColumn)
+{
+    add("A-100");
+    add("B-200");
+    const QModelIndex quantity = model.index(0, QuoteGridColumn::Quantity);
+    const std::optional<Table> typed = model.linesWithTyping(quantity, QStringLiteral("50"));
+    ASSERT_TRUE(typed.has_value());
+    EXPECT_EQ(typed->get(1, QuoteLine::Quantity), Cell(qint32(50)));
+    EXPECT_EQ(conv::toText(typed->get(1, QuoteLine::UnitPrice), locale), QStringLiteral("10"));
+    EXPECT_EQ(shown(0, QuoteGridColumn::Quantity), QStringLiteral("1")) << "the quote as it was";
+    EXPECT_FALSE(model.linesWithTyping(quantity, QStringLiteral("1")).has_value())
+        << "what the cell holds";
+    const QModelIndex part = model.index(0, QuoteGridColumn::PartNumber);
+    EXPECT_FALSE(model.linesWithTyping(part, QString()).has_value());
+    EXPECT_FALSE(model.linesWithTyping(part, QStringLiteral("B-2")).has_value());
+    EXPECT_TRUE(QuoteGridModel::dropsTyping(part, QStringLiteral("  ")));
+    EXPECT_FALSE(QuoteGridModel::dropsTyping(part, QStringLiteral("B-2")));
+    EXPECT_FALSE(QuoteGridModel::dropsTyping(quantity, QString()));
 }
 
 // The same meaning as in the list price box: a comma decimal typed under an English locale.

@@ -24,15 +24,17 @@ if(EXISTS ${TARNWICK_DATA}/help)
     install(DIRECTORY ${TARNWICK_DATA}/help/ DESTINATION ${CMAKE_INSTALL_DATADIR}/tarnwick/help)
 endif()
 
-# Debian package documentation: the copyright file and a compressed change log.
-set(TARNWICK_CHANGELOG_GZ ${PROJECT_BINARY_DIR}/debian/changelog.gz)
-add_custom_command(OUTPUT ${TARNWICK_CHANGELOG_GZ}
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/debian
-    COMMAND gzip -9 -n -c ${TARNWICK_DATA}/debian/changelog > ${TARNWICK_CHANGELOG_GZ}
-    DEPENDS ${TARNWICK_DATA}/debian/changelog VERBATIM)
-add_custom_target(tarnwick_changelog ALL DEPENDS ${TARNWICK_CHANGELOG_GZ})
-install(FILES ${TARNWICK_DATA}/debian/copyright ${TARNWICK_CHANGELOG_GZ}
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tarnwick)
+if(UNIX AND NOT APPLE)
+    # Debian package documentation: the copyright file and a compressed change log.
+    set(TARNWICK_CHANGELOG_GZ ${PROJECT_BINARY_DIR}/debian/changelog.gz)
+    add_custom_command(OUTPUT ${TARNWICK_CHANGELOG_GZ}
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/debian
+        COMMAND gzip -9 -n -c ${TARNWICK_DATA}/debian/changelog > ${TARNWICK_CHANGELOG_GZ}
+        DEPENDS ${TARNWICK_DATA}/debian/changelog VERBATIM)
+    add_custom_target(tarnwick_changelog ALL DEPENDS ${TARNWICK_CHANGELOG_GZ})
+    install(FILES ${TARNWICK_DATA}/debian/copyright ${TARNWICK_CHANGELOG_GZ}
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tarnwick)
+endif()
 
 set(CPACK_PACKAGE_NAME tarnwick)
 set(CPACK_PACKAGE_VENDOR "Tarnwick developers")

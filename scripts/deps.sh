@@ -15,6 +15,8 @@ tarnwick_packages=(
     clang-format clang-tidy fonts-dejavu-core lld
     # the fuzz targets: clang with libFuzzer and the sanitizers' run-time, llvm-symbolizer
     clang libclang-rt-14-dev llvm-14
+    # every source compiled as for Windows too (scripts/windows_check.py)
+    g++-mingw-w64-x86-64-posix
     # icon drawing, install-tree validation and the Debian package
     librsvg2-bin desktop-file-utils appstream dpkg-dev file lintian
     # hardening-check, which checks the packaged program's hardening

@@ -85,14 +85,16 @@ stage "configure" tarnwick_configure "$build_dir" -DCMAKE_CXX_FLAGS_RELWITHDEBIN
 # tests' stage, which mostly waits.
 # After it, every source of src/ is compiled once more by itself (scripts/standalone.py): the
 # run command and a plain build compile them one by one, and a unity build hides a missing
-# include.
+# include. Then once more as a Windows compiler sees it (scripts/windows_check.py, MinGW-w64):
+# no Linux build compiles the Windows branches.
 side_checks() {
     local status=0
     python3 "$TARNWICK_ROOT/scripts/tidy.py" "$build_dir" --jobs "$(nproc)" || status=1
     python3 "$TARNWICK_ROOT/scripts/standalone.py" "$build_dir" --jobs "$(nproc)" || status=1
+    python3 "$TARNWICK_ROOT/scripts/windows_check.py" "$build_dir" --jobs "$(nproc)" || status=1
     return "$status"
 }
-side_start "clang-tidy, standalone sources" side_checks
+side_start "clang-tidy, standalone sources, Windows compile" side_checks
 stage "format check" cmake --build "$build_dir" --target format-check
 stage "build" cmake --build "$build_dir" -j "$(nproc)"
 stage "tests" env QT_QPA_PLATFORM=offscreen ctest --test-dir "$build_dir" -j "$(nproc)" --output-on-failure --timeout 300

@@ -94,8 +94,14 @@ int main(int argc, char *argv[])
             splash.requestClose();
     });
     QObject::connect(&app, &QGuiApplication::commitDataRequest, [&](QSessionManager &) {
-        if (mainWindow)
-            mainWindow->sessionEnding();
+        if (!mainWindow)
+            return;
+        mainWindow->sessionEnding();
+#if defined(Q_OS_WIN)
+        // Windows ends the program right after this request, without a close and without a
+        // signal: the close a log-out makes elsewhere is made here.
+        mainWindow->requestClose();
+#endif
     });
     splash.Form_Load();
     if (splash.programEnded())

@@ -135,7 +135,9 @@ QString pdbPath(const QString &appFolder, const QString &group)
 ConverterCommand converterCommand(const QString &appFolder, const QString &group)
 {
     const QDir folder(appFolder);
-    const auto inBraces = [](const QString &text) { return QLatin1Char('{') + text + '}'; };
+    const auto inBraces = [](const QString &text) {
+        return QLatin1Char('{') + QDir::toNativeSeparators(text) + '}';
+    };
     return ConverterCommand { folder.filePath(QStringLiteral("Handdesk.exe")),
         { QStringLiteral("COMMAND:TOPDB"),
             QStringLiteral("PDB:INFILE:") + inBraces(csvPath(appFolder, group)),

@@ -15,6 +15,11 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
+#elif defined(Q_OS_WIN)
+#include <fcntl.h>
+#include <io.h>
+#include <qt_windows.h>
+#include <shellapi.h>
 #endif
 
 namespace tarnwick::WorkbookReaderChild {
@@ -28,6 +33,24 @@ void setReaderLimit(int resource, rlim_t value)
     setrlimit(resource, &limit);
 }
 #endif
+
+/// The workbook's path as the program was given it.
+QString pathArgument(const char *given)
+{
+#if defined(Q_OS_WIN)
+    // main's arguments are in the system's ANSI code page, which cannot spell every file name
+    // (a Greek or Polish name on a Western system): the path is read again from the command
+    // line as Windows keeps it, in UTF-16.
+    int count = 0;
+    wchar_t **const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+    const QString path =
+        arguments && count == 3 ? QString::fromWCharArray(arguments[2]) : QFile::decodeName(given);
+    LocalFree(arguments);
+    return path;
+#else
+    return QFile::decodeName(given);
+#endif
+}
 
 /// Writes all bytes to standard output; false when the parent is gone.
 bool writeToParent(const QByteArray &bytes)
@@ -60,6 +83,10 @@ int run(const QString &path)
     // Rows go out while the file is read: in pieces of a mebibyte, so the program wakes for
     // each of them, not for every 64 KiB the pipe would otherwise hold.
     static char buffer[1 << 20];
+#if defined(Q_OS_WIN)
+    // The output is bytes: in the C library's text mode every "\n" would leave as "\r\n".
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
     std::setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
 #if defined(Q_OS_LINUX)
     fcntl(STDOUT_FILENO, F_SETPIPE_SZ, int(sizeof buffer));
@@ -89,7 +116,7 @@ std::optional<int> runIfAsked(int argc, char *argv[])
 {
     if (argc != 3 || std::strcmp(argv[1], ReadWorkbookArgument) != 0)
         return std::nullopt;
-    return run(QFile::decodeName(argv[2]));
+    return run(pathArgument(argv[2]));
 }
 
 } // namespace tarnwick::WorkbookReaderChild

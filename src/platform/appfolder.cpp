@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 namespace tarnwick {
 
@@ -23,6 +24,13 @@ bool AppFolderRule::isWritableFolder(const QString &folder)
     const QFileInfo info(folder);
     if (!info.isDir() || !info.isWritable())
         return false;
+#if defined(Q_OS_WIN)
+    // Windows calls a folder such as Program Files writable when only an administrator may
+    // write there: a file made there and removed again is the real test.
+    QTemporaryFile probe(QDir(folder).filePath(QStringLiteral("tarnwick-XXXXXX.tmp")));
+    if (!probe.open())
+        return false;
+#endif
     return !QFileInfo(QDir(folder).filePath(QStringLiteral("../share/tarnwick"))).isDir();
 }
 

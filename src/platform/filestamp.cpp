@@ -29,4 +29,26 @@ std::optional<FileStamp> fileStamp(const QString &path)
 #endif
 }
 
+bool namesSameFile(const QString &one, const QString &other)
+{
+#if defined(Q_OS_WIN)
+    constexpr Qt::CaseSensitivity names = Qt::CaseInsensitive;
+#else
+    constexpr Qt::CaseSensitivity names = Qt::CaseSensitive;
+#endif
+    const QFileInfo first(one);
+    const QFileInfo second(other);
+    if (first.absoluteFilePath().compare(second.absoluteFilePath(), names) == 0)
+        return true;
+#ifdef Q_OS_UNIX
+    // stat follows links, and a hard link is the same file under a second name.
+    const std::optional<FileStamp> firstStamp = fileStamp(one);
+    const std::optional<FileStamp> secondStamp = fileStamp(other);
+    return firstStamp && secondStamp && firstStamp->isSameFile(*secondStamp);
+#else
+    const QString canonical = first.canonicalFilePath();
+    return !canonical.isEmpty() && canonical.compare(second.canonicalFilePath(), names) == 0;
+#endif
+}
+
 } // namespace tarnwick

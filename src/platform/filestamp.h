@@ -27,4 +27,9 @@ struct FileStamp
 /// The stamp of the file at path; none when it is not there.
 std::optional<FileStamp> fileStamp(const QString &path);
 
+/// Whether two paths name one file: the same path, or, when the file is there, the same file
+/// reached another way (a link, a folder under another name, other capitals where the system
+/// ignores them).
+bool namesSameFile(const QString &one, const QString &other);
+
 } // namespace tarnwick

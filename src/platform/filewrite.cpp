@@ -107,7 +107,9 @@ QString plainWriteCause(int systemError, const QString &fallback)
 {
     switch (systemError) {
     case ENOSPC:
+#ifdef EDQUOT
     case EDQUOT:
+#endif
         return QStringLiteral("the disk is full");
     case EFBIG:
         return QStringLiteral("the file would be larger than the system allows");
@@ -154,7 +156,9 @@ int writeErrorNumber(int systemError)
 {
     switch (systemError) {
     case ENOSPC:
+#ifdef EDQUOT
     case EDQUOT:
+#endif
     case EFBIG:
         return ErrorNumber::DiskFull;
     case EROFS:

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDriver>
+#include <QSqlQuery>
 #include <QVariant>
 
 #include <sqlite3.h>
@@ -25,11 +26,23 @@ sqlite3 *handleOf(QSqlDatabase &db)
     return *static_cast<sqlite3 *const *>(handle.constData());
 }
 
+/// Whether Qt's driver runs the SQLite this program links. A driver built with an SQLite of its
+/// own (Qt's packages for Windows carry one inside the driver) hands out handles this copy
+/// cannot use; it tells its own version and source, which then differ from these.
+bool driverSharesThisSqlite(QSqlDatabase &db)
+{
+    QSqlQuery query(db);
+    if (!query.exec(QStringLiteral("SELECT sqlite_source_id()")) || !query.next())
+        return false;
+    return query.value(0).toString() == QString::fromUtf8(sqlite3_sourceid());
+}
+
 /// Copies every page of source into the file at path (which must not exist).
 bool copyInto(sqlite3 *source, const QString &path, QString &error)
 {
     sqlite3 *target = nullptr;
-    const QByteArray name = QFile::encodeName(path);
+    // SQLite takes file names in UTF-8 (on Windows the local 8-bit form is the ANSI code page).
+    const QByteArray name = path.toUtf8();
     int result = sqlite3_open_v2(
         name.constData(), &target, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     if (result == SQLITE_OK) {
@@ -59,6 +72,10 @@ bool write(QSqlDatabase &db, const QString &path, QString &error)
     sqlite3 *source = handleOf(db);
     if (!source || !db.isOpen()) {
         error = QStringLiteral("the quote book is not open");
+        return false;
+    }
+    if (!driverSharesThisSqlite(db)) {
+        error = QStringLiteral("this build of Tarnwick uses a Qt whose SQLite is not its own");
         return false;
     }
     const QString temporary = path + QStringLiteral(".new");

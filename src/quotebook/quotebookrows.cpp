@@ -5,6 +5,7 @@
 #include "quotes/quoteline.h"
 #include "quotes/quotepricing.h"
 
+#include <QDir>
 #include <QRegularExpression>
 #include <QSqlQuery>
 #include <QUrl>
@@ -120,8 +121,19 @@ bool run(QSqlDatabase &db, const QString &sql, QSqlError &error)
 void readAsItLies(QSqlDatabase &db, const QString &path)
 {
     db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
-    db.setDatabaseName(
-        QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded) + QStringLiteral("?immutable=1"));
+    db.setDatabaseName(readAsItLiesUri(path));
+}
+
+QString readAsItLiesUri(const QString &path)
+{
+    const QString slashed = QDir::fromNativeSeparators(path);
+    // QUrl would make a server name of what follows the two slashes (and write it in lower
+    // case); the address keeps the whole path after an empty server name instead.
+    const QString uri = slashed.startsWith(QLatin1String("//"))
+        ? QStringLiteral("file://")
+            + QString::fromLatin1(QUrl::toPercentEncoding(slashed, QByteArrayLiteral("/")))
+        : QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
+    return uri + QStringLiteral("?immutable=1");
 }
 
 int resultCode(const QSqlError &error)

@@ -86,6 +86,10 @@ bool run(QSqlDatabase &db, const QString &sql, QSqlError &error);
 /// Sets db (not yet open) to read the book at path as it lies: read-only, SQLite's
 /// "immutable" (no lock taken, no log or index made beside it).
 void readAsItLies(QSqlDatabase &db, const QString &path);
+/// The SQLite address of the file at path, read as it lies. A path that begins with two
+/// slashes (a Windows share, "//server/share/...") keeps them in the address's path: SQLite
+/// takes no server name in an address.
+QString readAsItLiesUri(const QString &path);
 /// SQLite's primary result code of an error (extended codes keep it in their low byte).
 int resultCode(const QSqlError &error);
 

@@ -435,7 +435,7 @@ QString CatalogueLifecycle::unreadNumbersMessage(
                     .arg(number.partNumber, ProductRecord::fieldCaption(number.field), number.text);
     }
     if (numbers.size() > Listed)
-        text += QStringLiteral("\n… and %1 more.").arg(numbers.size() - Listed);
+        text += QStringLiteral("\n\u2026 and %1 more.").arg(numbers.size() - Listed);
     return text;
 }
 

@@ -1,11 +1,15 @@
 #include "shell/savecontroller.h"
 
+#include "catalogue/cataloguefile.h"
 #include "catalogue/module1.h"
+#include "catalogue/recoveryfile.h"
 #include "commands/edithistory.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/filefilter.h"
+#include "platform/filestamp.h"
 #include "platform/ifiledialogs.h"
+#include "platform/iprompts.h"
 #include "products/productcommands.h"
 #include "shell/cataloguelifecycle.h"
 #include "shell/mainwindowui.h"
@@ -113,10 +117,23 @@ void SaveController::saveAs()
     storeEdits();
     // The program's own file chosen as the copy is simply saved, with its backup; chosen so,
     // it is written even where it has gone from its folder.
-    if (QFileInfo(path).absoluteFilePath() == QFileInfo(m_module.DataFile).absoluteFilePath()) {
+    if (namesSameFile(path, m_module.DataFile)) {
         m_module.AllProducts().acceptFileGone();
         save();
         return;
+    }
+    // The backup and the recovery file are Tarnwick's to replace and remove: a copy under
+    // either name would be gone with the next save.
+    for (const QString &kept :
+        { catalogueBackupPath(m_module.DataFile), recoveryFilePath(m_module.DataFile) }) {
+        if (namesSameFile(path, kept)) {
+            m_services.prompts.msgBox(QStringLiteral("%1 is a file Tarnwick keeps for itself and "
+                                                     "replaces on its own. Choose another name "
+                                                     "for the copy.")
+                                          .arg(QFileInfo(kept).fileName()),
+                MsgStyle::OkOnly + MsgStyle::Exclamation, request.title);
+            return;
+        }
     }
     if (m_catalogue.saveCopy(path))
         m_ui.sbPanel1->setText(

@@ -2,6 +2,7 @@
 #include "platform/filestamp.h"
 #include "support/tempappfolder.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <gtest/gtest.h>
@@ -47,5 +48,25 @@ TEST(FileStampTest, TellsAFileRenamedIntoPlaceFromTheOneBefore)
     EXPECT_EQ(fileStamp(folder.filePath(QStringLiteral("none.dat"))), std::nullopt);
 }
 #endif
+
+TEST(FileStampTest, APathNamesTheSameFileThroughALinkOrAnotherWayThere)
+{
+    TempAppFolder folder;
+    folder.writeFile(QStringLiteral("twdata.dat"), "catalogue");
+    folder.writeFile(QStringLiteral("other.dat"), "catalogue");
+    const QString file = folder.filePath(QStringLiteral("twdata.dat"));
+    ASSERT_TRUE(QFile::link(file, folder.filePath(QStringLiteral("link.dat"))));
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("sub")));
+
+    EXPECT_TRUE(namesSameFile(file, file));
+    EXPECT_TRUE(namesSameFile(folder.filePath(QStringLiteral("sub/../twdata.dat")), file));
+    EXPECT_TRUE(namesSameFile(folder.filePath(QStringLiteral("link.dat")), file));
+    EXPECT_FALSE(namesSameFile(folder.filePath(QStringLiteral("other.dat")), file))
+        << "the same bytes in another file";
+    EXPECT_TRUE(namesSameFile(folder.filePath(QStringLiteral("gone.dat")),
+        folder.filePath(QStringLiteral("sub/../gone.dat"))))
+        << "a file not there is named by its path";
+    EXPECT_FALSE(namesSameFile(folder.filePath(QStringLiteral("gone.dat")), file));
+}
 
 } // namespace

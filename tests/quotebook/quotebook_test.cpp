@@ -33,6 +33,16 @@ TEST_F(QuoteBookTest, ANewBookIsInWalModeAtTheCurrentVersion)
     EXPECT_TRUE(book->list().isEmpty());
 }
 
+TEST_F(QuoteBookTest, TheAddressOfABookReadAsItLiesKeepsEveryPartOfItsPath)
+{
+    EXPECT_EQ(QuoteBookRows::readAsItLiesUri(QStringLiteral("/home/Ann Lee/Tarnwick/quotes.db")),
+        QStringLiteral("file:///home/Ann%20Lee/Tarnwick/quotes.db?immutable=1"));
+    EXPECT_EQ(QuoteBookRows::readAsItLiesUri(QStringLiteral("//Server/Sales Team/quotes.db")),
+        QStringLiteral("file:////Server/Sales%20Team/quotes.db?immutable=1"));
+    EXPECT_EQ(QuoteBookRows::readAsItLiesUri(QStringLiteral("/data/50%#1/quotes.db")),
+        QStringLiteral("file:///data/50%25%231/quotes.db?immutable=1"));
+}
+
 TEST_F(QuoteBookTest, SavedQuotesAreNumberedPerYear)
 {
     SavedQuote first = sampleQuote(QStringLiteral("ACME"), May12);

@@ -212,6 +212,49 @@ TEST_F(SavingWindowTest, ACatalogueFileGoneFromItsFolderIsWrittenOnlyBySaveAsOnt
     EXPECT_FALSE(window->isWindowModified());
 }
 
+TEST_F(SavingWindowTest, SaveAsOntoALinkToTheCatalogueFileSavesItWithItsBackup)
+{
+    renameFirstProduct(QStringLiteral("Anchor saved through a link"));
+    ASSERT_TRUE(waitForModified(true));
+    const QString link = folder.filePath(QStringLiteral("catalogue-link.dat"));
+    ASSERT_TRUE(QFile::link(folder.filePath(QStringLiteral("twdata.dat")), link));
+    fakes->fileDialogs.answer(FileDialogResult { link, 1 });
+
+    action("mnuFileSaveAs")->trigger();
+
+    EXPECT_TRUE(
+        folder.readFile(QStringLiteral("twdata.dat")).contains("Anchor saved through a link"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue())
+        << "saved as the catalogue is, keeping the file before as the backup";
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+}
+
+TEST_F(SavingWindowTest, ACopyIsNotSavedUnderTheNameOfTheBackupOrTheRecoveryFile)
+{
+    folder.writeFile(QStringLiteral("twdata.bak"), "the backup of the last save");
+    renameFirstProduct(QStringLiteral("Anchor for a copy"));
+    ASSERT_TRUE(waitForModified(true));
+    for (const QString &name : { QStringLiteral("twdata.bak"), RecoveryFile }) {
+        window->catalogue().recovery().writeNow();
+        const QByteArray before = folder.readFile(name);
+        fakes->prompts.clear();
+        fakes->fileDialogs.answer(FileDialogResult { folder.filePath(name), 1 });
+
+        action("mnuFileSaveAs")->trigger();
+
+        ASSERT_EQ(fakes->prompts.shown().size(), 1u) << name.toStdString();
+        EXPECT_EQ(
+            fakes->prompts.shown().front().title, QStringLiteral("Save a Copy of the Catalogue"));
+        EXPECT_EQ(fakes->prompts.shown().front().text,
+            name
+                + QStringLiteral(" is a file Tarnwick keeps for itself and replaces on its own. "
+                                 "Choose another name for the copy."));
+        EXPECT_EQ(folder.readFile(name), before) << name.toStdString();
+        EXPECT_NE(window->ui().sbPanel1->text().left(10), QStringLiteral("Copy saved"));
+    }
+}
+
 TEST_F(SavingWindowTest, ACopyNamedWithoutExtensionIsACatalogueFile)
 {
     fakes->fileDialogs.answer(FileDialogResult { folder.filePath(QStringLiteral("tuesday")), 1 });

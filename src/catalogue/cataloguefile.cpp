@@ -95,7 +95,15 @@ bool keepPreviousAsBackup(const QString &dataFile, QString *error)
 {
     if (!QFileInfo::exists(dataFile))
         return true;
+    // An empty file before (a start whose backup offer was declined wrote it so, or a sync
+    // tool left it) never takes the place of a backup that holds something.
+    if (QFileInfo(dataFile).size() == 0 && QFileInfo(catalogueBackupPath(dataFile)).size() > 0)
+        return true;
 #ifdef Q_OS_UNIX
+    // A second name for a symbolic link would be a second link to the file the save is about
+    // to write into, so the catalogue it points to is copied instead.
+    if (QFileInfo(dataFile).isSymLink())
+        return copyPreviousAsBackup(dataFile, error);
     const QByteArray data = QFile::encodeName(dataFile);
     const QByteArray backup = QFile::encodeName(catalogueBackupPath(dataFile));
     const QByteArray link = backup + ".link";

@@ -2,6 +2,8 @@
 // so the connection's own handle is handed to sqlite3_backup_*.
 #include "quotebook/quotebookbackup.h"
 
+#include "quotebook/quotebookrows.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -112,6 +114,35 @@ QString keepAside(const QString &backupPath, const QString &damagedKeptAs)
         QString(damaged).replace(QStringLiteral("-damaged-"), QStringLiteral("-backup-"));
     if (kept.isEmpty() || kept == damaged
         || !QFile::rename(backupPath, QFileInfo(backupPath).dir().filePath(kept)))
+        return {};
+    return kept;
+}
+
+std::optional<int> quoteCount(const QString &path)
+{
+    if (!QFileInfo(path).isFile())
+        return std::nullopt;
+    std::optional<int> count;
+    const QString connection = QStringLiteral("tarnwick-copy-%1").arg(quintptr(&count));
+    {
+        QSqlDatabase copy = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+        QuoteBookRows::readAsItLies(copy, path);
+        if (copy.open()) {
+            QSqlQuery query(copy);
+            if (query.exec(QStringLiteral("SELECT count(*) FROM quotes")) && query.next())
+                count = query.value(0).toInt();
+        }
+        copy.close();
+    }
+    QSqlDatabase::removeDatabase(connection);
+    return count;
+}
+
+QString keepEarlierCopy(const QString &backupPath, const QDateTime &now)
+{
+    const QString kept =
+        QStringLiteral("quotes-backup-%1.db").arg(now.toString(QStringLiteral("yyyyMMdd-HHmmss")));
+    if (!QFile::rename(backupPath, QFileInfo(backupPath).dir().filePath(kept)))
         return {};
     return kept;
 }

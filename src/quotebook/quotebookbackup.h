@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QDateTime>
 #include <QSqlDatabase>
 #include <QString>
+
+#include <optional>
 
 namespace tarnwick::QuoteBookBackup {
 
@@ -15,5 +18,14 @@ bool write(QSqlDatabase &db, const QString &path, QString &error);
 /// the copy of the last close at backupPath beside it as "quotes-backup-<stamp>.db", so the
 /// new book's copies never take its place. Its new file name; empty when it could not move.
 QString keepAside(const QString &backupPath, const QString &damagedKeptAs);
+
+/// The number of quotes in the copy at path, read as it lies (no lock, nothing written beside
+/// it); none when it is not there or cannot be read as a quote book.
+std::optional<int> quoteCount(const QString &path);
+
+/// Moves the copy of an earlier book at backupPath aside as "quotes-backup-<date>-<time>.db"
+/// beside it (now giving the time), so the copies of a new book never take its place. Its new
+/// file name; empty when it could not move.
+QString keepEarlierCopy(const QString &backupPath, const QDateTime &now);
 
 } // namespace tarnwick::QuoteBookBackup

@@ -206,4 +206,31 @@ QString backupFailed(const QString &path, const QString &why)
         .arg(native(path), why);
 }
 
+QString lastCopyQuestion(
+    const QString &path, const QString &backup, const QString &when, int quotes)
+{
+    return QStringLiteral("The quote book \"%1\" is missing. The copy made when Tarnwick was "
+                          "last closed, \"%2\", saved %3, holds %4 %5.\n\nOpen the copy? It "
+                          "becomes the quote book. No starts a new quote book when a quote is "
+                          "first kept, numbered after the copy's quotes, and keeps the copy "
+                          "beside it under a name of its own.")
+        .arg(native(path), native(backup), when)
+        .arg(quotes)
+        .arg(quotes == 1 ? QStringLiteral("quote") : QStringLiteral("quotes"));
+}
+
+QString lastCopyNotOpened(const QString &path, const QString &backup)
+{
+    return QStringLiteral("The copy \"%1\" could not be copied to \"%2\". It is left as it "
+                          "is; close Tarnwick and copy it there yourself to open its quotes.")
+        .arg(native(backup), native(path));
+}
+
+QString newBookBesideLastCopy(const QString &keptAs)
+{
+    return QStringLiteral("A new quote book has been started; the copy of the earlier one is "
+                          "kept as \"%1\".")
+        .arg(keptAs);
+}
+
 } // namespace tarnwick::QuoteBookMessages

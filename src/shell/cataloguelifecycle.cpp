@@ -354,7 +354,11 @@ bool CatalogueLifecycle::offerBackup()
     // it means there was a catalogue: deleted, renamed or moved away by mistake.
     const QString backup = catalogueBackupPath(m_module.DataFile);
     const QFileInfo file(backup);
-    if (QFileInfo::exists(m_module.DataFile) || !file.isFile())
+    // An empty catalogue file hides the backup no better: a close after the offer was
+    // declined writes one, and so may a sync tool.
+    const QFileInfo data(m_module.DataFile);
+    const bool empty = data.isFile() && data.size() == 0;
+    if ((data.exists() && !empty) || !file.isFile())
         return false;
     Table restored;
     qint32 count = 0;
@@ -363,18 +367,19 @@ bool CatalogueLifecycle::offerBackup()
         // Nothing to open, but the user must know the catalogue is gone and where its
         // remains are; the backup stays as it is.
         m_prompts.msgBox(
-            QStringLiteral("The catalogue file \"%1\" is missing, and its backup \"%2\" cannot "
-                           "be read completely: %3.\n\nTarnwick starts with an empty catalogue. "
+            QStringLiteral("The catalogue file \"%1\" is %2, and its backup \"%3\" cannot be "
+                           "read completely: %4.\n\nTarnwick starts with an empty catalogue. "
                            "The backup is left as it is.")
-                .arg(QDir::toNativeSeparators(m_module.DataFile), QDir::toNativeSeparators(backup),
-                    read.detail),
+                .arg(QDir::toNativeSeparators(m_module.DataFile),
+                    empty ? QStringLiteral("empty") : QStringLiteral("missing"),
+                    QDir::toNativeSeparators(backup), read.detail),
             MsgStyle::Exclamation, CatalogueTitle);
         return false;
     }
     if (count < 1)
         return false;
     const QString question = backupQuestion(m_module.DataFile, backup,
-        m_module.locale().toString(file.lastModified(), QLocale::ShortFormat), count);
+        m_module.locale().toString(file.lastModified(), QLocale::ShortFormat), count, empty);
     const int style = MsgStyle::YesNo | MsgStyle::Question;
     if (m_prompts.msgBox(question, style, CatalogueTitle) != MsgResult::Yes)
         return false;
@@ -382,14 +387,16 @@ bool CatalogueLifecycle::offerBackup()
     return true;
 }
 
-QString CatalogueLifecycle::backupQuestion(
-    const QString &dataFile, const QString &backup, const QString &when, int products)
+QString CatalogueLifecycle::backupQuestion(const QString &dataFile, const QString &backup,
+    const QString &when, int products, bool dataFileEmpty)
 {
-    return QStringLiteral("The catalogue file \"%1\" is missing. Its backup \"%2\", saved %3, "
-                          "holds %4 %5.\n\nOpen the backup? It is saved as the catalogue file "
+    return QStringLiteral("The catalogue file \"%1\" is %2. Its backup \"%3\", saved %4, "
+                          "holds %5 %6.\n\nOpen the backup? It is saved as the catalogue file "
                           "with your next save. No starts with an empty catalogue and leaves the "
                           "backup as it is.")
-        .arg(QDir::toNativeSeparators(dataFile), QDir::toNativeSeparators(backup), when)
+        .arg(QDir::toNativeSeparators(dataFile),
+            dataFileEmpty ? QStringLiteral("empty") : QStringLiteral("missing"),
+            QDir::toNativeSeparators(backup), when)
         .arg(products)
         .arg(products == 1 ? QStringLiteral("product") : QStringLiteral("products"));
 }

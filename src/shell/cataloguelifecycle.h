@@ -87,9 +87,10 @@ public:
     /// The question asked at start when the catalogue file is missing and such a file is there.
     static QString otherCaseQuestion(const QString &dataFile, const QString &found);
 
-    /// The question asked at start when the catalogue file is missing and its backup is there.
-    static QString backupQuestion(
-        const QString &dataFile, const QString &backup, const QString &when, int products);
+    /// The question asked at start when the catalogue file is missing (or empty: dataFileEmpty)
+    /// and its backup is there.
+    static QString backupQuestion(const QString &dataFile, const QString &backup,
+        const QString &when, int products, bool dataFileEmpty = false);
 
     /// The message shown when the catalogue file could not be read completely; keptCopy is
     /// where it has been kept, empty when it could not be kept yet (the save tries again).

@@ -111,7 +111,7 @@ void QuoteBookController::start()
     if (m_started)
         return;
     m_started = true;
-    if (QFileInfo::exists(bookPath())) {
+    if (QFileInfo::exists(bookPath()) || openLastCopy()) {
         if (openBook(true))
             restoreInHand();
         else
@@ -145,6 +145,8 @@ bool QuoteBookController::openBook(bool inABox)
             m_book.continueNumbersOf(m_services.environment.pathInAppFolder(BackupFileName)));
         static_cast<void>(m_book.continueNumbersOf(result.keptAs));
     }
+    if (result.status == QuoteBook::OpenStatus::Created)
+        newBookBesideLastCopy();
     const QString lastCopy =
         result.status == QuoteBook::OpenStatus::Replaced ? keepLastCopy(result) : QString();
     const QString message = QuoteBookMessages::opened(result, bookPath(), lastCopy);
@@ -160,20 +162,6 @@ bool QuoteBookController::openBook(bool inABox)
     return m_book.isOpen();
 }
 
-void QuoteBookController::retakeLocks()
-{
-    // A file dialog may have read quotes.db and dropped SQLite's locks: the book is opened
-    // anew, which takes them again. A book deleted meanwhile (the dialogs offer Delete) stays
-    // open as it is: opening anew would start an empty one, whose copy at the close would
-    // replace quotes.bak.
-    if (!m_book.isOpen() || !QFileInfo::exists(bookPath()))
-        return;
-    // Where the book cannot be opened again, the next command opens it as at the start and
-    // says why it cannot.
-    if (!m_book.reconnect())
-        m_unavailable = m_book.errorString();
-}
-
 void QuoteBookController::saveMissedInHand()
 {
     // The quote the last run left on screen was not brought back at the start: before this
@@ -184,21 +172,6 @@ void QuoteBookController::saveMissedInHand()
                               "back at the start; it is saved as %1 (Open Quote finds it).")
                    .arg(saved->numberAndRevision()));
     }
-}
-
-QString QuoteBookController::keepLastCopy(const QuoteBook::OpenResult &replaced)
-{
-    // The copy made at the last close is the user's way back to the damaged book's quotes: the
-    // new book's copies must never take its place. It moves beside the damaged file; where it
-    // cannot, this run makes no copy at its close.
-    const QString backup = m_services.environment.pathInAppFolder(BackupFileName);
-    if (!QFileInfo::exists(backup))
-        return {};
-    QString kept = QuoteBookBackup::keepAside(backup, replaced.keptAs);
-    if (!kept.isEmpty())
-        return kept;
-    m_keepBackup = true;
-    return QFileInfo(backup).fileName();
 }
 
 void QuoteBookController::restoreInHand()

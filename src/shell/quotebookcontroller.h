@@ -95,6 +95,12 @@ private:
     /// Moves the copy made at the last close beside the damaged book replaced; its file name,
     /// empty when there was none.
     QString keepLastCopy(const QuoteBook::OpenResult &replaced);
+    /// With the book missing at the start and the copy of its last close there: offers the
+    /// copy, and puts it in the book's place when the user agrees. True when it is there now.
+    bool openLastCopy();
+    /// A new book was created: where the copy of an earlier book lies beside it, numbers go on
+    /// after the copy's and the copy moves aside (said in the status bar).
+    void newBookBesideLastCopy();
     /// Opens the book when it is not open yet; a failure is told in a box or in the status bar.
     bool openBook(bool inABox);
     bool ready(const QString &title);

@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -228,6 +230,61 @@ TEST_F(CatalogueLifecycleTest, AMissingFileWhoseBackupIsDeclinedStartsEmptyAndKe
     EXPECT_TRUE(lifecycle.save().ok);
     EXPECT_TRUE(lifecycle.save().ok);
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
+}
+
+TEST_F(CatalogueLifecycleTest, TheBackupDeclinedIsOfferedAgainAndNoSaveReplacesItWithNothing)
+{
+    folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());
+    loadAndReport();
+    prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(lifecycle.offerRecovery());
+    EXPECT_TRUE(lifecycle.save().ok); // the close
+    ASSERT_EQ(folder.readFile(QStringLiteral("twdata.dat")), QByteArray());
+
+    // The next start finds the empty file the close wrote beside the backup.
+    Module1 again(prompts, environment, QLocale(QLocale::English, QLocale::UnitedStates));
+    again.DataFile = module.DataFile;
+    CatalogueLifecycle next(again, prompts);
+    next.load();
+    prompts.clear();
+    prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(next.offerRecovery());
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_TRUE(prompts.shown()[0].text.startsWith(
+        QStringLiteral("The catalogue file \"%1\" is empty. Its backup \"%2\", saved ")
+            .arg(QDir::toNativeSeparators(module.DataFile),
+                QDir::toNativeSeparators(folder.filePath(QStringLiteral("twdata.bak"))))))
+        << prompts.shown()[0].text.toStdString();
+    EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("holds 3 products")));
+
+    // A product added and saved twice: the backup still holds the catalogue it held.
+    again.Catalogue().redimPreserve(1, again.Catalogue().fieldCount());
+    again.Catalogue().put(1, 1, Cell("NEW-1"));
+    again.AllProducts().setCount(1);
+    EXPECT_TRUE(next.save().ok);
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).startsWith("NEW-1"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
+    again.Catalogue().put(1, 2, Cell("New product"));
+    EXPECT_TRUE(next.save().ok);
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.bak")).startsWith("NEW-1"))
+        << "a catalogue that held something is the backup again";
+}
+
+TEST_F(CatalogueLifecycleTest, ACatalogueFileThatIsALinkKeepsARealBackup)
+{
+    folder.writeFile(QStringLiteral("store.dat"), sampleCatalogue());
+    ASSERT_TRUE(QFile::link(folder.filePath(QStringLiteral("store.dat")), module.DataFile));
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Ok);
+    module.Catalogue().put(1, 2, Cell("Anchor, changed"));
+    EXPECT_TRUE(lifecycle.save().ok);
+    module.Catalogue().put(1, 2, Cell("Anchor, changed again"));
+    EXPECT_TRUE(lifecycle.save().ok);
+
+    EXPECT_FALSE(QFileInfo(folder.filePath(QStringLiteral("twdata.bak"))).isSymLink());
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.bak")).contains("Anchor, changed\x7f"))
+        << folder.readFile(QStringLiteral("twdata.bak")).toStdString();
+    EXPECT_TRUE(folder.readFile(QStringLiteral("store.dat")).contains("Anchor, changed again"));
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak.link")));
 }
 
 TEST_F(CatalogueLifecycleTest, AStoredNumberThatCannotBeReadIsReportedWithProductAndField)

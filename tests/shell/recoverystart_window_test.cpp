@@ -1,0 +1,180 @@
+// The changes of a run that did not end cleanly, offered at the next start: the question, its
+// answers, a damaged recovery file, a password first, and a close asked for while the program
+// starts, carried out once it has started.
+#include "shellfixture.h"
+
+#include "shell/cataloguelifecycle.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::test;
+
+namespace {
+
+class RecoveryStartTest : public ShellTest
+{
+protected:
+    /// The sample catalogue with Bolt renamed, C-300 deleted and D-400 added, as a run that was
+    /// killed would have left it.
+    void leaveRecoveryFile()
+    {
+        folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+        folder.writeFile(RecoveryFile,
+            recoveryFileBytes(
+                catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes", "Washer" })
+                + catalogueLine({ "B-200", "Bolt, galvanised", "2.5", "Zinc plated", "Nut", "1",
+                    "2.5", "100", "2" })
+                + catalogueLine({ "D-400", "Dowel" })));
+    }
+    QStringList partNumbers() const
+    {
+        QStringList parts;
+        for (int row = 1; row <= module->AllProducts().Count(); ++row)
+            parts << module->Catalogue().get(row, 1).asText();
+        return parts;
+    }
+};
+
+// Changes left by a run that did not end, and a catalogue file written after them (here from
+// another computer): the question says so, and No, which keeps both, is the default.
+TEST_F(RecoveryStartTest, AFileWrittenAfterTheChangesIsSaidAndNoBecomesTheDefault)
+{
+    leaveRecoveryFile();
+    const QDateTime changesMade = QFileInfo(folder.filePath(RecoveryFile)).lastModified();
+    {
+        QFile file(folder.filePath(QStringLiteral("twdata.dat")));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(changesMade.addSecs(60), QFileDevice::FileModificationTime));
+    }
+    fakes->prompts.answerMessage(MsgResult::No);
+
+    startAndWait();
+
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown().front();
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
+    EXPECT_TRUE(box.text.startsWith(
+        QStringLiteral("Tarnwick was not closed properly. Restore the changes made until ")));
+    EXPECT_TRUE(box.text.endsWith(CatalogueLifecycle::changedSinceNote(
+        locale.toString(changesMade.addSecs(60), QLocale::ShortFormat))))
+        << box.text.toStdString();
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+    EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-recovered-")).size(), 1);
+}
+
+TEST_F(RecoveryStartTest, AsksBeforeTheWindowShowsAndYesRestoresTheChanges)
+{
+    leaveRecoveryFile();
+    fakes->prompts.answerMessage(MsgResult::Yes);
+
+    frmMain *window = startAndWait();
+
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown().front();
+    EXPECT_EQ(box.title, QStringLiteral("Tarnwick"));
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question);
+    EXPECT_TRUE(box.text.startsWith(
+        QStringLiteral("Tarnwick was not closed properly. Restore the changes made until ")));
+    EXPECT_TRUE(box.text.endsWith(QStringLiteral("?\n\n1 product changed, 1 added, 1 deleted.")))
+        << box.text.toStdString();
+    EXPECT_EQ(partNumbers(), QStringList({ "A-100", "B-200", "D-400" }));
+    EXPECT_EQ(window->ui().GrdMain->model()->index(1, 1).data().toString(),
+        QStringLiteral("Bolt, galvanised"));
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains("Dowel"));
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+}
+
+TEST_F(RecoveryStartTest, NoOpensTheCatalogueFileAndKeepsTheChangesAside)
+{
+    leaveRecoveryFile();
+    const QByteArray left = folder.readFile(RecoveryFile);
+    fakes->prompts.answerMessage(MsgResult::No);
+
+    frmMain *window = startAndWait();
+
+    EXPECT_EQ(partNumbers(), QStringList({ "A-100", "B-200", "C-300" }));
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+    const QStringList kept =
+        QDir(folder.path()).entryList({ QStringLiteral("twdata-recovered-*.dat") });
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(folder.readFile(kept.front()), left);
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("The changes of the last session are kept as %1.")
+            .arg(QDir::toNativeSeparators(folder.filePath(kept.front()))));
+}
+
+// A recovery file emptied or overwritten by something else is no catalogue to restore: it
+// would delete every product. It is kept aside and said, and the catalogue opens as it is.
+TEST_F(RecoveryStartTest, ADamagedRecoveryFileIsKeptAsideWithoutTheQuestion)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    folder.writeFile(RecoveryFile, QByteArray());
+    frmMain *window = startAndWait();
+    EXPECT_EQ(partNumbers(), QStringList({ "A-100", "B-200", "C-300" }));
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
+        QStringLiteral("The changes left by the last session could not be read: the file is "
+                       "incomplete or damaged")))
+        << fakes->prompts.shown()[0].text.toStdString();
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+    EXPECT_EQ(
+        QDir(folder.path()).entryList({ QStringLiteral("twdata-recovered-*.dat") }).size(), 1);
+    EXPECT_TRUE(window->close());
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")).size(), sampleCatalogue().size());
+}
+
+TEST_F(RecoveryStartTest, ACopyEqualToTheCatalogueIsNotOffered)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    folder.writeFile(RecoveryFile, recoveryFileBytes(sampleCatalogue()));
+
+    startAndWait();
+
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_FALSE(folder.exists(RecoveryFile));
+}
+
+TEST_F(RecoveryStartTest, WithAPasswordTheQuestionComesAfterThePassword)
+{
+    leaveRecoveryFile();
+    saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));
+    dialogs.answer = QStringLiteral("abc");
+    dialogs.whileAsking = [&] { EXPECT_TRUE(fakes->prompts.shown().empty()); };
+    fakes->prompts.answerMessage(MsgResult::Yes);
+
+    startAndWait();
+
+    EXPECT_EQ(dialogs.asked, 1);
+    EXPECT_EQ(fakes->prompts.shown().size(), 1u);
+}
+
+TEST_F(RecoveryStartTest, ACloseAskedForDuringTheStartIsCarriedOutWhenItEnds)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    tickMilliseconds = 60000; // the start would wait for a quarter of an hour
+    start();
+    ASSERT_FALSE(started);
+
+    EXPECT_FALSE(splash->close()) << "the splash stays until the start is done";
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return started; }, 5000));
+    ASSERT_NE(mainWindow, nullptr);
+    EXPECT_FALSE(mainWindow->isVisible());
+    // The file is kept in part-number order, the sample's B-200 is first.
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return folder.readFile(QStringLiteral("twdata.dat")).startsWith("A-100"); }, 5000))
+        << "the close saved the catalogue";
+}
+
+} // namespace

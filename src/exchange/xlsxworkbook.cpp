@@ -124,10 +124,11 @@ private:
         const std::size_t start = texts.size();
         m_value.clear();
         bool hasValue = false;
+        bool hasFormula = false;
         std::string_view value;
         if (m_xml.readPlainContent("v", value)) {
             hasValue = true;
-        } else if (!readContent(hasValue)) {
+        } else if (!readContent(hasValue, hasFormula)) {
             return false;
         } else {
             value = m_value;
@@ -138,14 +139,25 @@ private:
         }
         m_column = column;
         m_row = row;
-        if (column >= SheetCells::Columns || !hasValue)
+        if (column >= SheetCells::Columns)
+            return true;
+        // A formula without its result (no value, or an empty one where the result is no
+        // text): programs that write workbooks without computing them leave the result for
+        // the spreadsheet to work out when the file is opened. There is no value to take;
+        // like an error, it is said.
+        if (hasFormula && (!hasValue || (value.empty() && type != XlsxCellType::Text))) {
+            texts.resize(start);
+            m_cells.putError(row, column);
+            return true;
+        }
+        if (!hasValue)
             return true;
         return putValue(row, column, type, style, value, start);
     }
 
     /// The cell's content token by token: its value into m_value, an inline string into the
-    /// texts.
-    bool readContent(bool &hasValue)
+    /// texts; whether it holds a formula.
+    bool readContent(bool &hasValue, bool &hasFormula)
     {
         std::string &texts = m_cells.texts();
         const int depth = m_xml.depth();
@@ -159,6 +171,10 @@ private:
             } else if (isName(m_xml.localName(), "is")) {
                 hasValue = true;
                 if (!XlsxParts::appendStringItem(m_xml, texts))
+                    return false;
+            } else if (isName(m_xml.localName(), "f")) {
+                hasFormula = true;
+                if (!m_xml.skipElement())
                     return false;
             } else if (!m_xml.skipElement()) {
                 return false;
@@ -189,9 +205,12 @@ private:
         case XlsxCellType::SharedString: {
             std::size_t index = 0;
             const auto result = readNumber(value.data(), value.data() + value.size(), index);
+            // A shared text the workbook does not hold is one damaged cell, said as an error,
+            // not a reason to refuse the whole sheet.
             if (result.ec != std::errc() || index >= m_strings.size())
-                return false;
-            m_cells.putText(row, column, m_strings[index]);
+                m_cells.putError(row, column);
+            else
+                m_cells.putText(row, column, m_strings[index]);
             return true;
         }
         case XlsxCellType::Error:

@@ -184,6 +184,42 @@ TEST(WorkbookReaders, EveryFormatGivesTheSameCatalogueByteForByte)
     }
 }
 
+// Programs that write workbooks without computing them (openpyxl here) leave formulas without
+// results for the spreadsheet to work out when the file is opened: such a cell has no value
+// to take, and is said like an error, never read as $0.00 or a blank.
+TEST(WorkbookReaders, FormulasWithoutTheirResultsAreSaidLikeErrors)
+{
+    const auto workbook = openData("uncomputed.xlsx");
+    ASSERT_TRUE(workbook);
+    for (int row : { 2, 4, 5 })
+        EXPECT_EQ(shown(*workbook, 2, row), Error) << "row " << row;
+    EXPECT_EQ(shown(*workbook, 2, 3), "17.2");
+    EXPECT_EQ(shown(*workbook, 3, 2), "formula");
+    const auto imported = importAll(*workbook);
+    ASSERT_TRUE(imported->firstError.has_value());
+    EXPECT_EQ(imported->firstError->number(), ErrorNumber::TypeMismatch);
+    const Table &catalogue = imported->catalogue;
+    const int row = catalogue.find(P::PartNumber, Cell(QStringLiteral("F-1")), 1);
+    ASSERT_GE(row, 1);
+    EXPECT_TRUE(catalogue.get(row, P::Price).isEmpty()) << "no price rather than $0.00";
+}
+
+TEST(WorkbookReaders, ACellNamingASharedTextTheWorkbookLacksIsOneErrorNotTheWholeSheet)
+{
+    const auto damaged = openData("values-badshared.xlsx");
+    const auto sound = openData("values.xlsx");
+    ASSERT_TRUE(damaged && sound);
+    EXPECT_EQ(shown(*damaged, 1, 2), Error);
+    for (int row = 1; row <= 13; ++row) {
+        for (int column = 0; column < SheetCells::Columns; ++column) {
+            if (row == 2 && column == 1)
+                continue;
+            EXPECT_EQ(shown(*damaged, column, row), shown(*sound, column, row))
+                << "column " << column << " row " << row;
+        }
+    }
+}
+
 TEST(WorkbookReaders, ErrorCellsArriveEmptyAndTheRestOfTheRowIsImported)
 {
     const auto workbook = openData("values.xls");

@@ -11,6 +11,8 @@ are committed, so the tests need no LibreOffice; run it again after changing a s
       -> values-inline.xlsx  values.xlsx with every text as an inline string of rich-text runs
                              followed by a phonetic run, line breaks as "_x000D_" and a line
                              feed, and the date formats as the built-in formats 14 and 22
+      -> values-badshared.xlsx  values.xlsx whose cell B2 names a shared text the workbook
+                             does not hold (a damaged file)
   repeats.fods     adjacent cells and rows of the same values
       -> repeats.xls, repeats.xlsx, repeats.ods       (LibreOffice)
       -> repeats-rows.ods    repeats.ods with its three equal rows as one row repeated three
@@ -119,6 +121,14 @@ def shared_strings(xlsx):
     return [''.join(t.text or '' for t in si.iter(MAIN + 't')) for si in root.iter(MAIN + 'si')]
 
 
+def with_a_shared_text_missing(name, data):
+    if name != 'xl/worksheets/sheet1.xml':
+        return data
+    cell = re.search(rb'(<c r="B2"[^>]* t="s"><v>)\d+(</v>)', data)
+    assert cell
+    return data[:cell.start()] + cell.group(1) + b'999999' + cell.group(2) + data[cell.end():]
+
+
 def with_rows_repeated(name, data):
     if name != 'content.xml':
         return data
@@ -149,6 +159,7 @@ def main(sources):
         rewrite_zip('values.xlsx', 'values-noref.xlsx', without_references)
         rewrite_zip('values.xlsx', 'values-inline.xlsx',
                     with_inline_strings(shared_strings('values.xlsx')))
+        rewrite_zip('values.xlsx', 'values-badshared.xlsx', with_a_shared_text_missing)
     if 'repeats' in sources:
         rewrite_zip('repeats.ods', 'repeats-rows.ods', with_rows_repeated)
 

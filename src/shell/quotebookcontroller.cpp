@@ -147,6 +147,8 @@ bool QuoteBookController::openBook(bool inABox)
     }
     if (result.status == QuoteBook::OpenStatus::Created)
         newBookBesideLastCopy();
+    else if (result.status == QuoteBook::OpenStatus::Replaced)
+        makeBookAsPrivateAsCatalogue();
     const QString lastCopy =
         result.status == QuoteBook::OpenStatus::Replaced ? keepLastCopy(result) : QString();
     const QString message = QuoteBookMessages::opened(result, bookPath(), lastCopy);

@@ -98,9 +98,12 @@ private:
     /// With the book missing at the start and the copy of its last close there: offers the
     /// copy, and puts it in the book's place when the user agrees. True when it is there now.
     bool openLastCopy();
-    /// A new book was created: where the copy of an earlier book lies beside it, numbers go on
-    /// after the copy's and the copy moves aside (said in the status bar).
+    /// A new book was created: it takes the catalogue's permissions, and where the copy of an
+    /// earlier book lies beside it, numbers go on after the copy's and the copy moves aside
+    /// (said in the status bar).
     void newBookBesideLastCopy();
+    /// Gives the book's files the permissions of the catalogue file.
+    void makeBookAsPrivateAsCatalogue();
     /// Opens the book when it is not open yet; a failure is told in a box or in the status bar.
     bool openBook(bool inABox);
     bool ready(const QString &title);

@@ -3,6 +3,7 @@
 #include "shell/quotebookcontroller.h"
 
 #include "catalogue/module1.h"
+#include "catalogue/recoveryfile.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
 #include "platform/iprompts.h"
@@ -58,8 +59,21 @@ bool QuoteBookController::openLastCopy()
     return false;
 }
 
+void QuoteBookController::makeBookAsPrivateAsCatalogue()
+{
+    // The book holds customers' names and prices: a catalogue kept from other users' eyes keeps
+    // its quotes from them too. SQLite made the log and its index beside the book with the
+    // book's first permissions.
+    for (const QLatin1String suffix :
+        { QLatin1String(""), QLatin1String("-wal"), QLatin1String("-shm") }) {
+        if (QFileInfo::exists(bookPath() + suffix))
+            takePermissions(m_module.DataFile, bookPath() + suffix);
+    }
+}
+
 void QuoteBookController::newBookBesideLastCopy()
 {
+    makeBookAsPrivateAsCatalogue();
     // A new book where the last close left a copy (the book went missing, and its copy was not
     // opened): the numbers the copy's quotes carry are not given again, and the copy moves
     // aside, so the new book's copy at the close never takes its place.

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSignalSpy>
 
 using namespace tarnwick;
@@ -94,6 +95,28 @@ TEST_F(MissingBookWindowTest, DeclinedTheNewBookNumbersOnAndNeverReplacesTheCopy
     ASSERT_TRUE(window->close());
     EXPECT_EQ(folder.readFile(aside.first()), copy) << "the close copies the new book beside it";
     EXPECT_TRUE(folder.exists(QStringLiteral("quotes.bak")));
+}
+
+TEST_F(MissingBookWindowTest, ANewBookIsAsPrivateAsTheCatalogue)
+{
+    const QFileDevice::Permissions others = QFileDevice::ReadGroup | QFileDevice::WriteGroup
+        | QFileDevice::ReadOther | QFileDevice::WriteOther;
+    ASSERT_TRUE(QFile::setPermissions(folder.filePath(QStringLiteral("twdata.dat")),
+        QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+    QSignalSpy kept(window->quoteBook().session(), &QuoteSession::kept);
+    addToQuote(1);
+    ASSERT_TRUE(kept.wait(5000));
+    for (const QString &name : { QStringLiteral("quotes.db"), QStringLiteral("quotes.db-wal"),
+             QStringLiteral("quotes.db-shm") }) {
+        ASSERT_TRUE(folder.exists(name)) << name.toStdString();
+        const QFileDevice::Permissions permissions = QFileInfo(folder.filePath(name)).permissions();
+        EXPECT_TRUE(permissions.testFlags(QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+            << name.toStdString();
+        EXPECT_FALSE(permissions & others) << name.toStdString();
+    }
+    ASSERT_TRUE(window->close());
+    EXPECT_FALSE(QFileInfo(folder.filePath(QStringLiteral("quotes.bak"))).permissions() & others)
+        << "nor is the copy made at the close";
 }
 
 TEST_F(MissingBookWindowTest, AnEmptyCopyIsNotOffered)

@@ -57,6 +57,32 @@ def commands(build):
     return found
 
 
+def compile_each(found, jobs, rewrite, name, done, failing):
+    """Runs each source's command (rewrite(command) changes it first) on jobs threads, prints
+    the output of those that fail and a line of counts; 0 when all compiled, else 1. done and
+    failing are the count lines' texts, each with its one %d (and %.0f for the seconds)."""
+    def compile_one(source):
+        command, folder = found[source]
+        run = subprocess.run(rewrite(command), cwd=folder, stdout=subprocess.PIPE,
+                             stderr=subprocess.STDOUT, text=True)
+        return source, run.returncode, run.stdout
+
+    started = time.time()
+    failed = []
+    with ThreadPoolExecutor(max_workers=jobs) as pool:
+        for source, code, output in pool.map(compile_one, sorted(found)):
+            if code != 0:
+                failed.append((source, output))
+    for source, output in failed:
+        print(output.rstrip())
+    print("%s: " % name + done % (len(found), time.time() - started))
+    if failed:
+        print("%s: " % name + failing % len(failed) + ": "
+              + ", ".join(os.path.relpath(s, ROOT) for s, _ in failed))
+        return 1
+    return 0
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("build")
@@ -67,28 +93,9 @@ def main():
     if not found:
         print("standalone: the build folder lists no unity files of src/")
         return 1
-
-    def compile_alone(source):
-        command, folder = found[source]
-        run = subprocess.run(command, cwd=folder, stdout=subprocess.PIPE,
-                             stderr=subprocess.STDOUT, text=True)
-        return source, run.returncode, run.stdout
-
-    started = time.time()
-    failed = []
-    with ThreadPoolExecutor(max_workers=args.jobs) as pool:
-        for source, code, output in pool.map(compile_alone, sorted(found)):
-            if code != 0:
-                failed.append((source, output))
-    for source, output in failed:
-        print(output.rstrip())
-    print("standalone: %d sources compiled by themselves in %.0f s" % (
-        len(found), time.time() - started))
-    if failed:
-        print("standalone: %d sources do not compile by themselves: %s" % (
-            len(failed), ", ".join(os.path.relpath(s, ROOT) for s, _ in failed)))
-        return 1
-    return 0
+    return compile_each(found, args.jobs, lambda command: command, "standalone",
+                        "%d sources compiled by themselves in %.0f s",
+                        "%d sources do not compile by themselves")
 
 
 if __name__ == "__main__":

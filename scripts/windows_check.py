@@ -14,13 +14,10 @@ Warnings are not looked at (they are the Windows build's own business); errors a
 import argparse
 import os
 import shutil
-import subprocess
 import sys
-import time
-from concurrent.futures import ThreadPoolExecutor
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from standalone import ROOT, commands  # noqa: E402
+from standalone import commands, compile_each  # noqa: E402
 
 COMPILER = "x86_64-w64-mingw32-g++-posix"
 # Options of the Linux build that mean nothing to a Windows object, and the X11 clipboard's
@@ -66,28 +63,9 @@ def main():
         print("windows check: the build folder lists no unity files of src/")
         return 1
     headers = library_headers(build)
-
-    def compile_for_windows(source):
-        command, folder = found[source]
-        run = subprocess.run(windows_command(command, headers), cwd=folder,
-                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
-        return source, run.returncode, run.stdout
-
-    started = time.time()
-    failed = []
-    with ThreadPoolExecutor(max_workers=args.jobs) as pool:
-        for source, code, output in pool.map(compile_for_windows, sorted(found)):
-            if code != 0:
-                failed.append((source, output))
-    for source, output in failed:
-        print(output.rstrip())
-    print("windows check: %d sources compiled as for Windows in %.0f s" % (
-        len(found), time.time() - started))
-    if failed:
-        print("windows check: %d sources do not compile for Windows: %s" % (
-            len(failed), ", ".join(os.path.relpath(s, ROOT) for s, _ in failed)))
-        return 1
-    return 0
+    return compile_each(found, args.jobs, lambda command: windows_command(command, headers),
+                        "windows check", "%d sources compiled as for Windows in %.0f s",
+                        "%d sources do not compile for Windows")
 
 
 if __name__ == "__main__":

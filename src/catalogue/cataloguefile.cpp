@@ -78,8 +78,13 @@ bool copyPreviousAsBackup(const QString &dataFile, QString *error)
     }
     QSaveFile backup(catalogueBackupPath(dataFile));
     errno = 0;
-    if (!backup.open(QIODevice::WriteOnly) || backup.write(bytes) != bytes.size()
-        || !backup.commit()) {
+    if (!backup.open(QIODevice::WriteOnly) || backup.write(bytes) != bytes.size()) {
+        *error = plainCause(errno, backup);
+        return false;
+    }
+    // As private as the catalogue, before its name is given to it.
+    backup.setPermissions(QFileInfo(dataFile).permissions());
+    if (!backup.commit()) {
         *error = plainCause(errno, backup);
         return false;
     }

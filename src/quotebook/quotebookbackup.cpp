@@ -140,7 +140,7 @@ std::optional<int> quoteCount(const QString &path)
 
 QString keepEarlierCopy(const QString &backupPath, const QDateTime &now)
 {
-    const QString kept =
+    QString kept =
         QStringLiteral("quotes-backup-%1.db").arg(now.toString(QStringLiteral("yyyyMMdd-HHmmss")));
     if (!QFile::rename(backupPath, QFileInfo(backupPath).dir().filePath(kept)))
         return {};

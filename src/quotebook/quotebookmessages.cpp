@@ -211,9 +211,9 @@ QString lastCopyQuestion(
 {
     return QStringLiteral("The quote book \"%1\" is missing. The copy made when Tarnwick was "
                           "last closed, \"%2\", saved %3, holds %4 %5.\n\nOpen the copy? It "
-                          "becomes the quote book. No starts a new quote book when a quote is "
-                          "first kept, numbered after the copy's quotes, and keeps the copy "
-                          "beside it under a name of its own.")
+                          "becomes the quote book. No starts a new quote book once a product is "
+                          "added to the quote, numbered after the copy's quotes, and keeps the "
+                          "copy beside it under a name of its own.")
         .arg(native(path), native(backup), when)
         .arg(quotes)
         .arg(quotes == 1 ? QStringLiteral("quote") : QStringLiteral("quotes"));

@@ -380,7 +380,8 @@ bool CatalogueLifecycle::offerBackup()
         return false;
     const QString question = backupQuestion(m_module.DataFile, backup,
         m_module.locale().toString(file.lastModified(), QLocale::ShortFormat), count, empty);
-    const int style = MsgStyle::YesNo | MsgStyle::Question;
+    // A catalogue emptied on purpose and saved is empty too: there, Enter keeps it so.
+    const int style = MsgStyle::YesNo | MsgStyle::Question | (empty ? MsgStyle::DefaultButton2 : 0);
     if (m_prompts.msgBox(question, style, CatalogueTitle) != MsgResult::Yes)
         return false;
     replaceCatalogue(std::move(restored), count);

@@ -111,7 +111,8 @@ void QuoteBookController::start()
     if (m_started)
         return;
     m_started = true;
-    if (QFileInfo::exists(bookPath()) || openLastCopy()) {
+    // An empty file (a sync tool's placeholder) holds no book: the copy is offered as for none.
+    if (QFileInfo(bookPath()).size() > 0 || openLastCopy()) {
         if (openBook(true))
             restoreInHand();
         else

@@ -52,6 +52,8 @@ bool QuoteBookController::openLastCopy()
     if (m_services.prompts.msgBox(question, MsgStyle::YesNo | MsgStyle::Question, BookTitle)
         != MsgResult::Yes)
         return false;
+    if (QFileInfo(bookPath()).size() == 0)
+        QFile::remove(bookPath());
     if (QFile::copy(backup, bookPath()))
         return true;
     m_services.prompts.msgBox(

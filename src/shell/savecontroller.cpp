@@ -11,9 +11,11 @@
 #include "platform/ifiledialogs.h"
 #include "platform/iprompts.h"
 #include "products/productcommands.h"
+#include "quotes/quotenote.h"
 #include "shell/cataloguelifecycle.h"
 #include "shell/mainwindowui.h"
 #include "shell/productgridcontroller.h"
+#include "shell/quotebookcontroller.h"
 #include "shell/statustext.h"
 
 #include <QDir>
@@ -122,15 +124,14 @@ void SaveController::saveAs()
         save();
         return;
     }
-    // The backup and the recovery file are Tarnwick's to replace and remove: a copy under
-    // either name would be gone with the next save.
-    for (const QString &kept :
-        { catalogueBackupPath(m_module.DataFile), recoveryFilePath(m_module.DataFile) }) {
+    // The files Tarnwick keeps for itself are its to replace and remove: a copy under such a
+    // name would be gone with the next save or close, or taken for something it is not.
+    for (const QString &kept : ownFiles()) {
         if (namesSameFile(path, kept)) {
             m_services.prompts.msgBox(QStringLiteral("%1 is a file Tarnwick keeps for itself and "
                                                      "replaces on its own. Choose another name "
                                                      "for the copy.")
-                                          .arg(QFileInfo(kept).fileName()),
+                                          .arg(QFileInfo(path).fileName()),
                 MsgStyle::OkOnly + MsgStyle::Exclamation, request.title);
             return;
         }
@@ -138,6 +139,22 @@ void SaveController::saveAs()
     if (m_catalogue.saveCopy(path))
         m_ui.sbPanel1->setText(
             QStringLiteral("Copy saved as %1").arg(QDir::toNativeSeparators(path)));
+}
+
+QStringList SaveController::ownFiles() const
+{
+    const QString backup = catalogueBackupPath(m_module.DataFile);
+    QStringList files { backup, backup + QStringLiteral(".link"),
+        recoveryFilePath(m_module.DataFile) };
+    const QString book = QuoteBookController::BookFileName;
+    const QString bookCopy = QuoteBookController::BackupFileName;
+    for (const QString &name : { book, book + QStringLiteral("-wal"), book + QStringLiteral("-shm"),
+             book + QStringLiteral("-journal"), bookCopy, bookCopy + QStringLiteral(".new"),
+             bookCopy + QStringLiteral(".new-journal"), QString(QuoteNote::EndingFileName),
+             QString(QuoteNote::HeadingFileName), QString(QuoteNote::HeadingFileSaveName),
+             QStringLiteral("tarnwick.lock") })
+        files << m_services.environment.pathInAppFolder(name);
+    return files;
 }
 
 void SaveController::offerRecovery()

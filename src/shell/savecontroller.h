@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 
 class QMainWindow;
 
@@ -42,6 +43,9 @@ public:
 private:
     /// An open cell editor and the side boxes of the product being edited go into the table.
     void storeEdits();
+    /// The files Tarnwick keeps beside the catalogue for itself (its backup, the recovery file,
+    /// the quote book and its copy, Quote Note's files, the lock), which a copy never takes.
+    QStringList ownFiles() const;
 
     const AppServices &m_services;
     Module1 &m_module;

@@ -256,6 +256,9 @@ TEST_F(CatalogueLifecycleTest, TheBackupDeclinedIsOfferedAgainAndNoSaveReplacesI
                 QDir::toNativeSeparators(folder.filePath(QStringLiteral("twdata.bak"))))))
         << prompts.shown()[0].text.toStdString();
     EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("holds 3 products")));
+    EXPECT_EQ(
+        prompts.shown()[0].style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2)
+        << "a catalogue emptied on purpose stays so with Enter";
 
     // A product added and saved twice: the backup still holds the catalogue it held.
     again.Catalogue().redimPreserve(1, again.Catalogue().fieldCount());
@@ -273,6 +276,8 @@ TEST_F(CatalogueLifecycleTest, TheBackupDeclinedIsOfferedAgainAndNoSaveReplacesI
 TEST_F(CatalogueLifecycleTest, ACatalogueFileThatIsALinkKeepsARealBackup)
 {
     folder.writeFile(QStringLiteral("store.dat"), sampleCatalogue());
+    ASSERT_TRUE(QFile::setPermissions(folder.filePath(QStringLiteral("store.dat")),
+        QFileDevice::ReadOwner | QFileDevice::WriteOwner));
     ASSERT_TRUE(QFile::link(folder.filePath(QStringLiteral("store.dat")), module.DataFile));
     EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Ok);
     module.Catalogue().put(1, 2, Cell("Anchor, changed"));
@@ -285,6 +290,9 @@ TEST_F(CatalogueLifecycleTest, ACatalogueFileThatIsALinkKeepsARealBackup)
         << folder.readFile(QStringLiteral("twdata.bak")).toStdString();
     EXPECT_TRUE(folder.readFile(QStringLiteral("store.dat")).contains("Anchor, changed again"));
     EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak.link")));
+    EXPECT_FALSE(QFileInfo(folder.filePath(QStringLiteral("twdata.bak"))).permissions()
+        & (QFileDevice::ReadGroup | QFileDevice::ReadOther))
+        << "as private as the catalogue";
 }
 
 TEST_F(CatalogueLifecycleTest, AStoredNumberThatCannotBeReadIsReportedWithProductAndField)

@@ -119,6 +119,20 @@ TEST_F(MissingBookWindowTest, ANewBookIsAsPrivateAsTheCatalogue)
         << "nor is the copy made at the close";
 }
 
+TEST_F(MissingBookWindowTest, AnEmptyBookFileIsNoBookAndTheCopyIsOffered)
+{
+    writeLastCopy(2);
+    folder.writeFile(QStringLiteral("quotes.db"), QByteArray());
+    fakes->prompts.clear();
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    restart();
+    installFakes();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.contains(QStringLiteral("holds 2 quotes")));
+    ASSERT_TRUE(book().isOpen());
+    EXPECT_EQ(book().quoteCount(), 2);
+}
+
 TEST_F(MissingBookWindowTest, AnEmptyCopyIsNotOffered)
 {
     writeLastCopy(0);

@@ -234,7 +234,9 @@ TEST_F(SavingWindowTest, ACopyIsNotSavedUnderTheNameOfTheBackupOrTheRecoveryFile
     folder.writeFile(QStringLiteral("twdata.bak"), "the backup of the last save");
     renameFirstProduct(QStringLiteral("Anchor for a copy"));
     ASSERT_TRUE(waitForModified(true));
-    for (const QString &name : { QStringLiteral("twdata.bak"), RecoveryFile }) {
+    for (const QString &name :
+        { QStringLiteral("twdata.bak"), RecoveryFile, QStringLiteral("quotes.db"),
+            QStringLiteral("quotes.bak"), QStringLiteral("QuoteNote.txt") }) {
         window->catalogue().recovery().writeNow();
         const QByteArray before = folder.readFile(name);
         fakes->prompts.clear();

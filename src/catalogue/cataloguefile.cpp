@@ -210,6 +210,23 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
     return {};
 }
 
+QString keepBackupAside(const QString &dataFile)
+{
+    const QFileInfo data(dataFile);
+    const QString backup = catalogueBackupPath(dataFile);
+    if (!QFileInfo(backup).isFile())
+        return {};
+    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    for (int attempt = 1; attempt <= 1000; ++attempt) {
+        const QString kept =
+            data.dir().filePath(keptCopyName(data, QStringLiteral("backup"), stamp, attempt));
+        if (QFileInfo::exists(kept))
+            continue;
+        return QFile::rename(backup, kept) ? QDir::toNativeSeparators(kept) : QString();
+    }
+    return {};
+}
+
 QString keepCatalogueCopy(const QString &dataFile, const QString &kind)
 {
     const QFileInfo data(dataFile);

@@ -93,6 +93,11 @@ QString catalogueBackupPath(const QString &dataFile);
 /// when it could not be kept.
 QString keepCatalogueCopy(const QString &dataFile, const QString &kind);
 
+/// Moves the backup aside under a name no later save takes ("twdata-backup-20261122-140512.dat"
+/// beside it), so the backup of the catalogue that follows never replaces it; the new path,
+/// empty when there was no backup or it could not move.
+QString keepBackupAside(const QString &dataFile);
+
 /// Keeps an unreadable catalogue file so ("twdata-unread-20261122-140512.dat").
 inline QString preserveUnreadCatalogue(const QString &dataFile)
 {

@@ -44,11 +44,19 @@ bool namesSameFile(const QString &one, const QString &other)
     // stat follows links, and a hard link is the same file under a second name.
     const std::optional<FileStamp> firstStamp = fileStamp(one);
     const std::optional<FileStamp> secondStamp = fileStamp(other);
-    return firstStamp && secondStamp && firstStamp->isSameFile(*secondStamp);
+    if (firstStamp && secondStamp)
+        return firstStamp->isSameFile(*secondStamp);
 #else
     const QString canonical = first.canonicalFilePath();
-    return !canonical.isEmpty() && canonical.compare(second.canonicalFilePath(), names) == 0;
+    if (!canonical.isEmpty() && canonical.compare(second.canonicalFilePath(), names) == 0)
+        return true;
 #endif
+    // A file not there (yet) is named by its folder, reached however, and its name.
+    if (first.fileName().compare(second.fileName(), names) != 0)
+        return false;
+    const QString folder = QFileInfo(first.absolutePath()).canonicalFilePath();
+    return !folder.isEmpty()
+        && folder.compare(QFileInfo(second.absolutePath()).canonicalFilePath(), names) == 0;
 }
 
 } // namespace tarnwick

@@ -94,7 +94,10 @@ void CatalogueLifecycle::showLoadMessages()
         const QString copy =
             m_unreadFileKept ? QString() : preserveUnreadCatalogue(m_module.DataFile);
         m_unreadFileKept = m_unreadFileKept || !copy.isEmpty();
-        m_loadMessages.prepend(unreadMessage(m_module.DataFile, m_unreadResult, copy));
+        // The backup holds the last good catalogue: it moves where the saves of the catalogue
+        // started without the file's products never take it.
+        const QString backupKept = keepBackupAside(m_module.DataFile);
+        m_loadMessages.prepend(unreadMessage(m_module.DataFile, m_unreadResult, copy, backupKept));
     }
     const QStringList messages = std::exchange(m_loadMessages, {});
     for (const QString &message : messages)
@@ -382,8 +385,12 @@ bool CatalogueLifecycle::offerBackup()
         m_module.locale().toString(file.lastModified(), QLocale::ShortFormat), count, empty);
     // A catalogue emptied on purpose and saved is empty too: there, Enter keeps it so.
     const int style = MsgStyle::YesNo | MsgStyle::Question | (empty ? MsgStyle::DefaultButton2 : 0);
-    if (m_prompts.msgBox(question, style, CatalogueTitle) != MsgResult::Yes)
+    if (m_prompts.msgBox(question, style, CatalogueTitle) != MsgResult::Yes) {
+        // The catalogue started anew makes backups of its own: the one declined keeps its
+        // products under a name of its own, and is not offered again.
+        keepBackupAside(m_module.DataFile);
         return false;
+    }
     replaceCatalogue(std::move(restored), count);
     return true;
 }
@@ -393,8 +400,8 @@ QString CatalogueLifecycle::backupQuestion(const QString &dataFile, const QStrin
 {
     return QStringLiteral("The catalogue file \"%1\" is %2. Its backup \"%3\", saved %4, "
                           "holds %5 %6.\n\nOpen the backup? It is saved as the catalogue file "
-                          "with your next save. No starts with an empty catalogue and leaves the "
-                          "backup as it is.")
+                          "with your next save. No starts with an empty catalogue and keeps the "
+                          "backup beside it under a name of its own.")
         .arg(QDir::toNativeSeparators(dataFile),
             dataFileEmpty ? QStringLiteral("empty") : QStringLiteral("missing"),
             QDir::toNativeSeparators(backup), when)
@@ -402,8 +409,8 @@ QString CatalogueLifecycle::backupQuestion(const QString &dataFile, const QStrin
         .arg(products == 1 ? QStringLiteral("product") : QStringLiteral("products"));
 }
 
-QString CatalogueLifecycle::unreadMessage(
-    const QString &dataFile, const CatalogueReadResult &result, const QString &keptCopy)
+QString CatalogueLifecycle::unreadMessage(const QString &dataFile,
+    const CatalogueReadResult &result, const QString &keptCopy, const QString &backupKept)
 {
     const QString kept = keptCopy.isEmpty()
         ? QStringLiteral("The file itself is kept: before Tarnwick saves the catalogue, it is "
@@ -414,7 +421,13 @@ QString CatalogueLifecycle::unreadMessage(
                           "(error %3).\n\nTarnwick starts without the products of that file. ")
                .arg(QDir::toNativeSeparators(dataFile), result.detail)
                .arg(result.errorNumber)
-        + kept;
+        + kept
+        + (backupKept.isEmpty()
+                ? QString()
+                : QStringLiteral(" The backup of the last good catalogue, \"%1\", has been kept "
+                                 "as \"%2\", where no save replaces it.")
+                      .arg(QFileInfo(catalogueBackupPath(dataFile)).fileName(),
+                          QFileInfo(backupKept).fileName()));
 }
 
 QString CatalogueLifecycle::saveFailedMessage(const QString &dataFile, const QString &detail)

@@ -93,9 +93,10 @@ public:
         const QString &when, int products, bool dataFileEmpty = false);
 
     /// The message shown when the catalogue file could not be read completely; keptCopy is
-    /// where it has been kept, empty when it could not be kept yet (the save tries again).
+    /// where it has been kept, empty when it could not be kept yet (the save tries again);
+    /// backupKept where its backup was moved aside, empty when there was none.
     static QString unreadMessage(const QString &dataFile, const CatalogueReadResult &result,
-        const QString &keptCopy = QString());
+        const QString &keptCopy = QString(), const QString &backupKept = QString());
     /// The message shown when the catalogue could not be saved.
     static QString saveFailedMessage(const QString &dataFile, const QString &detail);
     static QString keptCopyMessage(const QString &copyPath);

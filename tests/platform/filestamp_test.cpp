@@ -67,6 +67,12 @@ TEST(FileStampTest, APathNamesTheSameFileThroughALinkOrAnotherWayThere)
         folder.filePath(QStringLiteral("sub/../gone.dat"))))
         << "a file not there is named by its path";
     EXPECT_FALSE(namesSameFile(folder.filePath(QStringLiteral("gone.dat")), file));
+    // A file not there yet, through a link to its folder.
+    ASSERT_TRUE(QFile::link(folder.path(), folder.filePath(QStringLiteral("sub/again"))));
+    EXPECT_TRUE(namesSameFile(folder.filePath(QStringLiteral("sub/again/gone.dat")),
+        folder.filePath(QStringLiteral("gone.dat"))));
+    EXPECT_FALSE(namesSameFile(folder.filePath(QStringLiteral("sub/again/other-gone.dat")),
+        folder.filePath(QStringLiteral("gone.dat"))));
 }
 
 } // namespace

@@ -233,6 +233,29 @@ TEST_F(HelpWindowTest, EveryPictureFitsTheTopicAtTheWindowsFirstSize)
 
 // Opened the first time, the window is no larger than the screen holds (with a large font
 // its first size can be), leaving room for the desktop's frame.
+TEST_F(HelpWindowTest, ItOpensOverTheWindowTheUserWorksInAndStaysWhereItWasLeft)
+{
+    QWidget main;
+    const QRect room = main.screen()->availableGeometry();
+    main.setGeometry(
+        room.left() + room.width() / 2, room.top() + 40, room.width() / 3, room.height() / 2);
+    main.show();
+    QApplication::setActiveWindow(&main);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    window->resize(room.width() / 4, room.height() / 4); // smaller than the window below it
+    window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Main"), 0, 0));
+    const QPoint centre = window->frameGeometry().center();
+    EXPECT_LE((centre - main.frameGeometry().center()).manhattanLength(), 4)
+        << "centre " << centre.x() << "," << centre.y();
+    EXPECT_TRUE(room.contains(window->frameGeometry().topLeft()));
+
+    const QPoint left = room.topLeft() + QPoint(10, 10);
+    window->move(left);
+    window->hide();
+    window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Main"), 0, 0));
+    EXPECT_EQ(window->pos(), left);
+}
+
 TEST_F(HelpWindowTest, TheFirstOpeningFitsTheScreen)
 {
     const QSize room = window->screen()->availableGeometry().size();

@@ -119,14 +119,28 @@ TEST_F(CatalogueLifecycleTest, AFileThatCouldNotBeReadListsNoNumbersToCorrect)
     EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("16.4x")));
 }
 
-TEST_F(CatalogueLifecycleTest, AFailedStartLeavesTheLastGoodBackupInPlace)
+TEST_F(CatalogueLifecycleTest, AFailedStartKeepsTheLastGoodBackupWhereNoSaveTakesIt)
 {
     const QByteArray good = catalogueLine({ "G-1", "Good" });
     folder.writeFile(QStringLiteral("twdata.bak"), good);
     folder.writeFile(QStringLiteral("twdata.dat"), QByteArray("P1\x7f\x7f\x7fno end"));
     EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
+    const QStringList kept = folder.fileNames().filter(QStringLiteral("twdata-backup-"));
+    ASSERT_EQ(kept.size(), 1);
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_TRUE(prompts.shown()[0].text.endsWith(
+        QStringLiteral(" The backup of the last good catalogue, \"twdata.bak\", has been kept as "
+                       "\"%1\", where no save replaces it.")
+            .arg(kept.first())))
+        << prompts.shown()[0].text.toStdString();
+    // The products added in this run, saved again and again.
+    module.Catalogue().redimPreserve(1, module.Catalogue().fieldCount());
+    module.Catalogue().put(1, 1, Cell("NEW-1"));
+    module.AllProducts().setCount(1);
     EXPECT_TRUE(lifecycle.save().ok);
-    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), good);
+    module.Catalogue().put(1, 2, Cell("New"));
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_EQ(folder.readFile(kept.first()), good);
 }
 
 TEST_F(CatalogueLifecycleTest, TheBackupKeepsTheCatalogueAsItWasBeforeItsLastChange)
@@ -218,37 +232,52 @@ TEST_F(CatalogueLifecycleTest, ACatalogueInOtherCapitalLettersDeclinedIsLeftAsIt
     EXPECT_FALSE(folder.exists(QStringLiteral("Twdata.dat")));
 }
 
-TEST_F(CatalogueLifecycleTest, AMissingFileWhoseBackupIsDeclinedStartsEmptyAndKeepsTheBackup)
+TEST_F(CatalogueLifecycleTest, ABackupDeclinedIsKeptUnderANameOfItsOwnThatNoSaveTakes)
 {
     folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());
     loadAndReport();
     prompts.answerMessage(MsgResult::No);
     EXPECT_FALSE(lifecycle.offerRecovery());
     EXPECT_EQ(module.Catalogue().rowCount(), 0);
-    // Saved without a change, as every close saves: the backup is still the last catalogue
-    // there was.
+    ASSERT_EQ(prompts.shown().size(), 1U);
+    EXPECT_TRUE(prompts.shown()[0].text.endsWith(
+        QStringLiteral("No starts with an empty catalogue and keeps the backup beside it under a "
+                       "name of its own.")))
+        << prompts.shown()[0].text.toStdString();
+    const QStringList kept = folder.fileNames().filter(QStringLiteral("twdata-backup-"));
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_TRUE(kept.first().endsWith(QStringLiteral(".dat")));
+    EXPECT_EQ(folder.readFile(kept.first()), sampleCatalogue());
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak")));
+
+    // A new catalogue saved again and again: the products declined stay where they are.
+    module.Catalogue().redimPreserve(1, module.Catalogue().fieldCount());
+    module.Catalogue().put(1, 1, Cell("NEW-1"));
+    module.AllProducts().setCount(1);
+    EXPECT_TRUE(lifecycle.save().ok);
+    module.Catalogue().put(1, 2, Cell("New product"));
     EXPECT_TRUE(lifecycle.save().ok);
     EXPECT_TRUE(lifecycle.save().ok);
-    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
-}
+    EXPECT_EQ(folder.readFile(kept.first()), sampleCatalogue());
 
-TEST_F(CatalogueLifecycleTest, TheBackupDeclinedIsOfferedAgainAndNoSaveReplacesItWithNothing)
-{
-    folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());
-    loadAndReport();
-    prompts.answerMessage(MsgResult::No);
-    EXPECT_FALSE(lifecycle.offerRecovery());
-    EXPECT_TRUE(lifecycle.save().ok); // the close
-    ASSERT_EQ(folder.readFile(QStringLiteral("twdata.dat")), QByteArray());
-
-    // The next start finds the empty file the close wrote beside the backup.
+    // And the next start asks nothing.
     Module1 again(prompts, environment, QLocale(QLocale::English, QLocale::UnitedStates));
     again.DataFile = module.DataFile;
     CatalogueLifecycle next(again, prompts);
     next.load();
     prompts.clear();
-    prompts.answerMessage(MsgResult::No);
     EXPECT_FALSE(next.offerRecovery());
+    EXPECT_TRUE(prompts.shown().empty());
+}
+
+TEST_F(CatalogueLifecycleTest, AnEmptyCatalogueFileIsOfferedItsBackupWithNoAsTheDefault)
+{
+    // A catalogue emptied and saved, or a sync tool's empty placeholder, beside the backup.
+    folder.writeFile(QStringLiteral("twdata.dat"), QByteArray());
+    folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());
+    loadAndReport();
+    prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(lifecycle.offerRecovery());
     ASSERT_EQ(prompts.shown().size(), 1U);
     EXPECT_TRUE(prompts.shown()[0].text.startsWith(
         QStringLiteral("The catalogue file \"%1\" is empty. Its backup \"%2\", saved ")
@@ -259,18 +288,10 @@ TEST_F(CatalogueLifecycleTest, TheBackupDeclinedIsOfferedAgainAndNoSaveReplacesI
     EXPECT_EQ(
         prompts.shown()[0].style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2)
         << "a catalogue emptied on purpose stays so with Enter";
-
-    // A product added and saved twice: the backup still holds the catalogue it held.
-    again.Catalogue().redimPreserve(1, again.Catalogue().fieldCount());
-    again.Catalogue().put(1, 1, Cell("NEW-1"));
-    again.AllProducts().setCount(1);
-    EXPECT_TRUE(next.save().ok);
-    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).startsWith("NEW-1"));
-    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
-    again.Catalogue().put(1, 2, Cell("New product"));
-    EXPECT_TRUE(next.save().ok);
-    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.bak")).startsWith("NEW-1"))
-        << "a catalogue that held something is the backup again";
+    EXPECT_EQ(module.AllProducts().Count(), 3);
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue())
+        << "the empty file before never takes the backup's place";
 }
 
 TEST_F(CatalogueLifecycleTest, ACatalogueFileThatIsALinkKeepsARealBackup)

@@ -5,6 +5,7 @@
 #include "platform/qt/windowsize.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QFontMetricsF>
 #include <QHBoxLayout>
@@ -210,11 +211,22 @@ void HelpWindow::showRequest(const HelpRequest &request)
         showTopic(*page);
     else
         showContents();
-    if (!isVisible()) {
-        // With a large font the first size can be more than a small screen holds; the
-        // desktop's frame and title bar need their room too.
-        if (const QScreen *screen = this->screen())
-            resize(size().boundedTo(screen->availableGeometry().size() * 0.95));
+    if (!isVisible() && !m_placed) {
+        // First shown over the window the user works in (on a large screen the desktop would
+        // put it in a corner, far from it); later where the user left it. With a large font
+        // the first size can be more than a small screen holds; the desktop's frame and title
+        // bar need their room too.
+        const QWidget *active = QApplication::activeWindow();
+        if (const QScreen *screen = active ? active->screen() : this->screen()) {
+            const QRect room = screen->availableGeometry();
+            resize(size().expandedTo(minimumSizeHint()).boundedTo(room.size() * 0.95));
+            QRect placed(QPoint(), size());
+            placed.moveCenter(active ? active->frameGeometry().center() : room.center());
+            placed.moveLeft(qBound(room.left(), placed.left(), room.right() - placed.width()));
+            placed.moveTop(qBound(room.top(), placed.top(), room.bottom() - placed.height()));
+            move(placed.topLeft());
+        }
+        m_placed = true;
     }
     showNormal();
     raise();

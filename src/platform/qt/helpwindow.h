@@ -74,6 +74,8 @@ private:
     QTextBrowser *m_browser = nullptr;
     QAction *m_back = nullptr;
     QAction *m_forward = nullptr;
+    /// Placed over the active window when first shown; where the user left it ever after.
+    bool m_placed = false;
 };
 
 } // namespace tarnwick

@@ -153,6 +153,9 @@ bool readWorkbook(const ZipArchive &archive, Workbook &workbook)
             } else if (xml.localName() == "workbookPr") {
                 const std::string_view system = xml.attribute("date1904");
                 workbook.system1904 = system == "1" || system == "true";
+            } else if (xml.localName() == "calcPr") {
+                const std::string_view full = xml.attribute("fullCalcOnLoad");
+                workbook.resultsToBeWorkedOut = full == "1" || full == "true";
             }
             return sheetIds.size() < 100000;
         }))

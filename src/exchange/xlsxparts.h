@@ -21,6 +21,10 @@ struct Workbook
     std::string sharedStrings;
     std::string styles;
     bool system1904 = false;
+    /// The workbook asks to be worked out anew when it is opened ("fullCalcOnLoad"): programs
+    /// that write workbooks without computing them say so, and the results they store in
+    /// formula cells are stand-ins (0, or nothing).
+    bool resultsToBeWorkedOut = false;
 };
 
 /// Reads "xl/workbook.xml" and its relationships; false when there is no worksheet.

@@ -75,9 +75,9 @@ class XlsxSheetReader
 {
 public:
     XlsxSheetReader(XmlPull &xml, SheetCells &cells, const std::vector<SheetText> &strings,
-        const std::vector<SheetValue::FormatKind> &formats, bool system1904)
+        const std::vector<SheetValue::FormatKind> &formats, const XlsxParts::Workbook &workbook)
         : m_xml(xml), m_cells(cells), m_strings(strings), m_formats(formats),
-          m_system1904(system1904)
+          m_system1904(workbook.system1904), m_resultsStandIn(workbook.resultsToBeWorkedOut)
     {
     }
 
@@ -142,10 +142,12 @@ private:
         if (column >= SheetCells::Columns)
             return true;
         // A formula without its result (no value, or an empty one where the result is no
-        // text): programs that write workbooks without computing them leave the result for
-        // the spreadsheet to work out when the file is opened. There is no value to take;
-        // like an error, it is said.
-        if (hasFormula && (!hasValue || (value.empty() && type != XlsxCellType::Text))) {
+        // text), or in a workbook that asks to be worked out anew when opened: programs that
+        // write workbooks without computing them leave the result to the spreadsheet and
+        // store nothing, or 0, in its place. There is no value to take; like an error, it is
+        // said.
+        if (hasFormula
+            && (m_resultsStandIn || !hasValue || (value.empty() && type != XlsxCellType::Text))) {
             texts.resize(start);
             m_cells.putError(row, column);
             return true;
@@ -255,6 +257,8 @@ private:
     const std::vector<SheetText> &m_strings;
     const std::vector<SheetValue::FormatKind> &m_formats;
     const bool m_system1904;
+    /// Formula results are stand-ins, to be worked out when the file is opened.
+    const bool m_resultsStandIn;
     int m_row = 0;
     int m_column = -1;
     std::string m_value;
@@ -276,7 +280,7 @@ bool readXlsxSheet(ZipArchive &archive, SheetCells &cells)
     if (!sheet)
         return false;
     XmlPull xml([&sheet](char *data, qint64 size) { return sheet->read(data, size); });
-    return XlsxSheetReader(xml, cells, strings, formats, workbook.system1904).read();
+    return XlsxSheetReader(xml, cells, strings, formats, workbook).read();
 }
 
 } // namespace tarnwick

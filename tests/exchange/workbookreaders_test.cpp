@@ -204,6 +204,20 @@ TEST(WorkbookReaders, FormulasWithoutTheirResultsAreSaidLikeErrors)
     EXPECT_TRUE(catalogue.get(row, P::Price).isEmpty()) << "no price rather than $0.00";
 }
 
+// xlsxwriter stores 0 in place of every result it is not given, and the workbook asks to be
+// worked out anew when opened: every formula's stored result is a stand-in, the one given with
+// it included (nothing tells them apart), and none is read as a price.
+TEST(WorkbookReaders, FormulasOfAWorkbookToBeWorkedOutWhenOpenedAreSaidLikeErrors)
+{
+    const auto workbook = openData("uncomputed-zero.xlsx");
+    ASSERT_TRUE(workbook);
+    for (int row : { 2, 4, 5, 6 })
+        EXPECT_EQ(shown(*workbook, 2, row), Error) << "row " << row;
+    EXPECT_EQ(shown(*workbook, 2, 3), "17.2");
+    EXPECT_EQ(shown(*workbook, 0, 6), "F-5");
+    EXPECT_EQ(shown(*workbook, 3, 6), "result given");
+}
+
 TEST(WorkbookReaders, ACellNamingASharedTextTheWorkbookLacksIsOneErrorNotTheWholeSheet)
 {
     const auto damaged = openData("values-badshared.xlsx");

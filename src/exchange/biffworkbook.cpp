@@ -84,6 +84,8 @@ private:
     std::vector<FormatKind> m_xfKinds;
     std::vector<SheetText> m_strings;
     qint64 m_sheetAt = -1;
+    /// The first worksheet of all, taken where the workbook hides every one.
+    qint64 m_firstSheetAt = -1;
     /// A formula whose text result follows in a STRING record: its row and column, or -1.
     int m_pendingRow = -1;
     int m_pendingColumn = -1;
@@ -109,6 +111,8 @@ bool BiffReader::readGlobals()
         m_xfKinds.push_back(
             code != m_formats.end() ? code->second : SheetValue::kindOfBuiltInFormat(format));
     }
+    if (m_sheetAt < 0)
+        m_sheetAt = m_firstSheetAt;
     return m_sheetAt >= 0;
 }
 
@@ -144,9 +148,14 @@ bool BiffReader::readGlobalRecord(const Record &record, RecordReader &records)
     case RecordType::BoundSheet:
         if (data.size() < 8)
             return false;
-        // The first worksheet (type 0); chart sheets and macro sheets are passed over.
-        if (m_sheetAt < 0 && quint8(data[5]) == 0)
-            m_sheetAt = qint64(u32At(data, 0));
+        // The first worksheet (type 0) the workbook shows (its state 0; 1 and 2 hide it);
+        // chart sheets and macro sheets are passed over.
+        if (quint8(data[5]) == 0) {
+            if (m_firstSheetAt < 0)
+                m_firstSheetAt = qint64(u32At(data, 0));
+            if (m_sheetAt < 0 && (quint8(data[4]) & 0x03) == 0)
+                m_sheetAt = qint64(u32At(data, 0));
+        }
         return true;
     default:
         return true;

@@ -7,6 +7,8 @@
 #include "exchange/ziparchive.h"
 
 #include <charconv>
+#include <string>
+#include <unordered_set>
 
 namespace tarnwick {
 
@@ -251,22 +253,56 @@ private:
     qint64 m_row = 1;
 };
 
-} // namespace
+enum class TableRead { Read, Invalid, OnlyHidden };
 
-bool readOdsSheet(ZipArchive &archive, SheetCells &cells)
+/// Reads the first table of content.xml the document shows (its table style does not say
+/// table:display="false"), or with takeHidden the first table of all.
+TableRead readFirstTable(ZipArchive &archive, SheetCells &cells, bool takeHidden)
 {
     const std::unique_ptr<ZipArchive::Member> content =
         ZipArchive::readAhead(archive.member("content.xml"));
     if (!content)
-        return false;
+        return TableRead::Invalid;
     XmlPull xml([&content](char *data, qint64 size) { return content->read(data, size); });
+    // The table styles that hide their tables, from the automatic styles before the body.
+    std::unordered_set<std::string> hiddenStyles;
+    std::string tableStyle;
+    bool hiddenSeen = false;
     for (;;) {
         const Token token = xml.next();
         if (token == Token::Invalid || token == Token::End)
-            return false;
-        if (token == Token::StartElement && xml.name() == "table:table")
-            return OdsTableReader(xml, cells).read();
+            return hiddenSeen ? TableRead::OnlyHidden : TableRead::Invalid;
+        if (token != Token::StartElement)
+            continue;
+        const std::string_view name = xml.name();
+        if (name == "style:style") {
+            tableStyle = xml.attribute("style:family") == "table"
+                ? std::string(xml.attribute("style:name"))
+                : std::string();
+        } else if (name == "style:table-properties") {
+            if (!tableStyle.empty() && xml.attribute("table:display") == "false"
+                && hiddenStyles.size() < 10000)
+                hiddenStyles.insert(tableStyle);
+        } else if (name == "table:table") {
+            if (takeHidden
+                || !hiddenStyles.contains(std::string(xml.attribute("table:style-name"))))
+                return OdsTableReader(xml, cells).read() ? TableRead::Read : TableRead::Invalid;
+            hiddenSeen = true;
+            if (!xml.skipElement())
+                return TableRead::Invalid;
+        }
     }
+}
+
+} // namespace
+
+bool readOdsSheet(ZipArchive &archive, SheetCells &cells)
+{
+    // The first worksheet the document shows; the first of all where it hides every one.
+    const TableRead read = readFirstTable(archive, cells, false);
+    if (read == TableRead::OnlyHidden)
+        return readFirstTable(archive, cells, true) == TableRead::Read;
+    return read == TableRead::Read;
 }
 
 } // namespace tarnwick

@@ -146,10 +146,13 @@ int numberAttribute(std::string_view value, int fallback)
 
 bool readWorkbook(const ZipArchive &archive, Workbook &workbook)
 {
-    std::vector<std::string> sheetIds;
+    // The worksheets in the workbook's order, each with whether the workbook hides it.
+    std::vector<std::pair<std::string, bool>> sheetIds;
     if (!eachStartElement(archive, "xl/workbook.xml", [&](XmlPull &xml) {
             if (xml.localName() == "sheet") {
-                sheetIds.emplace_back(xml.attributeByLocalName("id"));
+                const std::string_view state = xml.attribute("state");
+                sheetIds.emplace_back(std::string(xml.attributeByLocalName("id")),
+                    state == "hidden" || state == "veryHidden");
             } else if (xml.localName() == "workbookPr") {
                 const std::string_view system = xml.attribute("date1904");
                 workbook.system1904 = system == "1" || system == "true";
@@ -180,14 +183,17 @@ bool readWorkbook(const ZipArchive &archive, Workbook &workbook)
         else if (endsWith(relationship.type, "/styles"))
             workbook.styles = relationship.target;
     }
-    for (const std::string &id : sheetIds) {
-        const auto found = relationships.find(id);
-        // A relationship without a type is taken for the worksheet it names; chart sheets
-        // and dialog sheets say what they are.
-        if (found != relationships.end()
-            && (found->second.type.empty() || endsWith(found->second.type, "/worksheet"))) {
-            workbook.sheet = found->second.target;
-            return true;
+    // The first worksheet the workbook shows; the first of all where it hides every one.
+    for (const bool takeHidden : { false, true }) {
+        for (const auto &[id, hidden] : sheetIds) {
+            const auto found = relationships.find(id);
+            // A relationship without a type is taken for the worksheet it names; chart sheets
+            // and dialog sheets say what they are.
+            if ((takeHidden || !hidden) && found != relationships.end()
+                && (found->second.type.empty() || endsWith(found->second.type, "/worksheet"))) {
+                workbook.sheet = found->second.target;
+                return true;
+            }
         }
     }
     return false;

@@ -218,6 +218,18 @@ TEST(WorkbookReaders, FormulasOfAWorkbookToBeWorkedOutWhenOpenedAreSaidLikeError
     EXPECT_EQ(shown(*workbook, 3, 6), "result given");
 }
 
+// Last year's prices on a first worksheet the workbook hides: the sheet read is the first one a
+// spreadsheet shows, in every format.
+TEST(WorkbookReaders, TheFirstWorksheetShownIsReadNotOneTheWorkbookHides)
+{
+    for (const char *name : { "hiddensheet.xlsx", "hiddensheet.xls", "hiddensheet.ods" }) {
+        const auto workbook = openData(name);
+        ASSERT_TRUE(workbook) << name;
+        EXPECT_EQ(shown(*workbook, 0, 2), "BV-1050") << name;
+        EXPECT_EQ(shown(*workbook, 1, 2), "13.5") << name;
+    }
+}
+
 TEST(WorkbookReaders, ACellNamingASharedTextTheWorkbookLacksIsOneErrorNotTheWholeSheet)
 {
     const auto damaged = openData("values-badshared.xlsx");

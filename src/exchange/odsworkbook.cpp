@@ -55,6 +55,8 @@ struct OdsCellAttributes
             } else if (isName(name, "office:string-value")) {
                 string = value;
                 hasString = true;
+            } else if (isName(name, "table:formula")) {
+                hasFormula = true;
             }
         }
     }
@@ -68,6 +70,23 @@ struct OdsCellAttributes
     std::string_view boolean;
     std::string_view string;
     bool hasString = false;
+    bool hasFormula = false;
+
+    /// An error value: marked as one (LibreOffice), or a formula whose result is the text of
+    /// one (other programs write #DIV/0! so, as a text result).
+    bool isError() const
+    {
+        if (isName(calcextType, "error"))
+            return true;
+        if (!hasFormula || !hasString)
+            return false;
+        for (const std::string_view error :
+            { "#DIV/0!", "#N/A", "#VALUE!", "#REF!", "#NAME?", "#NUM!", "#NULL!" }) {
+            if (string == error)
+                return true;
+        }
+        return false;
+    }
 };
 
 class OdsTableReader
@@ -134,7 +153,7 @@ private:
     {
         const auto row = int(m_row);
         const std::string_view valueType = cell.valueType;
-        if (isName(cell.calcextType, "error")) {
+        if (cell.isError()) {
             for (int column = first; column < last; ++column)
                 m_cells.putError(row, column);
             return m_xml.skipElement();

@@ -230,6 +230,19 @@ TEST(WorkbookReaders, TheFirstWorksheetShownIsReadNotOneTheWorkbookHides)
     }
 }
 
+// Gnumeric writes a formula's error result into OpenDocument as its text: an error all the
+// same, as from every other format; a text typed so stays that text.
+TEST(WorkbookReaders, AnErrorWrittenAsAFormulasTextResultIsAnError)
+{
+    const auto workbook = openData("errors-gnumeric.ods");
+    ASSERT_TRUE(workbook);
+    EXPECT_EQ(shown(*workbook, 2, 2), Error);
+    EXPECT_EQ(shown(*workbook, 2, 3), Error);
+    EXPECT_EQ(shown(*workbook, 2, 4), "12.5");
+    EXPECT_EQ(shown(*workbook, 3, 4), "#N/A typed as text");
+    EXPECT_EQ(shown(*workbook, 0, 3), "G-2");
+}
+
 TEST(WorkbookReaders, ACellNamingASharedTextTheWorkbookLacksIsOneErrorNotTheWholeSheet)
 {
     const auto damaged = openData("values-badshared.xlsx");

@@ -388,7 +388,7 @@ bool CatalogueLifecycle::offerBackup()
     if (m_prompts.msgBox(question, style, CatalogueTitle) != MsgResult::Yes) {
         // The catalogue started anew makes backups of its own: the one declined keeps its
         // products under a name of its own, and is not offered again.
-        keepBackupAside(m_module.DataFile);
+        m_keptBackup = keepBackupAside(m_module.DataFile);
         return false;
     }
     replaceCatalogue(std::move(restored), count);

@@ -74,6 +74,8 @@ public:
     bool offerRecovery();
     /// Where offerRecovery() kept the changes the user did not restore; empty otherwise.
     QString keptRecoveryFile() const { return m_keptRecovery; }
+    /// Where the backup declined at the start was moved; empty when none was.
+    QString keptBackupFile() const { return m_keptBackup; }
 
     /// The question asked at start when the recovery file holds changes.
     static QString recoveryQuestion(const QString &when, int changed, int added, int deleted);
@@ -137,6 +139,7 @@ private:
     CatalogueReadResult m_unreadResult; ///< the failed read, until showLoadMessages says it
     bool m_unreadPending = false;
     QString m_keptRecovery;
+    QString m_keptBackup;
     qint64 m_backgroundReadBytes = 4 * 1024 * 1024;
 };
 

@@ -165,6 +165,9 @@ void SaveController::offerRecovery()
     if (const QString kept = m_catalogue.keptRecoveryFile(); !kept.isEmpty())
         m_ui.sbPanel1->setText(QStringLiteral("The changes of the last session are kept as %1.")
                                    .arg(QDir::toNativeSeparators(kept)));
+    else if (const QString backup = m_catalogue.keptBackupFile(); !backup.isEmpty())
+        m_ui.sbPanel1->setText(
+            QStringLiteral("The backup is kept as %1.").arg(QDir::toNativeSeparators(backup)));
     m_window->setWindowModified(m_catalogue.recovery().isModified());
 }
 

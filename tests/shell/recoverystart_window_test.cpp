@@ -114,6 +114,23 @@ TEST_F(RecoveryStartTest, NoOpensTheCatalogueFileAndKeepsTheChangesAside)
             .arg(QDir::toNativeSeparators(folder.filePath(kept.front()))));
 }
 
+TEST_F(RecoveryStartTest, ABackupDeclinedAtTheStartIsNamedWhereItIsKept)
+{
+    folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());
+    fakes->prompts.answerMessage(MsgResult::No);
+
+    frmMain *window = startAndWait();
+
+    EXPECT_TRUE(partNumbers().isEmpty());
+    const QStringList kept =
+        QDir(folder.path()).entryList({ QStringLiteral("twdata-backup-*.dat") });
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(folder.readFile(kept.front()), sampleCatalogue());
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("The backup is kept as %1.")
+            .arg(QDir::toNativeSeparators(folder.filePath(kept.front()))));
+}
+
 // A recovery file emptied or overwritten by something else is no catalogue to restore: it
 // would delete every product. It is kept aside and said, and the catalogue opens as it is.
 TEST_F(RecoveryStartTest, ADamagedRecoveryFileIsKeptAsideWithoutTheQuestion)

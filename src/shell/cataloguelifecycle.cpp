@@ -94,10 +94,7 @@ void CatalogueLifecycle::showLoadMessages()
         const QString copy =
             m_unreadFileKept ? QString() : preserveUnreadCatalogue(m_module.DataFile);
         m_unreadFileKept = m_unreadFileKept || !copy.isEmpty();
-        // The backup holds the last good catalogue: it moves where the saves of the catalogue
-        // started without the file's products never take it.
-        const QString backupKept = keepBackupAside(m_module.DataFile);
-        m_loadMessages.prepend(unreadMessage(m_module.DataFile, m_unreadResult, copy, backupKept));
+        m_loadMessages.prepend(unreadMessage(m_module.DataFile, m_unreadResult, copy));
     }
     const QStringList messages = std::exchange(m_loadMessages, {});
     for (const QString &message : messages)
@@ -359,10 +356,14 @@ bool CatalogueLifecycle::offerBackup()
     const QFileInfo file(backup);
     // An empty catalogue file hides the backup no better: a close after the offer was
     // declined writes one, and so may a sync tool.
+    // So does one that could not be read (kept aside already): the backup is the way back.
     const QFileInfo data(m_module.DataFile);
     const bool empty = data.isFile() && data.size() == 0;
-    if ((data.exists() && !empty) || !file.isFile())
+    if ((data.exists() && !empty && !m_readFailed) || !file.isFile())
         return false;
+    const QString state = m_readFailed ? QStringLiteral("could not be read")
+        : empty                        ? QStringLiteral("is empty")
+                                       : QStringLiteral("is missing");
     Table restored;
     qint32 count = 0;
     const CatalogueReadResult read = readCatalogueCopy(backup, restored, count, m_module.locale());
@@ -370,11 +371,10 @@ bool CatalogueLifecycle::offerBackup()
         // Nothing to open, but the user must know the catalogue is gone and where its
         // remains are; the backup stays as it is.
         m_prompts.msgBox(
-            QStringLiteral("The catalogue file \"%1\" is %2, and its backup \"%3\" cannot be "
+            QStringLiteral("The catalogue file \"%1\" %2, and its backup \"%3\" cannot be "
                            "read completely: %4.\n\nTarnwick starts with an empty catalogue. "
                            "The backup is left as it is.")
-                .arg(QDir::toNativeSeparators(m_module.DataFile),
-                    empty ? QStringLiteral("empty") : QStringLiteral("missing"),
+                .arg(QDir::toNativeSeparators(m_module.DataFile), state,
                     QDir::toNativeSeparators(backup), read.detail),
             MsgStyle::Exclamation, CatalogueTitle);
         return false;
@@ -382,7 +382,7 @@ bool CatalogueLifecycle::offerBackup()
     if (count < 1)
         return false;
     const QString question = backupQuestion(m_module.DataFile, backup,
-        m_module.locale().toString(file.lastModified(), QLocale::ShortFormat), count, empty);
+        m_module.locale().toString(file.lastModified(), QLocale::ShortFormat), count, state);
     // A catalogue emptied on purpose and saved is empty too: there, Enter keeps it so.
     const int style = MsgStyle::YesNo | MsgStyle::Question | (empty ? MsgStyle::DefaultButton2 : 0);
     if (m_prompts.msgBox(question, style, CatalogueTitle) != MsgResult::Yes) {
@@ -396,21 +396,19 @@ bool CatalogueLifecycle::offerBackup()
 }
 
 QString CatalogueLifecycle::backupQuestion(const QString &dataFile, const QString &backup,
-    const QString &when, int products, bool dataFileEmpty)
+    const QString &when, int products, const QString &state)
 {
-    return QStringLiteral("The catalogue file \"%1\" is %2. Its backup \"%3\", saved %4, "
+    return QStringLiteral("The catalogue file \"%1\" %2. Its backup \"%3\", saved %4, "
                           "holds %5 %6.\n\nOpen the backup? It is saved as the catalogue file "
                           "with your next save. No starts with an empty catalogue and keeps the "
                           "backup beside it under a name of its own.")
-        .arg(QDir::toNativeSeparators(dataFile),
-            dataFileEmpty ? QStringLiteral("empty") : QStringLiteral("missing"),
-            QDir::toNativeSeparators(backup), when)
+        .arg(QDir::toNativeSeparators(dataFile), state, QDir::toNativeSeparators(backup), when)
         .arg(products)
         .arg(products == 1 ? QStringLiteral("product") : QStringLiteral("products"));
 }
 
-QString CatalogueLifecycle::unreadMessage(const QString &dataFile,
-    const CatalogueReadResult &result, const QString &keptCopy, const QString &backupKept)
+QString CatalogueLifecycle::unreadMessage(
+    const QString &dataFile, const CatalogueReadResult &result, const QString &keptCopy)
 {
     const QString kept = keptCopy.isEmpty()
         ? QStringLiteral("The file itself is kept: before Tarnwick saves the catalogue, it is "
@@ -421,13 +419,7 @@ QString CatalogueLifecycle::unreadMessage(const QString &dataFile,
                           "(error %3).\n\nTarnwick starts without the products of that file. ")
                .arg(QDir::toNativeSeparators(dataFile), result.detail)
                .arg(result.errorNumber)
-        + kept
-        + (backupKept.isEmpty()
-                ? QString()
-                : QStringLiteral(" The backup of the last good catalogue, \"%1\", has been kept "
-                                 "as \"%2\", where no save replaces it.")
-                      .arg(QFileInfo(catalogueBackupPath(dataFile)).fileName(),
-                          QFileInfo(backupKept).fileName()));
+        + kept;
 }
 
 QString CatalogueLifecycle::saveFailedMessage(const QString &dataFile, const QString &detail)

@@ -89,16 +89,15 @@ public:
     /// The question asked at start when the catalogue file is missing and such a file is there.
     static QString otherCaseQuestion(const QString &dataFile, const QString &found);
 
-    /// The question asked at start when the catalogue file is missing (or empty: dataFileEmpty)
-    /// and its backup is there.
+    /// The question asked at start when the catalogue file is missing, empty or could not be
+    /// read (state: "is missing", "is empty", "could not be read") and its backup is there.
     static QString backupQuestion(const QString &dataFile, const QString &backup,
-        const QString &when, int products, bool dataFileEmpty = false);
+        const QString &when, int products, const QString &state);
 
     /// The message shown when the catalogue file could not be read completely; keptCopy is
-    /// where it has been kept, empty when it could not be kept yet (the save tries again);
-    /// backupKept where its backup was moved aside, empty when there was none.
+    /// where it has been kept, empty when it could not be kept yet (the save tries again).
     static QString unreadMessage(const QString &dataFile, const CatalogueReadResult &result,
-        const QString &keptCopy = QString(), const QString &backupKept = QString());
+        const QString &keptCopy = QString());
     /// The message shown when the catalogue could not be saved.
     static QString saveFailedMessage(const QString &dataFile, const QString &detail);
     static QString keptCopyMessage(const QString &copyPath);

@@ -119,20 +119,39 @@ TEST_F(CatalogueLifecycleTest, AFileThatCouldNotBeReadListsNoNumbersToCorrect)
     EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("16.4x")));
 }
 
-TEST_F(CatalogueLifecycleTest, AFailedStartKeepsTheLastGoodBackupWhereNoSaveTakesIt)
+TEST_F(CatalogueLifecycleTest, AFailedStartOffersTheLastGoodBackup)
+{
+    folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());
+    folder.writeFile(QStringLiteral("twdata.dat"), QByteArray(400, '\0'));
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
+    ASSERT_EQ(prompts.shown().size(), 1U) << "the message that the file could not be read";
+    prompts.answerMessage(MsgResult::Yes);
+    EXPECT_TRUE(lifecycle.offerRecovery());
+    ASSERT_EQ(prompts.shown().size(), 2U);
+    EXPECT_TRUE(prompts.shown()[1].text.startsWith(
+        QStringLiteral("The catalogue file \"%1\" could not be read. Its backup \"%2\", saved ")
+            .arg(QDir::toNativeSeparators(module.DataFile),
+                QDir::toNativeSeparators(folder.filePath(QStringLiteral("twdata.bak"))))))
+        << prompts.shown()[1].text.toStdString();
+    EXPECT_EQ(prompts.shown()[1].style, MsgStyle::YesNo | MsgStyle::Question);
+    EXPECT_EQ(module.AllProducts().Count(), 3);
+    EXPECT_TRUE(lifecycle.save().ok);
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).startsWith("A-100"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
+    EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-unread-")).size(), 1);
+}
+
+TEST_F(CatalogueLifecycleTest, AFailedStartsBackupDeclinedIsKeptWhereNoSaveTakesIt)
 {
     const QByteArray good = catalogueLine({ "G-1", "Good" });
     folder.writeFile(QStringLiteral("twdata.bak"), good);
     folder.writeFile(QStringLiteral("twdata.dat"), QByteArray("P1\x7f\x7f\x7fno end"));
     EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
+    prompts.answerMessage(MsgResult::No);
+    EXPECT_FALSE(lifecycle.offerRecovery());
     const QStringList kept = folder.fileNames().filter(QStringLiteral("twdata-backup-"));
     ASSERT_EQ(kept.size(), 1);
-    ASSERT_EQ(prompts.shown().size(), 1U);
-    EXPECT_TRUE(prompts.shown()[0].text.endsWith(
-        QStringLiteral(" The backup of the last good catalogue, \"twdata.bak\", has been kept as "
-                       "\"%1\", where no save replaces it.")
-            .arg(kept.first())))
-        << prompts.shown()[0].text.toStdString();
+    EXPECT_EQ(QFileInfo(lifecycle.keptBackupFile()).fileName(), kept.first());
     // The products added in this run, saved again and again.
     module.Catalogue().redimPreserve(1, module.Catalogue().fieldCount());
     module.Catalogue().put(1, 1, Cell("NEW-1"));

@@ -72,12 +72,13 @@ struct OdsCellAttributes
     bool hasString = false;
     bool hasFormula = false;
 
-    /// An error value: marked as one (LibreOffice), or a formula whose result is the text of
-    /// one (other programs write #DIV/0! so, as a text result).
+    /// An error value: marked as one (LibreOffice marks every formula result's kind, a text
+    /// "#N/A" as a text), or, where nothing marks it, a formula whose result is the text of one
+    /// (Gnumeric writes #DIV/0! so, as a text result).
     bool isError() const
     {
-        if (isName(calcextType, "error"))
-            return true;
+        if (!calcextType.empty())
+            return isName(calcextType, "error");
         if (!hasFormula || !hasString)
             return false;
         for (const std::string_view error :

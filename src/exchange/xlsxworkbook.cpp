@@ -142,12 +142,12 @@ private:
         if (column >= SheetCells::Columns)
             return true;
         // A formula without its result (no value, or an empty one where the result is no
-        // text), or in a workbook that asks to be worked out anew when opened: programs that
-        // write workbooks without computing them leave the result to the spreadsheet and
-        // store nothing, or 0, in its place. There is no value to take; like an error, it is
-        // said.
-        if (hasFormula
-            && (m_resultsStandIn || !hasValue || (value.empty() && type != XlsxCellType::Text))) {
+        // text): programs that write workbooks without computing them leave the result to the
+        // spreadsheet, storing nothing, or 0 where the workbook asks to be worked out anew when
+        // opened. There is no value to take; like an error, it is said. (A result such a
+        // program was given is stored as given, and taken.)
+        const bool standIn = m_resultsStandIn && (value.empty() || value == "0");
+        if (hasFormula && (standIn || !hasValue || (value.empty() && type != XlsxCellType::Text))) {
             texts.resize(start);
             m_cells.putError(row, column);
             return true;
@@ -257,7 +257,7 @@ private:
     const std::vector<SheetText> &m_strings;
     const std::vector<SheetValue::FormatKind> &m_formats;
     const bool m_system1904;
-    /// Formula results are stand-ins, to be worked out when the file is opened.
+    /// The workbook asks to be worked out when opened: a formula result of 0 is a stand-in.
     const bool m_resultsStandIn;
     int m_row = 0;
     int m_column = -1;

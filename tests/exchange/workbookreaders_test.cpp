@@ -205,14 +205,15 @@ TEST(WorkbookReaders, FormulasWithoutTheirResultsAreSaidLikeErrors)
 }
 
 // xlsxwriter stores 0 in place of every result it is not given, and the workbook asks to be
-// worked out anew when opened: every formula's stored result is a stand-in, the one given with
-// it included (nothing tells them apart), and none is read as a price.
-TEST(WorkbookReaders, FormulasOfAWorkbookToBeWorkedOutWhenOpenedAreSaidLikeErrors)
+// worked out anew when opened: a stored 0 is a stand-in, never read as a price; a result the
+// script gave it is stored as given, and taken.
+TEST(WorkbookReaders, StandInResultsOfAWorkbookToBeWorkedOutWhenOpenedAreSaidLikeErrors)
 {
     const auto workbook = openData("uncomputed-zero.xlsx");
     ASSERT_TRUE(workbook);
-    for (int row : { 2, 4, 5, 6 })
+    for (int row : { 2, 4, 5 })
         EXPECT_EQ(shown(*workbook, 2, row), Error) << "row " << row;
+    EXPECT_EQ(shown(*workbook, 2, 6), "21") << "the result given";
     EXPECT_EQ(shown(*workbook, 2, 3), "17.2");
     EXPECT_EQ(shown(*workbook, 0, 6), "F-5");
     EXPECT_EQ(shown(*workbook, 3, 6), "result given");
@@ -241,6 +242,17 @@ TEST(WorkbookReaders, AnErrorWrittenAsAFormulasTextResultIsAnError)
     EXPECT_EQ(shown(*workbook, 2, 4), "12.5");
     EXPECT_EQ(shown(*workbook, 3, 4), "#N/A typed as text");
     EXPECT_EQ(shown(*workbook, 0, 3), "G-2");
+}
+
+TEST(WorkbookReaders, AFormulasTextThatReadsLikeAnErrorStaysThatText)
+{
+    for (const char *name : { "errortext.ods", "errortext.xlsx", "errortext.xls" }) {
+        const auto workbook = openData(name);
+        ASSERT_TRUE(workbook) << name;
+        EXPECT_EQ(shown(*workbook, 1, 2), Error) << name;
+        EXPECT_EQ(shown(*workbook, 1, 3), Error) << name;
+        EXPECT_EQ(shown(*workbook, 1, 4), "#N/A") << name << ": a text result";
+    }
 }
 
 TEST(WorkbookReaders, ACellNamingASharedTextTheWorkbookLacksIsOneErrorNotTheWholeSheet)

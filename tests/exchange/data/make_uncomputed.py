@@ -4,8 +4,8 @@ formulas whose results are to be worked out when the file is opened (the workboo
 files are committed; run this again only to change them.
 
   uncomputed.xlsx       openpyxl (Debian's python3-openpyxl): no result stored
-  uncomputed-zero.xlsx  xlsxwriter (python3-xlsxwriter): 0 stored in place of each result,
-                        and the one result given to it (F-5) stored as given
+  uncomputed-zero.xlsx  xlsxwriter (python3-xlsxwriter): 0 stored in place of each result it
+                        is not given, and the one result given to it (F-5) stored as given
 
   Part Number | Product Name   | List Price   | Notes
   F-1         | Valve computed | =12.85*1.1   | formula

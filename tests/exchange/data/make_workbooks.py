@@ -19,6 +19,8 @@ are committed, so the tests need no LibreOffice; run it again after changing a s
                              times
   dates1904.fods   dates of a workbook that counts its days from 1904
       -> dates1904.xls, dates1904.xlsx, dates1904.ods (LibreOffice)
+  errortext.fods   formulas whose results are errors, and one whose result is the text "#N/A"
+      -> errortext.xls, errortext.xlsx, errortext.ods (LibreOffice)
   textnumbers.fods prices typed as text ("1.250") beside the same prices as numbers, and a
                    formula whose result is such a text
       -> textnumbers.xls, textnumbers.xlsx, textnumbers.ods (LibreOffice)
@@ -142,7 +144,7 @@ def with_rows_repeated(name, data):
     return data[:first] + once + data[end:]
 
 
-SOURCES = ('values', 'repeats', 'dates1904', 'textnumbers')
+SOURCES = ('values', 'repeats', 'dates1904', 'textnumbers', 'errortext')
 
 
 def main(sources):

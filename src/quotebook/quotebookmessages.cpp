@@ -207,16 +207,17 @@ QString backupFailed(const QString &path, const QString &why)
 }
 
 QString lastCopyQuestion(
-    const QString &path, const QString &backup, const QString &when, int quotes)
+    const QString &path, const QString &backup, const QString &when, int quotes, bool bookEmpty)
 {
-    return QStringLiteral("The quote book \"%1\" is missing. The copy made when Tarnwick was "
+    return QStringLiteral("The quote book \"%1\" is %6. The copy made when Tarnwick was "
                           "last closed, \"%2\", saved %3, holds %4 %5.\n\nOpen the copy? It "
                           "becomes the quote book. No starts a new quote book once a product is "
                           "added to the quote, numbered after the copy's quotes, and keeps the "
                           "copy beside it under a name of its own.")
         .arg(native(path), native(backup), when)
         .arg(quotes)
-        .arg(quotes == 1 ? QStringLiteral("quote") : QStringLiteral("quotes"));
+        .arg(quotes == 1 ? QStringLiteral("quote") : QStringLiteral("quotes"),
+            bookEmpty ? QStringLiteral("empty") : QStringLiteral("missing"));
 }
 
 QString lastCopyNotOpened(const QString &path, const QString &backup)

@@ -58,10 +58,10 @@ QString attachByHand(const QString &pdfPath);
 QString noMailProgram(const QString &pdfPath);
 QString pdfFailed(const QString &path, const QString &why);
 QString backupFailed(const QString &path, const QString &why);
-/// The question at the start when the book at path is missing and the copy of its last close
-/// (backup, saved when) holds quotes.
-QString lastCopyQuestion(
-    const QString &path, const QString &backup, const QString &when, int quotes);
+/// The question at the start when the book at path is missing (or an empty file: bookEmpty)
+/// and the copy of its last close (backup, saved when) holds quotes.
+QString lastCopyQuestion(const QString &path, const QString &backup, const QString &when,
+    int quotes, bool bookEmpty = false);
 /// Why that copy could not be opened in the book's place.
 QString lastCopyNotOpened(const QString &path, const QString &backup);
 /// A new book started beside the copy of an earlier one, which was moved aside as keptAs (the

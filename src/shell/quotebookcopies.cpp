@@ -48,7 +48,8 @@ bool QuoteBookController::openLastCopy()
         return false;
     const QString when =
         m_module.locale().toString(QFileInfo(backup).lastModified(), QLocale::ShortFormat);
-    const QString question = QuoteBookMessages::lastCopyQuestion(bookPath(), backup, when, *quotes);
+    const QString question = QuoteBookMessages::lastCopyQuestion(
+        bookPath(), backup, when, *quotes, QFileInfo::exists(bookPath()));
     if (m_services.prompts.msgBox(question, MsgStyle::YesNo | MsgStyle::Question, BookTitle)
         != MsgResult::Yes)
         return false;

@@ -256,6 +256,22 @@ TEST_F(HelpWindowTest, ItOpensOverTheWindowTheUserWorksInAndStaysWhereItWasLeft)
     EXPECT_EQ(window->pos(), left);
 }
 
+TEST_F(HelpWindowTest, OverAWindowLowOnTheScreenItLeavesRoomForItsTitleBar)
+{
+    QWidget main;
+    const QRect room = main.screen()->availableGeometry();
+    main.setGeometry(
+        room.left(), room.bottom() - room.height() / 4, room.width() / 3, room.height() / 4);
+    main.show();
+    QApplication::setActiveWindow(&main);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    window->resize(room.width() / 4, room.height() / 3);
+    window->showRequest(parseHelpRequest(QStringLiteral("x.chm>Main"), 0, 0));
+    // About two lines are left below it for the title bar the desktop adds (at least one).
+    EXPECT_LE(window->frameGeometry().bottom() + window->fontMetrics().height(), room.bottom());
+    EXPECT_GE(window->geometry().top(), room.top());
+}
+
 TEST_F(HelpWindowTest, TheFirstOpeningFitsTheScreen)
 {
     const QSize room = window->screen()->availableGeometry().size();

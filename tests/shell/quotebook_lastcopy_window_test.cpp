@@ -129,6 +129,8 @@ TEST_F(MissingBookWindowTest, AnEmptyBookFileIsNoBookAndTheCopyIsOffered)
     installFakes();
     ASSERT_EQ(fakes->prompts.shown().size(), 1U);
     EXPECT_TRUE(fakes->prompts.shown()[0].text.contains(QStringLiteral("holds 2 quotes")));
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.contains(QStringLiteral("quotes.db\" is empty.")))
+        << fakes->prompts.shown()[0].text.toStdString();
     ASSERT_TRUE(book().isOpen());
     EXPECT_EQ(book().quoteCount(), 2);
 }

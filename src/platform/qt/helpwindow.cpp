@@ -222,8 +222,12 @@ void HelpWindow::showRequest(const HelpRequest &request)
             resize(size().expandedTo(minimumSizeHint()).boundedTo(room.size() * 0.95));
             QRect placed(QPoint(), size());
             placed.moveCenter(active ? active->frameGeometry().center() : room.center());
+            // The desktop's frame is not known before the window is shown: its title bar is
+            // given about two lines of room.
+            const int titleBar = 2 * fontMetrics().height();
             placed.moveLeft(qBound(room.left(), placed.left(), room.right() - placed.width()));
-            placed.moveTop(qBound(room.top(), placed.top(), room.bottom() - placed.height()));
+            placed.moveTop(
+                qBound(room.top(), placed.top(), room.bottom() - placed.height() - titleBar));
             move(placed.topLeft());
         }
         m_placed = true;

@@ -31,6 +31,21 @@ protected:
         return result;
     }
 
+    /// How the backup question begins for a catalogue file in state ("is empty", …).
+    QString backupQuestionStart(const QString &state) const
+    {
+        return QStringLiteral("The catalogue file \"%1\" %2. Its backup \"%3\", saved ")
+            .arg(QDir::toNativeSeparators(module.DataFile), state,
+                QDir::toNativeSeparators(folder.filePath(QStringLiteral("twdata.bak"))));
+    }
+    /// A new product NEW-1 in a catalogue that has none, as the user would add it.
+    void addFirstProduct()
+    {
+        module.Catalogue().redimPreserve(1, module.Catalogue().fieldCount());
+        module.Catalogue().put(1, 1, Cell("NEW-1"));
+        module.AllProducts().setCount(1);
+    }
+
     TempAppFolder folder;
     FakePrompts prompts;
     AppEnvironment environment;
@@ -129,9 +144,7 @@ TEST_F(CatalogueLifecycleTest, AFailedStartOffersTheLastGoodBackup)
     EXPECT_TRUE(lifecycle.offerRecovery());
     ASSERT_EQ(prompts.shown().size(), 2U);
     EXPECT_TRUE(prompts.shown()[1].text.startsWith(
-        QStringLiteral("The catalogue file \"%1\" could not be read. Its backup \"%2\", saved ")
-            .arg(QDir::toNativeSeparators(module.DataFile),
-                QDir::toNativeSeparators(folder.filePath(QStringLiteral("twdata.bak"))))))
+        backupQuestionStart(QStringLiteral("could not be read"))))
         << prompts.shown()[1].text.toStdString();
     EXPECT_EQ(prompts.shown()[1].style, MsgStyle::YesNo | MsgStyle::Question);
     EXPECT_EQ(module.AllProducts().Count(), 3);
@@ -153,9 +166,7 @@ TEST_F(CatalogueLifecycleTest, AFailedStartsBackupDeclinedIsKeptWhereNoSaveTakes
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(QFileInfo(lifecycle.keptBackupFile()).fileName(), kept.first());
     // The products added in this run, saved again and again.
-    module.Catalogue().redimPreserve(1, module.Catalogue().fieldCount());
-    module.Catalogue().put(1, 1, Cell("NEW-1"));
-    module.AllProducts().setCount(1);
+    addFirstProduct();
     EXPECT_TRUE(lifecycle.save().ok);
     module.Catalogue().put(1, 2, Cell("New"));
     EXPECT_TRUE(lifecycle.save().ok);
@@ -270,9 +281,7 @@ TEST_F(CatalogueLifecycleTest, ABackupDeclinedIsKeptUnderANameOfItsOwnThatNoSave
     EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak")));
 
     // A new catalogue saved again and again: the products declined stay where they are.
-    module.Catalogue().redimPreserve(1, module.Catalogue().fieldCount());
-    module.Catalogue().put(1, 1, Cell("NEW-1"));
-    module.AllProducts().setCount(1);
+    addFirstProduct();
     EXPECT_TRUE(lifecycle.save().ok);
     module.Catalogue().put(1, 2, Cell("New product"));
     EXPECT_TRUE(lifecycle.save().ok);
@@ -298,10 +307,7 @@ TEST_F(CatalogueLifecycleTest, AnEmptyCatalogueFileIsOfferedItsBackupWithNoAsThe
     prompts.answerMessage(MsgResult::Yes);
     EXPECT_TRUE(lifecycle.offerRecovery());
     ASSERT_EQ(prompts.shown().size(), 1U);
-    EXPECT_TRUE(prompts.shown()[0].text.startsWith(
-        QStringLiteral("The catalogue file \"%1\" is empty. Its backup \"%2\", saved ")
-            .arg(QDir::toNativeSeparators(module.DataFile),
-                QDir::toNativeSeparators(folder.filePath(QStringLiteral("twdata.bak"))))))
+    EXPECT_TRUE(prompts.shown()[0].text.startsWith(backupQuestionStart(QStringLiteral("is empty"))))
         << prompts.shown()[0].text.toStdString();
     EXPECT_TRUE(prompts.shown()[0].text.contains(QStringLiteral("holds 3 products")));
     EXPECT_EQ(

@@ -221,14 +221,30 @@ TEST(WorkbookReaders, StandInResultsOfAWorkbookToBeWorkedOutWhenOpenedAreSaidLik
 
 // Last year's prices on a first worksheet the workbook hides: the sheet read is the first one a
 // spreadsheet shows, in every format.
-TEST(WorkbookReaders, TheFirstWorksheetShownIsReadNotOneTheWorkbookHides)
+/// A cell as the tests compare it: its column (0-based), its row (1-based) and what it shows.
+struct ShownCell
 {
-    for (const char *name : { "hiddensheet.xlsx", "hiddensheet.xls", "hiddensheet.ods" }) {
+    int column;
+    int row;
+    QString text;
+};
+
+/// Checks the cells of every workbook named.
+void expectCells(std::initializer_list<const char *> names, std::initializer_list<ShownCell> cells)
+{
+    for (const char *name : names) {
         const auto workbook = openData(name);
         ASSERT_TRUE(workbook) << name;
-        EXPECT_EQ(shown(*workbook, 0, 2), "BV-1050") << name;
-        EXPECT_EQ(shown(*workbook, 1, 2), "13.5") << name;
+        for (const ShownCell &cell : cells)
+            EXPECT_EQ(shown(*workbook, cell.column, cell.row), cell.text)
+                << name << " column " << cell.column << " row " << cell.row;
     }
+}
+
+TEST(WorkbookReaders, TheFirstWorksheetShownIsReadNotOneTheWorkbookHides)
+{
+    expectCells({ "hiddensheet.xlsx", "hiddensheet.xls", "hiddensheet.ods" },
+        { { 0, 2, "BV-1050" }, { 1, 2, "13.5" } });
 }
 
 // Gnumeric writes a formula's error result into OpenDocument as its text: an error all the
@@ -246,13 +262,8 @@ TEST(WorkbookReaders, AnErrorWrittenAsAFormulasTextResultIsAnError)
 
 TEST(WorkbookReaders, AFormulasTextThatReadsLikeAnErrorStaysThatText)
 {
-    for (const char *name : { "errortext.ods", "errortext.xlsx", "errortext.xls" }) {
-        const auto workbook = openData(name);
-        ASSERT_TRUE(workbook) << name;
-        EXPECT_EQ(shown(*workbook, 1, 2), Error) << name;
-        EXPECT_EQ(shown(*workbook, 1, 3), Error) << name;
-        EXPECT_EQ(shown(*workbook, 1, 4), "#N/A") << name << ": a text result";
-    }
+    expectCells({ "errortext.ods", "errortext.xlsx", "errortext.xls" },
+        { { 1, 2, Error }, { 1, 3, Error }, { 1, 4, "#N/A" } });
 }
 
 TEST(WorkbookReaders, ACellNamingASharedTextTheWorkbookLacksIsOneErrorNotTheWholeSheet)

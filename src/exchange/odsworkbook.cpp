@@ -74,11 +74,15 @@ struct OdsCellAttributes
 
     /// An error value: marked as one (LibreOffice marks every formula result's kind, a text
     /// "#N/A" as a text), or, where nothing marks it, a formula whose result is the text of one
-    /// (Gnumeric writes #DIV/0! so, as a text result).
+    /// (Gnumeric writes #DIV/0! so, as a text result); and a formula without a result (a
+    /// program that writes spreadsheets without computing them leaves it to the spreadsheet):
+    /// there is no value to take.
     bool isError() const
     {
         if (!calcextType.empty())
             return isName(calcextType, "error");
+        if (hasFormula && valueType.empty())
+            return true;
         if (!hasFormula || !hasString)
             return false;
         for (const std::string_view error :
@@ -300,8 +304,9 @@ TableRead readFirstTable(ZipArchive &archive, SheetCells &cells, bool takeHidden
                 ? std::string(xml.attribute("style:name"))
                 : std::string();
         } else if (name == "style:table-properties") {
-            if (!tableStyle.empty() && xml.attribute("table:display") == "false"
-                && hiddenStyles.size() < 10000)
+            // Style names are short; a file that makes them long or countless is not held.
+            if (!tableStyle.empty() && tableStyle.size() <= 256 && hiddenStyles.size() < 10000
+                && xml.attribute("table:display") == "false")
                 hiddenStyles.insert(tableStyle);
         } else if (name == "table:table") {
             if (takeHidden

@@ -359,7 +359,9 @@ bool CatalogueLifecycle::offerBackup()
     // So does one that could not be read (kept aside already): the backup is the way back.
     const QFileInfo data(m_module.DataFile);
     const bool empty = data.isFile() && data.size() == 0;
-    if ((data.exists() && !empty && !m_readFailed) || !file.isFile())
+    // (A folder in the catalogue file's place is no such file: no save could write the backup
+    // opened in its place, and the save says why.)
+    if ((data.exists() && !empty && !m_readFailed) || data.isDir() || !file.isFile())
         return false;
     const QString state = m_readFailed ? QStringLiteral("could not be read")
         : empty                        ? QStringLiteral("is empty")

@@ -266,6 +266,13 @@ TEST(WorkbookReaders, AFormulasTextThatReadsLikeAnErrorStaysThatText)
         { { 1, 2, Error }, { 1, 3, Error }, { 1, 4, "#N/A" } });
 }
 
+// odfpy writes a formula without a result, for the spreadsheet to work out when it opens the
+// file: as from a .xlsx, no value to take, said like an error.
+TEST(WorkbookReaders, AnOpenDocumentFormulaWithoutAResultIsSaidLikeAnError)
+{
+    expectCells({ "uncomputed.ods" }, { { 1, 2, Error }, { 1, 3, "17.2" }, { 0, 2, "O-1" } });
+}
+
 TEST(WorkbookReaders, ACellNamingASharedTextTheWorkbookLacksIsOneErrorNotTheWholeSheet)
 {
     const auto damaged = openData("values-badshared.xlsx");

@@ -154,6 +154,17 @@ TEST_F(CatalogueLifecycleTest, AFailedStartOffersTheLastGoodBackup)
     EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-unread-")).size(), 1);
 }
 
+TEST_F(CatalogueLifecycleTest, AFolderInTheCatalogueFilesPlaceIsOfferedNoBackupNoSaveCouldKeep)
+{
+    folder.writeFile(QStringLiteral("twdata.bak"), sampleCatalogue());
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("twdata.dat")));
+    loadAndReport();
+    prompts.clear();
+    EXPECT_FALSE(lifecycle.offerRecovery());
+    EXPECT_TRUE(prompts.shown().empty());
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), sampleCatalogue());
+}
+
 TEST_F(CatalogueLifecycleTest, AFailedStartsBackupDeclinedIsKeptWhereNoSaveTakesIt)
 {
     const QByteArray good = catalogueLine({ "G-1", "Good" });

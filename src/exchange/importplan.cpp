@@ -184,8 +184,8 @@ bool ImportPlanner::readCell(int listIndex, RowCells &cells)
 void ImportPlanner::readOtherCells(RowCells &cells)
 {
     for (int index = 0; index < ColumnMapping::ListCount; ++index) {
-        if (index != ColumnMapping::PartNumberList)
-            readCell(index, cells);
+        if (index != ColumnMapping::PartNumberList && !readCell(index, cells))
+            ++m_plan.unreadCells;
     }
 }
 

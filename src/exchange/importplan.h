@@ -90,6 +90,9 @@ struct ImportPlan
     /// New products whose list price cell held something that is no number (adding takes
     /// them without a price, as it always did).
     int addedWithoutPrice = 0;
+    /// Cells of the rows taken, other than part numbers, that could not be read (an error value,
+    /// a formula whose result the file does not hold): their fields are left as they were.
+    int unreadCells = 0;
     std::vector<SkippedRow> skipped;
     /// The first error met while reading cells, if any.
     std::optional<VbError> firstError;

@@ -81,6 +81,11 @@ QList<CountLine> namedCountLines(const ImportPlan &plan)
         lines.append({ "LblWithoutPrice",
             QStringLiteral("Products added without a list price, as their price is no number: %1")
                 .arg(plan.addedWithoutPrice) });
+    if (plan.unreadCells > 0)
+        lines.append({ "LblUnreadCells",
+            QStringLiteral("Cells that could not be read (an error value, or a formula whose "
+                           "result the file does not hold), their fields left as they were: %1")
+                .arg(plan.unreadCells) });
     if (plan.rowsLeftBelow > 0 && plan.endedAfterUnreadableRows) {
         lines.append({ "LblNotRead", unreadRowsText(plan.rowsLeftBelow) });
     } else if (plan.rowsLeftBelow > 0 && plan.endedWithoutPartNumber) {

@@ -79,6 +79,17 @@ TEST(ImportReport, TheCountLinesNameEveryCountAndEachReason)
         "part number: 2; part number twice in the sheet: 1; list price that is no number: 1)");
 }
 
+TEST(ImportReport, CellsThatCouldNotBeReadAreCounted)
+{
+    ImportPlan plan;
+    EXPECT_EQ(ImportReport::countLines(plan).size(), 4) << "no line while every cell was read";
+    plan.unreadCells = 3;
+    EXPECT_EQ(ImportReport::countLines(plan).last(),
+        "Cells that could not be read (an error value, or a formula whose result the file does "
+        "not hold), their fields left as they were: 3");
+    EXPECT_STREQ(ImportReport::namedCountLines(plan).last().name, "LblUnreadCells");
+}
+
 TEST(ImportReport, APriceTooLargeForTheCatalogueIsNamedAsTheReason)
 {
     const ImportPlan plan = planOf(sampleCatalogue(),

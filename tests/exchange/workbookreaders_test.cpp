@@ -119,6 +119,7 @@ struct Imported
     Table &catalogue = module.Catalogue();
     EditHistory history { module };
     int changes = 0;
+    int unreadCells = 0;
     std::optional<VbError> firstError;
 };
 
@@ -133,6 +134,7 @@ std::unique_ptr<Imported> importAll(const IWorkbook &workbook)
     planner.runAll();
     ImportPlan plan = planner.takePlan();
     result->changes = plan.addedCount();
+    result->unreadCells = plan.unreadCells;
     result->firstError = plan.firstError;
     CatalogueEdits::import(result->history, {}, importChanges(std::move(plan), result->catalogue));
     return result;
@@ -198,6 +200,7 @@ TEST(WorkbookReaders, FormulasWithoutTheirResultsAreSaidLikeErrors)
     const auto imported = importAll(*workbook);
     ASSERT_TRUE(imported->firstError.has_value());
     EXPECT_EQ(imported->firstError->number(), ErrorNumber::TypeMismatch);
+    EXPECT_EQ(imported->unreadCells, 3) << "the three prices, counted for the preview";
     const Table &catalogue = imported->catalogue;
     const int row = catalogue.find(P::PartNumber, Cell(QStringLiteral("F-1")), 1);
     ASSERT_GE(row, 1);

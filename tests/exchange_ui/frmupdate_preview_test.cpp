@@ -68,8 +68,9 @@ protected:
         QStringList lines;
         for (const char *name : { "LblAdded", "LblChanged", "LblUnchanged", "LblSkipped" })
             lines << preview->findChild<QLabel *>(QString::fromLatin1(name))->text();
-        // Shown only when new products came without a price, and when rows were left unread.
-        for (const char *name : { "LblWithoutPrice", "LblNotRead" }) {
+        // Shown only when new products came without a price, when cells could not be read and
+        // when rows were left unread.
+        for (const char *name : { "LblWithoutPrice", "LblUnreadCells", "LblNotRead" }) {
             if (const auto *line = preview->findChild<QLabel *>(QString::fromLatin1(name)))
                 lines << line->text();
         }
@@ -206,6 +207,25 @@ TEST_F(FrmUpdatePreviewTest, OkShowsEveryChangeAndTheCountsBeforeAnythingChanges
         ASSERT_NE(control, nullptr) << name;
         EXPECT_EQ(control->accessibleDescription(), QString::fromLatin1(name));
     }
+}
+
+// A workbook written without its formulas worked out (openpyxl): the preview says how many
+// cells it could not read, before anything changes.
+TEST_F(FrmUpdatePreviewTest, ThePreviewCountsTheCellsThatCouldNotBeRead)
+{
+    open(workbook("uncomputed.xlsx"));
+    choose(0, 0);
+    choose(3, 3); // "Skip Field" first: column C, the list price
+    chooseUpdate();
+    clickOk();
+    FrmImportPreview *preview = waitForPreview();
+    ASSERT_NE(preview, nullptr);
+    const auto *line = preview->findChild<QLabel *>(QStringLiteral("LblUnreadCells"));
+    ASSERT_NE(line, nullptr);
+    EXPECT_EQ(line->text(),
+        "Cells that could not be read (an error value, or a formula whose result the file does "
+        "not hold), their fields left as they were: 3");
+    EXPECT_EQ(line->accessibleDescription(), "LblUnreadCells");
 }
 
 TEST_F(FrmUpdatePreviewTest, TheOldAndNewValuesGetTheWidthOfTheChanges)

@@ -259,7 +259,12 @@ bool CatalogueLifecycle::offerRecovery()
     const QDateTime fileWritten = QFileInfo(m_module.DataFile).lastModified();
     int style = MsgStyle::YesNo | MsgStyle::Question;
     if (fileWritten.isValid() && fileWritten > when) {
-        question += changedSinceNote(m_module.locale().toString(fileWritten, QLocale::ShortFormat));
+        QString written = m_module.locale().toString(fileWritten, QLocale::ShortFormat);
+        // A time still to come: the clock of the computer that saved it ran ahead, or this
+        // one's is behind; either way the file is newer than the changes.
+        if (fileWritten > QDateTime::currentDateTime().addSecs(300))
+            written += QStringLiteral(", a time this computer's clock has not reached");
+        question += changedSinceNote(written);
         style |= MsgStyle::DefaultButton2;
     }
     const bool restore = read.status == CatalogueReadResult::Status::Ok

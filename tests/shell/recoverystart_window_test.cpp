@@ -68,6 +68,30 @@ TEST_F(RecoveryStartTest, AFileWrittenAfterTheChangesIsSaidAndNoBecomesTheDefaul
     EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-recovered-")).size(), 1);
 }
 
+// A catalogue file dated in the future (saved while a clock ran ahead): the time is said for
+// what it is, and No stays the default.
+TEST_F(RecoveryStartTest, AFileDatedLaterThanTheClockIsSaidSo)
+{
+    leaveRecoveryFile();
+    const QDateTime later = QDateTime::currentDateTime().addSecs(2 * 3600);
+    {
+        QFile file(folder.filePath(QStringLiteral("twdata.dat")));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(later, QFileDevice::FileModificationTime));
+    }
+    fakes->prompts.answerMessage(MsgResult::No);
+
+    startAndWait();
+
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown().front();
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
+    EXPECT_TRUE(box.text.endsWith(
+        CatalogueLifecycle::changedSinceNote(locale.toString(later, QLocale::ShortFormat)
+            + QStringLiteral(", a time this computer's clock has not reached"))))
+        << box.text.toStdString();
+}
+
 TEST_F(RecoveryStartTest, AsksBeforeTheWindowShowsAndYesRestoresTheChanges)
 {
     leaveRecoveryFile();

@@ -181,16 +181,27 @@ QLineEdit *clearFirstPartNumber(GridView *quote)
     return editor;
 }
 
+/// The quote with two lines, B-200 and A-100, whose first part number is being typed anew.
+class EmptiedPartNumberTest : public QuoteBookWindowTest
+{
+protected:
+    /// Adds the two lines and clears the first one's part number in its open editor.
+    QLineEdit *twoLinesWithTheFirstPartNumberCleared()
+    {
+        addToQuote(1);
+        addToQuote(0);
+        return clearFirstPartNumber(window->ui().GrdQuote);
+    }
+};
+
 } // namespace
 
 // Emptied and entered, a part number ends the quote at its line: the status bar says what that
 // leaves out, and the lines come back with Undo or with the next product added.
-TEST_F(QuoteBookWindowTest, APartNumberEmptiedSaysWhatTheQuoteLeavesOut)
+TEST_F(EmptiedPartNumberTest, APartNumberEmptiedSaysWhatTheQuoteLeavesOut)
 {
-    addToQuote(1);
-    addToQuote(0);
     GridView *quote = window->ui().GrdQuote;
-    QLineEdit *editor = clearFirstPartNumber(quote);
+    QLineEdit *editor = twoLinesWithTheFirstPartNumberCleared();
     ASSERT_NE(editor, nullptr);
     QTest::keyClick(editor, Qt::Key_Return);
     ASSERT_TRUE(QTest::qWaitFor([quote] { return !quote->isEditing(); }, 10000));
@@ -211,12 +222,10 @@ TEST_F(QuoteBookWindowTest, APartNumberEmptiedSaysWhatTheQuoteLeavesOut)
 
 // Emptied but not entered, a part number is dropped by a close rather than stored: stored, it
 // would end the quote at its line and the book would keep none of the lines below it.
-TEST_F(QuoteBookWindowTest, APartNumberEmptiedButNotEnteredIsDroppedByAClose)
+TEST_F(EmptiedPartNumberTest, APartNumberEmptiedButNotEnteredIsDroppedByAClose)
 {
-    addToQuote(1);
-    addToQuote(0);
     GridView *quote = window->ui().GrdQuote;
-    QLineEdit *editor = clearFirstPartNumber(quote);
+    QLineEdit *editor = twoLinesWithTheFirstPartNumberCleared();
     ASSERT_NE(editor, nullptr);
     ASSERT_TRUE(quote->isEditing());
     closeAndStart();

@@ -32,6 +32,13 @@ protected:
                     "2.5", "100", "2" })
                 + catalogueLine({ "D-400", "Dowel" })));
     }
+    /// Gives twdata.dat the time of its last change; false when it could not.
+    bool dateCatalogueFile(const QDateTime &when)
+    {
+        QFile file(folder.filePath(QStringLiteral("twdata.dat")));
+        return file.open(QIODevice::ReadWrite)
+            && file.setFileTime(when, QFileDevice::FileModificationTime);
+    }
     QStringList partNumbers() const
     {
         QStringList parts;
@@ -47,11 +54,7 @@ TEST_F(RecoveryStartTest, AFileWrittenAfterTheChangesIsSaidAndNoBecomesTheDefaul
 {
     leaveRecoveryFile();
     const QDateTime changesMade = QFileInfo(folder.filePath(RecoveryFile)).lastModified();
-    {
-        QFile file(folder.filePath(QStringLiteral("twdata.dat")));
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        ASSERT_TRUE(file.setFileTime(changesMade.addSecs(60), QFileDevice::FileModificationTime));
-    }
+    ASSERT_TRUE(dateCatalogueFile(changesMade.addSecs(60)));
     fakes->prompts.answerMessage(MsgResult::No);
 
     startAndWait();
@@ -74,11 +77,7 @@ TEST_F(RecoveryStartTest, AFileDatedLaterThanTheClockIsSaidSo)
 {
     leaveRecoveryFile();
     const QDateTime later = QDateTime::currentDateTime().addSecs(2 * 3600);
-    {
-        QFile file(folder.filePath(QStringLiteral("twdata.dat")));
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        ASSERT_TRUE(file.setFileTime(later, QFileDevice::FileModificationTime));
-    }
+    ASSERT_TRUE(dateCatalogueFile(later));
     fakes->prompts.answerMessage(MsgResult::No);
 
     startAndWait();

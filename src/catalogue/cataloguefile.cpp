@@ -10,6 +10,7 @@
 #include <QSaveFile>
 
 #include <cerrno>
+#include <functional>
 
 #ifdef Q_OS_UNIX
 #include <cstdio>
@@ -210,21 +211,36 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
     return {};
 }
 
+namespace {
+
+/// Puts a file beside the catalogue at data under the first free name of kind
+/// ("twdata-<kind>-<stamp>.dat", then "-2" and on) by place(path), which never overwrites: a
+/// name taken in the meantime just moves on to the next. The path; empty when it failed.
+QString placeUnderKeptName(
+    const QFileInfo &data, const QString &kind, const std::function<bool(const QString &)> &place)
+{
+    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    for (int attempt = 1; attempt <= 1000; ++attempt) {
+        const QString path = data.dir().filePath(keptCopyName(data, kind, stamp, attempt));
+        if (QFileInfo::exists(path))
+            continue;
+        if (place(path))
+            return QDir::toNativeSeparators(path);
+        if (!QFileInfo::exists(path))
+            return {}; // the copy or the move itself failed, not the name
+    }
+    return {};
+}
+
+} // namespace
+
 QString keepBackupAside(const QString &dataFile)
 {
-    const QFileInfo data(dataFile);
     const QString backup = catalogueBackupPath(dataFile);
     if (!QFileInfo(backup).isFile())
         return {};
-    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    for (int attempt = 1; attempt <= 1000; ++attempt) {
-        const QString kept =
-            data.dir().filePath(keptCopyName(data, QStringLiteral("backup"), stamp, attempt));
-        if (QFileInfo::exists(kept))
-            continue;
-        return QFile::rename(backup, kept) ? QDir::toNativeSeparators(kept) : QString();
-    }
-    return {};
+    return placeUnderKeptName(QFileInfo(dataFile), QStringLiteral("backup"),
+        [&backup](const QString &path) { return QFile::rename(backup, path); });
 }
 
 QString keepCatalogueCopy(const QString &dataFile, const QString &kind)
@@ -232,18 +248,8 @@ QString keepCatalogueCopy(const QString &dataFile, const QString &kind)
     const QFileInfo data(dataFile);
     if (!data.isFile())
         return {};
-    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    // QFile::copy never overwrites, so a name taken in the meantime just moves on to the next.
-    for (int attempt = 1; attempt <= 1000; ++attempt) {
-        const QString copy = data.dir().filePath(keptCopyName(data, kind, stamp, attempt));
-        if (QFileInfo::exists(copy))
-            continue;
-        if (QFile::copy(dataFile, copy))
-            return QDir::toNativeSeparators(copy);
-        if (!QFileInfo::exists(copy))
-            return {}; // the copy itself failed, not the name
-    }
-    return {};
+    return placeUnderKeptName(
+        data, kind, [&dataFile](const QString &path) { return QFile::copy(dataFile, path); });
 }
 
 } // namespace tarnwick

@@ -120,21 +120,13 @@ QString keepAside(const QString &backupPath, const QString &damagedKeptAs)
 
 std::optional<int> quoteCount(const QString &path)
 {
-    if (!QFileInfo(path).isFile())
-        return std::nullopt;
     std::optional<int> count;
-    const QString connection = QStringLiteral("tarnwick-copy-%1").arg(quintptr(&count));
-    {
-        QSqlDatabase copy = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-        QuoteBookRows::readAsItLies(copy, path);
-        if (copy.open()) {
+    QuoteBookRows::readBookAsItLies(path, QStringLiteral("tarnwick-copy-%1").arg(quintptr(&count)),
+        [&count](QSqlDatabase &copy) {
             QSqlQuery query(copy);
             if (query.exec(QStringLiteral("SELECT count(*) FROM quotes")) && query.next())
                 count = query.value(0).toInt();
-        }
-        copy.close();
-    }
-    QSqlDatabase::removeDatabase(connection);
+        });
     return count;
 }
 

@@ -94,21 +94,15 @@ bool QuoteBook::continueNumbersOf(const QString &otherBook)
     // Read as it lies, without locks or a log of its own: it may be damaged, and nothing
     // writes it any more.
     std::map<int, int> highest;
-    const QString connection = m_connection + QStringLiteral("-other");
-    {
-        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
-        QuoteBookRows::readAsItLies(other, otherBook);
-        if (QFileInfo::exists(otherBook) && other.open()) {
+    QuoteBookRows::readBookAsItLies(
+        otherBook, m_connection + QStringLiteral("-other"), [&highest](QSqlDatabase &other) {
             QSqlQuery given(other);
             if (given.exec(
                     QStringLiteral("SELECT year, max(sequence) FROM quotes GROUP BY year"))) {
                 while (given.next())
                     highest[given.value(0).toInt()] = given.value(1).toInt();
             }
-        }
-        other.close();
-    }
-    QSqlDatabase::removeDatabase(connection);
+        });
     QSqlError error;
     QSqlQuery &keep = prepared(QStringLiteral(
         "INSERT INTO numbers_given (year, sequence) VALUES (?, ?) "

@@ -6,6 +6,7 @@
 #include "quotes/quotepricing.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSqlQuery>
 #include <QUrl>
@@ -122,6 +123,22 @@ void readAsItLies(QSqlDatabase &db, const QString &path)
 {
     db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
     db.setDatabaseName(readAsItLiesUri(path));
+}
+
+bool readBookAsItLies(
+    const QString &path, const QString &connection, const std::function<void(QSqlDatabase &)> &read)
+{
+    bool opened = false;
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+        readAsItLies(other, path);
+        opened = QFileInfo(path).isFile() && other.open();
+        if (opened)
+            read(other);
+        other.close();
+    }
+    QSqlDatabase::removeDatabase(connection);
+    return opened;
 }
 
 QString readAsItLiesUri(const QString &path)

@@ -86,6 +86,11 @@ bool run(QSqlDatabase &db, const QString &sql, QSqlError &error);
 /// Sets db (not yet open) to read the book at path as it lies: read-only, SQLite's
 /// "immutable" (no lock taken, no log or index made beside it).
 void readAsItLies(QSqlDatabase &db, const QString &path);
+/// Opens the book at path as it lies on a connection of its own (named connection), hands it
+/// to read when it opened, and closes and removes the connection again. False when the file is
+/// not there or did not open.
+bool readBookAsItLies(const QString &path, const QString &connection,
+    const std::function<void(QSqlDatabase &)> &read);
 /// The SQLite address of the file at path, read as it lies. A path that begins with two
 /// slashes (a Windows share, "//server/share/...") keeps them in the address's path: SQLite
 /// takes no server name in an address.

@@ -181,11 +181,10 @@ QLineEdit *clearFirstPartNumber(GridView *quote)
     return editor;
 }
 
-/// The quote with two lines, B-200 and A-100, whose first part number is being typed anew.
 class EmptiedPartNumberTest : public QuoteBookWindowTest
 {
 protected:
-    /// Adds the two lines and clears the first one's part number in its open editor.
+    /// Adds B-200 and A-100 to the quote and clears line 1's part number in its open editor.
     QLineEdit *twoLinesWithTheFirstPartNumberCleared()
     {
         addToQuote(1);

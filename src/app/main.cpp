@@ -51,8 +51,13 @@ int main(int argc, char *argv[])
     QApplication::setWindowIcon(applicationIcon());
     QGuiApplication::setDesktopFileName(QStringLiteral("tarnwick"));
 
-    const AppEnvironment environment = AppEnvironment::fromApplication(QApplication::arguments());
     QtPrompts prompts;
+    if (const QString folder = unreadableAppFolderOfThisProgram(); !folder.isEmpty()) {
+        prompts.msgBox(
+            QString::fromLatin1(FolderNameUnreadableMessage).arg(folder), MsgStyle::Critical);
+        return 1;
+    }
+    const AppEnvironment environment = AppEnvironment::fromApplication(QApplication::arguments());
     QtServices desktopServices;
     const AppServices services = desktopServices.with(prompts, environment);
 

@@ -165,13 +165,14 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
     errno = 0;
     if (!file.open(QIODevice::WriteOnly)) {
         const int openError = errno;
-        // QSaveFile refuses to replace a file that may not be written, whatever the folder
-        // allows: say so, rather than send the user after the folder's rights.
         const QFileInfo existing(path);
-        if (existing.exists() && !existing.isWritable())
+        const int probed = newFileError(existing.absolutePath());
+        // QSaveFile refuses to replace a file that may not be written, whatever the folder
+        // allows: say so, rather than send the user after the folder's rights. On a disk that
+        // is read-only as a whole no file may be written, and the disk is the cause.
+        if (existing.exists() && !existing.isWritable() && probed != EROFS && openError != EROFS)
             return failedSave(
                 QStringLiteral("the file itself is read-only or locked against changes"));
-        const int probed = newFileError(existing.absolutePath());
         const QString folder = QDir::toNativeSeparators(existing.absolutePath());
         return failedSave(QStringLiteral("no new file can be created in the folder \"%1\": %2")
                               .arg(folder, plainCause(probed != 0 ? probed : openError, file)));

@@ -1,11 +1,17 @@
 #include "platform/appfolder.h"
 
+#include "platform/appenvironment.h"
 #include "platform/iprompts.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
+
+#if defined(Q_OS_LINUX)
+#include <climits>
+#include <unistd.h>
+#endif
 
 namespace tarnwick {
 
@@ -38,6 +44,41 @@ QString AppFolderRule::installedSampleCatalogue(const QString &executableFolder)
 {
     return QDir::cleanPath(
         QDir(executableFolder).filePath(QStringLiteral("../share/tarnwick/twdata.dat")));
+}
+
+namespace {
+
+bool survivesDecoding(const QByteArray &name)
+{
+    return QFile::encodeName(QFile::decodeName(name)) == name;
+}
+
+} // namespace
+
+QString unreadableAppFolder(const QByteArray &namedFolder, const QByteArray &executableFolder,
+    const std::function<bool(const QByteArray &folder)> &isWritable)
+{
+    if (!namedFolder.isEmpty())
+        return survivesDecoding(namedFolder) ? QString() : QFile::decodeName(namedFolder);
+    if (executableFolder.isEmpty() || survivesDecoding(executableFolder)
+        || !isWritable(executableFolder))
+        return {};
+    return QFile::decodeName(executableFolder);
+}
+
+QString unreadableAppFolderOfThisProgram()
+{
+#if defined(Q_OS_LINUX)
+    QByteArray executable(PATH_MAX, Qt::Uninitialized);
+    const ssize_t size = ::readlink("/proc/self/exe", executable.data(), executable.size());
+    executable.resize(size > 0 ? size : 0);
+    const qsizetype slash = executable.lastIndexOf('/');
+    return unreadableAppFolder(qgetenv(AppEnvironment::AppFolderVariable),
+        slash > 0 ? executable.left(slash) : QByteArray(),
+        [](const QByteArray &folder) { return ::access(folder.constData(), W_OK) == 0; });
+#else
+    return {};
+#endif
 }
 
 namespace {

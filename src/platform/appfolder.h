@@ -50,6 +50,26 @@ bool offerSampleCatalogue(const QString &folder, const QString &sampleCatalogue,
 /// for Abort. A folder that cannot be made is said as for the per-user folder.
 bool findNamedFolder(const QString &folder, IPrompts &prompts);
 
+/// Qt reads the system's names of files as UTF-8, so a folder named in another encoding (on an
+/// older system, or a stick copied from one) comes through as another name, which is not there:
+/// the program would start empty elsewhere while its catalogue lies in that folder. Returns
+/// the name as Qt reads it when the application folder is such a folder: the one named by
+/// TARNWICK_APP_DIR (namedFolder, the variable's bytes), or else the executable's folder
+/// (executableFolder, the system's bytes) when it would be used, being writable; the empty
+/// text otherwise.
+QString unreadableAppFolder(const QByteArray &namedFolder, const QByteArray &executableFolder,
+    const std::function<bool(const QByteArray &folder)> &isWritable);
+/// The same for the running program, from its environment and its executable's path as the
+/// system gives them (Linux; elsewhere names are text already and nothing is found).
+QString unreadableAppFolderOfThisProgram();
+
+/// Said, and the program ends, when the application folder's name cannot be read.
+inline constexpr const char *FolderNameUnreadableMessage =
+    "The name of Tarnwick's folder holds characters this system cannot read as text:\n%1\n\n"
+    "Tarnwick keeps the catalogue and the quotes in that folder and would not find them under "
+    "that name. Rename the folder (or the folder above it) so that its name holds no such "
+    "characters, then start Tarnwick again.";
+
 /// The question of the first start.
 inline constexpr const char *FirstStartQuestion =
     "This is the first start of Tarnwick in this folder:\n%1\n\nStart with the sample catalogue "

@@ -120,6 +120,10 @@ QString plainWriteCause(int systemError, const QString &fallback)
         return QStringLiteral("you have no permission to write there");
     case EISDIR:
         return QStringLiteral("a folder of that name is in the way");
+    case ENAMETOOLONG:
+        // Tarnwick writes each file under a longer name first, then renames it.
+        return QStringLiteral("the folder's path is too long for the system (a folder higher up "
+                              "would do)");
     case EIO:
     case ENXIO:
     case ENODEV:

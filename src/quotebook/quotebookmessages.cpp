@@ -199,6 +199,14 @@ QString pdfFailed(const QString &path, const QString &why)
     return QStringLiteral("The quote could not be saved as \"%1\": %2.").arg(native(path), why);
 }
 
+QString noTemporaryFolder(const QString &folder, const QString &why)
+{
+    return QStringLiteral("The quote's PDF could not be written to the folder for temporary "
+                          "files, \"%1\": %2. The quote was not sent; Save as PDF writes it "
+                          "where you choose.")
+        .arg(native(folder), why);
+}
+
 QString backupFailed(const QString &path, const QString &why)
 {
     return QStringLiteral("The quote book could not be copied to \"%1\": %2. The quote book "

@@ -57,6 +57,9 @@ QString attachByHand(const QString &pdfPath);
 /// No mail program could be started.
 QString noMailProgram(const QString &pdfPath);
 QString pdfFailed(const QString &path, const QString &why);
+/// Send could not make the folder its PDF is written to, in folder (the one for temporary
+/// files), for the reason why.
+QString noTemporaryFolder(const QString &folder, const QString &why);
 QString backupFailed(const QString &path, const QString &why);
 /// The question at the start when the book at path is missing (or an empty file: bookEmpty)
 /// and the copy of its last close (backup, saved when) holds quotes.

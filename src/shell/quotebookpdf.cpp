@@ -85,12 +85,24 @@ void QuoteBookController::send()
         return;
     const QuoteHeader header = m_session->header();
     // The mail program reads the file after Tarnwick has handed it over, perhaps after
-    // Tarnwick has ended: the folder stays.
-    QTemporaryDir folder(QDir::temp().filePath(QStringLiteral("tarnwick-quote-XXXXXX")));
+    // Tarnwick has ended: the folder stays. A folder for temporary files that is not there
+    // (Qt then names none, which would be the working folder) or takes no new folder is said.
+    const QString temporary = QDir::tempPath();
+    if (temporary.isEmpty()) {
+        report(QuoteBookMessages::noTemporaryFolder(
+                   qEnvironmentVariable("TMPDIR"), QStringLiteral("the folder is not there")),
+            SendTitle);
+        return;
+    }
+    QTemporaryDir folder(QDir(temporary).filePath(QStringLiteral("tarnwick-quote-XXXXXX")));
     folder.setAutoRemove(false);
+    if (!folder.isValid()) {
+        report(QuoteBookMessages::noTemporaryFolder(temporary, folder.errorString()), SendTitle);
+        return;
+    }
     const QString path =
         folder.filePath(QStringLiteral("%1-%2.pdf").arg(header.number(), header.revisionLetter()));
-    if (!folder.isValid() || !writePdf(path, SendTitle))
+    if (!writePdf(path, SendTitle))
         return;
     const QuoteMail mail = QuoteMailer::mailFor(header, path);
     const QuoteMailer::Way way = QuoteMailer::send(m_services.launcher, mail);

@@ -110,6 +110,60 @@ TEST_F(SafeSaveTest, AReadOnlyFileIsNamedAsTheCauseNotItsFolder)
     EXPECT_EQ(dataFileBytes(), OldBytes);
 }
 
+// A disk that turned read-only as a whole (a write-protected stick, a file system the system
+// made read-only after an error) is the cause, not the file, whose own rights allow writing.
+TEST_F(SafeSaveTest, ADiskThatTurnedReadOnlyIsNamedAsTheCause)
+{
+    const QString disk = folder.filePath(QStringLiteral("stick"));
+    const TinyDisk tiny(disk, 1024);
+    if (!tiny.mounted())
+        FAIL() << "the check needs a small file system, which cannot be mounted here (the tests "
+                  "run as root): "
+               << tiny.failure().toStdString();
+    const QString data = QDir(disk).filePath(QStringLiteral("twdata.dat"));
+    folder.writeFile(QStringLiteral("stick/twdata.dat"), OldBytes);
+    ASSERT_TRUE(tiny.makeReadOnly());
+    fillCatalogue(2);
+    const CatalogueWriteResult result = products.WriteProds(data);
+    EXPECT_FALSE(result.ok);
+    EXPECT_TRUE(result.detail.endsWith(QStringLiteral("the disk or folder is read-only")))
+        << result.detail.toStdString();
+    EXPECT_EQ(folder.readFile(QStringLiteral("stick/twdata.dat")), OldBytes);
+}
+
+#if defined(Q_OS_LINUX)
+// A folder so deep that the catalogue's name fits the system's limit but the longer names a
+// save writes first do not: the save fails and says why, in words.
+TEST_F(SafeSaveTest, AFolderTooDeepForTheSavesOwnNamesIsSaidSo)
+{
+    QString deep = folder.path();
+    const QString part(200, QLatin1Char('d'));
+    while (QFile::encodeName(deep).size() + 201 + 11 < 4095)
+        deep += QLatin1Char('/') + part;
+    deep += QLatin1Char('/')
+        + QString(4095 - 11 - 1 - QFile::encodeName(deep).size(), QLatin1Char('e'));
+    ASSERT_TRUE(QDir().mkpath(deep));
+    const QString data = QDir(deep).filePath(QStringLiteral("twdata.dat"));
+    ASSERT_EQ(QFile::encodeName(data).size(), 4095); // the longest name Linux takes
+    {
+        QFile old(data);
+        ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+        old.write(OldBytes);
+    }
+    fillCatalogue(2);
+    const QString cause = QStringLiteral(
+        "the folder's path is too long for the system (a folder higher up would do)");
+    for (int save = 1; save <= 2; ++save) {
+        const CatalogueWriteResult result = products.WriteProds(data);
+        EXPECT_FALSE(result.ok);
+        EXPECT_TRUE(result.detail.endsWith(cause)) << result.detail.toStdString();
+        QFile kept(data);
+        ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+        EXPECT_EQ(kept.readAll(), OldBytes) << "save " << save;
+    }
+}
+#endif
+
 // The folder the catalogue was read from replaced by a file: said as it is.
 TEST_F(SafeSaveTest, AFolderReplacedByAFileIsSaidSo)
 {

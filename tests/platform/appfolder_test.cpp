@@ -1,5 +1,7 @@
 #include "platform/appfolder.h"
 
+#include "platform/appenvironment.h"
+
 #include "support/fakeprompts.h"
 #include "support/tempappfolder.h"
 
@@ -239,6 +241,43 @@ TEST_F(NamedFolderTest, AFolderThatCannotBeCreatedIsSaid)
         QStringLiteral("Tarnwick cannot keep its files in its folder:\n")));
     EXPECT_TRUE(prompts.shown()[1].text.contains(QStringLiteral("the folder cannot be created")));
 }
+
+// A folder named in another encoding than UTF-8 (Latin-1's "é" is the one byte E9) comes
+// through Qt as another name: the start says so instead of using another folder.
+TEST(AppFolderName, AFolderNamedInAnotherEncodingIsFound)
+{
+    const QByteArray latin1 = "/media/stick/Caf\xe9";
+    const auto writable = [](const QByteArray &) { return true; };
+    const auto readOnly = [](const QByteArray &) { return false; };
+    EXPECT_EQ(unreadableAppFolder(latin1, QByteArray("/opt/tw"), writable),
+        QStringLiteral("/media/stick/Caf\uFFFD"));
+    EXPECT_EQ(unreadableAppFolder(QByteArray(), latin1, writable),
+        QStringLiteral("/media/stick/Caf\uFFFD"));
+    // An executable folder that is not used (not writable: the per-user folder is) is no matter.
+    EXPECT_EQ(unreadableAppFolder(QByteArray(), latin1, readOnly), QString());
+    // The named folder is the one used, whatever the executable's.
+    EXPECT_EQ(unreadableAppFolder(QByteArray("/srv/Caf\xc3\xa9"), latin1, writable), QString());
+    EXPECT_EQ(
+        unreadableAppFolder(QByteArray(), QByteArray("/srv/Caf\xc3\xa9"), writable), QString());
+    EXPECT_EQ(unreadableAppFolder(QByteArray(), QByteArray(), writable), QString());
+}
+
+#if defined(Q_OS_LINUX)
+TEST(AppFolderName, TheRunningProgramsNamedFolderIsLookedAt)
+{
+    const QByteArray before = qgetenv(AppEnvironment::AppFolderVariable);
+    qputenv(AppEnvironment::AppFolderVariable, QByteArray("/tmp/Caf\xe9"));
+    const QString unreadable = unreadableAppFolderOfThisProgram();
+    qputenv(AppEnvironment::AppFolderVariable, QByteArray("/tmp/Caf\xc3\xa9"));
+    const QString readable = unreadableAppFolderOfThisProgram();
+    if (before.isNull())
+        qunsetenv(AppEnvironment::AppFolderVariable);
+    else
+        qputenv(AppEnvironment::AppFolderVariable, before);
+    EXPECT_EQ(unreadable, QStringLiteral("/tmp/Caf\uFFFD"));
+    EXPECT_EQ(readable, QString());
+}
+#endif
 
 } // namespace
 } // namespace tarnwick

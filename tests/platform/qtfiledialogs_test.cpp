@@ -11,8 +11,11 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileSystemModel>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 #include <QUrl>
 
@@ -253,6 +256,47 @@ TEST(FileDialogContents, OpenAndSaveDialogsKnowFilesByTheirNamesOnly)
     request.defaultSuffix = QStringLiteral("dat");
     seen = lookAtTheDialog([&] { result = dialogs.getSaveFile(request); });
     EXPECT_EQ(seen.defaultSuffix, QStringLiteral("dat"));
+}
+
+// Typed as a user types it: a name holding a double quote is refused with a word over the
+// dialog, which stays open with the name for the user to change.
+TEST(FileDialogContents, ASaveDialogRefusesANameWithADoubleQuoteAndStaysOpen)
+{
+    QTemporaryDir folder;
+    QtFileDialogs dialogs;
+    FileDialogRequest request;
+    request.title = QStringLiteral("Export");
+    request.initialFolder = folder.path();
+    QString refusal;
+    QString refusalTitle;
+    bool stayedOpen = false;
+    QTimer::singleShot(0, [&] {
+        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        auto *name =
+            dialog ? dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")) : nullptr;
+        if (name == nullptr)
+            return;
+        QTimer::singleShot(0, [&, dialog, name] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                refusal = box->text();
+                refusalTitle = box->windowTitle();
+                box->accept();
+            }
+            QTimer::singleShot(0, [&, dialog, name] {
+                stayedOpen = QApplication::activeModalWidget() == dialog && dialog->isVisible()
+                    && name->text() == QStringLiteral("Valves 12\" list.xls");
+                dialog->reject();
+            });
+        });
+        QTest::keyClicks(name, QStringLiteral("Valves 12\" list.xls"));
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+    const std::optional<FileDialogResult> result = dialogs.getSaveFile(request);
+    EXPECT_EQ(refusalTitle, QStringLiteral("Export"));
+    EXPECT_EQ(refusal, QString::fromLatin1(QuoteInFileNameMessage));
+    EXPECT_TRUE(stayedOpen);
+    EXPECT_FALSE(result.has_value());
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
 }
 
 TEST(FileDialogPlaces, TheHomeFolderIsCalledHomeAndStaysSo)

@@ -166,6 +166,40 @@ TEST_F(QuoteBookWindowTest, SendHandsThePdfToTheMailProgramAndMarksTheQuoteSent)
         QStringLiteral("Quote Details: Q-2026-0001 C, ACME Plumbing"));
 }
 
+// The PDF goes through the folder for temporary files: one that cannot take it is said, and
+// the quote stays a draft; one that is not there is not replaced by the working folder.
+TEST_F(QuoteBookWindowTest, SendSaysWhenTheFolderForTemporaryFilesCannotTakeThePdf)
+{
+    addToQuote(1);
+    fakes->launcher.installed << QStringLiteral("xdg-email");
+    bookDialogs->customers.push_back(Acme);
+    const QByteArray before = qgetenv("TMPDIR");
+    const QString file = folder.filePath(QStringLiteral("not-a-folder"));
+    folder.writeFile(QStringLiteral("not-a-folder"), "a file");
+    qputenv("TMPDIR", QFile::encodeName(file));
+    action("mnuFileSend")->trigger();
+    const QString missing = folder.filePath(QStringLiteral("gone"));
+    qputenv("TMPDIR", QFile::encodeName(missing));
+    action("mnuFileSend")->trigger();
+    qputenv("TMPDIR", before);
+
+    EXPECT_TRUE(fakes->launcher.starts.empty());
+    ASSERT_EQ(fakes->prompts.shown().size(), 2U);
+    EXPECT_EQ(fakes->prompts.shown()[0].title, QStringLiteral("Send Quote"));
+    EXPECT_EQ(fakes->prompts.shown()[0].text,
+        QStringLiteral("The quote's PDF could not be written to the folder for temporary files, "
+                       "\"%1\": Not a directory. The quote was not sent; Save as PDF writes it "
+                       "where you choose.")
+            .arg(QDir::toNativeSeparators(file)));
+    EXPECT_TRUE(fakes->prompts.shown()[1].text.contains(
+        QStringLiteral("\"%1\": the folder is not there.").arg(QDir::toNativeSeparators(missing))))
+        << fakes->prompts.shown()[1].text.toStdString();
+    EXPECT_EQ(book().list().first().status, QuoteStatus::Draft);
+    EXPECT_TRUE(QDir(QDir::currentPath())
+                    .entryList({ QStringLiteral("tarnwick-quote-*") }, QDir::Dirs)
+                    .isEmpty());
+}
+
 TEST_F(QuoteBookWindowTest, AStatusSetInTheQuotesWindowHoldsForTheQuoteOnScreen)
 {
     addToQuote(1);

@@ -10,6 +10,8 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QIcon>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QMimeType>
 #include <QStyle>
 #include <QUrl>
@@ -150,6 +152,26 @@ void prepareOpenDialog(QFileDialog &dialog, const FileDialogRequest &request)
 
 namespace {
 
+/// Qt's own dialog reads a typed name that holds double quotes as a list of names in quotes,
+/// so 'Valves 12" price list.xls' would be saved as " price list.xls" in the folder shown, and
+/// 'out/Smith "winter" prices.xls' as "winter.xls" (a name wholly in quotes it does not save at
+/// all). Such a name is refused with a word instead; Windows allows no double quote in a name.
+class SaveDialog : public QFileDialog
+{
+public:
+    using QFileDialog::QFileDialog;
+
+    void accept() override
+    {
+        const auto *name = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
+        if (name != nullptr && name->text().contains(QLatin1Char('"'))) {
+            QMessageBox::warning(this, windowTitle(), QString::fromLatin1(QuoteInFileNameMessage));
+            return;
+        }
+        QFileDialog::accept();
+    }
+};
+
 /// A request that names no places gets the desktop's (Home, Desktop, Documents, Downloads),
 /// which a desktop's own dialog would have shown.
 FileDialogRequest withPlaces(FileDialogRequest request)
@@ -180,7 +202,7 @@ std::optional<FileDialogResult> QtFileDialogs::runSave(const FileDialogRequest &
 {
     const QStringList filters = toQtNameFilters(request.filter);
     FileIconsByName icons;
-    QFileDialog dialog(parentWidget(), request.title, initialDialogPath(request));
+    SaveDialog dialog(parentWidget(), request.title, initialDialogPath(request));
     listFilesByName(dialog, icons);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.confirmOverwrite);

@@ -65,6 +65,12 @@ void showPlaces(QFileDialog &dialog, const QStringList &folders);
 /// requested one selected, and the request's places in the side panel.
 void prepareOpenDialog(QFileDialog &dialog, const FileDialogRequest &request);
 
+/// Said when a name typed into a save dialog holds a double quote, which Qt's dialog would take
+/// for the quotes around one of several names.
+inline constexpr const char *QuoteInFileNameMessage =
+    "A file name here cannot hold a double quote (\"). Choose a name without one (for inches, "
+    "in or two single quotes '' will do).";
+
 /// Open and save dialogs through QFileDialog, over the program's active window; a request
 /// that names no places shows the desktop's.
 class QtFileDialogs : public IFileDialogs

@@ -4,6 +4,7 @@
 #include "core/celltext.h"
 
 #include <QStringDecoder>
+#include <QTextBoundaryFinder>
 
 #include <array>
 #include <cstring>
@@ -231,6 +232,25 @@ bool celltext::equal(const CellTextView &a, const CellTextView &b)
         return a.size == b.size && std::memcmp(a.data, b.data, std::size_t(a.size * unitSize)) == 0;
     }
     return compare(a, b) == 0;
+}
+
+qsizetype celltext::wholeCharactersBefore(const QString &text, qsizetype position)
+{
+    if (position <= 0)
+        return 0;
+    if (position >= text.size())
+        return text.size();
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    characters.setPosition(position);
+    if (characters.isAtBoundary())
+        return position;
+    const qsizetype before = characters.toPreviousBoundary();
+    return before < 0 ? 0 : before;
+}
+
+QString celltext::leftWhole(const QString &text, qsizetype units)
+{
+    return text.size() <= units ? text : text.left(wholeCharactersBefore(text, units));
 }
 
 } // namespace tarnwick

@@ -62,6 +62,13 @@ bool isAscii(const char *bytes, qsizetype size);
 int compare(const CellTextView &a, const CellTextView &b);
 bool equal(const CellTextView &a, const CellTextView &b);
 
+/// Where a text cut at position units ends whole: the last place at or before position that
+/// lies between two characters as a reader sees them (a letter with its accents, an emoji with
+/// its joiners and modifiers, never half of a character of two units).
+qsizetype wholeCharactersBefore(const QString &text, qsizetype position);
+/// The text cut to at most units code units, ending between whole characters.
+QString leftWhole(const QString &text, qsizetype units);
+
 } // namespace celltext
 
 } // namespace tarnwick

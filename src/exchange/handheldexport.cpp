@@ -30,7 +30,10 @@ bool hasRefusedCharacter(const QString &name)
 {
     static const QString refused = QStringLiteral("/\\:*?\"<>|");
     for (const QChar c : name) {
-        if (refused.contains(c) || c.unicode() < 32) {
+        // Control characters: C0, DEL and C1 (U+0080 to U+009F), none of which a file name
+        // should hold.
+        if (refused.contains(c) || c.unicode() < 0x20
+            || (c.unicode() >= 0x7F && c.unicode() < 0xA0)) {
             return true;
         }
     }
@@ -113,7 +116,8 @@ std::optional<QString> groupNameProblem(const QString &name)
     }
     if (name.contains(QStringLiteral("..")) || hasRefusedCharacter(name)) {
         return QStringLiteral("The group name \"%1\" cannot be used as a file name. Please leave "
-                              "out the characters / \\ : * ? \" < > | and \"..\".")
+                              "out the characters / \\ : * ? \" < > |, control characters and "
+                              "\"..\".")
             .arg(name);
     }
     if (name.toUtf8().size() + ExtensionLength > MaxFileNameBytes) {

@@ -1,5 +1,7 @@
 #include "exchange/importplan.h"
 
+#include "catalogue/cataloguetext.h"
+#include "catalogue/fieldend.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/conversions.h"
@@ -11,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace tarnwick {
@@ -160,6 +163,26 @@ QByteArrayView ImportPlanner::keepKey(const Cell &cell, QByteArrayView key)
     return key;
 }
 
+namespace {
+
+/// Three DELs end a field in the catalogue file: one arriving in a sheet's text would end the
+/// field there and shift the product's other fields at the next start. DEL characters are
+/// left out of what is read, as typing and pasting leave them out.
+void dropFieldEndCharacters(Cell &cell)
+{
+    if (!cell.isText())
+        return;
+    const CellTextView view = cell.textView();
+    const bool found = view.encoding == TextEncoding::Utf16
+        ? std::find(view.units(), view.units() + view.size, char16_t(fieldend::Character))
+            != view.units() + view.size
+        : std::memchr(view.bytes(), fieldend::Byte, std::size_t(view.size)) != nullptr;
+    if (found)
+        cell = Cell(withoutFieldEndCharacters(cell.asText()));
+}
+
+} // namespace
+
 bool ImportPlanner::readCell(int listIndex, RowCells &cells)
 {
     const int slot = m_listSlot[std::size_t(listIndex)];
@@ -172,12 +195,15 @@ bool ImportPlanner::readCell(int listIndex, RowCells &cells)
     cells.storedForm[std::size_t(field)] =
         m_storedNumbers && P::isNumberField(field) && !m_workbook.isTextCell(column, m_row);
     if (!cells.fetchedAll) {
-        return m_trap.step([&] { cell = readTextCell(m_workbook, column, m_row); });
+        const bool read = m_trap.step([&] { cell = readTextCell(m_workbook, column, m_row); });
+        dropFieldEndCharacters(cell);
+        return read;
     }
     // An error cell (#DIV/0!, #N/A) is a cell that cannot be read, as readTextCell says.
     if (cells.errors[std::size_t(slot)])
         return m_trap.step([] { throw VbError(ErrorNumber::TypeMismatch); });
     cell = std::move(cells.fetched[std::size_t(slot)]);
+    dropFieldEndCharacters(cell);
     return true;
 }
 
@@ -337,13 +363,9 @@ Cell ImportPlanner::nameCell(Cell name)
     // Only a text of more bytes (or units) than the limit can have more characters.
     if (name.textView().size <= MaxNameLength)
         return name;
-    const QString text = name.asText();
-    // A character outside the basic plane (an emoji) is two units: one cut in half would be
-    // written as "?", so it goes whole.
-    const qsizetype length =
-        text.size() > MaxNameLength && text[MaxNameLength - 1].isHighSurrogate() ? MaxNameLength - 1
-                                                                                 : MaxNameLength;
-    return Cell(text.left(length));
+    // Never half a character: an emoji cut in half would be written as "?", and a letter
+    // without its accent mark, or a family emoji without its joiners, is another text.
+    return Cell(celltext::leftWhole(name.asText(), MaxNameLength));
 }
 
 bool ImportPlanner::fitsPrice(double price)
@@ -391,8 +413,11 @@ std::optional<Cell> ImportPlanner::updatedCell(int field, const RowCells &cells)
     const Cell &cell = cells.cell[std::size_t(field)];
     if (!cells.mapped[std::size_t(field)] || cell.isBlank() || field == P::PartNumber)
         return std::nullopt;
+    // An existing product's name is taken whole: the catalogue's own names may be longer than
+    // an added product's (typed in the grid), and the program's own export must come back
+    // without changing them. (One that equals the name cut as adding cuts it is unchanged.)
     if (field == P::ProductName)
-        return nameCell(cell);
+        return cell;
     if (field == P::Price)
         return Cell(float(*number(cell, cells.storedForm[P::Price])));
     if (P::isNumberField(field))
@@ -408,8 +433,13 @@ void ImportPlanner::planExisting(const RowCells &cells, int catalogueRow)
         if (!after)
             continue;
         const Cell &before = m_catalogue.get(catalogueRow, field);
-        if (!sameValue(field, before, *after, m_locale, m_plainDecimals))
-            product.fields.push_back({ field, before, std::move(*after) });
+        if (sameValue(field, before, *after, m_locale, m_plainDecimals))
+            continue;
+        // A product added from this sheet before holds its name cut to 75 characters.
+        if (field == P::ProductName
+            && sameValue(field, before, nameCell(*after), m_locale, m_plainDecimals))
+            continue;
+        product.fields.push_back({ field, before, std::move(*after) });
     }
     if (product.fields.empty()) {
         ++m_plan.unchanged;

@@ -165,7 +165,8 @@ private:
     void planExisting(const RowCells &cells, int catalogueRow);
     void skip(SkipReason reason, const QString &partNumber);
     Cell newCell(int field, RowCells &cells);
-    /// The product name a name cell gives: cut to its first MaxNameLength characters.
+    /// The name of an added product a name cell gives: cut to its first MaxNameLength
+    /// characters, never inside a character.
     static Cell nameCell(Cell name);
     /// A sheet cell's number as the user's locale reads it (storedForm: the cell is a number of
     /// a workbook that writes its numbers in the stored form, read as such); none for a blank

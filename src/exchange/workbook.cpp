@@ -22,8 +22,11 @@ bool startsWith(QByteArrayView bytes, QByteArrayView start)
     return bytes.size() >= start.size() && bytes.first(start.size()) == start;
 }
 
-/// Text, as far as its bytes tell: no control characters but tab, line feed, form feed and
-/// carriage return (a file that starts with a UTF-16 byte-order mark is text too).
+/// Text, as far as its bytes tell: no zero byte (a picture, a program, a document of another
+/// kind has them), and no more than a few other control characters. Notes may hold a few (a
+/// word processor's line break, VT, pasted in), and the program's own export writes them as
+/// they are, so they must come back (a file that starts with a UTF-16 byte-order mark is text
+/// too).
 bool looksLikeText(QByteArrayView bytes)
 {
     if (startsWith(bytes, "\xFF\xFE") || startsWith(bytes, "\xFE\xFF"))
@@ -32,11 +35,12 @@ bool looksLikeText(QByteArrayView bytes)
         std::array<bool, 256> table {};
         for (int c = 0; c < 0x20; ++c)
             table[std::size_t(c)] = c != '\t' && c != '\n' && c != '\f' && c != '\r';
-        table[0x7F] = false;
         return table;
     }();
+    const qsizetype allowed = 8 + bytes.size() / 64;
+    qsizetype controls = 0;
     for (const char c : bytes) {
-        if (control[quint8(c)])
+        if (c == '\0' || (control[quint8(c)] && ++controls > allowed))
             return false;
     }
     return true;

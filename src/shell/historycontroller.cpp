@@ -1,6 +1,7 @@
 #include "shell/historycontroller.h"
 
 #include "commands/edithistory.h"
+#include "core/celltext.h"
 #include "shell/productgridcontroller.h"
 #include "shell/quotecontroller.h"
 
@@ -121,7 +122,8 @@ QString HistoryController::caption(const QString &command, const QString &step)
     // A step named after a part number of 200 characters would make the Edit menu wider than
     // the screen and push the keys out of it.
     constexpr qsizetype Longest = 60;
-    QString shown = step.size() > Longest ? step.left(Longest - 1) + QChar(0x2026) : step;
+    QString shown =
+        step.size() > Longest ? celltext::leftWhole(step, Longest - 1) + QChar(0x2026) : step;
     shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
     return command + QLatin1Char(' ') + shown;
 }

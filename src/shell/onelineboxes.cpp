@@ -14,9 +14,27 @@ namespace {
 
 const char FollowedProperty[] = "tarnwickOneLine";
 
+/// The characters that end a line somewhere: CR and LF, the vertical tab and form feed (a word
+/// processor's line and page breaks), NEL, and Unicode's line and paragraph separators.
+bool endsALine(QChar c)
+{
+    switch (c.unicode()) {
+    case u'\n':
+    case u'\r':
+    case 0x0B:
+    case 0x0C:
+    case 0x85:
+    case 0x2028:
+    case 0x2029:
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool breaksTheLine(QChar c)
 {
-    return c == QLatin1Char('\n') || c == QLatin1Char('\r') || c == QLatin1Char('\t');
+    return endsALine(c) || c == QLatin1Char('\t');
 }
 
 /// Line breaks (CR LF counting as one) and tabs made blanks.
@@ -48,8 +66,7 @@ OneLineBoxes::~OneLineBoxes()
 QString OneLineBoxes::oneLine(const QString &text)
 {
     qsizetype end = text.size();
-    while (
-        end > 0 && (text.at(end - 1) == QLatin1Char('\n') || text.at(end - 1) == QLatin1Char('\r')))
+    while (end > 0 && endsALine(text.at(end - 1)))
         --end;
     return blanksForBreaks(text.left(end));
 }

@@ -210,6 +210,69 @@ TEST_F(ImportPlanTest, ANameIsCutTo75CharactersBeforeItIsCompared)
     EXPECT_EQ(update.addedProduct(0)[P::ProductName - 1], Cell(longName.left(75)));
 }
 
+// A name longer than 75 characters typed in the grid comes back unchanged from the program's
+// own export, and a longer name in the sheet is taken whole: only an added product's name is
+// cut.
+TEST_F(ImportPlanTest, AnUpdateTakesALongNameWhole)
+{
+    const QString longName =
+        QStringLiteral("Lavatory faucet 4 in centerset, brushed nickel finish, ceramic disc "
+                       "cartridge, 1.2 gpm aerator");
+    ASSERT_GT(longName.size(), 75);
+    catalogue.put(1, P::ProductName, longName);
+    catalogue.put(3, P::ProductName, "Clip");
+    const TextWorkbook longSheet(
+        ("Part Number\tProduct Name\r\nA-1\t" + longName + "\r\nC-3\t" + longName + "\r\n")
+            .toUtf8());
+    ImportPlanner planner(
+        longSheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    const ImportPlan update = planner.takePlan();
+    EXPECT_EQ(update.unchanged, 1);
+    ASSERT_EQ(update.changed.size(), 1U);
+    ASSERT_EQ(update.changed[0].fields.size(), 1U);
+    EXPECT_EQ(update.changed[0].fields[0].after, Cell(longName));
+}
+
+// Cut between characters as a reader sees them: a letter written with its accent as a mark of
+// its own keeps the mark, and a family emoji stays whole or goes.
+TEST(ImportPlanAdding, ANameIsNotCutBetweenALetterAndItsAccent)
+{
+    Table catalogue(0, P::FieldCount);
+    const QString accented = QStringLiteral("e\u0301");
+    QString marks;
+    for (int i = 0; i < 150; ++i)
+        marks += accented;
+    const QString family = QStringLiteral("\U0001F469\u200D\U0001F469\u200D\U0001F467");
+    const QString families = QString(70, QLatin1Char('f')) + family;
+    const TextWorkbook sheet(
+        ("Part Number\tProduct Name\r\nM-1\t" + marks + "\r\nM-2\t" + families + "\r\n").toUtf8());
+    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan add = planner.takePlan();
+    ASSERT_EQ(add.addedCount(), 2);
+    QString kept;
+    for (int i = 0; i < 37; ++i)
+        kept += accented;
+    EXPECT_EQ(add.addedProduct(0)[P::ProductName - 1].asText(), kept);
+    EXPECT_EQ(add.addedProduct(1)[P::ProductName - 1].asText(), QString(70, QLatin1Char('f')));
+}
+
+// Three DELs end a field in the catalogue file: DEL characters from a sheet are left out, as
+// typing leaves them out, so the product's fields stay in their places.
+TEST(ImportPlanAdding, DelCharactersOfASheetAreLeftOut)
+{
+    Table catalogue(0, P::FieldCount);
+    const TextWorkbook sheet(QByteArray("Part Number\tProduct Name\tPrice\tNotes\r\n"
+                                        "DEL-3\tna\x7fme\t3\tnote\x7f\x7f\x7fshift\r\n"));
+    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan add = planner.takePlan();
+    ASSERT_EQ(add.addedCount(), 1);
+    EXPECT_EQ(add.addedProduct(0)[P::ProductName - 1], Cell("name"));
+    EXPECT_EQ(add.addedProduct(0)[P::Notes - 1], Cell("noteshift"));
+}
+
 TEST(ImportPlanAdding, ANameIsCutByCharactersNotByBytes)
 {
     Table catalogue(0, P::FieldCount);

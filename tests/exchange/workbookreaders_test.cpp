@@ -443,6 +443,17 @@ TEST(WorkbookReaders, FilesThatAreNoWorkbookOfAnyKindAreRefused)
     }
     const QByteArray binary("GIF89a\x01\x00\x01\x00\x00\xff\x00", 13);
     EXPECT_EQ(readWorkbook(binary).errorNumber, WorkbookError::NotAWorkbook);
+    // Text with a zero byte is no text; a few other control characters in a note (the
+    // program's own export writes a word processor's line break, VT, as it is) leave it text.
+    const char withZero[] = "Part Number\tNotes\r\nBV-1\ta\0b\r\n";
+    EXPECT_EQ(readWorkbook(QByteArrayView(withZero, sizeof withZero - 1)).errorNumber,
+        WorkbookError::NotAWorkbook);
+    const WorkbookOpenResult note =
+        readWorkbook("Part Number\tNotes\r\nBV-1\tLead-free brass.\x0bRated 600 WOG.\x01\x1b\r\n");
+    ASSERT_TRUE(note.workbook);
+    EXPECT_EQ(note.workbook->textCell(1, 2), Cell("Lead-free brass.\x0bRated 600 WOG.\x01\x1b"));
+    EXPECT_EQ(readWorkbook(QByteArray(200, '\x01')).errorNumber, WorkbookError::NotAWorkbook)
+        << "a file of control characters is no text";
     EXPECT_EQ(openWorkbook(dataFile("no-such-file.xls")).errorNumber, WorkbookError::FileNotFound);
     EXPECT_EQ(
         openWorkbook(QStringLiteral(TARNWICK_TEST_DATA)).errorNumber, WorkbookError::FileAccess)

@@ -289,4 +289,16 @@ TEST(OneLineBoxesText, TheTrailingLineBreakGoesOtherBreaksAndTabsBecomeBlanks)
     EXPECT_EQ(OneLineBoxes::oneLine(QString()), QString());
 }
 
+// Line ends that are not CR or LF: Unicode's line and paragraph separators (pasted from a web
+// page or a PDF), NEL, and a word processor's line break (VT) and page break (FF).
+TEST(OneLineBoxesText, EveryKindOfLineEndBecomesABlank)
+{
+    EXPECT_EQ(
+        OneLineBoxes::oneLine(QStringLiteral("Ay\u015Fe Y\u0131lmaz\u2028Ba\u011Fdat Cd. 12")),
+        QStringLiteral("Ay\u015Fe Y\u0131lmaz Ba\u011Fdat Cd. 12"));
+    EXPECT_EQ(OneLineBoxes::oneLine(QStringLiteral("a\u2029b\u0085c\u000Bd\u000Ce")),
+        QStringLiteral("a b c d e"));
+    EXPECT_EQ(OneLineBoxes::oneLine(QStringLiteral("ACME\u2029")), QStringLiteral("ACME"));
+}
+
 } // namespace

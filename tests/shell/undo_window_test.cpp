@@ -108,6 +108,14 @@ TEST_F(UndoWindowTest, TheCaptionsNameTheStepTheyWouldTakeBackOrDoAgain)
     EXPECT_EQ(shown,
         QStringLiteral("&Undo Edit Part Number ") + QString(42, QLatin1Char('P')) + QChar(0x2026))
         << "a long step is cut to 60 characters";
+    // Never inside a character: an emoji of two units, a letter and its accent mark.
+    const QString emoji = QStringLiteral("\U0001F600");
+    EXPECT_EQ(HistoryController::caption(
+                  QStringLiteral("&Undo"), QString(58, QLatin1Char('B')) + emoji + emoji),
+        QStringLiteral("&Undo ") + QString(58, QLatin1Char('B')) + QChar(0x2026));
+    EXPECT_EQ(HistoryController::caption(QStringLiteral("&Undo"),
+                  QString(58, QLatin1Char('B')) + QStringLiteral("e\u0301e\u0301")),
+        QStringLiteral("&Undo ") + QString(58, QLatin1Char('B')) + QChar(0x2026));
 }
 
 TEST_F(UndoWindowTest, CtrlZFromTheGridBringsADeletedProductBackWithItsBoxesAndCtrlYDeletesItAgain)

@@ -1,5 +1,6 @@
 #include "exchange/ui/frmimportpreview.h"
 
+#include "core/celltext.h"
 #include "exchange/importplanmodels.h"
 #include "exchange/importreport.h"
 #include "platform/qt/windowsize.h"
@@ -176,9 +177,8 @@ QString FrmImportPreview::shownAround(
     qsizetype from = first - Lead;
     if (from <= 0)
         return text;
-    // Never from the middle of a character of two units.
-    if (text.at(from).isLowSurrogate())
-        --from;
+    // Never from the middle of a character (a letter's accent drawn on the ellipsis).
+    from = celltext::wholeCharactersBefore(text, from);
     return QStringLiteral("\u2026") + text.mid(from);
 }
 

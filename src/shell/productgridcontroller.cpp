@@ -156,10 +156,7 @@ void ProductGridController::showCurrentRow()
     const int row = currentBookmark();
     if (row < 1 || row > m_module.Catalogue().rowCount())
         return;
-    const SideBoxTexts boxes = ProductRow::sideBoxes(m_module.Catalogue(), row, m_module.locale());
-    m_ui.TxtPrice->setText(boxes.price);
-    m_ui.Txtincludes->setPlainText(boxes.includes);
-    m_ui.Txtnotes->setPlainText(boxes.notes);
+    showSideBoxes(ProductRow::sideBoxes(m_module.Catalogue(), row, m_module.locale()));
     PriceSchedule::PriceUpdate(m_module.Catalogue(), row, m_module.ScheduleTable());
     m_scheduleModel->reload();
     m_shownView = currentView();
@@ -340,9 +337,17 @@ void ProductGridController::setEditMode(bool on)
 
 void ProductGridController::clearSideBoxes()
 {
-    m_ui.TxtPrice->clear();
-    m_ui.Txtincludes->clear();
-    m_ui.Txtnotes->clear();
+    showSideBoxes({});
+}
+
+void ProductGridController::showSideBoxes(const SideBoxTexts &boxes)
+{
+    m_ui.TxtPrice->setText(boxes.price);
+    m_ui.Txtincludes->setPlainText(boxes.includes);
+    m_ui.Txtnotes->setPlainText(boxes.notes);
+    m_boxesGiven = boxes;
+    m_includesShown = m_ui.Txtincludes->toPlainText();
+    m_notesShown = m_ui.Txtnotes->toPlainText();
 }
 
 void ProductGridController::showNoRow()
@@ -367,12 +372,16 @@ void ProductGridController::editButtonToggled()
 
 SideBoxTexts ProductGridController::boxTexts() const
 {
-    // A multi-line box hands its lines over ended by LF; the catalogue keeps CR LF.
-    const auto lines = [](QString text) {
-        return text.replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+    // A multi-line box hands its lines over ended by LF; the catalogue keeps CR LF. A box
+    // still showing what it was given gives that back: it shows a lone LF or CR, a line
+    // separator or a no-break space its own way, and reading it back would change a note
+    // no one typed in.
+    const auto lines = [](const QPlainTextEdit *box, const QString &shown, const QString &given) {
+        QString text = box->toPlainText();
+        return text == shown ? given : text.replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
     };
-    return { m_ui.TxtPrice->text(), lines(m_ui.Txtincludes->toPlainText()),
-        lines(m_ui.Txtnotes->toPlainText()) };
+    return { m_ui.TxtPrice->text(), lines(m_ui.Txtincludes, m_includesShown, m_boxesGiven.includes),
+        lines(m_ui.Txtnotes, m_notesShown, m_boxesGiven.notes) };
 }
 
 bool ProductGridController::boxesAsShown(int row) const

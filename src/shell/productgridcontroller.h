@@ -134,6 +134,8 @@ private:
     void clearScheduleShown();
     void setSideBoxesLocked(bool locked);
     void clearSideBoxes();
+    /// Shows a row's texts in the side boxes, and keeps them for boxTexts().
+    void showSideBoxes(const SideBoxTexts &boxes);
     /// Leaves the grid with no current row and empty side boxes and schedule.
     void showNoRow();
     void setEditMode(bool on);
@@ -159,6 +161,11 @@ private:
     bool m_priceFromGrid = false;
     /// The row the side boxes and the schedule show, and the grid's column then.
     ProductView m_shownView;
+    /// The texts the side boxes were given, and the multi-line boxes' texts as they showed
+    /// them: a box still showing them gives back the row's own text.
+    SideBoxTexts m_boxesGiven;
+    QString m_includesShown;
+    QString m_notesShown;
     bool m_repositioning = false;
     QString m_rowStatus; ///< what showRowStatus() last put in the status bar
 };

@@ -250,11 +250,7 @@ void ProductGridController::productsChanged(const ProductChange &change)
         m_shownView = {};
         return;
     }
-    const SideBoxTexts boxes =
-        ProductRow::sideBoxes(m_module.Catalogue(), view.row, m_module.locale());
-    m_ui.TxtPrice->setText(boxes.price);
-    m_ui.Txtincludes->setPlainText(boxes.includes);
-    m_ui.Txtnotes->setPlainText(boxes.notes);
+    showSideBoxes(ProductRow::sideBoxes(m_module.Catalogue(), view.row, m_module.locale()));
     if (!change.scheduleKept)
         PriceSchedule::PriceUpdate(m_module.Catalogue(), view.row, m_module.ScheduleTable());
     m_scheduleModel->reload();

@@ -106,6 +106,31 @@ TEST_F(ProductGridTest, LeavingARowInEditModeStoresTheSideBoxesAndSurvivesAResta
     EXPECT_EQ(module->Catalogue().get(1, 4), Cell("New notes"));
 }
 
+// Notes and includes as other programs write them (a lone LF or CR, a line separator, a
+// no-break space), which a multi-line box shows its own way: passing through the product in
+// edit mode changes nothing, and the file keeps its bytes.
+TEST_F(ShellTest, PassingThroughAProductInEditModeKeepsItsNotesAsTheFileHoldsThem)
+{
+    const QByteArray catalogue = catalogueLine({ "A-1", "Anchor", "1",
+                                     QStringLiteral("a\nb\u00A0c"), QStringLiteral("c\rd\u2028e") })
+        + catalogueLine({ "B-2", "Bolt", "2" });
+    folder.writeFile(QStringLiteral("twdata.dat"), catalogue);
+    frmMain *window = startAndWait();
+    ASSERT_NE(window, nullptr);
+    auto *grid = window->ui().GrdMain;
+    window->actions().button(QStringLiteral("Edit"))->trigger();
+    grid->setFocus();
+    grid->setCurrentIndex(grid->model()->index(0, 0));
+    QTest::keyClick(grid, Qt::Key_Down);
+    QTest::keyClick(grid, Qt::Key_Up);
+    QTest::keyClick(grid, Qt::Key_Down);
+    EXPECT_EQ(module->Catalogue().get(1, 4), Cell(QStringLiteral("a\nb\u00A0c")));
+    EXPECT_EQ(module->Catalogue().get(1, 5), Cell(QStringLiteral("c\rd\u2028e")));
+    EXPECT_FALSE(window->isWindowModified());
+    window->actions().action(QStringLiteral("mnuFileSave"))->trigger();
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), catalogue);
+}
+
 TEST_F(ProductGridTest, MovingToAnotherColumnOfTheSameRowKeepsWhatWasTypedInTheBoxes)
 {
     pressEdit();

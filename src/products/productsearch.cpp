@@ -75,7 +75,11 @@ bool cellContains(const Cell &cell, const SearchNeedle &needle, const QLocale &l
         // upper-casing, without a copy.
         if (!needle.ascii.isEmpty() && view.isAscii())
             return cell.asText().contains(needle.text, Qt::CaseInsensitive);
-        return cell.asText().toUpper().contains(needle.text);
+        // An accent kept as a mark of its own ("e" and U+0301) is the letter with the accent.
+        return cell.asText()
+            .toUpper()
+            .normalized(QString::NormalizationForm_C)
+            .contains(needle.text);
     }
     return conv::toText(cell, locale).toUpper().contains(needle.text);
 }
@@ -99,7 +103,7 @@ int ProductSearch::find(
         return -1;
     const bool continued = entered == m_remembered;
     m_remembered = entered;
-    SearchNeedle needle { entered.toUpper(), {} };
+    SearchNeedle needle { entered.toUpper().normalized(QString::NormalizationForm_C), {} };
     const CellTextView view { TextEncoding::Utf16, needle.text.utf16(), needle.text.size() };
     if (view.isAscii())
         needle.ascii = needle.text.toLatin1();

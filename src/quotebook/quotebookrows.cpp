@@ -326,7 +326,10 @@ QLatin1String plainLetters(QChar c)
 
 QString searchable(const QString &text)
 {
-    const QString decomposed = text.toCaseFolded().normalized(QString::NormalizationForm_KD);
+    // Folded again after the letters are taken apart: "İ" (Turkish capital I with a dot) has
+    // no simple folding of its own, and taken apart it is a capital I and its dot.
+    const QString decomposed =
+        text.toCaseFolded().normalized(QString::NormalizationForm_KD).toCaseFolded();
     QString plain;
     plain.reserve(decomposed.size());
     for (const QChar c : decomposed) {

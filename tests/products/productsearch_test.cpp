@@ -335,6 +335,23 @@ TEST(ProductSearchSharpS, SharpSIsFoundAsBothTextsUpperCasedFindIt)
     }
 }
 
+// An accent typed or kept as a mark of its own after its letter ("e" and U+0301, as some
+// programs and keyboards write it) is the accented letter: each form finds the other.
+TEST(ProductSearchAccents, ALetterAndItsAccentMarkFindTheAccentedLetter)
+{
+    Table catalogue(2, ProductRecord::FieldCount);
+    catalogue.put(1, ProductRecord::PartNumber, QStringLiteral("T-1"));
+    catalogue.put(1, ProductRecord::ProductName, QStringLiteral("Cafe\u0301 table"));
+    catalogue.put(2, ProductRecord::PartNumber, QStringLiteral("B-2"));
+    catalogue.put(2, ProductRecord::ProductName, QStringLiteral("Cr\u00E8me br\u00FBl\u00E9e"));
+    test::FakePrompts prompts;
+    ProductSearch search(prompts);
+    EXPECT_EQ(search.find(QStringLiteral("caf\u00E9"), 1, catalogue, EnUs), 0);
+    EXPECT_EQ(search.find(QStringLiteral("CAFE\u0301"), 1, catalogue, EnUs), 0);
+    EXPECT_EQ(search.find(QStringLiteral("cre\u0300me"), 0, catalogue, EnUs), 1);
+    EXPECT_TRUE(prompts.shown().empty());
+}
+
 TEST(ProductSearchSharpS, OtherLettersOfAFileStillMatchIgnoringCase)
 {
     Table catalogue = sharpSCatalogue(TextEncoding::Windows1252);

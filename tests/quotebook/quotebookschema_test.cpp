@@ -180,6 +180,30 @@ TEST_F(QuoteBookFileTest, MailAndReferenceAreFoundOnceOpened)
     EXPECT_EQ(book.list(QStringLiteral("po 99")).size(), 0);
 }
 
+// "İzmir" kept its capital I (with the dot taken apart) in the search text: opened now, a book
+// saved before finds it by "izmir", as a new quote is.
+TEST_F(QuoteBookFileTest, ATurkishCapitalIIsFoundByTheSmallLetterOnceOpened)
+{
+    {
+        RawDatabase raw(path());
+        QSqlError error;
+        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 7, locale, error))
+            << error.text().toStdString();
+        raw.exec(QStringLiteral("INSERT INTO texts (id, body) VALUES (1, 'Hello'), (2, 'Bye')"));
+        raw.exec(QStringLiteral(
+            "INSERT INTO quotes (id, year, sequence, revision, customer, company, email, "
+            "reference, quote_date, valid_until, status, heading_id, ending_id, total) VALUES "
+            "(5, 2026, 7, 0, 'Ay\u015Fe Y\u0131lmaz', '\u0130zmir Tesisat', '', '', '2026-03-01', "
+            "'2026-03-31', 'sent', 1, 2, 0)"));
+        raw.exec(QStringLiteral("INSERT INTO quote_search (quote_id, haystack) VALUES (5, "
+                                "'q-2026-0007\nayse yilmaz\nIzmir tesisat')"));
+    }
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    for (const QString &typed : { QStringLiteral("izmir"), QStringLiteral("IZMIR"),
+             QStringLiteral("\u0130zmir"), QStringLiteral("yilmaz") })
+        EXPECT_EQ(book.list(typed).size(), 1) << typed.toStdString();
+}
+
 TEST_F(QuoteBookFileTest, LinesKeptBeforeLocksWereStoredReadAsUnlocked)
 {
     {

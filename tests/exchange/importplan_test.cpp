@@ -74,6 +74,17 @@ protected:
     Products products { catalogue, prompts, environment, EnUs };
 };
 
+/// The plan of adding the rows of a tab-separated sheet, mapped as supplierLetters(), to an
+/// empty catalogue.
+ImportPlan addingPlan(const QByteArray &rows)
+{
+    Table catalogue(0, P::FieldCount);
+    const TextWorkbook sheet(rows);
+    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    return planner.takePlan();
+}
+
 } // namespace
 
 TEST_F(ImportPlanTest, UpdatingCountsEveryProductAndSkippedRowWithItsReason)
@@ -238,18 +249,14 @@ TEST_F(ImportPlanTest, AnUpdateTakesALongNameWhole)
 // its own keeps the mark, and a family emoji stays whole or goes.
 TEST(ImportPlanAdding, ANameIsNotCutBetweenALetterAndItsAccent)
 {
-    Table catalogue(0, P::FieldCount);
     const QString accented = QStringLiteral("e\u0301");
     QString marks;
     for (int i = 0; i < 150; ++i)
         marks += accented;
     const QString family = QStringLiteral("\U0001F469\u200D\U0001F469\u200D\U0001F467");
     const QString families = QString(70, QLatin1Char('f')) + family;
-    const TextWorkbook sheet(
+    const ImportPlan add = addingPlan(
         ("Part Number\tProduct Name\r\nM-1\t" + marks + "\r\nM-2\t" + families + "\r\n").toUtf8());
-    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
-    planner.runAll();
-    const ImportPlan add = planner.takePlan();
     ASSERT_EQ(add.addedCount(), 2);
     QString kept;
     for (int i = 0; i < 37; ++i)
@@ -262,12 +269,8 @@ TEST(ImportPlanAdding, ANameIsNotCutBetweenALetterAndItsAccent)
 // typing leaves them out, so the product's fields stay in their places.
 TEST(ImportPlanAdding, DelCharactersOfASheetAreLeftOut)
 {
-    Table catalogue(0, P::FieldCount);
-    const TextWorkbook sheet(QByteArray("Part Number\tProduct Name\tPrice\tNotes\r\n"
-                                        "DEL-3\tna\x7fme\t3\tnote\x7f\x7f\x7fshift\r\n"));
-    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
-    planner.runAll();
-    const ImportPlan add = planner.takePlan();
+    const ImportPlan add = addingPlan(QByteArray("Part Number\tProduct Name\tPrice\tNotes\r\n"
+                                                 "DEL-3\tna\x7fme\t3\tnote\x7f\x7f\x7fshift\r\n"));
     ASSERT_EQ(add.addedCount(), 1);
     EXPECT_EQ(add.addedProduct(0)[P::ProductName - 1], Cell("name"));
     EXPECT_EQ(add.addedProduct(0)[P::Notes - 1], Cell("noteshift"));
@@ -275,15 +278,11 @@ TEST(ImportPlanAdding, DelCharactersOfASheetAreLeftOut)
 
 TEST(ImportPlanAdding, ANameIsCutByCharactersNotByBytes)
 {
-    Table catalogue(0, P::FieldCount);
     // 75 and 76 characters of two UTF-8 bytes each.
     const QString whole(75, QChar(0x00E9));
     const QString over = whole + QChar(0x00E8);
-    const TextWorkbook sheet(
+    const ImportPlan add = addingPlan(
         ("Part Number\tProduct Name\r\nE-1\t" + whole + "\r\nE-2\t" + over + "\r\n").toUtf8());
-    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
-    planner.runAll();
-    const ImportPlan add = planner.takePlan();
     ASSERT_EQ(add.addedCount(), 2);
     EXPECT_EQ(add.addedProduct(0)[P::ProductName - 1].asText(), whole);
     EXPECT_EQ(add.addedProduct(1)[P::ProductName - 1].asText(), whole);
@@ -293,15 +292,11 @@ TEST(ImportPlanAdding, ANameIsCutByCharactersNotByBytes)
 // the catalogue file would hold as "?": the name ends before it.
 TEST(ImportPlanAdding, ANameIsNotCutInsideACharacterOfTwoUnits)
 {
-    Table catalogue(0, P::FieldCount);
     const QString emoji = QString::fromUcs4(U"\U0001F600");
     const QString across = QString(74, QLatin1Char('a')) + emoji + QString(10, QLatin1Char('b'));
     const QString ending = QString(73, QLatin1Char('a')) + emoji + QString(10, QLatin1Char('b'));
-    const TextWorkbook sheet(
+    const ImportPlan add = addingPlan(
         ("Part Number\tProduct Name\r\nS-1\t" + across + "\r\nS-2\t" + ending + "\r\n").toUtf8());
-    ImportPlanner planner(sheet, catalogue, supplierLetters(), true, ImportAction::AddNew, EnUs);
-    planner.runAll();
-    const ImportPlan add = planner.takePlan();
     ASSERT_EQ(add.addedCount(), 2);
     EXPECT_EQ(add.addedProduct(0)[P::ProductName - 1].asText(), QString(74, QLatin1Char('a')));
     EXPECT_EQ(

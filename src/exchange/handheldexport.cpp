@@ -26,18 +26,34 @@ QString quoted(const QString &text)
     return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
+/// Control characters (C0, DEL and C1, U+0080 to U+009F) and the line and paragraph
+/// separators, none of which a file name should hold and a box shows as a blank or nothing.
+bool isInvisibleBreak(QChar c)
+{
+    const char16_t code = c.unicode();
+    return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x2028 || code == 0x2029;
+}
+
 bool hasRefusedCharacter(const QString &name)
 {
     static const QString refused = QStringLiteral("/\\:*?\"<>|");
     for (const QChar c : name) {
-        // Control characters: C0, DEL and C1 (U+0080 to U+009F), none of which a file name
-        // should hold.
-        if (refused.contains(c) || c.unicode() < 0x20
-            || (c.unicode() >= 0x7F && c.unicode() < 0xA0)) {
+        if (refused.contains(c) || isInvisibleBreak(c)) {
             return true;
         }
     }
     return false;
+}
+
+/// The name as the message shows it: a character that shows as a blank or nothing is shown
+/// as the replacement character, so the user sees where it is.
+QString shownName(QString name)
+{
+    for (QChar &c : name) {
+        if (isInvisibleBreak(c))
+            c = QChar(QChar::ReplacementCharacter);
+    }
+    return name;
 }
 
 } // namespace
@@ -118,7 +134,7 @@ std::optional<QString> groupNameProblem(const QString &name)
         return QStringLiteral("The group name \"%1\" cannot be used as a file name. Please leave "
                               "out the characters / \\ : * ? \" < > |, control characters and "
                               "\"..\".")
-            .arg(name);
+            .arg(shownName(name));
     }
     if (name.toUtf8().size() + ExtensionLength > MaxFileNameBytes) {
         return QStringLiteral("The group name is too long to be used as a file name.");

@@ -368,6 +368,16 @@ Cell ImportPlanner::nameCell(Cell name)
     return Cell(celltext::leftWhole(name.asText(), MaxNameLength));
 }
 
+bool ImportPlanner::sameCutName(const Cell &before, const Cell &after) const
+{
+    const Cell cutBefore = nameCell(before);
+    const Cell cutAfter = nameCell(after);
+    const auto same = [this](const Cell &a, const Cell &b) {
+        return sameValue(P::ProductName, a, b, m_locale, m_plainDecimals);
+    };
+    return same(cutBefore, cutAfter) && (same(cutBefore, before) || same(cutAfter, after));
+}
+
 bool ImportPlanner::fitsPrice(double price)
 {
     return std::fabs(price) <= double(std::numeric_limits<float>::max());
@@ -435,9 +445,11 @@ void ImportPlanner::planExisting(const RowCells &cells, int catalogueRow)
         const Cell &before = m_catalogue.get(catalogueRow, field);
         if (sameValue(field, before, *after, m_locale, m_plainDecimals))
             continue;
-        // A product added from this sheet before holds its name cut to 75 characters.
-        if (field == P::ProductName
-            && sameValue(field, before, nameCell(*after), m_locale, m_plainDecimals))
+        // One of the two names cut as adding cuts it, the other whole, is the same name: a
+        // product added from this sheet holds it cut, and a sheet made from an earlier add
+        // (or from a program that cuts names so) holds the cut form of a longer name typed
+        // since.
+        if (field == P::ProductName && sameCutName(before, *after))
             continue;
         product.fields.push_back({ field, before, std::move(*after) });
     }

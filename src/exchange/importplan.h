@@ -168,6 +168,9 @@ private:
     /// The name of an added product a name cell gives: cut to its first MaxNameLength
     /// characters, never inside a character.
     static Cell nameCell(Cell name);
+    /// Whether two names are one, the one cut to MaxNameLength as adding cuts it and the
+    /// other whole.
+    bool sameCutName(const Cell &before, const Cell &after) const;
     /// A sheet cell's number as the user's locale reads it (storedForm: the cell is a number of
     /// a workbook that writes its numbers in the stored form, read as such); none for a blank
     /// or no number.

@@ -23,24 +23,26 @@ bool startsWith(QByteArrayView bytes, QByteArrayView start)
 }
 
 /// Text, as far as its bytes tell: no zero byte (a picture, a program, a document of another
-/// kind has them), and no more than a few other control characters. Notes may hold a few (a
-/// word processor's line break, VT, pasted in), and the program's own export writes them as
-/// they are, so they must come back (a file that starts with a UTF-16 byte-order mark is text
-/// too).
+/// kind has them), and few of the control characters no text means (a note may hold a word
+/// processor's line or page break, VT or FF, or an escape sequence, and the program's own
+/// export writes them as they stand, so those never count). A file that starts with a UTF-16
+/// byte-order mark is text too.
 bool looksLikeText(QByteArrayView bytes)
 {
     if (startsWith(bytes, "\xFF\xFE") || startsWith(bytes, "\xFE\xFF"))
         return true;
-    static const std::array<bool, 256> control = [] {
+    static const std::array<bool, 256> binary = [] {
         std::array<bool, 256> table {};
         for (int c = 0; c < 0x20; ++c)
-            table[std::size_t(c)] = c != '\t' && c != '\n' && c != '\f' && c != '\r';
+            table[std::size_t(c)] =
+                c != '\t' && c != '\n' && c != '\v' && c != '\f' && c != '\r' && c != '\x1b';
         return table;
     }();
-    const qsizetype allowed = 8 + bytes.size() / 64;
-    qsizetype controls = 0;
+    // Random bytes hold about one in eleven of them.
+    const qsizetype allowed = 8 + bytes.size() / 16;
+    qsizetype found = 0;
     for (const char c : bytes) {
-        if (c == '\0' || (control[quint8(c)] && ++controls > allowed))
+        if (c == '\0' || (binary[quint8(c)] && ++found > allowed))
             return false;
     }
     return true;

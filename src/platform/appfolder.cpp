@@ -56,14 +56,14 @@ bool survivesDecoding(const QByteArray &name)
 } // namespace
 
 QString unreadableAppFolder(const QByteArray &namedFolder, const QByteArray &executableFolder,
-    const std::function<bool(const QByteArray &folder)> &isWritable)
+    const QByteArray &perUserBase, const std::function<bool(const QByteArray &folder)> &usedAsIs)
 {
+    QByteArray folder = perUserBase;
     if (!namedFolder.isEmpty())
-        return survivesDecoding(namedFolder) ? QString() : QFile::decodeName(namedFolder);
-    if (executableFolder.isEmpty() || survivesDecoding(executableFolder)
-        || !isWritable(executableFolder))
-        return {};
-    return QFile::decodeName(executableFolder);
+        folder = namedFolder;
+    else if (!executableFolder.isEmpty() && usedAsIs(executableFolder))
+        folder = executableFolder;
+    return survivesDecoding(folder) ? QString() : QFile::decodeName(folder);
 }
 
 QString unreadableAppFolderOfThisProgram()
@@ -73,9 +73,15 @@ QString unreadableAppFolderOfThisProgram()
     const ssize_t size = ::readlink("/proc/self/exe", executable.data(), executable.size());
     executable.resize(size > 0 ? size : 0);
     const qsizetype slash = executable.lastIndexOf('/');
+    // As AppFolderRule decides: writable, and not an installed copy's.
+    const auto usedAsIs = [](const QByteArray &folder) {
+        return ::access(folder.constData(), W_OK) == 0
+            && ::access((folder + "/../share/tarnwick").constData(), F_OK) != 0;
+    };
+    const QByteArray dataHome = qgetenv("XDG_DATA_HOME");
     return unreadableAppFolder(qgetenv(AppEnvironment::AppFolderVariable),
         slash > 0 ? executable.left(slash) : QByteArray(),
-        [](const QByteArray &folder) { return ::access(folder.constData(), W_OK) == 0; });
+        dataHome.startsWith('/') ? dataHome : qgetenv("HOME"), usedAsIs);
 #else
     return {};
 #endif

@@ -53,12 +53,13 @@ bool findNamedFolder(const QString &folder, IPrompts &prompts);
 /// Qt reads the system's names of files as UTF-8, so a folder named in another encoding (on an
 /// older system, or a stick copied from one) comes through as another name, which is not there:
 /// the program would start empty elsewhere while its catalogue lies in that folder. Returns
-/// the name as Qt reads it when the application folder is such a folder: the one named by
-/// TARNWICK_APP_DIR (namedFolder, the variable's bytes), or else the executable's folder
-/// (executableFolder, the system's bytes) when it would be used, being writable; the empty
-/// text otherwise.
+/// the name as Qt reads it when the application folder lies in such a folder: the one named by
+/// TARNWICK_APP_DIR (namedFolder, the variable's bytes), else the executable's folder
+/// (executableFolder, the system's bytes) when it is used (usedAsIs: writable and not an
+/// installed copy's), else the per-user data folder's base (perUserBase: XDG_DATA_HOME, or the
+/// home folder); the empty text otherwise.
 QString unreadableAppFolder(const QByteArray &namedFolder, const QByteArray &executableFolder,
-    const std::function<bool(const QByteArray &folder)> &isWritable);
+    const QByteArray &perUserBase, const std::function<bool(const QByteArray &folder)> &usedAsIs);
 /// The same for the running program, from its environment and its executable's path as the
 /// system gives them (Linux; elsewhere names are text already and nothing is found).
 QString unreadableAppFolderOfThisProgram();

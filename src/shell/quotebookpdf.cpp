@@ -90,7 +90,7 @@ void QuoteBookController::send()
     const QString temporary = QDir::tempPath();
     if (temporary.isEmpty()) {
         report(QuoteBookMessages::noTemporaryFolder(
-                   qEnvironmentVariable("TMPDIR"), QStringLiteral("the folder is not there")),
+                   qEnvironmentVariable("TMPDIR"), QStringLiteral("the folder cannot be found")),
             SendTitle);
         return;
     }
@@ -102,8 +102,10 @@ void QuoteBookController::send()
     }
     const QString path =
         folder.filePath(QStringLiteral("%1-%2.pdf").arg(header.number(), header.revisionLetter()));
-    if (!writePdf(path, SendTitle))
+    if (!writePdf(path, SendTitle)) {
+        folder.remove(); // nothing in it for anyone (a full disk)
         return;
+    }
     const QuoteMail mail = QuoteMailer::mailFor(header, path);
     const QuoteMailer::Way way = QuoteMailer::send(m_services.launcher, mail);
     if (way == QuoteMailer::Way::Failed) {

@@ -105,13 +105,14 @@ TEST(HandheldExport, GroupNamesThatAreRefused)
     EXPECT_TRUE(HandheldExport::groupNameProblem("a\\b"));
     EXPECT_TRUE(HandheldExport::groupNameProblem("what?"));
     EXPECT_TRUE(HandheldExport::groupNameProblem("x..y"));
-    // Control characters, C0, DEL and C1 alike.
-    for (const char16_t control : { u'\x01', u'\x1f', u'\x7f', u'\x85', u'\x9f' })
+    // Control characters, C0, DEL and C1 alike, and the line and paragraph separators: the
+    // message shows where they are.
+    for (const char16_t control :
+        { u'\x01', u'\x1f', u'\x7f', u'\x85', u'\x9f', u'\u2028', u'\u2029' })
         EXPECT_EQ(HandheldExport::groupNameProblem(QStringLiteral("a") + QChar(control) + "b"),
-            QStringLiteral("The group name \"a%1b\" cannot be used as a file name. Please leave "
-                           "out the characters / \\ : * ? \" < > |, control characters and "
-                           "\"..\".")
-                .arg(QChar(control)));
+            QStringLiteral("The group name \"a\uFFFDb\" cannot be used as a file name. Please "
+                           "leave out the characters / \\ : * ? \" < > |, control characters "
+                           "and \"..\"."));
     EXPECT_FALSE(HandheldExport::groupNameProblem(QStringLiteral("Caf\u00E9 \u00A0pumps")));
     EXPECT_TRUE(HandheldExport::groupNameProblem(QString(252, QLatin1Char('a'))));
     EXPECT_FALSE(HandheldExport::groupNameProblem(QString(251, QLatin1Char('a'))));

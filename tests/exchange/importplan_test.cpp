@@ -243,6 +243,22 @@ TEST_F(ImportPlanTest, AnUpdateTakesALongNameWhole)
     ASSERT_EQ(update.changed.size(), 1U);
     ASSERT_EQ(update.changed[0].fields.size(), 1U);
     EXPECT_EQ(update.changed[0].fields[0].after, Cell(longName));
+
+    // The sheet holds the name cut as adding cuts it (made from an earlier add): the longer
+    // name typed since stays; a longer name that differs past the cut is taken.
+    const QString otherEnd = longName.left(80) + QStringLiteral(" (new)");
+    const TextWorkbook cutSheet(
+        ("Part Number\tProduct Name\r\nA-1\t" + longName.left(75) + "\r\nC-3\t" + otherEnd + "\r\n")
+            .toUtf8());
+    catalogue.put(3, P::ProductName, longName);
+    ImportPlanner again(
+        cutSheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    again.runAll();
+    const ImportPlan cut = again.takePlan();
+    EXPECT_EQ(cut.unchanged, 1);
+    ASSERT_EQ(cut.changed.size(), 1U);
+    EXPECT_EQ(cut.changed[0].partNumber, QStringLiteral("C-3"));
+    EXPECT_EQ(cut.changed[0].fields[0].after, Cell(otherEnd));
 }
 
 // Cut between characters as a reader sees them: a letter written with its accent as a mark of

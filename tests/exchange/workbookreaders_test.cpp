@@ -454,6 +454,25 @@ TEST(WorkbookReaders, FilesThatAreNoWorkbookOfAnyKindAreRefused)
     EXPECT_EQ(note.workbook->textCell(1, 2), Cell("Lead-free brass.\x0bRated 600 WOG.\x01\x1b"));
     EXPECT_EQ(readWorkbook(QByteArray(200, '\x01')).errorNumber, WorkbookError::NotAWorkbook)
         << "a file of control characters is no text";
+    // The export of 30 short notes, each with a word processor's line break: 60 VTs in under
+    // 1,800 bytes.
+    QByteArray exported("Part Number\tNotes\tIncludes\r\n");
+    for (int row = 1; row <= 30; ++row)
+        exported += "P-" + QByteArray::number(row)
+            + "\tBrass\x0b"
+              "DN15\tBrass\x0b"
+              "DN15\r\n";
+    const WorkbookOpenResult notes = readWorkbook(exported);
+    ASSERT_TRUE(notes.workbook);
+    EXPECT_EQ(notes.workbook->textCell(2, 31),
+        Cell("Brass\x0b"
+             "DN15"));
+    // Random bytes without a zero byte are no text either.
+    QByteArray noise(4096, Qt::Uninitialized);
+    QRandomGenerator noiseSource(7);
+    for (char &c : noise)
+        c = char(noiseSource.bounded(1, 256));
+    EXPECT_EQ(readWorkbook(noise).errorNumber, WorkbookError::NotAWorkbook);
     EXPECT_EQ(openWorkbook(dataFile("no-such-file.xls")).errorNumber, WorkbookError::FileNotFound);
     EXPECT_EQ(
         openWorkbook(QStringLiteral(TARNWICK_TEST_DATA)).errorNumber, WorkbookError::FileAccess)

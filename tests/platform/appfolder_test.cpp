@@ -247,19 +247,20 @@ TEST_F(NamedFolderTest, AFolderThatCannotBeCreatedIsSaid)
 TEST(AppFolderName, AFolderNamedInAnotherEncodingIsFound)
 {
     const QByteArray latin1 = "/media/stick/Caf\xe9";
-    const auto writable = [](const QByteArray &) { return true; };
-    const auto readOnly = [](const QByteArray &) { return false; };
-    EXPECT_EQ(unreadableAppFolder(latin1, QByteArray("/opt/tw"), writable),
-        QStringLiteral("/media/stick/Caf\uFFFD"));
-    EXPECT_EQ(unreadableAppFolder(QByteArray(), latin1, writable),
-        QStringLiteral("/media/stick/Caf\uFFFD"));
-    // An executable folder that is not used (not writable: the per-user folder is) is no matter.
-    EXPECT_EQ(unreadableAppFolder(QByteArray(), latin1, readOnly), QString());
-    // The named folder is the one used, whatever the executable's.
-    EXPECT_EQ(unreadableAppFolder(QByteArray("/srv/Caf\xc3\xa9"), latin1, writable), QString());
-    EXPECT_EQ(
-        unreadableAppFolder(QByteArray(), QByteArray("/srv/Caf\xc3\xa9"), writable), QString());
-    EXPECT_EQ(unreadableAppFolder(QByteArray(), QByteArray(), writable), QString());
+    const QByteArray utf8 = "/srv/Caf\xc3\xa9";
+    const auto used = [](const QByteArray &) { return true; };
+    const auto notUsed = [](const QByteArray &) { return false; };
+    const QString shown = QStringLiteral("/media/stick/Caf\uFFFD");
+    EXPECT_EQ(unreadableAppFolder(latin1, utf8, utf8, used), shown);
+    EXPECT_EQ(unreadableAppFolder(QByteArray(), latin1, utf8, used), shown);
+    // An executable folder that is not used (read-only, an installed copy's): the per-user
+    // folder is, under the data folder's base.
+    EXPECT_EQ(unreadableAppFolder(QByteArray(), latin1, utf8, notUsed), QString());
+    EXPECT_EQ(unreadableAppFolder(QByteArray(), utf8, latin1, notUsed), shown);
+    // The named folder is the one used, whatever the others.
+    EXPECT_EQ(unreadableAppFolder(utf8, latin1, latin1, used), QString());
+    EXPECT_EQ(unreadableAppFolder(QByteArray(), utf8, latin1, used), QString());
+    EXPECT_EQ(unreadableAppFolder(QByteArray(), QByteArray(), utf8, used), QString());
 }
 
 #if defined(Q_OS_LINUX)

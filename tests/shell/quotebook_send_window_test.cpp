@@ -192,7 +192,8 @@ TEST_F(QuoteBookWindowTest, SendSaysWhenTheFolderForTemporaryFilesCannotTakeTheP
                        "where you choose.")
             .arg(QDir::toNativeSeparators(file)));
     EXPECT_TRUE(fakes->prompts.shown()[1].text.contains(
-        QStringLiteral("\"%1\": the folder is not there.").arg(QDir::toNativeSeparators(missing))))
+        QStringLiteral("\"%1\": the folder cannot be found.")
+            .arg(QDir::toNativeSeparators(missing))))
         << fakes->prompts.shown()[1].text.toStdString();
     EXPECT_EQ(book().list().first().status, QuoteStatus::Draft);
     EXPECT_TRUE(QDir(QDir::currentPath())

@@ -170,7 +170,7 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
         // QSaveFile refuses to replace a file that may not be written, whatever the folder
         // allows: say so, rather than send the user after the folder's rights. On a disk that
         // is read-only as a whole no file may be written, and the disk is the cause.
-        if (existing.exists() && !existing.isWritable() && probed != EROFS && openError != EROFS)
+        if (isReadOnlyFileItself(existing, openError, probed))
             return failedSave(
                 QStringLiteral("the file itself is read-only or locked against changes"));
         const QString folder = QDir::toNativeSeparators(existing.absolutePath());

@@ -240,6 +240,12 @@ qsizetype celltext::wholeCharactersBefore(const QString &text, qsizetype positio
         return 0;
     if (position >= text.size())
         return text.size();
+    // Between two characters below U+0300 (where the accent marks begin) there is always a
+    // boundary but inside CR LF: most names are cut without looking further.
+    const char16_t left = text.at(position - 1).unicode();
+    const char16_t right = text.at(position).unicode();
+    if (left < 0x300 && right < 0x300 && !(left == u'\r' && right == u'\n'))
+        return position;
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
     characters.setPosition(position);
     if (characters.isAtBoundary())
@@ -250,7 +256,14 @@ qsizetype celltext::wholeCharactersBefore(const QString &text, qsizetype positio
 
 QString celltext::leftWhole(const QString &text, qsizetype units)
 {
-    return text.size() <= units ? text : text.left(wholeCharactersBefore(text, units));
+    if (text.size() <= units)
+        return text;
+    qsizetype length = wholeCharactersBefore(text, units);
+    // A first character longer than the room (a letter with a hundred accent marks) is cut
+    // between its code points rather than to nothing.
+    if (length == 0 && units > 0)
+        length = text.at(units - 1).isHighSurrogate() ? units - 1 : units;
+    return text.left(length);
 }
 
 } // namespace tarnwick

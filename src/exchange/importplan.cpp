@@ -375,7 +375,13 @@ bool ImportPlanner::sameCutName(const Cell &before, const Cell &after) const
     const auto same = [this](const Cell &a, const Cell &b) {
         return sameValue(P::ProductName, a, b, m_locale, m_plainDecimals);
     };
-    return same(cutBefore, cutAfter) && (same(cutBefore, before) || same(cutAfter, after));
+    if (same(cutBefore, cutAfter) && (same(cutBefore, before) || same(cutAfter, after)))
+        return true;
+    // Cut by an earlier version at 75 units (74 before an emoji), perhaps inside a character.
+    const QString kept = before.asText();
+    const QString sheet = after.asText();
+    return kept.size() >= MaxNameLength - 1 && kept.size() <= MaxNameLength
+        && sheet.size() > kept.size() && sheet.startsWith(kept);
 }
 
 bool ImportPlanner::fitsPrice(double price)

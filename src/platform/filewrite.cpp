@@ -35,9 +35,9 @@ FileWriteResult openFailure(int openError, const QSaveFile &file)
     const QFileInfo info(file.fileName());
     if (info.isDir())
         return writeFailure(EISDIR, plainWriteCause(EISDIR, file.errorString()));
-    if (info.exists() && !info.isWritable())
-        return writeFailure(EACCES, QStringLiteral("the file is read-only"));
     const int probed = newFileError(info.absolutePath());
+    if (isReadOnlyFileItself(info, openError, probed))
+        return writeFailure(EACCES, QStringLiteral("the file is read-only"));
     const int systemError = probed != 0 ? probed : openError;
     const QString folder = QDir::toNativeSeparators(info.absolutePath());
     if (systemError == ENOTDIR)
@@ -121,9 +121,9 @@ QString plainWriteCause(int systemError, const QString &fallback)
     case EISDIR:
         return QStringLiteral("a folder of that name is in the way");
     case ENAMETOOLONG:
-        // Tarnwick writes each file under a longer name first, then renames it.
-        return QStringLiteral("the folder's path is too long for the system (a folder higher up "
-                              "would do)");
+        // A name of more bytes than the system takes, or a path too deep for the longer names
+        // Tarnwick writes a file under first.
+        return QStringLiteral("the file's name or its folder's path is too long for the system");
     case EIO:
     case ENXIO:
     case ENODEV:
@@ -138,6 +138,11 @@ QString plainWriteCause(int systemError, const QString &fallback)
     default:
         return fallback;
     }
+}
+
+bool isReadOnlyFileItself(const QFileInfo &file, int openError, int folderError)
+{
+    return file.exists() && !file.isWritable() && openError != EROFS && folderError != EROFS;
 }
 
 int newFileError(const QString &folder)

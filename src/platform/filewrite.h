@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFileInfo>
 #include <QList>
 #include <QString>
 
@@ -49,6 +50,10 @@ bool writeAllBytes(QIODevice &device, const QByteArray &bytes);
 /// for the others.
 QString plainWriteCause(int systemError, const QString &fallback);
 
+/// Whether a file that may not be written is itself why a new one cannot take its place (the
+/// open failed with openError, a new file in its folder with folderError): on a disk that is
+/// read-only as a whole no file may be written, and the disk is the cause.
+bool isReadOnlyFileItself(const QFileInfo &file, int openError, int folderError);
 /// Why no new file can be made in folder, as the system says it: the error number of making
 /// one now; 0 when one can be made (or where this platform is not asked). Asked after a failed
 /// open, because the error number Qt's file classes leave behind is not always the one of the

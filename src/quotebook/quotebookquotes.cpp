@@ -281,8 +281,10 @@ QList<QuoteSummary> QuoteBook::list(const QString &find)
     QVariantList values;
     if (!words.isEmpty()) {
         sql += QStringLiteral(" JOIN quote_search s ON s.quote_id = q.id");
+        // lower(): a search text kept by an earlier version may hold a capital letter its
+        // folding left ("Izmir" from "İzmir"); every such letter is ASCII, which SQLite lowers.
         for (const QString &word : words) {
-            tests << QStringLiteral("instr(s.haystack, ?) > 0");
+            tests << QStringLiteral("instr(lower(s.haystack), ?) > 0");
             values << word;
         }
     }

@@ -181,13 +181,6 @@ bool toVersion7(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return remakeSearchTexts(db, error);
 }
 
-/// Version 8: "izmir" finds "İzmir" (a capital letter with an accent of its own that case
-/// folding leaves as it is); the search text is made anew.
-bool toVersion8(QSqlDatabase &db, const QLocale &, QSqlError &error)
-{
-    return remakeSearchTexts(db, error);
-}
-
 /// Version 5: the numbers a book gave out before this one replaced it (it was damaged), which
 /// this one does not give again.
 bool toVersion5(QSqlDatabase &db, const QLocale &, QSqlError &error)
@@ -204,7 +197,7 @@ using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;
 const std::vector<Step> &steps()
 {
     static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4, toVersion5,
-        toVersion6, toVersion7, toVersion8 };
+        toVersion6, toVersion7 };
     return all;
 }
 

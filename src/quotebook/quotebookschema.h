@@ -7,7 +7,7 @@
 namespace tarnwick::QuoteBookSchema {
 
 /// The version of the quote book's tables this program writes (SQLite's user_version).
-inline constexpr int CurrentVersion = 8;
+inline constexpr int CurrentVersion = 7;
 /// SQLite's application_id of a quote book ("TWKQ"), which tells it from other SQLite files.
 inline constexpr qint32 ApplicationId = 0x54574B51;
 

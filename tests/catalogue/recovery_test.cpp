@@ -3,6 +3,7 @@
 // a name of its own when the user does not restore it.
 #include "catalogue/cataloguerecovery.h"
 #include "catalogue/module1.h"
+#include "catalogue/productrecord.h"
 #include "catalogue/recoveryfile.h"
 
 #include "cataloguefixture.h"

@@ -151,8 +151,8 @@ TEST_F(SafeSaveTest, AFolderTooDeepForTheSavesOwnNamesIsSaidSo)
         old.write(OldBytes);
     }
     fillCatalogue(2);
-    const QString cause = QStringLiteral(
-        "the folder's path is too long for the system (a folder higher up would do)");
+    const QString cause =
+        QStringLiteral("the file's name or its folder's path is too long for the system");
     for (int save = 1; save <= 2; ++save) {
         const CatalogueWriteResult result = products.WriteProds(data);
         EXPECT_FALSE(result.ok);

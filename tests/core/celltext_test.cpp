@@ -152,5 +152,24 @@ TEST(CellTextTest, CellsStaySmall)
     EXPECT_EQ(sizeof(Cell), 16u);
 }
 
+// Cuts end between characters as a reader sees them: never inside CR LF, an emoji of two
+// units, a letter and its accent marks, a family emoji of joined ones.
+TEST(CellTextTest, ACutEndsBetweenWholeCharacters)
+{
+    using celltext::leftWhole;
+    EXPECT_EQ(leftWhole(QStringLiteral("abcdef"), 3), QStringLiteral("abc"));
+    EXPECT_EQ(leftWhole(QStringLiteral("ab\r\ncd"), 3), QStringLiteral("ab"));
+    EXPECT_EQ(leftWhole(QStringLiteral("ab\U0001F600c"), 3), QStringLiteral("ab"));
+    EXPECT_EQ(leftWhole(QStringLiteral("abe\u0301\u0302f"), 4), QStringLiteral("ab"));
+    EXPECT_EQ(leftWhole(QStringLiteral("a\U0001F469\u200D\U0001F467"), 5), QStringLiteral("a"));
+    EXPECT_EQ(leftWhole(QStringLiteral("ab\u00E9c"), 3), QStringLiteral("ab\u00E9"));
+    EXPECT_EQ(leftWhole(QStringLiteral("short"), 75), QStringLiteral("short"));
+    // One character longer than the room (a letter with a hundred accent marks) is cut between
+    // its code points, never to nothing.
+    const QString marked = QStringLiteral("e") + QString(100, QChar(0x0301));
+    EXPECT_EQ(leftWhole(marked, 75), marked.left(75));
+    EXPECT_EQ(leftWhole(QStringLiteral("\U0001F600\U0001F601"), 1), QString());
+}
+
 } // namespace
 } // namespace tarnwick

@@ -259,6 +259,18 @@ TEST_F(ImportPlanTest, AnUpdateTakesALongNameWhole)
     ASSERT_EQ(cut.changed.size(), 1U);
     EXPECT_EQ(cut.changed[0].partNumber, QStringLiteral("C-3"));
     EXPECT_EQ(cut.changed[0].fields[0].after, Cell(otherEnd));
+
+    // Cut by an earlier version at the 75th unit, between a letter and its accent mark.
+    const QString accented = QString(74, QLatin1Char('x')) + QStringLiteral("e\u0301 tail");
+    catalogue.put(1, P::ProductName, accented.left(75));
+    const TextWorkbook accentSheet(
+        ("Part Number\tProduct Name\r\nA-1\t" + accented + "\r\n").toUtf8());
+    ImportPlanner third(
+        accentSheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+    third.runAll();
+    const ImportPlan earlier = third.takePlan();
+    EXPECT_EQ(earlier.unchanged, 1);
+    EXPECT_TRUE(earlier.changed.empty());
 }
 
 // Cut between characters as a reader sees them: a letter written with its accent as a mark of

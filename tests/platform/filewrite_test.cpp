@@ -201,6 +201,24 @@ TEST_F(FileWriteTest, AFullDiskKeepsTheOldFile)
     EXPECT_EQ(QDir(path("disk")).entryList(QDir::Files), (QStringList { "filler.bin", "out.txt" }));
 }
 
+// A disk that turned read-only as a whole is the cause, not the file, whose own rights allow
+// writing (an export, the settings, the quote texts, the handheld file).
+TEST_F(FileWriteTest, ADiskThatTurnedReadOnlyIsNamedNotTheFile)
+{
+    TinyDisk disk(path("disk"), 64);
+    if (!disk.mounted())
+        FAIL() << "the check needs a small file system, which cannot be mounted here (the tests "
+                  "run as root): "
+               << disk.failure().toStdString();
+    const QString target = path("disk/out.txt");
+    ASSERT_TRUE(writeFileWhole(target, OldBytes).ok);
+    ASSERT_TRUE(disk.makeReadOnly());
+    const FileWriteResult result = writeFileWhole(target, largeContent());
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.reason, QStringLiteral("the disk or folder is read-only"));
+    EXPECT_EQ(folder.readFile("disk/out.txt"), OldBytes);
+}
+
 TEST_F(FileWriteTest, AFullDiskAlsoStopsASmallFileThatFitsTheWriteBuffer)
 {
     TinyDisk disk(path("disk"), 64);

@@ -276,20 +276,29 @@ TEST(FileDialogContents, ASaveDialogRefusesANameWithADoubleQuoteAndStaysOpen)
             dialog ? dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")) : nullptr;
         if (name == nullptr)
             return;
-        QTimer::singleShot(0, [&, dialog, name] {
-            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+        // Looks for the refusal until it is up (typed keys may take their time), answers it,
+        // then looks at the dialog once it has the keyboard again.
+        auto *watch = new QTimer(dialog);
+        QObject::connect(watch, &QTimer::timeout, dialog, [&, dialog, name, watch] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (box == nullptr && !refusal.isEmpty()) {
+                watch->stop();
+                stayedOpen = QApplication::activeModalWidget() == dialog && dialog->isVisible()
+                    && name->text() == QStringLiteral("Valves 12\" list.xls");
+                dialog->reject();
+            } else if (box != nullptr) {
                 refusal = box->text();
                 refusalTitle = box->windowTitle();
                 box->accept();
             }
-            QTimer::singleShot(0, [&, dialog, name] {
-                stayedOpen = QApplication::activeModalWidget() == dialog && dialog->isVisible()
-                    && name->text() == QStringLiteral("Valves 12\" list.xls");
-                dialog->reject();
-            });
         });
+        watch->start(0);
         QTest::keyClicks(name, QStringLiteral("Valves 12\" list.xls"));
         QTest::keyClick(name, Qt::Key_Return);
+        if (refusal.isEmpty()) {
+            watch->stop(); // no refusal came: the dialog took the name
+            dialog->reject();
+        }
     });
     const std::optional<FileDialogResult> result = dialogs.getSaveFile(request);
     EXPECT_EQ(refusalTitle, QStringLiteral("Export"));

@@ -1,4 +1,5 @@
 // What is wrong with a product's price points, and the breaks a quote really gets from them.
+#include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "products/priceladder.h"
 #include "products/priceschedule.h"

@@ -180,8 +180,9 @@ TEST_F(QuoteBookFileTest, MailAndReferenceAreFoundOnceOpened)
     EXPECT_EQ(book.list(QStringLiteral("po 99")).size(), 0);
 }
 
-// "İzmir" kept its capital I (with the dot taken apart) in the search text: opened now, a book
-// saved before finds it by "izmir", as a new quote is.
+// "İzmir" was kept with its capital I (the dot taken apart) in the search text: a book saved
+// so finds it by "izmir", as a new quote is, without being brought up to date (an earlier
+// program can still open it).
 TEST_F(QuoteBookFileTest, ATurkishCapitalIIsFoundByTheSmallLetterOnceOpened)
 {
     {
@@ -199,6 +200,9 @@ TEST_F(QuoteBookFileTest, ATurkishCapitalIIsFoundByTheSmallLetterOnceOpened)
                                 "'q-2026-0007\nayse yilmaz\nIzmir tesisat')"));
     }
     ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    QSqlError error;
+    QSqlDatabase db = book.database();
+    EXPECT_EQ(QuoteBookSchema::version(db, error), 7);
     for (const QString &typed : { QStringLiteral("izmir"), QStringLiteral("IZMIR"),
              QStringLiteral("\u0130zmir"), QStringLiteral("yilmaz") })
         EXPECT_EQ(book.list(typed).size(), 1) << typed.toStdString();

@@ -154,8 +154,9 @@ namespace {
 
 /// Qt's own dialog reads a typed name that holds double quotes as a list of names in quotes,
 /// so 'Valves 12" price list.xls' would be saved as " price list.xls" in the folder shown, and
-/// 'out/Smith "winter" prices.xls' as "winter.xls" (a name wholly in quotes it does not save at
-/// all). Such a name is refused with a word instead; Windows allows no double quote in a name.
+/// 'out/Smith "winter" prices.xls' as "winter.xls". Such a name is refused with a word instead
+/// (Windows allows no double quote in a name); a name wholly in quotes, which some type to keep
+/// a dialog from adding a suffix, is the name inside them, as Qt reads it.
 class SaveDialog : public QFileDialog
 {
 public:
@@ -164,7 +165,10 @@ public:
     void accept() override
     {
         const auto *name = findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-        if (name != nullptr && name->text().contains(QLatin1Char('"'))) {
+        const QString typed = name != nullptr ? name->text().trimmed() : QString();
+        const bool wholly = typed.size() > 2 && typed.startsWith(QLatin1Char('"'))
+            && typed.endsWith(QLatin1Char('"')) && typed.count(QLatin1Char('"')) == 2;
+        if (typed.contains(QLatin1Char('"')) && !wholly) {
             QMessageBox::warning(this, windowTitle(), QString::fromLatin1(QuoteInFileNameMessage));
             return;
         }

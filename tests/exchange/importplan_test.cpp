@@ -67,6 +67,16 @@ protected:
         return planner.takePlan();
     }
 
+    /// The plan of an update from a sheet of part numbers and names: rows after its header.
+    ImportPlan namesUpdate(const QString &rows)
+    {
+        const TextWorkbook names(("Part Number\tProduct Name\r\n" + rows).toUtf8());
+        ImportPlanner planner(
+            names, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
+        planner.runAll();
+        return planner.takePlan();
+    }
+
     TextWorkbook sheet { SupplierRows };
     Table catalogue { 3, P::FieldCount };
     test::FakePrompts prompts;
@@ -209,13 +219,7 @@ TEST_F(ImportPlanTest, ANameIsCutTo75CharactersBeforeItIsCompared)
 {
     const QString longName(80, QLatin1Char('N'));
     catalogue.put(3, P::ProductName, longName.left(75));
-    const TextWorkbook longSheet(
-        ("Part Number\tProduct Name\r\nC-3\t" + longName + "\r\nG-7\t" + longName + "\r\n")
-            .toUtf8());
-    ImportPlanner planner(
-        longSheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
-    planner.runAll();
-    const ImportPlan update = planner.takePlan();
+    const ImportPlan update = namesUpdate("C-3\t" + longName + "\r\nG-7\t" + longName + "\r\n");
     EXPECT_EQ(update.unchanged, 1);
     ASSERT_EQ(update.addedCount(), 1);
     EXPECT_EQ(update.addedProduct(0)[P::ProductName - 1], Cell(longName.left(75)));
@@ -232,13 +236,7 @@ TEST_F(ImportPlanTest, AnUpdateTakesALongNameWhole)
     ASSERT_GT(longName.size(), 75);
     catalogue.put(1, P::ProductName, longName);
     catalogue.put(3, P::ProductName, "Clip");
-    const TextWorkbook longSheet(
-        ("Part Number\tProduct Name\r\nA-1\t" + longName + "\r\nC-3\t" + longName + "\r\n")
-            .toUtf8());
-    ImportPlanner planner(
-        longSheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
-    planner.runAll();
-    const ImportPlan update = planner.takePlan();
+    const ImportPlan update = namesUpdate("A-1\t" + longName + "\r\nC-3\t" + longName + "\r\n");
     EXPECT_EQ(update.unchanged, 1);
     ASSERT_EQ(update.changed.size(), 1U);
     ASSERT_EQ(update.changed[0].fields.size(), 1U);
@@ -247,14 +245,9 @@ TEST_F(ImportPlanTest, AnUpdateTakesALongNameWhole)
     // The sheet holds the name cut as adding cuts it (made from an earlier add): the longer
     // name typed since stays; a longer name that differs past the cut is taken.
     const QString otherEnd = longName.left(80) + QStringLiteral(" (new)");
-    const TextWorkbook cutSheet(
-        ("Part Number\tProduct Name\r\nA-1\t" + longName.left(75) + "\r\nC-3\t" + otherEnd + "\r\n")
-            .toUtf8());
     catalogue.put(3, P::ProductName, longName);
-    ImportPlanner again(
-        cutSheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
-    again.runAll();
-    const ImportPlan cut = again.takePlan();
+    const ImportPlan cut =
+        namesUpdate("A-1\t" + longName.left(75) + "\r\nC-3\t" + otherEnd + "\r\n");
     EXPECT_EQ(cut.unchanged, 1);
     ASSERT_EQ(cut.changed.size(), 1U);
     EXPECT_EQ(cut.changed[0].partNumber, QStringLiteral("C-3"));
@@ -263,12 +256,7 @@ TEST_F(ImportPlanTest, AnUpdateTakesALongNameWhole)
     // Cut by an earlier version at the 75th unit, between a letter and its accent mark.
     const QString accented = QString(74, QLatin1Char('x')) + QStringLiteral("e\u0301 tail");
     catalogue.put(1, P::ProductName, accented.left(75));
-    const TextWorkbook accentSheet(
-        ("Part Number\tProduct Name\r\nA-1\t" + accented + "\r\n").toUtf8());
-    ImportPlanner third(
-        accentSheet, catalogue, supplierLetters(), true, ImportAction::UpdateExisting, EnUs);
-    third.runAll();
-    const ImportPlan earlier = third.takePlan();
+    const ImportPlan earlier = namesUpdate("A-1\t" + accented + "\r\n");
     EXPECT_EQ(earlier.unchanged, 1);
     EXPECT_TRUE(earlier.changed.empty());
 }

@@ -62,6 +62,9 @@ bool isDiskFailure(const QSqlError &error)
     return code == 8 || code == 10 || code == 14;
 }
 
+const QString NoBookInFolder =
+    QStringLiteral("its folder cannot be written (a write-protected drive, a read-only share)");
+
 QVariant isoDate(const QDate &date)
 {
     return QuoteBookRows::sqlText(date.toString(Qt::ISODate));
@@ -200,6 +203,12 @@ QuoteBook::OpenResult QuoteBook::openOnce(const QString &path, const QDateTime &
     if (existed && !QFileInfo(file.absolutePath()).isWritable()) {
         if (openToRead(result))
             return result;
+        m_error = result.detail;
+        return result;
+    }
+    if (!existed && !QFileInfo(file.absolutePath()).isWritable()) {
+        // SQLite would only say it is "unable to open database file".
+        result.detail = NoBookInFolder;
         m_error = result.detail;
         return result;
     }

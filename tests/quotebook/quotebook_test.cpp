@@ -463,6 +463,30 @@ TEST_F(QuoteBookTest, ABookOnADiskThatCannotBeWrittenIsOpenedToBeRead)
     EXPECT_EQ(QDir(disk).entryList(QDir::Files), files);
 }
 
+// A stick that is write-protected before the first quote is saved on it: no book can be
+// started there, and the reason is the folder, in the user's words.
+TEST_F(QuoteBookTest, NoBookIsStartedInAFolderThatCannotBeWritten)
+{
+    const QString disk = folder.filePath(QStringLiteral("stick"));
+    const TinyDisk tiny(disk, 1024);
+    if (!tiny.mounted())
+        FAIL() << "the check needs a small file system, which cannot be mounted here (the tests "
+                  "run as root): "
+               << tiny.failure().toStdString();
+    ASSERT_TRUE(tiny.makeReadOnly());
+    const QString path = QDir(disk).filePath(QStringLiteral("quotes.db"));
+
+    QuoteBook onStick(locale);
+    const QuoteBook::OpenResult opened = onStick.open(path);
+    EXPECT_EQ(opened.status, QuoteBook::OpenStatus::Failed);
+    EXPECT_FALSE(onStick.isOpen());
+    EXPECT_EQ(opened.detail,
+        QStringLiteral(
+            "its folder cannot be written (a write-protected drive, a read-only share)"));
+    EXPECT_EQ(onStick.errorString(), opened.detail);
+    EXPECT_TRUE(QDir(disk).entryList(QDir::Files).isEmpty());
+}
+
 // Some drives cannot keep the index SQLite shares between the programs that use a book (some
 // network shares and USB file systems; here a folder stands where that file would go): the
 // book is then held by Tarnwick alone, and works.

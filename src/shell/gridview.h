@@ -51,6 +51,8 @@ public:
     QWidget *openEditor() const;
     /// Whether the keyboard is in the grid or its cell editor.
     bool hasKeyboard() const;
+    /// The colour of the selection of a grid without the keyboard, in palette normal.
+    static QColor quietHighlight(const QPalette &normal, QPalette::ColorGroup group);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

@@ -324,6 +324,53 @@ TEST_F(KeyboardWindowTest, OnlyTheGridWithTheKeyboardShowsItsSelectionInTheHighl
     EXPECT_EQ(shown(quoteGrid), highlight);
 }
 
+// A dark desktop theme whose Midlight is nearly its background: the grid without the keyboard
+// must still show which row is selected.
+TEST_F(KeyboardWindowTest, TheSelectionOfTheGridWithoutTheKeyboardShowsOnADarkTheme)
+{
+    struct PaletteKept
+    {
+        QPalette before = QApplication::palette();
+        ~PaletteKept() { QApplication::setPalette(before); }
+    } kept;
+    QPalette dark = kept.before;
+    for (const QPalette::ColorGroup group : { QPalette::Active, QPalette::Inactive }) {
+        dark.setColor(group, QPalette::Window, QColor(53, 53, 53));
+        dark.setColor(group, QPalette::WindowText, QColor(238, 238, 238));
+        dark.setColor(group, QPalette::Base, QColor(45, 45, 45));
+        dark.setColor(group, QPalette::AlternateBase, QColor(36, 36, 36));
+        dark.setColor(group, QPalette::Text, QColor(238, 238, 238));
+        dark.setColor(group, QPalette::Midlight, QColor(42, 42, 42));
+        dark.setColor(group, QPalette::Highlight, QColor(21, 83, 158));
+        dark.setColor(group, QPalette::HighlightedText, Qt::white);
+    }
+    QApplication::setPalette(dark);
+    const auto grey = [](const GridView *view, QPalette::ColorRole role) {
+        return qGray(view->palette().color(QPalette::Active, role).rgb());
+    };
+    const auto standsOut = [&](const GridView *view) {
+        const int selected = grey(view, QPalette::Highlight);
+        EXPECT_GE(std::abs(selected - 45), 30) << "against the rows";
+        EXPECT_GE(std::abs(selected - 36), 30) << "against the alternate rows";
+        EXPECT_GE(std::abs(grey(view, QPalette::HighlightedText) - selected), 100)
+            << "its text can be read";
+    };
+    focusGrid(grid);
+    standsOut(quoteGrid);
+    press(Qt::Key_D, Qt::ControlModifier); // Add to Quote: the keyboard goes to the quote
+    ASSERT_EQ(QApplication::focusWidget(), quoteGrid);
+    standsOut(grid);
+
+    // Back on a light theme, the keyboard moving on: the grey of that theme.
+    QApplication::setPalette(kept.before);
+    press(Qt::Key_F6);
+    ASSERT_EQ(QApplication::focusWidget(), grid);
+    EXPECT_EQ(quoteGrid->palette().color(QPalette::Active, QPalette::Highlight),
+        GridView::quietHighlight(QApplication::palette(quoteGrid), QPalette::Active));
+    EXPECT_EQ(grid->palette().color(QPalette::Active, QPalette::Highlight),
+        QApplication::palette(grid).color(QPalette::Active, QPalette::Highlight));
+}
+
 TEST_F(KeyboardWindowTest, PassingThroughTheSideBoxesInEditModeChangesNothing)
 {
     window->actions().action(QStringLiteral("mnuEditProd"))->trigger();

@@ -138,7 +138,7 @@ void CatalogueRecovery::lookAtCatalogue()
         return;
     if (!modified) {
         // Back at the saved catalogue (every change undone): nothing needs keeping.
-        if (m_fileExists && QFile::remove(path()))
+        if (m_fileExists && removeRecoveryFile(m_module.DataFile))
             m_fileExists = false;
         if (!m_fileExists)
             m_writtenState = now;
@@ -190,10 +190,13 @@ void CatalogueRecovery::startWrite()
     const QLocale locale = m_module.locale();
     const Table *table = m_writing.get();
     const QString dataFile = m_module.DataFile;
-    m_worker.reset(QThread::create([this, target, table, count, locale, dataFile] {
+    const RecoveryBase base { m_module.AllProducts().fileStampKnown() };
+    m_worker.reset(QThread::create([this, target, table, count, locale, dataFile, base] {
         m_writeResult = writeRecoveryFile(target, *table, count, locale);
-        if (m_writeResult.ok)
+        if (m_writeResult.ok) {
             takePermissions(dataFile, target);
+            writeRecoveryBase(dataFile, base);
+        }
     }));
     connect(m_worker.get(), &QThread::finished, this, &CatalogueRecovery::writeFinished,
         Qt::QueuedConnection);
@@ -234,7 +237,7 @@ bool CatalogueRecovery::writeNow()
     const State now = currentState();
     if (m_savedCheck.isSaved && !differsFromSaved(now)) {
         // Every change was taken back: there is nothing to keep.
-        if (m_fileExists && QFile::remove(path()))
+        if (m_fileExists && removeRecoveryFile(m_module.DataFile))
             m_fileExists = false;
         m_writtenState = now;
         return !m_fileExists;
@@ -253,6 +256,7 @@ bool CatalogueRecovery::writeNow()
         return m_restoredState && now == *m_restoredState && QFileInfo::exists(path());
     }
     takePermissions(m_module.DataFile, path());
+    writeRecoveryBase(m_module.DataFile, RecoveryBase { m_module.AllProducts().fileStampKnown() });
     m_restoredState.reset();
     m_writtenState = now;
     m_fileExists = true;
@@ -271,7 +275,7 @@ void CatalogueRecovery::saved()
     m_writtenState = m_savedState;
     m_forcedUnsaved = false;
     m_restoredState.reset();
-    QFile::remove(path());
+    removeRecoveryFile(m_module.DataFile);
     m_fileExists = false;
     // Saved changes need no keeping: a later failure to keep new ones is news again.
     m_lastError.clear();

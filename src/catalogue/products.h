@@ -59,6 +59,8 @@ public:
     void acceptFileGone() { m_fileKnown = false; }
 
     qint32 Count() const { return m_count; }
+    /// The catalogue file as ReadProds found it or the last save left it; none before either.
+    const std::optional<FileStamp> &fileStampKnown() const { return m_fileStamp; }
     void setCount(qint32 vData) { m_count = vData; }
 
     /// The object's debugging serial number.

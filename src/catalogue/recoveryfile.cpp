@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QList>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -231,9 +232,88 @@ CatalogueChanges compareCatalogues(
     return changes;
 }
 
+bool RecoveryBase::differsFrom(const std::optional<FileStamp> &now) const
+{
+    if (!catalogue || !now)
+        return catalogue.has_value() != now.has_value();
+    return catalogue->size != now->size || catalogue->modifiedNs != now->modifiedNs
+        || catalogue->inode != now->inode;
+}
+
+QString recoveryBasePath(const QString &dataFile)
+{
+    return sideFileName(dataFile, QStringLiteral("-recovery-base"), QString());
+}
+
+namespace {
+
+const QByteArray BaseLineStart = QByteArrayLiteral("Tarnwick recovery file of ");
+
+} // namespace
+
+bool writeRecoveryBase(const QString &dataFile, const RecoveryBase &base)
+{
+    // One line: "Tarnwick recovery file of 4096 bytes: catalogue file 1234 bytes, changed at
+    // <ns>, file <number>" (or ": no catalogue file").
+    const std::optional<FileStamp> recovery = fileStamp(recoveryFilePath(dataFile));
+    if (!recovery)
+        return false;
+    QByteArray line = BaseLineStart + QByteArray::number(recovery->size) + " bytes: ";
+    if (base.catalogue) {
+        line += "catalogue file " + QByteArray::number(base.catalogue->size) + " bytes, changed at "
+            + QByteArray::number(base.catalogue->modifiedNs) + ", file "
+            + QByteArray::number(base.catalogue->inode);
+    } else {
+        line += "no catalogue file";
+    }
+    line += "\r\n";
+    return writeCatalogueFile(recoveryBasePath(dataFile), line, {}, BackupRule::NoBackup).ok;
+}
+
+std::optional<RecoveryBase> readRecoveryBase(const QString &dataFile)
+{
+    const std::optional<FileStamp> recovery = fileStamp(recoveryFilePath(dataFile));
+    QFile file(recoveryBasePath(dataFile));
+    if (!recovery || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QByteArray line = file.read(1024).trimmed();
+    const QByteArray recoveryPart = BaseLineStart + QByteArray::number(recovery->size) + " bytes: ";
+    if (!line.startsWith(recoveryPart))
+        return std::nullopt;
+    const QByteArray rest = line.mid(recoveryPart.size());
+    RecoveryBase base;
+    if (rest == "no catalogue file")
+        return base;
+    static const QRegularExpression stampWords(
+        QStringLiteral("^catalogue file (\\d+) bytes, changed at (-?\\d+), file (\\d+)$"));
+    const QRegularExpressionMatch words = stampWords.match(QString::fromLatin1(rest));
+    if (!words.hasMatch())
+        return std::nullopt;
+    FileStamp stamp;
+    bool sizeRead = false;
+    bool timeRead = false;
+    bool numberRead = false;
+    stamp.size = words.captured(1).toLongLong(&sizeRead);
+    stamp.modifiedNs = words.captured(2).toLongLong(&timeRead);
+    stamp.inode = words.captured(3).toULongLong(&numberRead);
+    if (!sizeRead || !timeRead || !numberRead)
+        return std::nullopt;
+    base.catalogue = stamp;
+    return base;
+}
+
+bool removeRecoveryFile(const QString &dataFile)
+{
+    const QString recovery = recoveryFilePath(dataFile);
+    QFile::remove(recoveryBasePath(dataFile));
+    return QFile::remove(recovery) || !QFileInfo::exists(recovery);
+}
+
 QString keepRecoveryFile(const QString &dataFile, const QDateTime &when)
 {
     const QString recovery = recoveryFilePath(dataFile);
+    // The base belongs to the file under its own name only.
+    QFile::remove(recoveryBasePath(dataFile));
     const QString stamp = when.toString(QStringLiteral("yyyyMMdd-HHmmss"));
     for (int attempt = 1; attempt <= 1000; ++attempt) {
         QString kept = sideFileName(dataFile, QStringLiteral("-recovered-"), stamp);

@@ -2,10 +2,13 @@
 
 #include "catalogue/cataloguefile.h"
 #include "catalogue/cataloguewriter.h"
+#include "platform/filestamp.h"
 
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
+
+#include <optional>
 
 namespace tarnwick {
 
@@ -31,6 +34,34 @@ CatalogueWriteResult writeCatalogueCopy(const QString &path, const Table &table,
 /// count (cut short, emptied, overwritten), as damaged rather than as a catalogue.
 CatalogueWriteResult writeRecoveryFile(
     const QString &path, const Table &table, qint32 count, const QLocale &locale);
+
+/// The catalogue file the changes in a recovery file were made to, as that run last knew it:
+/// none when there was no catalogue file. Kept in a small file of its own beside the recovery
+/// file ("twdata-recovery-base.dat"), which earlier versions leave alone, so the recovery
+/// file stays as they read it.
+struct RecoveryBase
+{
+    std::optional<FileStamp> catalogue;
+
+    /// Whether the catalogue file found now (none when it is not there) is another than this
+    /// one: written since, or put in its place. Size, time and file number are compared; the
+    /// device number is not, as a drive mounted again may get another.
+    bool differsFrom(const std::optional<FileStamp> &now) const;
+};
+
+QString recoveryBasePath(const QString &dataFile);
+
+/// Writes the base of the recovery file of dataFile as it is now (its size ties the two
+/// together); false when it could not be written.
+bool writeRecoveryBase(const QString &dataFile, const RecoveryBase &base);
+
+/// The base written with the recovery file of dataFile; none when there is none, it cannot be
+/// read, or it belongs to another recovery file (a run killed between writing the two).
+std::optional<RecoveryBase> readRecoveryBase(const QString &dataFile);
+
+/// Removes the recovery file of dataFile and its base; false when the recovery file is still
+/// there.
+bool removeRecoveryFile(const QString &dataFile);
 
 /// Reads a recovery file written by writeRecoveryFile into table, as readCatalogueCopy does;
 /// the status is Failed when the file does not end with its check line or the line's count

@@ -247,7 +247,7 @@ bool CatalogueLifecycle::offerRecovery()
     if (read.status == CatalogueReadResult::Status::Ok && changes.changed == 0 && changes.added == 0
         && changes.deleted == 0) {
         // The last run ended between its save and removing the file: nothing to restore.
-        QFile::remove(path);
+        removeRecoveryFile(m_module.DataFile);
         m_recovery.start();
         return false;
     }
@@ -258,12 +258,15 @@ bool CatalogueLifecycle::offerRecovery()
     // what they lack: counted as theirs, Yes would take it back, so No becomes the default.
     const QDateTime fileWritten = QFileInfo(m_module.DataFile).lastModified();
     int style = MsgStyle::YesNo | MsgStyle::Question;
-    if (fileWritten.isValid() && fileWritten > when) {
+    if (writtenSinceChanges(when)) {
         QString written = m_module.locale().toString(fileWritten, QLocale::ShortFormat);
         // A time still to come: the clock of the computer that saved it ran ahead, or this
-        // one's is behind; either way the file is newer than the changes.
+        // one's is behind. A time before the changes: a program that keeps the folder in step
+        // gave it the time it had on the other computer.
         if (fileWritten > QDateTime::currentDateTime().addSecs(300))
             written += QStringLiteral(", a time this computer's clock has not reached");
+        else if (fileWritten <= when)
+            written += QStringLiteral(" by the time it carries, earlier than the changes");
         question += changedSinceNote(written);
         style |= MsgStyle::DefaultButton2;
     }
@@ -282,6 +285,20 @@ bool CatalogueLifecycle::offerRecovery()
     }
     replaceCatalogue(std::move(recovered), recoveredCount);
     return true;
+}
+
+bool CatalogueLifecycle::writtenSinceChanges(const QDateTime &changesMade) const
+{
+    const std::optional<FileStamp> now = fileStamp(m_module.DataFile);
+    if (!now)
+        return false;
+    // The catalogue file the changes were made to, as that run knew it: any other file now in
+    // its place, whatever time it carries, is news. A recovery file of an earlier version has
+    // no such record: a file with a later time is then taken for one written since.
+    if (const std::optional<RecoveryBase> base = readRecoveryBase(m_module.DataFile))
+        return base->differsFrom(now);
+    const QDateTime fileWritten = QFileInfo(m_module.DataFile).lastModified();
+    return fileWritten.isValid() && fileWritten > changesMade;
 }
 
 void CatalogueLifecycle::replaceCatalogue(Table &&catalogue, qint32 count)

@@ -145,7 +145,7 @@ QStringList SaveController::ownFiles() const
 {
     const QString backup = catalogueBackupPath(m_module.DataFile);
     QStringList files { backup, backup + QStringLiteral(".link"),
-        recoveryFilePath(m_module.DataFile) };
+        recoveryFilePath(m_module.DataFile), recoveryBasePath(m_module.DataFile) };
     const QString book = QuoteBookController::BookFileName;
     const QString bookCopy = QuoteBookController::BackupFileName;
     for (const QString &name : { book, book + QStringLiteral("-wal"), book + QStringLiteral("-shm"),

@@ -240,6 +240,68 @@ TEST_F(RecoveryFileTest, IsKeptUnderANameOfItsOwnThatNoLaterRunUses)
     EXPECT_TRUE(keepRecoveryFile(dataFile(), when).isEmpty()) << "nothing left to keep";
 }
 
+// The record of the catalogue file the changes were made to belongs to the recovery file it
+// was written with: a recovery file written again without it (a run killed in between) leaves
+// it unread.
+TEST_F(RecoveryFileTest, TheBaseOfTheChangesIsReadBackWithItsRecoveryFileOnly)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"),
+        "A-1\x7f"
+        "Anchor\x7f\x7f\x7f\r\n");
+    folder.writeFile(QStringLiteral("twdata-recovery.dat"), "changes");
+    const std::optional<FileStamp> made = fileStamp(dataFile());
+    ASSERT_TRUE(made.has_value());
+
+    ASSERT_TRUE(writeRecoveryBase(dataFile(), RecoveryBase { made }));
+    EXPECT_EQ(
+        recoveryBasePath(dataFile()), folder.filePath(QStringLiteral("twdata-recovery-base.dat")));
+    const std::optional<RecoveryBase> base = readRecoveryBase(dataFile());
+    ASSERT_TRUE(base.has_value());
+    ASSERT_TRUE(base->catalogue.has_value());
+    EXPECT_EQ(base->catalogue->size, made->size);
+    EXPECT_EQ(base->catalogue->modifiedNs, made->modifiedNs);
+    EXPECT_EQ(base->catalogue->inode, made->inode);
+    EXPECT_FALSE(base->differsFrom(fileStamp(dataFile())));
+
+    // Another file in its place, with an earlier time (copied in by a program that keeps the
+    // other computer's times), and the same file with a time changed.
+    const QDateTime earlier = QFileInfo(dataFile()).lastModified().addSecs(-600);
+    folder.writeFile(QStringLiteral("twdata.new"),
+        "A-1\x7f"
+        "Anchor\x7f\x7f\x7f\r\n");
+    ASSERT_TRUE(QFile::remove(dataFile()));
+    ASSERT_TRUE(QFile::rename(folder.filePath(QStringLiteral("twdata.new")), dataFile()));
+    {
+        QFile replaced(dataFile());
+        ASSERT_TRUE(replaced.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(replaced.setFileTime(earlier, QFileDevice::FileModificationTime));
+    }
+    EXPECT_TRUE(base->differsFrom(fileStamp(dataFile())));
+    EXPECT_TRUE(base->differsFrom(std::nullopt)) << "the catalogue file gone";
+    EXPECT_TRUE(RecoveryBase {}.differsFrom(fileStamp(dataFile()))) << "none there before";
+    EXPECT_FALSE(RecoveryBase {}.differsFrom(std::nullopt));
+
+    folder.writeFile(QStringLiteral("twdata-recovery.dat"), "changes, written again");
+    EXPECT_FALSE(readRecoveryBase(dataFile()).has_value());
+
+    ASSERT_TRUE(writeRecoveryBase(dataFile(), RecoveryBase {}));
+    const std::optional<RecoveryBase> none = readRecoveryBase(dataFile());
+    ASSERT_TRUE(none.has_value());
+    EXPECT_FALSE(none->catalogue.has_value());
+
+    ASSERT_TRUE(removeRecoveryFile(dataFile()));
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata-recovery.dat")));
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata-recovery-base.dat")));
+}
+
+TEST_F(RecoveryFileTest, AKeptRecoveryFileLeavesNoBaseBehind)
+{
+    folder.writeFile(QStringLiteral("twdata-recovery.dat"), "changes");
+    ASSERT_TRUE(writeRecoveryBase(dataFile(), RecoveryBase {}));
+    EXPECT_FALSE(keepRecoveryFile(dataFile(), QDateTime::currentDateTime()).isEmpty());
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata-recovery-base.dat")));
+}
+
 class CatalogueRecoveryTest : public ::testing::Test
 {
 protected:
@@ -353,6 +415,31 @@ TEST_F(CatalogueRecoveryTest, ASaveRemovesTheFileAndClearsTheMark)
     EXPECT_TRUE(QTest::qWaitFor([&] { return checked.size() >= 3; }, 5000));
     recovery.stop();
     EXPECT_TRUE(written.isEmpty()) << "nothing new to keep after the save";
+}
+
+// The recovery file says which catalogue file its changes were made to: the one read at the
+// start, or none when there was none.
+TEST_F(CatalogueRecoveryTest, TheRecoveryFileNamesTheCatalogueFileItsChangesWereMadeTo)
+{
+    QSignalSpy written(&recovery, &CatalogueRecovery::written);
+    recovery.start();
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor, steel"));
+    ASSERT_TRUE(written.wait(5000));
+    std::optional<RecoveryBase> base = readRecoveryBase(module.DataFile);
+    ASSERT_TRUE(base.has_value());
+    EXPECT_FALSE(base->catalogue.has_value()) << "no catalogue file was read";
+
+    ASSERT_TRUE(module.AllProducts().WriteProds(module.DataFile).ok);
+    recovery.saved();
+    EXPECT_FALSE(QFileInfo::exists(recoveryPath()));
+    EXPECT_FALSE(QFileInfo::exists(recoveryBasePath(module.DataFile)));
+    module.Catalogue().put(1, 2, QStringLiteral("Anchor, brass"));
+    ASSERT_TRUE(recovery.writeNow());
+    base = readRecoveryBase(module.DataFile);
+    ASSERT_TRUE(base.has_value());
+    ASSERT_TRUE(base->catalogue.has_value());
+    EXPECT_FALSE(base->differsFrom(fileStamp(module.DataFile))) << "the file as saved";
+    recovery.stop();
 }
 
 TEST_F(CatalogueRecoveryTest, ARecoveredCatalogueCountsAsUnsavedAndIsKeptUntilSaved)

@@ -3,6 +3,8 @@
 // starts, carried out once it has started.
 #include "shellfixture.h"
 
+#include "catalogue/recoveryfile.h"
+#include "platform/filestamp.h"
 #include "shell/cataloguelifecycle.h"
 
 #include <QAction>
@@ -89,6 +91,58 @@ TEST_F(RecoveryStartTest, AFileDatedLaterThanTheClockIsSaidSo)
         CatalogueLifecycle::changedSinceNote(locale.toString(later, QLocale::ShortFormat)
             + QStringLiteral(", a time this computer's clock has not reached"))))
         << box.text.toStdString();
+}
+
+// The changes' own record of the catalogue file they were made to: that file dated in the
+// future (saved while the clock ran ahead, the clock set right since) was not written since,
+// and the plain question keeps Yes as its default.
+TEST_F(RecoveryStartTest, TheSameCatalogueFileWithATimeStillToComeIsNotWrittenSince)
+{
+    leaveRecoveryFile();
+    ASSERT_TRUE(dateCatalogueFile(QDateTime::currentDateTime().addYears(3)));
+    ASSERT_TRUE(writeRecoveryBase(folder.filePath(QStringLiteral("twdata.dat")),
+        RecoveryBase { fileStamp(folder.filePath(QStringLiteral("twdata.dat"))) }));
+    fakes->prompts.answerMessage(MsgResult::Yes);
+
+    startAndWait();
+
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown().front();
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question);
+    EXPECT_TRUE(box.text.endsWith(QStringLiteral("?\n\n1 product changed, 1 added, 1 deleted.")))
+        << box.text.toStdString();
+    EXPECT_EQ(partNumbers(), QStringList({ "A-100", "B-200", "D-400" }));
+}
+
+// Another catalogue file in the place of the one the changes were made to, carrying an older
+// time (a program that keeps the folder in step gives it the time it had on the other
+// computer): it was written since, and No is the default.
+TEST_F(RecoveryStartTest, AnotherCatalogueFileWithAnEarlierTimeIsWrittenSince)
+{
+    leaveRecoveryFile();
+    const QString data = folder.filePath(QStringLiteral("twdata.dat"));
+    ASSERT_TRUE(writeRecoveryBase(data, RecoveryBase { fileStamp(data) }));
+    const QDateTime changesMade = QFileInfo(folder.filePath(RecoveryFile)).lastModified();
+    folder.writeFile(QStringLiteral("synced.dat"),
+        sampleCatalogue() + catalogueLine({ "Z-900", "Synced from the laptop" }));
+    ASSERT_TRUE(QFile::remove(data));
+    ASSERT_TRUE(QFile::rename(folder.filePath(QStringLiteral("synced.dat")), data));
+    const QDateTime earlier = changesMade.addSecs(-600);
+    ASSERT_TRUE(dateCatalogueFile(earlier));
+    fakes->prompts.answerMessage(MsgResult::No);
+
+    startAndWait();
+
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown().front();
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
+    EXPECT_TRUE(box.text.endsWith(
+        CatalogueLifecycle::changedSinceNote(locale.toString(earlier, QLocale::ShortFormat)
+            + QStringLiteral(" by the time it carries, earlier than the changes"))))
+        << box.text.toStdString();
+    EXPECT_TRUE(partNumbers().contains(QStringLiteral("Z-900")));
+    EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-recovered-")).size(), 1);
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata-recovery-base.dat")));
 }
 
 TEST_F(RecoveryStartTest, AsksBeforeTheWindowShowsAndYesRestoresTheChanges)

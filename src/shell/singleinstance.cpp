@@ -9,6 +9,8 @@
 #include <QLockFile>
 #include <QSysInfo>
 
+#include <cstdlib>
+
 #ifdef Q_OS_UNIX
 #include <cerrno>
 #include <csignal>
@@ -36,7 +38,8 @@ QString lockPathFor(const QString &appFolder)
 }
 
 /// How old a lock file that says nothing of its holder must be to count as left behind: a copy
-/// writes its process number at once.
+/// writes its process number at once. A time as far still to come counts as old too: the
+/// clock was set back since the file was written.
 constexpr qint64 UnreadableLockSeconds = 10;
 
 bool isProcessRunning(qint64 pid)
@@ -77,7 +80,8 @@ bool holderIsGone(const QLockFile &lock, const QString &path)
     if (!lock.getLockInfo(&pid, &host, &application)) {
         const QFileInfo file(path);
         return file.exists()
-            && file.lastModified().secsTo(QDateTime::currentDateTime()) > UnreadableLockSeconds;
+            && std::abs(file.lastModified().secsTo(QDateTime::currentDateTime()))
+            > UnreadableLockSeconds;
     }
     return writtenOnThisComputer(host, path) && pid > 0 && !isProcessRunning(pid);
 }

@@ -107,20 +107,23 @@ TEST_F(SingleInstanceOnATinyDisk, ALockLeftOnAFullDiskByACopyThatIsGoneIsTakenOv
 
 // A lock file that says nothing of its holder (one written half on a full disk) is no running
 // copy once it is not new.
+// So is one whose time is still to come (the clock was set back since it was written).
 TEST(SingleInstanceTest, AnOldLockFileThatNamesNoHolderIsTakenOver)
 {
-    TempAppFolder folder;
-    const QString path = folder.filePath(QStringLiteral("tarnwick.lock"));
-    {
-        QFile empty(path);
-        ASSERT_TRUE(empty.open(QIODevice::WriteOnly));
-        const QDateTime minuteAgo = QDateTime::currentDateTime().addSecs(-60);
-        ASSERT_TRUE(empty.setFileTime(minuteAgo, QFileDevice::FileModificationTime));
+    for (const qint64 seconds : { -60, 3600 }) {
+        TempAppFolder folder;
+        const QString path = folder.filePath(QStringLiteral("tarnwick.lock"));
+        {
+            QFile empty(path);
+            ASSERT_TRUE(empty.open(QIODevice::WriteOnly));
+            const QDateTime when = QDateTime::currentDateTime().addSecs(seconds);
+            ASSERT_TRUE(empty.setFileTime(when, QFileDevice::FileModificationTime));
+        }
+        auto first = std::make_unique<SingleInstance>(folder.path());
+        EXPECT_TRUE(first->isOnlyInstance()) << seconds << " s from now";
+        SingleInstance second(folder.path());
+        EXPECT_FALSE(second.isOnlyInstance());
     }
-    auto first = std::make_unique<SingleInstance>(folder.path());
-    EXPECT_TRUE(first->isOnlyInstance());
-    SingleInstance second(folder.path());
-    EXPECT_FALSE(second.isOnlyInstance());
 }
 
 // A disk that turned read-only after a write error still looks writable, and the lock a

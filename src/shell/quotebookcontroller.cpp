@@ -66,9 +66,15 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
     connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
     m_session->setTypingReader([this] { return m_quote.typing(); });
     // Left open overnight, the frame keeps up with the day.
+    m_midnight.setObjectName(QStringLiteral("dayWatch"));
     m_midnight.setSingleShot(true);
     m_midnight.setTimerType(Qt::VeryCoarseTimer);
-    connect(&m_midnight, &QTimer::timeout, this, &QuoteBookController::dayChanged);
+    connect(&m_midnight, &QTimer::timeout, this, [this] {
+        if (m_today() != m_shownDay)
+            dayChanged();
+        else
+            armMidnight();
+    });
     armMidnight();
     m_ui.FraQuote->installEventFilter(this);
     new FileDialogWatch([this] { retakeLocks(); }, this);
@@ -285,7 +291,11 @@ void QuoteBookController::armMidnight()
 {
     const QDateTime now = QDateTime::currentDateTime();
     const QDateTime midnight(now.date().addDays(1), QTime(0, 0, 1));
-    m_midnight.start(std::chrono::milliseconds(std::max<qint64>(1000, now.msecsTo(midnight))));
+    // Looked at once a minute as well: the timer's clock stands still while the computer
+    // sleeps, and a clock set forward passes midnight without it.
+    constexpr qint64 Minute = 60 * 1000;
+    m_midnight.start(
+        std::chrono::milliseconds(std::clamp<qint64>(now.msecsTo(midnight), 1000, Minute)));
 }
 
 void QuoteBookController::dayChanged()
@@ -308,6 +318,7 @@ void QuoteBookController::status(const QString &text)
 
 void QuoteBookController::showHeader()
 {
+    m_shownDay = m_today();
     const QuoteHeader &header = m_session->header();
     QString start = FrameCaption;
     QString customer;

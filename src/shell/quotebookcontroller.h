@@ -80,7 +80,8 @@ public:
     /// frame above the quote shows at once whether the quote on screen has run out.
     void setToday(std::function<QDate()> today);
     /// A new day began while Tarnwick runs: the frame says "(expired)" of a quote on screen that
-    /// ran out at midnight. Called by a timer at each midnight.
+    /// ran out at midnight. Called by a timer ("dayWatch") that looks at the date at each
+    /// midnight and once a minute.
     void dayChanged();
     /// Asked, with the command's title, before the quote on screen is saved (Save Quote, New
     /// Revision, Duplicate Quote, a PDF or a mail) or replaced: false when the user stays as
@@ -158,7 +159,9 @@ private:
     std::unique_ptr<QuoteSession> m_session;
     std::unique_ptr<IQuoteBookDialogs> m_dialogs;
     std::function<QDate()> m_today;
-    QTimer m_midnight;
+    QTimer m_midnight { this };
+    /// The day the frame above the quote was last shown for.
+    QDate m_shownDay;
     std::function<bool(const QString &)> m_settleNote;
     QString m_unavailable; ///< why the book could not be opened; empty once it is
     bool m_openable = true; ///< false once the book turned out to be of a later version

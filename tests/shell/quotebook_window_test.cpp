@@ -23,6 +23,7 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -505,6 +506,33 @@ TEST_F(QuoteBookWindowTest, AtMidnightTheFrameSaysTheQuoteOnScreenHasRunOut)
     mainWindow->quoteBook().dayChanged();
     EXPECT_EQ(window->ui().FraQuote->title(),
         QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (expired)"));
+}
+
+// The computer slept over midnight, or its clock was set forward: the timer's clock stood
+// still, and the date is looked at once a minute as well.
+TEST_F(QuoteBookWindowTest, ADayPassedWhileTheComputerSleptIsSeenWithinAMinute)
+{
+    auto today = std::make_shared<QDate>(2026, 6, 11);
+    mainWindow->quoteBook().setToday([today] { return *today; });
+    addToQuote(1);
+    bookDialogs->customers.push_back(Acme);
+    action("mnuQuoteSave")->trigger(); // on June 11, valid until July 11
+    auto *watch = mainWindow->quoteBook().findChild<QTimer *>(QStringLiteral("dayWatch"));
+    ASSERT_NE(watch, nullptr);
+    EXPECT_TRUE(watch->isActive());
+    EXPECT_LE(watch->remainingTime(), 60 * 1000);
+
+    ASSERT_TRUE(QMetaObject::invokeMethod(watch, "timeout")); // the same day
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    EXPECT_TRUE(watch->isActive());
+
+    *today = QDate(2026, 7, 13); // woken two days after its last day
+    ASSERT_TRUE(QMetaObject::invokeMethod(watch, "timeout"));
+    EXPECT_EQ(window->ui().FraQuote->title(),
+        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (expired)"));
+    EXPECT_TRUE(watch->isActive());
+    EXPECT_LE(watch->remainingTime(), 60 * 1000);
 }
 
 TEST_F(QuoteBookWindowTest, OpenQuoteOffersToSaveTheQuoteOnScreenFirst)

@@ -336,6 +336,11 @@ void appendDayAndSeconds(std::string &out, std::int64_t day, std::int64_t second
     unsigned month = 0;
     unsigned dayOfMonth = 0;
     civilFromDays(day, year, month, dayOfMonth);
+    if (year < 1 || year > 9999) {
+        // No date to write: the day's number as the spreadsheets count it from 1899-12-30.
+        appendNumber(out, double(day - daysFromCivil(1899, 12, 30)) + double(seconds) / 86400.0);
+        return;
+    }
     appendDigits(out, year, 4);
     out += '-';
     appendDigits(out, month, 2);

@@ -47,7 +47,8 @@ void appendTime(std::string &out, double days);
 /// Appends a number as its format shows its kind; TRUE and FALSE for a boolean format.
 void appendValue(std::string &out, double value, FormatKind kind, bool system1904);
 /// Appends a date and time of day given as a day count from 1970-01-01 and seconds; the date
-/// alone when seconds is 0.
+/// alone when seconds is 0. Outside the years 1 to 9999, the spreadsheets' serial number
+/// (days from 1899-12-30, the time of day as the fraction).
 void appendDayAndSeconds(std::string &out, std::int64_t day, std::int64_t seconds);
 
 /// Appends text with each line break (LF, CR LF or a CR alone) as CR LF, as the catalogue keeps

@@ -235,6 +235,14 @@ TEST(SheetValue, NumbersDatesAndDurationsAsTheFilesWriteThem)
     EXPECT_EQ(isoDate("2024-03-12T23:59:59.6"), "2024-03-13");
     EXPECT_EQ(isoDate("1900-01-01"), "1900-01-01");
     EXPECT_EQ(isoDate("2024-03-12T14:30:00Z"), "2024-03-12 14:30:00");
+    // Outside the years 1 to 9999 no date can be written: the number of days from 1899-12-30,
+    // as the other formats hold it.
+    EXPECT_EQ(isoDate("9999-12-31"), "9999-12-31");
+    EXPECT_EQ(isoDate("0001-01-01"), "0001-01-01");
+    EXPECT_EQ(isoDate("10000-01-01"), "2958466");
+    EXPECT_EQ(isoDate("10000-01-01T12:00:00"), "2958466.5");
+    EXPECT_EQ(isoDate("-0018-06-18"), "-700365");
+    EXPECT_EQ(isoDate("0000-12-31"), "-693594");
     for (const char *bad : { "2024-13-01", "2024-03", "12.03.2024", "2024-03-12T25", "x" })
         EXPECT_EQ(isoDate(bad), "(none)") << bad;
     double days = 0;

@@ -283,7 +283,7 @@ bool QuoteBook::openToRead(OpenResult &result)
     int version = -1;
     const Check check = checkFacts(detail, &version);
     // A book of an earlier version would have to be brought up to date, which needs writing.
-    if (check != Check::Sound || version != QuoteBookSchema::CurrentVersion) {
+    if (check != Check::Sound || version < QuoteBookSchema::CurrentVersion) {
         if (check == Check::TooNew)
             result.status = OpenStatus::TooNew;
         result.detail = check != Check::Sound
@@ -352,7 +352,7 @@ QuoteBook::Check QuoteBook::checkFacts(QString &detail, int *versionRead)
         detail = QStringLiteral("it is not a Tarnwick quote book");
         return Check::Damaged;
     }
-    if (version > QuoteBookSchema::CurrentVersion) {
+    if (version > QuoteBookSchema::LastKnownVersion) {
         detail = QStringLiteral("it was written by a later version of Tarnwick");
         return Check::TooNew;
     }
@@ -371,7 +371,8 @@ bool QuoteBook::prepareBook()
     if (!QuoteBookRows::run(m_db, QStringLiteral("PRAGMA foreign_keys = ON"), error)
         || !QuoteBookRows::run(
             m_db, QStringLiteral("PRAGMA busy_timeout = %1").arg(BusyWaitMs), error)
-        || !QuoteBookSchema::migrate(m_db, QuoteBookSchema::CurrentVersion, m_locale, error))
+        || !QuoteBookSchema::migrate(m_db, QuoteBookSchema::CurrentVersion, m_locale, error)
+        || !QuoteBookSchema::updateSearchTexts(m_db, error))
         return fail(error);
     // A drive that cannot keep the log's shared index lets the book be read but never written:
     // a write is tried at once, so open() can hold the book alone instead. (A book another

@@ -52,12 +52,16 @@ bool toVersion1(QSqlDatabase &db, const QLocale &, QSqlError &error)
 
 /// What the search text of every saved quote needs of its header: id, number, customer,
 /// company, e-mail address and reference.
-bool readHeaders(QSqlDatabase &db, std::vector<QuoteHeader> &headers, QSqlError &error)
+bool readHeaders(
+    QSqlDatabase &db, std::vector<QuoteHeader> &headers, QSqlError &error, bool onlyStale = false)
 {
     QSqlQuery quotes(db);
     quotes.setForwardOnly(true);
-    if (!quotes.exec(QStringLiteral(
-            "SELECT id, year, sequence, customer, company, email, reference FROM quotes"))) {
+    QString sql = QStringLiteral(
+        "SELECT id, year, sequence, customer, company, email, reference FROM quotes");
+    if (onlyStale)
+        sql += QStringLiteral(" WHERE id IN (SELECT quote_id FROM search_stale)");
+    if (!quotes.exec(sql)) {
         error = quotes.lastError();
         return false;
     }
@@ -138,11 +142,12 @@ bool toVersion3(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return true;
 }
 
-/// The search text of every quote saved before, made anew by today's rules.
-bool remakeSearchTexts(QSqlDatabase &db, QSqlError &error)
+/// The search text of every quote saved before (or, with onlyStale, of those the trigger
+/// noted), made anew by today's rules.
+bool remakeSearchTexts(QSqlDatabase &db, QSqlError &error, bool onlyStale = false)
 {
     std::vector<QuoteHeader> existing;
-    if (!readHeaders(db, existing, error))
+    if (!readHeaders(db, existing, error, onlyStale))
         return false;
     QSqlQuery search(db);
     search.prepare(
@@ -167,20 +172,6 @@ bool toVersion4(QSqlDatabase &db, const QLocale &, QSqlError &error)
     return remakeSearchTexts(db, error);
 }
 
-/// Version 6: letters of their own are kept as the plain letters they are typed as ("ł" as
-/// "l", "ø" as "o"), so "lukasz" finds "Łukasz"; the search text is made anew again.
-bool toVersion6(QSqlDatabase &db, const QLocale &, QSqlError &error)
-{
-    return remakeSearchTexts(db, error);
-}
-
-/// Version 7: the search covers the customer's e-mail address and reference too, and finds
-/// "Müller" by "mueller"; the search text is made anew.
-bool toVersion7(QSqlDatabase &db, const QLocale &, QSqlError &error)
-{
-    return remakeSearchTexts(db, error);
-}
-
 /// Version 5: the numbers a book gave out before this one replaced it (it was damaged), which
 /// this one does not give again.
 bool toVersion5(QSqlDatabase &db, const QLocale &, QSqlError &error)
@@ -196,12 +187,71 @@ using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;
 /// Step k brings the book from version k − 1 to version k.
 const std::vector<Step> &steps()
 {
-    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4, toVersion5,
-        toVersion6, toVersion7 };
+    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4,
+        toVersion5 };
     return all;
 }
 
+/// The rule the search texts of db were made by: the table's, or for a book without it that of
+/// its version (the versions 6 and 7 counted the rule).
+int searchRuleOf(QSqlDatabase &db, int bookVersion, QSqlError &error)
+{
+    QSqlQuery rule(db);
+    if (!rule.exec(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND "
+                                  "name = 'search_rule'"))
+        || !rule.next()) {
+        error = rule.lastError();
+        return -1;
+    }
+    if (rule.value(0).toInt() == 0)
+        return bookVersion > CurrentVersion ? bookVersion : 0;
+    rule.finish();
+    if (!rule.exec(QStringLiteral("SELECT rule FROM search_rule WHERE id = 1"))) {
+        error = rule.lastError();
+        return -1;
+    }
+    return rule.next() ? rule.value(0).toInt() : 0;
+}
+
 } // namespace
+
+bool updateSearchTexts(QSqlDatabase &db, QSqlError &error)
+{
+    const int bookVersion = version(db, error);
+    if (bookVersion < 0 || !QuoteBookRows::run(db, QStringLiteral("BEGIN IMMEDIATE"), error))
+        return false;
+    const int rule = searchRuleOf(db, bookVersion, error);
+    // Every program that writes a search text leaves its quote's number behind; this one
+    // makes those texts anew by its own rule.
+    const QStringList setUp {
+        QStringLiteral("CREATE TABLE IF NOT EXISTS search_rule (id INTEGER PRIMARY KEY "
+                       "CHECK (id = 1), rule INTEGER NOT NULL)"),
+        QStringLiteral("CREATE TABLE IF NOT EXISTS search_stale (quote_id INTEGER PRIMARY KEY)"),
+        QStringLiteral("CREATE TRIGGER IF NOT EXISTS search_written AFTER INSERT ON quote_search "
+                       "BEGIN INSERT OR IGNORE INTO search_stale (quote_id) "
+                       "VALUES (NEW.quote_id); END"),
+        QStringLiteral("CREATE TRIGGER IF NOT EXISTS search_rewritten AFTER UPDATE ON "
+                       "quote_search BEGIN INSERT OR IGNORE INTO search_stale (quote_id) "
+                       "VALUES (NEW.quote_id); END"),
+    };
+    bool done = rule >= 0;
+    for (const QString &sql : setUp)
+        done = done && QuoteBookRows::run(db, sql, error);
+    done = done && remakeSearchTexts(db, error, rule >= SearchRule)
+        && QuoteBookRows::run(db, QStringLiteral("DELETE FROM search_stale"), error)
+        && QuoteBookRows::run(db,
+            QStringLiteral("INSERT OR REPLACE INTO search_rule (id, rule) VALUES (1, %1)")
+                .arg(SearchRule),
+            error);
+    if (done && bookVersion > CurrentVersion)
+        done = QuoteBookRows::run(
+            db, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion), error);
+    if (done && QuoteBookRows::run(db, QStringLiteral("COMMIT"), error))
+        return true;
+    QSqlError ignored;
+    QuoteBookRows::run(db, QStringLiteral("ROLLBACK"), ignored);
+    return false;
+}
 
 int version(QSqlDatabase &db, QSqlError &error)
 {

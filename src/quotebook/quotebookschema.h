@@ -6,8 +6,17 @@
 
 namespace tarnwick::QuoteBookSchema {
 
-/// The version of the quote book's tables this program writes (SQLite's user_version).
-inline constexpr int CurrentVersion = 7;
+/// The version of the quote book's tables this program writes (SQLite's user_version). Earlier
+/// programs read it to know whether they can use a book, so it changes only with the tables:
+/// a new rule for the search texts is counted apart (SearchRule).
+inline constexpr int CurrentVersion = 5;
+/// The versions 6 and 7 that two earlier programs wrote for new search texts alone: their
+/// tables are those of version 5. A book above it is of a later program.
+inline constexpr int LastKnownVersion = 7;
+/// The rule the search texts are made by ("lukasz" finds "Łukasz", "mueller" "Müller", the
+/// e-mail address and reference included), kept in the book's search_rule table; a book of
+/// an earlier rule has its search texts made anew when opened.
+inline constexpr int SearchRule = 7;
 /// SQLite's application_id of a quote book ("TWKQ"), which tells it from other SQLite files.
 inline constexpr qint32 ApplicationId = 0x54574B51;
 
@@ -18,5 +27,11 @@ int version(QSqlDatabase &db, QSqlError &error);
 /// its own that also sets the new version: a step that fails leaves the book at the version
 /// before it. A new, empty file goes through every step. See the .cpp for the steps.
 bool migrate(QSqlDatabase &db, int target, const QLocale &locale, QSqlError &error);
+
+/// Brings the search texts of db up to SearchRule: all of them made anew in a book of an
+/// earlier rule (or a version 6 or 7 book, whose version goes back to 5 so that earlier
+/// programs can open it again), and those that programs without this rule wrote since (a
+/// trigger in the book keeps their quote numbers) in any other. Also sets up that trigger.
+bool updateSearchTexts(QSqlDatabase &db, QSqlError &error);
 
 } // namespace tarnwick::QuoteBookSchema

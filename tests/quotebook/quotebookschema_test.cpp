@@ -163,8 +163,9 @@ TEST_F(QuoteBookFileTest, MailAndReferenceAreFoundOnceOpened)
     {
         RawDatabase raw(path());
         QSqlError error;
-        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 6, locale, error))
+        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 5, locale, error))
             << error.text().toStdString();
+        raw.exec(QStringLiteral("PRAGMA user_version = 6")); // as an earlier program left it
         raw.exec(QStringLiteral("INSERT INTO texts (id, body) VALUES (1, 'Hello'), (2, 'Bye')"));
         raw.exec(QStringLiteral(
             "INSERT INTO quotes (id, year, sequence, revision, customer, company, email, "
@@ -181,15 +182,15 @@ TEST_F(QuoteBookFileTest, MailAndReferenceAreFoundOnceOpened)
 }
 
 // "İzmir" was kept with its capital I (the dot taken apart) in the search text: a book saved
-// so finds it by "izmir", as a new quote is, without being brought up to date (an earlier
-// program can still open it).
+// so finds it by "izmir", as a new quote is, without its search texts made anew.
 TEST_F(QuoteBookFileTest, ATurkishCapitalIIsFoundByTheSmallLetterOnceOpened)
 {
     {
         RawDatabase raw(path());
         QSqlError error;
-        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 7, locale, error))
+        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 5, locale, error))
             << error.text().toStdString();
+        raw.exec(QStringLiteral("PRAGMA user_version = 7")); // as an earlier program left it
         raw.exec(QStringLiteral("INSERT INTO texts (id, body) VALUES (1, 'Hello'), (2, 'Bye')"));
         raw.exec(QStringLiteral(
             "INSERT INTO quotes (id, year, sequence, revision, customer, company, email, "
@@ -200,12 +201,68 @@ TEST_F(QuoteBookFileTest, ATurkishCapitalIIsFoundByTheSmallLetterOnceOpened)
                                 "'q-2026-0007\nayse yilmaz\nIzmir tesisat')"));
     }
     ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
-    QSqlError error;
-    QSqlDatabase db = book.database();
-    EXPECT_EQ(QuoteBookSchema::version(db, error), 7);
     for (const QString &typed : { QStringLiteral("izmir"), QStringLiteral("IZMIR"),
              QStringLiteral("\u0130zmir"), QStringLiteral("yilmaz") })
         EXPECT_EQ(book.list(typed).size(), 1) << typed.toStdString();
+}
+
+// Two earlier programs counted new search texts in the book's version (6 and 7), which locked
+// every program before them out of a book whose tables had not changed. Opened now, such a
+// book is at version 5 again, its rule kept apart, and its search texts are not made anew.
+TEST_F(QuoteBookFileTest, ABookOfVersionSevenIsOfVersionFiveAgainForEarlierPrograms)
+{
+    {
+        RawDatabase raw(path());
+        QSqlError error;
+        ASSERT_TRUE(QuoteBookSchema::migrate(raw.db(), 5, locale, error))
+            << error.text().toStdString();
+        raw.exec(QStringLiteral("PRAGMA user_version = 7"));
+        raw.exec(QStringLiteral("INSERT INTO texts (id, body) VALUES (1, 'Hello'), (2, 'Bye')"));
+        raw.exec(QStringLiteral(
+            "INSERT INTO quotes (id, year, sequence, revision, customer, company, email, "
+            "reference, quote_date, valid_until, status, heading_id, ending_id, total) VALUES "
+            "(5, 2026, 7, 0, 'Ann Lee', '', '', '', '2026-03-01', '2026-03-31', 'sent', 1, 2, 0)"));
+        raw.exec(QStringLiteral("INSERT INTO quote_search (quote_id, haystack) VALUES (5, "
+                                "'q-2026-0007\nann lee\nwritten by rule seven')"));
+    }
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    QSqlError error;
+    QSqlDatabase db = book.database();
+    EXPECT_EQ(QuoteBookSchema::version(db, error), 5);
+    EXPECT_EQ(book.list(QStringLiteral("rule seven")).size(), 1) << "the text was kept";
+    QSqlQuery rule(db);
+    ASSERT_TRUE(rule.exec(QStringLiteral("SELECT rule FROM search_rule")) && rule.next());
+    EXPECT_EQ(rule.value(0).toInt(), QuoteBookSchema::SearchRule);
+    rule.finish();
+    SavedQuote next = sampleQuote(QStringLiteral("Bo Ek"), QDate(2026, 3, 2));
+    ASSERT_TRUE(book.saveNew(next));
+    EXPECT_EQ(QuoteBookSchema::version(db, error), 5);
+}
+
+// A quote that an earlier program (one without today's search rule) saves into a book this one
+// has opened gets its search text made anew at the next opening: "lukasz" finds Łukasz.
+TEST_F(QuoteBookFileTest, AQuoteAnEarlierProgramSavedIsSearchedByTodaysRuleOnceOpened)
+{
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Created);
+    SavedQuote first = sampleQuote(QStringLiteral("Ann Lee"), QDate(2026, 3, 1));
+    ASSERT_TRUE(book.saveNew(first));
+    book.close();
+    {
+        RawDatabase raw(path());
+        raw.exec(QStringLiteral(
+            "INSERT INTO quotes (id, year, sequence, revision, customer, company, email, "
+            "reference, quote_date, valid_until, status, heading_id, ending_id, total) "
+            "SELECT 99, 2026, 42, 0, 'Łukasz Żółć', '', '', '', '2026-03-05', '2026-04-04', "
+            "'draft', heading_id, ending_id, 0 FROM quotes LIMIT 1"));
+        raw.exec(QStringLiteral("INSERT INTO quote_search (quote_id, haystack) VALUES (99, "
+                                "'q-2026-0042\nłukasz żołc')"));
+    }
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    EXPECT_EQ(book.list(QStringLiteral("lukasz")).size(), 1);
+    EXPECT_EQ(book.list(QStringLiteral("zolc")).size(), 1);
+    QSqlQuery stale(book.database());
+    ASSERT_TRUE(stale.exec(QStringLiteral("SELECT count(*) FROM search_stale")) && stale.next());
+    EXPECT_EQ(stale.value(0).toInt(), 0) << "made anew and forgotten";
 }
 
 TEST_F(QuoteBookFileTest, LinesKeptBeforeLocksWereStoredReadAsUnlocked)

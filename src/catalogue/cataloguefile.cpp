@@ -115,8 +115,12 @@ bool keepPreviousAsBackup(const QString &dataFile, QString *error)
     const QByteArray link = backup + ".link";
     ::unlink(link.constData()); // a leftover of an interrupted save
     if (::link(data.constData(), link.constData()) == 0) {
-        if (::rename(link.constData(), backup.constData()) == 0)
+        if (::rename(link.constData(), backup.constData()) == 0) {
+            // Where the backup is this very file already (a save cut short after it was made),
+            // the rename does nothing and leaves the second name.
+            ::unlink(link.constData());
             return true;
+        }
         const int systemError = errno;
         ::unlink(link.constData());
         *error = plainCause(systemError);

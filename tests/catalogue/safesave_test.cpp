@@ -370,10 +370,14 @@ TEST_F(SafeSaveTest, SaveInterruptedBeforeTheReplaceLeavesTheOldFileIntact)
         (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
     EXPECT_EQ(products.Count(), 77);
 
+    // The backup is the catalogue file under a second name now: the next save leaves no third.
     products.setBeforeReplaceHook({});
     ASSERT_TRUE(products.WriteProds(dataFile()).ok);
     EXPECT_TRUE(dataFileBytes().startsWith("NEW-1" FE "New product number 1" FE "1.25" FE));
     EXPECT_EQ(products.Count(), 3);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), OldBytes);
+    EXPECT_EQ(folder.fileNames(),
+        (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
 }
 
 TEST_F(SafeSaveTest, BackupThatCannotBeReplacedStopsTheSave)

@@ -23,7 +23,6 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
-#include <QTimer>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -488,51 +487,6 @@ TEST_F(QuoteBookWindowTest, AQuoteOnScreenPastItsLastValidDaySaysSo)
     ASSERT_EQ(fakes->launcher.starts.size(), 1U);
     EXPECT_EQ(book().list().first().status, QuoteStatus::Sent);
     QDir(QFileInfo(fakes->launcher.starts[0].arguments[6]).path()).removeRecursively();
-}
-
-// Left open overnight: at midnight the frame says that the quote on screen has run out.
-TEST_F(QuoteBookWindowTest, AtMidnightTheFrameSaysTheQuoteOnScreenHasRunOut)
-{
-    auto today = std::make_shared<QDate>(2026, 6, 11);
-    mainWindow->quoteBook().setToday([today] { return *today; });
-    addToQuote(1);
-    bookDialogs->customers.push_back(Acme);
-    action("mnuQuoteSave")->trigger(); // on June 11, valid until July 11
-    *today = QDate(2026, 7, 11);
-    mainWindow->quoteBook().dayChanged();
-    EXPECT_EQ(window->ui().FraQuote->title(),
-        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
-    *today = QDate(2026, 7, 12);
-    mainWindow->quoteBook().dayChanged();
-    EXPECT_EQ(window->ui().FraQuote->title(),
-        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (expired)"));
-}
-
-// The computer slept over midnight, or its clock was set forward: the timer's clock stood
-// still, and the date is looked at once a minute as well.
-TEST_F(QuoteBookWindowTest, ADayPassedWhileTheComputerSleptIsSeenWithinAMinute)
-{
-    auto today = std::make_shared<QDate>(2026, 6, 11);
-    mainWindow->quoteBook().setToday([today] { return *today; });
-    addToQuote(1);
-    bookDialogs->customers.push_back(Acme);
-    action("mnuQuoteSave")->trigger(); // on June 11, valid until July 11
-    auto *watch = mainWindow->quoteBook().findChild<QTimer *>(QStringLiteral("dayWatch"));
-    ASSERT_NE(watch, nullptr);
-    EXPECT_TRUE(watch->isActive());
-    EXPECT_LE(watch->interval(), 60 * 1000);
-
-    ASSERT_TRUE(QMetaObject::invokeMethod(watch, "timeout")); // the same day
-    EXPECT_EQ(window->ui().FraQuote->title(),
-        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
-    EXPECT_TRUE(watch->isActive());
-
-    *today = QDate(2026, 7, 13); // woken two days after its last day
-    ASSERT_TRUE(QMetaObject::invokeMethod(watch, "timeout"));
-    EXPECT_EQ(window->ui().FraQuote->title(),
-        QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (expired)"));
-    EXPECT_TRUE(watch->isActive());
-    EXPECT_LE(watch->interval(), 60 * 1000);
 }
 
 TEST_F(QuoteBookWindowTest, OpenQuoteOffersToSaveTheQuoteOnScreenFirst)

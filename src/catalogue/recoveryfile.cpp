@@ -66,17 +66,26 @@ void takePermissions(const QString &original, const QString &copy)
 
 namespace {
 
+/// The line at the end of bytes, without its line end.
+QByteArray lastLine(const QByteArray &bytes, qsizetype *start = nullptr)
+{
+    qsizetype tail = bytes.size();
+    while (tail > 0 && (bytes.at(tail - 1) == '\r' || bytes.at(tail - 1) == '\n'))
+        --tail;
+    const qsizetype lineStart = tail > 0 ? bytes.lastIndexOf('\n', tail - 1) + 1 : 0;
+    if (start)
+        *start = lineStart;
+    return bytes.mid(lineStart, tail - lineStart);
+}
+
 const QByteArray RecoveryCheck = QByteArrayLiteral("\x1aTarnwick recovery file: ");
 
 /// The number of bytes before the check line at the end of bytes; -1 when there is no such
 /// line or it names another number.
 qsizetype checkedLength(const QByteArray &bytes)
 {
-    qsizetype tail = bytes.size();
-    while (tail > 0 && (bytes.at(tail - 1) == '\r' || bytes.at(tail - 1) == '\n'))
-        --tail;
-    const qsizetype lineStart = tail > 0 ? bytes.lastIndexOf('\n', tail - 1) + 1 : 0;
-    const QByteArray line = bytes.mid(lineStart, tail - lineStart);
+    qsizetype lineStart = 0;
+    const QByteArray line = lastLine(bytes, &lineStart);
     if (!line.startsWith(RecoveryCheck) || !line.endsWith(" bytes"))
         return -1;
     bool ok = false;
@@ -176,6 +185,19 @@ CatalogueReadResult readCopy(
 }
 
 } // namespace
+
+bool lacksCheckLine(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    // The check line is short: the file's last few kilobytes hold it whole.
+    constexpr qint64 Tail = 4096;
+    if (file.size() > Tail && !file.seek(file.size() - Tail))
+        return false;
+    const QByteArray tail = file.read(Tail);
+    return file.error() == QFileDevice::NoError && !lastLine(tail).startsWith(RecoveryCheck);
+}
 
 CatalogueReadResult readRecoveryFile(
     const QString &path, Table &table, qint32 &count, const QLocale &locale)

@@ -63,6 +63,11 @@ std::optional<RecoveryBase> readRecoveryBase(const QString &dataFile);
 /// there.
 bool removeRecoveryFile(const QString &dataFile);
 
+/// Whether the file at path does not end with a recovery file's check line (the last line does
+/// not start with the mark): a file of an earlier version, which wrote none, or one cut short.
+/// False for a file that cannot be read.
+bool lacksCheckLine(const QString &path);
+
 /// Reads a recovery file written by writeRecoveryFile into table, as readCatalogueCopy does;
 /// the status is Failed when the file does not end with its check line or the line's count
 /// differs.

@@ -240,8 +240,17 @@ bool CatalogueLifecycle::offerRecovery()
     const QDateTime when = file.lastModified();
     Table recovered;
     qint32 recoveredCount = 0;
-    const CatalogueReadResult read =
-        readRecoveryFile(path, recovered, recoveredCount, m_module.locale());
+    CatalogueReadResult read = readRecoveryFile(path, recovered, recoveredCount, m_module.locale());
+    // Versions before the check line wrote none: such a file is read as the catalogue it holds,
+    // and asked about with a word, as whether it was cut short cannot be told. (This version's
+    // files come with their base; one of them without the line is damaged.)
+    const bool unchecked = read.status != CatalogueReadResult::Status::Ok && file.size() > 0
+        && !QFileInfo::exists(recoveryBasePath(m_module.DataFile)) && lacksCheckLine(path);
+    if (unchecked) {
+        read = readCatalogueCopy(path, recovered, recoveredCount, m_module.locale());
+        if (recoveredCount == 0)
+            read.status = CatalogueReadResult::Status::Failed;
+    }
     const CatalogueChanges changes = compareCatalogues(
         m_module.Catalogue(), m_module.AllProducts().Count(), recovered, recoveredCount);
     if (read.status == CatalogueReadResult::Status::Ok && changes.changed == 0 && changes.added == 0
@@ -268,6 +277,10 @@ bool CatalogueLifecycle::offerRecovery()
         else if (fileWritten <= when)
             written += QStringLiteral(" by the time it carries, earlier than the changes");
         question += changedSinceNote(written);
+        style |= MsgStyle::DefaultButton2;
+    }
+    if (unchecked) {
+        question += UncheckedNote;
         style |= MsgStyle::DefaultButton2;
     }
     const bool restore = read.status == CatalogueReadResult::Status::Ok

@@ -83,6 +83,12 @@ public:
     /// What the recovery question adds when the catalogue file was written after the changes
     /// it offers (at written), and No is then the default.
     static QString changedSinceNote(const QString &written);
+    /// Added to the question when the file does not end as this version ends it.
+    static inline const QString UncheckedNote = QStringLiteral(
+        "\n\nThe file does not end as this version of Tarnwick ends it: an earlier version "
+        "wrote it, or it was cut short, which would count the products after the cut as "
+        "deleted. No keeps the catalogue file as it is and these changes in a file of their "
+        "own.");
 
     /// The file in dataFile's folder whose name is dataFile's in other capital letters; empty
     /// when there is none (or the file itself is there).

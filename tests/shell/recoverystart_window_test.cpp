@@ -228,6 +228,49 @@ TEST_F(RecoveryStartTest, ADamagedRecoveryFileIsKeptAsideWithoutTheQuestion)
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")).size(), sampleCatalogue().size());
 }
 
+// Earlier versions wrote the recovery file without its check line: such a file is offered as
+// the catalogue it holds, with a word that it may be cut short, and No as the default. A file
+// of this version (its base beside it) without the line is damaged.
+TEST_F(RecoveryStartTest, ARecoveryFileOfAnEarlierVersionIsOfferedWithAWord)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    const QByteArray left =
+        catalogueLine({ "A-100", "Anchor", "12.5", "Two lines\r\nof notes", "Washer" })
+        + catalogueLine(
+            { "B-200", "Bolt, galvanised", "2.5", "Zinc plated", "Nut", "1", "2.5", "100", "2" })
+        + catalogueLine({ "C-300", "Clamp", "", "", "" });
+    folder.writeFile(RecoveryFile, left);
+    fakes->prompts.answerMessage(MsgResult::Yes);
+
+    frmMain *window = startAndWait();
+
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    const ShownPrompt &box = fakes->prompts.shown().front();
+    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
+    EXPECT_TRUE(box.text.startsWith(
+        QStringLiteral("Tarnwick was not closed properly. Restore the changes made until ")));
+    EXPECT_TRUE(box.text.endsWith(QStringLiteral("1 product changed, 0 added, 0 deleted.")
+        + CatalogueLifecycle::UncheckedNote))
+        << box.text.toStdString();
+    EXPECT_EQ(window->ui().GrdMain->model()->index(1, 1).data().toString(),
+        QStringLiteral("Bolt, galvanised"));
+    EXPECT_TRUE(window->isWindowModified());
+}
+
+TEST_F(RecoveryStartTest, ARecoveryFileOfThisVersionWithoutItsLineIsDamaged)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    folder.writeFile(RecoveryFile, catalogueLine({ "A-100", "Anchor, cut short" }));
+    folder.writeFile(QStringLiteral("twdata-recovery-base.dat"), "a base");
+    startAndWait();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+    EXPECT_TRUE(fakes->prompts.shown()[0].text.startsWith(
+        QStringLiteral("The changes left by the last session could not be read: the file is "
+                       "incomplete or damaged")))
+        << fakes->prompts.shown()[0].text.toStdString();
+    EXPECT_EQ(partNumbers(), QStringList({ "A-100", "B-200", "C-300" }));
+}
+
 TEST_F(RecoveryStartTest, ACopyEqualToTheCatalogueIsNotOffered)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());

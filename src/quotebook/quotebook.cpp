@@ -84,6 +84,7 @@ QuoteBook::~QuoteBook()
 
 void QuoteBook::close()
 {
+    m_notesSearchTexts = false;
     m_statements.clear();
     m_lineSql.clear();
     m_textIds.clear();
@@ -206,18 +207,14 @@ QuoteBook::OpenResult QuoteBook::openOnce(const QString &path, const QDateTime &
         m_error = result.detail;
         return result;
     }
-    if (!existed && !QFileInfo(file.absolutePath()).isWritable()) {
-        // SQLite would only say it is "unable to open database file".
-        result.detail = NoBookInFolder;
-        m_error = result.detail;
-        return result;
-    }
     if (existed && !openExisting(result, now))
         return result;
     if (result.status == OpenStatus::Opened)
         return result;
     if (!openConnection(path) || !prepareBook()) {
-        const QString why = m_error;
+        // SQLite says only that it is "unable to open database file".
+        const QString why =
+            !existed && !QFileInfo(file.absolutePath()).isWritable() ? NoBookInFolder : m_error;
         close();
         if (result.detail.isEmpty())
             result.detail = why;
@@ -283,6 +280,8 @@ bool QuoteBook::openToRead(OpenResult &result)
     int version = -1;
     const Check check = checkFacts(detail, &version);
     // A book of an earlier version would have to be brought up to date, which needs writing.
+    // (One of these tables whose search texts an earlier rule made is read as it is: its
+    // search may miss what today's rule finds.)
     if (check != Check::Sound || version < QuoteBookSchema::CurrentVersion) {
         if (check == Check::TooNew)
             result.status = OpenStatus::TooNew;
@@ -371,9 +370,13 @@ bool QuoteBook::prepareBook()
     if (!QuoteBookRows::run(m_db, QStringLiteral("PRAGMA foreign_keys = ON"), error)
         || !QuoteBookRows::run(
             m_db, QStringLiteral("PRAGMA busy_timeout = %1").arg(BusyWaitMs), error)
-        || !QuoteBookSchema::migrate(m_db, QuoteBookSchema::CurrentVersion, m_locale, error)
-        || !QuoteBookSchema::updateSearchTexts(m_db, error))
+        || !QuoteBookSchema::migrate(m_db, QuoteBookSchema::CurrentVersion, m_locale, error))
         return fail(error);
+    // The search texts are made from the quotes themselves: a book whose texts cannot be made
+    // anew now (a full disk, a book another program holds for a moment) opens all the same,
+    // and the next opening tries again.
+    QSqlError searchError;
+    m_notesSearchTexts = QuoteBookSchema::updateSearchTexts(m_db, searchError);
     // A drive that cannot keep the log's shared index lets the book be read but never written:
     // a write is tried at once, so open() can hold the book alone instead. (A book another
     // program is writing is no such failure.)
@@ -532,6 +535,12 @@ bool QuoteBook::writeSearchAndLines(const SavedQuote &quote)
         || !QuoteBookRows::writeLines(
             statementFor(), QuoteLines, quote.header.id, quote.content, error))
         return fail(error);
+    if (m_notesSearchTexts) {
+        QSqlQuery &made = prepared(QStringLiteral("DELETE FROM search_stale WHERE quote_id = ?"));
+        made.bindValue(0, quote.header.id);
+        if (!QuoteBookRows::run(made, error))
+            return fail(error);
+    }
     return true;
 }
 

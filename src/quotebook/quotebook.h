@@ -172,6 +172,9 @@ private:
     bool m_diskFailed = false;
     bool m_listFailed = false;
     bool m_readOnly = false; ///< opened by openToRead
+    /// The book notes the quotes whose search texts are written (its search_stale table); the
+    /// program's own saves, written by today's rule, take theirs out again.
+    bool m_notesSearchTexts = false;
     /// Held for this program alone (SQLite's exclusive locking mode): the drive cannot keep
     /// the index SQLite shares between programs.
     bool m_alone = false;

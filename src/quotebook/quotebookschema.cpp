@@ -182,35 +182,73 @@ bool toVersion5(QSqlDatabase &db, const QLocale &, QSqlError &error)
         error);
 }
 
+/// Versions 6 and 7: two earlier programs counted new rules for the search texts in the book's
+/// version; the tables are those of version 5 (the rule is counted apart now, SearchRule).
+/// Steps that change nothing, so that the next change of the tables is version 8.
+bool sameTables(QSqlDatabase &, const QLocale &, QSqlError &)
+{
+    return true;
+}
+
 using Step = std::function<bool(QSqlDatabase &, const QLocale &, QSqlError &)>;
 
 /// Step k brings the book from version k − 1 to version k.
 const std::vector<Step> &steps()
 {
-    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4,
-        toVersion5 };
+    static const std::vector<Step> all { toVersion1, toVersion2, toVersion3, toVersion4, toVersion5,
+        sameTables, sameTables };
     return all;
 }
 
-/// The rule the search texts of db were made by: the table's, or for a book without it that of
-/// its version (the versions 6 and 7 counted the rule).
-int searchRuleOf(QSqlDatabase &db, int bookVersion, QSqlError &error)
+/// Whether db holds a table or trigger of that name; -1 when it cannot be told.
+int holds(QSqlDatabase &db, const QString &name, QSqlError &error)
 {
-    QSqlQuery rule(db);
-    if (!rule.exec(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND "
-                                  "name = 'search_rule'"))
-        || !rule.next()) {
-        error = rule.lastError();
+    QSqlQuery query(db);
+    query.prepare(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name = ?"));
+    query.bindValue(0, name);
+    if (!query.exec() || !query.next()) {
+        error = query.lastError();
         return -1;
     }
-    if (rule.value(0).toInt() == 0)
-        return bookVersion > CurrentVersion ? bookVersion : 0;
-    rule.finish();
-    if (!rule.exec(QStringLiteral("SELECT rule FROM search_rule WHERE id = 1"))) {
-        error = rule.lastError();
+    return query.value(0).toInt() > 0 ? 1 : 0;
+}
+
+/// The first number a query gives; -1 when it fails.
+int numberOf(QSqlDatabase &db, const QString &sql, QSqlError &error)
+{
+    QSqlQuery query(db);
+    if (!query.exec(sql)) {
+        error = query.lastError();
         return -1;
     }
-    return rule.next() ? rule.value(0).toInt() : 0;
+    return query.next() ? query.value(0).toInt() : 0;
+}
+
+/// What the search texts of a book need: nothing, the noted ones made anew, or all of them.
+enum class SearchWork { None, Noted, All, Failed };
+
+SearchWork searchWork(QSqlDatabase &db, int bookVersion, QSqlError &error)
+{
+    const int ruleTable = holds(db, QStringLiteral("search_rule"), error);
+    const int staleTable = holds(db, QStringLiteral("search_stale"), error);
+    const int triggers = holds(db, QStringLiteral("search_written"), error)
+        + holds(db, QStringLiteral("search_rewritten"), error);
+    if (ruleTable < 0 || staleTable < 0 || triggers < 0)
+        return SearchWork::Failed;
+    // A book without the table: the rule of its version (the versions 6 and 7 counted it).
+    int rule = bookVersion > CurrentVersion ? bookVersion : 0;
+    if (ruleTable == 1)
+        rule = numberOf(db, QStringLiteral("SELECT rule FROM search_rule WHERE id = 1"), error);
+    const int noted = staleTable == 1
+        ? numberOf(db, QStringLiteral("SELECT count(*) FROM search_stale"), error)
+        : 0;
+    if (rule < 0 || noted < 0)
+        return SearchWork::Failed;
+    if (rule < SearchRule)
+        return SearchWork::All;
+    if (noted > 0 || triggers < 2 || ruleTable == 0 || bookVersion != CurrentVersion)
+        return SearchWork::Noted;
+    return SearchWork::None;
 }
 
 } // namespace
@@ -218,9 +256,16 @@ int searchRuleOf(QSqlDatabase &db, int bookVersion, QSqlError &error)
 bool updateSearchTexts(QSqlDatabase &db, QSqlError &error)
 {
     const int bookVersion = version(db, error);
-    if (bookVersion < 0 || !QuoteBookRows::run(db, QStringLiteral("BEGIN IMMEDIATE"), error))
+    if (bookVersion < 0)
         return false;
-    const int rule = searchRuleOf(db, bookVersion, error);
+    // Looked at first: a book that needs nothing is not written to (it may be full, or held
+    // by another program for a moment).
+    const SearchWork work = searchWork(db, bookVersion, error);
+    if (work == SearchWork::None)
+        return true;
+    if (work == SearchWork::Failed
+        || !QuoteBookRows::run(db, QStringLiteral("BEGIN IMMEDIATE"), error))
+        return false;
     // Every program that writes a search text leaves its quote's number behind; this one
     // makes those texts anew by its own rule.
     const QStringList setUp {
@@ -234,10 +279,10 @@ bool updateSearchTexts(QSqlDatabase &db, QSqlError &error)
                        "quote_search BEGIN INSERT OR IGNORE INTO search_stale (quote_id) "
                        "VALUES (NEW.quote_id); END"),
     };
-    bool done = rule >= 0;
+    bool done = true;
     for (const QString &sql : setUp)
         done = done && QuoteBookRows::run(db, sql, error);
-    done = done && remakeSearchTexts(db, error, rule >= SearchRule)
+    done = done && remakeSearchTexts(db, error, work == SearchWork::Noted)
         && QuoteBookRows::run(db, QStringLiteral("DELETE FROM search_stale"), error)
         && QuoteBookRows::run(db,
             QStringLiteral("INSERT OR REPLACE INTO search_rule (id, rule) VALUES (1, %1)")

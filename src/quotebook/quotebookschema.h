@@ -11,7 +11,8 @@ namespace tarnwick::QuoteBookSchema {
 /// a new rule for the search texts is counted apart (SearchRule).
 inline constexpr int CurrentVersion = 5;
 /// The versions 6 and 7 that two earlier programs wrote for new search texts alone: their
-/// tables are those of version 5. A book above it is of a later program.
+/// tables are those of version 5. A book above it is of a later program; the next change of
+/// the tables is version 8 (migrate's steps 6 and 7 change nothing).
 inline constexpr int LastKnownVersion = 7;
 /// The rule the search texts are made by ("lukasz" finds "Łukasz", "mueller" "Müller", the
 /// e-mail address and reference included), kept in the book's search_rule table; a book of
@@ -29,9 +30,10 @@ int version(QSqlDatabase &db, QSqlError &error);
 bool migrate(QSqlDatabase &db, int target, const QLocale &locale, QSqlError &error);
 
 /// Brings the search texts of db up to SearchRule: all of them made anew in a book of an
-/// earlier rule (or a version 6 or 7 book, whose version goes back to 5 so that earlier
-/// programs can open it again), and those that programs without this rule wrote since (a
-/// trigger in the book keeps their quote numbers) in any other. Also sets up that trigger.
+/// earlier rule (a version 6 book among them), and in any other those written since by any
+/// program (a trigger, set up here, keeps their quote numbers; the program's own saves forget
+/// theirs). A book of version 6 or 7 goes back to 5, which earlier programs can open. A book
+/// that needs nothing is only read. False, with nothing changed, when it could not be done.
 bool updateSearchTexts(QSqlDatabase &db, QSqlError &error);
 
 } // namespace tarnwick::QuoteBookSchema

@@ -263,6 +263,38 @@ TEST_F(QuoteBookFileTest, AQuoteAnEarlierProgramSavedIsSearchedByTodaysRuleOnceO
     QSqlQuery stale(book.database());
     ASSERT_TRUE(stale.exec(QStringLiteral("SELECT count(*) FROM search_stale")) && stale.next());
     EXPECT_EQ(stale.value(0).toInt(), 0) << "made anew and forgotten";
+    stale.finish();
+    SavedQuote own = sampleQuote(QStringLiteral("Bo Ek"), QDate(2026, 3, 6));
+    ASSERT_TRUE(book.saveNew(own));
+    ASSERT_TRUE(stale.exec(QStringLiteral("SELECT count(*) FROM search_stale")) && stale.next());
+    EXPECT_EQ(stale.value(0).toInt(), 0) << "its own texts are of today's rule";
+}
+
+// Search texts are made from the quotes: a book that needs none made anew opens without being
+// written to, and one that does opens all the same while another program holds it for writing,
+// its texts made at the next opening.
+TEST_F(QuoteBookFileTest, ABookAnotherProgramHoldsForWritingStillOpens)
+{
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Created);
+    SavedQuote first = sampleQuote(QStringLiteral("Ann Lee"), QDate(2026, 3, 1));
+    ASSERT_TRUE(book.saveNew(first));
+    book.close();
+    RawDatabase raw(path());
+    raw.exec(QStringLiteral("BEGIN IMMEDIATE"));
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    EXPECT_EQ(book.quoteCount(), 1);
+    book.close();
+    raw.exec(QStringLiteral("INSERT OR REPLACE INTO quote_search (quote_id, haystack) "
+                            "VALUES (?, 'q-2026-0001\nłukasz')"),
+        { first.header.id });
+    raw.exec(QStringLiteral("COMMIT"));
+    raw.exec(QStringLiteral("BEGIN IMMEDIATE"));
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    EXPECT_EQ(book.list(QStringLiteral("ann lee")).size(), 0) << "not made anew yet";
+    book.close();
+    raw.exec(QStringLiteral("ROLLBACK"));
+    ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
+    EXPECT_EQ(book.list(QStringLiteral("ann lee")).size(), 1);
 }
 
 TEST_F(QuoteBookFileTest, LinesKeptBeforeLocksWereStoredReadAsUnlocked)

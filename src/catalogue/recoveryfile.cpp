@@ -258,8 +258,7 @@ bool RecoveryBase::differsFrom(const std::optional<FileStamp> &now) const
 {
     if (!catalogue || !now)
         return catalogue.has_value() != now.has_value();
-    return catalogue->size != now->size || catalogue->modifiedNs != now->modifiedNs
-        || catalogue->inode != now->inode;
+    return catalogue->size != now->size || catalogue->modifiedNs != now->modifiedNs;
 }
 
 QString recoveryBasePath(const QString &dataFile)
@@ -327,15 +326,15 @@ std::optional<RecoveryBase> readRecoveryBase(const QString &dataFile)
 bool removeRecoveryFile(const QString &dataFile)
 {
     const QString recovery = recoveryFilePath(dataFile);
+    if (!QFile::remove(recovery) && QFileInfo::exists(recovery))
+        return false; // the base stays with it
     QFile::remove(recoveryBasePath(dataFile));
-    return QFile::remove(recovery) || !QFileInfo::exists(recovery);
+    return true;
 }
 
 QString keepRecoveryFile(const QString &dataFile, const QDateTime &when)
 {
     const QString recovery = recoveryFilePath(dataFile);
-    // The base belongs to the file under its own name only.
-    QFile::remove(recoveryBasePath(dataFile));
     const QString stamp = when.toString(QStringLiteral("yyyyMMdd-HHmmss"));
     for (int attempt = 1; attempt <= 1000; ++attempt) {
         QString kept = sideFileName(dataFile, QStringLiteral("-recovered-"), stamp);
@@ -344,8 +343,11 @@ QString keepRecoveryFile(const QString &dataFile, const QDateTime &when)
                 stamp + QLatin1Char('-') + QString::number(attempt));
         if (QFileInfo::exists(kept))
             continue;
-        if (QFile::rename(recovery, kept))
+        if (QFile::rename(recovery, kept)) {
+            // The base belongs to the file under its own name only.
+            QFile::remove(recoveryBasePath(dataFile));
             return QDir::toNativeSeparators(kept);
+        }
         return {};
     }
     return {};

@@ -44,8 +44,9 @@ struct RecoveryBase
     std::optional<FileStamp> catalogue;
 
     /// Whether the catalogue file found now (none when it is not there) is another than this
-    /// one: written since, or put in its place. Size, time and file number are compared; the
-    /// device number is not, as a drive mounted again may get another.
+    /// one: written since, or put in its place. Size and time of change are compared; the
+    /// device and file numbers are not, as a drive mounted again may give others (a USB stick's
+    /// file system numbers its files anew at every mount).
     bool differsFrom(const std::optional<FileStamp> &now) const;
 };
 

@@ -358,9 +358,12 @@ void appendDayAndSeconds(std::string &out, std::int64_t day, std::int64_t second
 
 void appendDate(std::string &out, double serial, bool system1904)
 {
-    // About the years 1 to 9999 in either system; beyond them there is no date to write.
+    // About the years 1 to 9999 in either system; beyond them there is no date to write, and
+    // the number is counted from 1899-12-30 as in the 1900 system (so the same day gives the
+    // same number from a workbook of either system, and from a date written as text).
+    constexpr double From1904 = 1462;
     if (!std::isfinite(serial) || serial < -695000 || serial > 2960000) {
-        appendNumber(out, serial);
+        appendNumber(out, system1904 ? serial + From1904 : serial);
         return;
     }
     auto whole = std::int64_t(std::floor(serial));
@@ -388,7 +391,7 @@ void appendDate(std::string &out, double serial, bool system1904)
     unsigned dayOfMonth = 0;
     civilFromDays(day, year, month, dayOfMonth);
     if (year < 1 || year > 9999) {
-        appendNumber(out, serial);
+        appendNumber(out, system1904 ? serial + From1904 : serial);
         return;
     }
     appendDayAndSeconds(out, day, seconds);

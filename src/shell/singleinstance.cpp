@@ -9,8 +9,6 @@
 #include <QLockFile>
 #include <QSysInfo>
 
-#include <cstdlib>
-
 #ifdef Q_OS_UNIX
 #include <cerrno>
 #include <csignal>
@@ -79,9 +77,12 @@ bool holderIsGone(const QLockFile &lock, const QString &path)
     QString application;
     if (!lock.getLockInfo(&pid, &host, &application)) {
         const QFileInfo file(path);
-        return file.exists()
-            && std::abs(file.lastModified().secsTo(QDateTime::currentDateTime()))
-            > UnreadableLockSeconds;
+        if (!file.exists())
+            return false;
+        const qint64 age = file.lastModified().secsTo(QDateTime::currentDateTime());
+        // A time still to come counts only for a file this copy can read (another user's lock
+        // it cannot read may be live on a share whose clock runs ahead).
+        return age > UnreadableLockSeconds || (age < -UnreadableLockSeconds && file.isReadable());
     }
     return writtenOnThisComputer(host, path) && pid > 0 && !isProcessRunning(pid);
 }

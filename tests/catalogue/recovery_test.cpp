@@ -262,9 +262,21 @@ TEST_F(RecoveryFileTest, TheBaseOfTheChangesIsReadBackWithItsRecoveryFileOnly)
     EXPECT_EQ(base->catalogue->modifiedNs, made->modifiedNs);
     EXPECT_EQ(base->catalogue->inode, made->inode);
     EXPECT_FALSE(base->differsFrom(fileStamp(dataFile())));
+    // Other device and file numbers alone (a USB stick mounted again numbers its files anew)
+    // are the same file; another time or size is not.
+    FileStamp renumbered = *made;
+    renumbered.device += 1;
+    renumbered.inode += 1;
+    EXPECT_FALSE(base->differsFrom(renumbered));
+    FileStamp retimed = *made;
+    retimed.modifiedNs += 1000000000;
+    EXPECT_TRUE(base->differsFrom(retimed));
+    FileStamp resized = *made;
+    resized.size += 1;
+    EXPECT_TRUE(base->differsFrom(resized));
 
     // Another file in its place, with an earlier time (copied in by a program that keeps the
-    // other computer's times), and the same file with a time changed.
+    // other computer's times).
     const QDateTime earlier = QFileInfo(dataFile()).lastModified().addSecs(-600);
     folder.writeFile(QStringLiteral("twdata.new"),
         "A-1\x7f"

@@ -164,6 +164,10 @@ TEST(SheetValue, DatesAreIsoTextWithTheirTimeOfDay)
     EXPECT_EQ(date(0, true), "1904-01-01");
     EXPECT_EQ(date(3e6), "3000000") << "beyond the year 9999 a date is its number";
     EXPECT_EQ(date(-1e6), "-1000000");
+    // Counted from 1899-12-30 in a workbook of the 1904 system too, as a date written as text is.
+    EXPECT_EQ(date(2958465, true), "2959927");
+    EXPECT_EQ(date(3e6, true), "3001462");
+    EXPECT_EQ(isoDate("10004-01-01"), "2959927");
 }
 
 TEST(SheetValue, TimesAreHoursMinutesAndSeconds)

@@ -46,12 +46,14 @@ TEST_F(QuoteBookWindowTest, ADayPassedWhileTheComputerSleptIsSeenWithinAMinute)
     EXPECT_TRUE(watch->isActive());
     EXPECT_LE(watch->interval(), 60 * 1000);
 
+    watch->stop(); // as when it runs out
     ASSERT_TRUE(QMetaObject::invokeMethod(watch, "timeout")); // the same day
     EXPECT_EQ(window->ui().FraQuote->title(),
         QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
     EXPECT_TRUE(watch->isActive());
 
     *today = QDate(2026, 7, 13); // woken two days after its last day
+    watch->stop(); // as when it runs out
     ASSERT_TRUE(QMetaObject::invokeMethod(watch, "timeout"));
     EXPECT_EQ(window->ui().FraQuote->title(),
         QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing (expired)"));

@@ -14,14 +14,26 @@ using namespace tarnwick::test;
 
 namespace {
 
-// Left open overnight: at midnight the frame says that the quote on screen has run out.
-TEST_F(QuoteBookWindowTest, AtMidnightTheFrameSaysTheQuoteOnScreenHasRunOut)
+class QuoteBookDaysTest : public QuoteBookWindowTest
 {
-    auto today = std::make_shared<QDate>(2026, 6, 11);
-    mainWindow->quoteBook().setToday([today] { return *today; });
-    addToQuote(1);
-    bookDialogs->customers.push_back(Acme);
-    action("mnuQuoteSave")->trigger(); // on June 11, valid until July 11
+protected:
+    /// Saves a quote on June 11, 2026 (valid until July 11); the day the program takes for
+    /// today is the one the returned date holds.
+    std::shared_ptr<QDate> savedOnJune11()
+    {
+        auto today = std::make_shared<QDate>(2026, 6, 11);
+        mainWindow->quoteBook().setToday([today] { return *today; });
+        addToQuote(1);
+        bookDialogs->customers.push_back(Acme);
+        action("mnuQuoteSave")->trigger();
+        return today;
+    }
+};
+
+// Left open overnight: at midnight the frame says that the quote on screen has run out.
+TEST_F(QuoteBookDaysTest, AtMidnightTheFrameSaysTheQuoteOnScreenHasRunOut)
+{
+    const auto today = savedOnJune11();
     *today = QDate(2026, 7, 11);
     mainWindow->quoteBook().dayChanged();
     EXPECT_EQ(window->ui().FraQuote->title(),
@@ -34,13 +46,9 @@ TEST_F(QuoteBookWindowTest, AtMidnightTheFrameSaysTheQuoteOnScreenHasRunOut)
 
 // The computer slept over midnight, or its clock was set forward: the timer's clock stood
 // still, and the date is looked at once a minute as well.
-TEST_F(QuoteBookWindowTest, ADayPassedWhileTheComputerSleptIsSeenWithinAMinute)
+TEST_F(QuoteBookDaysTest, ADayPassedWhileTheComputerSleptIsSeenWithinAMinute)
 {
-    auto today = std::make_shared<QDate>(2026, 6, 11);
-    mainWindow->quoteBook().setToday([today] { return *today; });
-    addToQuote(1);
-    bookDialogs->customers.push_back(Acme);
-    action("mnuQuoteSave")->trigger(); // on June 11, valid until July 11
+    const auto today = savedOnJune11();
     auto *watch = mainWindow->quoteBook().findChild<QTimer *>(QStringLiteral("dayWatch"));
     ASSERT_NE(watch, nullptr);
     EXPECT_TRUE(watch->isActive());

@@ -41,6 +41,18 @@ protected:
         return file.open(QIODevice::ReadWrite)
             && file.setFileTime(when, QFileDevice::FileModificationTime);
     }
+    /// The one question asked at the start: that the catalogue file was written since the
+    /// changes (written, as the note says it), with No as the default.
+    void expectWrittenSince(const QString &written)
+    {
+        ASSERT_EQ(fakes->prompts.shown().size(), 1u);
+        const ShownPrompt &box = fakes->prompts.shown().front();
+        EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
+        EXPECT_TRUE(box.text.startsWith(
+            QStringLiteral("Tarnwick was not closed properly. Restore the changes made until ")));
+        EXPECT_TRUE(box.text.endsWith(CatalogueLifecycle::changedSinceNote(written)))
+            << box.text.toStdString();
+    }
     QStringList partNumbers() const
     {
         QStringList parts;
@@ -61,14 +73,7 @@ TEST_F(RecoveryStartTest, AFileWrittenAfterTheChangesIsSaidAndNoBecomesTheDefaul
 
     startAndWait();
 
-    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
-    const ShownPrompt &box = fakes->prompts.shown().front();
-    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
-    EXPECT_TRUE(box.text.startsWith(
-        QStringLiteral("Tarnwick was not closed properly. Restore the changes made until ")));
-    EXPECT_TRUE(box.text.endsWith(CatalogueLifecycle::changedSinceNote(
-        locale.toString(changesMade.addSecs(60), QLocale::ShortFormat))))
-        << box.text.toStdString();
+    expectWrittenSince(locale.toString(changesMade.addSecs(60), QLocale::ShortFormat));
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
     EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-recovered-")).size(), 1);
 }
@@ -84,13 +89,8 @@ TEST_F(RecoveryStartTest, AFileDatedLaterThanTheClockIsSaidSo)
 
     startAndWait();
 
-    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
-    const ShownPrompt &box = fakes->prompts.shown().front();
-    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
-    EXPECT_TRUE(box.text.endsWith(
-        CatalogueLifecycle::changedSinceNote(locale.toString(later, QLocale::ShortFormat)
-            + QStringLiteral(", a time this computer's clock has not reached"))))
-        << box.text.toStdString();
+    expectWrittenSince(locale.toString(later, QLocale::ShortFormat)
+        + QStringLiteral(", a time this computer's clock has not reached"));
 }
 
 // The changes' own record of the catalogue file they were made to: that file dated in the
@@ -133,13 +133,8 @@ TEST_F(RecoveryStartTest, AnotherCatalogueFileWithAnEarlierTimeIsWrittenSince)
 
     startAndWait();
 
-    ASSERT_EQ(fakes->prompts.shown().size(), 1u);
-    const ShownPrompt &box = fakes->prompts.shown().front();
-    EXPECT_EQ(box.style, MsgStyle::YesNo | MsgStyle::Question | MsgStyle::DefaultButton2);
-    EXPECT_TRUE(box.text.endsWith(
-        CatalogueLifecycle::changedSinceNote(locale.toString(earlier, QLocale::ShortFormat)
-            + QStringLiteral(" by the time it carries, earlier than the changes"))))
-        << box.text.toStdString();
+    expectWrittenSince(locale.toString(earlier, QLocale::ShortFormat)
+        + QStringLiteral(" by the time it carries, earlier than the changes"));
     EXPECT_TRUE(partNumbers().contains(QStringLiteral("Z-900")));
     EXPECT_EQ(folder.fileNames().filter(QStringLiteral("twdata-recovered-")).size(), 1);
     EXPECT_FALSE(folder.exists(QStringLiteral("twdata-recovery-base.dat")));

@@ -63,7 +63,7 @@ bool isDiskFailure(const QSqlError &error)
 }
 
 const QString NoBookInFolder =
-    QStringLiteral("its folder cannot be written (a write-protected drive, a read-only share)");
+    QStringLiteral("its folder cannot be written, so no quote book can be started there");
 
 QVariant isoDate(const QDate &date)
 {

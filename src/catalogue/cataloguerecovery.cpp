@@ -185,18 +185,13 @@ void CatalogueRecovery::startWrite()
     m_writingState = currentState();
     m_writing = snapshot();
     m_sinceWrite.start();
-    const QString target = path();
     const qint32 count = m_module.AllProducts().Count();
     const QLocale locale = m_module.locale();
     const Table *table = m_writing.get();
     const QString dataFile = m_module.DataFile;
     const RecoveryBase base { m_module.AllProducts().fileStampKnown() };
-    m_worker.reset(QThread::create([this, target, table, count, locale, dataFile, base] {
-        m_writeResult = writeRecoveryFile(target, *table, count, locale);
-        if (m_writeResult.ok) {
-            takePermissions(dataFile, target);
-            writeRecoveryBase(dataFile, base);
-        }
+    m_worker.reset(QThread::create([this, table, count, locale, dataFile, base] {
+        m_writeResult = keepChanges(dataFile, *table, count, locale, base);
     }));
     connect(m_worker.get(), &QThread::finished, this, &CatalogueRecovery::writeFinished,
         Qt::QueuedConnection);
@@ -248,15 +243,14 @@ bool CatalogueRecovery::writeNow()
         return false;
     const std::unique_ptr<Table> copy = snapshot();
     const CatalogueWriteResult result =
-        writeRecoveryFile(path(), *copy, m_module.AllProducts().Count(), m_module.locale());
+        keepChanges(m_module.DataFile, *copy, m_module.AllProducts().Count(), m_module.locale(),
+            RecoveryBase { m_module.AllProducts().fileStampKnown() });
     if (!result.ok) {
         m_lastError = result.detail;
         // Restored changes not written again in this run's form (a full disk) are still in
         // the file the last run left, which a failed write leaves as it was.
         return m_restoredState && now == *m_restoredState && QFileInfo::exists(path());
     }
-    takePermissions(m_module.DataFile, path());
-    writeRecoveryBase(m_module.DataFile, RecoveryBase { m_module.AllProducts().fileStampKnown() });
     m_restoredState.reset();
     m_writtenState = now;
     m_fileExists = true;

@@ -143,13 +143,13 @@ CatalogueWriteResult writeRecoveryFile(
 
 namespace {
 
-enum class CheckLineRead { Ignored, Required };
+enum class CheckLineRead { Ignored, Required, RequiredButOfEarlierVersions };
 
 /// Reads a catalogue file at path into table, re-dimensioned to the products read; count
 /// receives their number. With the check line Required, a file without it (or with another
 /// count) is not read at all: it is damaged.
-CatalogueReadResult readCopy(
-    const QString &path, Table &table, qint32 &count, const QLocale &locale, CheckLineRead check)
+CatalogueReadResult readCopy(const QString &path, Table &table, qint32 &count,
+    const QLocale &locale, CheckLineRead check, bool *unchecked = nullptr)
 {
     CatalogueReadResult result;
     QFile file(path);
@@ -169,7 +169,15 @@ CatalogueReadResult readCopy(
     }
     table.redim(0, ProductRecord::FieldCount);
     count = 0;
-    if (check == CheckLineRead::Required && checkedLength(bytes) < 0) {
+    const bool checked = check == CheckLineRead::Ignored || checkedLength(bytes) >= 0;
+    // Versions before the check line wrote none: such a file (no line that starts with the
+    // mark at all) is read as the catalogue it holds, as whether it was cut short cannot be
+    // told; an empty one holds nothing to restore.
+    const bool earlier = !checked && check == CheckLineRead::RequiredButOfEarlierVersions
+        && !bytes.trimmed().isEmpty() && !lastLine(bytes).startsWith(RecoveryCheck);
+    if (unchecked)
+        *unchecked = earlier;
+    if (!checked && !earlier) {
         // Emptied, cut short or overwritten: no catalogue to restore.
         result.status = CatalogueReadResult::Status::Failed;
         result.errorNumber = ErrorNumber::InputPastEndOfFile;
@@ -186,23 +194,27 @@ CatalogueReadResult readCopy(
 
 } // namespace
 
-bool lacksCheckLine(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    // The check line is short: the file's last few kilobytes hold it whole.
-    constexpr qint64 Tail = 4096;
-    if (file.size() > Tail && !file.seek(file.size() - Tail))
-        return false;
-    const QByteArray tail = file.read(Tail);
-    return file.error() == QFileDevice::NoError && !lastLine(tail).startsWith(RecoveryCheck);
-}
-
 CatalogueReadResult readRecoveryFile(
     const QString &path, Table &table, qint32 &count, const QLocale &locale)
 {
     return readCopy(path, table, count, locale, CheckLineRead::Required);
+}
+
+CatalogueReadResult readChangesLeft(
+    const QString &dataFile, Table &table, qint32 &count, const QLocale &locale, bool &unchecked)
+{
+    // This version writes the record of the catalogue file beside every recovery file: one of
+    // them without its check line is damaged.
+    const CheckLineRead check = QFileInfo::exists(recoveryBasePath(dataFile))
+        ? CheckLineRead::Required
+        : CheckLineRead::RequiredButOfEarlierVersions;
+    CatalogueReadResult read =
+        readCopy(recoveryFilePath(dataFile), table, count, locale, check, &unchecked);
+    if (unchecked && read.status == CatalogueReadResult::Status::Ok && count == 0) {
+        read.status = CatalogueReadResult::Status::Failed;
+        read.detail = QStringLiteral("the file holds no products");
+    }
+    return read;
 }
 
 CatalogueReadResult readCatalogueCopy(
@@ -321,6 +333,31 @@ std::optional<RecoveryBase> readRecoveryBase(const QString &dataFile)
         return std::nullopt;
     base.catalogue = stamp;
     return base;
+}
+
+CatalogueWriteResult keepChanges(const QString &dataFile, const Table &table, qint32 count,
+    const QLocale &locale, const RecoveryBase &base)
+{
+    const QString path = recoveryFilePath(dataFile);
+    const CatalogueWriteResult written = writeRecoveryFile(path, table, count, locale);
+    if (written.ok) {
+        takePermissions(dataFile, path);
+        writeRecoveryBase(dataFile, base);
+    }
+    return written;
+}
+
+bool catalogueWrittenSince(const QString &dataFile, const QDateTime &changesMade)
+{
+    const std::optional<FileStamp> now = fileStamp(dataFile);
+    if (!now)
+        return false;
+    // The catalogue file the changes were made to, as that run knew it: any other file now in
+    // its place, whatever time it carries, is news. A recovery file of an earlier version has
+    // no such record: a file with a later time is then taken for one written since.
+    if (const std::optional<RecoveryBase> base = readRecoveryBase(dataFile))
+        return base->differsFrom(now);
+    return QFileInfo(dataFile).lastModified() > changesMade;
 }
 
 bool removeRecoveryFile(const QString &dataFile)

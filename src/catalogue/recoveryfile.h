@@ -64,11 +64,6 @@ std::optional<RecoveryBase> readRecoveryBase(const QString &dataFile);
 /// there.
 bool removeRecoveryFile(const QString &dataFile);
 
-/// Whether the file at path does not end with a recovery file's check line (the last line does
-/// not start with the mark): a file of an earlier version, which wrote none, or one cut short.
-/// False for a file that cannot be read.
-bool lacksCheckLine(const QString &path);
-
 /// Reads a recovery file written by writeRecoveryFile into table, as readCatalogueCopy does;
 /// the status is Failed when the file does not end with its check line or the line's count
 /// differs.
@@ -78,6 +73,24 @@ CatalogueReadResult readRecoveryFile(
 /// Gives the file at copy the permissions of the file at original, so a copy of a catalogue
 /// (the recovery file) is as private as the catalogue; nothing when original is not there.
 void takePermissions(const QString &original, const QString &copy);
+
+/// Reads the recovery file of dataFile as readRecoveryFile does, but one that an earlier
+/// version wrote (without the check line, and without the record beside it this version
+/// writes) is read as the catalogue it holds, with unchecked set: whether it was cut short
+/// cannot be told. An empty one is no catalogue.
+CatalogueReadResult readChangesLeft(
+    const QString &dataFile, Table &table, qint32 &count, const QLocale &locale, bool &unchecked);
+
+/// Keeps table as the recovery file of dataFile (writeRecoveryFile), as private as the
+/// catalogue file, with the record of the catalogue file the changes were made to (base).
+CatalogueWriteResult keepChanges(const QString &dataFile, const Table &table, qint32 count,
+    const QLocale &locale, const RecoveryBase &base);
+
+/// Whether the catalogue file dataFile was written after the changes in its recovery file,
+/// made until changesMade: another file than the one the record beside them names (whatever
+/// time it carries), or, for a recovery file of an earlier version without that record, a file
+/// with a later time.
+bool catalogueWrittenSince(const QString &dataFile, const QDateTime &changesMade);
 
 /// Reads a catalogue file into table, which is re-dimensioned to the products read; count
 /// receives their number. The result says whether the whole file was read.

@@ -240,17 +240,9 @@ bool CatalogueLifecycle::offerRecovery()
     const QDateTime when = file.lastModified();
     Table recovered;
     qint32 recoveredCount = 0;
-    CatalogueReadResult read = readRecoveryFile(path, recovered, recoveredCount, m_module.locale());
-    // Versions before the check line wrote none: such a file is read as the catalogue it holds,
-    // and asked about with a word, as whether it was cut short cannot be told. (This version's
-    // files come with their base; one of them without the line is damaged.)
-    const bool unchecked = read.status != CatalogueReadResult::Status::Ok && file.size() > 0
-        && !QFileInfo::exists(recoveryBasePath(m_module.DataFile)) && lacksCheckLine(path);
-    if (unchecked) {
-        read = readCatalogueCopy(path, recovered, recoveredCount, m_module.locale());
-        if (recoveredCount == 0)
-            read.status = CatalogueReadResult::Status::Failed;
-    }
+    bool unchecked = false;
+    const CatalogueReadResult read =
+        readChangesLeft(m_module.DataFile, recovered, recoveredCount, m_module.locale(), unchecked);
     const CatalogueChanges changes = compareCatalogues(
         m_module.Catalogue(), m_module.AllProducts().Count(), recovered, recoveredCount);
     if (read.status == CatalogueReadResult::Status::Ok && changes.changed == 0 && changes.added == 0
@@ -267,7 +259,7 @@ bool CatalogueLifecycle::offerRecovery()
     // what they lack: counted as theirs, Yes would take it back, so No becomes the default.
     const QDateTime fileWritten = QFileInfo(m_module.DataFile).lastModified();
     int style = MsgStyle::YesNo | MsgStyle::Question;
-    if (writtenSinceChanges(when)) {
+    if (catalogueWrittenSince(m_module.DataFile, when)) {
         QString written = m_module.locale().toString(fileWritten, QLocale::ShortFormat);
         // A time still to come: the clock of the computer that saved it ran ahead, or this
         // one's is behind. A time before the changes: a program that keeps the folder in step
@@ -298,20 +290,6 @@ bool CatalogueLifecycle::offerRecovery()
     }
     replaceCatalogue(std::move(recovered), recoveredCount);
     return true;
-}
-
-bool CatalogueLifecycle::writtenSinceChanges(const QDateTime &changesMade) const
-{
-    const std::optional<FileStamp> now = fileStamp(m_module.DataFile);
-    if (!now)
-        return false;
-    // The catalogue file the changes were made to, as that run knew it: any other file now in
-    // its place, whatever time it carries, is news. A recovery file of an earlier version has
-    // no such record: a file with a later time is then taken for one written since.
-    if (const std::optional<RecoveryBase> base = readRecoveryBase(m_module.DataFile))
-        return base->differsFrom(now);
-    const QDateTime fileWritten = QFileInfo(m_module.DataFile).lastModified();
-    return fileWritten.isValid() && fileWritten > changesMade;
 }
 
 void CatalogueLifecycle::replaceCatalogue(Table &&catalogue, qint32 count)

@@ -3,7 +3,6 @@
 #include "catalogue/cataloguefile.h"
 #include "catalogue/cataloguerecovery.h"
 
-#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -124,9 +123,6 @@ private:
     /// Puts a catalogue read from a copy (the recovery file, the backup) in place of the one
     /// loaded, in part-number order, as changes not saved yet.
     void replaceCatalogue(Table &&catalogue, qint32 count);
-    /// Whether the catalogue file was written after the changes of the recovery file made
-    /// until changesMade (another file than the one they were made to).
-    bool writtenSinceChanges(const QDateTime &changesMade) const;
     /// The backup of a missing catalogue file, when the user wants it; false otherwise.
     bool offerBackup();
     /// A missing catalogue file whose name is there in other capital letters ("TWDATA.DAT",

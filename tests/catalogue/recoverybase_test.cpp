@@ -88,5 +88,34 @@ TEST_F(RecoveryBaseTest, AKeptRecoveryFileLeavesNoBaseBehind)
     EXPECT_FALSE(folder.exists(QStringLiteral("twdata-recovery-base.dat")));
 }
 
+// A recovery file an earlier version wrote has no check line and no record beside it: it is
+// read as the catalogue it holds, and said to be unchecked. With the record beside it, the
+// same file is damaged; an empty one is nothing to restore.
+TEST_F(RecoveryBaseTest, ChangesLeftByAnEarlierVersionAreReadUnchecked)
+{
+    folder.writeFile(QStringLiteral("twdata-recovery.dat"),
+        "A-1\x7f\x7f\x7f"
+        "Anchor\x7f\x7f\x7f\r\n");
+    Table table;
+    qint32 count = 0;
+    bool unchecked = false;
+    EXPECT_EQ(readChangesLeft(dataFile(), table, count, locale, unchecked).status,
+        CatalogueReadResult::Status::Ok);
+    EXPECT_TRUE(unchecked);
+    ASSERT_EQ(count, 1);
+    EXPECT_EQ(table.get(1, 2).asText(), QStringLiteral("Anchor"));
+
+    ASSERT_TRUE(writeRecoveryBase(dataFile(), RecoveryBase {}));
+    EXPECT_EQ(readChangesLeft(dataFile(), table, count, locale, unchecked).status,
+        CatalogueReadResult::Status::Failed);
+    EXPECT_FALSE(unchecked);
+
+    ASSERT_TRUE(removeRecoveryFile(dataFile()));
+    folder.writeFile(QStringLiteral("twdata-recovery.dat"), "\r\n");
+    EXPECT_EQ(readChangesLeft(dataFile(), table, count, locale, unchecked).status,
+        CatalogueReadResult::Status::Failed);
+    EXPECT_FALSE(unchecked);
+}
+
 } // namespace
 } // namespace tarnwick::test

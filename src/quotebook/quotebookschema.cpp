@@ -200,19 +200,6 @@ const std::vector<Step> &steps()
     return all;
 }
 
-/// Whether db holds a table or trigger of that name; -1 when it cannot be told.
-int holds(QSqlDatabase &db, const QString &name, QSqlError &error)
-{
-    QSqlQuery query(db);
-    query.prepare(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name = ?"));
-    query.bindValue(0, name);
-    if (!query.exec() || !query.next()) {
-        error = query.lastError();
-        return -1;
-    }
-    return query.value(0).toInt() > 0 ? 1 : 0;
-}
-
 /// The first number a query gives; -1 when it fails.
 int numberOf(QSqlDatabase &db, const QString &sql, QSqlError &error)
 {
@@ -229,24 +216,26 @@ enum class SearchWork { None, Noted, All, Failed };
 
 SearchWork searchWork(QSqlDatabase &db, int bookVersion, QSqlError &error)
 {
-    const int ruleTable = holds(db, QStringLiteral("search_rule"), error);
-    const int staleTable = holds(db, QStringLiteral("search_stale"), error);
-    const int triggers = holds(db, QStringLiteral("search_written"), error)
-        + holds(db, QStringLiteral("search_rewritten"), error);
-    if (ruleTable < 0 || staleTable < 0 || triggers < 0)
+    // The two tables and two triggers updateSearchTexts sets up: all of them, or (a book no
+    // program of this rule has opened) none.
+    const int setUp = numberOf(db,
+        QStringLiteral("SELECT count(*) FROM sqlite_master WHERE name IN ('search_rule', "
+                       "'search_stale', 'search_written', 'search_rewritten')"),
+        error);
+    if (setUp < 0)
         return SearchWork::Failed;
-    // A book without the table: the rule of its version (the versions 6 and 7 counted it).
+    // A book without them: the rule of its version (the versions 6 and 7 counted it).
     int rule = bookVersion > CurrentVersion ? bookVersion : 0;
-    if (ruleTable == 1)
+    int noted = 0;
+    if (setUp == 4) {
         rule = numberOf(db, QStringLiteral("SELECT rule FROM search_rule WHERE id = 1"), error);
-    const int noted = staleTable == 1
-        ? numberOf(db, QStringLiteral("SELECT count(*) FROM search_stale"), error)
-        : 0;
+        noted = numberOf(db, QStringLiteral("SELECT count(*) FROM search_stale"), error);
+    }
     if (rule < 0 || noted < 0)
         return SearchWork::Failed;
     if (rule < SearchRule)
         return SearchWork::All;
-    if (noted > 0 || triggers < 2 || ruleTable == 0 || bookVersion != CurrentVersion)
+    if (noted > 0 || setUp < 4 || bookVersion != CurrentVersion)
         return SearchWork::Noted;
     return SearchWork::None;
 }

@@ -66,16 +66,16 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
     connect(m_session.get(), &QuoteSession::headerChanged, this, &QuoteBookController::showHeader);
     m_session->setTypingReader([this] { return m_quote.typing(); });
     // Left open overnight, the frame keeps up with the day.
-    m_midnight.setObjectName(QStringLiteral("dayWatch"));
-    m_midnight.setSingleShot(true);
-    m_midnight.setTimerType(Qt::VeryCoarseTimer);
-    connect(&m_midnight, &QTimer::timeout, this, [this] {
+    m_dayWatch.setObjectName(QStringLiteral("dayWatch"));
+    m_dayWatch.setSingleShot(true);
+    m_dayWatch.setTimerType(Qt::VeryCoarseTimer);
+    connect(&m_dayWatch, &QTimer::timeout, this, [this] {
         if (m_today() != m_shownDay)
             dayChanged();
         else
-            armMidnight();
+            armDayWatch();
     });
-    armMidnight();
+    armDayWatch();
     m_ui.FraQuote->installEventFilter(this);
     new FileDialogWatch([this] { retakeLocks(); }, this);
     // "New quote." no longer says what is on screen once a step of the quote is undone or
@@ -287,21 +287,21 @@ void QuoteBookController::report(const QString &text, const QString &title)
     m_services.prompts.msgBox(text, MsgStyle::Exclamation, title);
 }
 
-void QuoteBookController::armMidnight()
+void QuoteBookController::armDayWatch()
 {
     const QDateTime now = QDateTime::currentDateTime();
     const QDateTime midnight(now.date().addDays(1), QTime(0, 0, 1));
     // Looked at once a minute as well: the timer's clock stands still while the computer
     // sleeps, and a clock set forward passes midnight without it.
     constexpr qint64 Minute = 60 * 1000;
-    m_midnight.start(
+    m_dayWatch.start(
         std::chrono::milliseconds(std::clamp<qint64>(now.msecsTo(midnight), 1000, Minute)));
 }
 
 void QuoteBookController::dayChanged()
 {
     showHeader();
-    armMidnight();
+    armDayWatch();
 }
 
 void QuoteBookController::setToday(std::function<QDate()> today)

@@ -140,8 +140,8 @@ private:
     /// its own (said in the status bar).
     void saveMissedInHand();
     void showHeader();
-    /// Starts the timer of the next midnight.
-    void armMidnight();
+    /// Starts the watch of the day: at the next midnight, or in a minute if sooner.
+    void armDayWatch();
     /// Opens the book anew after a file dialog has closed (see FileDialogWatch).
     void retakeLocks();
     /// A frame shown or resized shows its title again, cut to its width.
@@ -159,7 +159,7 @@ private:
     std::unique_ptr<QuoteSession> m_session;
     std::unique_ptr<IQuoteBookDialogs> m_dialogs;
     std::function<QDate()> m_today;
-    QTimer m_midnight { this };
+    QTimer m_dayWatch { this };
     /// The day the frame above the quote was last shown for.
     QDate m_shownDay;
     std::function<bool(const QString &)> m_settleNote;

@@ -339,7 +339,7 @@ CatalogueWriteResult keepChanges(const QString &dataFile, const Table &table, qi
     const QLocale &locale, const RecoveryBase &base)
 {
     const QString path = recoveryFilePath(dataFile);
-    const CatalogueWriteResult written = writeRecoveryFile(path, table, count, locale);
+    CatalogueWriteResult written = writeRecoveryFile(path, table, count, locale);
     if (written.ok) {
         takePermissions(dataFile, path);
         writeRecoveryBase(dataFile, base);

@@ -68,6 +68,13 @@ def wait_for(fn, timeout, what):
     raise AssertionError("timed out waiting for %s (%s)" % (what, last))
 
 
+def activate_shown(s, title, timeout=15):
+    """Activates the program's window `title` once the X server shows it: the accessibility
+    bus may tell of a new window a moment before the window is mapped, and a busy machine
+    stretches that moment."""
+    return wait_for(lambda: s.activate(title), timeout, "the window %r shown" % title)
+
+
 class Run:
     def __init__(self, args):
         self.args = args
@@ -285,7 +292,7 @@ def scenario_password(run):
                     and w["role"] == "frame"]
         shown = run_while_answering(s, 2 * tick_wait_seconds(run.args.source), main_window_shown)
         check(not shown, "no main window while the prompt is up: %r" % shown)
-        s.activate("Enter user password")
+        activate_shown(s, "Enter user password")
         s.type_keys("abc\n", delay=5)
         run.wait_grid(s)
         check_clean_exit(s)
@@ -302,7 +309,7 @@ def scenario_password(run):
     before = os.stat(run.catalogue()).st_mtime_ns
     s = run.start(title="Enter user password", wait_grid=False)
     try:
-        s.activate("Enter user password")
+        activate_shown(s, "Enter user password")
         s.type_keys("ABC\n", delay=5)
         s.wait_exit(10)
     finally:
@@ -358,7 +365,7 @@ def open_import_window(s, path):
           "import question: %r" % (box,))
     choose_file(s, "Open", path)
     s.wait_for_window("Update", timeout=15)
-    s.activate("Update")
+    activate_shown(s, "Update")
 
 
 def project_version(run):
@@ -543,13 +550,13 @@ def scenario_help(run):
         s.menu("&Help/&Contents")
         s.wait_for_window("Tarnwick Help - Welcome to Tarnwick", timeout=15)
 
-        s.activate("Tarnwick")
+        activate_shown(s, "Tarnwick")
         s.menu("&Help/&About Tarnwick")
         box = s.answer_next_box("OK", title="About Tarnwick", icon=False)
         check("Version " + version in box.texts, "About box texts: %r" % (box.texts,))
         check("Tarnwick" in box.texts, "About box names the program: %r" % (box.texts,))
 
-        s.activate("Tarnwick")
+        activate_shown(s, "Tarnwick")
         open_import_window(s, workbook)
         s.key("F1", window="Update")
         s.wait_for_window("Tarnwick Help - Importing products from a spreadsheet", timeout=15)

@@ -125,7 +125,7 @@ def scenario_supplier(run):
                           "%s at %r after Match Headers" % (name, entry))
         s.key("alt+p", "Return", window="Update")
         s.wait_for_window("Import Preview", timeout=30)
-        s.activate("Import Preview")
+        base.activate_shown(s, "Import Preview")
         shown = [s.read_text(n, window="Import Preview")
                  for n in ("LblAdded", "LblChanged", "LblUnchanged", "LblSkipped")]
         base.check(shown == lines, "preview counts %r, expected %r" % (shown, lines))

@@ -23,6 +23,16 @@ bool isMouseButtonEvent(const QEvent *event)
         || event->type() == QEvent::MouseButtonDblClick;
 }
 
+/// Whether the event reaches the program without passing the accessibility bridge, and so
+/// could be handled before keys typed ahead of it: a click, or a key taken as a shortcut (Qt
+/// matches shortcuts before the key enters a window, where the bridge would hold it).
+bool overtakesKeys(const QEvent *event)
+{
+    if (event->type() == QEvent::Shortcut)
+        return true;
+    return isMouseButtonEvent(event) && event->spontaneous();
+}
+
 /// Whether a window hands its keys to this widget (rather than the widget being a parent the
 /// key passes on to).
 bool receivesKeysFirst(const QWidget *widget)
@@ -62,8 +72,7 @@ bool InputOrder::eventFilter(QObject *watched, QEvent *event)
             keyAtWindow(key);
         else if (watched->isWidgetType())
             keyAtWidget(watched, key);
-    } else if (isMouseButtonEvent(event) && event->spontaneous() && !m_onTheirWay.empty()
-        && !m_waiting) {
+    } else if (overtakesKeys(event) && !m_onTheirWay.empty() && !m_waiting) {
         const QPointer<QObject> receiver(watched);
         waitForKeysOnTheirWay();
         // A key handled meanwhile may have closed the window clicked: the click goes nowhere.

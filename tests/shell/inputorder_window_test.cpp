@@ -1,8 +1,9 @@
-// Keys typed into a product's name at full speed and a click on another row right after: the
-// keys belong to the product typed in, the row clicked stays as it was. The real main window is
-// driven on the offscreen platform; one test puts a stand-in for the desktop's accessibility
-// bridge in front of the program, which holds every key from the keyboard until its answer
-// comes back, as the bridge does while an assistive tool listens.
+// Keys typed into a product's name at full speed and a click on another row, or Add to Quote's
+// shortcut, right after: the keys belong to the product typed in, the row clicked stays as it
+// was, and the quote takes the product as typed. The real main window is driven on the
+// offscreen platform; some tests put a stand-in for the desktop's accessibility bridge in front
+// of the program, which holds every key from the keyboard until its answer comes back, as the
+// bridge does while an assistive tool listens.
 #include "shellfixture.h"
 
 #include "catalogue/module1.h"
@@ -163,6 +164,33 @@ TEST_F(InputOrderWindowTest, KeysHeldByTheAccessibilityBridgeGoToTheCellTypedInB
 
     EXPECT_EQ(grid->currentIndex().row(), 3); // the click was taken
     storeEdits();
+    EXPECT_EQ(cellText(2, 2), Typed.toStdString());
+    EXPECT_EQ(cellText(2, 1), "TW-200");
+    expectTw400Unchanged();
+}
+
+TEST_F(InputOrderWindowTest, AShortcutTypedRightAfterHeldKeysActsOnWhatTheyTyped)
+{
+    HoldingBridge bridge;
+    QEvent nudge(QEvent::User);
+    QCoreApplication::sendEvent(window, &nudge);
+
+    QWindow *handle = window->windowHandle();
+    ASSERT_NE(handle, nullptr);
+    for (const QChar ch : Typed)
+        QTest::keyClick(handle, ch.toLatin1());
+    ASSERT_EQ(bridge.taken, 2 * Typed.size());
+    // "Add to Quote" from the keyboard: the desktop hands a shortcut to the program at once,
+    // past the bridge, while the name typed before it is still on its way.
+    bridge.answerSoon();
+    QTest::keyClick(handle, Qt::Key_D, Qt::ControlModifier);
+    QCoreApplication::sendPostedEvents();
+
+    const Table &quote = module->QuoteTable();
+    ASSERT_GE(quote.rowCount(), 1);
+    EXPECT_EQ(quote.get(1, 1).asText().toStdString(), "TW-200");
+    EXPECT_EQ(quote.get(1, 2).asText().toStdString(), Typed.toStdString());
+    EXPECT_EQ(window->focusWidget(), window->ui().GrdQuote);
     EXPECT_EQ(cellText(2, 2), Typed.toStdString());
     EXPECT_EQ(cellText(2, 1), "TW-200");
     expectTw400Unchanged();

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """End-to-end checks of the quote book with the real program: a quote saved for a customer
 is on screen again after a close and a start, File -> New empties it, and "Open Quote..."
-brings the saved one back with the same lines and totals; a quote on screen outlives a kill.
+brings the saved one back with the same lines and totals; a quote on screen outlives a kill;
+a price typed at full speed and "Add to Quote" right after reach the quote together.
 
     tarnwick_quotebook_e2e.py --driver DIR --program PATH --sample FILE [--source DIR] SCENARIO
 
@@ -9,6 +10,7 @@ Ends with the line "N passed, N failed".
 """
 import os
 import sqlite3
+import subprocess
 import sys
 
 sys.dont_write_bytecode = True
@@ -122,6 +124,61 @@ def scenario_quotebook_kill(run):
         show_quote_tab(s)
         check([r[0] for r in quote_lines(s)] == parts, "the quote after the kill: %r"
               % (quote_lines(s),))
+        check_clean_exit(s)
+    finally:
+        s.stop()
+
+
+# Types a price and presses Ctrl+D through one X connection in one flush, as fast as the X
+# server hands keys over.
+TYPE_THEN_ADD = r"""
+import sys
+from Xlib import X, XK, display
+from Xlib.ext import xtest
+d = display.Display()
+control = d.keysym_to_keycode(XK.XK_Control_L)
+for ch in sys.argv[1] + "d":
+    code = d.keysym_to_keycode(XK.string_to_keysym("period" if ch == "." else ch))
+    if ch == "d":
+        xtest.fake_input(d, X.KeyPress, control)
+    xtest.fake_input(d, X.KeyPress, code)
+    xtest.fake_input(d, X.KeyRelease, code)
+    if ch == "d":
+        xtest.fake_input(d, X.KeyRelease, control)
+d.sync()
+"""
+
+
+def scenario_typed_ahead(run):
+    """A price typed at full speed and "Add to Quote" (Ctrl+D) at once, as a practised user
+    does: the product takes the price, and the quote's line takes the product with it, on every
+    row tried (the shortcut was once handled before the keys the accessibility bus still held)."""
+    products = [[b"TW-%d00" % n, b"Widget %d" % n, b"%d.5" % n] for n in range(1, 7)]
+    with open(run.catalogue(), "wb") as f:
+        f.write(b"".join(e2e.catalogue_record(p) for p in products))
+    parts = [p[0].decode() for p in products]
+    s = run.start()
+    try:
+        s.toolbar("Edit")
+        check(s.is_checked("Edit"), "edit mode")
+        typed = []
+        python = os.environ.get("TW_DRIVER_PYTHON") or "/usr/bin/python3"
+        env = dict(os.environ, DISPLAY=s.display)
+        env.pop("XAUTHORITY", None)
+        for row in range(6):
+            s.click_cell("GrdMain", row, 2)
+            price = "%d.%02d" % (row + 11, row + 3)
+            typed.append(price)
+            subprocess.run([python, "-c", TYPE_THEN_ADD, price], env=env, check=True, timeout=30)
+            wait_for(lambda: len(quote_lines(s)) == row + 1, 5, "quote line %d" % (row + 1))
+        lines = quote_lines(s)
+        check([r[0] for r in lines] == parts, "the rows typed in, in order: %r" % (lines,))
+        check([r[2] for r in lines] == ["$" + p for p in typed],
+              "each line at the price typed: %r" % (lines,))
+        check([r[3] for r in lines] == ["1"] * 6, "no typing in the quantities: %r" % (lines,))
+        grid = s.read_table("GrdMain", max_rows=6)
+        check([r[2] for r in grid] == ["$" + p for p in typed],
+              "each product at the price typed: %r" % (grid,))
         check_clean_exit(s)
     finally:
         s.stop()

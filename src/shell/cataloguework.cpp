@@ -6,13 +6,60 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
+#include <QKeyEvent>
+#include <QPointer>
 #include <QThread>
 #include <QWidget>
 
 #include <exception>
 #include <memory>
+#include <vector>
 
 namespace tarnwick {
+
+namespace {
+
+/// Holds the keys that reach a window while the worker runs and posts them again afterwards,
+/// in their order. The loop below takes no input from the window system, but while an
+/// assistive tool listens, keys come back from the accessibility bus as posted copies, which
+/// any loop delivers: typed into the grid meanwhile, they would write the catalogue the worker
+/// has.
+class KeysHeldBack : public QObject
+{
+public:
+    KeysHeldBack() { QCoreApplication::instance()->installEventFilter(this); }
+    ~KeysHeldBack() override
+    {
+        QCoreApplication::instance()->removeEventFilter(this);
+        for (Held &held : m_held) {
+            if (held.window)
+                QCoreApplication::postEvent(held.window, held.key.release());
+        }
+    }
+    KeysHeldBack(const KeysHeldBack &) = delete;
+    KeysHeldBack &operator=(const KeysHeldBack &) = delete;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if ((event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
+            || !watched->isWindowType())
+            return false;
+        m_held.push_back(
+            { watched, std::unique_ptr<QKeyEvent>(static_cast<QKeyEvent *>(event)->clone()) });
+        return true;
+    }
+
+private:
+    struct Held
+    {
+        QPointer<QObject> window;
+        std::unique_ptr<QKeyEvent> key;
+    };
+    std::vector<Held> m_held;
+};
+
+} // namespace
 
 void runWhileEventsFlow(const std::function<void()> &work)
 {
@@ -33,7 +80,10 @@ void runWhileEventsFlow(const std::function<void()> &work)
     }));
     QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
     worker->start();
-    loop.exec(QEventLoop::ExcludeUserInputEvents);
+    {
+        const KeysHeldBack heldBack;
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    }
     worker->wait();
     if (failure)
         std::rethrow_exception(failure);

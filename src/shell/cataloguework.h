@@ -13,6 +13,8 @@ class Table;
 
 /// Runs work on a worker thread while this thread keeps handling its events other than user
 /// input (timers, painting, the desktop's requests), and returns when the work has finished.
+/// Keys that reach a window meanwhile (an assistive tool hands them back as posted events)
+/// are held and posted again afterwards.
 /// An exception the work throws is thrown again here. Without an application object (no
 /// event loop) the work runs on this thread.
 void runWhileEventsFlow(const std::function<void()> &work);

@@ -6,9 +6,12 @@
 #include "shell/cataloguework.h"
 #include "shell/gridview.h"
 
+#include <QAction>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include <atomic>
 #include <thread>
@@ -90,6 +93,40 @@ TEST_F(CatalogueWorkTest, ACloseAskedForMeanwhileWaitsForTheWorkAndThenSaves)
             + catalogueLine({ "C-300", "Clamp", "", "", "" }));
     EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak")))
         << "an unchanged catalogue makes no backup of itself";
+}
+
+TEST_F(CatalogueWorkTest, KeysHandedBackByTheAccessibilityBusDuringTheWorkWaitForIt)
+{
+    // While an assistive tool listens, keys come back from the desktop's accessibility bus as
+    // posted copies, which the work's event loop would deliver: typing into a cell then would
+    // write the catalogue while the worker has it.
+    button("Edit")->trigger();
+    goToRow(1);
+    grid->setFocus();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    QWindow *handle = window->windowHandle();
+    ASSERT_NE(handle, nullptr);
+    std::atomic<bool> release { false };
+    bool editingDuring = true;
+    QTimer::singleShot(0, [&] {
+        QCoreApplication::postEvent(
+            handle, new QKeyEvent(QEvent::KeyPress, Qt::Key_Q, {}, QStringLiteral("Q")));
+        QCoreApplication::postEvent(
+            handle, new QKeyEvent(QEvent::KeyRelease, Qt::Key_Q, {}, QStringLiteral("Q")));
+        QTimer::singleShot(0, [&] {
+            editingDuring = grid->isEditing();
+            release = true;
+        });
+    });
+    work->run([&] {
+        while (!release)
+            std::this_thread::yield();
+    });
+    EXPECT_FALSE(editingDuring) << "a key reached the grid during the work";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return grid->isEditing(); }, 5000));
+    button("Edit")->trigger();
+    EXPECT_EQ(catalogue().get(2, 1), Cell("Q")) << "the key typed into B-200's part number";
 }
 
 TEST_F(CatalogueWorkTest, AFailureOfTheWorkIsRaisedOnTheWindowsThread)

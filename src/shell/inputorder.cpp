@@ -24,12 +24,16 @@ bool isMouseButtonEvent(const QEvent *event)
 }
 
 /// Whether the event reaches the program without passing the accessibility bridge, and so
-/// could be handled before keys typed ahead of it: a click, or a key taken as a shortcut (Qt
-/// matches shortcuts before the key enters a window, where the bridge would hold it).
-bool overtakesKeys(const QEvent *event)
+/// could be handled before keys typed ahead of it: a click, a key taken as a shortcut (Qt
+/// matches shortcuts before the key enters a window, where the bridge would hold it), or the
+/// window manager's close of a window (which saves what was typed; the program's own closes
+/// go to the widget, not to its window).
+bool overtakesKeys(const QObject *watched, const QEvent *event)
 {
     if (event->type() == QEvent::Shortcut)
         return true;
+    if (event->type() == QEvent::Close)
+        return watched->isWindowType();
     return isMouseButtonEvent(event) && event->spontaneous();
 }
 
@@ -72,7 +76,7 @@ bool InputOrder::eventFilter(QObject *watched, QEvent *event)
             keyAtWindow(key);
         else if (watched->isWidgetType())
             keyAtWidget(watched, key);
-    } else if (overtakesKeys(event) && !m_onTheirWay.empty() && !m_waiting) {
+    } else if (overtakesKeys(watched, event) && !m_onTheirWay.empty() && !m_waiting) {
         const QPointer<QObject> receiver(watched);
         waitForKeysOnTheirWay();
         // A key handled meanwhile may have closed the window clicked: the click goes nowhere.

@@ -10,25 +10,26 @@ class QKeyEvent;
 
 namespace tarnwick {
 
-/// Keeps keys typed ahead of a click or a shortcut ahead of it.
+/// Keeps keys typed ahead of a click, a shortcut or a window's close ahead of it.
 ///
 /// While an assistive-technology client listens on the desktop's accessibility bus, Qt hands every
 /// key from the keyboard to that bus first and delivers it only when the bus answers, as a posted
 /// copy; a mouse click is not held back that way, nor a key Qt takes as a shortcut (matched before
-/// the key enters a window). Keys typed at full speed and a click right after were therefore
-/// handled click first: the rest of a product name went into the cell clicked; a price typed and
-/// then Ctrl+D ("Add to Quote") put the product into the quote as it was and the typing into the
-/// quote's line. InputOrder is an application event filter that notes each key entering a window
-/// until it reaches a widget. A mouse button event or a shortcut that arrives while such keys are
-/// on their way waits for them (the event loop runs meanwhile, without taking further user input)
-/// and then goes on unchanged. A key the bus keeps for itself (an assistive tool's own shortcut)
-/// never comes back: a click or a shortcut waits for it at most MaxWaitMs.
+/// the key enters a window), nor the window manager's close. Keys typed at full speed and a click
+/// right after were therefore handled click first: the rest of a product name went into the cell
+/// clicked; a price typed and then Ctrl+D ("Add to Quote") put the product into the quote as it was
+/// and the typing into the quote's line; a name typed and the window closed at once was saved
+/// without it. InputOrder is an application event filter that notes each key entering a window
+/// until it reaches a widget. A mouse button event, a shortcut or a close that arrives while such
+/// keys are on their way waits for them (the event loop runs meanwhile, without taking further user
+/// input) and then goes on unchanged. A key the bus keeps for itself (an assistive tool's own
+/// shortcut) never comes back: nothing waits for it longer than MaxWaitMs.
 class InputOrder : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The longest a click or a shortcut waits for keys typed before it, in milliseconds.
+    /// The longest a click, a shortcut or a close waits for keys typed before it, in milliseconds.
     static constexpr int MaxWaitMs = 250;
 
     /// Installs itself as a filter of the running application; removed when destroyed.

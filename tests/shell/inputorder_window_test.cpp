@@ -1,9 +1,9 @@
-// Keys typed into a product's name at full speed and a click on another row, or Add to Quote's
-// shortcut, right after: the keys belong to the product typed in, the row clicked stays as it
-// was, and the quote takes the product as typed. The real main window is driven on the
-// offscreen platform; some tests put a stand-in for the desktop's accessibility bridge in front
-// of the program, which holds every key from the keyboard until its answer comes back, as the
-// bridge does while an assistive tool listens.
+// Keys typed into a product's name at full speed and a click on another row, Add to Quote's
+// shortcut or the window's close right after: the keys belong to the product typed in, the row
+// clicked stays as it was, the quote takes the product as typed and the close saves it. The
+// real main window is driven on the offscreen platform; some tests put a stand-in for the
+// desktop's accessibility bridge in front of the program, which holds every key from the
+// keyboard until its answer comes back, as the bridge does while an assistive tool listens.
 #include "shellfixture.h"
 
 #include "catalogue/module1.h"
@@ -194,6 +194,28 @@ TEST_F(InputOrderWindowTest, AShortcutTypedRightAfterHeldKeysActsOnWhatTheyTyped
     EXPECT_EQ(cellText(2, 2), Typed.toStdString());
     EXPECT_EQ(cellText(2, 1), "TW-200");
     expectTw400Unchanged();
+}
+
+TEST_F(InputOrderWindowTest, TheWindowClosedRightAfterHeldKeysSavesWhatTheyTyped)
+{
+    HoldingBridge bridge;
+    QEvent nudge(QEvent::User);
+    QCoreApplication::sendEvent(window, &nudge);
+
+    QWindow *handle = window->windowHandle();
+    ASSERT_NE(handle, nullptr);
+    for (const QChar ch : Typed)
+        QTest::keyClick(handle, ch.toLatin1());
+    ASSERT_EQ(bridge.taken, 2 * Typed.size());
+    // The window manager's close button, right after the last key.
+    bridge.answerSoon();
+    QCloseEvent close;
+    QCoreApplication::sendEvent(handle, &close);
+    QCoreApplication::sendPostedEvents();
+
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).contains(Typed.toUtf8()))
+        << folder.readFile(QStringLiteral("twdata.dat")).toStdString();
 }
 
 TEST_F(InputOrderWindowTest, KeysAndAClickQueuedInOneGoAreHandledInTheirOrder)

@@ -2,6 +2,9 @@
 
 #include "core/vberror.h"
 
+#include <QStringList>
+
+#include <algorithm>
 #include <array>
 #include <cfloat>
 #include <charconv>
@@ -130,10 +133,13 @@ bool takeWholeMark(QString &text, const QLocale &locale)
 }
 
 /// Strips the sign and currency marks around a number, at most one of each, in any order, and
-/// the mark of a whole amount. Returns false when a second sign or symbol shows up.
-bool stripMarks(QString &text, const QLocale &locale, bool &negative)
+/// the mark of a whole amount. Returns false when a second sign or symbol shows up. A folded
+/// text is matched against the folded symbol ("¥" for Japanese "￥").
+bool stripMarks(QString &text, const QLocale &locale, bool &negative, bool isFolded)
 {
-    const QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
+    QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
+    if (isFolded)
+        symbol = symbol.normalized(QString::NormalizationForm_KC);
     bool hasSign = false;
     bool hasSymbol = false;
     bool hasWholeMark = false;
@@ -166,10 +172,43 @@ bool startsWithZeroGroup(const QString &body, const QLocale &locale)
         && QStringView(body).mid(1).startsWith(group);
 }
 
+/// Digits grouped in threes by the locale's separator, from the first group on, with an
+/// optional decimal part: "1 234,56" in Polish, which the locale's own reading refuses because
+/// Polish leaves four-digit numbers ungrouped. The number without its separators.
+std::optional<double> groupedInThrees(const QString &body, const QLocale &locale)
+{
+    const QString group = locale.groupSeparator();
+    const QString point = locale.decimalPoint();
+    if (group.isEmpty() || !body.contains(group))
+        return std::nullopt;
+    const qsizetype pointAt = body.indexOf(point);
+    const QString whole = pointAt < 0 ? body : body.left(pointAt);
+    const QString fraction = pointAt < 0 ? QString() : body.mid(pointAt + point.size());
+    const QStringList groups = whole.split(group);
+    const auto allDigits = [](const QString &part) {
+        return std::all_of(part.cbegin(), part.cend(),
+            [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
+    };
+    if (groups.front().isEmpty() || groups.front().size() > 3 || !allDigits(fraction)
+        || (pointAt >= 0 && fraction.isEmpty()))
+        return std::nullopt;
+    for (qsizetype i = 0; i < groups.size(); ++i) {
+        if (!allDigits(groups[i]) || (i > 0 && groups[i].size() != 3))
+            return std::nullopt;
+    }
+    QString plain = groups.join(QString());
+    if (!fraction.isEmpty())
+        plain += QLatin1Char('.') + fraction;
+    bool ok = false;
+    const double value = QLocale::c().toDouble(plain, &ok);
+    return ok ? std::optional<double>(value) : std::nullopt;
+}
+
 /// The bare number: the locale's form with group separators, else the C locale's form
 /// without them (so "12.5" is still read in a locale that writes "12,5", and "0.125" is a
-/// decimal in every locale, never 125).
-std::optional<double> parseBody(const QString &body, const QLocale &locale)
+/// decimal in every locale, never 125). A folded text may also group in threes where the
+/// locale itself would not group.
+std::optional<double> parseBody(const QString &body, const QLocale &locale, bool isFolded)
 {
     if (body.isEmpty())
         return std::nullopt;
@@ -178,6 +217,12 @@ std::optional<double> parseBody(const QString &body, const QLocale &locale)
         return std::nullopt;
     bool ok = false;
     double value = startsWithZeroGroup(body, locale) ? 0.0 : locale.toDouble(body, &ok);
+    if (!ok && isFolded && !startsWithZeroGroup(body, locale)) {
+        if (const std::optional<double> grouped = groupedInThrees(body, locale)) {
+            value = *grouped;
+            ok = true;
+        }
+    }
     if (!ok) {
         QLocale c = QLocale::c();
         c.setNumberOptions(QLocale::RejectGroupSeparator);
@@ -287,16 +332,67 @@ bool isNumeric(const Cell &cell, const QLocale &locale)
     return cell.isText() && parseNumber(cell.asText(), locale).has_value();
 }
 
-std::optional<double> parseNumber(const QString &text, const QLocale &locale)
+namespace {
+
+bool isSpaceLike(QChar c)
+{
+    return c == QLatin1Char(' ') || c == QChar(0x00a0) || c == QChar(0x202f) || c == QChar(0x2009);
+}
+
+bool isApostropheLike(QChar c)
+{
+    return c == QLatin1Char('\'') || c == QChar(0x2019);
+}
+
+/// Whether a text could read otherwise once folded: it holds more than ASCII, a blank or an
+/// apostrophe (the group separators keyboards give).
+bool mayFold(const QString &text)
+{
+    return std::any_of(text.cbegin(), text.cend(), [](QChar c) {
+        return c.unicode() > 0x7f || c == QLatin1Char('\'') || c == QLatin1Char(' ');
+    });
+}
+
+/// The text as people type it in the locale's way with what their keyboard gives: full-width
+/// digits and signs as plain ones (an input method's "１２．５"), and any blank or any
+/// apostrophe as the locale's group separator where that is a blank or an apostrophe (a no-break
+/// space in French, "1'234.56" in Swiss German).
+QString folded(const QString &text, const QLocale &locale)
+{
+    QString out = text.normalized(QString::NormalizationForm_KC);
+    const QString group = locale.groupSeparator();
+    if (group.size() != 1)
+        return out;
+    const QChar mark = group.front();
+    for (QChar &c : out) {
+        if ((isSpaceLike(mark) && isSpaceLike(c))
+            || (isApostropheLike(mark) && isApostropheLike(c)))
+            c = mark;
+    }
+    return out;
+}
+
+std::optional<double> parseForm(const QString &text, const QLocale &locale, bool isFolded)
 {
     QString body = text.trimmed();
     bool negative = false;
-    if (!stripMarks(body, locale, negative))
+    if (!stripMarks(body, locale, negative, isFolded))
         return std::nullopt;
-    const std::optional<double> value = parseBody(body, locale);
+    const std::optional<double> value = parseBody(body, locale, isFolded);
     if (!value)
         return std::nullopt;
     return negative ? -*value : *value;
+}
+
+} // namespace
+
+std::optional<double> parseNumber(const QString &text, const QLocale &locale)
+{
+    if (const std::optional<double> value = parseForm(text, locale, false))
+        return value;
+    if (!mayFold(text))
+        return std::nullopt;
+    return parseForm(folded(text, locale), locale, true);
 }
 
 namespace {

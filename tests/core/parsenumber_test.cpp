@@ -134,6 +134,36 @@ TEST(ParseNumberTest, ReadsTheFrenchFormWithNarrowAndPlainSpaces)
     EXPECT_EQ(conv::parseNumber(QStringLiteral("(5,00\u00a0\u20ac)"), frFR()), -5.0);
 }
 
+// What people's keyboards give in their locale's way: a Swiss keyboard types the apostrophe
+// that groups thousands as "'", a French one a no-break space, Polish leaves four digits
+// ungrouped but people group them anyway, and a Japanese input method types full-width digits
+// and the narrow yen sign.
+TEST(ParseNumberTest, ReadsGroupingAndDigitsAsKeyboardsTypeThem)
+{
+    const QLocale swiss(QLocale::German, QLocale::Switzerland);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1'234.56"), swiss), 1234.56);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("12'345.67"), swiss), 12345.67);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1\u2019234.56"), swiss), 1234.56);
+    EXPECT_FALSE(conv::parseNumber(QStringLiteral("12'34.5"), swiss).has_value());
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1\u00a0234,56"), frFR()), 1234.56);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1\u00a0234,56\u00a0\u20ac"), frFR()), 1234.56);
+    const QLocale polish(QLocale::Polish, QLocale::Poland);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1 234,56"), polish), 1234.56);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("1\u00a0234,56"), polish), 1234.56);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("12 345,67"), polish), 12345.67);
+    EXPECT_FALSE(conv::parseNumber(QStringLiteral("1 23,5"), polish).has_value());
+    const QLocale japanese(QLocale::Japanese, QLocale::Japan);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("\u00a51,234"), japanese), 1234.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("\uffe51,234"), japanese), 1234.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("\uff11\uff12\uff13\uff14"), japanese), 1234.0);
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("\uff11\uff12\uff0e\uff15"), japanese), 12.5);
+    // Nothing of this widens what other locales read.
+    EXPECT_FALSE(parseUs(QStringLiteral("1'234.56")).has_value());
+    EXPECT_FALSE(parseUs(QStringLiteral("1 234.56")).has_value());
+    EXPECT_FALSE(conv::parseNumber(QStringLiteral("1 234,5"), deDE()).has_value());
+    EXPECT_EQ(conv::parseNumber(QStringLiteral("0 125"), polish), std::nullopt);
+}
+
 TEST(ParseNumberTest, FallsBackToTheCLocaleForm)
 {
     EXPECT_EQ(conv::parseNumber(QStringLiteral("12.5"), deDE()), 12.5);

@@ -337,7 +337,14 @@ void ImportPlanner::skip(SkipReason reason, const QString &partNumber)
 
 std::optional<double> ImportPlanner::number(const Cell &cell, bool storedForm) const
 {
-    return conv::cellNumber(cell, m_locale, m_plainDecimals || storedForm);
+    if (std::optional<double> value =
+            conv::cellNumber(cell, m_locale, m_plainDecimals || storedForm))
+        return value;
+    // A text the user's own form does not read is read as the list-price box reads it when
+    // typed: a comma decimal where the user groups with a comma ("12,50", "0,99" in English).
+    if (cell.isText() && !storedForm)
+        return stored::readNumber(cell.asText());
+    return std::nullopt;
 }
 
 Cell ImportPlanner::pointCell(Cell cell, bool storedForm) const

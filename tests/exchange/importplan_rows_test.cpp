@@ -416,3 +416,37 @@ TEST(ImportPlanLocale, TabSeparatedTextIsReadAsTheUsersLocaleWritesNumbers)
     EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2.675"));
     EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(1234.5f));
 }
+
+// A list price written with a comma decimal in a locale that groups with a comma ("12,50",
+// "0,99" in English, a German supplier's text cells) is read as it is when typed into the
+// list-price box: twelve and a half, not a product without a price.
+TEST(ImportPlanLocale, ACommaDecimalListPriceIsReadAsTypingReadsIt)
+{
+    const TextWorkbook text(QByteArray("Part Number\tProduct Name\tPrice\r\n"
+                                       "LO-2\tLo two\t12,50\r\nLO-4\tLo four\t0,99\r\n"
+                                       "LO-5\tLo five\t1,250\r\n"));
+    const ImportPlan added = planNewProducts(text, EnUs);
+    ASSERT_EQ(added.addedCount(), 3);
+    EXPECT_EQ(added.addedProduct(0)[P::Price - 1], Cell(12.5f));
+    EXPECT_EQ(added.addedProduct(1)[P::Price - 1], Cell(0.99f));
+    EXPECT_EQ(added.addedProduct(2)[P::Price - 1], Cell(1250.0f)) << "grouped in English";
+    EXPECT_EQ(added.addedWithoutPrice, 0);
+
+    Table catalogue { 2, P::FieldCount };
+    catalogue.put(1, P::PartNumber, Cell("LO-2"));
+    catalogue.put(1, P::ProductName, Cell("Lo two"));
+    catalogue.put(1, P::Price, Cell(10.0f));
+    catalogue.put(2, P::PartNumber, Cell("LO-4"));
+    catalogue.put(2, P::ProductName, Cell("Lo four"));
+    catalogue.put(2, P::Price, Cell(0.99f));
+    ImportPlanner planner(
+        text, catalogue, test::supplierSheetLetters(), true, ImportAction::UpdateExisting, EnUs);
+    planner.runAll();
+    const ImportPlan update = planner.takePlan();
+    EXPECT_TRUE(update.skipped.empty());
+    ASSERT_EQ(update.changed.size(), 1U);
+    EXPECT_EQ(update.changed[0].partNumber, QStringLiteral("LO-2"));
+    ASSERT_EQ(update.changed[0].fields.size(), 1U);
+    EXPECT_EQ(update.changed[0].fields[0].after, Cell(12.5f));
+    EXPECT_EQ(update.unchanged, 1);
+}

@@ -418,13 +418,14 @@ void CatalogueReader::storeLaterField(int row, int field, qsizetype start, qsize
         m_table.put(row, field, static_cast<float>(*value));
         return;
     }
-    // Price points stay texts, in a form the user's locale reads as the same number: "1.5"
-    // from the file is kept where "." is the decimal separator and becomes "1,5" in German.
-    const std::optional<double> local = conv::parseNumber(text, m_locale);
-    if (local && *local == *value)
+    // Price points stay texts, in the user's own form: "1.5" from the file is kept where "."
+    // is the decimal separator and becomes "1,5" in German, so that every price point reads
+    // alike in the export and the handheld file.
+    const QString own = stored::ownForm(text, *value, m_locale);
+    if (own == text)
         m_table.put(row, field, textCell(start, size));
     else
-        m_table.put(row, field, stored::shortestText(*value, m_locale));
+        m_table.put(row, field, own);
 }
 
 void CatalogueReader::makeRoomFor(int row)

@@ -78,6 +78,24 @@ QString asTyped(const QString &text, const QLocale &userLocale)
     return shortestText(*value, userLocale);
 }
 
+QString ownForm(const QString &text, double value, const QLocale &userLocale)
+{
+    bool ok = false;
+    const double own = userLocale.toDouble(text.trimmed(), &ok);
+    if (ok && own == value)
+        return text;
+    return shortestText(value, userLocale);
+}
+
+QString pointText(const QString &text, const QLocale &userLocale)
+{
+    const QString kept = asTyped(text, userLocale);
+    const std::optional<double> value = conv::parseNumber(kept, userLocale);
+    if (!value || !std::isfinite(*value))
+        return kept;
+    return ownForm(kept, *value, userLocale);
+}
+
 QString numberText(float value)
 {
     return shortestText(value, QLocale::c());

@@ -54,6 +54,17 @@ std::optional<double> readNumberOrLocal(const QString &text, const QLocale &user
 /// which is what the file will read it as after the next start; any other text stays as typed.
 QString asTyped(const QString &text, const QLocale &userLocale);
 
+/// A price point's text in the user's own form, so every price point of a catalogue reads
+/// alike in whatever receives it (the export, the handheld file, the product report): the text
+/// itself when the user's locale reads it as value with its own marks ("12,50" and "1.000" in
+/// German, "12.50" in English), else the shortest text of value in that locale ("7,36" in
+/// German for "7.36" or "7,36 €").
+QString ownForm(const QString &text, double value, const QLocale &userLocale);
+
+/// A price point as typed, kept as asTyped keeps it and then, when it is a number, in the
+/// user's own form (ownForm).
+QString pointText(const QString &text, const QLocale &userLocale);
+
 /// The cell a stored text stands for: the number (a double) when readNumberOrLocal reads it,
 /// else the text itself, so a conversion of the cell raises the usual type mismatch.
 Cell numberCell(const QString &text, const QLocale &userLocale);

@@ -349,8 +349,18 @@ std::optional<double> ImportPlanner::number(const Cell &cell, bool storedForm) c
 
 Cell ImportPlanner::pointCell(Cell cell, bool storedForm) const
 {
-    if (!storedForm || !cell.isText())
+    if (!cell.isText())
         return cell;
+    if (!storedForm) {
+        // Text as a person typed it in the user's locale, kept in the user's own form as the
+        // catalogue keeps its price points ("7.36" becomes "7,36" in German).
+        const QString text = cell.asText();
+        const std::optional<double> value = conv::parseNumber(text, m_locale);
+        if (!value)
+            return cell;
+        const QString own = stored::ownForm(text, *value, m_locale);
+        return own == text ? cell : Cell(own);
+    }
     const CellTextView view = cell.textView();
     const QByteArray spare =
         view.encoding == TextEncoding::Utf16 ? cell.asText().toLatin1() : QByteArray();
@@ -359,10 +369,9 @@ Cell ImportPlanner::pointCell(Cell cell, bool storedForm) const
         : conv::plainDecimal(view.bytes(), view.size);
     if (!stored)
         return cell;
-    const std::optional<double> local = conv::parseNumber(cell.asText(), m_locale);
-    if (local && *local == *stored)
-        return cell;
-    return Cell(stored::shortestText(*stored, m_locale));
+    const QString text = cell.asText();
+    const QString own = stored::ownForm(text, *stored, m_locale);
+    return own == text ? cell : Cell(own);
 }
 
 Cell ImportPlanner::nameCell(Cell name)

@@ -113,8 +113,9 @@ bool ScheduleModel::setData(const QModelIndex &index, const QVariant &value, int
     // A cell left as it was opened changes nothing (no step of the history either).
     if (text == data(index, Qt::EditRole).toString())
         return true;
-    // A comma decimal under an English locale means now what the catalogue file reads it as.
-    const Cell typed = text.isEmpty() ? Cell() : Cell(stored::asTyped(text, m_locale));
+    // A comma decimal under an English locale means now what the catalogue file reads it as;
+    // a number is kept in the user's own form, as the catalogue keeps its price points.
+    const Cell typed = text.isEmpty() ? Cell() : Cell(stored::pointText(text, m_locale));
     if (m_writer) {
         if (!m_writer(index.row() + 1, index.column() + 1, typed))
             return false;

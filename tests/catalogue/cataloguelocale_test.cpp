@@ -176,5 +176,29 @@ TEST_F(CatalogueFixture, FrenchPriceTextWithNarrowSpaceStillGoesOutAsWindows1252
     EXPECT_EQ(encodeCatalogueText(text.text), productLine({ "A-1", "", "1234.5", "Notes \xe9" }));
 }
 
+// Every price point read under German is kept in the German form, whichever way the file
+// writes it, so the export and the handheld file write them all alike ("7,36" beside "7,676",
+// never "7.36" beside "7,676"); the file gets the "." form back.
+TEST_F(CatalogueFixture, UnderGermanEveryPricePointIsKeptInTheGermanForm)
+{
+    const QLocale german(QLocale::German, QLocale::Germany);
+    writeDataFile(productLine({ "M-1", "Valve", "12.5", "", "", "10", "7.676", "100", "7.36",
+        "1000", "7.340", "5000", "call" }));
+    Table table(1000, 15);
+    Products germanProducts(table, prompts, environment, german);
+    ASSERT_EQ(germanProducts.ReadProds(dataFile()).status, Status::Ok);
+    EXPECT_EQ(table.get(1, ProductRecord::PricePoint1), Cell("10"));
+    EXPECT_EQ(table.get(1, ProductRecord::Price1), Cell("7,676"));
+    EXPECT_EQ(table.get(1, ProductRecord::Price2), Cell("7,36"));
+    EXPECT_EQ(table.get(1, ProductRecord::Price3), Cell("7,34"));
+    EXPECT_EQ(table.get(1, ProductRecord::PricePoint4), Cell("5000"));
+    EXPECT_EQ(table.get(1, ProductRecord::Price4), Cell("call"));
+    table.redimPreserve(germanProducts.Count(), 15);
+    ASSERT_TRUE(germanProducts.WriteProds(dataFile()).ok);
+    EXPECT_EQ(dataFileBytes(),
+        productLine({ "M-1", "Valve", "12.5", "", "", "10", "7.676", "100", "7.36", "1000", "7.34",
+            "5000", "call" }));
+}
+
 } // namespace
 } // namespace tarnwick::test

@@ -248,7 +248,7 @@ ImportPlan planNewProducts(const IWorkbook &workbook, const QLocale &locale)
 
 // A number cell of a workbook is the same number in every locale: in German "2.675" from the
 // cell 2.675 is not two thousand six hundred and seventy-five, and a price point keeps it in
-// the form German reads as that number, as the catalogue file's price points are kept.
+// the German form, as the catalogue file's price points are kept.
 TEST(ImportPlanLocale, AWorkbooksNumbersMeanTheSameInGerman)
 {
     for (const char *name : { "decimals.xlsx", "decimals.ods", "decimals.xls" }) {
@@ -268,8 +268,8 @@ TEST(ImportPlanLocale, AWorkbooksNumbersMeanTheSameInGerman)
             EXPECT_EQ(german.addedProduct(0)[P::PricePoint1 - 1], Cell("1000"));
             EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2,675"));
             EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(1234.5f));
-            EXPECT_EQ(german.addedProduct(1)[P::Price1 - 1], Cell("14.46"))
-                << "a form German reads as the same number stays as it is";
+            EXPECT_EQ(german.addedProduct(1)[P::Price1 - 1], Cell("14,46"))
+                << "in the German form, as every price point of the catalogue";
             const ImportPlan english = planNewProducts(*workbook, EnUs);
             ASSERT_EQ(english.addedCount(), 2);
             EXPECT_EQ(english.addedProduct(0)[P::Price - 1], Cell(0.125f));
@@ -303,8 +303,8 @@ TEST(ImportPlanLocale, AWorkbooksTextCellsAreReadAsTheUserTypedThem)
             EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2.500"));
             EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(1.25f));
             EXPECT_EQ(german.addedProduct(1)[P::PricePoint1 - 1], Cell("1000"));
-            EXPECT_EQ(german.addedProduct(1)[P::Price1 - 1], Cell("2.5"))
-                << "a form German reads as the same number stays as it is";
+            EXPECT_EQ(german.addedProduct(1)[P::Price1 - 1], Cell("2,5"))
+                << "in the German form, as every price point of the catalogue";
             EXPECT_EQ(german.addedProduct(2)[P::Price - 1], Cell(1250.0f));
             EXPECT_EQ(german.addedProduct(2)[P::Price1 - 1], Cell("12,50"));
             const ImportPlan english = planNewProducts(*workbook, EnUs);

@@ -69,6 +69,26 @@ TEST_F(ScheduleModelTest, CellsAreReadOnlyUntilTheModelIsMadeEditable)
     EXPECT_EQ(schedule.get(1, 1), Cell("10"));
 }
 
+// A price point typed under German is kept in the German form, as the catalogue keeps every
+// price point it reads, so the export writes them all alike.
+TEST(ScheduleModelGerman, APricePointTypedIsKeptInTheGermanForm)
+{
+    const QLocale german(QLocale::German, QLocale::Germany);
+    Table schedule(5, 2);
+    ScheduleModel model(schedule, german);
+    model.setEditable(true);
+    EXPECT_TRUE(model.setData(model.index(0, 1), "7.36"));
+    EXPECT_EQ(schedule.get(1, 2), Cell("7,36"));
+    EXPECT_TRUE(model.setData(model.index(1, 1), QStringLiteral("12,50 \u20ac")));
+    EXPECT_EQ(schedule.get(2, 2), Cell("12,5"));
+    EXPECT_TRUE(model.setData(model.index(2, 1), "4,5"));
+    EXPECT_EQ(schedule.get(3, 2), Cell("4,5")) << "typed in the German form already";
+    EXPECT_TRUE(model.setData(model.index(0, 0), "1.000"));
+    EXPECT_EQ(schedule.get(1, 1), Cell("1.000")) << "a thousand, grouped as German groups";
+    EXPECT_TRUE(model.setData(model.index(3, 1), "call"));
+    EXPECT_EQ(schedule.get(4, 2), Cell("call"));
+}
+
 TEST_F(ScheduleModelTest, ACommaDecimalTypedInEnglishIsTheNumberTheFileWillRead)
 {
     model.setEditable(true);

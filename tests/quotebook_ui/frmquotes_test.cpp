@@ -18,6 +18,7 @@
 #include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -323,6 +324,34 @@ TEST_F(FrmQuotesTest, TheStatusOfTheChosenQuoteIsChangedInTheBook)
     grid->setCurrentIndex(grid->model()->index(0, 0));
     EXPECT_EQ(status->currentText(), QStringLiteral("draft"));
     EXPECT_TRUE(prompts.shown().empty());
+}
+
+TEST_F(FrmQuotesTest, TheWheelScrollingPastTheStatusChangesNoQuote)
+{
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    auto *grid = child<QTableView>("GrdQuotes");
+    auto *status = child<QComboBox>("CmbStatus");
+    grid->setFocus();
+    grid->setCurrentIndex(grid->model()->index(1, 0));
+    ASSERT_EQ(status->currentText(), QStringLiteral("draft"));
+    const QPointF centre = QRectF(status->rect()).center();
+    for (int turn = 0; turn < 2; ++turn) {
+        QWheelEvent wheel(centre, status->mapToGlobal(centre), QPoint(), QPoint(0, -120),
+            Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(status, &wheel);
+    }
+    EXPECT_EQ(status->currentText(), QStringLiteral("draft"));
+    EXPECT_EQ(column(5), (QStringList { "draft", "draft", "draft" }));
+    EXPECT_EQ(book.list(QStringLiteral("clamp")).first().status, QuoteStatus::Draft);
+    EXPECT_NE(QApplication::focusWidget(), status) << "the wheel gave it no keyboard";
+    // Chosen on purpose, with the keyboard in the box, the wheel changes it as before.
+    status->setFocus();
+    ASSERT_TRUE(status->hasFocus());
+    QWheelEvent wheel(centre, status->mapToGlobal(centre), QPoint(), QPoint(0, -120), Qt::NoButton,
+        Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(status, &wheel);
+    EXPECT_EQ(status->currentText(), QStringLiteral("sent"));
 }
 
 TEST_F(FrmQuotesTest, TabAndCtrlTabLeaveTheListAndCancelHasItsLetter)

@@ -1,5 +1,7 @@
 #include "exchange/ui/frmupdateui.h"
 
+#include "platform/qt/wheelguard.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
@@ -140,6 +142,8 @@ void FrmUpdateUi::createLists(QDialog *window)
         list->setMinimumContentsLength(ShortestListCharacters);
         list->setMinimumWidth(list->minimumSizeHint().width());
         list->setMinimumContentsLength(ListCharacters);
+        // The wheel scrolling past a list never changes the column it maps.
+        changeOnWheelOnlyWithFocus(list);
         auto *label = named(new QLabel(QString::fromLatin1(FieldLabels[index]), window),
             QStringLiteral("LblField(%1)").arg(index));
         label->setBuddy(list);

@@ -1,5 +1,6 @@
 #include "products/ui/discountform.h"
 
+#include "platform/qt/wheelguard.h"
 #include "products/discount.h"
 
 #include <QComboBox>
@@ -32,6 +33,7 @@ DiscountForm::DiscountForm(
     setWindowTitle(tr("Discount"));
     m_label1 = named(new QLabel(tr("Apply Discount"), this), "Label1");
     m_cmboDisc = named(new QComboBox(this), "CmboDisc");
+    changeOnWheelOnlyWithFocus(m_cmboDisc);
     m_label1->setBuddy(m_cmboDisc);
     m_cmboDisc->setAccessibleName(m_label1->text());
     m_scope = named(new QLabel(this), "LblScope");

@@ -1,6 +1,7 @@
 #include "products/ui/frmchangeprices.h"
 
 #include "core/conversions.h"
+#include "platform/qt/wheelguard.h"
 
 #include <QApplication>
 #include <QButtonGroup>
@@ -72,6 +73,7 @@ QFormLayout *FrmChangePrices::createChoices(int selectedCount, int shownCount)
     m_change = namedChangeWidget(new QLineEdit(this), "TxtChange");
     m_change->setPlaceholderText(tr("e.g. 5 to raise, -5 to lower"));
     m_rounding = namedChangeWidget(new QComboBox(this), "CmbRounding");
+    changeOnWheelOnlyWithFocus(m_rounding);
     m_rounding->addItems(
         { tr("To the cent"), tr("To .95 endings"), tr("To .99 endings"), tr("To whole units") });
     m_selected = namedChangeWidget(

@@ -2,6 +2,7 @@
 
 #include "platform/iprompts.h"
 #include "platform/keynavigation.h"
+#include "platform/qt/wheelguard.h"
 #include "quotebook/quotebook.h"
 #include "quotebook/quotelistmodel.h"
 
@@ -71,6 +72,8 @@ FrmQuotes::FrmQuotes(QuoteBook &book, IPrompts &prompts, const QLocale &locale, 
     m_cmbStatus = quotesControl(new QComboBox(this), "CmbStatus");
     for (const QuoteStatus status : QuoteStatuses::all())
         m_cmbStatus->addItem(QuoteStatuses::name(status));
+    // A status is a record of what the customer did: the wheel scrolling past never changes it.
+    changeOnWheelOnlyWithFocus(m_cmbStatus);
     auto *statusLabel = new QLabel(tr("&Status:"), this);
     statusLabel->setBuddy(m_cmbStatus);
     m_cmdOpen = quotesControl(new QPushButton(tr("&Open"), this), "CmdOpen");

@@ -1,5 +1,6 @@
 #include "shell/mainwindowui.h"
 
+#include "shell/amountbox.h"
 #include "shell/gridview.h"
 #include "shell/statustext.h"
 
@@ -56,7 +57,7 @@ QPlainTextEdit *createTextBox(QGroupBox *frame, const char *name)
 
 QLineEdit *createTotalBox(QWidget *parent, const char *name)
 {
-    auto *box = named(new QLineEdit(parent), name);
+    auto *box = named(new AmountBox(parent), name);
     box->setReadOnly(true);
     box->setAlignment(Qt::AlignRight);
     return box;
@@ -95,7 +96,7 @@ QWidget *MainWindowUi::createProductPage(QWidget *parent)
     auto *page = new QWidget(parent);
     page->setObjectName(QStringLiteral("tabProduct"));
     FraPrice = named(new QGroupBox(QObject::tr("Price"), page), "FraPrice");
-    TxtPrice = named(new QLineEdit(FraPrice), "TxtPrice");
+    TxtPrice = named(new AmountBox(FraPrice), "TxtPrice");
     TxtPrice->setReadOnly(true);
     auto *priceLabel = new QLabel(QObject::tr("List pri&ce:"), FraPrice);
     priceLabel->setBuddy(TxtPrice);

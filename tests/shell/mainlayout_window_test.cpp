@@ -2,10 +2,12 @@
 // is resized, the bar can be dragged within its margins, and the split is remembered.
 #include "shellfixture.h"
 
+#include "shell/amountbox.h"
 #include "shell/gridview.h"
 #include "shell/mainwindowactions.h"
 
 #include <QFrame>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QTabWidget>
 #include <QTest>
@@ -80,6 +82,28 @@ TEST_F(MainLayoutWindowTest, TheBarDoesNotFollowCloserThan500TwipsToAnEdge)
     EXPECT_EQ(window->screenSplit(), before);
     drag(window->ui().Client->width() - 20 - barLeft);
     EXPECT_EQ(window->screenSplit(), before);
+}
+
+// The bar dragged far to the right leaves the totals and the list price narrower than their
+// amounts: each shows its amount cut with "…" at its end, never its last digits ("50.00" of
+// "$104,850.00" would read as another amount), and keeps it whole as its text.
+TEST_F(MainLayoutWindowTest, AnAmountTooWideForItsBoxIsCutAtItsEndNotItsStart)
+{
+    const QString amount = QStringLiteral("$104,850.00");
+    for (QLineEdit *box : { window->ui().TxtTotal, window->ui().TxtDisc, window->ui().TxtPrice }) {
+        SCOPED_TRACE(box->objectName().toStdString());
+        auto *amountBox = qobject_cast<AmountBox *>(box);
+        ASSERT_NE(amountBox, nullptr);
+        box->setText(amount);
+        const int needed = box->fontMetrics().horizontalAdvance(amount);
+        box->setFixedWidth(needed / 2);
+        const QString shown = amountBox->shownText();
+        EXPECT_TRUE(shown.endsWith(QChar(0x2026))) << shown.toStdString();
+        EXPECT_TRUE(amount.startsWith(shown.chopped(1))) << shown.toStdString();
+        EXPECT_EQ(box->text(), amount);
+        box->setFixedWidth(needed + 40);
+        EXPECT_EQ(amountBox->shownText(), amount);
+    }
 }
 
 TEST_F(MainLayoutWindowTest, MovingWithoutPressingDoesNotDrag)

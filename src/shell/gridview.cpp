@@ -182,6 +182,13 @@ void GridView::showKeyboard(bool here)
     setPalette(colours);
 }
 
+void GridView::scrollContentsBy(int dx, int dy)
+{
+    QTableView::scrollContentsBy(dx, dy);
+    if (dx != 0)
+        viewport()->update();
+}
+
 void GridView::paintEvent(QPaintEvent *event)
 {
     QTableView::paintEvent(event);

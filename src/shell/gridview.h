@@ -62,6 +62,9 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    /// A sideways scroll draws the whole viewport anew: a cell partly in view is drawn in its
+    /// part that shows, so the pixels the view would move along are not that cell any more.
+    void scrollContentsBy(int dx, int dy) override;
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
     /// A move the program makes (no event: undo, a header sort, Locate Product) selects the
     /// new current row alone. Qt would read keys still held, such as the Ctrl of Ctrl+Z, as a

@@ -27,8 +27,10 @@ QRect AmountBox::textArea() const
 
 bool AmountBox::isCut() const
 {
+    // A line edit draws a text a little wider than its text area into the blank beside it,
+    // whole: only one wider than both is cut.
     return !hasFocus() && echoMode() == Normal
-        && fontMetrics().horizontalAdvance(text()) > textArea().width();
+        && fontMetrics().horizontalAdvance(text()) > textArea().width() + 2 * TextMargin;
 }
 
 QString AmountBox::shownText() const

@@ -533,7 +533,7 @@ bool QuoteBook::writeSearchAndLines(const SavedQuote &quote)
     search.bindValue(1, QuoteBookRows::haystack(quote.header, quote.content.lines));
     if (!QuoteBookRows::run(clear, error) || !QuoteBookRows::run(search, error)
         || !QuoteBookRows::writeLines(
-            statementFor(), QuoteLines, quote.header.id, quote.content, error))
+            statementFor(), QuoteLines, quote.header.id, quote.content, m_locale, error))
         return fail(error);
     if (m_notesSearchTexts) {
         QSqlQuery &made = prepared(QStringLiteral("DELETE FROM search_stale WHERE quote_id = ?"));

@@ -375,7 +375,7 @@ bool QuoteBook::keepInHand(const InHand &inHand)
     which.prepare(QStringLiteral("INSERT OR REPLACE INTO in_hand (id, quote_id) VALUES (1, ?)"));
     which.bindValue(0, inHand.quoteId != 0 ? QVariant(inHand.quoteId) : QVariant());
     const bool done = QuoteBookRows::run(m_db, QStringLiteral("DELETE FROM in_hand_lines"), error)
-        && QuoteBookRows::writeLines(statementFor(), HandLines, 0, inHand.content, error)
+        && QuoteBookRows::writeLines(statementFor(), HandLines, 0, inHand.content, m_locale, error)
         && QuoteBookRows::run(which, error);
     if (!done) {
         rollback();

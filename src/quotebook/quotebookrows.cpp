@@ -35,6 +35,29 @@ QString lineColumns(int fields = QuoteLine::FieldCount)
 
 } // namespace
 
+Cell bookCell(const Cell &cell, int field, const QLocale &locale)
+{
+    if (!cell.isText() || (field != QuoteLine::UnitPrice && field != QuoteLine::Quantity))
+        return cell;
+    const QString text = cell.asText();
+    const std::optional<double> value = conv::parseNumber(text, locale);
+    if (!value || !std::isfinite(*value))
+        return cell;
+    // Plain digits ("12", "12.50") that the user's locale reads as they stand mean the same in
+    // every locale: kept as typed.
+    const QByteArray plain = text.toLatin1();
+    const std::optional<double> everywhere = conv::plainDecimal(plain.constData(), plain.size());
+    if (everywhere && *everywhere == *value)
+        return cell;
+    if (field == QuoteLine::UnitPrice)
+        return std::fabs(*value) <= double(std::numeric_limits<float>::max()) ? Cell(*value) : cell;
+    // A quantity the line cannot count in ("1,5", "1e10") stays as typed, as the line says.
+    if (*value != std::trunc(*value) || *value < std::numeric_limits<qint32>::min()
+        || *value > std::numeric_limits<qint32>::max())
+        return cell;
+    return Cell(qint32(*value));
+}
+
 QVariant sqlValue(const Cell &cell)
 {
     switch (cell.kind()) {
@@ -183,7 +206,7 @@ constexpr int LinesPerStatement = 50;
 
 /// Binds the values of line row of content, from position at on.
 void bindLine(QSqlQuery &insert, int &at, bool withQuoteId, qint64 quoteId,
-    const QuoteContent &content, int row, int fields)
+    const QuoteContent &content, int row, int fields, const QLocale &locale)
 {
     const Table &lines = content.lines;
     if (withQuoteId)
@@ -191,7 +214,8 @@ void bindLine(QSqlQuery &insert, int &at, bool withQuoteId, qint64 quoteId,
     insert.bindValue(at++, row);
     QString kinds;
     for (int field = 1; field <= fields; ++field) {
-        const Cell cell = field <= lines.fieldCount() ? lines.get(row, field) : Cell();
+        const Cell cell =
+            field <= lines.fieldCount() ? bookCell(lines.get(row, field), field, locale) : Cell();
         insert.bindValue(at++, sqlValue(cell));
         kinds += kindLetter(cell);
     }
@@ -205,7 +229,7 @@ void bindLine(QSqlQuery &insert, int &at, bool withQuoteId, qint64 quoteId,
 } // namespace
 
 bool writeLines(const StatementFor &statementFor, const QString &table, qint64 quoteId,
-    const QuoteContent &content, QSqlError &error, int fields)
+    const QuoteContent &content, const QLocale &locale, QSqlError &error, int fields)
 {
     fields = qBound(1, fields, QuoteLine::FieldCount);
     const bool withQuoteId = table == QLatin1String("quote_lines");
@@ -215,7 +239,7 @@ bool writeLines(const StatementFor &statementFor, const QString &table, qint64 q
         QSqlQuery &insert = statementFor(table, rows);
         int at = 0;
         for (int row = first; row < first + rows; ++row)
-            bindLine(insert, at, withQuoteId, quoteId, content, row, fields);
+            bindLine(insert, at, withQuoteId, quoteId, content, row, fields, locale);
         if (!run(insert, error))
             return false;
     }

@@ -32,6 +32,13 @@ QChar kindLetter(const Cell &cell);
 /// changed by another program) becomes the nearest cell: a text, or empty.
 Cell cellOf(const QVariant &value, QChar kind);
 
+/// A cell of a quote line as the quote book keeps it: a unit price or a quantity typed as a
+/// number in the user's own form ("1.234,56", "1.000", "12,5" in German) is kept as that
+/// number (a quantity as a whole number), so a colleague under another locale, or the user
+/// after a change of regional settings, reads the same price; plain digits every locale reads
+/// alike ("12", "12.50") and any other cell are kept as they are.
+Cell bookCell(const Cell &cell, int field, const QLocale &locale);
+
 /// The prepared statement of insertLinesSql(table, rows) (the quote book keeps each once per
 /// connection).
 using StatementFor = std::function<QSqlQuery &(const QString &table, int rows)>;
@@ -41,9 +48,10 @@ using StatementFor = std::function<QSqlQuery &(const QString &table, int rows)>;
 QString insertLinesSql(const QString &table, int rows, int fields = QuoteLine::FieldCount);
 /// Writes the first fields fields of the lines of content into table, inside the caller's
 /// transaction, several lines per statement (statements from statementFor, made by
-/// insertLinesSql with the same fields).
+/// insertLinesSql with the same fields); each cell as bookCell gives it for locale.
 bool writeLines(const StatementFor &statementFor, const QString &table, qint64 quoteId,
-    const QuoteContent &content, QSqlError &error, int fields = QuoteLine::FieldCount);
+    const QuoteContent &content, const QLocale &locale, QSqlError &error,
+    int fields = QuoteLine::FieldCount);
 /// Reads them back in line order; none on an error. Only the first fields fields are read (a
 /// book being brought up from a version whose lines had fewer columns); the rest stay empty.
 std::optional<QuoteContent> readLines(QSqlDatabase &db, const QString &table, qint64 quoteId,

@@ -1,6 +1,7 @@
 #include "quotebook/quotesession.h"
 
 #include "catalogue/table.h"
+#include "quotebook/quotebookrows.h"
 #include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 
@@ -10,14 +11,20 @@ namespace tarnwick {
 
 namespace {
 
-bool sameLines(const Table &a, const Table &b)
+/// Whether two quotes' lines are the same as the quote book keeps them: a price typed as
+/// "12,50" and the 12.5 the book gives back for it are the same price.
+bool sameLines(const Table &a, const Table &b, const QLocale &locale)
 {
     if (a.rowCount() != b.rowCount())
         return false;
     const int fields = qMin(a.fieldCount(), b.fieldCount());
     for (int row = 1; row <= a.rowCount(); ++row) {
         for (int field = 1; field <= fields; ++field) {
-            if (!(a.get(row, field) == b.get(row, field)))
+            const Cell &left = a.get(row, field);
+            const Cell &right = b.get(row, field);
+            if (!(left == right)
+                && !(QuoteBookRows::bookCell(left, field, locale)
+                    == QuoteBookRows::bookCell(right, field, locale)))
                 return false;
         }
     }
@@ -50,7 +57,7 @@ bool QuoteSession::isChanged() const
 {
     if (!m_header.isSaved())
         return !isEmpty();
-    return !sameLines(QuoteList::linesOf(m_quote), m_saved.lines);
+    return !sameLines(QuoteList::linesOf(m_quote), m_saved.lines, m_locale);
 }
 
 std::vector<PriceSource> QuoteSession::sources() const
@@ -227,7 +234,7 @@ std::optional<QuoteHeader> QuoteSession::saveMissedInHand(
     SavedQuote quote;
     const auto continued =
         inHand->quoteId != 0 ? m_book.load(inHand->quoteId) : std::optional<SavedQuote>();
-    if (continued && sameLines(continued->content.lines, inHand->content.lines))
+    if (continued && sameLines(continued->content.lines, inHand->content.lines, m_locale))
         return std::nullopt; // nothing but what the book holds as that revision
     if (continued) {
         quote.header = continued->header;

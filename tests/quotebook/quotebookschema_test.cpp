@@ -81,8 +81,8 @@ TEST_F(QuoteBookFileTest, ABookOfVersionOneIsBroughtUpToDate)
             insert.prepare(QuoteBookRows::insertLinesSql(table, rows, QuoteLine::Includes));
             return insert;
         };
-        ASSERT_TRUE(QuoteBookRows::writeLines(
-            statementFor, QStringLiteral("quote_lines"), 5, content, error, QuoteLine::Includes));
+        ASSERT_TRUE(QuoteBookRows::writeLines(statementFor, QStringLiteral("quote_lines"), 5,
+            content, locale, error, QuoteLine::Includes));
         EXPECT_EQ(QuoteBookSchema::version(raw.db(), error), 1);
     }
     ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();
@@ -310,7 +310,7 @@ TEST_F(QuoteBookFileTest, LinesKeptBeforeLocksWereStoredReadAsUnlocked)
             return insert;
         };
         ASSERT_TRUE(QuoteBookRows::writeLines(statementFor, QStringLiteral("in_hand_lines"), 0,
-            sampleContent(2, QStringLiteral("HAND")), error, QuoteLine::Includes));
+            sampleContent(2, QStringLiteral("HAND")), locale, error, QuoteLine::Includes));
         raw.exec(QStringLiteral("INSERT INTO in_hand (id, quote_id) VALUES (1, 0)"));
     }
     ASSERT_EQ(open().status, QuoteBook::OpenStatus::Opened) << book.errorString().toStdString();

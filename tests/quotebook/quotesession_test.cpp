@@ -54,7 +54,7 @@ protected:
         QuoteBookTest::SetUp();
         catalogue.redim(3, ProductRecord::FieldCount);
         const char *products[][3] = { { "BV-1050", "Ball valve", "12.5" },
-            { "TAP-20", "Tap", "$4.00" }, { "PIPE-3", "Pipe", "3" } };
+            { "TAP-20", "Tap", "4.00" }, { "PIPE-3", "Pipe", "3" } };
         for (int row = 1; row <= 3; ++row) {
             for (int field = 1; field <= 3; ++field)
                 catalogue.put(row, field, products[row - 1][field - 1]);
@@ -120,6 +120,27 @@ TEST_F(QuoteSessionTest, TheFirstSaveNumbersTheQuoteForItsCustomer)
     EXPECT_EQ(saved->content.sources,
         (std::vector<PriceSource> { PriceSource::PricePoint, PriceSource::ListPrice }));
     EXPECT_DOUBLE_EQ(saved->total, 109.5 + 4.0);
+}
+
+// A price typed in the user's own form ("$1,234.50") is kept in the book as the number it is;
+// the quote that typed it is not "changed" against that number, however it is looked at again.
+TEST_F(QuoteSessionTest, APriceTypedInTheUsersFormIsTheSamePriceAsTheBookKeepsIt)
+{
+    add(1, QStringLiteral("2"));
+    quote.put(1, QuoteLine::UnitPrice, "$1,234.50");
+    QuoteList::repriceLine(quote, catalogue, 1, QuoteGridColumn::Price, locale);
+    ASSERT_TRUE(session->saveNew(acme(), SampleTexts, SampleToday));
+    const auto saved = book->load(session->header().id);
+    ASSERT_TRUE(saved.has_value());
+    EXPECT_EQ(saved->content.lines.get(1, QuoteLine::UnitPrice), Cell(1234.5));
+    ASSERT_TRUE(session->keepNow());
+
+    // The quote on screen against the saved revision as the book gives it back.
+    ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened);
+    QuoteSession next(*book, quote, catalogue, locale);
+    ASSERT_TRUE(next.restore().has_value());
+    EXPECT_TRUE(next.header().isSaved());
+    EXPECT_FALSE(next.isChanged()) << "the typed text and the book's number are one price";
 }
 
 TEST_F(QuoteSessionTest, LaterSavesUpdateThatRevision)
@@ -396,7 +417,7 @@ TEST_F(QuoteSessionTest, AQuoteBroughtBackIsNotWrittenAgainUntilItChanges)
 TEST_F(QuoteSessionTest, OpeningAQuoteFindsTheLinesThatCostOtherwiseToday)
 {
     add(1, QStringLiteral("10")); // price point 10.95
-    add(2); // list price $4.00
+    add(2); // list price 4.00
     add(3); // list price 3, typed below
     quote.put(3, QuoteLine::UnitPrice, "2.75");
     QuoteList::repriceLine(quote, catalogue, 3, QuoteGridColumn::Price, locale);

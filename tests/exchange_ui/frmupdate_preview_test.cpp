@@ -157,8 +157,12 @@ TEST_F(FrmUpdatePreviewTest, TheActionsOfferUpdatingExistingProducts)
 TEST_F(FrmUpdatePreviewTest, UpdatingAsksForThePartNumberOnly)
 {
     open(workbook("sample.xls"));
+    // The grey word a list shows while nothing is chosen is read with its name.
+    EXPECT_EQ(list(0)->accessibleName(), "Part Number (Required)");
+    EXPECT_EQ(list(1)->accessibleName(), "Product Name (Required)");
     chooseUpdate();
     EXPECT_EQ(list(1)->placeholderText(), "Skip Field");
+    EXPECT_EQ(list(1)->accessibleName(), "Product Name (Skip Field)");
     clickOk();
     EXPECT_EQ(fakes.prompts.texts(), QStringList { "Missing required fields" });
     choose(0, 0);
@@ -178,6 +182,8 @@ TEST_F(FrmUpdatePreviewTest, OkShowsEveryChangeAndTheCountsBeforeAnythingChanges
     ASSERT_NE(preview, nullptr);
     EXPECT_EQ(preview->objectName(), "FrmImportPreview");
     EXPECT_EQ(preview->windowTitle(), "Import Preview");
+    EXPECT_EQ(preview->findChild<QTableView *>("GrdChanges")->accessibleName(), "Changes");
+    EXPECT_EQ(preview->findChild<QTableView *>("GrdSkipped")->accessibleName(), "Skipped rows");
     // Not modal (the main window's close must reach it), but the mapping waits meanwhile.
     EXPECT_EQ(preview->windowModality(), Qt::NonModal);
     EXPECT_FALSE(window->findChild<QPushButton *>(QStringLiteral("CmdOK"))->isEnabled());

@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScrollBar>
 #include <QTableWidget>
 #include <QTest>
@@ -135,6 +136,40 @@ FrmChangePrices::Planner notingPlanner(std::vector<double> &asked)
         plan.changeCount = 1;
         return plan;
     };
+}
+
+// What assistive tools read in the two pricing windows: every option says which choice it
+// belongs to, and the buttons and controls carry their names.
+TEST(PricingWindowsNames, OptionsNameTheirChoiceAndButtonsCarryTheirNames)
+{
+    std::vector<double> asked;
+    FrmChangePrices change(
+        notingPlanner(asked), 2, 3, QLocale(QLocale::English, QLocale::UnitedStates));
+    const auto option = [&](const char *name) {
+        return change.findChild<QRadioButton *>(QString::fromLatin1(name));
+    };
+    EXPECT_EQ(option("OptPercent")->accessibleName(), QStringLiteral("Change: Percentage"));
+    EXPECT_EQ(option("OptAmount")->accessibleName(), QStringLiteral("Change: Amount"));
+    EXPECT_EQ(
+        option("OptSelected")->accessibleName(), QStringLiteral("Products: Selected products (2)"));
+    EXPECT_EQ(
+        option("OptAll")->accessibleName(), QStringLiteral("Products: All products shown (3)"));
+    for (const char *name : { "OptPercent", "TxtChange", "CmbRounding", "OptAll", "TxtPreview",
+             "CmdOK", "CmdCancel" }) {
+        auto *control = change.findChild<QWidget *>(QString::fromLatin1(name));
+        ASSERT_NE(control, nullptr) << name;
+        EXPECT_EQ(control->accessibleDescription(), QString::fromLatin1(name));
+    }
+    EXPECT_EQ(change.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+        change.findChild<QPushButton *>(QStringLiteral("CmdOK")));
+
+    FrmQuantities quantities(
+        QStringLiteral("TW-100 Valve"), { 1, 10 }, pricesFor, QLocale(QLocale::English));
+    for (const char *name : { "CmdOK", "CmdCancel" }) {
+        auto *button = quantities.findChild<QPushButton *>(QString::fromLatin1(name));
+        ASSERT_NE(button, nullptr) << name;
+        EXPECT_EQ(button->accessibleDescription(), QString::fromLatin1(name));
+    }
 }
 
 } // namespace

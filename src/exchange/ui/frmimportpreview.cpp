@@ -121,6 +121,7 @@ void FrmImportPreview::setupUi()
     auto *changesLabel =
         previewControl(new QLabel(QStringLiteral("&Changes:"), this), QStringLiteral("LblChanges"));
     changesLabel->setBuddy(changes);
+    changes->setAccessibleName(QStringLiteral("Changes"));
     QTableView *skipped = createGrid(QStringLiteral("GrdSkipped"), m_skipped);
     // Every caption whole, whatever the font.
     skipped->horizontalHeader()->setResizeContentsPrecision(200);
@@ -128,6 +129,7 @@ void FrmImportPreview::setupUi()
     auto *skippedLabel = previewControl(
         new QLabel(QStringLiteral("S&kipped rows:"), this), QStringLiteral("LblSkippedRows"));
     skippedLabel->setBuddy(skipped);
+    skipped->setAccessibleName(QStringLiteral("Skipped rows"));
     layout->addWidget(changesLabel);
     layout->addWidget(changes, 3);
     layout->addWidget(skippedLabel);

@@ -111,11 +111,23 @@ void FrmUpdate::connectHandlers()
     connect(m_driver, &ImportDriver::planned, this, &FrmUpdate::showPreview);
 }
 
+void FrmUpdate::showUnchosenAs(int index, const QString &text)
+{
+    QComboBox *list = m_ui.CmbField[std::size_t(index)];
+    list->setPlaceholderText(text);
+    // The grey word shows only on screen: a screen reader hears it with the list's name.
+    QString label = m_ui.LblField[std::size_t(index)]->text();
+    label.remove(QLatin1Char('&'));
+    if (label.endsWith(QLatin1Char(':')))
+        label.chop(1);
+    list->setAccessibleName(QStringLiteral("%1 (%2)").arg(label, text));
+}
+
 void FrmUpdate::Form_Load()
 {
     for (int index = 0; index < ColumnMapping::ListCount; ++index) {
         QComboBox *list = m_ui.CmbField[std::size_t(index)];
-        list->setPlaceholderText(ColumnMapping::Required);
+        showUnchosenAs(index, ColumnMapping::Required);
         if (!isRequired(index))
             list->addItem(ColumnMapping::SkipField);
         list->setCurrentIndex(isRequired(index) ? -1 : 0);
@@ -329,15 +341,14 @@ void FrmUpdate::reject()
 
 void FrmUpdate::OptAdd_Click()
 {
-    QComboBox *name = m_ui.CmbField[ColumnMapping::ProductNameList];
-    name->setPlaceholderText(ColumnMapping::Required);
-    name->setCurrentIndex(-1);
+    showUnchosenAs(ColumnMapping::ProductNameList, ColumnMapping::Required);
+    m_ui.CmbField[ColumnMapping::ProductNameList]->setCurrentIndex(-1);
 }
 
 /// Updating needs no product name: an unmapped name leaves the names as they are.
 void FrmUpdate::OptUpdate_Click()
 {
-    m_ui.CmbField[ColumnMapping::ProductNameList]->setPlaceholderText(ColumnMapping::SkipField);
+    showUnchosenAs(ColumnMapping::ProductNameList, ColumnMapping::SkipField);
 }
 
 void FrmUpdate::ChkIgnore_Click()

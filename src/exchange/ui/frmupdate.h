@@ -85,6 +85,9 @@ private Q_SLOTS:
 
 private:
     void connectHandlers();
+    /// What list index shows while no column is chosen ("Required", "Skip Field"), on screen
+    /// and in the name assistive tools read.
+    void showUnchosenAs(int index, const QString &text);
     ImportAction action() const;
     std::array<int, ColumnMapping::ListCount> selectedPositions() const;
     void selectPositions(const std::array<int, ColumnMapping::ListCount> &positions);

@@ -19,6 +19,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <initializer_list>
+
 namespace tarnwick {
 
 namespace {
@@ -26,7 +28,19 @@ namespace {
 template <typename W> W *namedChangeWidget(W *widget, const char *name)
 {
     widget->setObjectName(QString::fromLatin1(name));
+    widget->setAccessibleDescription(widget->objectName());
     return widget;
+}
+
+/// Names each option of a choice after the choice, as assistive tools read it: "Change:
+/// Percentage"; the label beside the options names none of them.
+void nameOptions(const QString &choice, std::initializer_list<QRadioButton *> options)
+{
+    for (QRadioButton *option : options) {
+        QString text = option->text();
+        text.remove(QLatin1Char('&'));
+        option->setAccessibleName(QStringLiteral("%1 %2").arg(choice, text));
+    }
 }
 
 } // namespace
@@ -45,6 +59,8 @@ FrmChangePrices::FrmChangePrices(
     m_summary->setTextFormat(Qt::PlainText); // it names part numbers
     m_summary->setWordWrap(true);
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    namedChangeWidget(m_buttons->button(QDialogButtonBox::Ok), "CmdOK");
+    namedChangeWidget(m_buttons->button(QDialogButtonBox::Cancel), "CmdCancel");
     connect(m_buttons, &QDialogButtonBox::accepted, this, &FrmChangePrices::planAllAndAccept);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
@@ -101,6 +117,8 @@ QFormLayout *FrmChangePrices::createChoices(int selectedCount, int shownCount)
     changeLabel->setBuddy(m_change);
     auto *roundingLabel = new QLabel(tr("R&ounding:"), this);
     roundingLabel->setBuddy(m_rounding);
+    nameOptions(tr("Change:"), { m_percent, m_amount });
+    nameOptions(tr("Products:"), { m_selected, m_all });
     form->addRow(new QLabel(tr("Change:"), this), by);
     form->addRow(changeLabel, m_change);
     form->addRow(roundingLabel, m_rounding);

@@ -13,6 +13,8 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace tarnwick {
 
 FrmQuantities::FrmQuantities(const QString &lineName, const std::vector<qint32> &quantities,
@@ -60,6 +62,11 @@ FrmQuantities::FrmQuantities(const QString &lineName, const std::vector<qint32> 
     m_message->setTextFormat(Qt::PlainText);
     m_message->setWordWrap(true);
     m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    for (const auto &[button, name] : { std::pair { QDialogButtonBox::Ok, "CmdOK" },
+             std::pair { QDialogButtonBox::Cancel, "CmdCancel" } }) {
+        m_buttons->button(button)->setObjectName(QString::fromLatin1(name));
+        m_buttons->button(button)->setAccessibleDescription(QString::fromLatin1(name));
+    }
     connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);

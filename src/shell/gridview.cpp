@@ -1,6 +1,7 @@
 #include "shell/gridview.h"
 
 #include "platform/keynavigation.h"
+#include "platform/qt/currentitem.h"
 #include "shell/gridcelldelegate.h"
 
 #include <QApplication>
@@ -139,6 +140,9 @@ void GridView::focusInEvent(QFocusEvent *event)
     }
     QTableView::focusInEvent(event);
     showKeyboard(true);
+    // Coming back to the grid (after a dialog, F6, Locate Product), a screen reader hears which
+    // product is current, not only "Products table".
+    announceCurrentItem(this);
 }
 
 void GridView::focusOutEvent(QFocusEvent *event)

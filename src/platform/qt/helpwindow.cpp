@@ -2,6 +2,7 @@
 
 #include "help/helpmanual.h"
 #include "help/helprequest.h"
+#include "platform/qt/currentitem.h"
 #include "platform/qt/windowsize.h"
 
 #include <QAction>
@@ -25,6 +26,36 @@
 #include <QVBoxLayout>
 
 namespace tarnwick {
+
+namespace {
+
+/// The entry the program moves to while the keyboard is elsewhere (the keyword box above the
+/// index, the page shown for the contents) is announced to assistive tools only when the list
+/// itself has the keyboard: Qt's own lists announce every current entry, so a screen reader
+/// read out the index entries while the user typed in the box.
+template <typename List> class QuietList : public List
+{
+public:
+    using List::List;
+
+protected:
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override
+    {
+        if (this->hasFocus()) {
+            List::currentChanged(current, previous);
+            return;
+        }
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): the list's own only adds the announcement
+        QAbstractItemView::currentChanged(current, previous);
+    }
+    void focusInEvent(QFocusEvent *event) override
+    {
+        List::focusInEvent(event);
+        announceCurrentItem(this);
+    }
+};
+
+} // namespace
 
 namespace {
 
@@ -83,7 +114,7 @@ HelpWindow::HelpWindow(const HelpManual &manual, QWidget *parent)
 
 QWidget *HelpWindow::createContentsPage()
 {
-    m_contents = new QTreeWidget;
+    m_contents = new QuietList<QTreeWidget>;
     name(m_contents, QStringLiteral("treeHelpContents"), tr("Contents"));
     m_contents->setHeaderHidden(true);
     QList<QTreeWidgetItem *> parents;
@@ -118,7 +149,7 @@ QWidget *HelpWindow::createIndexPage()
     m_indexBox = new QLineEdit(page);
     name(m_indexBox, QStringLiteral("txtHelpIndex"), tr("Index keyword"));
     label->setBuddy(m_indexBox);
-    m_index = new QListWidget(page);
+    m_index = new QuietList<QListWidget>(page);
     name(m_index, QStringLiteral("lstHelpIndex"), tr("Index"));
     layout->addWidget(label);
     layout->addWidget(m_indexBox);
@@ -152,7 +183,7 @@ QWidget *HelpWindow::createSearchPage()
     m_searchStatus = new QLabel(page);
     m_searchStatus->setTextFormat(Qt::PlainText); // it repeats the words typed
     m_searchStatus->setWordWrap(true);
-    m_results = new QListWidget(page);
+    m_results = new QuietList<QListWidget>(page);
     name(m_results, QStringLiteral("lstHelpSearchResults"), tr("Pages found"));
     layout->addWidget(label);
     layout->addLayout(row);

@@ -139,23 +139,29 @@ protected:
         EXPECT_EQ(gridText(3, 1), "Widget 4");
     }
 
+    /// Puts bridge in front of the program and types Typed into the window, every key held.
+    void typeThroughBridge(HoldingBridge &bridge)
+    {
+        // The bridge puts its filter in front whenever a client registers; the program's own
+        // filter comes back to the front with the next event, as it does in a real session.
+        QEvent nudge(QEvent::User);
+        QCoreApplication::sendEvent(window, &nudge);
+        handle = window->windowHandle();
+        ASSERT_NE(handle, nullptr);
+        for (const QChar ch : Typed)
+            QTest::keyClick(handle, ch.toLatin1());
+        ASSERT_EQ(bridge.taken, 2 * Typed.size()); // every key is still on its way
+    }
+
     frmMain *window = nullptr;
     GridView *grid = nullptr;
+    QWindow *handle = nullptr;
 };
 
 TEST_F(InputOrderWindowTest, KeysHeldByTheAccessibilityBridgeGoToTheCellTypedInBeforeTheClick)
 {
     HoldingBridge bridge;
-    // The bridge puts its filter in front whenever a client registers; the program's own
-    // filter comes back to the front with the next event, as it does in a real session.
-    QEvent nudge(QEvent::User);
-    QCoreApplication::sendEvent(window, &nudge);
-
-    QWindow *handle = window->windowHandle();
-    ASSERT_NE(handle, nullptr);
-    for (const QChar ch : Typed)
-        QTest::keyClick(handle, ch.toLatin1());
-    ASSERT_EQ(bridge.taken, 2 * Typed.size()); // every key is still on its way
+    ASSERT_NO_FATAL_FAILURE(typeThroughBridge(bridge));
     const QPoint tw400 = grid->viewport()->mapTo(window, cellCentre(3, 0));
     bridge.answerSoon();
     QTest::mouseClick(handle, Qt::LeftButton, {}, tw400);
@@ -172,14 +178,7 @@ TEST_F(InputOrderWindowTest, KeysHeldByTheAccessibilityBridgeGoToTheCellTypedInB
 TEST_F(InputOrderWindowTest, AShortcutTypedRightAfterHeldKeysActsOnWhatTheyTyped)
 {
     HoldingBridge bridge;
-    QEvent nudge(QEvent::User);
-    QCoreApplication::sendEvent(window, &nudge);
-
-    QWindow *handle = window->windowHandle();
-    ASSERT_NE(handle, nullptr);
-    for (const QChar ch : Typed)
-        QTest::keyClick(handle, ch.toLatin1());
-    ASSERT_EQ(bridge.taken, 2 * Typed.size());
+    ASSERT_NO_FATAL_FAILURE(typeThroughBridge(bridge));
     // "Add to Quote" from the keyboard: the desktop hands a shortcut to the program at once,
     // past the bridge, while the name typed before it is still on its way.
     bridge.answerSoon();
@@ -199,14 +198,7 @@ TEST_F(InputOrderWindowTest, AShortcutTypedRightAfterHeldKeysActsOnWhatTheyTyped
 TEST_F(InputOrderWindowTest, TheWindowClosedRightAfterHeldKeysSavesWhatTheyTyped)
 {
     HoldingBridge bridge;
-    QEvent nudge(QEvent::User);
-    QCoreApplication::sendEvent(window, &nudge);
-
-    QWindow *handle = window->windowHandle();
-    ASSERT_NE(handle, nullptr);
-    for (const QChar ch : Typed)
-        QTest::keyClick(handle, ch.toLatin1());
-    ASSERT_EQ(bridge.taken, 2 * Typed.size());
+    ASSERT_NO_FATAL_FAILURE(typeThroughBridge(bridge));
     // The window manager's close button, right after the last key.
     bridge.answerSoon();
     QCloseEvent close;
@@ -220,7 +212,7 @@ TEST_F(InputOrderWindowTest, TheWindowClosedRightAfterHeldKeysSavesWhatTheyTyped
 
 TEST_F(InputOrderWindowTest, KeysAndAClickQueuedInOneGoAreHandledInTheirOrder)
 {
-    QWindow *handle = window->windowHandle();
+    handle = window->windowHandle();
     ASSERT_NE(handle, nullptr);
     for (const QChar ch : Typed) {
         const auto key = Qt::Key(ch.toUpper().unicode());
@@ -245,7 +237,7 @@ TEST_F(InputOrderWindowTest, KeysAndAClickQueuedInOneGoAreHandledInTheirOrder)
 TEST_F(InputOrderWindowTest, AClickWaitsNoLongerForAKeyTheBridgeKeeps)
 {
     // A key an assistive tool keeps for itself never comes back: the click goes on without it.
-    QWindow *handle = window->windowHandle();
+    handle = window->windowHandle();
     InputOrder *order = window->findChild<InputOrder *>();
     ASSERT_NE(order, nullptr);
     class KeepingBridge : public QObject

@@ -89,7 +89,7 @@ QString ownForm(const QString &text, double value, const QLocale &userLocale)
 
 QString pointText(const QString &text, const QLocale &userLocale)
 {
-    const QString kept = asTyped(text, userLocale);
+    QString kept = asTyped(text, userLocale);
     const std::optional<double> value = conv::parseNumber(kept, userLocale);
     if (!value || !std::isfinite(*value))
         return kept;

@@ -1,5 +1,6 @@
 #include "shell/mainwindowactions.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QKeySequence>
@@ -79,9 +80,18 @@ QMenu *MainWindowActions::addMenu(QMenu *menu, const QString &name, const QStrin
     menu->setObjectName(name);
     // Opened from the keyboard, a menu highlights its first item, and a letter then goes to
     // the next item with that letter: in Products, A would pass "&Add" for "Delete &All". The
-    // highlight is taken off once the menu shows, so a letter starts from the top.
-    QObject::connect(menu, &QMenu::aboutToShow, menu,
-        [menu] { QTimer::singleShot(0, menu, [menu] { menu->setActiveAction(nullptr); }); });
+    // highlight is taken off once the menu shows, so a letter starts from the top; assistive
+    // tools, told of the first item as it was highlighted, are told the menu has the keyboard
+    // (Enter chooses nothing yet).
+    QObject::connect(menu, &QMenu::aboutToShow, menu, [menu] {
+        QTimer::singleShot(0, menu, [menu] {
+            menu->setActiveAction(nullptr);
+            if (QAccessible::isActive()) {
+                QAccessibleEvent focus(menu, QAccessible::Focus);
+                QAccessible::updateAccessibility(&focus);
+            }
+        });
+    });
     for (const QString &item : items) {
         if (item == QLatin1String("-")) {
             menu->addSeparator();

@@ -75,7 +75,8 @@ def help_title(s):
 def scenario_announce(run):
     """Typing a keyword into the help's index announces no index entry (the keyboard stays in
     the box); Down into the list does. Coming back to the product grid (Shift+F6) announces its
-    current cell, not only the table."""
+    current cell, not only the table. A menu opened by its letter leaves the menu announced.
+    """
     s = run.start()
     log = FocusLog(s, run.tmp)
     try:
@@ -107,6 +108,18 @@ def scenario_announce(run):
         cells = wait_for(lambda: [e for e in log.since(back) if e[0] == "table cell"], 5,
                          "the current product announced: %r" % (log.since(back),))
         check(any("BV-1100" in name for _, name in cells), "the cell announced: %r" % (cells,))
+
+        # A menu opened by its letter highlights no item (a letter starts from the top): what
+        # has the keyboard last is the menu, not its first item, which Enter would not choose.
+        opened = time.time()
+        s.key("alt+h")
+        wait_for(lambda: [e for e in log.since(opened) if e[0] == "popup menu"], 5,
+                 "the menu announced: %r" % (log.since(opened),))
+        s.key("shift")
+        last = log.since(opened)[-1]
+        check(last[0] == "popup menu", "the last announcement after Alt+H: %r"
+              % (log.since(opened),))
+        s.key("Escape")
         check_clean_exit(s)
     finally:
         log.stop()

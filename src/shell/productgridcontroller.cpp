@@ -281,7 +281,13 @@ bool ProductGridController::eventFilter(QObject *watched, QEvent *event)
             m_scheduleMenu->popup(m_ui.PriceSchedule->keyboardMenuPosition());
         return true;
     } else if (watched == grid && event->type() == QEvent::KeyPress) {
-        if (priceCellTyped(*static_cast<QKeyEvent *>(event)))
+        const auto *key = static_cast<QKeyEvent *>(event);
+        // Outside edit mode the cursor keeps to the part number: Left and Right move nothing
+        // (moving there and back would tell assistive tools of a cell it never stays in).
+        if (!editMode() && !grid->isEditing() && key->modifiers() == Qt::NoModifier
+            && (key->key() == Qt::Key_Left || key->key() == Qt::Key_Right))
+            return true;
+        if (priceCellTyped(*key))
             return true;
     } else if (watched == m_ui.TxtPrice && event->type() == QEvent::KeyPress) {
         if (priceBoxKey(*static_cast<QKeyEvent *>(event)))

@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QSignalSpy>
 #include <QTest>
 #include <QToolBar>
 
@@ -85,6 +86,25 @@ TEST_F(ProductGridTest, BrowseModeKeepsTheCurrentColumnOnThePartNumber)
     grid->setCurrentIndex(grid->model()->index(1, 2));
     EXPECT_EQ(grid->currentIndex().row(), 1);
     EXPECT_EQ(grid->currentIndex().column(), 0);
+}
+
+// Outside edit mode Left and Right move the cursor nowhere, not to the next cell and back:
+// assistive tools announce every cell the cursor reaches.
+TEST_F(ProductGridTest, BrowseModeLeftAndRightMoveTheCursorNowhere)
+{
+    goToRow(2);
+    grid->setFocus();
+    QSignalSpy moved(grid->selectionModel(), &QItemSelectionModel::currentChanged);
+    QTest::keyClick(grid, Qt::Key_Right);
+    QTest::keyClick(grid, Qt::Key_Right);
+    QTest::keyClick(grid, Qt::Key_Left);
+    EXPECT_EQ(moved.count(), 0);
+    EXPECT_EQ(grid->currentIndex().row(), 2);
+    EXPECT_EQ(grid->currentIndex().column(), 0);
+    // In edit mode they move between the cells.
+    pressEdit();
+    QTest::keyClick(grid, Qt::Key_Right);
+    EXPECT_EQ(grid->currentIndex().column(), 1);
 }
 
 TEST_F(ProductGridTest, LeavingARowInEditModeStoresTheSideBoxesAndSurvivesARestart)

@@ -132,6 +132,17 @@ bool takeWholeMark(QString &text, const QLocale &locale)
     return true;
 }
 
+/// A currency symbol with its width forms as plain characters ("￥" as "¥").
+QString foldedSymbol(const QString &symbol)
+{
+    QString out;
+    for (const QChar c : symbol)
+        out += c.decompositionTag() == QChar::Wide || c.decompositionTag() == QChar::Narrow
+            ? c.decomposition()
+            : QString(c);
+    return out;
+}
+
 /// Strips the sign and currency marks around a number, at most one of each, in any order, and
 /// the mark of a whole amount. Returns false when a second sign or symbol shows up. A folded
 /// text is matched against the folded symbol ("¥" for Japanese "￥").
@@ -139,7 +150,7 @@ bool stripMarks(QString &text, const QLocale &locale, bool &negative, bool isFol
 {
     QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
     if (isFolded)
-        symbol = symbol.normalized(QString::NormalizationForm_KC);
+        symbol = foldedSymbol(symbol);
     bool hasSign = false;
     bool hasSymbol = false;
     bool hasWholeMark = false;
@@ -344,13 +355,21 @@ bool isApostropheLike(QChar c)
     return c == QLatin1Char('\'') || c == QChar(0x2019);
 }
 
-/// Whether a text could read otherwise once folded: it holds more than ASCII, a blank or an
+/// A full-width or half-width form (what an input method types: "１２．５", "￥"), which
+/// stands for its plain character; superscripts, circled digits and other compatibility forms
+/// are no digits of a price.
+bool isWidthForm(QChar c)
+{
+    const QChar::Decomposition tag = c.decompositionTag();
+    return tag == QChar::Wide || tag == QChar::Narrow;
+}
+
+/// Whether a text could read otherwise once folded: it holds a width form, a blank or an
 /// apostrophe (the group separators keyboards give).
 bool mayFold(const QString &text)
 {
-    return std::any_of(text.cbegin(), text.cend(), [](QChar c) {
-        return c.unicode() > 0x7f || c == QLatin1Char('\'') || c == QLatin1Char(' ');
-    });
+    return std::any_of(text.cbegin(), text.cend(),
+        [](QChar c) { return isWidthForm(c) || isSpaceLike(c) || isApostropheLike(c); });
 }
 
 /// The text as people type it in the locale's way with what their keyboard gives: full-width
@@ -359,7 +378,10 @@ bool mayFold(const QString &text)
 /// space in French, "1'234.56" in Swiss German).
 QString folded(const QString &text, const QLocale &locale)
 {
-    QString out = text.normalized(QString::NormalizationForm_KC);
+    QString out;
+    out.reserve(text.size());
+    for (const QChar c : text)
+        out += isWidthForm(c) ? c.decomposition() : QString(c);
     const QString group = locale.groupSeparator();
     if (group.size() != 1)
         return out;
@@ -390,9 +412,16 @@ std::optional<double> parseNumber(const QString &text, const QLocale &locale)
 {
     if (const std::optional<double> value = parseForm(text, locale, false))
         return value;
-    if (!mayFold(text))
+    // Japanese writes its currency symbol full width ("￥"), and people type the plain "¥".
+    const QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
+    const bool symbolFolds = foldedSymbol(symbol) != symbol;
+    if (!mayFold(text) && !symbolFolds)
         return std::nullopt;
-    return parseForm(folded(text, locale), locale, true);
+    const QString plain = folded(text, locale);
+    // Grouping in threes is tried on a text with a group separator only.
+    if (plain == text && !symbolFolds && !text.contains(locale.groupSeparator()))
+        return std::nullopt;
+    return parseForm(plain, locale, true);
 }
 
 namespace {

@@ -11,6 +11,7 @@
 #include <QSqlQuery>
 #include <QUrl>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -43,11 +44,12 @@ Cell bookCell(const Cell &cell, int field, const QLocale &locale)
     const std::optional<double> value = conv::parseNumber(text, locale);
     if (!value || !std::isfinite(*value))
         return cell;
-    // Plain digits ("12", "12.50") that the user's locale reads as they stand mean the same in
-    // every locale: kept as typed.
-    const QByteArray plain = text.toLatin1();
-    const std::optional<double> everywhere = conv::plainDecimal(plain.constData(), plain.size());
-    if (everywhere && *everywhere == *value)
+    // Digits alone ("12") mean the same in every locale: kept as typed. A mark among them does
+    // not ("2.675" is two thousand six hundred and seventy-five in German).
+    const QString trimmed = text.trimmed();
+    if (!trimmed.isEmpty() && std::all_of(trimmed.cbegin(), trimmed.cend(), [](QChar c) {
+            return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+        }))
         return cell;
     if (field == QuoteLine::UnitPrice)
         return std::fabs(*value) <= double(std::numeric_limits<float>::max()) ? Cell(*value) : cell;

@@ -35,8 +35,8 @@ Cell cellOf(const QVariant &value, QChar kind);
 /// A cell of a quote line as the quote book keeps it: a unit price or a quantity typed as a
 /// number in the user's own form ("1.234,56", "1.000", "12,5" in German) is kept as that
 /// number (a quantity as a whole number), so a colleague under another locale, or the user
-/// after a change of regional settings, reads the same price; plain digits every locale reads
-/// alike ("12", "12.50") and any other cell are kept as they are.
+/// after a change of regional settings, reads the same price; digits alone ("12"), which every
+/// locale reads alike, and any other cell are kept as they are.
 Cell bookCell(const Cell &cell, int field, const QLocale &locale);
 
 /// The prepared statement of insertLinesSql(table, rows) (the quote book keeps each once per

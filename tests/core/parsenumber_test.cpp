@@ -162,6 +162,13 @@ TEST(ParseNumberTest, ReadsGroupingAndDigitsAsKeyboardsTypeThem)
     EXPECT_FALSE(parseUs(QStringLiteral("1 234.56")).has_value());
     EXPECT_FALSE(conv::parseNumber(QStringLiteral("1 234,5"), deDE()).has_value());
     EXPECT_EQ(conv::parseNumber(QStringLiteral("0 125"), polish), std::nullopt);
+    // Only the width forms of an input method fold: a footnote's superscript, circled or
+    // parenthesised digits stay no number.
+    for (const char *text :
+        { "100\u00b9", "99,00\u00b2", "10\u00b2", "\u2474", "\u2493", "\u3251", "\u2081\u2082" }) {
+        EXPECT_FALSE(parseUs(QString::fromUtf8(text)).has_value()) << text;
+        EXPECT_FALSE(conv::parseNumber(QString::fromUtf8(text), deDE()).has_value()) << text;
+    }
 }
 
 TEST(ParseNumberTest, FallsBackToTheCLocaleForm)

@@ -105,42 +105,6 @@ TEST_F(QuoteBookTest, ASavedQuoteComesBackWithEveryCellAndItsKind)
     EXPECT_EQ(header.ending, QStringLiteral("Kind regards"));
 }
 
-// A price and a quantity typed in German ("1.234,56", "1.000") are kept as the numbers they
-// are, so the book read under English (a colleague, or regional settings changed) gives the
-// same price, not 1.23 or no number; texts that are no number stay texts.
-TEST_F(QuoteBookTest, TypedNumbersMeanTheSameUnderAnotherLocale)
-{
-    const QLocale german(QLocale::German, QLocale::Germany);
-    book = std::make_unique<QuoteBook>(german);
-    ASSERT_EQ(book->open(bookPath()).status, QuoteBook::OpenStatus::Opened);
-    SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12, 3);
-    Table &lines = quote.content.lines;
-    lines.put(1, QuoteLine::UnitPrice, "1.234");
-    lines.put(1, QuoteLine::Quantity, "1.000");
-    lines.put(2, QuoteLine::UnitPrice, QStringLiteral("1.234,56 \u20ac"));
-    lines.put(2, QuoteLine::Quantity, "1,5");
-    lines.put(3, QuoteLine::UnitPrice, "call");
-    quote.content.sources = { PriceSource::Typed, PriceSource::Typed, PriceSource::Typed };
-    ASSERT_TRUE(book->saveNew(quote));
-    QuoteBook::InHand inHand;
-    inHand.quoteId = quote.header.id;
-    inHand.content = quote.content;
-    ASSERT_TRUE(book->keepInHand(inHand));
-
-    ASSERT_EQ(reopen().status, QuoteBook::OpenStatus::Opened); // under English
-    const auto loaded = book->load(quote.header.id);
-    const auto kept = book->inHand();
-    ASSERT_TRUE(loaded.has_value());
-    ASSERT_TRUE(kept.has_value());
-    for (const Table *read : { &loaded->content.lines, &kept->content.lines }) {
-        EXPECT_EQ(read->get(1, QuoteLine::UnitPrice), Cell(1234.0));
-        EXPECT_EQ(read->get(1, QuoteLine::Quantity), Cell(qint32(1000)));
-        EXPECT_EQ(read->get(2, QuoteLine::UnitPrice), Cell(1234.56));
-        EXPECT_EQ(read->get(2, QuoteLine::Quantity), Cell("1,5")) << "no whole number: as typed";
-        EXPECT_EQ(read->get(3, QuoteLine::UnitPrice), Cell("call"));
-    }
-}
-
 TEST_F(QuoteBookTest, ANumberBeyondItsKindChangedByAnotherProgramComesBackAsItsText)
 {
     SavedQuote quote = sampleQuote(QStringLiteral("ACME"), May12, 2);

@@ -11,7 +11,7 @@ QuoteContent sampleContent(int count, const QString &prefix)
     for (int row = 1; row <= count; ++row) {
         content.lines.put(row, QuoteLine::PartNumber, QStringLiteral("%1-%2").arg(prefix).arg(row));
         content.lines.put(row, QuoteLine::ProductName, QStringLiteral("Product %1").arg(row));
-        content.lines.put(row, QuoteLine::UnitPrice, "2.50");
+        content.lines.put(row, QuoteLine::UnitPrice, 2.5f);
         content.lines.put(row, QuoteLine::Quantity, qint32(row));
         content.lines.put(row, QuoteLine::ExtendedPrice, 2.5 * row);
         content.lines.put(row, QuoteLine::ListPrice, "$2.50");

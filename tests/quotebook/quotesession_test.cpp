@@ -59,6 +59,10 @@ protected:
             for (int field = 1; field <= 3; ++field)
                 catalogue.put(row, field, products[row - 1][field - 1]);
         }
+        // List prices as the catalogue holds them once read: single-precision numbers.
+        for (int row = 1; row <= 3; ++row)
+            catalogue.put(row, ProductRecord::Price,
+                Cell(float(conv::toDouble(catalogue.get(row, ProductRecord::Price), locale))));
         catalogue.put(1, ProductRecord::PricePoint1, "10");
         catalogue.put(1, ProductRecord::Price1, "10.95");
         session = std::make_unique<QuoteSession>(*book, quote, catalogue, locale);

@@ -59,8 +59,7 @@ void AmountBox::paintEvent(QPaintEvent *event)
     QStyleOptionFrame panel;
     initStyleOption(&panel);
     style()->drawPrimitive(QStyle::PE_PanelLineEdit, &panel, &painter, this);
-    painter.setPen(
-        palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Text));
+    painter.setPen(panel.palette.color(QPalette::Text));
     const Qt::Alignment horizontal =
         QStyle::visualAlignment(layoutDirection(), alignment()) & Qt::AlignHorizontal_Mask;
     painter.drawText(textArea(), int(horizontal | Qt::AlignVCenter), shownText());

@@ -42,8 +42,10 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
+        // The loop takes no keys from the window system; a dialog opened meanwhile (its own
+        // loop does) keeps its keys.
         if ((event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
-            || !watched->isWindowType())
+            || !watched->isWindowType() || event->spontaneous())
             return false;
         m_held.push_back(
             { watched, std::unique_ptr<QKeyEvent>(static_cast<QKeyEvent *>(event)->clone()) });

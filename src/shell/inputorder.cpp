@@ -26,8 +26,8 @@ bool isMouseButtonEvent(const QEvent *event)
 /// Whether the event reaches the program without passing the accessibility bridge, and so
 /// could be handled before keys typed ahead of it: a click, a key taken as a shortcut (Qt
 /// matches shortcuts before the key enters a window, where the bridge would hold it), or the
-/// window manager's close of a window (which saves what was typed; the program's own closes
-/// go to the widget, not to its window).
+/// close of a window (the window manager's, and the program's own, which saves what was typed;
+/// either waits only while keys are on their way).
 bool overtakesKeys(const QObject *watched, const QEvent *event)
 {
     if (event->type() == QEvent::Shortcut)
@@ -76,6 +76,10 @@ bool InputOrder::eventFilter(QObject *watched, QEvent *event)
             keyAtWindow(key);
         else if (watched->isWidgetType())
             keyAtWidget(watched, key);
+    } else if (event->type() == QEvent::Shortcut && shortcutOfACopy()) {
+        // The copy of a key the bridge held, taken as a shortcut only now: it comes in its
+        // order, and the keys after it wait behind it.
+        return false;
     } else if (overtakesKeys(watched, event) && !m_onTheirWay.empty() && !m_waiting) {
         const QPointer<QObject> receiver(watched);
         waitForKeysOnTheirWay();
@@ -86,9 +90,32 @@ bool InputOrder::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
+bool InputOrder::shortcutOfACopy()
+{
+    // The last key to enter a window is a copy the bridge posted and has reached no widget:
+    // the shortcut is that key's (Qt tries shortcuts again as a copy is delivered).
+    if (m_copyEntry != m_windowEntries || m_deliveredEntry == m_windowEntries)
+        return false;
+    m_deliveredEntry = m_windowEntries;
+    for (auto it = m_onTheirWay.begin(); it != m_onTheirWay.end(); ++it) {
+        if (it->type == m_copy.type && it->key == m_copy.key && it->scanCode == m_copy.scanCode
+            && it->text == m_copy.text) {
+            m_onTheirWay.erase(m_onTheirWay.begin(), it + 1);
+            break;
+        }
+    }
+    if (m_onTheirWay.empty())
+        Q_EMIT keysCaughtUp();
+    return true;
+}
+
 void InputOrder::keyAtWindow(const QKeyEvent *event)
 {
     ++m_windowEntries;
+    if (!event->spontaneous() && event->type() == QEvent::KeyPress) {
+        m_copyEntry = m_windowEntries;
+        m_copy = typedKey(event, 0);
+    }
     // A key from the keyboard enters spontaneously; the bridge's later copy of it does not.
     if (event->spontaneous()) {
         const qint64 now = m_clock.elapsed();

@@ -60,12 +60,18 @@ private:
     void keyAtWidget(const QObject *receiver, const QKeyEvent *event);
     void forgetKeysOlderThan(qint64 moment);
     void waitForKeysOnTheirWay();
+    /// Whether a shortcut now is that of the bridge's copy of a key entering a window; the key
+    /// counts as delivered then.
+    bool shortcutOfACopy();
 
     std::deque<TypedKey> m_onTheirWay;
     /// Key events seen at a window; a key counts as delivered once per such entry, so its
     /// propagation to parent widgets is not taken for further keys.
     quint64 m_windowEntries = 0;
     quint64 m_deliveredEntry = 0;
+    /// The last copy of a key press the bridge posted, and the entry it entered its window as.
+    TypedKey m_copy {};
+    quint64 m_copyEntry = 0;
     bool m_waiting = false;
     QElapsedTimer m_clock;
 };

@@ -163,6 +163,10 @@ TEST_F(FrmUpdatePreviewTest, UpdatingAsksForThePartNumberOnly)
     chooseUpdate();
     EXPECT_EQ(list(1)->placeholderText(), "Skip Field");
     EXPECT_EQ(list(1)->accessibleName(), "Product Name (Skip Field)");
+    choose(1, 0);
+    EXPECT_EQ(list(1)->accessibleName(), "Product Name") << "read with its choice now";
+    list(1)->setCurrentIndex(-1);
+    EXPECT_EQ(list(1)->accessibleName(), "Product Name (Skip Field)");
     clickOk();
     EXPECT_EQ(fakes.prompts.texts(), QStringList { "Missing required fields" });
     choose(0, 0);

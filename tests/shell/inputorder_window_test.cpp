@@ -14,9 +14,12 @@
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QKeySequence>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QTest>
+#include <QVBoxLayout>
 #include <QWindow>
 
 #include <string>
@@ -259,6 +262,61 @@ TEST_F(InputOrderWindowTest, AClickWaitsNoLongerForAKeyTheBridgeKeeps)
     EXPECT_EQ(order->keysOnTheirWay(), 0);
     EXPECT_EQ(grid->currentIndex().row(), 3);
     QCoreApplication::instance()->removeEventFilter(&keeping);
+}
+
+// A key the focused box keeps for itself when it arrives (Ctrl+Z in a line edit) becomes a
+// shortcut only when the bridge's copy of it reaches another widget (Return moved the keyboard
+// on meanwhile): it is handled in its place, before the keys typed after it.
+TEST(InputOrderCopies, AShortcutOfAHeldKeysCopyComesBeforeTheKeysAfterIt)
+{
+    QStringList handled;
+    class KeyLog : public QWidget
+    {
+    public:
+        explicit KeyLog(QStringList &log) : m_log(log) { setFocusPolicy(Qt::StrongFocus); }
+
+    protected:
+        void keyPressEvent(QKeyEvent *event) override
+        {
+            if (!event->text().isEmpty()) // not the Ctrl going down
+                m_log << event->text();
+        }
+
+    private:
+        QStringList &m_log;
+    };
+    QWidget window;
+    auto *layout = new QVBoxLayout(&window);
+    auto *box = new QLineEdit(&window);
+    auto *next = new KeyLog(handled);
+    layout->addWidget(box);
+    layout->addWidget(next);
+    QObject::connect(box, &QLineEdit::returnPressed, [&] {
+        handled << QStringLiteral("Return");
+        next->setFocus();
+    });
+    auto *undo = new QAction(&window);
+    undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    window.addAction(undo);
+    QObject::connect(undo, &QAction::triggered, [&] { handled << QStringLiteral("Undo"); });
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    box->setFocus();
+    InputOrder order(&window);
+    HoldingBridge bridge;
+    QEvent nudge(QEvent::User);
+    QCoreApplication::sendEvent(&window, &nudge);
+    QWindow *handle = window.windowHandle();
+    QTest::keyClick(handle, Qt::Key_Return);
+    QTest::keyClick(handle, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(handle, Qt::Key_7);
+    ASSERT_EQ(bridge.taken, 8); // Ctrl goes down and up around the Z
+    bridge.answerSoon();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return handled.size() >= 3; }, 5000));
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(handled, (QStringList { "Return", "Undo", "7" }));
+    EXPECT_EQ(order.keysOnTheirWay(), 0);
 }
 
 } // namespace

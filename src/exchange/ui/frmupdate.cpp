@@ -87,6 +87,9 @@ FrmImportPreview *FrmUpdate::previewWindow() const
 
 void FrmUpdate::connectHandlers()
 {
+    for (int index = 0; index < ColumnMapping::ListCount; ++index)
+        connect(m_ui.CmbField[std::size_t(index)], &QComboBox::currentIndexChanged, this,
+            [this, index] { nameList(index); });
     connect(m_ui.CmdOK, &QPushButton::clicked, this, &FrmUpdate::CmdOK_Click);
     connect(m_ui.CmdCancel, &QPushButton::clicked, this, &FrmUpdate::CmdCancel_Click);
     connect(m_ui.CmdHelp, &QPushButton::clicked, this, &FrmUpdate::CmdHelp_Click);
@@ -113,14 +116,22 @@ void FrmUpdate::connectHandlers()
 
 void FrmUpdate::showUnchosenAs(int index, const QString &text)
 {
+    m_ui.CmbField[std::size_t(index)]->setPlaceholderText(text);
+    nameList(index);
+}
+
+void FrmUpdate::nameList(int index)
+{
     QComboBox *list = m_ui.CmbField[std::size_t(index)];
-    list->setPlaceholderText(text);
-    // The grey word shows only on screen: a screen reader hears it with the list's name.
     QString label = m_ui.LblField[std::size_t(index)]->text();
     label.remove(QLatin1Char('&'));
     if (label.endsWith(QLatin1Char(':')))
         label.chop(1);
-    list->setAccessibleName(QStringLiteral("%1 (%2)").arg(label, text));
+    // The grey word shows only on screen while no column is chosen: a screen reader hears it
+    // with the list's name then, and the list's label and its choice after.
+    list->setAccessibleName(list->currentIndex() < 0
+            ? QStringLiteral("%1 (%2)").arg(label, list->placeholderText())
+            : label);
 }
 
 void FrmUpdate::Form_Load()

@@ -88,6 +88,9 @@ private:
     /// What list index shows while no column is chosen ("Required", "Skip Field"), on screen
     /// and in the name assistive tools read.
     void showUnchosenAs(int index, const QString &text);
+    /// The name assistive tools read for list index: its label, and the grey word while no
+    /// column is chosen.
+    void nameList(int index);
     ImportAction action() const;
     std::array<int, ColumnMapping::ListCount> selectedPositions() const;
     void selectPositions(const std::array<int, ColumnMapping::ListCount> &positions);

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QAccessible>
+#include <QTreeView>
 
 namespace tarnwick {
 
@@ -12,7 +13,15 @@ void announceCurrentItem(QAbstractItemView *view)
         return;
     QAccessibleInterface *whole = QAccessible::queryAccessibleInterface(view);
     QAccessibleTableInterface *table = whole ? whole->tableInterface() : nullptr;
-    QAccessibleInterface *item = table ? table->cellAt(current.row(), current.column()) : nullptr;
+    // A tree's cells are counted by the rows it shows, all levels together.
+    int row = current.row();
+    if (const auto *tree = qobject_cast<const QTreeView *>(view)) {
+        row = 0;
+        for (QModelIndex above = tree->indexAbove(current); above.isValid();
+             above = tree->indexAbove(above))
+            ++row;
+    }
+    QAccessibleInterface *item = table ? table->cellAt(row, current.column()) : nullptr;
     if (!item)
         return;
     QAccessibleEvent focus(view, QAccessible::Focus);

@@ -352,13 +352,11 @@ Cell ImportPlanner::pointCell(Cell cell, bool storedForm) const
     if (!cell.isText())
         return cell;
     if (!storedForm) {
-        // Text as a person typed it in the user's locale, kept in the user's own form as the
-        // catalogue keeps its price points ("7.36" becomes "7,36" in German).
+        // Text as a person typed it in the user's locale, kept as a price point typed into the
+        // schedule is: in the user's own form ("7.36" becomes "7,36" in German, and "12,5"
+        // under English, which only a comma decimal reads, "12.5").
         const QString text = cell.asText();
-        const std::optional<double> value = conv::parseNumber(text, m_locale);
-        if (!value)
-            return cell;
-        const QString own = stored::ownForm(text, *value, m_locale);
+        const QString own = stored::pointText(text, m_locale);
         return own == text ? cell : Cell(own);
     }
     const CellTextView view = cell.textView();

@@ -29,7 +29,7 @@ bool AmountBox::isCut() const
 {
     // A line edit draws a text a little wider than its text area into the blank beside it,
     // whole: only one wider than both is cut.
-    return !hasFocus() && echoMode() == Normal
+    return (!hasFocus() || isReadOnly()) && echoMode() == Normal
         && fontMetrics().horizontalAdvance(text()) > textArea().width() + 2 * TextMargin;
 }
 

@@ -8,8 +8,9 @@ namespace tarnwick {
 /// than its text (the splitter dragged far over), a line edit shows the part of the text by its
 /// cursor: "50.00" of "$104,850.00", another amount. This box shows such an amount cut with
 /// "…" at its end ("$104,…"), as the grids show a cell only partly in view, and its tool tip
-/// shows it whole. While it has the keyboard (the list price being typed), it shows what a
-/// line edit shows. Its text, what assistive tools read and what copies take, stays whole.
+/// shows it whole. While it has the keyboard and can be typed into (the list price in edit
+/// mode), it shows what a line edit shows. Its text, what assistive tools read and what copies
+/// take, stays whole.
 class AmountBox : public QLineEdit
 {
     Q_OBJECT

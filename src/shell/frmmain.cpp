@@ -509,8 +509,10 @@ void frmMain::mnuclearprices_Click()
 
 void frmMain::mnuGrdMainQuote_Click()
 {
-    // The line takes the product as typed so far, name and list price included.
+    // The line takes the product as typed so far, name and list price included; a quantity or
+    // price still being typed into the quote is taken in first, as every command takes it.
     m_grid->storePendingEdit();
+    m_quote->storePendingEdit();
     m_quote->addProduct(m_grid->currentBookmark(), m_ui.Txtincludes->toPlainText());
 }
 

@@ -450,3 +450,18 @@ TEST(ImportPlanLocale, ACommaDecimalListPriceIsReadAsTypingReadsIt)
     EXPECT_EQ(update.changed[0].fields[0].after, Cell(12.5f));
     EXPECT_EQ(update.unchanged, 1);
 }
+
+// A price point in a German supplier's text cell ("12,5") under an English locale is kept as
+// one typed into the schedule is, the number in English ("12.5"), so a quote prices it at once.
+TEST(ImportPlanLocale, ACommaDecimalPricePointIsKeptAsTypingKeepsIt)
+{
+    const TextWorkbook text(QByteArray("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
+                                       "LO-2\tLo two\t12,50\t10\t12,5\r\n"
+                                       "LO-3\tLo three\t1\t1,000\t0,125\r\n"));
+    const ImportPlan added = planNewProducts(text, EnUs);
+    ASSERT_EQ(added.addedCount(), 2);
+    EXPECT_EQ(added.addedProduct(0)[P::PricePoint1 - 1], Cell("10"));
+    EXPECT_EQ(added.addedProduct(0)[P::Price1 - 1], Cell("12.5"));
+    EXPECT_EQ(added.addedProduct(1)[P::PricePoint1 - 1], Cell("1,000")) << "grouped in English";
+    EXPECT_EQ(added.addedProduct(1)[P::Price1 - 1], Cell("0.125"));
+}

@@ -104,6 +104,15 @@ TEST_F(MainLayoutWindowTest, AnAmountTooWideForItsBoxIsCutAtItsEndNotItsStart)
         box->setFixedWidth(needed + 40);
         EXPECT_EQ(amountBox->shownText(), amount);
     }
+    // With the keyboard in it (F6, a click), a box that cannot be typed into stays cut so.
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    auto *total = qobject_cast<AmountBox *>(window->ui().TxtTotal);
+    total->setText(amount);
+    total->setFixedWidth(total->fontMetrics().horizontalAdvance(amount) / 2);
+    total->setFocus();
+    ASSERT_TRUE(total->hasFocus());
+    EXPECT_TRUE(total->shownText().endsWith(QChar(0x2026))) << total->shownText().toStdString();
 }
 
 TEST_F(MainLayoutWindowTest, MovingWithoutPressingDoesNotDrag)

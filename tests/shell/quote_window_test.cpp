@@ -6,6 +6,7 @@
 #include "catalogue/module1.h"
 #include "products/ui/frmdiscount.h"
 #include "products/ui/frmdiscountprod.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotelist.h"
 #include "shell/columnwidths.h"
 #include "shell/gridview.h"
@@ -65,6 +66,25 @@ protected:
 
     GridView *quoteGrid = nullptr;
 };
+
+// "Add to Quote" while a quantity is still being typed into a quote line takes that quantity
+// in first, as every other command does.
+TEST_F(QuoteWindowTest, AddToQuoteKeepsAQuantityStillBeingTyped)
+{
+    addToQuote(0);
+    addToQuote(1);
+    const QModelIndex quantity = quoteGrid->model()->index(0, QuoteGridColumn::Quantity);
+    quoteGrid->setCurrentIndex(quantity);
+    quoteGrid->edit(quantity);
+    auto *editor = qobject_cast<QLineEdit *>(quoteGrid->openEditor());
+    ASSERT_NE(editor, nullptr);
+    editor->selectAll();
+    QTest::keyClicks(editor, QStringLiteral("25"));
+    goToRow(2);
+    action("mnuGrdMainQuote")->trigger();
+    EXPECT_EQ(quoteCell(0, QuoteGridColumn::Quantity), QStringLiteral("25"));
+    EXPECT_EQ(QuoteLine::lineCount(module->QuoteTable()), 3);
+}
 
 TEST_F(QuoteWindowTest, TheWholeQuoteFlow)
 {

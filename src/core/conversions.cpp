@@ -364,12 +364,34 @@ bool isWidthForm(QChar c)
     return tag == QChar::Wide || tag == QChar::Narrow;
 }
 
-/// Whether a text could read otherwise once folded: it holds a width form, a blank or an
-/// apostrophe (the group separators keyboards give).
-bool mayFold(const QString &text)
+/// Whether a text could read otherwise once folded: it holds a width form, or a blank or an
+/// apostrophe where the locale groups with one (the group separators keyboards give).
+bool mayFold(const QString &text, const QLocale &locale)
 {
-    return std::any_of(text.cbegin(), text.cend(),
-        [](QChar c) { return isWidthForm(c) || isSpaceLike(c) || isApostropheLike(c); });
+    const QString group = locale.groupSeparator();
+    const bool spaces = group.size() == 1 && isSpaceLike(group.front());
+    const bool apostrophes = group.size() == 1 && isApostropheLike(group.front());
+    return std::any_of(text.cbegin(), text.cend(), [&](QChar c) {
+        if (c.unicode() < 0x80)
+            return (spaces && c == QLatin1Char(' ')) || (apostrophes && c == QLatin1Char('\''));
+        return isWidthForm(c) || (spaces && isSpaceLike(c)) || (apostrophes && isApostropheLike(c));
+    });
+}
+
+/// Whether the locale's currency symbol has a width form ("￥"): asked once per locale and
+/// thread, as a failed reading is common (names, notes) and the locale's answer costs more
+/// than the reading.
+bool symbolFoldsIn(const QLocale &locale)
+{
+    thread_local QLocale asked;
+    thread_local bool folds = foldedSymbol(asked.currencySymbol(QLocale::CurrencySymbol))
+        != asked.currencySymbol(QLocale::CurrencySymbol);
+    if (!(locale == asked)) {
+        asked = locale;
+        const QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
+        folds = foldedSymbol(symbol) != symbol;
+    }
+    return folds;
 }
 
 /// The text as people type it in the locale's way with what their keyboard gives: full-width
@@ -413,9 +435,9 @@ std::optional<double> parseNumber(const QString &text, const QLocale &locale)
     if (const std::optional<double> value = parseForm(text, locale, false))
         return value;
     // Japanese writes its currency symbol full width ("￥"), and people type the plain "¥".
-    const QString symbol = locale.currencySymbol(QLocale::CurrencySymbol);
-    const bool symbolFolds = foldedSymbol(symbol) != symbol;
-    if (!mayFold(text) && !symbolFolds)
+    const bool textFolds = mayFold(text, locale);
+    const bool symbolFolds = symbolFoldsIn(locale);
+    if (!textFolds && !symbolFolds)
         return std::nullopt;
     const QString plain = folded(text, locale);
     // Grouping in threes is tried on a text with a group separator only.

@@ -351,6 +351,13 @@ Cell ImportPlanner::pointCell(Cell cell, bool storedForm) const
 {
     if (!cell.isText())
         return cell;
+    // Plain digits ("12.50", "25"), nearly every price point of a sheet, are the user's own
+    // form already where the user's locale reads plain decimals: nothing to read for them.
+    if (m_plainDecimals) {
+        const CellTextView view = cell.textView();
+        if (view.encoding != TextEncoding::Utf16 && conv::isPlainDecimal(view.bytes(), view.size))
+            return cell;
+    }
     if (!storedForm) {
         // Text as a person typed it in the user's locale, kept as a price point typed into the
         // schedule is: in the user's own form ("7.36" becomes "7,36" in German, and "12,5"

@@ -97,16 +97,22 @@ bool InputOrder::shortcutOfACopy()
     if (m_copyEntry != m_windowEntries || m_deliveredEntry == m_windowEntries)
         return false;
     m_deliveredEntry = m_windowEntries;
+    arrived(m_copy);
+    return true;
+}
+
+void InputOrder::arrived(const TypedKey &key)
+{
     for (auto it = m_onTheirWay.begin(); it != m_onTheirWay.end(); ++it) {
-        if (it->type == m_copy.type && it->key == m_copy.key && it->scanCode == m_copy.scanCode
-            && it->text == m_copy.text) {
+        if (it->type == key.type && it->key == key.key && it->scanCode == key.scanCode
+            && it->text == key.text) {
+            // Keys before this one never came back: the bus kept them.
             m_onTheirWay.erase(m_onTheirWay.begin(), it + 1);
             break;
         }
     }
     if (m_onTheirWay.empty())
         Q_EMIT keysCaughtUp();
-    return true;
 }
 
 void InputOrder::keyAtWindow(const QKeyEvent *event)
@@ -130,17 +136,7 @@ void InputOrder::keyAtWidget(const QObject *receiver, const QKeyEvent *event)
         || !receivesKeysFirst(static_cast<const QWidget *>(receiver)))
         return;
     m_deliveredEntry = m_windowEntries;
-    const TypedKey arrived = typedKey(event, 0);
-    for (auto it = m_onTheirWay.begin(); it != m_onTheirWay.end(); ++it) {
-        if (it->type == arrived.type && it->key == arrived.key && it->scanCode == arrived.scanCode
-            && it->text == arrived.text) {
-            // Keys before this one never came back: the bus kept them.
-            m_onTheirWay.erase(m_onTheirWay.begin(), it + 1);
-            break;
-        }
-    }
-    if (m_onTheirWay.empty())
-        Q_EMIT keysCaughtUp();
+    arrived(typedKey(event, 0));
 }
 
 void InputOrder::forgetKeysOlderThan(qint64 moment)

@@ -63,6 +63,8 @@ private:
     /// Whether a shortcut now is that of the bridge's copy of a key entering a window; the key
     /// counts as delivered then.
     bool shortcutOfACopy();
+    /// The key has come: it and the keys before it are no longer on their way.
+    void arrived(const TypedKey &key);
 
     std::deque<TypedKey> m_onTheirWay;
     /// Key events seen at a window; a key counts as delivered once per such entry, so its

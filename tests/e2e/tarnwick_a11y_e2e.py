@@ -83,8 +83,11 @@ def scenario_announce(run):
         s.click_cell("GrdMain", 2, 0)
         s.key("F1")
         first = wait_for(lambda: help_title(s), 15, "the help window")
+        tab = time.time()
         s.key("alt+i", window=first)
-        time.sleep(0.3)  # the tab's own announcements
+        # The tab's own announcements come first: the keyword box has the keyboard.
+        wait_for(lambda: [e for e in log.since(tab) if e[0] == "text"], 5,
+                 "the keyword box announced: %r" % (log.since(tab),))
         typed = time.time()
         s.type_keys("passw", window=first, delay=5)
         s.key("Return", window=first)

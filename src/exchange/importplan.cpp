@@ -116,7 +116,8 @@ ImportPlanner::ImportPlanner(const IWorkbook &workbook, const Table &catalogue,
     : m_workbook(workbook), m_catalogue(catalogue), m_letters(letters), m_locale(locale),
       m_plainDecimals(conv::readsPlainDecimals(locale)),
       m_storedNumbers(workbook.numbersInStoredForm() && !m_plainDecimals),
-      m_row(firstRowHasHeaders ? 2 : 1), m_emptyText(QString())
+      m_localeMark(decimalmark::markOf(locale)), m_firstRow(firstRowHasHeaders ? 2 : 1),
+      m_row(m_firstRow), m_emptyText(QString())
 {
     m_plan.action = action;
     m_done = m_letters.size() != ColumnMapping::ListCount
@@ -194,17 +195,89 @@ bool ImportPlanner::readCell(int listIndex, RowCells &cells)
     const int column = m_readColumns[std::size_t(slot)];
     cells.storedForm[std::size_t(field)] =
         m_storedNumbers && P::isNumberField(field) && !m_workbook.isTextCell(column, m_row);
+    bool read = true;
     if (!cells.fetchedAll) {
-        const bool read = m_trap.step([&] { cell = readTextCell(m_workbook, column, m_row); });
-        dropFieldEndCharacters(cell);
-        return read;
-    }
-    // An error cell (#DIV/0!, #N/A) is a cell that cannot be read, as readTextCell says.
-    if (cells.errors[std::size_t(slot)])
+        read = m_trap.step([&] { cell = readTextCell(m_workbook, column, m_row); });
+    } else if (cells.errors[std::size_t(slot)]) {
+        // An error cell (#DIV/0!, #N/A) is a cell that cannot be read, as readTextCell says.
         return m_trap.step([] { throw VbError(ErrorNumber::TypeMismatch); });
-    cell = std::move(cells.fetched[std::size_t(slot)]);
+    } else {
+        cell = std::move(cells.fetched[std::size_t(slot)]);
+    }
     dropFieldEndCharacters(cell);
-    return true;
+    if (P::isNumberField(field) && !cells.storedForm[std::size_t(field)])
+        followSheetMark(cell);
+    return read;
+}
+
+void ImportPlanner::followSheetMark(Cell &cell)
+{
+    if (!cell.isText() || m_localeMark == decimalmark::Mark::Unknown
+        || !decimalmark::readMarks(cell.textView()).ambiguous)
+        return;
+    const decimalmark::Mark sheet = sheetMark();
+    if (sheet == decimalmark::Mark::Unknown || sheet == m_localeMark)
+        return;
+    const QString text = cell.asText();
+    cell = Cell(decimalmark::rewritten(text, sheet, m_locale));
+    if (m_plan.readWithSheetMark++ == 0) {
+        m_plan.firstSheetMarkRow = m_row;
+        m_plan.firstSheetMarkText = text;
+        m_plan.firstSheetMarkReading = cell.asText().trimmed();
+    }
+}
+
+bool ImportPlanner::isStoredNumber(const Cell &cell, int column, int row) const
+{
+    // A workbook's number cell is plain digits with a "." (which says nothing of how its texts
+    // are written); a text cell of such digits is marked as one.
+    if (!m_workbook.numbersInStoredForm() || !cell.isText() || m_workbook.isTextCell(column, row))
+        return false;
+    const CellTextView view = cell.textView();
+    if (view.encoding != TextEncoding::Utf16)
+        return conv::isPlainDecimal(view.bytes(), view.size);
+    const QByteArray latin = cell.asText().toLatin1();
+    return conv::isPlainDecimal(latin.constData(), latin.size());
+}
+
+decimalmark::Mark ImportPlanner::sheetMark()
+{
+    if (m_sheetMark)
+        return *m_sheetMark;
+    // The mapped number columns' texts, down to the first row empty in every mapped column.
+    std::array<bool, ColumnMapping::ListCount> numberSlot {};
+    for (int index = 0; index < ColumnMapping::ListCount; ++index) {
+        const int slot = m_listSlot[std::size_t(index)];
+        if (slot >= 0)
+            numberSlot[std::size_t(slot)] = P::isNumberField(ColumnMapping::catalogueField(index));
+    }
+    const std::size_t count = m_readColumns.size();
+    std::array<Cell, ColumnMapping::ListCount> cells;
+    std::array<bool, ColumnMapping::ListCount> errors {};
+    const auto read = std::span(cells).first(count);
+    decimalmark::SheetMarks marks;
+    int failedRows = 0;
+    // Once a text says the locale's own mark, the sheet is read as the locale reads it, whatever
+    // follows (a sheet of both marks is read so too).
+    for (int row = m_firstRow; !marks.said(m_localeMark) && failedRows < MaxUnreadableRows;
+         ++row) {
+        try {
+            m_workbook.readCells(row, m_readColumns, read, std::span(errors).first(count));
+            failedRows = 0;
+        } catch (const VbError &) {
+            ++failedRows;
+            continue;
+        }
+        if (std::all_of(read.begin(), read.end(), [](const Cell &c) { return c.isBlank(); }))
+            break;
+        for (std::size_t i = 0; i < count; ++i) {
+            if (numberSlot[i] && !isStoredNumber(read[i], m_readColumns[i], row))
+                marks.add(read[i].textView());
+        }
+    }
+    m_sheetMark = marks.said(m_localeMark) ? m_localeMark : marks.result();
+    m_plan.sheetMark = *m_sheetMark;
+    return *m_sheetMark;
 }
 
 void ImportPlanner::readOtherCells(RowCells &cells)

@@ -3,6 +3,7 @@
 #include "core/cell.h"
 #include "core/errortrap.h"
 #include "exchange/columnmapping.h"
+#include "exchange/decimalmark.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -105,6 +106,15 @@ struct ImportPlan
     /// The import ended at rowsLeftBelow after MaxUnreadableRows rows in a row that could not
     /// be read (that row and the ones below are not read).
     bool endedAfterUnreadableRows = false;
+    /// Number texts whose one mark could be a decimal or a group of thousands ("2,675"), read
+    /// with the decimal mark the sheet's other numbers are written with (sheetMark), where the
+    /// user's locale reads them the other way; the first of them, its sheet row and the text
+    /// it was read as.
+    int readWithSheetMark = 0;
+    decimalmark::Mark sheetMark = decimalmark::Mark::Unknown;
+    int firstSheetMarkRow = 0;
+    QString firstSheetMarkText;
+    QString firstSheetMarkReading;
 
     int addedCount() const { return int(addedSheetRows.size()); }
     /// The cells of new product index (0-based).
@@ -175,6 +185,15 @@ private:
     /// a workbook that writes its numbers in the stored form, read as such); none for a blank
     /// or no number.
     std::optional<double> number(const Cell &cell, bool storedForm) const;
+    /// A number text whose one mark could be either (decimalmark::Reading::ambiguous), in the
+    /// form the user's locale reads as the sheet means it, where the sheet's other number texts
+    /// say which mark it writes decimals with.
+    void followSheetMark(Cell &cell);
+    /// What the mapped number columns' texts say of the sheet's decimal mark; read through the
+    /// sheet once, when the first ambiguous text needs it.
+    decimalmark::Mark sheetMark();
+    /// Whether the cell is a number cell of a workbook whose numbers come in the stored form.
+    bool isStoredNumber(const Cell &cell, int column, int row) const;
     /// A price point or quantity cell of the sheet as the catalogue keeps it.
     Cell pointCell(Cell cell, bool storedForm) const;
     /// Whether a list price can be kept as the catalogue keeps it, in single precision.
@@ -198,6 +217,9 @@ private:
     bool m_plainDecimals;
     /// The sheet's numbers are in the stored form and the locale reads that form otherwise.
     bool m_storedNumbers;
+    decimalmark::Mark m_localeMark;
+    std::optional<decimalmark::Mark> m_sheetMark;
+    int m_firstRow;
     /// Part number (its UTF-8 bytes) → catalogue row (0 for a part number planned from an
     /// earlier row). A part number is looked up for every row: as bytes it is neither decoded
     /// nor copied.

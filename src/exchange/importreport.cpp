@@ -86,6 +86,15 @@ QList<CountLine> namedCountLines(const ImportPlan &plan)
             QStringLiteral("Cells that could not be read (an error value, or a formula whose "
                            "result the file does not hold), their fields left as they were: %1")
                 .arg(plan.unreadCells) });
+    if (plan.readWithSheetMark > 0)
+        lines.append({ "LblDecimalMark",
+            QStringLiteral("Numbers read with a decimal %1, as the sheet's other numbers are "
+                           "written: %2 (row %3: \"%4\" is %5)")
+                .arg(plan.sheetMark == decimalmark::Mark::Comma ? QStringLiteral("comma")
+                                                                : QStringLiteral("point"))
+                .arg(plan.readWithSheetMark)
+                .arg(plan.firstSheetMarkRow)
+                .arg(plan.firstSheetMarkText.trimmed(), plan.firstSheetMarkReading) });
     if (plan.rowsLeftBelow > 0 && plan.endedAfterUnreadableRows) {
         lines.append({ "LblNotRead", unreadRowsText(plan.rowsLeftBelow) });
     } else if (plan.rowsLeftBelow > 0 && plan.endedWithoutPartNumber) {

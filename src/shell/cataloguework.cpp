@@ -3,6 +3,7 @@
 #include "catalogue/cataloguerecovery.h"
 #include "catalogue/table.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
@@ -61,6 +62,38 @@ private:
     std::vector<Held> m_held;
 };
 
+/// Makes the window's commands unavailable while the worker has the catalogue, and available
+/// again afterwards (those that were). Input waits anyway, but an assistive tool carries out a
+/// menu item or a toolbar button through the accessibility bus, which no input filter holds:
+/// a command that changed the catalogue meanwhile would change it under the worker's hands
+/// (a row inserted while it saves, say, cuts the file short). An unavailable command is shown
+/// so and does nothing.
+class CommandsHeldBack
+{
+public:
+    explicit CommandsHeldBack(QWidget *window)
+    {
+        for (QAction *action : window->findChildren<QAction *>()) {
+            if (action->isEnabled()) {
+                action->setEnabled(false);
+                m_disabled.emplace_back(action);
+            }
+        }
+    }
+    ~CommandsHeldBack()
+    {
+        for (const QPointer<QAction> &action : m_disabled) {
+            if (action)
+                action->setEnabled(true);
+        }
+    }
+    CommandsHeldBack(const CommandsHeldBack &) = delete;
+    CommandsHeldBack &operator=(const CommandsHeldBack &) = delete;
+
+private:
+    std::vector<QPointer<QAction>> m_disabled;
+};
+
 } // namespace
 
 void runWhileEventsFlow(const std::function<void()> &work)
@@ -109,6 +142,7 @@ void CatalogueWork::run(const std::function<void()> &work)
     QApplication::setOverrideCursor(Qt::WaitCursor);
     std::exception_ptr failure;
     try {
+        const CommandsHeldBack commands(m_window);
         runWhileEventsFlow(work);
     } catch (...) {
         failure = std::current_exception();

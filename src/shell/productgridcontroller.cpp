@@ -470,10 +470,21 @@ void ProductGridController::insertProduct()
 
 void ProductGridController::deleteProduct()
 {
+    // The command deletes the current product only: while it asks, only that row is shown
+    // selected, and a "No" gives the other rows their selection back.
+    QItemSelectionModel *selection = m_ui.GrdMain->selectionModel();
+    const QItemSelection selected = selection->selection();
+    const QModelIndex current = selection->currentIndex();
+    const bool narrowed = current.isValid() && selection->selectedRows().size() > 1;
+    if (narrowed)
+        selection->select(current, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     if (m_services.prompts.msgBox(ProductCommands::DeleteQuestion, ProductCommands::DeleteStyle,
             ProductCommands::DeleteTitle)
-        != MsgResult::Yes)
+        != MsgResult::Yes) {
+        if (narrowed)
+            selection->select(selected, QItemSelectionModel::ClearAndSelect);
         return;
+    }
     storeEditsBeforeStep();
     CatalogueEdits::deleteProduct(m_history, currentView(), currentBookmark());
     // No row stays current: the emptied side boxes must not be written into another product.

@@ -309,8 +309,9 @@ TEST(ImportPlanLocale, AWorkbooksTextCellsAreReadAsTheUserTypedThem)
             EXPECT_EQ(german.addedProduct(2)[P::Price1 - 1], Cell("12,50"));
             const ImportPlan english = planNewProducts(*workbook, EnUs);
             ASSERT_EQ(english.addedCount(), 3);
-            EXPECT_EQ(english.addedProduct(0)[P::Price - 1], Cell(1.25f));
-            EXPECT_EQ(english.addedProduct(2)[P::Price - 1], Cell(1.25f));
+            // The sheet's text "12,50" says its texts are written with a decimal comma.
+            EXPECT_EQ(english.addedProduct(0)[P::Price - 1], Cell(1250.0f));
+            EXPECT_EQ(english.addedProduct(2)[P::Price - 1], Cell(1250.0f));
 
             // Updating a catalogue that holds those prices finds them the same.
             Table catalogue { 2, P::FieldCount };
@@ -333,8 +334,6 @@ TEST(ImportPlanLocale, AWorkbooksTextCellsAreReadAsTheUserTypedThem)
     }
 }
 
-// Tab-separated text is written in some locale's way, and the user's locale reads it: in
-// German "2.675" there is 2,675 thousand. A leading "0." is never a group of thousands.
 // An update ends at the first row empty in every mapped column, as adding ends at the first
 // empty part number; rows below it are not read, and the counts say so.
 TEST(ImportPlanGap, RowsBelowAnEmptyRowAreSaidNotRead)
@@ -404,6 +403,8 @@ TEST(ImportPlanRows, AddingSaysWhereARowWithoutAPartNumberEndedIt)
     EXPECT_EQ(all.takePlan().rowsLeftBelow, 0);
 }
 
+// Tab-separated text is written in some locale's way: a number whose one mark could be a decimal
+// or a group of thousands is read with the mark the sheet's other numbers show it writes.
 TEST(ImportPlanLocale, TabSeparatedTextIsReadAsTheUsersLocaleWritesNumbers)
 {
     QFile file(test::dataFile(QStringLiteral("decimals.txt")));
@@ -413,7 +414,8 @@ TEST(ImportPlanLocale, TabSeparatedTextIsReadAsTheUsersLocaleWritesNumbers)
     const ImportPlan german = planNewProducts(text, test::DeDe);
     ASSERT_EQ(german.addedCount(), 2);
     EXPECT_EQ(german.addedProduct(0)[P::Price - 1], Cell(0.125f));
-    EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2.675"));
+    // "0.125" and "14.46" say the sheet writes decimals with a point: "2.675" is one too.
+    EXPECT_EQ(german.addedProduct(0)[P::Price1 - 1], Cell("2,675"));
     EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(1234.5f));
 }
 
@@ -429,7 +431,8 @@ TEST(ImportPlanLocale, ACommaDecimalListPriceIsReadAsTypingReadsIt)
     ASSERT_EQ(added.addedCount(), 3);
     EXPECT_EQ(added.addedProduct(0)[P::Price - 1], Cell(12.5f));
     EXPECT_EQ(added.addedProduct(1)[P::Price - 1], Cell(0.99f));
-    EXPECT_EQ(added.addedProduct(2)[P::Price - 1], Cell(1250.0f)) << "grouped in English";
+    EXPECT_EQ(added.addedProduct(2)[P::Price - 1], Cell(1.25f))
+        << "with a decimal comma, as the sheet's other prices are written";
     EXPECT_EQ(added.addedWithoutPrice, 0);
 
     Table catalogue { 2, P::FieldCount };
@@ -462,6 +465,7 @@ TEST(ImportPlanLocale, ACommaDecimalPricePointIsKeptAsTypingKeepsIt)
     ASSERT_EQ(added.addedCount(), 2);
     EXPECT_EQ(added.addedProduct(0)[P::PricePoint1 - 1], Cell("10"));
     EXPECT_EQ(added.addedProduct(0)[P::Price1 - 1], Cell("12.5"));
-    EXPECT_EQ(added.addedProduct(1)[P::PricePoint1 - 1], Cell("1,000")) << "grouped in English";
+    EXPECT_EQ(added.addedProduct(1)[P::PricePoint1 - 1], Cell("1.000"))
+        << "one, with a decimal comma, as the sheet's other numbers are written";
     EXPECT_EQ(added.addedProduct(1)[P::Price1 - 1], Cell("0.125"));
 }

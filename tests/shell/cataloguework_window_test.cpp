@@ -6,11 +6,14 @@
 #include "shell/cataloguework.h"
 #include "shell/gridview.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QTest>
 #include <QTimer>
+#include <QToolBar>
 #include <QWindow>
 
 #include <atomic>
@@ -127,6 +130,66 @@ TEST_F(CatalogueWorkTest, KeysHandedBackByTheAccessibilityBusDuringTheWorkWaitFo
     ASSERT_TRUE(QTest::qWaitFor([&] { return grid->isEditing(); }, 5000));
     button("Edit")->trigger();
     EXPECT_EQ(catalogue().get(2, 1), Cell("Q")) << "the key typed into B-200's part number";
+}
+
+// An assistive tool carries out a menu item or a toolbar button through the accessibility bus,
+// which no input filter holds: while the worker has the catalogue, the window's commands are
+// unavailable, so "Add" inserts no row into the catalogue the worker saves or sorts.
+TEST_F(CatalogueWorkTest, CommandsCarriedOutByAnAssistiveToolWaitForTheWork)
+{
+    QAction *add = window->actions().action(QStringLiteral("mnuAddProd"));
+    QMenu *products = nullptr;
+    for (QObject *object : add->associatedObjects()) {
+        if (auto *menu = qobject_cast<QMenu *>(object))
+            products = menu;
+    }
+    ASSERT_NE(products, nullptr);
+    const auto pressThroughAccessibility = [](QAccessibleInterface *parent, const QString &name) {
+        for (int i = 0; parent != nullptr && i < parent->childCount(); ++i) {
+            QAccessibleInterface *child = parent->child(i);
+            if (child != nullptr && child->text(QAccessible::Name) == name
+                && child->actionInterface() != nullptr) {
+                child->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+                return true;
+            }
+        }
+        return false;
+    };
+    QAction *undo = nullptr;
+    for (QAction *action : window->findChildren<QAction *>()) {
+        if (!action->isEnabled() && !action->text().isEmpty())
+            undo = action;
+    }
+    ASSERT_NE(undo, nullptr) << "a command unavailable before the work";
+    std::atomic<bool> release { false };
+    bool found = false;
+    bool addAvailableDuring = true;
+    int rowsDuring = -1;
+    QTimer::singleShot(0, [&] {
+        addAvailableDuring = add->isEnabled();
+        found = pressThroughAccessibility(
+                    QAccessible::queryAccessibleInterface(products), QStringLiteral("Add"))
+            && pressThroughAccessibility(
+                QAccessible::queryAccessibleInterface(window->actions().toolBar()),
+                QStringLiteral("Insert product"));
+        rowsDuring = catalogue().rowCount();
+        release = true;
+    });
+    const int rowsBefore = catalogue().rowCount();
+    work->run([&] {
+        while (!release)
+            std::this_thread::yield();
+    });
+    EXPECT_TRUE(found) << "the menu item and the toolbar button as the accessibility bus sees them";
+    EXPECT_FALSE(addAvailableDuring);
+    EXPECT_EQ(rowsDuring, rowsBefore) << "a row was inserted while the worker had the catalogue";
+    EXPECT_EQ(catalogue().rowCount(), rowsBefore);
+    EXPECT_TRUE(add->isEnabled()) << "available again after the work";
+    EXPECT_FALSE(undo->isEnabled()) << "a command unavailable before stays so";
+    // Available again, the same press adds a row.
+    ASSERT_TRUE(pressThroughAccessibility(
+        QAccessible::queryAccessibleInterface(products), QStringLiteral("Add")));
+    EXPECT_EQ(catalogue().rowCount(), rowsBefore + 1);
 }
 
 TEST_F(CatalogueWorkTest, AFailureOfTheWorkIsRaisedOnTheWindowsThread)

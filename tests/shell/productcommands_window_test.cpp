@@ -9,11 +9,14 @@
 #include "shell/productgridcontroller.h"
 
 #include <QAction>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace tarnwick;
 using namespace tarnwick::test;
@@ -111,6 +114,43 @@ TEST_F(ProductCommandsWindowTest, DeleteAsksAndRemovesTheCurrentProductOnYes)
     EXPECT_EQ(catalogue().get(2, 1), Cell("C-300"));
     EXPECT_EQ(window->ui().TxtPrice->text(), QString());
     EXPECT_EQ(window->ui().Txtincludes->toPlainText(), QString());
+}
+
+// Delete removes the current product only: while its question is up only that row shows
+// selected, and "No" gives the other selected rows their selection back.
+TEST_F(ProductCommandsWindowTest, DeleteWithSeveralRowsSelectedShowsWhichOneItDeletes)
+{
+    QItemSelectionModel *selection = window->ui().GrdMain->selectionModel();
+    const auto selectRows = [&] {
+        selection->select(window->ui().GrdMain->model()->index(0, 0),
+            QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        selection->select(window->ui().GrdMain->model()->index(2, 0),
+            QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        selection->setCurrentIndex(
+            window->ui().GrdMain->model()->index(1, 0), QItemSelectionModel::NoUpdate);
+    };
+    const auto selectedRows = [&] {
+        QList<int> rows;
+        for (const QModelIndex &index : selection->selectedRows())
+            rows << index.row();
+        std::sort(rows.begin(), rows.end());
+        return rows;
+    };
+    QList<int> whileAsked;
+    fakes->prompts.whileShown([&] { whileAsked = selectedRows(); });
+    selectRows();
+    fakes->prompts.answerMessage(MsgResult::No);
+    button("DelProd")->trigger();
+    EXPECT_EQ(whileAsked, QList<int>({ 1 }));
+    EXPECT_EQ(selectedRows(), QList<int>({ 0, 2 }));
+    EXPECT_EQ(module->AllProducts().Count(), 3);
+
+    fakes->prompts.answerMessage(MsgResult::Yes);
+    button("DelProd")->trigger();
+    EXPECT_EQ(whileAsked, QList<int>({ 1 }));
+    EXPECT_EQ(module->AllProducts().Count(), 2);
+    EXPECT_EQ(catalogue().get(1, 1), Cell("A-100"));
+    EXPECT_EQ(catalogue().get(2, 1), Cell("C-300"));
 }
 
 TEST_F(ProductCommandsWindowTest, DeleteKeepsTheProductOnNo)

@@ -1,0 +1,217 @@
+// A sheet's numbers written with the other decimal mark: "2,675" is two and a bit in a sheet
+// whose other prices are "12,50", whatever the user's locale groups thousands with.
+#include "catalogue/productrecord.h"
+#include "catalogue/table.h"
+#include "exchange/decimalmark.h"
+#include "exchange/importplan.h"
+#include "exchange/importreport.h"
+#include "exchange/textworkbook.h"
+#include "exchange/workbook.h"
+#include "exchangetestdata.h"
+#include "support/testlocale.h"
+
+#include <gtest/gtest.h>
+
+using namespace tarnwick;
+using namespace tarnwick::decimalmark;
+namespace P = ProductRecord;
+
+using tarnwick::test::DeDe;
+using tarnwick::test::EnUs;
+
+namespace {
+
+Reading readText(const QString &text)
+{
+    return readMarks(CellTextView { TextEncoding::Utf16, text.utf16(), text.size() });
+}
+
+Reading readBytes(const QByteArray &bytes)
+{
+    return readMarks(CellTextView { TextEncoding::Utf8, bytes.constData(), bytes.size() });
+}
+
+struct Shape
+{
+    const char *text;
+    Mark says;
+    bool ambiguous;
+};
+
+/// Plans adding a tab-separated sheet's rows to an empty catalogue (part number A, name B,
+/// price C, price point D, its price E).
+ImportPlan planned(
+    const QByteArray &sheet, const QLocale &locale, ImportAction action = ImportAction::AddNew)
+{
+    const TextWorkbook text(sheet);
+    const Table catalogue { 1, P::FieldCount };
+    ImportPlanner planner(text, catalogue, test::supplierSheetLetters(), true, action, locale);
+    planner.runAll();
+    return planner.takePlan();
+}
+
+/// Column C of rows 2 and 3 as a workbook of stored-form numbers gives them: row 2 a number
+/// cell "2.675", row 3 the text cell "1,250"; part numbers in A.
+class NumberCellsSheet : public IWorkbook
+{
+public:
+    QString cellText(int column, int row) const override
+    {
+        if (row == 1)
+            return column == 0 ? QStringLiteral("Part Number") : QString();
+        if (row > 3)
+            return QString();
+        if (column == 0)
+            return QStringLiteral("N-%1").arg(row);
+        if (column == 2)
+            return row == 2 ? QStringLiteral("2.675") : QStringLiteral("1,250");
+        return QString();
+    }
+    bool isTextCell(int column, int row) const override { return column == 2 && row == 3; }
+    bool numbersInStoredForm() const override { return true; }
+};
+
+} // namespace
+
+TEST(DecimalMarkTest, AMarkFollowedByThreeDigitsSaysNothing)
+{
+    const Shape shapes[] = {
+        { "2,675", Mark::Unknown, true },
+        { "1.250", Mark::Unknown, true },
+        { "$2,675", Mark::Unknown, true },
+        { "-2,675 \u20ac", Mark::Unknown, true },
+        { "12,50", Mark::Comma, false },
+        { "0,125", Mark::Comma, false },
+        { "1234,567", Mark::Comma, false },
+        { ",125", Mark::Comma, false },
+        { "1.234,56", Mark::Comma, false },
+        { "1.234.567", Mark::Comma, false },
+        { "12.5", Mark::Point, false },
+        { "0.125", Mark::Point, false },
+        { "1,234.56", Mark::Point, false },
+        { "1,234,567", Mark::Point, false },
+        { "(1,234.50)", Mark::Point, false },
+        { "12", Mark::Unknown, false },
+        { "", Mark::Unknown, false },
+        { "1,2,3", Mark::Unknown, false },
+        { "1.2,3.4", Mark::Unknown, false },
+        { "1,234.567.8", Mark::Unknown, false },
+        { "ABC1,250", Mark::Unknown, false },
+        { "2,675x", Mark::Unknown, false },
+        { "12,50 EUR", Mark::Unknown, false },
+    };
+    for (const Shape &shape : shapes) {
+        SCOPED_TRACE(shape.text);
+        const QString text = QString::fromUtf8(shape.text);
+        for (const Reading reading : { readText(text), readBytes(text.toUtf8()) }) {
+            EXPECT_EQ(reading.says, shape.says);
+            EXPECT_EQ(reading.ambiguous, shape.ambiguous);
+        }
+    }
+}
+
+TEST(DecimalMarkTest, AnAmbiguousTextIsWrittenAsTheLocaleReadsTheSheetsNumber)
+{
+    EXPECT_EQ(markOf(EnUs), Mark::Point);
+    EXPECT_EQ(markOf(DeDe), Mark::Comma);
+    EXPECT_EQ(rewritten(QStringLiteral("2,675"), Mark::Comma, EnUs), QStringLiteral("2.675"));
+    EXPECT_EQ(rewritten(QStringLiteral("1.000"), Mark::Comma, EnUs), QStringLiteral("1000"));
+    EXPECT_EQ(rewritten(QStringLiteral("$2,675"), Mark::Comma, EnUs), QStringLiteral("$2.675"));
+    EXPECT_EQ(rewritten(QStringLiteral("1,250"), Mark::Point, DeDe), QStringLiteral("1250"));
+    EXPECT_EQ(rewritten(QStringLiteral("2.675"), Mark::Point, DeDe), QStringLiteral("2,675"));
+}
+
+TEST(DecimalMarkTest, ASheetSaysItsMarkOnlyWhenItsTextsAgree)
+{
+    SheetMarks marks;
+    EXPECT_EQ(marks.result(), Mark::Unknown);
+    marks.add(Cell("2,675").textView());
+    EXPECT_EQ(marks.result(), Mark::Unknown) << "an ambiguous text says nothing";
+    marks.add(Cell("12,50").textView());
+    EXPECT_EQ(marks.result(), Mark::Comma);
+    marks.add(Cell("0,99").textView());
+    EXPECT_EQ(marks.result(), Mark::Comma);
+    EXPECT_FALSE(marks.isMixed());
+    marks.add(Cell("3.25").textView());
+    EXPECT_TRUE(marks.isMixed());
+    EXPECT_EQ(marks.result(), Mark::Unknown) << "a sheet of both is read as the locale reads it";
+}
+
+// A catalogue exported under German and imported under English: its price points "2,675" and
+// quantities "1.000" are read as the sheet's list prices "12,50" show it writes numbers, not as
+// 2,675 and 1, and the preview says so.
+TEST(DecimalMarkTest, AGermanSheetIsReadAsGermanUnderEnglish)
+{
+    const QByteArray sheet("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
+                           "A-1\tAnchor\t12\t1.000\t2,675\r\n"
+                           "B-2\tBolt\t\t\t\r\n"
+                           "C-3\tClamp\t7,50\t10\t1,5\r\n");
+    for (const ImportAction action : { ImportAction::AddNew, ImportAction::UpdateExisting }) {
+        const ImportPlan plan = planned(sheet, EnUs, action);
+        ASSERT_EQ(plan.addedCount(), 3);
+        EXPECT_EQ(plan.addedProduct(0)[P::Price - 1], Cell(12.0f));
+        EXPECT_EQ(plan.addedProduct(0)[P::PricePoint1 - 1], Cell("1000"));
+        EXPECT_EQ(plan.addedProduct(0)[P::Price1 - 1], Cell("2.675"));
+        EXPECT_EQ(plan.addedProduct(2)[P::Price - 1], Cell(7.5f));
+        EXPECT_EQ(plan.addedProduct(2)[P::Price1 - 1], Cell("1.5"));
+        EXPECT_EQ(plan.readWithSheetMark, 2);
+        EXPECT_EQ(ImportReport::countLines(plan).last(),
+            QStringLiteral("Numbers read with a decimal comma, as the sheet's other numbers are "
+                           "written: 2 (row 2: \"1.000\" is 1000)"));
+    }
+}
+
+TEST(DecimalMarkTest, AnEnglishSheetIsReadAsEnglishUnderGerman)
+{
+    const ImportPlan plan = planned("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
+                                    "A-1\tAnchor\t12.50\t1,000\t2.675\r\n",
+        DeDe);
+    ASSERT_EQ(plan.addedCount(), 1);
+    EXPECT_EQ(plan.addedProduct(0)[P::Price - 1], Cell(12.5f));
+    EXPECT_EQ(plan.addedProduct(0)[P::PricePoint1 - 1], Cell("1000"));
+    EXPECT_EQ(plan.addedProduct(0)[P::Price1 - 1], Cell("2,675"));
+    EXPECT_EQ(plan.sheetMark, Mark::Point);
+}
+
+TEST(DecimalMarkTest, WithoutAgreementTheLocaleReadsTheSheet)
+{
+    // Nothing else in the sheet says: English groups thousands with the comma.
+    const ImportPlan alone = planned("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
+                                     "A-1\tAnchor\t1,250\t10\t2,675\r\n",
+        EnUs);
+    ASSERT_EQ(alone.addedCount(), 1);
+    EXPECT_EQ(alone.addedProduct(0)[P::Price - 1], Cell(1250.0f));
+    EXPECT_EQ(alone.addedProduct(0)[P::Price1 - 1], Cell("2,675"));
+    EXPECT_EQ(alone.readWithSheetMark, 0);
+    EXPECT_EQ(ImportReport::countLines(alone).size(), 4);
+    // Both marks as decimals: the sheet says nothing either.
+    const ImportPlan mixed = planned("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
+                                     "A-1\tAnchor\t12,50\t10\t2,675\r\n"
+                                     "B-2\tBolt\t3.25\t\t\r\n",
+        EnUs);
+    ASSERT_EQ(mixed.addedCount(), 2);
+    EXPECT_EQ(mixed.addedProduct(0)[P::Price1 - 1], Cell("2,675"));
+    EXPECT_EQ(mixed.readWithSheetMark, 0);
+    // Texts in other columns (a name, a part number) say nothing of the prices.
+    const ImportPlan named = planned("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
+                                     "A-1,50\tSize 12,50\t1,250\t\t\r\n",
+        EnUs);
+    ASSERT_EQ(named.addedCount(), 1);
+    EXPECT_EQ(named.addedProduct(0)[P::Price - 1], Cell(1250.0f));
+}
+
+// A workbook's number cells are in the stored form, which says nothing of how its text cells
+// are written: the text "1,250" beside the number 2.675 is read as the user's locale reads it.
+TEST(DecimalMarkTest, AWorkbooksNumberCellsSayNothing)
+{
+    const NumberCellsSheet sheet;
+    const Table catalogue { 1, P::FieldCount };
+    ImportPlanner planner(
+        sheet, catalogue, test::supplierSheetLetters(), true, ImportAction::AddNew, EnUs);
+    planner.runAll();
+    const ImportPlan plan = planner.takePlan();
+    ASSERT_EQ(plan.addedCount(), 2);
+    EXPECT_EQ(plan.addedProduct(0)[P::Price - 1], Cell(2.675f));
+    EXPECT_EQ(plan.addedProduct(1)[P::Price - 1], Cell(1250.0f));
+    EXPECT_EQ(plan.readWithSheetMark, 0);
+}

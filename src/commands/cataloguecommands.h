@@ -163,6 +163,8 @@ public:
     void undo(Table &catalogue);
     /// Whether the sort moved, added or dropped any row.
     bool changedRows() const;
+    /// Where the rows went (EditCommand::rowOrder); nullptr when the sort added or dropped rows.
+    const std::vector<int> *order() const { return m_rows == m_rowsBefore ? &m_order : nullptr; }
 
 private:
     void resize(Table &catalogue);
@@ -182,6 +184,7 @@ public:
     SortProducts(EditHistory &history, const QString &text, const ProductView &before, int field,
         CatalogueSort done);
     bool changesCatalogue() const override { return m_sort.changedRows(); }
+    const std::vector<int> *rowOrder() const override { return m_sort.order(); }
 
 protected:
     void forward() override;

@@ -47,9 +47,31 @@ const EditCommand *EditHistory::command(int index) const
 
 bool EditHistory::changesCatalogueBetween(int from, int to) const
 {
+    // Where the row now at k + 1 stood at position from (filled at the first sort met).
+    std::vector<int> cameFrom;
     for (int index = from; index < to; ++index) {
         const EditCommand *step = command(index);
-        if (step && step->changesCatalogue())
+        if (!step || !step->changesCatalogue())
+            continue;
+        const std::vector<int> *order = step->rowOrder();
+        if (order == nullptr)
+            return true;
+        if (order->empty())
+            continue;
+        if (cameFrom.empty()) {
+            cameFrom.resize(order->size());
+            for (std::size_t k = 0; k < cameFrom.size(); ++k)
+                cameFrom[k] = int(k) + 1;
+        }
+        if (order->size() != cameFrom.size())
+            return true;
+        std::vector<int> next(cameFrom.size());
+        for (std::size_t k = 0; k < next.size(); ++k)
+            next[k] = cameFrom[std::size_t((*order)[k] - 1)];
+        cameFrom = std::move(next);
+    }
+    for (std::size_t k = 0; k < cameFrom.size(); ++k) {
+        if (cameFrom[k] != int(k) + 1)
             return true;
     }
     return false;

@@ -5,6 +5,7 @@
 #include <QUndoStack>
 
 #include <functional>
+#include <vector>
 
 namespace tarnwick {
 
@@ -68,6 +69,10 @@ public:
     /// Whether the step changes the catalogue (and so the catalogue file at the next save);
     /// steps of the quote change only the quote.
     virtual bool changesCatalogue() const = 0;
+    /// For a step that only moves the catalogue's rows (a sort): where each row went, entry k
+    /// being the row that went to row k + 1 (empty when none moved); nullptr for a step that
+    /// changes anything else. Sorts that together put every row back count as no change.
+    virtual const std::vector<int> *rowOrder() const { return nullptr; }
 
     void redo() final;
     void undo() final;

@@ -269,6 +269,36 @@ TEST_F(CatalogueCommandsTest, RefreshSortsOnThePartNumberAsOneStepAndOnlyWhenNee
     EXPECT_EQ(column(P::PartNumber), QStringList({ "A-100", "B-200", "C-300" }));
 }
 
+// Sorts that together put every row back where the last save had it leave the catalogue as
+// saved: a click on a header and then Refresh asks for no save (which would replace the backup
+// with the same catalogue).
+TEST_F(CatalogueCommandsTest, SortsThatPutEveryRowBackLeaveTheCatalogueAsSaved)
+{
+    ASSERT_TRUE(history.catalogueSaved());
+    CatalogueEdits::sort(history, { 1, 0 }, P::Includes);
+    EXPECT_FALSE(history.catalogueSaved());
+    CatalogueEdits::sort(history, { 1, 0 }, P::Notes);
+    EXPECT_FALSE(history.catalogueSaved());
+    ASSERT_TRUE(CatalogueEdits::refresh(history, { 1, 0 }));
+    EXPECT_TRUE(history.catalogueSaved()) << "in the saved order again";
+    EXPECT_EQ(fileBytes(), start);
+    history.undo();
+    EXPECT_FALSE(history.catalogueSaved());
+    history.redo();
+    EXPECT_TRUE(history.catalogueSaved());
+    // A change between the sorts is a change, whatever order follows.
+    CatalogueEdits::sort(history, { 1, 0 }, P::Includes);
+    CatalogueEdits::setCell(history, { 1, 0 }, 1, P::ProductName, Cell("Anvil"));
+    CatalogueEdits::refresh(history, { 1, 0 });
+    EXPECT_FALSE(history.catalogueSaved());
+    // Saved in another order, the order of that save is the one to come back to.
+    history.setSaved();
+    CatalogueEdits::sort(history, { 1, 0 }, P::Includes);
+    EXPECT_FALSE(history.catalogueSaved());
+    history.undo();
+    EXPECT_TRUE(history.catalogueSaved());
+}
+
 TEST_F(CatalogueCommandsTest, ASortKeepsTheRowsItsCutToCountDropped)
 {
     catalogue().insertRows(4);

@@ -9,6 +9,7 @@
 #include "quotes/pricelist.h"
 #include "quotes/productreport.h"
 #include "quotes/quotedocument.h"
+#include "quotes/quoteline.h"
 #include "quotes/quotenote.h"
 #include "shell/frmquotenote.h"
 #include "shell/mainwindowui.h"
@@ -43,8 +44,12 @@ QString DocumentsController::copyQuote()
     const auto document = QuoteDocument::build(m_module.QuoteTable(), input, m_module.locale());
     m_services.clipboard.clear();
     m_services.clipboard.setRichDocument(clipboardForms(*document));
-    // The copy shows nowhere else: the status bar says it happened.
-    QString copied = tr("Quote copied to the clipboard.");
+    // The copy shows nowhere else: the status bar says it happened, and what it holds when the
+    // quote has no lines yet.
+    QString copied = QuoteLine::lineCount(m_module.QuoteTable()) > 0
+        ? tr("Quote copied to the clipboard.")
+        : tr("The quote has no lines: the clipboard holds its heading and total only. Add "
+             "products to the quote first.");
     m_ui.sbPanel1->setText(copied);
     return copied;
 }

@@ -168,6 +168,11 @@ void SaveController::offerRecovery()
     else if (const QString backup = m_catalogue.keptBackupFile(); !backup.isEmpty())
         m_ui.sbPanel1->setText(
             QStringLiteral("The backup is kept as %1.").arg(QDir::toNativeSeparators(backup)));
+    else if (m_module.AllProducts().Count() <= 0)
+        // A first start in a folder of its own shows an empty grid: say how to fill it.
+        m_ui.sbPanel1->setText(tr("The catalogue is empty: press Insert product on the toolbar "
+                                  "to add a product, or Open spreadsheet to bring in a price "
+                                  "list."));
     m_window->setWindowModified(m_catalogue.recovery().isModified());
 }
 

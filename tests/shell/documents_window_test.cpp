@@ -286,6 +286,18 @@ TEST_F(DocumentsWindowTest, CopyPutsTheQuoteDocumentWithHeadingAndTotalsOnTheCli
     EXPECT_EQ(window->ui().sbPanel1->text(), QStringLiteral("Quote copied to the clipboard."));
 }
 
+// A quote without lines is copied as the document of an empty quote, and the status bar says
+// that is all the clipboard holds rather than that the quote was copied.
+TEST_F(DocumentsWindowTest, CopyingAQuoteWithoutLinesSaysItHoldsNoLines)
+{
+    action("mnuquotecopy")->trigger();
+    EXPECT_TRUE(clipboardText().contains(QStringLiteral("Order Total = ")))
+        << "copied all the same";
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("The quote has no lines: the clipboard holds its heading and total only. "
+                       "Add products to the quote first."));
+}
+
 TEST_F(DocumentsWindowTest, ACloseAsksBeforeACopyTheDesktopWouldDropGoesWithTheProgram)
 {
     fakes->clipboard.keepsAfterExit = false; // and no keeper of Tarnwick's takes it

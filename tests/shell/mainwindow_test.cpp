@@ -157,4 +157,19 @@ TEST_F(MainWindowTest, TheSideBoxesFollowTheCurrentRow)
     EXPECT_EQ(schedule->index(1, 1).data().toString(), QStringLiteral("$2.00"));
 }
 
+// A first start in an empty folder shows an empty grid; the status bar says how to fill it.
+// A start with products says nothing of it.
+TEST_F(MainWindowTest, AnEmptyCatalogueAtTheStartSaysHowToFillIt)
+{
+    frmMain *window = startAndWait();
+    EXPECT_EQ(window->ui().sbPanel1->text(),
+        QStringLiteral("The catalogue is empty: press Insert product on the toolbar to add a "
+                       "product, or Open spreadsheet to bring in a price list."));
+    mainWindow.reset();
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    restart();
+    ASSERT_NE(mainWindow, nullptr);
+    EXPECT_EQ(mainWindow->ui().sbPanel1->text(), QString());
+}
+
 } // namespace

@@ -100,9 +100,22 @@ void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field
     ++plan.changeCount;
     if (plan.entries.size() >= keepEntries)
         return;
+    // A price point's price as every price point is kept, in the user's own form ("7,49" in
+    // German); the list price in the stored form, as the catalogue file has it.
+    const QString text = stored::numberText(newPrice);
+    Cell after =
+        field == ProductRecord::Price ? Cell(text) : Cell(stored::ownForm(text, newPrice, locale));
     plan.entries.push_back(
         { row, field, textOf(catalogue.get(row, ProductRecord::PartNumber), locale),
-            fieldName(field), cell, Cell(stored::numberText(newPrice)), oldPrice, newPrice });
+            fieldName(field), cell, std::move(after), oldPrice, newPrice });
+}
+
+/// The first five prices named, and how many more there are.
+QString firstNames(const QStringList &names)
+{
+    const QString first = names.mid(0, 5).join(QStringLiteral(", "));
+    return names.size() <= 5 ? first
+                             : QStringLiteral("%1 and %2 more").arg(first).arg(names.size() - 5);
 }
 
 } // namespace
@@ -187,10 +200,10 @@ QString summary(const PriceChangePlan &plan, bool entered)
         return QStringLiteral("Enter the percentage or the amount as a number.");
     if (!plan.tooLarge.isEmpty())
         return QStringLiteral("The change would take prices to a trillion or more: %1.")
-            .arg(plan.tooLarge.mid(0, 5).join(QStringLiteral(", ")));
+            .arg(firstNames(plan.tooLarge));
     if (!plan.belowZero.isEmpty())
         return QStringLiteral("The change would take prices below zero: %1.")
-            .arg(plan.belowZero.mid(0, 5).join(QStringLiteral(", ")));
+            .arg(firstNames(plan.belowZero));
     if (plan.changeCount == 0)
         return QStringLiteral("No price changes.");
     return plan.changeCount == 1

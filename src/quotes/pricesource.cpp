@@ -262,9 +262,12 @@ void updateFromCatalogue(Table &quote, const Table &catalogue, const QList<int> 
         quote.put(row, QuoteLine::ListPrice, catalogue.get(product, ProductRecord::Price));
         const bool atListPrice =
             row <= int(sources.size()) && sources[std::size_t(row - 1)] == PriceSource::ListPrice;
-        if (atListPrice)
+        if (atListPrice) {
             Discount::resetLine(quote, row, locale);
-        else
+            // The extended price as a typed quantity works it out, from the price in single
+            // precision: $104,999.99 × 32,766 is then the same whichever way the line got it.
+            QuoteList::repriceLine(quote, catalogue, row, QuoteGridColumn::Price, locale);
+        } else
             QuoteList::repriceLine(quote, catalogue, row, QuoteGridColumn::Quantity, locale);
     }
 }

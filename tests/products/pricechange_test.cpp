@@ -259,6 +259,37 @@ TEST(PriceChangeTest, ASinglePriceOnAHalfCentRoundsUpAsItsMoneyWould)
         QStringLiteral("TW-000053  List price  $39.10 \u2192 $41.06"));
 }
 
+// A price point's new price is kept in the user's own form, as every price point is, so one
+// catalogue (and the export and handheld file written from it) has one decimal mark.
+TEST(PriceChangeTest, APricePointsNewPriceIsInTheUsersOwnForm)
+{
+    Table table(1, 15);
+    table.put(1, 1, "A-100");
+    table.put(1, 3, 1234.56f);
+    table.put(1, 6, "10");
+    table.put(1, 7, "7,125");
+    const PriceChangePlan raise =
+        PriceChange::plan(table, { 1 }, ruleOf(By::Amount, 100000, Rounding::Cents), test::DeDe);
+    ASSERT_EQ(raise.entries.size(), 2u);
+    EXPECT_EQ(raise.entries[0].after, Cell("101234.56")) << "the list price as the file keeps it";
+    EXPECT_EQ(raise.entries[1].after, Cell("100007,13"));
+}
+
+// A change refused for prices below zero names the first five and counts the others.
+TEST(PriceChangeTest, APriceBelowZeroNamesTheFirstFiveAndCountsTheRest)
+{
+    Table table(7, 15);
+    for (int row = 1; row <= 7; ++row) {
+        table.put(row, 1, QStringLiteral("P-%1").arg(row));
+        table.put(row, 3, 1.0f);
+    }
+    const PriceChangePlan lower = PriceChange::plan(
+        table, { 1, 2, 3, 4, 5, 6, 7 }, ruleOf(By::Amount, -5, Rounding::Cents), EnUs);
+    EXPECT_EQ(PriceChange::summary(lower, true),
+        QStringLiteral("The change would take prices below zero: P-1 list price, P-2 list price, "
+                       "P-3 list price, P-4 list price, P-5 list price and 2 more."));
+}
+
 TEST(PriceChangeTest, APlanForThePreviewKeepsItsFirstChangesAndCountsTheRest)
 {
     Table table(3, 15);

@@ -128,6 +128,23 @@ TEST_F(PriceSourceTest, LinesFromTheCatalogueWithOtherPricesTodayAreFound)
     EXPECT_TRUE(PriceSources::linesWithOtherPrices(quote, sources, catalogue, locale).isEmpty());
 }
 
+// A line at its list price updated to today's list price costs what the same quantity typed
+// again costs: the extended price from the price in single precision, however large.
+TEST_F(PriceSourceTest, AnUpdatedLineCostsWhatItsQuantityTypedAgainCosts)
+{
+    const int row = add(QStringLiteral("F-600"));
+    typeQuantity(row, QStringLiteral("32766"));
+    const std::vector<PriceSource> sources { PriceSources::infer(quote, row, catalogue, locale) };
+    ASSERT_EQ(sources.front(), PriceSource::ListPrice);
+    catalogue.put(7, ProductRecord::Price, "$104,999.99");
+    ASSERT_EQ(catalogue.get(7, ProductRecord::PartNumber), Cell("F-600"));
+    PriceSources::updateFromCatalogue(quote, catalogue, { row }, sources, locale);
+    const double updated = number(row, QuoteLine::ExtendedPrice);
+    typeQuantity(row, QStringLiteral("32766"));
+    EXPECT_EQ(updated, number(row, QuoteLine::ExtendedPrice));
+    EXPECT_EQ(updated, double(104999.99f) * 32766.0);
+}
+
 // "Reset Prices" put a line whose quantity reaches a price point back at the list price: an
 // unchanged catalogue offers it nothing, and a new list price keeps it at the list price.
 TEST_F(PriceSourceTest, ALineResetToTheListPriceIsComparedWithTheListPriceOnly)

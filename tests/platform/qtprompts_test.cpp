@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <utility>
+
 #include <gtest/gtest.h>
 
 namespace tarnwick {
@@ -153,6 +155,24 @@ TEST(QtPromptsBox, ClickedButtonGivesItsResult)
     QTest::mouseClick(box.button(QMessageBox::Retry), Qt::LeftButton);
     EXPECT_FALSE(box.isVisible());
     EXPECT_EQ(messageBoxAnswer(box, MsgStyle::AbortRetryIgnore), MsgResult::Retry);
+}
+
+// Every button of a box has its letter: Alt+R retries, Alt+I ignores, Alt+A aborts.
+TEST(QtPromptsBox, AbortRetryAndIgnoreAreReachedByTheirLetters)
+{
+    for (const auto &[key, result] :
+        { std::pair { Qt::Key_A, MsgResult::Abort }, std::pair { Qt::Key_R, MsgResult::Retry },
+            std::pair { Qt::Key_I, MsgResult::Ignore } }) {
+        QMessageBox box;
+        configureMessageBox(box, QStringLiteral("Retry?"), MsgStyle::AbortRetryIgnore, QString());
+        box.show();
+        box.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&box));
+        QTest::keyClick(&box, key, Qt::AltModifier);
+        // A button's letter clicks it as the mouse would, shown pressed for a moment first.
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !box.isVisible(); }));
+        EXPECT_EQ(messageBoxAnswer(box, MsgStyle::AbortRetryIgnore), result);
+    }
 }
 
 TEST(QtPromptsBox, EscapeGivesCancelWhereTheSetHasCancel)

@@ -5,6 +5,7 @@
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QPointer>
+#include <QPushButton>
 
 namespace tarnwick {
 
@@ -114,8 +115,17 @@ void configureMessageBox(QMessageBox &box, const QString &text, int style, const
     box.setText(text);
     box.setTextFormat(Qt::PlainText);
     box.setIcon(decoded.icon);
-    for (const QMessageBox::StandardButton button : decoded.buttons)
-        box.addButton(button);
+    for (const QMessageBox::StandardButton button : decoded.buttons) {
+        QPushButton *added = box.addButton(button);
+        // Qt gives Yes and No their letters; the others get theirs here, so each button of a
+        // box can be pressed with Alt and its letter (Ok, Cancel: Enter and Escape).
+        if (button == QMessageBox::Abort)
+            added->setText(QObject::tr("&Abort"));
+        else if (button == QMessageBox::Retry)
+            added->setText(QObject::tr("&Retry"));
+        else if (button == QMessageBox::Ignore)
+            added->setText(QObject::tr("&Ignore"));
+    }
     box.setDefaultButton(decoded.defaultButton);
     box.setEscapeButton(decoded.escapeButton);
 }

@@ -74,14 +74,21 @@ public:
     explicit CommandsHeldBack(QWidget *window)
     {
         for (QAction *action : window->findChildren<QAction *>()) {
-            if (action->isEnabled()) {
-                action->setEnabled(false);
-                m_disabled.emplace_back(action);
-            }
+            if (action->isEnabled())
+                holdBack(action);
+            // One made available meanwhile (Undo, once an assistive tool changed a box's
+            // text) is held back as well.
+            m_watches.push_back(QObject::connect(
+                action, &QAction::enabledChanged, action, [this, action](bool enabled) {
+                    if (enabled)
+                        holdBack(action);
+                }));
         }
     }
     ~CommandsHeldBack()
     {
+        for (const QMetaObject::Connection &watch : m_watches)
+            QObject::disconnect(watch);
         for (const QPointer<QAction> &action : m_disabled) {
             if (action)
                 action->setEnabled(true);
@@ -91,7 +98,14 @@ public:
     CommandsHeldBack &operator=(const CommandsHeldBack &) = delete;
 
 private:
+    void holdBack(QAction *action)
+    {
+        action->setEnabled(false);
+        m_disabled.emplace_back(action);
+    }
+
     std::vector<QPointer<QAction>> m_disabled;
+    std::vector<QMetaObject::Connection> m_watches;
 };
 
 } // namespace

@@ -259,8 +259,7 @@ decimalmark::Mark ImportPlanner::sheetMark()
     int failedRows = 0;
     // Once a text says the locale's own mark, the sheet is read as the locale reads it, whatever
     // follows (a sheet of both marks is read so too).
-    for (int row = m_firstRow; !marks.said(m_localeMark) && failedRows < MaxUnreadableRows;
-         ++row) {
+    for (int row = m_firstRow; !marks.said(m_localeMark) && failedRows < MaxUnreadableRows; ++row) {
         try {
             m_workbook.readCells(row, m_readColumns, read, std::span(errors).first(count));
             failedRows = 0;

@@ -23,8 +23,8 @@ void runWhileEventsFlow(const std::function<void()> &work);
 /// window keeps answering however large the catalogue is. While it runs nothing on the
 /// window's thread reads the catalogue: the product grid keeps showing what it showed
 /// (started() and finished() tell it), the recovery watch pauses, user input waits, the
-/// window's commands are unavailable, and a close of the window waits until the work is done. Small catalogues are worked on at once,
-/// on the window's thread.
+/// window's commands are unavailable, and a close of the window waits until the work is done. Small
+/// catalogues are worked on at once, on the window's thread.
 class CatalogueWork : public QObject
 {
     Q_OBJECT

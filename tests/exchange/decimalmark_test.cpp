@@ -50,6 +50,16 @@ ImportPlan planned(
     return planner.takePlan();
 }
 
+/// The list price, first price point and its price of the plan's first new product.
+void expectFirstProduct(
+    const ImportPlan &plan, const Cell &price, const Cell &point, const Cell &pointPrice)
+{
+    ASSERT_GE(plan.addedCount(), 1);
+    EXPECT_EQ(plan.addedProduct(0)[P::Price - 1], price);
+    EXPECT_EQ(plan.addedProduct(0)[P::PricePoint1 - 1], point);
+    EXPECT_EQ(plan.addedProduct(0)[P::Price1 - 1], pointPrice);
+}
+
 /// Column C of rows 2 and 3 as a workbook of stored-form numbers gives them: row 2 a number
 /// cell "2.675", row 3 the text cell "1,250"; part numbers in A.
 class NumberCellsSheet : public IWorkbook
@@ -149,9 +159,7 @@ TEST(DecimalMarkTest, AGermanSheetIsReadAsGermanUnderEnglish)
     for (const ImportAction action : { ImportAction::AddNew, ImportAction::UpdateExisting }) {
         const ImportPlan plan = planned(sheet, EnUs, action);
         ASSERT_EQ(plan.addedCount(), 3);
-        EXPECT_EQ(plan.addedProduct(0)[P::Price - 1], Cell(12.0f));
-        EXPECT_EQ(plan.addedProduct(0)[P::PricePoint1 - 1], Cell("1000"));
-        EXPECT_EQ(plan.addedProduct(0)[P::Price1 - 1], Cell("2.675"));
+        expectFirstProduct(plan, Cell(12.0f), Cell("1000"), Cell("2.675"));
         EXPECT_EQ(plan.addedProduct(2)[P::Price - 1], Cell(7.5f));
         EXPECT_EQ(plan.addedProduct(2)[P::Price1 - 1], Cell("1.5"));
         EXPECT_EQ(plan.readWithSheetMark, 2);
@@ -166,10 +174,7 @@ TEST(DecimalMarkTest, AnEnglishSheetIsReadAsEnglishUnderGerman)
     const ImportPlan plan = planned("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
                                     "A-1\tAnchor\t12.50\t1,000\t2.675\r\n",
         DeDe);
-    ASSERT_EQ(plan.addedCount(), 1);
-    EXPECT_EQ(plan.addedProduct(0)[P::Price - 1], Cell(12.5f));
-    EXPECT_EQ(plan.addedProduct(0)[P::PricePoint1 - 1], Cell("1000"));
-    EXPECT_EQ(plan.addedProduct(0)[P::Price1 - 1], Cell("2,675"));
+    expectFirstProduct(plan, Cell(12.5f), Cell("1000"), Cell("2,675"));
     EXPECT_EQ(plan.sheetMark, Mark::Point);
 }
 
@@ -179,9 +184,7 @@ TEST(DecimalMarkTest, WithoutAgreementTheLocaleReadsTheSheet)
     const ImportPlan alone = planned("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
                                      "A-1\tAnchor\t1,250\t10\t2,675\r\n",
         EnUs);
-    ASSERT_EQ(alone.addedCount(), 1);
-    EXPECT_EQ(alone.addedProduct(0)[P::Price - 1], Cell(1250.0f));
-    EXPECT_EQ(alone.addedProduct(0)[P::Price1 - 1], Cell("2,675"));
+    expectFirstProduct(alone, Cell(1250.0f), Cell("10"), Cell("2,675"));
     EXPECT_EQ(alone.readWithSheetMark, 0);
     EXPECT_EQ(ImportReport::countLines(alone).size(), 4);
     // Both marks as decimals: the sheet says nothing either.

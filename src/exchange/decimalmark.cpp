@@ -40,48 +40,54 @@ template <typename Unit> Reading readUnits(const Unit *units, qsizetype size)
             return {};
         --end;
     }
-    int points = 0;
-    int commas = 0;
     qsizetype lastMark = -1;
     for (qsizetype i = first; i < end; ++i) {
         const char16_t c = get(i);
-        if (c == u'.' || c == u',') {
-            (c == u'.' ? points : commas) += 1;
+        if (isMark(c))
             lastMark = i;
-        } else if (!isDigit(c)) {
+        else if (!isDigit(c))
             return {};
-        }
     }
     if (lastMark < 0)
         return {};
-    const bool lastIsPoint = get(lastMark) == u'.';
-    const Mark lastAsDecimal = lastIsPoint ? Mark::Point : Mark::Comma;
-    if (points > 0 && commas > 0) {
-        // "1.234,56": the last mark is the decimal one, and only the other stands before it.
-        for (qsizetype i = first; i < lastMark; ++i) {
-            if (get(i) == get(lastMark))
-                return {};
-        }
-        return { lastAsDecimal, false };
-    }
-    if (points + commas > 1) {
-        // "1,234,567": a mark written twice groups thousands, three digits each, and the other
-        // is the decimal one.
+    const char16_t last = get(lastMark);
+    const char16_t other = last == u'.' ? u',' : u'.';
+    const Mark lastAsDecimal = last == u'.' ? Mark::Point : Mark::Comma;
+    const Mark otherAsDecimal = last == u'.' ? Mark::Comma : Mark::Point;
+    // Whether the digits from..to are grouped by mark: one to three digits, then groups of
+    // three, each after a mark.
+    const auto groupedBy = [&](qsizetype from, qsizetype to, char16_t mark) {
         qsizetype digits = 0;
         bool grouped = false;
-        for (qsizetype i = first; i < end; ++i) {
+        for (qsizetype i = from; i < to; ++i) {
             if (isDigit(get(i))) {
                 ++digits;
                 continue;
             }
-            if (grouped ? digits != 3 : (digits < 1 || digits > 3))
-                return {};
+            if (get(i) != mark || (grouped ? digits != 3 : (digits < 1 || digits > 3)))
+                return false;
             grouped = true;
             digits = 0;
         }
-        if (digits != 3)
+        return grouped && digits == 3;
+    };
+    bool otherBefore = false;
+    bool lastBefore = false;
+    for (qsizetype i = first; i < lastMark; ++i) {
+        otherBefore = otherBefore || get(i) == other;
+        lastBefore = lastBefore || get(i) == last;
+    }
+    if (otherBefore) {
+        // "1.234,56": the last mark is the decimal one, the other groups the digits before it.
+        if (lastBefore || !groupedBy(first, lastMark, other))
             return {};
-        return { lastIsPoint ? Mark::Comma : Mark::Point, false };
+        return { lastAsDecimal, false };
+    }
+    if (lastBefore) {
+        // "1,234,567": a mark written twice groups thousands; the other is the decimal one.
+        if (!groupedBy(first, end, last))
+            return {};
+        return { otherAsDecimal, false };
     }
     const qsizetype before = lastMark - first;
     const qsizetype after = end - lastMark - 1;
@@ -125,6 +131,46 @@ QString rewritten(const QString &text, Mark written, const QLocale &locale)
             result += c;
     }
     return result;
+}
+
+std::optional<double> valueOf(const QString &text, Mark written)
+{
+    const Reading reading =
+        readMarks(CellTextView { TextEncoding::Utf16, text.utf16(), text.size() });
+    const bool hasMarks = text.contains(QLatin1Char('.')) || text.contains(QLatin1Char(','));
+    // The text's own marks must say the mark written ("12.50" is no decimal-comma number), or
+    // could be either ("2,675").
+    if (hasMarks && (written == Mark::Unknown || (!reading.ambiguous && reading.says != written)))
+        return std::nullopt;
+    const QChar decimal = written == Mark::Point ? QLatin1Char('.') : QLatin1Char(',');
+    QByteArray plain;
+    bool negative = false;
+    bool digits = false;
+    bool ended = false; // past the number: only what may stand around it may follow
+    for (const QChar c : text) {
+        const char16_t unit = c.unicode();
+        const bool inNumber = isDigit(unit) || isMark(unit);
+        if (inNumber && ended)
+            return std::nullopt;
+        if (isDigit(unit)) {
+            plain += char(unit);
+            digits = true;
+        } else if (c == decimal) {
+            plain += '.';
+        } else if (!inNumber) {
+            if (!isAround(unit))
+                return std::nullopt;
+            negative = negative || unit == u'-' || unit == u'(';
+            ended = digits;
+        }
+    }
+    if (!digits || plain.count('.') > 1)
+        return std::nullopt;
+    bool ok = false;
+    const double value = plain.toDouble(&ok);
+    if (!ok)
+        return std::nullopt;
+    return negative ? -value : value;
 }
 
 void SheetMarks::add(const CellTextView &view)

@@ -5,6 +5,8 @@
 #include <QLocale>
 #include <QString>
 
+#include <optional>
+
 namespace tarnwick::decimalmark {
 
 /// The character a number text was written with between its whole part and its fraction.
@@ -35,6 +37,12 @@ Mark markOf(const QLocale &locale);
 /// "1.000" written with a decimal comma (a thousand) becomes "1000". Anything around the
 /// digits (a sign, a currency, blanks) stays.
 QString rewritten(const QString &text, Mark written, const QLocale &locale);
+
+/// The number a text written with decimal mark written stands for, whatever the user's locale:
+/// "12,50 €" and "99.999,99 €" with a decimal comma, "$1,234.56" and "(12.50)" (below zero)
+/// with a decimal point. Digits alone need no mark. None for a text that is no number so
+/// written (a letter in it, marks that do not fit the mark, a mark where written is Unknown).
+std::optional<double> valueOf(const QString &text, Mark written);
 
 /// Collects what the number texts of a sheet say of its decimal mark.
 class SheetMarks

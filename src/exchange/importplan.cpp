@@ -220,6 +220,7 @@ void ImportPlanner::followSheetMark(Cell &cell)
         return;
     const QString text = cell.asText();
     cell = Cell(decimalmark::rewritten(text, sheet, m_locale));
+    m_plan.sheetMark = sheet;
     if (m_plan.readWithSheetMark++ == 0) {
         m_plan.firstSheetMarkRow = m_row;
         m_plan.firstSheetMarkText = text;
@@ -275,7 +276,6 @@ decimalmark::Mark ImportPlanner::sheetMark()
         }
     }
     m_sheetMark = marks.said(m_localeMark) ? m_localeMark : marks.result();
-    m_plan.sheetMark = *m_sheetMark;
     return *m_sheetMark;
 }
 
@@ -412,11 +412,22 @@ std::optional<double> ImportPlanner::number(const Cell &cell, bool storedForm) c
     if (std::optional<double> value =
             conv::cellNumber(cell, m_locale, m_plainDecimals || storedForm))
         return value;
+    if (!cell.isText() || storedForm)
+        return std::nullopt;
     // A text the user's own form does not read is read as the list-price box reads it when
     // typed: a comma decimal where the user groups with a comma ("12,50", "0,99" in English).
-    if (cell.isText() && !storedForm)
-        return stored::readNumber(cell.asText());
-    return std::nullopt;
+    if (const std::optional<double> typed = stored::readNumber(cell.asText()))
+        return typed;
+    // A price written in another locale's way with its currency, as the program's own export
+    // writes it under German ("99.999,99 €") and read under English, or the other way round.
+    return numberByMarks(cell);
+}
+
+std::optional<double> ImportPlanner::numberByMarks(const Cell &cell) const
+{
+    // An ambiguous text is in the user's form by now (followSheetMark), read as the user reads it.
+    const decimalmark::Reading reading = decimalmark::readMarks(cell.textView());
+    return decimalmark::valueOf(cell.asText(), reading.ambiguous ? m_localeMark : reading.says);
 }
 
 Cell ImportPlanner::pointCell(Cell cell, bool storedForm) const

@@ -192,6 +192,9 @@ private:
     /// What the mapped number columns' texts say of the sheet's decimal mark; read through the
     /// sheet once, when the first ambiguous text needs it.
     decimalmark::Mark sheetMark();
+    /// A number text neither the user's form nor the stored form reads, read by its own marks
+    /// (decimalmark::valueOf): "12,50 €" under English, "$1,234.56" under German.
+    std::optional<double> numberByMarks(const Cell &cell) const;
     /// Whether the cell is a number cell of a workbook whose numbers come in the stored form.
     bool isStoredNumber(const Cell &cell, int column, int row) const;
     /// A price point or quantity cell of the sheet as the catalogue keeps it.

@@ -203,6 +203,47 @@ TEST(DecimalMarkTest, WithoutAgreementTheLocaleReadsTheSheet)
     EXPECT_EQ(named.addedProduct(0)[P::Price - 1], Cell(1250.0f));
 }
 
+// The program's own export writes list prices with their currency as the user's locale shows
+// them: one written under German comes back under English, and the other way round.
+TEST(DecimalMarkTest, AnExportsListPricesComeBackUnderTheOtherLocale)
+{
+    const ImportPlan english =
+        planned(QStringLiteral("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
+                               "A-1\tAnchor\t12,50\u00a0\u20ac\t1\t12,5\r\n"
+                               "B-2\tBolt\t99.999,99\u00a0\u20ac\t1.000\t7,125\r\n"
+                               "C-3\tClamp\t1.234\u00a0\u20ac\t\t\r\n")
+                    .toUtf8(),
+            EnUs, ImportAction::UpdateExisting);
+    EXPECT_TRUE(english.skipped.empty());
+    ASSERT_EQ(english.addedCount(), 3);
+    expectFirstProduct(english, Cell(12.5f), Cell("1"), Cell("12.5"));
+    EXPECT_EQ(english.addedProduct(1)[P::Price - 1], Cell(99999.99f));
+    EXPECT_EQ(english.addedProduct(1)[P::Price1 - 1], Cell("7.125"));
+    EXPECT_EQ(english.addedProduct(2)[P::Price - 1], Cell(1234.0f))
+        << "a thousand and more, as the sheet writes decimals with a comma";
+
+    const ImportPlan german = planned("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
+                                      "A-1\tAnchor\t$12.50\t1\t12.5\r\n"
+                                      "B-2\tBolt\t$99,999.99\t1,000\t7.125\r\n"
+                                      "C-3\tClamp\t(1,234.50)\t\t\r\n",
+        DeDe, ImportAction::UpdateExisting);
+    ASSERT_EQ(german.addedCount(), 2);
+    expectFirstProduct(german, Cell(12.5f), Cell("1"), Cell("12,5"));
+    EXPECT_EQ(german.addedProduct(1)[P::Price - 1], Cell(99999.99f));
+    EXPECT_EQ(german.addedProduct(1)[P::PricePoint1 - 1], Cell("1000"));
+    ASSERT_EQ(german.skipped.size(), 1U);
+    EXPECT_EQ(german.skipped[0].reason, SkipReason::PriceBelowZero) << "read, and below zero";
+
+    // A text that is no number so written stays no number.
+    for (const char *text : { "12,50 EUR", "1.2,3", "12-50", "$", "12.50\u00a0\u20ac" }) {
+        SCOPED_TRACE(text);
+        EXPECT_FALSE(valueOf(QString::fromUtf8(text), Mark::Comma));
+    }
+    EXPECT_EQ(valueOf(QStringLiteral("12.50-"), Mark::Point), -12.5);
+    EXPECT_EQ(valueOf(QStringLiteral("1 234"), Mark::Unknown), std::nullopt)
+        << "digits on both sides of a blank are two numbers";
+}
+
 // A workbook's number cells are in the stored form, which says nothing of how its text cells
 // are written: the text "1,250" beside the number 2.675 is read as the user's locale reads it.
 TEST(DecimalMarkTest, AWorkbooksNumberCellsSayNothing)

@@ -26,6 +26,8 @@ namespace {
 namespace P = ProductRecord;
 
 const QLocale English(QLocale::English, QLocale::UnitedStates);
+// Its numbers written the other way round: a sheet's decimal mark may be either.
+const QLocale German(QLocale::German, QLocale::Germany);
 
 /// The catalogue the worksheet is imported into: three products, one of them with a part number
 /// the sample sheets hold, and one whose part number is a number, which the import's index does
@@ -108,19 +110,19 @@ void checkChangedFields(
 /// Plans the import, applies it as one step of a history, and undoes and redoes it. Returns the
 /// number of products the plan added.
 int importOnce(const TextWorkbook &workbook, const QString &letters, bool headers,
-    ImportAction action, QStringList &broken)
+    ImportAction action, const QLocale &locale, QStringList &broken)
 {
     NoPrompts prompts;
     const AppEnvironment environment { QString(), QString() };
-    Module1 module(prompts, environment, English);
+    Module1 module(prompts, environment, locale);
     Table &catalogue = module.Catalogue();
     catalogue = startingCatalogue();
     const int before = catalogue.rowCount();
     module.AllProducts().setCount(before);
     EditHistory history(module);
-    const QByteArray bytesBefore = catalogueFileBytes(catalogue, English, before).bytes;
+    const QByteArray bytesBefore = catalogueFileBytes(catalogue, locale, before).bytes;
 
-    ImportPlanner planner(workbook, catalogue, letters, headers, action, English);
+    ImportPlanner planner(workbook, catalogue, letters, headers, action, locale);
     planner.runAll();
     if (planner.step())
         broken << QStringLiteral("the import goes on after it ended");
@@ -144,14 +146,13 @@ int importOnce(const TextWorkbook &workbook, const QString &letters, bool header
     if (history.count() != (stepped ? 1 : 0))
         broken << QStringLiteral("the import made %1 steps").arg(history.count());
     if (stepped) {
-        const QByteArray bytesAfter = catalogueFileBytes(catalogue, English, count).bytes;
+        const QByteArray bytesAfter = catalogueFileBytes(catalogue, locale, count).bytes;
         history.undo();
-        if (catalogueFileBytes(catalogue, English, module.AllProducts().Count()).bytes
+        if (catalogueFileBytes(catalogue, locale, module.AllProducts().Count()).bytes
             != bytesBefore)
             broken << QStringLiteral("undo does not give back the catalogue");
         history.redo();
-        if (catalogueFileBytes(catalogue, English, module.AllProducts().Count()).bytes
-            != bytesAfter)
+        if (catalogueFileBytes(catalogue, locale, module.AllProducts().Count()).bytes != bytesAfter)
             broken << QStringLiteral("redo does not give the import again");
     }
     if (prompts.shown() != 0)
@@ -172,8 +173,10 @@ Verdict workbookImport(QByteArrayView input)
     const TextWorkbook workbook(sheet.toByteArray());
 
     Verdict verdict;
-    const int added = importOnce(workbook, letters, headers, ImportAction::AddNew, verdict.broken);
-    importOnce(workbook, letters, headers, ImportAction::UpdateExisting, verdict.broken);
+    const int added =
+        importOnce(workbook, letters, headers, ImportAction::AddNew, English, verdict.broken);
+    importOnce(workbook, letters, headers, ImportAction::UpdateExisting, English, verdict.broken);
+    importOnce(workbook, letters, headers, ImportAction::UpdateExisting, German, verdict.broken);
     verdict.outcome = added > 0 ? QStringLiteral("added") : QStringLiteral("nothing added");
     return verdict;
 }

@@ -181,6 +181,9 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
         return failedSave(QStringLiteral("no new file can be created in the folder \"%1\": %2")
                               .arg(folder, plainCause(probed != 0 ? probed : openError, file)));
     }
+    // The new file takes the old one's permissions (QSaveFile) and its group: a catalogue the
+    // colleagues of a group share stays theirs.
+    takeGroup(path, file.handle());
     errno = 0;
     if (!writeContent(file) || !file.flush()) {
         const int systemError = errno;

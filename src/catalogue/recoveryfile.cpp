@@ -5,6 +5,7 @@
 #include "catalogue/productrecord.h"
 #include "catalogue/table.h"
 #include "core/vberror.h"
+#include "platform/filewrite.h"
 
 #include <QDir>
 #include <QFile>
@@ -60,8 +61,10 @@ QString recoveryFilePath(const QString &dataFile)
 void takePermissions(const QString &original, const QString &copy)
 {
     const QFileInfo source(original);
-    if (source.exists())
-        QFile::setPermissions(copy, source.permissions());
+    if (!source.exists())
+        return;
+    QFile::setPermissions(copy, source.permissions());
+    takeGroup(original, copy);
 }
 
 namespace {

@@ -22,9 +22,12 @@ bool askToSend(IPrompts &prompts, bool hasSelection)
     return prompts.msgBox(question, MsgStyle::OkCancel + MsgStyle::Question) == MsgResult::Ok;
 }
 
-bool writeCsv(IPrompts &prompts, const QString &path, const QByteArray &bytes)
+/// The file holds the catalogue's prices: it takes the catalogue file's permissions and group
+/// (dataFile), not the folder's, so a catalogue kept private leaves no copy others may read.
+bool writeCsv(
+    IPrompts &prompts, const QString &path, const QByteArray &bytes, const QString &dataFile)
 {
-    const FileWriteResult result = writeFileWhole(path, bytes);
+    const FileWriteResult result = writeFilesWhole({ FileContent { path, bytes, dataFile } });
     if (result) {
         return true;
     }
@@ -67,7 +70,8 @@ SendResult Palmpilot(AppServices &services, const Table &catalogue,
     const QString folder = services.environment.appFolder();
     const std::vector<int> rows =
         selection.empty() ? allRows(catalogue) : selectedRows(selection, currentRow);
-    if (!writeCsv(services.prompts, csvPath(folder, group), csvBytes(catalogue, rows, locale))) {
+    if (!writeCsv(services.prompts, csvPath(folder, group), csvBytes(catalogue, rows, locale),
+            services.environment.pathInAppFolder(QStringLiteral("twdata.dat")))) {
         return SendResult::WriteFailed;
     }
     const ConverterCommand command = converterCommand(folder, group);

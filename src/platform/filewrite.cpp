@@ -13,6 +13,7 @@
 
 #ifdef Q_OS_UNIX
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -199,6 +200,68 @@ FileWriteResult writeFileWhole(const QString &path, const QByteArray &bytes)
     return writeFilesWhole({ FileContent { path, bytes } });
 }
 
+void takeGroup(const QString &original, int handle)
+{
+#ifdef Q_OS_UNIX
+    struct stat source
+    {
+    };
+    struct stat target
+    {
+    };
+    if (handle < 0 || ::stat(QFile::encodeName(original).constData(), &source) != 0
+        || ::fstat(handle, &target) != 0 || source.st_gid == target.st_gid)
+        return;
+    // Refused where the user is no member of that group: the file keeps the folder's.
+    [[maybe_unused]] const int refused = ::fchown(handle, uid_t(-1), source.st_gid);
+#else
+    Q_UNUSED(original);
+    Q_UNUSED(handle);
+#endif
+}
+
+namespace {
+
+/// The permissions and group of original for the file open at handle.
+void takeAccess(const QString &original, int handle)
+{
+#ifdef Q_OS_UNIX
+    struct stat source
+    {
+    };
+    if (::stat(QFile::encodeName(original).constData(), &source) != 0)
+        return;
+    [[maybe_unused]] const int refused = ::fchmod(handle, source.st_mode & 07777);
+    takeGroup(original, handle);
+#else
+    // Windows keeps no such permissions on a file of its own; the folder's are what count.
+    Q_UNUSED(original);
+    Q_UNUSED(handle);
+#endif
+}
+
+} // namespace
+
+void takeGroup(const QString &original, const QString &path)
+{
+#ifdef Q_OS_UNIX
+    struct stat source
+    {
+    };
+    struct stat target
+    {
+    };
+    const QByteArray name = QFile::encodeName(path);
+    if (::stat(QFile::encodeName(original).constData(), &source) != 0
+        || ::stat(name.constData(), &target) != 0 || source.st_gid == target.st_gid)
+        return;
+    [[maybe_unused]] const int refused = ::chown(name.constData(), uid_t(-1), source.st_gid);
+#else
+    Q_UNUSED(original);
+    Q_UNUSED(path);
+#endif
+}
+
 FileWriteResult writeFilesWhole(const QList<FileContent> &files)
 {
     std::vector<std::unique_ptr<QSaveFile>> written;
@@ -207,6 +270,8 @@ FileWriteResult writeFilesWhole(const QList<FileContent> &files)
         FileWriteResult result = writeTemporary(*written.back(), content.bytes);
         if (!result)
             return result; // every temporary file is removed with its QSaveFile
+        if (!content.accessOf.isEmpty())
+            takeAccess(content.accessOf, written.back()->handle());
     }
     for (const std::unique_ptr<QSaveFile> &file : written) {
         errno = 0;

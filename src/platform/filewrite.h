@@ -28,6 +28,9 @@ struct FileContent
 {
     QString path;
     QByteArray bytes;
+    /// A file whose permissions and group the new file takes (the catalogue, for a file that
+    /// holds its prices); empty to keep those of the file it replaces, or the folder's.
+    QString accessOf = {};
 };
 
 /// Writes bytes as the file at path, whole or not at all. The bytes go to a temporary file in
@@ -59,6 +62,12 @@ bool isReadOnlyFileItself(const QFileInfo &file, int openError, int folderError)
 /// open, because the error number Qt's file classes leave behind is not always the one of the
 /// failure: a folder locked against changes (EPERM) read as one that is not there.
 int newFileError(const QString &folder);
+
+/// Gives the file open at handle (or the file at path) the group of the file original, where
+/// the two differ and the user may: a catalogue a group of colleagues shares stays theirs after
+/// a save. Nothing where original is not there or the system has no groups (Windows).
+void takeGroup(const QString &original, int handle);
+void takeGroup(const QString &original, const QString &path);
 
 /// The run-time error number that stands for a system error number (61, 70, 76 or 57).
 int writeErrorNumber(int systemError);

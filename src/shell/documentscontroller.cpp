@@ -48,8 +48,8 @@ QString DocumentsController::copyQuote()
     // quote has no lines yet.
     QString copied = QuoteLine::lineCount(m_module.QuoteTable()) > 0
         ? tr("Quote copied to the clipboard.")
-        : tr("The quote has no lines: the clipboard holds its heading and total only. Add "
-             "products to the quote first.");
+        : tr("The quote has no lines: the clipboard holds an empty quote. Add products to the "
+             "quote first.");
     m_ui.sbPanel1->setText(copied);
     return copied;
 }

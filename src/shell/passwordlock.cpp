@@ -25,11 +25,12 @@ std::optional<QString> storedForm(const QString &password)
 
 } // namespace
 
-QString saveFailedMessage(const QString &reason)
+QString saveFailedMessage(const QString &reason, bool hadPassword)
 {
-    return QStringLiteral(
-        "The password could not be saved: %1. The previous password is still in force.")
-        .arg(reason);
+    return QStringLiteral("The password could not be saved: %1. %2")
+        .arg(reason,
+            hadPassword ? QStringLiteral("The previous password is still in force.")
+                        : QStringLiteral("Tarnwick still starts without a password."));
 }
 
 bool change(IPrompts &prompts, ISettingsStore &settings)
@@ -46,15 +47,20 @@ bool change(IPrompts &prompts, ISettingsStore &settings)
         prompts.msgBox(MismatchMessage, MsgStyle::OkOnly);
         return false;
     }
+    // What the box says of the lock the failure leaves: the one before, or none.
+    const bool hadPassword = !settings
+                                  .get(SettingsKeys::Application, SettingsKeys::Section,
+                                      SettingsKeys::UserPassword, QString())
+                                  .isEmpty();
     const std::optional<QString> value = storedForm(first);
     if (!value) {
-        prompts.msgBox(
-            saveFailedMessage(QStringLiteral("there is not enough memory to protect it")),
+        prompts.msgBox(saveFailedMessage(
+                           QStringLiteral("there is not enough memory to protect it"), hadPassword),
             MsgStyle::OkOnly | MsgStyle::Exclamation, Title);
         return false;
     }
     if (!storePasswordValue(settings, *value)) {
-        prompts.msgBox(saveFailedMessage(settings.writeError()),
+        prompts.msgBox(saveFailedMessage(settings.writeError(), hadPassword),
             MsgStyle::OkOnly | MsgStyle::Exclamation, Title);
         return false;
     }

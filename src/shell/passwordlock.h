@@ -19,8 +19,9 @@ inline constexpr QLatin1String RemoveQuestion("Remove password?");
 inline constexpr QLatin1String MismatchMessage(
     "The two passwords are different. To prevent errors, they must be the same.");
 
-/// "The password could not be saved: <reason>. The previous password is still in force."
-QString saveFailedMessage(const QString &reason);
+/// "The password could not be saved: <reason>. The previous password is still in force.", or,
+/// where none was set (hadPassword false), "… Tarnwick still starts without a password."
+QString saveFailedMessage(const QString &reason, bool hadPassword = true);
 
 /// Asks for the new password twice and stores its hash when both answers agree. An empty first
 /// answer (or Cancel) asks whether to remove the lock, which stores the empty text. Returns

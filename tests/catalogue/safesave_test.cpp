@@ -5,6 +5,7 @@
 
 #include "catalogue/cataloguefile.h"
 #include "support/diskfaults.h"
+#include "support/filegroups.h"
 
 #include <QDir>
 #include <QFile>
@@ -55,6 +56,21 @@ TEST_F(SafeSaveTest, SaveKeepsThePreviousFileAsBackup)
 }
 
 #if defined(Q_OS_UNIX)
+// A catalogue a group of colleagues shares (its own group, read and write for the group) stays
+// so after a save: the new file takes the old one's permissions and group.
+TEST_F(SafeSaveTest, TheSavedFileKeepsThePreviousFilesPermissionsAndGroup)
+{
+    writeDataFile(OldBytes);
+    ASSERT_TRUE(QFile::setPermissions(
+        dataFile(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::WriteGroup));
+    const long group = giveOtherGroup(dataFile());
+    fillCatalogue(2);
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    EXPECT_TRUE(dataFileBytes().startsWith("NEW-1" FE));
+    EXPECT_EQ(modeOf(dataFile()), 0660U);
+    EXPECT_EQ(groupOf(dataFile()), group);
+}
+
 // The backup is the previous file itself, given a second name: not a copy of it.
 TEST_F(SafeSaveTest, TheBackupIsThePreviousFileUnderASecondName)
 {

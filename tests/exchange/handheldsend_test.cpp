@@ -5,6 +5,7 @@
 #include "platform/qt/qtprocesslauncher.h"
 #include "support/diskfaults.h"
 #include "support/fakeservices.h"
+#include "support/filegroups.h"
 #include "support/tempappfolder.h"
 #include "support/testlocale.h"
 
@@ -108,6 +109,22 @@ TEST_F(HandheldSend, ConverterThatCannotStartOpensHelpAndKeepsTheFile)
     EXPECT_EQ(fakes.help.calls[0], folder.filePath("Tarnwick Help.chm") + "|15|2050");
     EXPECT_EQ(folder.readFile("Pumps.CSV"),
         HeaderLine + "0,C3,,\"\",\"\",\"\",\r\n0,A1,,\"\",\"\",\"\",\r\n");
+}
+
+// The file holds the catalogue's prices: beside a catalogue kept private it is private too,
+// and it has the catalogue's group, whatever the folder gives new files.
+TEST_F(HandheldSend, TheFileTakesTheCataloguesPermissionsAndGroup)
+{
+    folder.writeFile("twdata.dat", "A1\x7f\x7f\x7f\r\n");
+    const QString catalogue = folder.filePath("twdata.dat");
+    ASSERT_TRUE(QFile::setPermissions(catalogue, QFile::ReadOwner | QFile::WriteOwner));
+    const long group = test::giveOtherGroup(catalogue);
+    fakes.prompts.answerMessage(MsgResult::Ok);
+    fakes.prompts.answerInput("Pumps");
+    fakes.launcher.succeed = false; // the file stays
+    ASSERT_EQ(send(), SendResult::ConverterFailed);
+    EXPECT_EQ(test::modeOf(folder.filePath("Pumps.CSV")), 0600U);
+    EXPECT_EQ(test::groupOf(folder.filePath("Pumps.CSV")), group);
 }
 
 namespace {

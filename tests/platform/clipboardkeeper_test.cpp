@@ -129,6 +129,16 @@ TEST(ClipboardKeeperTest, AKeeperWithoutItsFileOrWithADamagedOneEndsAtOnce)
     EXPECT_FALSE(QFile::exists(damaged)) << "the hand-over file is the keeper's to delete";
 }
 
+// The keeper deletes the file it is handed; a file that is no hand-over (a catalogue named on
+// the command line by mistake) stays where it is.
+TEST(ClipboardKeeperTest, AKeeperLeavesAFileThatIsNoHandOver)
+{
+    const QTemporaryDir dir;
+    const QString catalogue = writeFile(dir, QByteArray("P-1\x7f\x7f\x7fPump\r\n"));
+    EXPECT_EQ(runKeeper(catalogue), 2);
+    EXPECT_TRUE(QFile::exists(catalogue));
+}
+
 TEST(ClipboardKeeperTest, AKeeperThatFindsNoDisplayEndsAndLeavesNoFile)
 {
     const QTemporaryDir dir;

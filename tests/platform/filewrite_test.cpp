@@ -5,6 +5,7 @@
 #include "platform/filewrite.h"
 
 #include "support/diskfaults.h"
+#include "support/filegroups.h"
 #include "support/tempappfolder.h"
 
 #include <QDir>
@@ -287,6 +288,27 @@ TEST(WriteErrorNumbers, CausesInPlainWords)
     EXPECT_EQ(writeErrorNumber(EACCES), 70);
     EXPECT_EQ(writeErrorNumber(ENOENT), 76);
     EXPECT_EQ(writeErrorNumber(EIO), 57);
+}
+
+// A file that holds the catalogue's prices takes the catalogue file's permissions and group,
+// not the folder's: a private catalogue leaves no copy others may read, and one a group of
+// colleagues shares leaves them one they may.
+TEST_F(FileWriteTest, AFileWrittenLikeAnotherTakesItsPermissionsAndGroup)
+{
+    const QString catalogue = path(QStringLiteral("twdata.dat"));
+    folder.writeFile(QStringLiteral("twdata.dat"), OldBytes);
+    ASSERT_TRUE(QFile::setPermissions(catalogue, QFile::ReadOwner | QFile::WriteOwner));
+    const long group = test::giveOtherGroup(catalogue);
+    const QString copy = path(QStringLiteral("Products.CSV"));
+    ASSERT_TRUE(writeFilesWhole({ FileContent { copy, "prices\r\n", catalogue } }));
+    EXPECT_EQ(test::modeOf(copy), 0600U);
+    EXPECT_EQ(test::groupOf(copy), group);
+
+    // A file made beside it afterwards is given the group as well.
+    const QString later = path(QStringLiteral("later.dat"));
+    ASSERT_TRUE(writeFileWhole(later, "x"));
+    takeGroup(catalogue, later);
+    EXPECT_EQ(test::groupOf(later), group);
 }
 
 } // namespace

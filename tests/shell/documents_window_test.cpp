@@ -294,8 +294,8 @@ TEST_F(DocumentsWindowTest, CopyingAQuoteWithoutLinesSaysItHoldsNoLines)
     EXPECT_TRUE(clipboardText().contains(QStringLiteral("Order Total = ")))
         << "copied all the same";
     EXPECT_EQ(window->ui().sbPanel1->text(),
-        QStringLiteral("The quote has no lines: the clipboard holds its heading and total only. "
-                       "Add products to the quote first."));
+        QStringLiteral("The quote has no lines: the clipboard holds an empty quote. Add products "
+                       "to the quote first."));
 }
 
 TEST_F(DocumentsWindowTest, ACloseAsksBeforeACopyTheDesktopWouldDropGoesWithTheProgram)

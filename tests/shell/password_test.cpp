@@ -392,6 +392,23 @@ TEST_F(PasswordMenuTest, APasswordThatCannotBeSavedIsReportedAndTheOldOneStays)
     EXPECT_EQ(box.style, MsgStyle::OkOnly | MsgStyle::Exclamation);
 }
 
+// Where no password was set, a first one that cannot be saved leaves the program without a
+// lock, and the box says so rather than speak of a previous password.
+TEST_F(PasswordMenuTest, AFirstPasswordThatCannotBeSavedSaysThereIsStillNone)
+{
+    startAndWait();
+    const QString before = setting(QStringLiteral("UserPassword"));
+    fakes->settings.failWrites(QStringLiteral("the disk is full"));
+    fakes->prompts.answerInput(QStringLiteral("new"));
+    fakes->prompts.answerInput(QStringLiteral("new"));
+    choosePasswordMenu();
+    EXPECT_EQ(setting(QStringLiteral("UserPassword")), before);
+    ASSERT_EQ(fakes->prompts.shown().size(), 3u);
+    EXPECT_EQ(fakes->prompts.shown()[2].text,
+        QStringLiteral("The password could not be saved: the disk is full. Tarnwick still "
+                       "starts without a password."));
+}
+
 TEST_F(PasswordTest, AClearTextPasswordUnlocksAndIsReplacedByItsHash)
 {
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("abc"));

@@ -128,6 +128,9 @@ std::optional<int> runIfAsked(int argc, char *argv[])
         return 2;
     const QByteArray bytes = file.read(MaxTargets * (MaxTargetBytes + MaxNameBytes + 8) + 64);
     file.close();
+    // Only a hand-over is the keeper's to delete: any other file named here stays as it is.
+    if (!bytes.startsWith(QByteArray(Magic, MagicSize)))
+        return 2;
     file.remove();
     const std::optional<QList<Target>> targets = decode(bytes);
     if (!targets || targets->isEmpty())

@@ -2,6 +2,7 @@
 // so the connection's own handle is handed to sqlite3_backup_*.
 #include "quotebook/quotebookbackup.h"
 
+#include "platform/filewrite.h"
 #include "quotebook/quotebookrows.h"
 
 #include <QDir>
@@ -92,10 +93,12 @@ bool write(QSqlDatabase &db, const QString &path, QString &error)
         removeTemporary();
         return false;
     }
-    // The copy is as private as the book.
+    // The copy is as private as the book, and of its group.
     const QFileInfo book(db.databaseName());
-    if (book.exists())
+    if (book.exists()) {
         QFile::setPermissions(temporary, book.permissions());
+        takeGroup(book.filePath(), temporary);
+    }
     std::error_code failed;
     std::filesystem::rename(
         QFileInfo(temporary).filesystemFilePath(), QFileInfo(path).filesystemFilePath(), failed);

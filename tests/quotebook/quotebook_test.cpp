@@ -6,6 +6,7 @@
 #include "quotebook/quotebookschema.h"
 #include "quotes/quoteline.h"
 #include "support/diskfaults.h"
+#include "support/filegroups.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -388,14 +389,16 @@ TEST_F(QuoteBookTest, TheBackupIsAWholeBookOfItsOwn)
     EXPECT_TRUE(sameCells(loaded->content.lines, quote.content.lines));
 }
 
-TEST_F(QuoteBookTest, TheBackupIsAsPrivateAsTheBook)
+TEST_F(QuoteBookTest, TheBackupIsAsPrivateAsTheBookAndOfItsGroup)
 {
     ASSERT_TRUE(
         QFile::setPermissions(bookPath(), QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+    const long group = giveOtherGroup(bookPath());
     const QString backup = folder.filePath(QStringLiteral("quotes.bak"));
     ASSERT_TRUE(book->backupTo(backup)) << book->errorString().toStdString();
     EXPECT_EQ(QFileInfo(backup).permissions(), QFileInfo(bookPath()).permissions());
     EXPECT_FALSE(QFileInfo(backup).permissions() & QFileDevice::ReadOther);
+    EXPECT_EQ(groupOf(backup), group);
 }
 
 TEST_F(QuoteBookTest, ABackupThatCannotBeWrittenLeavesTheOldOne)

@@ -95,6 +95,30 @@ TEST_F(DamagedSettingsTest, AFolderInPlaceOfTheFileIsSaidAndSetAside)
         m_store.save(DamageApp, DamageSection, QStringLiteral("MainTop"), QStringLiteral("900")));
 }
 
+// A settings file copied to where the settings folder should be (before it was made): the
+// store says so, sets the file aside beside it, and the settings are saved in a new folder.
+TEST_F(DamagedSettingsTest, AFileInPlaceOfTheFolderIsSaidAndSetAside)
+{
+    const QString folder = QFileInfo(iniPath()).path();
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(folder).path()));
+    {
+        QFile file(folder);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("[Settings]\nUserPassword=secret\n");
+    }
+    EXPECT_EQ(m_store.readProblem(DamageApp),
+        QStringLiteral("\"%1\" is a file, not a folder").arg(QDir::toNativeSeparators(folder)));
+    const QString aside = folder + QStringLiteral("-damaged-20261127-031500.ini");
+    EXPECT_EQ(m_store.setAsideDamaged(DamageApp, DamageTime), aside);
+    QFile kept(aside);
+    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+    EXPECT_EQ(kept.readAll(), QByteArray("[Settings]\nUserPassword=secret\n"));
+    EXPECT_EQ(m_store.readProblem(DamageApp), QString());
+    EXPECT_TRUE(
+        m_store.save(DamageApp, DamageSection, QStringLiteral("MainTop"), QStringLiteral("900")));
+    EXPECT_TRUE(QFileInfo(folder).isDir());
+}
+
 TEST_F(DamagedSettingsTest, AnEarlierCopyOfTheSameSecondKeepsItsNameAndTheNewOneTakesTheNext)
 {
     writeIni(QByteArray(16, '\0'));

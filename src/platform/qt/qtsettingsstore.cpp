@@ -200,6 +200,12 @@ QString QtSettingsStore::readProblem(const QString &application) const
 #else
     const std::unique_ptr<QSettings> settings = openApplication(application);
     const QFileInfo info(settings->fileName());
+    // A settings file copied to where the folder should be (the folder not made yet): nothing
+    // can be read or written under it.
+    const QFileInfo folder(info.absolutePath());
+    if (folder.exists() && !folder.isDir())
+        return QStringLiteral("\"%1\" is a file, not a folder")
+            .arg(QDir::toNativeSeparators(folder.filePath()));
     if (!info.exists())
         return QString();
     if (info.isDir())
@@ -225,15 +231,21 @@ QString QtSettingsStore::setAsideDamaged(const QString &application, const QDate
     Q_UNUSED(when);
     return QString();
 #else
-    const QFileInfo info(openApplication(application)->fileName());
-    if (!info.exists())
+    QFileInfo info(openApplication(application)->fileName());
+    // A file in the folder's place is set aside beside it, so the folder can be made.
+    const QFileInfo folder(info.absolutePath());
+    const bool fileForFolder = folder.exists() && !folder.isDir();
+    if (fileForFolder)
+        info = folder;
+    else if (!info.exists())
         return QString();
     const QString stamp = when.toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    const QString pattern = fileForFolder ? info.fileName() + QStringLiteral("-damaged-%1%2.ini")
+                                          : QStringLiteral("settings-damaged-%1%2.ini");
     // An earlier copy of the same second keeps its name: this one takes the next free one.
     for (int attempt = 1; attempt <= 100; ++attempt) {
         const QString suffix = attempt == 1 ? QString() : QStringLiteral("-%1").arg(attempt);
-        QString aside =
-            info.dir().filePath(QStringLiteral("settings-damaged-%1%2.ini").arg(stamp, suffix));
+        QString aside = info.dir().filePath(pattern.arg(stamp, suffix));
         if (QFileInfo::exists(aside))
             continue;
         return QDir().rename(info.filePath(), aside) ? aside : QString();

@@ -216,10 +216,20 @@ void ImportPlanner::followSheetMark(Cell &cell)
         || !decimalmark::readMarks(cell.textView()).ambiguous)
         return;
     const decimalmark::Mark sheet = sheetMark();
-    if (sheet == decimalmark::Mark::Unknown || sheet == m_localeMark)
+    if (sheet == decimalmark::Mark::Unknown)
         return;
+    // Even where the user's decimal mark is the sheet's, the other mark may not be the user's
+    // group ("1.000" in French, which groups with a blank): the text in the user's own form is
+    // what the sheet means, unless the user's reading of it means that already.
     const QString text = cell.asText();
-    cell = Cell(decimalmark::rewritten(text, sheet, m_locale));
+    Cell own(decimalmark::rewritten(text, sheet, m_locale));
+    if (own.asText() == text)
+        return;
+    const std::optional<double> asRead = conv::cellNumber(cell, m_locale, m_plainDecimals);
+    const std::optional<double> meant = conv::cellNumber(own, m_locale, m_plainDecimals);
+    if (asRead && meant && *asRead == *meant)
+        return;
+    cell = std::move(own);
     m_plan.sheetMark = sheet;
     if (m_plan.readWithSheetMark++ == 0) {
         m_plan.firstSheetMarkRow = m_row;

@@ -178,6 +178,25 @@ TEST(DecimalMarkTest, AnEnglishSheetIsReadAsEnglishUnderGerman)
     EXPECT_EQ(plan.sheetMark, Mark::Point);
 }
 
+// Where the user's decimal mark is the sheet's but the user groups thousands with a blank
+// (French, Polish), a sheet's "1.000" beside its "12,50" is a thousand as well.
+TEST(DecimalMarkTest, AGroupOfThousandsIsReadWhereTheUserGroupsWithABlank)
+{
+    const QByteArray sheet("Part Number\tProduct Name\tPrice\tPoint\tPrice 1\r\n"
+                           "A-1\tAnchor\t12,50\t1.000\t7,125\r\n");
+    for (const QLocale &locale :
+        { QLocale(QLocale::French, QLocale::France), QLocale(QLocale::Polish, QLocale::Poland) }) {
+        SCOPED_TRACE(locale.name().toStdString());
+        const ImportPlan plan = planned(sheet, locale, ImportAction::UpdateExisting);
+        expectFirstProduct(plan, Cell(12.5f), Cell("1000"), Cell("7,125"));
+        EXPECT_EQ(plan.readWithSheetMark, 1);
+    }
+    // German groups with the point: its own reading is the sheet's, and nothing is said.
+    const ImportPlan german = planned(sheet, DeDe, ImportAction::UpdateExisting);
+    expectFirstProduct(german, Cell(12.5f), Cell("1.000"), Cell("7,125"));
+    EXPECT_EQ(german.readWithSheetMark, 0);
+}
+
 TEST(DecimalMarkTest, WithoutAgreementTheLocaleReadsTheSheet)
 {
     // Nothing else in the sheet says: English groups thousands with the comma.

@@ -16,12 +16,22 @@ bool isMark(char16_t c)
     return c == u'.' || c == u',';
 }
 
-/// What may stand around the digits of a number: a sign, brackets, blanks, a currency (any
-/// character beyond ASCII: €, £, a no-break space) or "$". A letter makes the text no number.
+/// A minus sign: the ASCII one, and the ones some locales write (Swedish "−1 234,50 kr"
+/// writes U+2212) or a full-width keyboard gives.
+bool isMinus(char16_t c)
+{
+    return c == u'-' || c == u'\u2212' || c == u'\ufe63' || c == u'\uff0d';
+}
+
+/// What may stand around the digits of a number: a sign, brackets, blanks (no-break ones too)
+/// and a currency symbol ("$", "€", "£", "¥"). A letter makes the text no number.
 bool isAround(char16_t c)
 {
-    return c == u' ' || c == u'\t' || c == u'+' || c == u'-' || c == u'(' || c == u')' || c == u'$'
-        || c >= 0x80;
+    if (c < 0x80)
+        return c == u' ' || c == u'\t' || c == u'+' || c == u'(' || c == u')' || c == u'$'
+            || isMinus(c);
+    const QChar::Category category = QChar(c).category();
+    return isMinus(c) || category == QChar::Symbol_Currency || category == QChar::Separator_Space;
 }
 
 template <typename Unit> Reading readUnits(const Unit *units, qsizetype size)
@@ -106,6 +116,11 @@ Reading readMarks(const CellTextView &view)
         return {};
     if (view.encoding == TextEncoding::Utf16)
         return readUnits(view.units(), view.size);
+    // A byte beyond ASCII is part of a character (a currency, a letter): told apart decoded.
+    if (!view.isAscii()) {
+        const QString text = view.toString();
+        return readUnits(text.utf16(), text.size());
+    }
     return readUnits(view.bytes(), view.size);
 }
 
@@ -160,7 +175,7 @@ std::optional<double> valueOf(const QString &text, Mark written)
         } else if (!inNumber) {
             if (!isAround(unit))
                 return std::nullopt;
-            negative = negative || unit == u'-' || unit == u'(';
+            negative = negative || isMinus(unit) || unit == u'(';
             ended = digits;
         }
     }

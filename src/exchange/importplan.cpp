@@ -206,14 +206,17 @@ bool ImportPlanner::readCell(int listIndex, RowCells &cells)
     }
     dropFieldEndCharacters(cell);
     if (P::isNumberField(field) && !cells.storedForm[std::size_t(field)])
-        followSheetMark(cell);
+        followSheetMark(cell, column);
     return read;
 }
 
-void ImportPlanner::followSheetMark(Cell &cell)
+void ImportPlanner::followSheetMark(Cell &cell, int column)
 {
+    // A workbook's number cell is the number it holds, whatever its texts write (2.675 is no
+    // 2,675 beside a text "12,50"), also where the user's locale reads its form as it is.
     if (!cell.isText() || m_localeMark == decimalmark::Mark::Unknown
-        || !decimalmark::readMarks(cell.textView()).ambiguous)
+        || !decimalmark::readMarks(cell.textView()).ambiguous
+        || isStoredNumber(cell, column, m_row))
         return;
     const decimalmark::Mark sheet = sheetMark();
     if (sheet == decimalmark::Mark::Unknown)
@@ -268,9 +271,13 @@ decimalmark::Mark ImportPlanner::sheetMark()
     const auto read = std::span(cells).first(count);
     decimalmark::SheetMarks marks;
     int failedRows = 0;
+    // The first rows say it where any do (a price in every row): a sheet of a million rows is
+    // not read twice for it.
+    const int lastRow = m_firstRow + MarkRows - 1;
     // Once a text says the locale's own mark, the sheet is read as the locale reads it, whatever
     // follows (a sheet of both marks is read so too).
-    for (int row = m_firstRow; !marks.said(m_localeMark) && failedRows < MaxUnreadableRows; ++row) {
+    for (int row = m_firstRow;
+         row <= lastRow && !marks.said(m_localeMark) && failedRows < MaxUnreadableRows; ++row) {
         try {
             m_workbook.readCells(row, m_readColumns, read, std::span(errors).first(count));
             failedRows = 0;

@@ -163,6 +163,9 @@ public:
     static constexpr int MaxNameLength = 75;
     /// After this many rows in a row whose part number cannot be read, the sheet ends.
     static constexpr int MaxUnreadableRows = 100;
+    /// How many rows from the first are looked at for the decimal mark the sheet's number texts
+    /// are written with (sheetMark).
+    static constexpr int MarkRows = 10000;
 
 private:
     struct RowCells;
@@ -188,7 +191,7 @@ private:
     /// A number text whose one mark could be either (decimalmark::Reading::ambiguous), in the
     /// form the user's locale reads as the sheet means it, where the sheet's other number texts
     /// say which mark it writes decimals with.
-    void followSheetMark(Cell &cell);
+    void followSheetMark(Cell &cell, int column);
     /// What the mapped number columns' texts say of the sheet's decimal mark; read through the
     /// sheet once, when the first ambiguous text needs it.
     decimalmark::Mark sheetMark();

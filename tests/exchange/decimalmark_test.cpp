@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 using namespace tarnwick;
 using namespace tarnwick::decimalmark;
 namespace P = ProductRecord;
@@ -61,10 +63,11 @@ void expectFirstProduct(
 }
 
 /// Column C of rows 2 and 3 as a workbook of stored-form numbers gives them: row 2 a number
-/// cell "2.675", row 3 the text cell "1,250"; part numbers in A.
+/// cell "2.675", row 3 a text cell; part numbers in A.
 class NumberCellsSheet : public IWorkbook
 {
 public:
+    explicit NumberCellsSheet(QString text) : m_text(std::move(text)) { }
     QString cellText(int column, int row) const override
     {
         if (row == 1)
@@ -74,11 +77,14 @@ public:
         if (column == 0)
             return QStringLiteral("N-%1").arg(row);
         if (column == 2)
-            return row == 2 ? QStringLiteral("2.675") : QStringLiteral("1,250");
+            return row == 2 ? QStringLiteral("2.675") : m_text;
         return QString();
     }
     bool isTextCell(int column, int row) const override { return column == 2 && row == 3; }
     bool numbersInStoredForm() const override { return true; }
+
+private:
+    QString m_text;
 };
 
 } // namespace
@@ -267,14 +273,39 @@ TEST(DecimalMarkTest, AnExportsListPricesComeBackUnderTheOtherLocale)
 // are written: the text "1,250" beside the number 2.675 is read as the user's locale reads it.
 TEST(DecimalMarkTest, AWorkbooksNumberCellsSayNothing)
 {
-    const NumberCellsSheet sheet;
     const Table catalogue { 1, P::FieldCount };
-    ImportPlanner planner(
-        sheet, catalogue, test::supplierSheetLetters(), true, ImportAction::AddNew, EnUs);
-    planner.runAll();
-    const ImportPlan plan = planner.takePlan();
-    ASSERT_EQ(plan.addedCount(), 2);
-    EXPECT_EQ(plan.addedProduct(0)[P::Price - 1], Cell(2.675f));
-    EXPECT_EQ(plan.addedProduct(1)[P::Price - 1], Cell(1250.0f));
-    EXPECT_EQ(plan.readWithSheetMark, 0);
+    const auto plan = [&](const NumberCellsSheet &sheet, const QLocale &locale) {
+        ImportPlanner planner(
+            sheet, catalogue, test::supplierSheetLetters(), true, ImportAction::AddNew, locale);
+        planner.runAll();
+        return planner.takePlan();
+    };
+    const ImportPlan grouped = plan(NumberCellsSheet(QStringLiteral("1,250")), EnUs);
+    ASSERT_EQ(grouped.addedCount(), 2);
+    EXPECT_EQ(grouped.addedProduct(0)[P::Price - 1], Cell(2.675f));
+    EXPECT_EQ(grouped.addedProduct(1)[P::Price - 1], Cell(1250.0f));
+    EXPECT_EQ(grouped.readWithSheetMark, 0);
+    // Nor does a number cell follow the comma its texts are written with.
+    for (const QLocale &locale : { EnUs, DeDe }) {
+        SCOPED_TRACE(locale.name().toStdString());
+        const ImportPlan comma = plan(NumberCellsSheet(QStringLiteral("12,50")), locale);
+        ASSERT_EQ(comma.addedCount(), 2);
+        EXPECT_EQ(comma.addedProduct(0)[P::Price - 1], Cell(2.675f));
+        EXPECT_EQ(comma.addedProduct(1)[P::Price - 1], Cell(12.5f));
+        EXPECT_EQ(comma.readWithSheetMark, 0);
+    }
+}
+
+// A minus sign as some locales write it (Swedish U+2212) is a minus: a credit stays a credit.
+TEST(DecimalMarkTest, EveryMinusSignIsAMinus)
+{
+    EXPECT_EQ(valueOf(QStringLiteral("\u221212,50\u00a0\u20ac"), Mark::Comma), -12.5);
+    EXPECT_EQ(valueOf(QStringLiteral("\uff0d$1,234.56"), Mark::Point), -1234.56);
+    EXPECT_FALSE(valueOf(QStringLiteral("12,50 \u00f1"), Mark::Comma)) << "a letter is no currency";
+    const ImportPlan credit = planned(QStringLiteral("Part Number\tProduct Name\tPrice\r\n"
+                                                     "A-1\tAnchor\t\u221212,50\u00a0\u20ac\r\n")
+                                          .toUtf8(),
+        EnUs, ImportAction::UpdateExisting);
+    ASSERT_EQ(credit.skipped.size(), 1U);
+    EXPECT_EQ(credit.skipped[0].reason, SkipReason::PriceBelowZero);
 }

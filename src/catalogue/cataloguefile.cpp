@@ -163,7 +163,7 @@ CatalogueWriteResult writeCatalogueFile(const QString &path, const QByteArray &b
 
 CatalogueWriteResult writeCatalogueFile(const QString &path,
     const CatalogueContentWriter &writeContent, const BeforeReplaceHook &beforeReplace,
-    BackupRule backupRule)
+    BackupRule backupRule, const QString &accessOf)
 {
     QSaveFile file(path);
     errno = 0;
@@ -181,9 +181,10 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
         return failedSave(QStringLiteral("no new file can be created in the folder \"%1\": %2")
                               .arg(folder, plainCause(probed != 0 ? probed : openError, file)));
     }
-    // The new file takes the old one's permissions (QSaveFile) and its group: a catalogue the
+    // The new file takes the old one's permissions and group before anything is in it (or those
+    // of accessOf, the catalogue a recovery file keeps the changes of): a catalogue the
     // colleagues of a group share stays theirs.
-    takeGroup(path, file.handle());
+    takeAccess(accessOf.isEmpty() ? path : accessOf, file.handle());
     errno = 0;
     if (!writeContent(file) || !file.flush()) {
         const int systemError = errno;

@@ -79,10 +79,11 @@ CatalogueWriteResult writeCatalogueFile(const QString &path, const QByteArray &b
 using CatalogueContentWriter = std::function<bool(QFileDevice &file)>;
 
 /// As above, with the content written by writeContent instead of given as one buffer, so a
-/// large catalogue can be written in pieces.
+/// large catalogue can be written in pieces. The new file takes the permissions and group of
+/// the file it replaces, or of accessOf where that is given (takeAccess).
 CatalogueWriteResult writeCatalogueFile(const QString &path,
     const CatalogueContentWriter &writeContent, const BeforeReplaceHook &beforeReplace = {},
-    BackupRule backupRule = BackupRule::KeepPrevious);
+    BackupRule backupRule = BackupRule::KeepPrevious, const QString &accessOf = {});
 
 /// Where a save keeps the previous catalogue: the data file's base name with ".bak" in the
 /// same folder ("twdata.bak" beside "twdata.dat").

@@ -63,8 +63,7 @@ void takePermissions(const QString &original, const QString &copy)
     const QFileInfo source(original);
     if (!source.exists())
         return;
-    QFile::setPermissions(copy, source.permissions());
-    takeGroup(original, copy);
+    takeAccess(original, copy);
 }
 
 namespace {
@@ -102,7 +101,8 @@ enum class CheckLine { None, Written };
 /// Writes table as a catalogue file at path, safely and without a backup; with the check line
 /// of a recovery file after it when asked.
 CatalogueWriteResult writeCopy(const QString &path, const Table &table, qint32 count,
-    const QLocale &locale, RowsWithoutPartNumber rows, CheckLine check)
+    const QLocale &locale, RowsWithoutPartNumber rows, CheckLine check,
+    const QString &accessOf = {})
 {
     CatalogueStreamResult content;
     const auto writeContent = [&](QFileDevice &file) {
@@ -117,7 +117,7 @@ CatalogueWriteResult writeCopy(const QString &path, const Table &table, qint32 c
     };
     CatalogueWriteResult result;
     try {
-        result = writeCatalogueFile(path, writeContent, {}, BackupRule::NoBackup);
+        result = writeCatalogueFile(path, writeContent, {}, BackupRule::NoBackup, accessOf);
     } catch (const VbError &error) {
         result = {};
         result.ok = false;
@@ -137,11 +137,11 @@ CatalogueWriteResult writeCatalogueCopy(const QString &path, const Table &table,
     return writeCopy(path, table, count, locale, rows, CheckLine::None);
 }
 
-CatalogueWriteResult writeRecoveryFile(
-    const QString &path, const Table &table, qint32 count, const QLocale &locale)
+CatalogueWriteResult writeRecoveryFile(const QString &path, const Table &table, qint32 count,
+    const QLocale &locale, const QString &accessOf)
 {
-    return writeCopy(
-        path, table, count, locale, RowsWithoutPartNumber::KeptWithContent, CheckLine::Written);
+    return writeCopy(path, table, count, locale, RowsWithoutPartNumber::KeptWithContent,
+        CheckLine::Written, accessOf);
 }
 
 namespace {
@@ -342,11 +342,9 @@ CatalogueWriteResult keepChanges(const QString &dataFile, const Table &table, qi
     const QLocale &locale, const RecoveryBase &base)
 {
     const QString path = recoveryFilePath(dataFile);
-    CatalogueWriteResult written = writeRecoveryFile(path, table, count, locale);
-    if (written.ok) {
-        takePermissions(dataFile, path);
+    CatalogueWriteResult written = writeRecoveryFile(path, table, count, locale, dataFile);
+    if (written.ok)
         writeRecoveryBase(dataFile, base);
-    }
     return written;
 }
 

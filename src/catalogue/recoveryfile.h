@@ -31,9 +31,10 @@ CatalogueWriteResult writeCatalogueCopy(const QString &path, const Table &table,
 /// something included) in the catalogue file's form, then an end-of-file mark and a line that
 /// says how many bytes come before it, "\x1ATarnwick recovery file: 4096 bytes". A catalogue
 /// reading ends at the mark; readRecoveryFile takes a file without that line, or with another
-/// count (cut short, emptied, overwritten), as damaged rather than as a catalogue.
-CatalogueWriteResult writeRecoveryFile(
-    const QString &path, const Table &table, qint32 count, const QLocale &locale);
+/// count (cut short, emptied, overwritten), as damaged rather than as a catalogue. The file
+/// takes the permissions and group of accessOf (the catalogue file) where that is given.
+CatalogueWriteResult writeRecoveryFile(const QString &path, const Table &table, qint32 count,
+    const QLocale &locale, const QString &accessOf = {});
 
 /// The catalogue file the changes in a recovery file were made to, as that run last knew it:
 /// none when there was no catalogue file. Kept in a small file of its own beside the recovery
@@ -70,8 +71,9 @@ bool removeRecoveryFile(const QString &dataFile);
 CatalogueReadResult readRecoveryFile(
     const QString &path, Table &table, qint32 &count, const QLocale &locale);
 
-/// Gives the file at copy the permissions of the file at original, so a copy of a catalogue
-/// (the recovery file) is as private as the catalogue; nothing when original is not there.
+/// Gives the file at copy the permissions and group of the file at original (takeAccess), so a
+/// copy of a catalogue (the quote book) is as private as the catalogue; nothing when original
+/// is not there.
 void takePermissions(const QString &original, const QString &copy);
 
 /// Reads the recovery file of dataFile as readRecoveryFile does, but one that an earlier

@@ -47,8 +47,9 @@ const EditCommand *EditHistory::command(int index) const
 
 bool EditHistory::changesCatalogueBetween(int from, int to) const
 {
-    // Where the row now at k + 1 stood at position from (filled at the first sort met).
-    std::vector<int> cameFrom;
+    // Sorts alone can put every row back, and only two or more that move rows: anything else
+    // is a change without working out where the rows went.
+    int moves = 0;
     for (int index = from; index < to; ++index) {
         const EditCommand *step = command(index);
         if (!step || !step->changesCatalogue())
@@ -56,6 +57,17 @@ bool EditHistory::changesCatalogueBetween(int from, int to) const
         const std::vector<int> *order = step->rowOrder();
         if (order == nullptr)
             return true;
+        moves += order->empty() ? 0 : 1;
+    }
+    if (moves < 2)
+        return moves == 1;
+    // Where the row now at k + 1 stood at position from (filled at the first sort met).
+    std::vector<int> cameFrom;
+    for (int index = from; index < to; ++index) {
+        const EditCommand *step = command(index);
+        if (!step || !step->changesCatalogue())
+            continue;
+        const std::vector<int> *order = step->rowOrder();
         if (order->empty())
             continue;
         if (cameFrom.empty()) {

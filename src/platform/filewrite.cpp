@@ -81,12 +81,15 @@ void syncFolder(const QString &path)
 /// Opens file and writes bytes to its temporary file, flushed and on the disk; the failure
 /// otherwise. Unbuffered, so every write reaches the system at once and a failing one is seen
 /// right there, with its error number.
-FileWriteResult writeTemporary(QSaveFile &file, const QByteArray &bytes)
+FileWriteResult writeTemporary(QSaveFile &file, const QByteArray &bytes, const QString &accessOf)
 {
     file.setDirectWriteFallback(false);
     errno = 0;
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return openFailure(errno, file);
+    // As private as accessOf before anything is in it.
+    if (!accessOf.isEmpty())
+        takeAccess(accessOf, file.handle());
     errno = 0;
     if (!writeAllBytes(file, bytes) || !file.flush() || !syncToDisk(file)) {
         const int systemError = errno;
@@ -200,7 +203,21 @@ FileWriteResult writeFileWhole(const QString &path, const QByteArray &bytes)
     return writeFilesWhole({ FileContent { path, bytes } });
 }
 
-void takeGroup(const QString &original, int handle)
+#ifdef Q_OS_UNIX
+namespace {
+
+/// The permissions of source for a file whose group is now target's (looked at after the group
+/// was given): without the group's rights where it is not source's group.
+mode_t accessMode(const struct stat &source, const struct stat &target)
+{
+    const mode_t mode = source.st_mode & 0777;
+    return target.st_gid == source.st_gid ? mode : mode & ~mode_t(070);
+}
+
+} // namespace
+#endif
+
+void takeAccess(const QString &original, int handle)
 {
 #ifdef Q_OS_UNIX
     struct stat source
@@ -210,39 +227,18 @@ void takeGroup(const QString &original, int handle)
     {
     };
     if (handle < 0 || ::stat(QFile::encodeName(original).constData(), &source) != 0
-        || ::fstat(handle, &target) != 0 || source.st_gid == target.st_gid)
+        || ::fstat(handle, &target) != 0)
         return;
-    // Refused where the user is no member of that group: the file keeps the folder's.
-    [[maybe_unused]] const int refused = ::fchown(handle, uid_t(-1), source.st_gid);
+    if (target.st_gid != source.st_gid && ::fchown(handle, uid_t(-1), source.st_gid) == 0)
+        target.st_gid = source.st_gid;
+    [[maybe_unused]] const int refused = ::fchmod(handle, accessMode(source, target));
 #else
     Q_UNUSED(original);
     Q_UNUSED(handle);
 #endif
 }
 
-namespace {
-
-/// The permissions and group of original for the file open at handle.
-void takeAccess(const QString &original, int handle)
-{
-#ifdef Q_OS_UNIX
-    struct stat source
-    {
-    };
-    if (::stat(QFile::encodeName(original).constData(), &source) != 0)
-        return;
-    [[maybe_unused]] const int refused = ::fchmod(handle, source.st_mode & 07777);
-    takeGroup(original, handle);
-#else
-    // Windows keeps no such permissions on a file of its own; the folder's are what count.
-    Q_UNUSED(original);
-    Q_UNUSED(handle);
-#endif
-}
-
-} // namespace
-
-void takeGroup(const QString &original, const QString &path)
+void takeAccess(const QString &original, const QString &path)
 {
 #ifdef Q_OS_UNIX
     struct stat source
@@ -253,12 +249,14 @@ void takeGroup(const QString &original, const QString &path)
     };
     const QByteArray name = QFile::encodeName(path);
     if (::stat(QFile::encodeName(original).constData(), &source) != 0
-        || ::stat(name.constData(), &target) != 0 || source.st_gid == target.st_gid)
+        || ::stat(name.constData(), &target) != 0)
         return;
-    [[maybe_unused]] const int refused = ::chown(name.constData(), uid_t(-1), source.st_gid);
+    if (target.st_gid != source.st_gid && ::chown(name.constData(), uid_t(-1), source.st_gid) == 0)
+        target.st_gid = source.st_gid;
+    [[maybe_unused]] const int refused = ::chmod(name.constData(), accessMode(source, target));
 #else
-    Q_UNUSED(original);
-    Q_UNUSED(path);
+    if (QFileInfo::exists(original))
+        QFile::setPermissions(path, QFile::permissions(original));
 #endif
 }
 
@@ -267,11 +265,9 @@ FileWriteResult writeFilesWhole(const QList<FileContent> &files)
     std::vector<std::unique_ptr<QSaveFile>> written;
     for (const FileContent &content : files) {
         written.push_back(std::make_unique<QSaveFile>(content.path));
-        FileWriteResult result = writeTemporary(*written.back(), content.bytes);
+        FileWriteResult result = writeTemporary(*written.back(), content.bytes, content.accessOf);
         if (!result)
             return result; // every temporary file is removed with its QSaveFile
-        if (!content.accessOf.isEmpty())
-            takeAccess(content.accessOf, written.back()->handle());
     }
     for (const std::unique_ptr<QSaveFile> &file : written) {
         errno = 0;

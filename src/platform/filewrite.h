@@ -63,11 +63,14 @@ bool isReadOnlyFileItself(const QFileInfo &file, int openError, int folderError)
 /// failure: a folder locked against changes (EPERM) read as one that is not there.
 int newFileError(const QString &folder);
 
-/// Gives the file open at handle (or the file at path) the group of the file original, where
-/// the two differ and the user may: a catalogue a group of colleagues shares stays theirs after
-/// a save. Nothing where original is not there or the system has no groups (Windows).
-void takeGroup(const QString &original, int handle);
-void takeGroup(const QString &original, const QString &path);
+/// Gives the file open at handle (or the file at path) the permissions and group of the file
+/// original: a catalogue a group of colleagues shares stays theirs after a save, and a file
+/// holding its prices is as private as it. The group is given first; where the user may not
+/// give it (no member of that group), the file keeps the folder's group and no rights for it.
+/// Nothing where original is not there; on Windows, which keeps no such group, the path form
+/// takes the permissions Qt reads.
+void takeAccess(const QString &original, int handle);
+void takeAccess(const QString &original, const QString &path);
 
 /// The run-time error number that stands for a system error number (61, 70, 76 or 57).
 int writeErrorNumber(int systemError);

@@ -95,10 +95,8 @@ bool write(QSqlDatabase &db, const QString &path, QString &error)
     }
     // The copy is as private as the book, and of its group.
     const QFileInfo book(db.databaseName());
-    if (book.exists()) {
-        QFile::setPermissions(temporary, book.permissions());
-        takeGroup(book.filePath(), temporary);
-    }
+    if (book.exists())
+        takeAccess(book.filePath(), temporary);
     std::error_code failed;
     std::filesystem::rename(
         QFileInfo(temporary).filesystemFilePath(), QFileInfo(path).filesystemFilePath(), failed);

@@ -264,11 +264,13 @@ void updateFromCatalogue(Table &quote, const Table &catalogue, const QList<int> 
             row <= int(sources.size()) && sources[std::size_t(row - 1)] == PriceSource::ListPrice;
         if (atListPrice) {
             Discount::resetLine(quote, row, locale);
-            // The extended price as a typed quantity works it out, from the price in single
-            // precision: $104,999.99 × 32,766 is then the same whichever way the line got it.
+            // The extended price worked out as a quantity typed into the line works it out,
+            // from the unit price in single precision: $104,999.99 × 32,766 is then the same
+            // whichever way the line got it.
             QuoteList::repriceLine(quote, catalogue, row, QuoteGridColumn::Price, locale);
-        } else
+        } else {
             QuoteList::repriceLine(quote, catalogue, row, QuoteGridColumn::Quantity, locale);
+        }
     }
 }
 

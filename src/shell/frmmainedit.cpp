@@ -3,6 +3,7 @@
 // (whose typing Undo takes back first); Paste Special goes to the import.
 #include "shell/frmmain.h"
 
+#include "shell/cataloguework.h"
 #include "shell/editcontroller.h"
 #include "shell/exchangecontroller.h"
 #include "shell/historycontroller.h"
@@ -20,6 +21,8 @@ void frmMain::connectEditItems()
     m_undo = new HistoryController(*m_history, *m_grid, *m_quote,
         m_actions->action(QStringLiteral("mnuEditUndo")),
         m_actions->action(QStringLiteral("mnuEditRedo")), this);
+    if (CatalogueWork *work = m_catalogue.work())
+        m_undo->followWork(work);
     on("mnuEditUndo", &frmMain::mnuEditUndo_Click);
     on("mnuEditRedo", &frmMain::mnuEditRedo_Click);
     on("mnuEditCut", &frmMain::mnuEditCut_Click);

@@ -2,6 +2,7 @@
 
 #include "commands/edithistory.h"
 #include "core/celltext.h"
+#include "shell/cataloguework.h"
 #include "shell/productgridcontroller.h"
 #include "shell/quotecontroller.h"
 
@@ -84,6 +85,11 @@ HistoryController::HistoryController(EditHistory &history, ProductGridController
     });
     updateActions();
     qApp->installEventFilter(this);
+}
+
+void HistoryController::followWork(CatalogueWork *work)
+{
+    connect(work, &CatalogueWork::finished, this, &HistoryController::updateActions);
 }
 
 void HistoryController::followTyping(QWidget *control)

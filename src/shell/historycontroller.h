@@ -10,6 +10,7 @@ class QWidget;
 
 namespace tarnwick {
 
+class CatalogueWork;
 class EditHistory;
 class ProductGridController;
 class QuoteController;
@@ -33,6 +34,10 @@ public:
     void undo(QWidget *control);
     /// Edit → Redo with the keyboard in control.
     void redo(QWidget *control);
+
+    /// Works Undo and Redo out again when long work on the catalogue ends: the window's commands
+    /// were held unavailable meanwhile, and what they were then asked to be is not kept.
+    void followWork(CatalogueWork *work);
 
     /// The caption of Edit → Undo or Redo for a step: "&Undo" followed by its name, its
     /// ampersands doubled so they show as written.

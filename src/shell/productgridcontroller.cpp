@@ -475,7 +475,9 @@ void ProductGridController::deleteProduct()
     QItemSelectionModel *selection = m_ui.GrdMain->selectionModel();
     const QItemSelection selected = selection->selection();
     const QModelIndex current = selection->currentIndex();
-    const bool narrowed = current.isValid() && selection->selectedRows().size() > 1;
+    // From the ranges, not the rows: Ctrl+A on a million products is one range.
+    const bool narrowed = current.isValid()
+        && (selected.size() > 1 || (selected.size() == 1 && selected.first().height() > 1));
     if (narrowed)
         selection->select(current, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     if (m_services.prompts.msgBox(ProductCommands::DeleteQuestion, ProductCommands::DeleteStyle,

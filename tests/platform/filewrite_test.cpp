@@ -307,7 +307,7 @@ TEST_F(FileWriteTest, AFileWrittenLikeAnotherTakesItsPermissionsAndGroup)
     // A file made beside it afterwards is given the group as well.
     const QString later = path(QStringLiteral("later.dat"));
     ASSERT_TRUE(writeFileWhole(later, "x"));
-    takeGroup(catalogue, later);
+    takeAccess(catalogue, later);
     EXPECT_EQ(test::groupOf(later), group);
 }
 

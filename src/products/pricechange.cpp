@@ -73,6 +73,10 @@ void planField(PriceChangePlan &plan, const Table &catalogue, int row, int field
     // for: it stays as it is and does not keep the others from changing.
     if (oldPrice < 0)
         return;
+    // A free item (a price of zero) stays free: an amount added to every price is no price
+    // for it, and one taken off would not take it below zero and refuse the whole change.
+    if (oldPrice == 0)
+        return;
     // A price that is a trillion or more already (read from a damaged sheet, say) is no price a
     // change can be worked out from: it stays as it is, as a price that is no number does, and
     // does not keep the others from changing.

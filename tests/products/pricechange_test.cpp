@@ -275,6 +275,25 @@ TEST(PriceChangeTest, APricePointsNewPriceIsInTheUsersOwnForm)
     EXPECT_EQ(raise.entries[1].after, Cell("100007,13"));
 }
 
+// A free item stays free whichever way an amount goes: no price for it, and no refusal.
+TEST(PriceChangeTest, AFreeItemStaysFree)
+{
+    Table table(2, 15);
+    table.put(1, 1, "FREE");
+    table.put(1, 3, 0.0f);
+    table.put(2, 1, "PAID");
+    table.put(2, 3, 10.0f);
+    const PriceChangePlan raise =
+        PriceChange::plan(table, { 1, 2 }, ruleOf(By::Amount, 5, Rounding::Cents), EnUs);
+    ASSERT_EQ(raise.entries.size(), 1u);
+    EXPECT_EQ(raise.entries[0].partNumber, QStringLiteral("PAID"));
+    const PriceChangePlan lower =
+        PriceChange::plan(table, { 1, 2 }, ruleOf(By::Amount, -5, Rounding::Cents), EnUs);
+    EXPECT_TRUE(lower.belowZero.isEmpty());
+    EXPECT_TRUE(PriceChange::canApply(lower, true));
+    EXPECT_EQ(lower.changeCount, 1);
+}
+
 // A change refused for prices below zero names the first five and counts the others.
 TEST(PriceChangeTest, APriceBelowZeroNamesTheFirstFiveAndCountsTheRest)
 {

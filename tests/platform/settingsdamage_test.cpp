@@ -78,6 +78,24 @@ TEST_F(DamagedSettingsTest, NulBytesInTheFileAreDamageAndTheFileIsSetAside)
         m_store.get(DamageApp, DamageSection, QStringLiteral("MainLeft")), QStringLiteral("1200"));
 }
 
+// A file cut short inside a key's line would read that key as empty: cut in the password's,
+// as no password. Every line a save writes ends with a line end.
+TEST_F(DamagedSettingsTest, AFileCutShortInsideALineIsDamage)
+{
+    for (const QByteArray &cut : { QByteArray("UserPassword=\"$argon2id$v=19$m="),
+             QByteArray("UserPassword="), QByteArray("UserPassw") }) {
+        SCOPED_TRACE(cut.constData());
+        writeIni("[Settings]\nMainLeft=1000\n" + cut);
+        EXPECT_EQ(m_store.readProblem(DamageApp),
+            QStringLiteral("\"%1\" is damaged").arg(QDir::toNativeSeparators(iniPath())));
+    }
+    // A whole last line without its line end, as an editor may leave it, is no damage.
+    writeIni("[Settings]\nMainLeft=1000");
+    EXPECT_EQ(m_store.readProblem(DamageApp), QString());
+    writeIni("[Settings]\nUserPassword=\"$argon2id$v=19$m=19456,t=2,p=1$c2FsdA$aGFzaA\"");
+    EXPECT_EQ(m_store.readProblem(DamageApp), QString());
+}
+
 TEST_F(DamagedSettingsTest, AFileOfNothingButNulBytesIsDamage)
 {
     writeIni(QByteArray(4096, '\0'));

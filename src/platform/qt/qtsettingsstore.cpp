@@ -192,6 +192,25 @@ QString QtSettingsStore::location(const QString &application) const
     return QDir::toNativeSeparators(openApplication(application)->fileName());
 }
 
+namespace {
+
+/// Whether a settings file ends inside a key's line: every line a save writes ends with a line
+/// end, and a file cut short in "UserPassword=…" would read as no password. A last line of
+/// its own without a line end (edited by hand) is a whole line when it holds a key, an "=" and
+/// a value, its quotes closed.
+bool cutInALine(const QByteArray &bytes)
+{
+    if (bytes.isEmpty() || bytes.endsWith('\n'))
+        return false;
+    const QByteArray last = bytes.mid(bytes.lastIndexOf('\n') + 1).trimmed();
+    if (last.isEmpty() || last.startsWith('[') || last.startsWith(';') || last.startsWith('#'))
+        return false;
+    const qsizetype equals = last.indexOf('=');
+    return equals <= 0 || equals == last.size() - 1 || last.count('"') % 2 != 0;
+}
+
+} // namespace
+
 QString QtSettingsStore::readProblem(const QString &application) const
 {
 #ifdef Q_OS_WIN
@@ -218,7 +237,7 @@ QString QtSettingsStore::readProblem(const QString &application) const
     // A settings file is text: NUL bytes are what a power cut or a failing disk leaves, and
     // QSettings would read the keys after them into sections of their own.
     const QByteArray bytes = file.readAll();
-    if (bytes.contains('\0') || settings->status() == QSettings::FormatError)
+    if (bytes.contains('\0') || settings->status() == QSettings::FormatError || cutInALine(bytes))
         return QStringLiteral("\"%1\" is damaged").arg(QDir::toNativeSeparators(info.filePath()));
     return QString();
 #endif

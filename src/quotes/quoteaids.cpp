@@ -178,7 +178,7 @@ std::vector<QuantityPrice> pricesAt(const Table &catalogue, const QString &partN
         const PriceLookup lookup = PriceSchedule::SetPrice(catalogue, partNumber, quantity, locale);
         const float unit = PriceSchedule::chargedPrice(lookup.price, locale);
         const bool priced = lookup.found && PriceSchedule::isUsablePrice(lookup.price, locale);
-        prices.push_back({ quantity, unit, double(unit) * double(quantity), priced });
+        prices.push_back({ quantity, unit, double(unit) * double(quantity), priced, lookup.found });
     }
     return prices;
 }
@@ -186,6 +186,10 @@ std::vector<QuantityPrice> pricesAt(const Table &catalogue, const QString &partN
 QString unpricedQuantity(const std::vector<QuantityPrice> &prices, const QLocale &locale)
 {
     for (const QuantityPrice &price : prices) {
+        // No price point of a product that is gone can be given its price.
+        if (!price.inCatalogue)
+            return QStringLiteral("The product is no longer in the catalogue: no quantity can be "
+                                  "priced for it.");
         if (!price.priced) {
             return QStringLiteral("The catalogue gives no price at %1: give that price point "
                                   "its price, or leave the quantity out.")

@@ -31,6 +31,8 @@ struct QuantityPrice
     /// False when the catalogue gives no usable price at this quantity (no such product, a
     /// point without its price, "call"): a quote line would be charged $0.00 for it.
     bool priced = true;
+    /// False when the catalogue holds no such product (deleted since it was quoted).
+    bool inCatalogue = true;
 };
 
 /// What became of the quantities typed into "Price at Quantities".
@@ -73,7 +75,8 @@ QString quantitiesText(const std::vector<qint32> &quantities);
 QuantityEntry readQuantities(const QStringList &entries, const QLocale &locale);
 
 /// Why prices cannot be kept with a line: "The catalogue gives no price at 10: …" for the
-/// first quantity without a usable price; empty when every one has one.
+/// first quantity without a usable price, or that the product is no longer in the catalogue;
+/// empty when every one has one.
 QString unpricedQuantity(const std::vector<QuantityPrice> &prices, const QLocale &locale);
 /// The unit and extended price of the product partNumber at each quantity (SetPrice).
 std::vector<QuantityPrice> pricesAt(const Table &catalogue, const QString &partNumber,

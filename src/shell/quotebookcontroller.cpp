@@ -79,9 +79,11 @@ QuoteBookController::QuoteBookController(const AppServices &services, Module1 &m
     m_ui.FraQuote->installEventFilter(this);
     new FileDialogWatch([this] { retakeLocks(); }, this);
     // "New quote." no longer says what is on screen once a step of the quote is undone or
-    // redone (File → New undone brings the quote before it back).
-    connect(&history, &EditHistory::quoteChanged, this,
-        [this] { m_ui.sbPanel1->takeBack(NewQuoteMessage); });
+    // redone (File → New undone brings the quote before it back), nor does Remove All's.
+    connect(&history, &EditHistory::quoteChanged, this, [this] {
+        m_ui.sbPanel1->takeBack(NewQuoteMessage);
+        m_ui.sbPanel1->takeBack(m_removedAllMessage);
+    });
     connect(m_session.get(), &QuoteSession::keepFailed, this, [this](const QString &detail) {
         m_keepFailing = true;
         const QString text =

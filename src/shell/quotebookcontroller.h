@@ -173,6 +173,8 @@ private:
     /// The copy of a damaged book's last close could not be moved aside: it stays untouched.
     bool m_keepBackup = false;
     bool m_keepFailing = false; ///< the status bar says the quote cannot be kept safe
+    /// What Remove All of a saved quote said last, taken back by an undo or redo.
+    QString m_removedAllMessage;
 };
 
 } // namespace tarnwick

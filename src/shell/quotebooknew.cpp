@@ -41,9 +41,10 @@ void QuoteBookController::removeAll()
     replaceOnScreen(Table(0, m_module.QuoteTable().fieldCount()), m_session->state(),
         QuoteSession::State(), QStringLiteral("Remove All Quote Lines"),
         QStringLiteral("Remove All"));
-    status(QStringLiteral("Quote %1 stays in the quote book as last saved; the quote on screen "
-                          "is a new one.")
-               .arg(saved.numberAndRevision()));
+    m_removedAllMessage = QStringLiteral("Quote %1 stays in the quote book as last saved; the "
+                                         "quote on screen is a new one.")
+                              .arg(saved.numberAndRevision());
+    status(m_removedAllMessage);
 }
 
 } // namespace tarnwick

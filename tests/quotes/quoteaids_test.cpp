@@ -212,7 +212,12 @@ TEST_F(QuoteAidsTest, AQuantityWithoutAPriceIsNamedAndLeftOffTheDocument)
     EXPECT_EQ(QuoteAids::unpricedQuantity(
                   QuoteAids::pricesAt(catalogue, "E-1", { 5, 20 }, locale), locale),
         QString());
-    EXPECT_FALSE(QuoteAids::pricesAt(catalogue, "NO-SUCH", { 5 }, locale).front().priced);
+    const auto gone = QuoteAids::pricesAt(catalogue, "NO-SUCH", { 5 }, locale);
+    EXPECT_FALSE(gone.front().priced);
+    EXPECT_EQ(QuoteAids::unpricedQuantity(gone, locale),
+        QStringLiteral("The product is no longer in the catalogue: no quantity can be priced for "
+                       "it."))
+        << "no price point of a deleted product can be given its price";
 
     // Kept while the point had its price, the quantity is left off the document later.
     const int row = add("E-1");

@@ -142,6 +142,19 @@ TEST_F(QuoteBookUndoWindowTest, NewThenCtrlZBringsBackTheSavedQuote)
     EXPECT_EQ(title(), QStringLiteral("Quote Details"));
 }
 
+// Undone, "Remove All" brings back the saved quote, and the status bar no longer says the quote
+// on screen is a new one.
+TEST_F(QuoteBookUndoWindowTest, RemoveAllUndoneTakesBackWhatItSaid)
+{
+    saveBoltForAcme();
+    action("mnuquoteclear")->trigger();
+    ASSERT_TRUE(window->ui().sbPanel1->text().endsWith(QStringLiteral("is a new one.")));
+    ctrlZ();
+    EXPECT_EQ(quoteColumn(0), QStringList { "B-200" });
+    EXPECT_EQ(title(), QStringLiteral("Quote Details: Q-2026-0001 A, ACME Plumbing"));
+    EXPECT_EQ(window->ui().sbPanel1->text(), QString());
+}
+
 // "Remove All" empties the quote to start a new one: a saved quote emptied so stays in the book
 // as it was saved, and the lines added next are a new quote for another customer.
 TEST_F(QuoteBookUndoWindowTest, RemoveAllOnASavedQuoteStartsANewOneAndLeavesTheSavedOneAsItIs)

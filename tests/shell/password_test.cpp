@@ -291,6 +291,20 @@ protected:
     {
         mainWindow->actions().action(QStringLiteral("mnuUserOptions"))->trigger();
     }
+
+    /// Sets the password "new" where the settings cannot be written: the setting stays as it
+    /// was, and the box that says so is the third shown (after the two password boxes).
+    ShownPrompt setPasswordThatCannotBeSaved()
+    {
+        const QString before = setting(QStringLiteral("UserPassword"));
+        fakes->settings.failWrites(QStringLiteral("the disk is full"));
+        fakes->prompts.answerInput(QStringLiteral("new"));
+        fakes->prompts.answerInput(QStringLiteral("new"));
+        choosePasswordMenu();
+        EXPECT_EQ(setting(QStringLiteral("UserPassword")), before);
+        EXPECT_EQ(fakes->prompts.shown().size(), 3u);
+        return fakes->prompts.shown().size() >= 3 ? fakes->prompts.shown()[2] : ShownPrompt {};
+    }
 };
 
 TEST_F(PasswordMenuTest, TwoEqualAnswersSetThePassword)
@@ -377,14 +391,7 @@ TEST_F(PasswordMenuTest, APasswordThatCannotBeSavedIsReportedAndTheOldOneStays)
     saveSetting(QStringLiteral("UserPassword"), QStringLiteral("old"));
     dialogs.answer = QStringLiteral("old");
     startAndWait();
-    const QString before = setting(QStringLiteral("UserPassword"));
-    fakes->settings.failWrites(QStringLiteral("the disk is full"));
-    fakes->prompts.answerInput(QStringLiteral("new"));
-    fakes->prompts.answerInput(QStringLiteral("new"));
-    choosePasswordMenu();
-    EXPECT_EQ(setting(QStringLiteral("UserPassword")), before);
-    ASSERT_EQ(fakes->prompts.shown().size(), 3u);
-    const ShownPrompt &box = fakes->prompts.shown()[2];
+    const ShownPrompt box = setPasswordThatCannotBeSaved();
     EXPECT_EQ(box.text,
         QStringLiteral("The password could not be saved: the disk is full. The previous "
                        "password is still in force."));
@@ -397,14 +404,7 @@ TEST_F(PasswordMenuTest, APasswordThatCannotBeSavedIsReportedAndTheOldOneStays)
 TEST_F(PasswordMenuTest, AFirstPasswordThatCannotBeSavedSaysThereIsStillNone)
 {
     startAndWait();
-    const QString before = setting(QStringLiteral("UserPassword"));
-    fakes->settings.failWrites(QStringLiteral("the disk is full"));
-    fakes->prompts.answerInput(QStringLiteral("new"));
-    fakes->prompts.answerInput(QStringLiteral("new"));
-    choosePasswordMenu();
-    EXPECT_EQ(setting(QStringLiteral("UserPassword")), before);
-    ASSERT_EQ(fakes->prompts.shown().size(), 3u);
-    EXPECT_EQ(fakes->prompts.shown()[2].text,
+    EXPECT_EQ(setPasswordThatCannotBeSaved().text,
         QStringLiteral("The password could not be saved: the disk is full. Tarnwick still "
                        "starts without a password."));
 }

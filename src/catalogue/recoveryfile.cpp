@@ -58,14 +58,6 @@ QString recoveryFilePath(const QString &dataFile)
     return sideFileName(dataFile, QStringLiteral("-recovery"), QString());
 }
 
-void takePermissions(const QString &original, const QString &copy)
-{
-    const QFileInfo source(original);
-    if (!source.exists())
-        return;
-    takeAccess(original, copy);
-}
-
 namespace {
 
 /// The line at the end of bytes, without its line end.

@@ -71,11 +71,6 @@ bool removeRecoveryFile(const QString &dataFile);
 CatalogueReadResult readRecoveryFile(
     const QString &path, Table &table, qint32 &count, const QLocale &locale);
 
-/// Gives the file at copy the permissions and group of the file at original (takeAccess), so a
-/// copy of a catalogue (the quote book) is as private as the catalogue; nothing when original
-/// is not there.
-void takePermissions(const QString &original, const QString &copy);
-
 /// Reads the recovery file of dataFile as readRecoveryFile does, but one that an earlier
 /// version wrote (without the check line, and without the record beside it this version
 /// writes) is read as the catalogue it holds, with unchecked set: whether it was cut short

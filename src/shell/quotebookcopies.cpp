@@ -3,9 +3,9 @@
 #include "shell/quotebookcontroller.h"
 
 #include "catalogue/module1.h"
-#include "catalogue/recoveryfile.h"
 #include "platform/appenvironment.h"
 #include "platform/appservices.h"
+#include "platform/filewrite.h"
 #include "platform/iprompts.h"
 #include "quotebook/quotebookbackup.h"
 #include "quotebook/quotebookmessages.h"
@@ -70,7 +70,7 @@ void QuoteBookController::makeBookAsPrivateAsCatalogue()
     for (const QLatin1String suffix :
         { QLatin1String(""), QLatin1String("-wal"), QLatin1String("-shm") }) {
         if (QFileInfo::exists(bookPath() + suffix))
-            takePermissions(m_module.DataFile, bookPath() + suffix);
+            takeAccess(m_module.DataFile, bookPath() + suffix);
     }
 }
 

@@ -177,6 +177,24 @@ PriceChangePlan plan(const Table &catalogue, const std::vector<int> &rows,
     return result;
 }
 
+std::optional<double> typedChange(
+    const QString &text, PriceChangeRule::By by, const QLocale &locale)
+{
+    QString number = text.trimmed();
+    if (by == PriceChangeRule::By::Percent) {
+        for (const QString &sign : { locale.percent(), QStringLiteral("%") }) {
+            if (number.endsWith(sign))
+                number = number.chopped(sign.size()).trimmed();
+            else if (number.startsWith(sign))
+                number = number.mid(sign.size()).trimmed();
+            else
+                continue;
+            break;
+        }
+    }
+    return conv::parseNumber(number, locale);
+}
+
 QString previewLine(const PriceChangeEntry &entry, const QLocale &locale)
 {
     const QString currency = QStringLiteral("Currency");

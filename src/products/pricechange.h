@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <limits>
+#include <optional>
 #include <vector>
 
 namespace tarnwick {
@@ -78,6 +79,12 @@ double apply(double oldPrice, const PriceChangeRule &rule);
 PriceChangePlan plan(const Table &catalogue, const std::vector<int> &rows,
     const PriceChangeRule &rule, const QLocale &locale,
     std::size_t keepEntries = std::numeric_limits<std::size_t>::max());
+
+/// The number typed into the change box, as the user's locale writes it: a percentage may
+/// carry its percent sign ("10%", "2,5 %", "% 5"), as an amount may carry its currency. None
+/// when the text is no number.
+std::optional<double> typedChange(
+    const QString &text, PriceChangeRule::By by, const QLocale &locale);
 
 /// A preview line: "TW-100  List price  $12.85 → $14.14".
 QString previewLine(const PriceChangeEntry &entry, const QLocale &locale);

@@ -233,6 +233,13 @@ bool GridView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event
             // Assistive tools read the box being typed into by its column's caption.
             editor->setAccessibleName(
                 model()->headerData(index.column(), Qt::Horizontal).toString());
+            // A letter made of several keys (a dead key's é, a Compose sequence, an input
+            // method's word) comes as an input-method event, which the view opens the editor
+            // for but does not pass on as it passes a key: typed first into a cell, it was lost.
+            if (trigger == AnyKeyPressed && event && event->type() == QEvent::InputMethod) {
+                QWidget *target = editor->focusProxy() ? editor->focusProxy() : editor;
+                QCoreApplication::sendEvent(target, event);
+            }
         }
     }
     return opened;

@@ -3,6 +3,7 @@
 #include "frmupdatefixture.h"
 
 #include "exchange/columnmapping.h"
+#include "support/keyplaces.h"
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
@@ -10,6 +11,7 @@
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QLabel>
 #include <QPushButton>
@@ -254,6 +256,11 @@ TEST_F(FrmUpdateTest, MnemonicsAreUniqueAndReachTheirControls)
     EXPECT_EQ(QApplication::focusWidget(), list(1));
     QTest::keyClick(&form, Qt::Key_3, Qt::AltModifier);
     EXPECT_EQ(QApplication::focusWidget(), list(9));
+    // On French AZERTY the key marked 1 types "&": Alt with it still reaches Price Point 1.
+    QKeyEvent azerty(QEvent::KeyPress, Qt::Key_Ampersand, Qt::AltModifier, topRowScanCode(1), 0, 0,
+        QStringLiteral("&"));
+    QApplication::sendEvent(QApplication::focusWidget(), &azerty);
+    EXPECT_EQ(QApplication::focusWidget(), list(2));
 }
 
 TEST_F(FrmUpdateTest, TabGoesThroughTheListsInTheirVisualOrder)

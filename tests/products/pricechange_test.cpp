@@ -366,3 +366,19 @@ TEST(PriceChangeTest, ThePreviewAndItsSummarySayWhatOkWouldDo)
 }
 
 } // namespace
+
+TEST(PriceChangeTest, APercentageMayBeTypedWithItsPercentSign)
+{
+    const QLocale &german = tarnwick::test::DeDe;
+    EXPECT_EQ(PriceChange::typedChange(QStringLiteral("10%"), By::Percent, EnUs), 10.0);
+    EXPECT_EQ(PriceChange::typedChange(QStringLiteral(" -2.5 % "), By::Percent, EnUs), -2.5);
+    EXPECT_EQ(PriceChange::typedChange(QStringLiteral("%5"), By::Percent, EnUs), 5.0);
+    EXPECT_EQ(PriceChange::typedChange(QStringLiteral("2,5 %"), By::Percent, german), 2.5);
+    EXPECT_EQ(PriceChange::typedChange(QStringLiteral("-2,5%"), By::Percent, german), -2.5);
+    EXPECT_EQ(PriceChange::typedChange(QStringLiteral("12"), By::Percent, EnUs), 12.0);
+    // One sign only, and only with a percentage: an amount is money, not a share.
+    EXPECT_FALSE(PriceChange::typedChange(QStringLiteral("10%%"), By::Percent, EnUs));
+    EXPECT_FALSE(PriceChange::typedChange(QStringLiteral("%"), By::Percent, EnUs));
+    EXPECT_FALSE(PriceChange::typedChange(QStringLiteral("10%"), By::Amount, EnUs));
+    EXPECT_EQ(PriceChange::typedChange(QStringLiteral("-0,50 €"), By::Amount, german), -0.5);
+}

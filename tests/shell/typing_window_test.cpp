@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QDialog>
+#include <QInputMethodEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -302,3 +303,27 @@ TEST(OneLineBoxesText, EveryKindOfLineEndBecomesABlank)
 }
 
 } // namespace
+
+TEST_F(TypingWindowTest, ALetterOfADeadKeyTypedFirstIntoACellOpensItsEditorAndGoesIn)
+{
+    for (GridView *view : { grid, quoteGrid }) {
+        if (view == quoteGrid) {
+            goToRow(1); // B-200 Bolt
+            action("mnuGrdMainQuote")->trigger();
+            window->ui().SSTabmain->setCurrentIndex(1);
+        }
+        view->setCurrentIndex(view->model()->index(0, 1));
+        focus(view);
+        ASSERT_FALSE(view->isEditing());
+        // A dead key and e: the desktop's input method hands over the finished letter.
+        QInputMethodEvent composed;
+        composed.setCommitString(QStringLiteral("é"));
+        QApplication::sendEvent(view, &composed);
+        ASSERT_TRUE(view->isEditing());
+        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("clair"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        ASSERT_TRUE(QTest::qWaitFor([view] { return !view->isEditing(); }));
+        EXPECT_EQ(gridCellText(view, 0, 1), QStringLiteral("éclair"));
+    }
+    EXPECT_EQ(text(1, ProductRecord::ProductName), QStringLiteral("éclair"));
+}

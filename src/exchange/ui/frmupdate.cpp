@@ -10,6 +10,7 @@
 #include "platform/chelp.h"
 #include "platform/helpcontexts.h"
 #include "platform/iprompts.h"
+#include "platform/qt/digitmnemonics.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -55,6 +56,8 @@ FrmUpdate::FrmUpdate(const AppServices &services, const Table &catalogue,
       m_sheet(std::move(workbook.workbook)), m_openError(workbook.errorNumber)
 {
     m_ui.setupUi(this);
+    // Alt+1 … Alt+5 reach the price points on every layout (on AZERTY the keys type & é " ' ().
+    followDigitMnemonicsByPlace(this);
     m_ui.Timer1->setInterval(ProgressInterval);
     m_driver = new ImportDriver(catalogue, locale, std::move(apply), this);
     connectHandlers();

@@ -1,6 +1,5 @@
 #include "products/ui/frmchangeprices.h"
 
-#include "core/conversions.h"
 #include "platform/qt/wheelguard.h"
 
 #include <QApplication>
@@ -128,11 +127,11 @@ QFormLayout *FrmChangePrices::createChoices(int selectedCount, int shownCount)
 
 std::optional<PriceChangeRule> FrmChangePrices::rule() const
 {
-    const auto value = conv::parseNumber(m_change->text().trimmed(), m_locale);
-    if (!value)
-        return std::nullopt;
     PriceChangeRule rule;
     rule.by = m_percent->isChecked() ? PriceChangeRule::By::Percent : PriceChangeRule::By::Amount;
+    const auto value = PriceChange::typedChange(m_change->text(), rule.by, m_locale);
+    if (!value)
+        return std::nullopt;
     rule.value = *value;
     rule.rounding = PriceChangeRule::Rounding(m_rounding->currentIndex());
     return rule;

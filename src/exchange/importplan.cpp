@@ -402,10 +402,29 @@ void ImportPlanner::planUpdate(RowCells &cells)
         skip(SkipReason::PriceTooLarge, cells.partNumber());
     else if (price && *price < 0)
         skip(SkipReason::PriceBelowZero, cells.partNumber());
+    else if (const std::optional<SkipReason> problem = pricePointProblem(cells))
+        skip(*problem, cells.partNumber());
     else if (known != m_partNumbers.cend())
         planExisting(cells, *known);
     else
         planNew(cells);
+}
+
+std::optional<SkipReason> ImportPlanner::pricePointProblem(const RowCells &cells) const
+{
+    for (int k = 1; k <= P::PricePointCount; ++k) {
+        for (const int field : { P::pricePointField(k), P::pricePointPriceField(k) }) {
+            if (cells.isBlank(field))
+                continue;
+            const std::optional<double> value =
+                number(cells.cell[std::size_t(field)], cells.storedForm[std::size_t(field)]);
+            if (!value)
+                return SkipReason::PricePointNotANumber;
+            if (*value < 0)
+                return SkipReason::PricePointBelowZero;
+        }
+    }
+    return std::nullopt;
 }
 
 void ImportPlanner::runAll()

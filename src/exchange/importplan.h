@@ -49,6 +49,12 @@ enum class SkipReason {
     /// The list price is mapped and its cell holds a number below zero, which no price list
     /// means ("12.50-" or "(43.00)" in an accounting sheet, say) (UpdateExisting).
     PriceBelowZero,
+    /// A price point or its price is mapped and its cell holds something that is no number
+    /// ("10+", "POA"), which a quote would charge as nothing (UpdateExisting).
+    PricePointNotANumber,
+    /// A price point or its price is mapped and its cell holds a number below zero
+    /// (UpdateExisting).
+    PricePointBelowZero,
     /// The part number's cell could not be read.
     Unreadable,
 };
@@ -205,6 +211,9 @@ private:
     /// Whether a list price can be kept as the catalogue keeps it, in single precision.
     static bool fitsPrice(double price);
     std::optional<Cell> updatedCell(int field, const RowCells &cells) const;
+    /// Why the mapped price points and prices of a row cannot be taken (a cell that is no
+    /// number or below zero); none when they can.
+    std::optional<SkipReason> pricePointProblem(const RowCells &cells) const;
     /// The UTF-8 bytes of a text cell: the cell's own where it keeps UTF-8, else decoded into
     /// spare.
     static QByteArrayView utf8Of(const Cell &cell, QByteArray &spare);

@@ -23,7 +23,8 @@ namespace P = ProductRecord;
 /// The order in which the reasons are counted.
 constexpr SkipReason Reasons[] = { SkipReason::EmptyPartNumber, SkipReason::RepeatedPartNumber,
     SkipReason::PriceNotANumber, SkipReason::PriceTooLarge, SkipReason::PriceBelowZero,
-    SkipReason::PartNumberExists, SkipReason::Unreadable };
+    SkipReason::PricePointNotANumber, SkipReason::PricePointBelowZero, SkipReason::PartNumberExists,
+    SkipReason::Unreadable };
 
 bool isPriceField(int field)
 {
@@ -54,6 +55,10 @@ QString reasonText(SkipReason reason)
         return QStringLiteral("list price too large");
     case SkipReason::PriceBelowZero:
         return QStringLiteral("list price below zero");
+    case SkipReason::PricePointNotANumber:
+        return QStringLiteral("price point or price that is no number");
+    case SkipReason::PricePointBelowZero:
+        return QStringLiteral("price point or price below zero");
     case SkipReason::PartNumberExists:
         return QStringLiteral("part number already exists");
     case SkipReason::Unreadable:

@@ -111,6 +111,28 @@ TEST(ImportReport, AListPriceBelowZeroIsSkippedWithItsReason)
     EXPECT_EQ(plan.addedProduct(0)[ProductRecord::PartNumber - 1], Cell("N-3"));
 }
 
+// A supplier's "ten" or "POA" for a break, or a break price below zero, would have quotes
+// charge nothing or a credit at that break: an update skips the row with its reason.
+TEST(ImportReport, APricePointOrPriceThatIsNoNumberOrBelowZeroIsSkippedWithItsReason)
+{
+    const QByteArray rows = "Part Number\tProduct Name\tPrice\tPrice Point 1\tPrice 1\r\n"
+                            "H-1\tHammer\t19.5\tten\t18\r\n"
+                            "K-5\tKnife\t5\t10\tPOA\r\n"
+                            "N-3\tNail\t1\t10\t-1\r\n"
+                            "W-4\tWasher\t1\t10\t0.90\r\n";
+    const ImportPlan update = planOf(sampleCatalogue(), rows, ImportAction::UpdateExisting);
+    EXPECT_EQ(ImportReport::countLines(update).value(3),
+        "Rows skipped: 3 (price point or price that is no number: 2; price point or price below "
+        "zero: 1)");
+    EXPECT_TRUE(update.changed.empty()) << "Hammer's break stays as it was";
+    ASSERT_EQ(update.addedCount(), 1);
+    EXPECT_EQ(update.addedProduct(0)[ProductRecord::PartNumber - 1], Cell("W-4"));
+    // Adding takes the cells as they are, as it always did.
+    const ImportPlan add = planOf(sampleCatalogue(), rows, ImportAction::AddNew);
+    EXPECT_EQ(add.addedCount(), 3);
+    EXPECT_EQ(add.skippedCount(), 1) << "H-1 is there already";
+}
+
 TEST(ImportReport, NothingSkippedSaysSo)
 {
     const ImportPlan plan = planOf(sampleCatalogue(),

@@ -301,6 +301,7 @@ void frmMain::closeEvent(QCloseEvent *event)
     m_closing = true;
     const bool closes = m_unloaded || Form_Unload();
     m_closing = false;
+    m_closeFromOutside = false;
     event->setAccepted(closes);
 }
 
@@ -311,9 +312,10 @@ void frmMain::requestClose()
     // the question decides instead.
     if (m_closing)
         return;
+    // Stays so until the close is carried out: while the catalogue's work runs, the close
+    // waits for it (CatalogueWork) and still asks nobody anything then.
     m_closeFromOutside = true;
     close();
-    m_closeFromOutside = false;
 }
 
 bool frmMain::Form_Unload()

@@ -224,7 +224,7 @@ private:
     bool m_unloaded = false;
     bool m_closing = false; ///< a close is asking its questions
     /// The close was asked for from outside (a termination signal): it asks nothing it can do
-    /// without.
+    /// without. Kept until the close has run, also when it first waits for the catalogue's work.
     bool m_closeFromOutside = false;
     /// The window was shown and the frame the desktop puts round it is still to be fitted onto
     /// the screen (once, at the first show).

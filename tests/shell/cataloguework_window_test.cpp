@@ -98,6 +98,26 @@ TEST_F(CatalogueWorkTest, ACloseAskedForMeanwhileWaitsForTheWorkAndThenSaves)
         << "an unchanged catalogue makes no backup of itself";
 }
 
+// A log-out or termination signal during a long sort waits for it, and then still asks
+// nobody anything (nobody is there to answer): the copy is handed over and the window closes.
+TEST_F(CatalogueWorkTest, ATerminationDuringTheWorkClosesAfterItWithoutAQuestion)
+{
+    fakes->clipboard.keepsAfterExit = false;
+    action("mnucopyproduct")->trigger();
+    std::atomic<bool> release { false };
+    QTimer::singleShot(0, [&] {
+        window->requestClose();
+        release = true;
+    });
+    work->run([&] {
+        while (!release)
+            std::this_thread::yield();
+    });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isVisible(); }, 10000));
+    EXPECT_TRUE(fakes->prompts.shown().empty());
+    EXPECT_EQ(fakes->clipboard.handOverCount(), 1);
+}
+
 TEST_F(CatalogueWorkTest, KeysHandedBackByTheAccessibilityBusDuringTheWorkWaitForIt)
 {
     // While an assistive tool listens, keys come back from the desktop's accessibility bus as

@@ -206,7 +206,7 @@ bool PrintPreview::layOutTheRest()
     const QLocale locale;
     while (!m_document.layoutMore(SliceMilliseconds)) {
         progress.setLabelText(preparingPagesText(pageCount(), locale));
-        QCoreApplication::processEvents();
+        letEventsFlow(progress);
         if (progress.wasCanceled()) {
             updateCount();
             m_layoutTimer->start();

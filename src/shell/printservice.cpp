@@ -84,6 +84,16 @@ void setUpProgressWindow(QProgressDialog &progress, const QString &name, const Q
     progress.setMinimumWidth(progress.fontMetrics().averageCharWidth() * 48);
 }
 
+void letEventsFlow(const QProgressDialog &progress)
+{
+    // Until the progress window shows (after half a second), nothing holds the user's keys and
+    // clicks from the window behind it, whose catalogue the work reads: a header sort halfway
+    // through a printed list left products out of it. They wait for the progress window, which
+    // then holds them from the window behind it as a modal window does, or for the work's end.
+    QCoreApplication::processEvents(
+        progress.isVisible() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+}
+
 QString preparingPagesText(int pages, const QLocale &locale)
 {
     return QObject::tr("Preparing the pages: %1 so far\u2026").arg(locale.toString(pages));
@@ -115,7 +125,7 @@ int QtPrintService::printWithProgress(
                 QObject::tr("Printing page %1 of %2\u2026")
                     .arg(locale.toString(std::min(done + 1, total)), locale.toString(total)));
         }
-        QCoreApplication::processEvents();
+        letEventsFlow(progress);
         // Given up while the painter still works on it, a job the printer can drop never
         // reaches it; a PDF file keeps the pages printed until then.
         if (progress.wasCanceled())

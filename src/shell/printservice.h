@@ -40,6 +40,9 @@ public:
 /// shown once the work has taken half a second, wide enough for "Printing page 12,345 of
 /// 22,223…", a busy bar until it is given a maximum.
 void setUpProgressWindow(QProgressDialog &progress, const QString &name, const QString &title);
+/// Lets the windows paint and the progress window answer between two pieces of a long print or
+/// layout; the user's keys and clicks wait while the progress window is not shown yet.
+void letEventsFlow(const QProgressDialog &progress);
 /// "Preparing the pages: 1,200 so far…"
 QString preparingPagesText(int pages, const QLocale &locale);
 

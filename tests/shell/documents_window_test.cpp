@@ -393,4 +393,26 @@ TEST_F(DocumentsWindowTest, PrintAndPreviewPrintTheWholePriceList)
     EXPECT_EQ(printer->previews, QStringList { QStringLiteral("Tarnwick Price list") });
 }
 
+// The printed list holds what the user sees: a list price typed into the side box and not yet
+// left is stored first, as the export and a save store it.
+TEST_F(DocumentsWindowTest, PrintAndPreviewTakeTheListPriceBeingTyped)
+{
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("list.pdf"));
+    window->documents().setPrintService(std::make_unique<PdfPrintService>(pdf));
+    button("Edit")->trigger();
+    for (const char *command : { "mnuPrint", "mnuPreview" }) {
+        const QString typed =
+            command == QByteArray("mnuPrint") ? QStringLiteral("55.55") : QStringLiteral("66.66");
+        goToRow(0); // A-100 Anchor, $12.50
+        QLineEdit *price = window->ui().TxtPrice;
+        price->setFocus();
+        price->selectAll();
+        QTest::keyClicks(price, typed);
+        action(command)->trigger();
+        EXPECT_TRUE(pdfText(pdf).contains(QLatin1Char('$') + typed)) << command;
+        EXPECT_FALSE(pdfText(pdf).contains(QStringLiteral("$12.50"))) << command;
+    }
+}
+
 } // namespace

@@ -181,6 +181,12 @@ std::pair<QString, QString> changeTexts(
         ErrorTrap trap;
         trap.step([&] { texts = { conv::toText(before, locale), conv::toText(after, locale) }; });
     }
+    // Texts that differ only in their blanks (one at the end, two in a row) look alike in a
+    // cell: in quotes, where they end and how they are spaced shows.
+    if (texts.first != texts.second && texts.first.simplified() == texts.second.simplified()) {
+        texts = { QStringLiteral("\u201C%1\u201D").arg(texts.first),
+            QStringLiteral("\u201C%1\u201D").arg(texts.second) };
+    }
     return texts;
 }
 

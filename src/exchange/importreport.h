@@ -61,7 +61,8 @@ QString progressCaption(const QString &caption, int row);
 QString displayText(int field, const Cell &value, const QLocale &locale);
 /// The old and the new value of a changed field as the preview shows them: as displayText
 /// does, except that two prices that differ below the cent ($2.67 for 2.675 and 2.67) show
-/// all their digits, so the change can be seen.
+/// all their digits, and texts that differ only in their blanks show in quotes (“Cutter ”), so
+/// the change can be seen.
 std::pair<QString, QString> changeTexts(
     int field, const Cell &before, const Cell &after, const QLocale &locale);
 

@@ -210,6 +210,20 @@ TEST(ImportReport, PricesShowAsCurrencyQuantitiesAndTextsAsTheyAre)
         << "a number no form can show";
 }
 
+// A name that differs only by a blank at its end, or two blanks in a row, would read the
+// same on both sides of the preview: quoted, the difference shows.
+TEST(ImportReport, TextsThatDifferOnlyInTheirBlanksShowInQuotes)
+{
+    EXPECT_EQ(ImportReport::changeTexts(P::ProductName, Cell("Cutter"), Cell("Cutter "), EnUs),
+        std::make_pair(
+            QStringLiteral("\u201CCutter\u201D"), QStringLiteral("\u201CCutter \u201D")));
+    EXPECT_EQ(ImportReport::changeTexts(P::Notes, Cell("a b"), Cell("a  b"), EnUs),
+        std::make_pair(QStringLiteral("\u201Ca b\u201D"), QStringLiteral("\u201Ca  b\u201D")));
+    EXPECT_EQ(ImportReport::changeTexts(P::ProductName, Cell("Cutter"), Cell("Cutters"), EnUs),
+        std::make_pair(QStringLiteral("Cutter"), QStringLiteral("Cutters")))
+        << "other changes show as they are";
+}
+
 TEST(ImportReport, PricesThatDifferBelowTheCentShowAllTheirDigits)
 {
     EXPECT_EQ(ImportReport::changeTexts(P::Price, Cell(2.675f), Cell("$2.67"), EnUs),

@@ -320,8 +320,10 @@ void ImportPlanner::planUpdate(RowCells &cells)
         skip(*problem, cells.partNumber());
     else if (known != m_partNumbers.cend())
         planExisting(cells, *known);
-    else
+    else {
+        noteCaseTwin(cells.partNumber());
         planNew(cells);
+    }
 }
 
 std::optional<SkipReason> ImportPlanner::pricePointProblem(const RowCells &cells) const
@@ -339,6 +341,25 @@ std::optional<SkipReason> ImportPlanner::pricePointProblem(const RowCells &cells
         }
     }
     return std::nullopt;
+}
+
+void ImportPlanner::noteCaseTwin(const QString &partNumber)
+{
+    if (!m_foldedPartNumbers) {
+        m_foldedPartNumbers.emplace();
+        m_foldedPartNumbers->reserve(m_catalogue.rowCount());
+        for (int row = 1; row <= m_catalogue.rowCount(); ++row) {
+            const QString known = m_catalogue.get(row, P::PartNumber).asText();
+            m_foldedPartNumbers->insert(known.toCaseFolded(), known);
+        }
+    }
+    const auto twin = m_foldedPartNumbers->constFind(partNumber.toCaseFolded());
+    if (twin == m_foldedPartNumbers->cend() || twin.value() == partNumber)
+        return;
+    if (m_plan.caseTwins++ == 0) {
+        m_plan.firstCaseTwin = partNumber;
+        m_plan.firstCaseTwinOf = twin.value();
+    }
 }
 
 void ImportPlanner::runAll()

@@ -122,6 +122,13 @@ struct ImportPlan
     QString firstSheetMarkText;
     QString firstSheetMarkReading;
 
+    /// New products of an update whose part number differs from one in the catalogue only in
+    /// letter case ("bv-1050" beside BV-1050), which a user most likely means as that product;
+    /// the first of them and the catalogue's part number.
+    int caseTwins = 0;
+    QString firstCaseTwin;
+    QString firstCaseTwinOf;
+
     int addedCount() const { return int(addedSheetRows.size()); }
     /// The cells of new product index (0-based).
     std::span<const Cell> addedProduct(int index) const;
@@ -214,6 +221,9 @@ private:
     /// Why the mapped price points and prices of a row cannot be taken (a cell that is no
     /// number or below zero); none when they can.
     std::optional<SkipReason> pricePointProblem(const RowCells &cells) const;
+    /// Counts a new product of an update whose part number the catalogue holds in other
+    /// letter case.
+    void noteCaseTwin(const QString &partNumber);
     /// The UTF-8 bytes of a text cell: the cell's own where it keeps UTF-8, else decoded into
     /// spare.
     static QByteArrayView utf8Of(const Cell &cell, QByteArray &spare);
@@ -243,6 +253,9 @@ private:
     /// the bytes of part numbers no cell kept as UTF-8.
     std::vector<Cell> m_keyBlocks;
     std::deque<QByteArray> m_keyBytes;
+    /// The catalogue's part numbers case-folded, → the part number; made when an update first
+    /// adds a product.
+    std::optional<QHash<QString, QString>> m_foldedPartNumbers;
     ImportPlan m_plan;
     int m_row;
     bool m_done = false;

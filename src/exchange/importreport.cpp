@@ -100,6 +100,12 @@ QList<CountLine> namedCountLines(const ImportPlan &plan)
                 .arg(plan.readWithSheetMark)
                 .arg(plan.firstSheetMarkRow)
                 .arg(plan.firstSheetMarkText.trimmed(), plan.firstSheetMarkReading) });
+    if (plan.caseTwins > 0)
+        lines.append({ "LblCaseTwins",
+            QStringLiteral("New part numbers that differ from one in the catalogue only in "
+                           "letter case, added as new products: %1 (\"%2\" beside \"%3\")")
+                .arg(plan.caseTwins)
+                .arg(plan.firstCaseTwin, plan.firstCaseTwinOf) });
     if (plan.rowsLeftBelow > 0 && plan.endedAfterUnreadableRows) {
         lines.append({ "LblNotRead", unreadRowsText(plan.rowsLeftBelow) });
     } else if (plan.rowsLeftBelow > 0 && plan.endedWithoutPartNumber) {

@@ -133,6 +133,24 @@ TEST(ImportReport, APricePointOrPriceThatIsNoNumberOrBelowZeroIsSkippedWithItsRe
     EXPECT_EQ(add.skippedCount(), 1) << "H-1 is there already";
 }
 
+// A supplier who writes "h-1" for the catalogue's H-1 most likely means that product: the
+// update adds it as a new one, as part numbers are told apart by every letter, and says so.
+TEST(ImportReport, ANewPartNumberThatDiffersOnlyInLetterCaseIsSaid)
+{
+    const ImportPlan plan = planOf(sampleCatalogue(),
+        "Part Number\tProduct Name\r\nh-1\tHammer\r\nS-2\tSaw\r\ns-2 \tSaw\r\nX-9\tNew\r\n",
+        ImportAction::UpdateExisting);
+    EXPECT_EQ(plan.addedCount(), 3);
+    EXPECT_EQ(ImportReport::namedCountLines(plan).last().text,
+        "New part numbers that differ from one in the catalogue only in letter case, added as "
+        "new products: 2 (\"h-1\" beside \"H-1\")");
+    EXPECT_STREQ(ImportReport::namedCountLines(plan).last().name, "LblCaseTwins");
+    const ImportPlan exact = planOf(sampleCatalogue(),
+        "Part Number\tProduct Name\r\nH-1\tHammer\r\nX-9\tNew\r\n", ImportAction::UpdateExisting);
+    EXPECT_EQ(exact.caseTwins, 0);
+    EXPECT_EQ(ImportReport::countLines(exact).size(), 4);
+}
+
 TEST(ImportReport, NothingSkippedSaysSo)
 {
     const ImportPlan plan = planOf(sampleCatalogue(),

@@ -332,9 +332,15 @@ std::optional<SkipReason> ImportPlanner::pricePointProblem(const RowCells &cells
         for (const int field : { P::pricePointField(k), P::pricePointPriceField(k) }) {
             if (cells.isBlank(field))
                 continue;
-            const std::optional<double> value =
-                number(cells.cell[std::size_t(field)], cells.storedForm[std::size_t(field)]);
+            const Cell &cell = cells.cell[std::size_t(field)];
+            const bool storedForm = cells.storedForm[std::size_t(field)];
+            const std::optional<double> value = number(cell, storedForm);
             if (!value)
+                return SkipReason::PricePointNotANumber;
+            // What the catalogue keeps must read as a number at the next start and in a quote
+            // ("25+" reads as 25 here, but is kept as written).
+            if (const Cell kept = pointCell(cell, storedForm);
+                kept.isText() && !stored::readNumberOrLocal(kept.asText(), m_locale))
                 return SkipReason::PricePointNotANumber;
             if (*value < 0)
                 return SkipReason::PricePointBelowZero;
@@ -356,10 +362,8 @@ void ImportPlanner::noteCaseTwin(const QString &partNumber)
     const auto twin = m_foldedPartNumbers->constFind(partNumber.toCaseFolded());
     if (twin == m_foldedPartNumbers->cend() || twin.value() == partNumber)
         return;
-    if (m_plan.caseTwins++ == 0) {
-        m_plan.firstCaseTwin = partNumber;
-        m_plan.firstCaseTwinOf = twin.value();
-    }
+    if (m_plan.caseTwins++ < ImportPlan::CaseTwinExamples)
+        m_plan.caseTwinExamples.emplace_back(partNumber, twin.value());
 }
 
 void ImportPlanner::runAll()

@@ -124,10 +124,10 @@ struct ImportPlan
 
     /// New products of an update whose part number differs from one in the catalogue only in
     /// letter case ("bv-1050" beside BV-1050), which a user most likely means as that product;
-    /// the first of them and the catalogue's part number.
+    /// the first CaseTwinExamples of them, each with the catalogue's part number.
+    static constexpr int CaseTwinExamples = 3;
     int caseTwins = 0;
-    QString firstCaseTwin;
-    QString firstCaseTwinOf;
+    std::vector<std::pair<QString, QString>> caseTwinExamples;
 
     int addedCount() const { return int(addedSheetRows.size()); }
     /// The cells of new product index (0-based).

@@ -32,6 +32,30 @@ bool isPriceField(int field)
         || (field >= P::Price1 && field <= P::Price5 && (field - P::Price1) % 2 == 0);
 }
 
+/// The text in quotes, its blanks other than the plain one named: a no-break space looks like
+/// a blank, a tab like several.
+QString quotedWithBlanks(const QString &text)
+{
+    QString shown;
+    for (const QChar c : text) {
+        if (c == u' ' || !c.isSpace())
+            shown += c;
+        else if (c == u'\t')
+            shown += QStringLiteral("\u27E8tab\u27E9");
+        else if (c == QChar(0xA0))
+            shown += QStringLiteral("\u27E8no-break space\u27E9");
+        else if (c == u'\r')
+            shown += QStringLiteral("\u27E8CR\u27E9");
+        else if (c == u'\n')
+            shown += QStringLiteral("\u27E8LF\u27E9");
+        else
+            shown += QStringLiteral("\u27E8U+%1\u27E9")
+                         .arg(c.unicode(), 4, 16, QLatin1Char('0'))
+                         .toUpper();
+    }
+    return QStringLiteral("\u201C%1\u201D").arg(shown);
+}
+
 QString skippedRows(int rows)
 {
     return rows == 1 ? QStringLiteral("1 row was skipped because its part number already exists.")
@@ -100,12 +124,18 @@ QList<CountLine> namedCountLines(const ImportPlan &plan)
                 .arg(plan.readWithSheetMark)
                 .arg(plan.firstSheetMarkRow)
                 .arg(plan.firstSheetMarkText.trimmed(), plan.firstSheetMarkReading) });
-    if (plan.caseTwins > 0)
+    if (plan.caseTwins > 0) {
+        QStringList examples;
+        for (const auto &[partNumber, known] : plan.caseTwinExamples)
+            examples << QStringLiteral("\"%1\" beside \"%2\"").arg(partNumber, known);
+        if (plan.caseTwins > int(plan.caseTwinExamples.size()))
+            examples << QStringLiteral("\u2026");
         lines.append({ "LblCaseTwins",
             QStringLiteral("New part numbers that differ from one in the catalogue only in "
-                           "letter case, added as new products: %1 (\"%2\" beside \"%3\")")
+                           "letter case, added as new products: %1 (%2)")
                 .arg(plan.caseTwins)
-                .arg(plan.firstCaseTwin, plan.firstCaseTwinOf) });
+                .arg(examples.join(QStringLiteral(", "))) });
+    }
     if (plan.rowsLeftBelow > 0 && plan.endedAfterUnreadableRows) {
         lines.append({ "LblNotRead", unreadRowsText(plan.rowsLeftBelow) });
     } else if (plan.rowsLeftBelow > 0 && plan.endedWithoutPartNumber) {
@@ -189,10 +219,8 @@ std::pair<QString, QString> changeTexts(
     }
     // Texts that differ only in their blanks (one at the end, two in a row) look alike in a
     // cell: in quotes, where they end and how they are spaced shows.
-    if (texts.first != texts.second && texts.first.simplified() == texts.second.simplified()) {
-        texts = { QStringLiteral("\u201C%1\u201D").arg(texts.first),
-            QStringLiteral("\u201C%1\u201D").arg(texts.second) };
-    }
+    if (texts.first != texts.second && texts.first.simplified() == texts.second.simplified())
+        texts = { quotedWithBlanks(texts.first), quotedWithBlanks(texts.second) };
     return texts;
 }
 

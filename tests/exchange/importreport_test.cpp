@@ -119,17 +119,19 @@ TEST(ImportReport, APricePointOrPriceThatIsNoNumberOrBelowZeroIsSkippedWithItsRe
                             "H-1\tHammer\t19.5\tten\t18\r\n"
                             "K-5\tKnife\t5\t10\tPOA\r\n"
                             "N-3\tNail\t1\t10\t-1\r\n"
+                            "P-6\tPliers\t7\t25+\t6\r\n"
+                            "R-7\tRasp\t7\t5\t12.10+\r\n"
                             "W-4\tWasher\t1\t10\t0.90\r\n";
     const ImportPlan update = planOf(sampleCatalogue(), rows, ImportAction::UpdateExisting);
     EXPECT_EQ(ImportReport::countLines(update).value(3),
-        "Rows skipped: 3 (price point or price that is no number: 2; price point or price below "
+        "Rows skipped: 5 (price point or price that is no number: 4; price point or price below "
         "zero: 1)");
     EXPECT_TRUE(update.changed.empty()) << "Hammer's break stays as it was";
     ASSERT_EQ(update.addedCount(), 1);
     EXPECT_EQ(update.addedProduct(0)[ProductRecord::PartNumber - 1], Cell("W-4"));
     // Adding takes the cells as they are, as it always did.
     const ImportPlan add = planOf(sampleCatalogue(), rows, ImportAction::AddNew);
-    EXPECT_EQ(add.addedCount(), 3);
+    EXPECT_EQ(add.addedCount(), 5);
     EXPECT_EQ(add.skippedCount(), 1) << "H-1 is there already";
 }
 
@@ -143,7 +145,7 @@ TEST(ImportReport, ANewPartNumberThatDiffersOnlyInLetterCaseIsSaid)
     EXPECT_EQ(plan.addedCount(), 3);
     EXPECT_EQ(ImportReport::namedCountLines(plan).last().text,
         "New part numbers that differ from one in the catalogue only in letter case, added as "
-        "new products: 2 (\"h-1\" beside \"H-1\")");
+        "new products: 2 (\"h-1\" beside \"H-1\", \"s-2\" beside \"S-2\")");
     EXPECT_STREQ(ImportReport::namedCountLines(plan).last().name, "LblCaseTwins");
     const ImportPlan exact = planOf(sampleCatalogue(),
         "Part Number\tProduct Name\r\nH-1\tHammer\r\nX-9\tNew\r\n", ImportAction::UpdateExisting);
@@ -237,6 +239,15 @@ TEST(ImportReport, TextsThatDifferOnlyInTheirBlanksShowInQuotes)
             QStringLiteral("\u201CCutter\u201D"), QStringLiteral("\u201CCutter \u201D")));
     EXPECT_EQ(ImportReport::changeTexts(P::Notes, Cell("a b"), Cell("a  b"), EnUs),
         std::make_pair(QStringLiteral("\u201Ca b\u201D"), QStringLiteral("\u201Ca  b\u201D")));
+    EXPECT_EQ(ImportReport::changeTexts(P::ProductName, Cell("1/2\" bronze"),
+                  Cell(QStringLiteral("1/2\"\u00A0bronze")), EnUs),
+        std::make_pair(QStringLiteral("\u201C1/2\" bronze\u201D"),
+            QStringLiteral("\u201C1/2\"\u27E8no-break space\u27E9bronze\u201D")))
+        << "a blank that looks like the other is named";
+    EXPECT_EQ(
+        ImportReport::changeTexts(P::Notes, Cell("a\tb"), Cell(QStringLiteral("a\u2003b")), EnUs),
+        std::make_pair(QStringLiteral("\u201Ca\u27E8tab\u27E9b\u201D"),
+            QStringLiteral("\u201Ca\u27E8U+2003\u27E9b\u201D")));
     EXPECT_EQ(ImportReport::changeTexts(P::ProductName, Cell("Cutter"), Cell("Cutters"), EnUs),
         std::make_pair(QStringLiteral("Cutter"), QStringLiteral("Cutters")))
         << "other changes show as they are";

@@ -4,6 +4,7 @@
 #include "catalogue/module1.h"
 #include "catalogue/productrecord.h"
 #include "catalogue/recoveryfile.h"
+#include "core/vberror.h"
 #include "platform/appenvironment.h"
 #include "platform/iprompts.h"
 #include "products/productcommands.h"
@@ -134,6 +135,16 @@ void CatalogueLifecycle::reportChangedCopy(const CatalogueWriteResult &saved)
 
 bool CatalogueLifecycle::saveBeforeClose()
 {
+    // A catalogue file the disk failed to give at the start (an I/O error, a drive that was
+    // slow to come back) stays as it is when nothing was changed here: the next start reads it
+    // again. Saved over, its products would be left only in the copy kept at the start.
+    if (m_readFailed && m_unreadResult.errorNumber == ErrorNumber::DeviceIOError) {
+        m_recovery.checkNow();
+        if (!m_recovery.isModified()) {
+            m_recovery.stop();
+            return true;
+        }
+    }
     // The file keeps a product by its part number: one without (said in the status bar while
     // it was worked on, and by every save) is left out, as the file's rules have it.
     const CatalogueWriteResult saved = save();
@@ -430,11 +441,16 @@ QString CatalogueLifecycle::unreadMessage(
                          "copied to a file of its own in the same folder.")
         : QStringLiteral("The file itself has been kept as \"%1\".")
               .arg(QDir::toNativeSeparators(keptCopy));
+    // The disk, not the file, failed: the file may well be read at the next start.
+    const QString again = result.errorNumber == ErrorNumber::DeviceIOError
+        ? QStringLiteral(" Closed without changes, Tarnwick leaves the file as it is and reads it "
+                         "again at the next start.")
+        : QString();
     return QStringLiteral("The catalogue file \"%1\" could not be read completely: %2 "
                           "(error %3).\n\nTarnwick starts without the products of that file. ")
                .arg(QDir::toNativeSeparators(dataFile), result.detail)
                .arg(result.errorNumber)
-        + kept;
+        + kept + again;
 }
 
 QString CatalogueLifecycle::saveFailedMessage(const QString &dataFile, const QString &detail)

@@ -384,6 +384,42 @@ TEST_F(CatalogueLifecycleTest, AnUnreadableFileIsDescribedInWordsWithTheNumberIn
     EXPECT_TRUE(text.contains(QStringLiteral(" (error 57).")));
 }
 
+// The disk failed to give the file at the start and gives it again by the close: nothing was
+// changed, so the close leaves the file for the next start to read, rather than save the empty
+// catalogue over it and leave its products only in the copy kept at the start.
+TEST_F(CatalogueLifecycleTest, AFileTheDiskFailedToGiveIsLeftAsItIsByACloseWithoutChanges)
+{
+    // The folder in the file's place fails the read as a failing disk does (error 57).
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("twdata.dat")));
+    EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    EXPECT_TRUE(prompts.shown()[0].text.endsWith(
+        QStringLiteral("Closed without changes, Tarnwick leaves the file as it is and reads it "
+                       "again at the next start.")));
+    ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("twdata.dat")));
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    prompts.clear();
+    EXPECT_TRUE(lifecycle.saveBeforeClose());
+    EXPECT_TRUE(prompts.shown().empty());
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+    // A product added in the run is saved, as before.
+    Module1 next(prompts, environment, QLocale(QLocale::English, QLocale::UnitedStates));
+    CatalogueLifecycle again(next, prompts);
+    next.DataFile = module.DataFile;
+    ASSERT_TRUE(QFile::remove(next.DataFile));
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("twdata.dat")));
+    again.load();
+    again.showLoadMessages();
+    ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("twdata.dat")));
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    again.recovery().start();
+    next.Catalogue().redimPreserve(1, next.Catalogue().fieldCount());
+    next.Catalogue().put(1, 1, Cell("NEW-1"));
+    next.AllProducts().setCount(1);
+    EXPECT_TRUE(again.saveBeforeClose());
+    EXPECT_TRUE(folder.readFile(QStringLiteral("twdata.dat")).startsWith("NEW-1"));
+}
+
 TEST_F(CatalogueLifecycleTest, ALongListOfUnreadNumbersIsCut)
 {
     QList<CatalogueReadResult::UnreadNumber> numbers;

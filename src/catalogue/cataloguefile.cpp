@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <optional>
 
 #ifdef Q_OS_UNIX
 #include <cstdio>
@@ -130,6 +131,50 @@ bool keepPreviousAsBackup(const QString &dataFile, QString *error)
     return copyPreviousAsBackup(dataFile, error);
 }
 
+/// The backup as it was before a save, under a second name until the new catalogue has taken
+/// its name: a save that fails after the backup was renewed puts the old backup back, so the
+/// failed save leaves the catalogue's files as they were (an older backup may be the only copy
+/// of a catalogue before an accident). Where the file system has no second names, a failed save
+/// leaves the renewed backup.
+class PreviousBackup
+{
+public:
+    explicit PreviousBackup(const QString &dataFile)
+    {
+#ifdef Q_OS_UNIX
+        m_backup = QFile::encodeName(catalogueBackupPath(dataFile));
+        m_kept = m_backup + ".old";
+        ::unlink(m_kept.constData()); // a leftover of an interrupted save
+        if (::link(m_backup.constData(), m_kept.constData()) != 0)
+            m_kept.clear();
+#else
+        Q_UNUSED(dataFile);
+#endif
+    }
+    ~PreviousBackup()
+    {
+#ifdef Q_OS_UNIX
+        if (!m_kept.isEmpty())
+            ::unlink(m_kept.constData());
+#endif
+    }
+    PreviousBackup(const PreviousBackup &) = delete;
+    PreviousBackup &operator=(const PreviousBackup &) = delete;
+
+    /// The save failed: the backup is the one from before it again.
+    void putBack()
+    {
+#ifdef Q_OS_UNIX
+        if (!m_kept.isEmpty() && ::rename(m_kept.constData(), m_backup.constData()) == 0)
+            m_kept.clear();
+#endif
+    }
+
+private:
+    QByteArray m_backup;
+    QByteArray m_kept;
+};
+
 QString keptCopyName(const QFileInfo &data, const QString &kind, const QString &stamp, int attempt)
 {
     QString name = data.completeBaseName() + QLatin1Char('-') + kind + QLatin1Char('-') + stamp;
@@ -201,19 +246,28 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
     }
 #endif
     QString error;
-    if (backupRule == BackupRule::KeepPrevious && !keepPreviousAsBackup(path, &error)) {
-        const QString backupName = QFileInfo(catalogueBackupPath(path)).fileName();
-        return failedSave(QStringLiteral("the previous catalogue could not be kept as \"%1\": %2")
-                              .arg(backupName, error));
+    std::optional<PreviousBackup> previous;
+    if (backupRule == BackupRule::KeepPrevious) {
+        previous.emplace(path);
+        if (!keepPreviousAsBackup(path, &error)) {
+            const QString backupName = QFileInfo(catalogueBackupPath(path)).fileName();
+            return failedSave(
+                QStringLiteral("the previous catalogue could not be kept as \"%1\": %2")
+                    .arg(backupName, error));
+        }
     }
     if (beforeReplace && !beforeReplace()) {
         file.cancelWriting();
+        if (previous)
+            previous->putBack();
         return failedSave(
             QStringLiteral("the save was interrupted before the new file replaced the old one"));
     }
     errno = 0;
     if (!file.commit()) {
         const int systemError = errno;
+        if (previous)
+            previous->putBack();
         return failedSave(QStringLiteral("the new file could not replace the old one: %1")
                               .arg(plainCause(systemError, file)));
     }

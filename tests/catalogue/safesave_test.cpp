@@ -396,6 +396,35 @@ TEST_F(SafeSaveTest, SaveInterruptedBeforeTheReplaceLeavesTheOldFileIntact)
         (QStringList { QStringLiteral("twdata.bak"), QStringLiteral("twdata.dat") }));
 }
 
+// An older backup may be the only copy of the catalogue before an accident (everything
+// deleted and saved): a save that fails after the backup was renewed puts it back, so a failed
+// save leaves the catalogue's files as they were, as its message says.
+TEST_F(SafeSaveTest, ASaveThatFailsAfterTheBackupWasRenewedPutsTheOlderBackupBack)
+{
+    const QByteArray olderBytes =
+        "OLDER-1" FE "Older product" FE "2.5" FE FE FE FE FE FE FE FE FE FE FE FE FE "\r\n";
+    writeDataFile(OldBytes);
+    folder.writeFile(QStringLiteral("twdata.bak"), olderBytes);
+    fillCatalogue(3);
+    // Interrupted before the new file takes the old one's place.
+    products.setBeforeReplaceHook([] { return false; });
+    EXPECT_FALSE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(dataFileBytes(), OldBytes);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), olderBytes);
+    // The new file cannot take the old one's name (a folder with a file in it stands there).
+    products.setBeforeReplaceHook([&] {
+        return QFile::rename(dataFile(), folder.filePath(QStringLiteral("moved.dat")))
+            && QDir(folder.path()).mkpath(QStringLiteral("twdata.dat/inside"));
+    });
+    const CatalogueWriteResult failed = products.WriteProds(dataFile());
+    EXPECT_FALSE(failed.ok);
+    EXPECT_TRUE(failed.detail.contains(QStringLiteral("could not replace the old one")))
+        << failed.detail.toStdString();
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), olderBytes);
+    EXPECT_EQ(folder.readFile(QStringLiteral("moved.dat")), OldBytes);
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak.old")));
+}
+
 TEST_F(SafeSaveTest, BackupThatCannotBeReplacedStopsTheSave)
 {
     writeDataFile(OldBytes);

@@ -3,15 +3,16 @@
 #include "catalogue/table.h"
 #include "core/conversions.h"
 #include "core/formats.h"
+#include "platform/filewrite.h"
 #include "quotes/quoteaids.h"
 #include "quotes/quoteline.h"
 
+#include <QBuffer>
 #include <QFontMetricsF>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QTextOption>
 
 #include <algorithm>
@@ -375,28 +376,27 @@ QPageSize pageSizeFor(const QLocale &locale)
 bool write(const QString &path, const Table &quote, const QuotePdfInput &input,
     const QLocale &locale, QString &error)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        error = file.errorString();
-        return false;
-    }
+    // A quote's few pages are made in memory, then written as the program writes every file:
+    // checked, on the disk before they take the old file's name, and the cause of a failure in
+    // plain words (a full disk, a file that could not be flushed).
+    QByteArray bytes;
     {
-        QPdfWriter writer(&file);
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        QPdfWriter writer(&buffer);
         writer.setTitle(pageHeader(input.header, locale).first());
         writer.setCreator(QStringLiteral("Tarnwick"));
         writer.setPageSize(pageSizeFor(locale));
         writer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
         if (paint(writer, quote, input, locale) == 0) {
-            file.cancelWriting();
             error = QStringLiteral("the pages could not be laid out");
             return false;
         }
     }
-    if (file.error() != QFileDevice::NoError || !file.commit()) {
-        error = file.errorString();
-        return false;
-    }
-    return true;
+    const FileWriteResult written = writeFileWhole(path, bytes);
+    if (!written)
+        error = written.reason;
+    return written.ok;
 }
 
 } // namespace tarnwick::QuotePdf

@@ -5,6 +5,7 @@
 
 #include "quotebook/quotepdf.h"
 #include "quotes/quoteline.h"
+#include "support/diskfaults.h"
 
 #include <QProcess>
 #include <QRegularExpression>
@@ -273,6 +274,26 @@ TEST_F(QuotePdfTest, AFileThatCannotBeWrittenLeavesTheOldOne)
         folder.filePath(QStringLiteral("missing/quote.pdf")), quote, input, locale, error));
     EXPECT_FALSE(error.isEmpty());
     EXPECT_EQ(folder.readFile(QStringLiteral("quote.pdf")), QByteArray("the earlier quote"));
+}
+
+// A disk that fills up while the PDF is written: the cause in plain words (never "Unknown
+// error"), the earlier PDF kept and no temporary file left.
+TEST_F(QuotePdfTest, AWriteThatFailsPartWayNamesTheCauseAndKeepsTheOldFile)
+{
+    folder.writeFile(QStringLiteral("quote.pdf"), "the earlier quote");
+    Table quote(QuoteLine::MaxLines, QuoteLine::FieldCount);
+    QString error;
+    bool written = true;
+    {
+        test::FileSizeLimit fullDisk(1024);
+        ASSERT_TRUE(fullDisk.active());
+        written = QuotePdf::write(
+            folder.filePath(QStringLiteral("quote.pdf")), quote, input, locale, error);
+    }
+    EXPECT_FALSE(written);
+    EXPECT_EQ(error, QStringLiteral("the file would be larger than the system allows"));
+    EXPECT_EQ(folder.readFile(QStringLiteral("quote.pdf")), QByteArray("the earlier quote"));
+    EXPECT_EQ(folder.fileNames(), QStringList { QStringLiteral("quote.pdf") });
 }
 
 TEST_F(QuotePdfTest, PaperFollowsTheLocale)

@@ -30,6 +30,10 @@ const QString CloseAnywayQuestion =
 const QString CloseAnywayKeptQuestion =
     QStringLiteral("\n\nClose Tarnwick anyway? The changes not saved are kept in the recovery "
                    "file, and Tarnwick offers to restore them at its next start.");
+const QString CloseAnywayPartlyKeptQuestion =
+    QStringLiteral("\n\nClose Tarnwick anyway? The recovery file keeps the changes as they were "
+                   "at %1, and Tarnwick offers to restore them at its next start; the changes "
+                   "made since would be lost.");
 } // namespace
 
 CatalogueLifecycle::CatalogueLifecycle(Module1 &module, IPrompts &prompts)
@@ -165,8 +169,13 @@ bool CatalogueLifecycle::saveBeforeClose()
         m_recovery.stop();
         return true;
     }
-    const QString text = saveFailedMessage(m_module.DataFile, saved.detail)
-        + (kept ? CloseAnywayKeptQuestion : CloseAnywayQuestion);
+    // A recovery file written before the disk filled up keeps the changes up to then.
+    const QFileInfo older(recoveryFilePath(m_module.DataFile));
+    const QString question = kept ? CloseAnywayKeptQuestion
+        : older.exists()          ? CloseAnywayPartlyKeptQuestion.arg(
+                       m_module.locale().toString(older.lastModified().time(), QLocale::ShortFormat))
+                         : CloseAnywayQuestion;
+    const QString text = saveFailedMessage(m_module.DataFile, saved.detail) + question;
     const int style = MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2;
     if (m_prompts.msgBox(text, style, CatalogueTitle) != MsgResult::Yes)
         return false;

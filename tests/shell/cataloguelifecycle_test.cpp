@@ -1,6 +1,8 @@
 #include "shellfixture.h"
 
+#include "catalogue/recoveryfile.h"
 #include "shell/cataloguelifecycle.h"
+#include "support/diskfaults.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -472,6 +474,35 @@ TEST_F(CatalogueLifecycleTest, AFailedSaveAsksWhetherToCloseAnyway)
     EXPECT_EQ(prompts.shown()[0].title, QStringLiteral("Catalogue"));
     prompts.answerMessage(MsgResult::Yes);
     EXPECT_TRUE(lifecycle.saveBeforeClose());
+}
+
+// The disk filled up after the recovery file took the first changes: the close says those are
+// kept and only the later ones would be lost.
+TEST_F(CatalogueLifecycleTest, ACloseAfterTheDiskFilledUpSaysWhichChangesTheRecoveryFileKeeps)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    loadAndReport();
+    lifecycle.recovery().start();
+    module.Catalogue().put(1, 2, Cell("first change"));
+    ASSERT_TRUE(lifecycle.recovery().writeNow());
+    const QString recovery = recoveryFilePath(module.DataFile);
+    ASSERT_TRUE(QFileInfo::exists(recovery));
+    module.Catalogue().put(2, 2, Cell("second change"));
+    prompts.answerMessage(MsgResult::No);
+    {
+        FileSizeLimit fullDisk(64);
+        ASSERT_TRUE(fullDisk.active());
+        EXPECT_FALSE(lifecycle.saveBeforeClose());
+    }
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    const QString at =
+        module.locale().toString(QFileInfo(recovery).lastModified().time(), QLocale::ShortFormat);
+    EXPECT_TRUE(prompts.shown()[0].text.endsWith(
+        QStringLiteral("Close Tarnwick anyway? The recovery file keeps the changes as they were "
+                       "at %1, and Tarnwick offers to restore them at its next start; the changes "
+                       "made since would be lost.")
+            .arg(at)))
+        << prompts.shown()[0].text.toStdString();
 }
 
 TEST_F(CatalogueLifecycleTest, TheCloseQuestionSaysWhatClosingWouldCost)

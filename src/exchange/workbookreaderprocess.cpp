@@ -179,8 +179,10 @@ void WorkbookReaderProcess::readerEnded()
 void WorkbookReaderProcess::processFailed(QProcess::ProcessError error)
 {
     // A crash is reported by finished() as well, with what the reader wrote before it.
-    if (m_process && error == QProcess::FailedToStart)
+    if (m_process && error == QProcess::FailedToStart) {
+        m_notStartedBecause = m_process->errorString();
         fail(Failure::NotStarted);
+    }
 }
 
 void WorkbookReaderProcess::end(Outcome outcome, Failure failure, int errorNumber)
@@ -191,6 +193,15 @@ void WorkbookReaderProcess::end(Outcome outcome, Failure failure, int errorNumbe
     m_failure = failure;
     if (outcome == Outcome::Unreadable)
         m_result = notAWorkbook(errorNumber);
+    // Not the file's fault: the system gave no new process (too many files open, too little
+    // memory, the program replaced on the disk while it runs).
+    if (failure == Failure::NotStarted) {
+        m_result.errorText =
+            QStringLiteral("The spreadsheet could not be read: Tarnwick could not start the part "
+                           "of itself that reads spreadsheets (%1). Close other programs or "
+                           "windows, then try again.")
+                .arg(m_notStartedBecause);
+    }
     Q_EMIT finished();
 }
 

@@ -128,6 +128,8 @@ private:
     QProcess::ExitStatus m_exitStatus = QProcess::NormalExit;
     Outcome m_outcome = Outcome::Cancelled;
     Failure m_failure = Failure::None;
+    /// Why the system gave no reader, as it says it.
+    QString m_notStartedBecause;
     WorkbookOpenResult m_result;
 };
 

@@ -173,6 +173,22 @@ TEST_F(FrmUpdateTest, AFileThatIsNoWorkbookIsReportedAndChangesNothing)
     EXPECT_TRUE(window->isVisible());
 }
 
+// The system gave no reader (too many files open): the message says so, not that the file is
+// no workbook.
+TEST_F(FrmUpdateTest, AReaderThatCouldNotBeStartedIsNotBlamedOnTheFile)
+{
+    WorkbookReaderOptions options = testReader();
+    options.program = folder.filePath(QStringLiteral("no-such-reader"));
+    FrmUpdate update(
+        services, catalogue, [](ProductChanges) {}, locale,
+        WorkbookReaderProcess::read(workbook("sample.xls"), options));
+    ASSERT_EQ(fakes.prompts.shown().size(), 1U);
+    EXPECT_TRUE(fakes.prompts.shown()[0].text.startsWith(
+        QStringLiteral("The spreadsheet could not be read: Tarnwick could not start the part of "
+                       "itself that reads spreadsheets (")))
+        << fakes.prompts.shown()[0].text.toStdString();
+}
+
 TEST_F(FrmUpdateTest, EmptyA1ListsNothingAndOkAsksForTheRequiredFields)
 {
     open(workbook("a1empty.xls"));

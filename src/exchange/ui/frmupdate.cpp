@@ -53,7 +53,8 @@ FrmUpdate::FrmUpdate(const AppServices &services, const Table &catalogue,
     ImportDriver::Applier apply, const QLocale &locale, WorkbookOpenResult workbook,
     QWidget *parent)
     : QDialog(parent), m_services(services), m_locale(locale),
-      m_sheet(std::move(workbook.workbook)), m_openError(workbook.errorNumber)
+      m_sheet(std::move(workbook.workbook)), m_openError(workbook.errorNumber),
+      m_openErrorText(workbook.errorText)
 {
     m_ui.setupUi(this);
     // Alt+1 … Alt+5 reach the price points on every layout (on AZERTY the keys type & é " ' ().
@@ -186,8 +187,8 @@ void FrmUpdate::fitToScreen()
 void FrmUpdate::ListColumns()
 {
     if (!m_sheet) {
-        m_services.prompts.msgBox(NotAWorkbook, MsgStyle::OkOnly,
-            QStringLiteral("Error ") + QString::number(m_openError));
+        m_services.prompts.msgBox(m_openErrorText.isEmpty() ? NotAWorkbook : m_openErrorText,
+            MsgStyle::OkOnly, QStringLiteral("Error ") + QString::number(m_openError));
     } else {
         m_headers = ColumnMapping::headerTexts(*m_sheet);
         const QStringList entries = ColumnMapping::columnEntries(*m_sheet);

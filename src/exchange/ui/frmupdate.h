@@ -108,6 +108,8 @@ private:
     /// The worksheet read for this window, or the error of a file that could not be read.
     std::shared_ptr<const IWorkbook> m_sheet;
     int m_openError = 0;
+    /// What the reading said of a file it could not read (most often that it is no workbook).
+    QString m_openErrorText;
     QStringList m_headers;
     FrmUpdateUi m_ui;
     ImportDriver *m_driver = nullptr;

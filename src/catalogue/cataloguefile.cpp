@@ -134,8 +134,8 @@ bool keepPreviousAsBackup(const QString &dataFile, QString *error)
 /// The backup as it was before a save, under a second name until the new catalogue has taken
 /// its name: a save that fails after the backup was renewed puts the old backup back, so the
 /// failed save leaves the catalogue's files as they were (an older backup may be the only copy
-/// of a catalogue before an accident). Where the file system has no second names, a failed save
-/// leaves the renewed backup.
+/// of a catalogue before an accident). Where no second name can be made (a file system without
+/// them; Windows, where this is not done), a failed save leaves the renewed backup.
 class PreviousBackup
 {
 public:
@@ -165,8 +165,10 @@ public:
     void putBack()
     {
 #ifdef Q_OS_UNIX
-        if (!m_kept.isEmpty() && ::rename(m_kept.constData(), m_backup.constData()) == 0)
-            m_kept.clear();
+        // Where the backup was not renewed, both names are one file and the rename leaves the
+        // second name: it goes in the destructor either way.
+        if (!m_kept.isEmpty())
+            ::rename(m_kept.constData(), m_backup.constData());
 #endif
     }
 

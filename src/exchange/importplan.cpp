@@ -316,7 +316,8 @@ void ImportPlanner::planUpdate(RowCells &cells)
         skip(SkipReason::PriceTooLarge, cells.partNumber());
     else if (price && *price < 0)
         skip(SkipReason::PriceBelowZero, cells.partNumber());
-    else if (const std::optional<SkipReason> problem = pricePointProblem(cells))
+    else if (const std::optional<SkipReason> problem =
+                 pricePointProblem(cells, known != m_partNumbers.cend() ? *known : 0))
         skip(*problem, cells.partNumber());
     else if (known != m_partNumbers.cend())
         planExisting(cells, *known);
@@ -326,13 +327,20 @@ void ImportPlanner::planUpdate(RowCells &cells)
     }
 }
 
-std::optional<SkipReason> ImportPlanner::pricePointProblem(const RowCells &cells) const
+std::optional<SkipReason> ImportPlanner::pricePointProblem(
+    const RowCells &cells, int catalogueRow) const
 {
     for (int k = 1; k <= P::PricePointCount; ++k) {
         for (const int field : { P::pricePointField(k), P::pricePointPriceField(k) }) {
             if (cells.isBlank(field))
                 continue;
             const Cell &cell = cells.cell[std::size_t(field)];
+            // A break the catalogue holds as it is (a "POA" typed there and exported) changes
+            // nothing: the row's other fields are taken.
+            if (catalogueRow > 0
+                && sameValue(
+                    field, m_catalogue.get(catalogueRow, field), cell, m_locale, m_plainDecimals))
+                continue;
             const bool storedForm = cells.storedForm[std::size_t(field)];
             const std::optional<double> value = number(cell, storedForm);
             if (!value)
@@ -351,15 +359,19 @@ std::optional<SkipReason> ImportPlanner::pricePointProblem(const RowCells &cells
 
 void ImportPlanner::noteCaseTwin(const QString &partNumber)
 {
+    // The index is made in one step of the planner: for a very large catalogue that step would
+    // hold the window for seconds, so the look is left out there.
+    if (m_catalogue.rowCount() > MaxCaseTwinRows)
+        return;
     if (!m_foldedPartNumbers) {
         m_foldedPartNumbers.emplace();
         m_foldedPartNumbers->reserve(m_catalogue.rowCount());
         for (int row = 1; row <= m_catalogue.rowCount(); ++row) {
             const QString known = m_catalogue.get(row, P::PartNumber).asText();
-            m_foldedPartNumbers->insert(known.toCaseFolded(), known);
+            m_foldedPartNumbers->insert(known.trimmed().toCaseFolded(), known);
         }
     }
-    const auto twin = m_foldedPartNumbers->constFind(partNumber.toCaseFolded());
+    const auto twin = m_foldedPartNumbers->constFind(partNumber.trimmed().toCaseFolded());
     if (twin == m_foldedPartNumbers->cend() || twin.value() == partNumber)
         return;
     if (m_plan.caseTwins++ < ImportPlan::CaseTwinExamples)

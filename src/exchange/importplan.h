@@ -179,6 +179,9 @@ public:
     /// How many rows from the first are looked at for the decimal mark the sheet's number texts
     /// are written with (sheetMark).
     static constexpr int MarkRows = 10000;
+    /// The largest catalogue for which an update looks for new part numbers that differ from
+    /// the catalogue's only in letter case.
+    static constexpr int MaxCaseTwinRows = 200000;
 
 private:
     struct RowCells;
@@ -219,8 +222,9 @@ private:
     static bool fitsPrice(double price);
     std::optional<Cell> updatedCell(int field, const RowCells &cells) const;
     /// Why the mapped price points and prices of a row cannot be taken (a cell that is no
-    /// number or below zero); none when they can.
-    std::optional<SkipReason> pricePointProblem(const RowCells &cells) const;
+    /// number or below zero, where it differs from what the product at catalogueRow holds, 0
+    /// for a new product); none when they can.
+    std::optional<SkipReason> pricePointProblem(const RowCells &cells, int catalogueRow) const;
     /// Counts a new product of an update whose part number the catalogue holds in other
     /// letter case.
     void noteCaseTwin(const QString &partNumber);

@@ -450,10 +450,11 @@ QString CatalogueLifecycle::unreadMessage(
                          "copied to a file of its own in the same folder.")
         : QStringLiteral("The file itself has been kept as \"%1\".")
               .arg(QDir::toNativeSeparators(keptCopy));
-    // The disk, not the file, failed: the file may well be read at the next start.
+    // The file could not be got at (a disk that failed, rights taken away): it may well be read
+    // at the next start.
     const QString again = result.errorNumber == ErrorNumber::DeviceIOError
-        ? QStringLiteral(" Closed without changes, Tarnwick leaves the file as it is and reads it "
-                         "again at the next start.")
+        ? QStringLiteral(" Closed without changes, Tarnwick leaves the file as it is and tries "
+                         "to read it again at the next start.")
         : QString();
     return QStringLiteral("The catalogue file \"%1\" could not be read completely: %2 "
                           "(error %3).\n\nTarnwick starts without the products of that file. ")

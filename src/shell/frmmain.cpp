@@ -475,14 +475,13 @@ void frmMain::mnuCopyProductInfo_Click()
 
 void frmMain::mnuPreview_Click()
 {
-    // The list shows what the user sees: the cell, side box or schedule being typed in too.
-    m_grid->storePendingEdit();
+    m_grid->storePendingEdit(); // the list shows the typing not yet stored too
     m_documents->previewPriceList();
 }
 
 void frmMain::mnuPrint_Click()
 {
-    m_grid->storePendingEdit();
+    m_grid->storePendingEdit(); // the list shows the typing not yet stored too
     m_documents->printPriceList();
 }
 

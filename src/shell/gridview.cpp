@@ -124,6 +124,25 @@ void GridView::keyPressEvent(QKeyEvent *event)
     QTableView::keyPressEvent(event);
 }
 
+void GridView::inputMethodEvent(QInputMethodEvent *event)
+{
+    // A letter made of several keys (a dead key's é, a Compose sequence, an input method's
+    // word) comes as an input-method event, which Qt 6.4's view opens the editor for but does
+    // not pass on as it passes a key: typed first into a cell, it was lost. Opened here, the
+    // editor gets the letter (a composition still under way is left to the view, so the input
+    // method keeps its box while it composes).
+    if (!isEditing() && !event->commitString().isEmpty() && event->preeditString().isEmpty()
+        && currentIndex().isValid() && edit(currentIndex(), AnyKeyPressed, nullptr)) {
+        if (QWidget *editor = openEditor()) {
+            QCoreApplication::sendEvent(
+                editor->focusProxy() ? editor->focusProxy() : editor, event);
+            event->accept();
+            return;
+        }
+    }
+    QTableView::inputMethodEvent(event);
+}
+
 void GridView::focusInEvent(QFocusEvent *event)
 {
     // The view would make its first cell current when the keyboard comes back to it (a message
@@ -233,13 +252,6 @@ bool GridView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event
             // Assistive tools read the box being typed into by its column's caption.
             editor->setAccessibleName(
                 model()->headerData(index.column(), Qt::Horizontal).toString());
-            // A letter made of several keys (a dead key's é, a Compose sequence, an input
-            // method's word) comes as an input-method event, which the view opens the editor
-            // for but does not pass on as it passes a key: typed first into a cell, it was lost.
-            if (trigger == AnyKeyPressed && event && event->type() == QEvent::InputMethod) {
-                QWidget *target = editor->focusProxy() ? editor->focusProxy() : editor;
-                QCoreApplication::sendEvent(target, event);
-            }
         }
     }
     return opened;

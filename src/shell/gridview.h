@@ -56,6 +56,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
     /// A press below the last row or beside the last column takes the keyboard but leaves the
     /// current row and its highlight as they are (the view would clear the selection).
     void mousePressEvent(QMouseEvent *event) override;

@@ -3,6 +3,7 @@
 #include "platform/qt/windowsize.h"
 #include "quotes/pageddocument.h"
 #include "shell/accessiblenames.h"
+#include "shell/inputhold.h"
 #include "shell/printservice.h"
 
 #include <QAction>
@@ -203,6 +204,8 @@ bool PrintPreview::layOutTheRest()
     m_layoutTimer->stop();
     QProgressDialog progress(this);
     setUpProgressWindow(progress, QStringLiteral("LayoutProgress"), windowTitle());
+    const KeysHeldBack keys(&progress);
+    const CommandsHeldBack commands(QApplication::topLevelWidgets());
     const QLocale locale;
     while (!m_document.layoutMore(SliceMilliseconds)) {
         progress.setLabelText(preparingPagesText(pageCount(), locale));

@@ -2,8 +2,10 @@
 
 #include "quotebook/quotepdf.h"
 #include "quotes/pageddocument.h"
+#include "shell/inputhold.h"
 #include "shell/printpreview.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QLocale>
 #include <QPrintDialog>
@@ -81,6 +83,8 @@ void setUpProgressWindow(QProgressDialog &progress, const QString &name, const Q
     progress.setWindowModality(Qt::WindowModal);
     progress.setMinimumDuration(500);
     progress.setRange(0, 0);
+    // Counted from this first value: without one, a busy bar waits Qt's own four seconds.
+    progress.setValue(0);
     progress.setMinimumWidth(progress.fontMetrics().averageCharWidth() * 48);
 }
 
@@ -115,6 +119,10 @@ int QtPrintService::printWithProgress(
     progress.setAutoReset(false);
     progress.setAutoClose(false);
     const QLocale locale;
+    // Keys and commands an assistive tool hands over meanwhile wait for the print, as the
+    // keyboard's and the mouse's do (letEventsFlow); the progress window's Cancel answers.
+    const KeysHeldBack keys(&progress);
+    const CommandsHeldBack commands(QApplication::topLevelWidgets());
     const int pages = paintAllPages(document, printer, [&](int done, int total) {
         if (total == 0) {
             progress.setLabelText(preparingPagesText(done, locale));

@@ -129,6 +129,17 @@ TEST(ImportReport, APricePointOrPriceThatIsNoNumberOrBelowZeroIsSkippedWithItsRe
     EXPECT_TRUE(update.changed.empty()) << "Hammer's break stays as it was";
     ASSERT_EQ(update.addedCount(), 1);
     EXPECT_EQ(update.addedProduct(0)[ProductRecord::PartNumber - 1], Cell("W-4"));
+    // A break the catalogue holds already as it is (its own export writes "25+" back) changes
+    // nothing, and the row's list price is taken.
+    Table holding = sampleCatalogue();
+    holding.put(1, ProductRecord::PricePoint1, "25+");
+    const ImportPlan roundTrip = planOf(holding,
+        "Part Number\tProduct Name\tPrice\tPrice Point 1\tPrice 1\r\nH-1\tHammer\t21\t25+\t18\r\n",
+        ImportAction::UpdateExisting);
+    EXPECT_EQ(roundTrip.skippedCount(), 0);
+    ASSERT_EQ(roundTrip.changed.size(), 1U);
+    ASSERT_EQ(roundTrip.changed[0].fields.size(), 1U);
+    EXPECT_EQ(roundTrip.changed[0].fields[0].field, ProductRecord::Price);
     // Adding takes the cells as they are, as it always did.
     const ImportPlan add = planOf(sampleCatalogue(), rows, ImportAction::AddNew);
     EXPECT_EQ(add.addedCount(), 5);

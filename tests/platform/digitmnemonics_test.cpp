@@ -52,8 +52,13 @@ protected:
 
 TEST(DigitRowPlace, TheTopRowsKeysGiveTheirDigitsAndNoOtherKeyDoes)
 {
-    for (int digit = 0; digit <= 9; ++digit)
+    for (int digit = 0; digit <= 9; ++digit) {
+#if defined(Q_OS_DARWIN)
+        EXPECT_EQ(digitRowPlace(topRowScanCode(digit)), -1) << "no scan codes known there";
+#else
         EXPECT_EQ(digitRowPlace(topRowScanCode(digit)), digit);
+#endif
+    }
     EXPECT_EQ(digitRowPlace(topRowScanCode(1) - 1), -1);
     EXPECT_EQ(digitRowPlace(topRowScanCode(0) + 1), -1);
     EXPECT_EQ(digitRowPlace(0), -1) << "no scan code given";

@@ -396,8 +396,8 @@ TEST_F(CatalogueLifecycleTest, AFileTheDiskFailedToGiveIsLeftAsItIsByACloseWitho
     EXPECT_EQ(loadAndReport().status, CatalogueReadResult::Status::Failed);
     ASSERT_EQ(prompts.shown().size(), 1u);
     EXPECT_TRUE(prompts.shown()[0].text.endsWith(
-        QStringLiteral("Closed without changes, Tarnwick leaves the file as it is and reads it "
-                       "again at the next start.")));
+        QStringLiteral("Closed without changes, Tarnwick leaves the file as it is and tries to "
+                       "read it again at the next start.")));
     ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("twdata.dat")));
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
     prompts.clear();

@@ -11,7 +11,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QFile>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPointer>
 #include <QPrinter>
 #include <QProcess>
@@ -248,6 +250,47 @@ TEST_F(PrintPreviewTest, APrintShowsItsProgressAndCancelStopsIt)
     const qsizetype pages = out.readAll().count("/Type /Page\n");
     EXPECT_GE(pages, 3);
     EXPECT_LT(pages, document.pagesReady());
+}
+
+// A key an assistive tool hands back (posted, as the accessibility bus delivers it) and a
+// command it carries out wait for the print: meanwhile they would change what is printed.
+TEST_F(PrintPreviewTest, KeysAndCommandsOfAnAssistiveToolWaitForThePrint)
+{
+    const Table catalogue = catalogueOf(200);
+    PriceListDocument document(catalogue, EnUs);
+    QWidget owner;
+    auto *box = new QLineEdit(&owner);
+    auto *command = new QAction(QStringLiteral("Delete All"), &owner);
+    owner.addAction(command);
+    owner.show();
+    owner.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&owner));
+    box->setFocus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return box->hasFocus(); }));
+    QString typedDuring = QStringLiteral("not looked at");
+    bool commandDuring = true;
+    bool posted = false;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (!posted) {
+            posted = true;
+            QCoreApplication::postEvent(owner.windowHandle(),
+                new QKeyEvent(QEvent::KeyPress, Qt::Key_Q, Qt::NoModifier, QStringLiteral("Q")));
+        } else {
+            typedDuring = box->text();
+            commandDuring = command->isEnabled();
+        }
+    });
+    watch.start(0);
+    const int printed = QtPrintService::printWithProgress(
+        document, printer, &owner, QStringLiteral("Tarnwick Price list"));
+    watch.stop();
+    EXPECT_GT(printed, 1);
+    EXPECT_EQ(typedDuring, QString()) << "the key waited";
+    EXPECT_FALSE(commandDuring) << "the command was unavailable";
+    EXPECT_TRUE(command->isEnabled());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return box->text() == QStringLiteral("Q"); }))
+        << "the key was handed on after the print";
 }
 
 TEST_F(PrintPreviewTest, APrintLeftToRunPrintsEveryPage)

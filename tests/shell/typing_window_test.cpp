@@ -302,8 +302,6 @@ TEST(OneLineBoxesText, EveryKindOfLineEndBecomesABlank)
     EXPECT_EQ(OneLineBoxes::oneLine(QStringLiteral("ACME\u2029")), QStringLiteral("ACME"));
 }
 
-} // namespace
-
 TEST_F(TypingWindowTest, ALetterOfADeadKeyTypedFirstIntoACellOpensItsEditorAndGoesIn)
 {
     for (GridView *view : { grid, quoteGrid }) {
@@ -327,3 +325,5 @@ TEST_F(TypingWindowTest, ALetterOfADeadKeyTypedFirstIntoACellOpensItsEditorAndGo
     }
     EXPECT_EQ(text(1, ProductRecord::ProductName), QStringLiteral("éclair"));
 }
+
+} // namespace

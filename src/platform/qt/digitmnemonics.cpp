@@ -13,7 +13,7 @@ namespace {
 #if defined(Q_OS_WIN)
 constexpr quint32 TopRowKeyOne = 0x02; // the PC keyboard's scan codes
 #elif defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
-constexpr quint32 TopRowKeyOne = 10; // the evdev key codes as X11 and Wayland number them
+constexpr quint32 TopRowKeyOne = 10; // X11's and Wayland's key codes: the kernel's codes + 8
 #else
 constexpr quint32 TopRowKeyOne = 0; // no scan codes known
 #endif

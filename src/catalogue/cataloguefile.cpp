@@ -15,6 +15,7 @@
 
 #ifdef Q_OS_UNIX
 #include <cstdio>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -131,20 +132,52 @@ bool keepPreviousAsBackup(const QString &dataFile, QString *error)
     return copyPreviousAsBackup(dataFile, error);
 }
 
+QString keptCopyName(const QFileInfo &data, const QString &kind, const QString &stamp, int attempt)
+{
+    QString name = data.completeBaseName() + QLatin1Char('-') + kind + QLatin1Char('-') + stamp;
+    if (attempt > 1)
+        name += QLatin1Char('-') + QString::number(attempt);
+    const QString suffix = data.suffix().isEmpty() ? QStringLiteral("dat") : data.suffix();
+    return name + QLatin1Char('.') + suffix;
+}
+
+/// Whether the two names are one file.
+bool sameFile(const QByteArray &a, const QByteArray &b)
+{
+#ifdef Q_OS_UNIX
+    struct stat first
+    {
+    };
+    struct stat second
+    {
+    };
+    return ::stat(a.constData(), &first) == 0 && ::stat(b.constData(), &second) == 0
+        && first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+#else
+    Q_UNUSED(a);
+    Q_UNUSED(b);
+    return false;
+#endif
+}
+
 /// The backup as it was before a save, under a second name until the new catalogue has taken
 /// its name: a save that fails after the backup was renewed puts the old backup back, so the
 /// failed save leaves the catalogue's files as they were (an older backup may be the only copy
 /// of a catalogue before an accident). Where no second name can be made (a file system without
-/// them; Windows, where this is not done), a failed save leaves the renewed backup.
+/// them; Windows, where this is not done), a failed save leaves the renewed backup. The second
+/// name is never removed while it is the only copy of a backup: one the put-back could not
+/// rename, or one a save cut short left (kept aside then as twdata-backup-<date>-<time>.dat).
 class PreviousBackup
 {
 public:
     explicit PreviousBackup(const QString &dataFile)
     {
 #ifdef Q_OS_UNIX
+        const QByteArray data = QFile::encodeName(dataFile);
         m_backup = QFile::encodeName(catalogueBackupPath(dataFile));
         m_kept = m_backup + ".old";
-        ::unlink(m_kept.constData()); // a leftover of an interrupted save
+        if (QFileInfo::exists(QFile::decodeName(m_kept)))
+            settleLeftover(QFileInfo(dataFile), data);
         if (::link(m_backup.constData(), m_kept.constData()) != 0)
             m_kept.clear();
 #else
@@ -154,7 +187,7 @@ public:
     ~PreviousBackup()
     {
 #ifdef Q_OS_UNIX
-        if (!m_kept.isEmpty())
+        if (!m_kept.isEmpty() && !m_stays)
             ::unlink(m_kept.constData());
 #endif
     }
@@ -166,25 +199,42 @@ public:
     {
 #ifdef Q_OS_UNIX
         // Where the backup was not renewed, both names are one file and the rename leaves the
-        // second name: it goes in the destructor either way.
-        if (!m_kept.isEmpty())
-            ::rename(m_kept.constData(), m_backup.constData());
+        // second name, which then goes in the destructor.
+        if (!m_kept.isEmpty() && ::rename(m_kept.constData(), m_backup.constData()) != 0)
+            m_stays = true;
 #endif
     }
 
 private:
+#ifdef Q_OS_UNIX
+    /// A second name a save cut short left: the same file as the backup goes; the backup of a
+    /// save cut short before its new file took the catalogue's name (the backup is the
+    /// catalogue file itself) is put back; any other is kept aside.
+    void settleLeftover(const QFileInfo &dataFile, const QByteArray &data)
+    {
+        if (sameFile(m_kept, m_backup)) {
+            ::unlink(m_kept.constData());
+        } else if (sameFile(m_backup, data)) {
+            ::rename(m_kept.constData(), m_backup.constData());
+        } else {
+            const QString stamp =
+                QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+            for (int attempt = 1; attempt <= 1000; ++attempt) {
+                const QString aside = dataFile.dir().filePath(
+                    keptCopyName(dataFile, QStringLiteral("backup"), stamp, attempt));
+                if (!QFileInfo::exists(aside)) {
+                    ::rename(m_kept.constData(), QFile::encodeName(aside).constData());
+                    break;
+                }
+            }
+        }
+    }
+#endif
+
     QByteArray m_backup;
     QByteArray m_kept;
+    bool m_stays = false;
 };
-
-QString keptCopyName(const QFileInfo &data, const QString &kind, const QString &stamp, int attempt)
-{
-    QString name = data.completeBaseName() + QLatin1Char('-') + kind + QLatin1Char('-') + stamp;
-    if (attempt > 1)
-        name += QLatin1Char('-') + QString::number(attempt);
-    const QString suffix = data.suffix().isEmpty() ? QStringLiteral("dat") : data.suffix();
-    return name + QLatin1Char('.') + suffix;
-}
 
 } // namespace
 

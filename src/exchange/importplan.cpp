@@ -427,6 +427,13 @@ Cell ImportPlanner::pointCell(Cell cell, bool storedForm) const
         // under English, which only a comma decimal reads, "12.5").
         const QString text = cell.asText();
         const QString own = stored::pointText(text, m_locale);
+        // An update keeps a text the catalogue would not read back ("25+", "12,50 €" under
+        // English) as the number it read in it, in the user's form, as it keeps a list price.
+        if (m_plan.action == ImportAction::UpdateExisting
+            && !stored::readNumberOrLocal(own, m_locale)) {
+            if (const std::optional<double> value = number(cell, false))
+                return Cell(stored::shortestText(*value, m_locale));
+        }
         return own == text ? cell : Cell(own);
     }
     const CellTextView view = cell.textView();

@@ -32,13 +32,13 @@ bool isPriceField(int field)
         || (field >= P::Price1 && field <= P::Price5 && (field - P::Price1) % 2 == 0);
 }
 
-/// The text in quotes, its blanks other than the plain one named: a no-break space looks like
-/// a blank, a tab like several.
+/// The text in quotes, its blanks other than the plain one and its invisible characters named:
+/// a no-break space looks like a blank, a tab like several, a zero-width space like nothing.
 QString quotedWithBlanks(const QString &text)
 {
     QString shown;
     for (const QChar c : text) {
-        if (c == u' ' || !c.isSpace())
+        if (c == u' ' || (!c.isSpace() && c.category() != QChar::Other_Format))
             shown += c;
         else if (c == u'\t')
             shown += QStringLiteral("\u27E8tab\u27E9");
@@ -54,6 +54,18 @@ QString quotedWithBlanks(const QString &text)
                          .toUpper();
     }
     return QStringLiteral("\u201C%1\u201D").arg(shown);
+}
+
+/// The text as it looks: blanks of every kind as one blank, and no invisible characters (a
+/// zero-width space, a soft hyphen).
+QString looks(const QString &text)
+{
+    QString seen;
+    for (const QChar c : text) {
+        if (c.category() != QChar::Other_Format)
+            seen += c;
+    }
+    return seen.simplified();
 }
 
 QString skippedRows(int rows)
@@ -219,7 +231,7 @@ std::pair<QString, QString> changeTexts(
     }
     // Texts that differ only in their blanks (one at the end, two in a row) look alike in a
     // cell: in quotes, where they end and how they are spaced shows.
-    if (texts.first != texts.second && texts.first.simplified() == texts.second.simplified())
+    if (texts.first != texts.second && looks(texts.first) == looks(texts.second))
         texts = { quotedWithBlanks(texts.first), quotedWithBlanks(texts.second) };
     return texts;
 }

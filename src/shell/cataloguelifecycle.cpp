@@ -139,15 +139,9 @@ void CatalogueLifecycle::reportChangedCopy(const CatalogueWriteResult &saved)
 
 bool CatalogueLifecycle::saveBeforeClose()
 {
-    // A catalogue file the disk failed to give at the start (an I/O error, a drive that was
-    // slow to come back) stays as it is when nothing was changed here: the next start reads it
-    // again. Saved over, its products would be left only in the copy kept at the start.
-    if (m_readFailed && m_unreadResult.errorNumber == ErrorNumber::DeviceIOError) {
-        m_recovery.checkNow();
-        if (!m_recovery.isModified()) {
-            m_recovery.stop();
-            return true;
-        }
+    if (leavesUnreadFile()) {
+        m_recovery.stop();
+        return true;
     }
     // The file keeps a product by its part number: one without (said in the status bar while
     // it was worked on, and by every save) is left out, as the file's rules have it.
@@ -185,8 +179,24 @@ bool CatalogueLifecycle::saveBeforeClose()
     return true;
 }
 
+bool CatalogueLifecycle::leavesUnreadFile()
+{
+    // A catalogue file the disk failed to give at the start (an I/O error, a drive that was
+    // slow to come back) stays as it is when nothing was changed here: the next start tries it
+    // again. Saved over, its products would be left only in the copy kept at the start.
+    if (!m_readFailed || m_unreadResult.errorNumber != ErrorNumber::DeviceIOError)
+        return false;
+    m_recovery.checkNow();
+    return !m_recovery.isModified();
+}
+
 bool CatalogueLifecycle::saveNow()
 {
+    if (leavesUnreadFile()) {
+        m_prompts.msgBox(
+            unreadFileLeftMessage(m_module.DataFile), MsgStyle::Information, CatalogueTitle);
+        return false;
+    }
     const CatalogueWriteResult saved = save();
     if (!saved.ok) {
         reportSaveFailure(m_module.DataFile, saved.detail);
@@ -508,6 +518,14 @@ QString CatalogueLifecycle::changedCopyMessage(const QString &dataFile, const QS
         + QStringLiteral(" Your catalogue has been saved in its place; the version found there "
                          "is kept as \"%1\".")
               .arg(QDir::toNativeSeparators(copyPath));
+}
+
+QString CatalogueLifecycle::unreadFileLeftMessage(const QString &dataFile)
+{
+    return QStringLiteral("Nothing has been changed since Tarnwick started without the products "
+                          "of \"%1\", so the file is left as it is: Tarnwick tries to read it "
+                          "again at the next start.")
+        .arg(QDir::toNativeSeparators(dataFile));
 }
 
 QString CatalogueLifecycle::changedFileLeftMessage(const QString &dataFile)

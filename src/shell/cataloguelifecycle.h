@@ -113,6 +113,9 @@ public:
     /// The catalogue file has been changed outside Tarnwick and nothing here has: Save leaves
     /// it as it is.
     static QString changedFileLeftMessage(const QString &dataFile);
+    /// The catalogue file could not be got at when Tarnwick started and nothing has changed
+    /// since: Save leaves it for the next start.
+    static QString unreadFileLeftMessage(const QString &dataFile);
     /// The message listing stored numbers that could not be read: product and field of each.
     static QString unreadNumbersMessage(const QList<CatalogueReadResult::UnreadNumber> &numbers);
 
@@ -123,6 +126,9 @@ private:
     /// Puts a catalogue read from a copy (the recovery file, the backup) in place of the one
     /// loaded, in part-number order, as changes not saved yet.
     void replaceCatalogue(Table &&catalogue, qint32 count);
+    /// Whether a save leaves the catalogue file as it is: it could not be got at when Tarnwick
+    /// started (error 57) and nothing has changed since.
+    bool leavesUnreadFile();
     /// The backup of a missing catalogue file, when the user wants it; false otherwise.
     bool offerBackup();
     /// A missing catalogue file whose name is there in other capital letters ("TWDATA.DAT",

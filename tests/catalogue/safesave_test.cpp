@@ -425,6 +425,57 @@ TEST_F(SafeSaveTest, ASaveThatFailsAfterTheBackupWasRenewedPutsTheOlderBackupBac
     EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak.old")));
 }
 
+#if defined(Q_OS_UNIX)
+// The older backup is never lost: where it cannot be put back it stays under its second name,
+// and a second name a save cut short left is put back or kept aside, never removed.
+TEST_F(SafeSaveTest, TheOlderBackupStaysWhereItCannotBePutBackAndALeftoverIsNeverRemoved)
+{
+    const QByteArray olderBytes =
+        "OLDER-1" FE "Older product" FE "2.5" FE FE FE FE FE FE FE FE FE FE FE FE FE "\r\n";
+    writeDataFile(OldBytes);
+    folder.writeFile(QStringLiteral("twdata.bak"), olderBytes);
+    fillCatalogue(3);
+    // Neither the new file nor the older backup can take their names back (folders with a file
+    // in them stand there).
+    products.setBeforeReplaceHook([&] {
+        return QFile::rename(dataFile(), folder.filePath(QStringLiteral("moved.dat")))
+            && QDir(folder.path()).mkpath(QStringLiteral("twdata.dat/inside"))
+            && QFile::rename(folder.filePath(QStringLiteral("twdata.bak")),
+                folder.filePath(QStringLiteral("moved.bak")))
+            && QDir(folder.path()).mkpath(QStringLiteral("twdata.bak/inside"));
+    });
+    EXPECT_FALSE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak.old")), olderBytes);
+
+    // A fresh start of the folder: the catalogue, its backup a second name of it (a save cut
+    // short before the new file took the catalogue's name), the older backup left beside.
+    ASSERT_TRUE(QDir(folder.filePath(QStringLiteral("twdata.dat"))).removeRecursively());
+    ASSERT_TRUE(QDir(folder.filePath(QStringLiteral("twdata.bak"))).removeRecursively());
+    ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("moved.dat"))));
+    ASSERT_TRUE(QFile::remove(folder.filePath(QStringLiteral("moved.bak"))));
+    writeDataFile(OldBytes);
+    ASSERT_EQ(::link(QFile::encodeName(dataFile()).constData(),
+                  QFile::encodeName(folder.filePath(QStringLiteral("twdata.bak"))).constData()),
+        0);
+    // That save put back, its older backup is the backup again.
+    products.setBeforeReplaceHook([] { return false; });
+    EXPECT_FALSE(products.WriteProds(dataFile()).ok);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), olderBytes);
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak.old")));
+
+    // A leftover that is neither (a save cut short after the new file took the name) is kept
+    // aside, where the help's data page sends the user.
+    folder.writeFile(QStringLiteral("twdata.bak.old"), "an even older backup");
+    products.setBeforeReplaceHook({});
+    ASSERT_TRUE(products.WriteProds(dataFile()).ok);
+    const QStringList aside = folder.fileNames().filter(QStringLiteral("twdata-backup-"));
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(folder.readFile(aside.first()), QByteArray("an even older backup"));
+    EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak.old")));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), OldBytes);
+}
+#endif
+
 TEST_F(SafeSaveTest, BackupThatCannotBeReplacedStopsTheSave)
 {
     writeDataFile(OldBytes);

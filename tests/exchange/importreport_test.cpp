@@ -112,7 +112,8 @@ TEST(ImportReport, AListPriceBelowZeroIsSkippedWithItsReason)
 }
 
 // A supplier's "ten" or "POA" for a break, or a break price below zero, would have quotes
-// charge nothing or a credit at that break: an update skips the row with its reason.
+// charge nothing or a credit at that break: an update skips the row with its reason. A break
+// written with a sign after it ("25+") is read as its number, as a list price is.
 TEST(ImportReport, APricePointOrPriceThatIsNoNumberOrBelowZeroIsSkippedWithItsReason)
 {
     const QByteArray rows = "Part Number\tProduct Name\tPrice\tPrice Point 1\tPrice 1\r\n"
@@ -124,17 +125,21 @@ TEST(ImportReport, APricePointOrPriceThatIsNoNumberOrBelowZeroIsSkippedWithItsRe
                             "W-4\tWasher\t1\t10\t0.90\r\n";
     const ImportPlan update = planOf(sampleCatalogue(), rows, ImportAction::UpdateExisting);
     EXPECT_EQ(ImportReport::countLines(update).value(3),
-        "Rows skipped: 5 (price point or price that is no number: 4; price point or price below "
+        "Rows skipped: 3 (price point or price that is no number: 2; price point or price below "
         "zero: 1)");
     EXPECT_TRUE(update.changed.empty()) << "Hammer's break stays as it was";
-    ASSERT_EQ(update.addedCount(), 1);
-    EXPECT_EQ(update.addedProduct(0)[ProductRecord::PartNumber - 1], Cell("W-4"));
-    // A break the catalogue holds already as it is (its own export writes "25+" back) changes
+    ASSERT_EQ(update.addedCount(), 3);
+    EXPECT_EQ(update.addedProduct(2)[ProductRecord::PartNumber - 1], Cell("W-4"));
+    // "25+" and "12.10+" read as numbers, kept as the catalogue reads them back, as a list price
+    // "40+" is kept as 40.
+    EXPECT_EQ(update.addedProduct(0)[ProductRecord::PricePoint1 - 1], Cell("25"));
+    EXPECT_EQ(update.addedProduct(1)[ProductRecord::Price1 - 1], Cell("12.1"));
+    // A break the catalogue holds already as it is (its own export writes "POA" back) changes
     // nothing, and the row's list price is taken.
     Table holding = sampleCatalogue();
-    holding.put(1, ProductRecord::PricePoint1, "25+");
+    holding.put(1, ProductRecord::Price1, "POA");
     const ImportPlan roundTrip = planOf(holding,
-        "Part Number\tProduct Name\tPrice\tPrice Point 1\tPrice 1\r\nH-1\tHammer\t21\t25+\t18\r\n",
+        "Part Number\tProduct Name\tPrice\tPrice Point 1\tPrice 1\r\nH-1\tHammer\t21\t10\tPOA\r\n",
         ImportAction::UpdateExisting);
     EXPECT_EQ(roundTrip.skippedCount(), 0);
     ASSERT_EQ(roundTrip.changed.size(), 1U);
@@ -255,6 +260,11 @@ TEST(ImportReport, TextsThatDifferOnlyInTheirBlanksShowInQuotes)
         std::make_pair(QStringLiteral("\u201C1/2\" bronze\u201D"),
             QStringLiteral("\u201C1/2\"\u27E8no-break space\u27E9bronze\u201D")))
         << "a blank that looks like the other is named";
+    EXPECT_EQ(ImportReport::changeTexts(
+                  P::ProductName, Cell("fullport"), Cell(QStringLiteral("full\u00ADport")), EnUs),
+        std::make_pair(QStringLiteral("\u201Cfullport\u201D"),
+            QStringLiteral("\u201Cfull\u27E8U+00AD\u27E9port\u201D")))
+        << "an invisible character is named";
     EXPECT_EQ(
         ImportReport::changeTexts(P::Notes, Cell("a\tb"), Cell(QStringLiteral("a\u2003b")), EnUs),
         std::make_pair(QStringLiteral("\u201Ca\u27E8tab\u27E9b\u201D"),

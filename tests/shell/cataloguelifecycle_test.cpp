@@ -401,6 +401,12 @@ TEST_F(CatalogueLifecycleTest, AFileTheDiskFailedToGiveIsLeftAsItIsByACloseWitho
     ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("twdata.dat")));
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
     prompts.clear();
+    // Save out of habit leaves it too, and says so.
+    EXPECT_FALSE(lifecycle.saveNow());
+    ASSERT_EQ(prompts.shown().size(), 1u);
+    EXPECT_EQ(prompts.shown()[0].text, CatalogueLifecycle::unreadFileLeftMessage(module.DataFile));
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());
+    prompts.clear();
     EXPECT_TRUE(lifecycle.saveBeforeClose());
     EXPECT_TRUE(prompts.shown().empty());
     EXPECT_EQ(folder.readFile(QStringLiteral("twdata.dat")), sampleCatalogue());

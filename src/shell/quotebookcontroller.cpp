@@ -167,6 +167,10 @@ bool QuoteBookController::openBook(bool inABox)
         status(message);
     // A book of a later version stays as it is for the whole run.
     m_openable = result.status != QuoteBook::OpenStatus::TooNew;
+    // A book that could not be opened before (another program held it): once the quote on
+    // screen is in it, the status bar takes back what it said.
+    if (m_book.isOpen() && !m_unavailable.isEmpty())
+        m_keepFailing = true;
     m_unavailable = m_book.isOpen() ? QString() : result.detail;
     if (m_book.isOpen() && std::exchange(m_missedInHand, false))
         saveMissedInHand();

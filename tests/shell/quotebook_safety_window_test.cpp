@@ -173,6 +173,24 @@ TEST_F(DamagedBookWindowTest, TheCopyOfTheLastCloseOutlivesTheNewBook)
     EXPECT_TRUE(folder.exists(QStringLiteral("quotes.bak")));
 }
 
+// The book another program held at the start can be opened later: once the quote on screen
+// is in it, the status bar says so instead of keeping the start's "could not be opened".
+TEST_F(DamagedBookWindowTest, ABookThatCanBeOpenedLaterSaysTheQuoteIsSafeAgain)
+{
+    folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());
+    QDir(folder.path()).mkdir(QStringLiteral("quotes.db"));
+    startAndWait();
+    ASSERT_EQ(fakes->prompts.shown().size(), 1U);
+    ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("quotes.db")));
+    QSignalSpy kept(mainWindow->quoteBook().session(), &QuoteSession::kept);
+    QTableView *products = mainWindow->ui().GrdMain;
+    products->setCurrentIndex(products->model()->index(0, 0));
+    mainWindow->actions().action(QStringLiteral("mnuGrdMainQuote"))->trigger();
+    ASSERT_TRUE(kept.wait(5000));
+    EXPECT_EQ(mainWindow->ui().sbPanel1->text(),
+        QStringLiteral("The quote on screen is kept safe again."));
+}
+
 TEST_F(DamagedBookWindowTest, WithoutABookTheCommandsSayWhy)
 {
     folder.writeFile(QStringLiteral("twdata.dat"), sampleCatalogue());

@@ -164,9 +164,9 @@ bool sameFile(const QByteArray &a, const QByteArray &b)
 /// its name: a save that fails after the backup was renewed puts the old backup back, so the
 /// failed save leaves the catalogue's files as they were (an older backup may be the only copy
 /// of a catalogue before an accident). Where no second name can be made (a file system without
-/// them; Windows, where this is not done), a failed save leaves the renewed backup. The second
-/// name is never removed while it is the only copy of a backup: one the put-back could not
-/// rename, or one a save cut short left (kept aside then as twdata-backup-<date>-<time>.dat).
+/// them; Windows, where this is not done), a failed save leaves the renewed backup. No failed or
+/// cut-short save removes the second name: one the put-back could not rename, or one a save cut
+/// short left, is put back by the next save or kept aside as twdata-backup-<date>-<time>.dat.
 class PreviousBackup
 {
 public:

@@ -21,9 +21,20 @@ namespace {
 const QByteArray OldBytes =
     "OLD-1" FE "Old product" FE "1.5" FE FE FE FE FE FE FE FE FE FE FE FE FE "\r\n";
 
+/// A backup older than the catalogue file before it (the catalogue before an accident).
+const QByteArray OlderBytes =
+    "OLDER-1" FE "Older product" FE "2.5" FE FE FE FE FE FE FE FE FE FE FE FE FE "\r\n";
+
 class SafeSaveTest : public CatalogueFixture
 {
 protected:
+    /// twdata.dat holds OldBytes, twdata.bak OlderBytes, the catalogue three new products.
+    void writeFilesWithAnOlderBackup()
+    {
+        writeDataFile(OldBytes);
+        folder.writeFile(QStringLiteral("twdata.bak"), OlderBytes);
+        fillCatalogue(3);
+    }
     /// A catalogue whose file is much larger than OldBytes.
     void fillCatalogue(int rows)
     {
@@ -401,16 +412,12 @@ TEST_F(SafeSaveTest, SaveInterruptedBeforeTheReplaceLeavesTheOldFileIntact)
 // save leaves the catalogue's files as they were, as its message says.
 TEST_F(SafeSaveTest, ASaveThatFailsAfterTheBackupWasRenewedPutsTheOlderBackupBack)
 {
-    const QByteArray olderBytes =
-        "OLDER-1" FE "Older product" FE "2.5" FE FE FE FE FE FE FE FE FE FE FE FE FE "\r\n";
-    writeDataFile(OldBytes);
-    folder.writeFile(QStringLiteral("twdata.bak"), olderBytes);
-    fillCatalogue(3);
+    writeFilesWithAnOlderBackup();
     // Interrupted before the new file takes the old one's place.
     products.setBeforeReplaceHook([] { return false; });
     EXPECT_FALSE(products.WriteProds(dataFile()).ok);
     EXPECT_EQ(dataFileBytes(), OldBytes);
-    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), olderBytes);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), OlderBytes);
     // The new file cannot take the old one's name (a folder with a file in it stands there).
     products.setBeforeReplaceHook([&] {
         return QFile::rename(dataFile(), folder.filePath(QStringLiteral("moved.dat")))
@@ -420,21 +427,17 @@ TEST_F(SafeSaveTest, ASaveThatFailsAfterTheBackupWasRenewedPutsTheOlderBackupBac
     EXPECT_FALSE(failed.ok);
     EXPECT_TRUE(failed.detail.contains(QStringLiteral("could not replace the old one")))
         << failed.detail.toStdString();
-    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), olderBytes);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), OlderBytes);
     EXPECT_EQ(folder.readFile(QStringLiteral("moved.dat")), OldBytes);
     EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak.old")));
 }
 
 #if defined(Q_OS_UNIX)
-// The older backup is never lost: where it cannot be put back it stays under its second name,
-// and a second name a save cut short left is put back or kept aside, never removed.
+// No failed save loses the older backup: where it cannot be put back it stays under its second
+// name, and a second name a save cut short left is put back or kept aside.
 TEST_F(SafeSaveTest, TheOlderBackupStaysWhereItCannotBePutBackAndALeftoverIsNeverRemoved)
 {
-    const QByteArray olderBytes =
-        "OLDER-1" FE "Older product" FE "2.5" FE FE FE FE FE FE FE FE FE FE FE FE FE "\r\n";
-    writeDataFile(OldBytes);
-    folder.writeFile(QStringLiteral("twdata.bak"), olderBytes);
-    fillCatalogue(3);
+    writeFilesWithAnOlderBackup();
     // Neither the new file nor the older backup can take their names back (folders with a file
     // in them stand there).
     products.setBeforeReplaceHook([&] {
@@ -445,7 +448,7 @@ TEST_F(SafeSaveTest, TheOlderBackupStaysWhereItCannotBePutBackAndALeftoverIsNeve
             && QDir(folder.path()).mkpath(QStringLiteral("twdata.bak/inside"));
     });
     EXPECT_FALSE(products.WriteProds(dataFile()).ok);
-    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak.old")), olderBytes);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak.old")), OlderBytes);
 
     // A fresh start of the folder: the catalogue, its backup a second name of it (a save cut
     // short before the new file took the catalogue's name), the older backup left beside.
@@ -460,7 +463,7 @@ TEST_F(SafeSaveTest, TheOlderBackupStaysWhereItCannotBePutBackAndALeftoverIsNeve
     // That save put back, its older backup is the backup again.
     products.setBeforeReplaceHook([] { return false; });
     EXPECT_FALSE(products.WriteProds(dataFile()).ok);
-    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), olderBytes);
+    EXPECT_EQ(folder.readFile(QStringLiteral("twdata.bak")), OlderBytes);
     EXPECT_FALSE(folder.exists(QStringLiteral("twdata.bak.old")));
 
     // A leftover that is neither (a save cut short after the new file took the name) is kept

@@ -514,6 +514,9 @@ void ProductGridController::setCatalogueWork(CatalogueWork *work)
     // While another thread works on the catalogue, the grid shows what it showed and its
     // model reads nothing; the work's end reloads it.
     connect(work, &CatalogueWork::started, this, [this] {
+        // What waits to be drawn (the row the keys just moved to) is drawn now, from the
+        // catalogue as it is: drawn during the work, it would show empty cells.
+        m_ui.GrdMain->repaint();
         m_ui.GrdMain->setUpdatesEnabled(false);
         if (m_gridModel)
             m_gridModel->setFrozen(true);

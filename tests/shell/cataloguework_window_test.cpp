@@ -24,6 +24,23 @@ using namespace tarnwick::test;
 
 namespace {
 
+/// Calls back for every event of the objects it watches.
+class EventWatch : public QObject
+{
+public:
+    explicit EventWatch(std::function<void(QObject *, QEvent *)> seen) : m_seen(std::move(seen)) { }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        m_seen(watched, event);
+        return false;
+    }
+
+private:
+    std::function<void(QObject *, QEvent *)> m_seen;
+};
+
 class CatalogueWorkTest : public SampleWindowTest
 {
 protected:
@@ -70,6 +87,35 @@ TEST_F(CatalogueWorkTest, TheGridReadsNothingWhileTheWorkRuns)
     EXPECT_FALSE(shownDuring.isValid()) << "the model read a cell during the work";
     EXPECT_EQ(rowsDuring, 3);
     EXPECT_EQ(grid->model()->index(0, 0).data().toString(), QStringLiteral("A-100"));
+}
+
+// A row the keys just moved to waits to be drawn when the work starts: it is drawn before, from
+// the catalogue, never during the work, when the grid reads nothing and would show empty cells
+// for as long as a large catalogue's save takes.
+TEST_F(CatalogueWorkTest, WhatWaitsToBeDrawnIsDrawnBeforeTheWorkNotWithEmptyCells)
+{
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    bool running = false;
+    int paintsDuring = 0;
+    QObject *viewport = grid->viewport();
+    auto watch = std::make_unique<EventWatch>([&](QObject *watched, QEvent *event) {
+        if (running && watched == viewport && event->type() == QEvent::Paint)
+            ++paintsDuring;
+    });
+    viewport->installEventFilter(watch.get());
+    grid->viewport()->update();
+    QObject::connect(work, &CatalogueWork::started, [&] { running = true; });
+    std::atomic<bool> release { false };
+    QTimer::singleShot(0, [&] {
+        QCoreApplication::sendPostedEvents();
+        release = true;
+    });
+    work->run([&] {
+        while (!release)
+            std::this_thread::yield();
+    });
+    running = false;
+    EXPECT_EQ(paintsDuring, 0);
 }
 
 TEST_F(CatalogueWorkTest, ACloseAskedForMeanwhileWaitsForTheWorkAndThenSaves)

@@ -141,6 +141,25 @@ QString keptCopyName(const QFileInfo &data, const QString &kind, const QString &
     return name + QLatin1Char('.') + suffix;
 }
 
+/// Puts a file beside the catalogue at data under the first free name of kind
+/// ("twdata-<kind>-<stamp>.dat", then "-2" and on) by place(path), which never overwrites: a
+/// name taken in the meantime just moves on to the next. The path; empty when it failed.
+QString placeUnderKeptName(
+    const QFileInfo &data, const QString &kind, const std::function<bool(const QString &)> &place)
+{
+    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    for (int attempt = 1; attempt <= 1000; ++attempt) {
+        const QString path = data.dir().filePath(keptCopyName(data, kind, stamp, attempt));
+        if (QFileInfo::exists(path))
+            continue;
+        if (place(path))
+            return QDir::toNativeSeparators(path);
+        if (!QFileInfo::exists(path))
+            return {}; // the copy or the move itself failed, not the name
+    }
+    return {};
+}
+
 /// Whether the two names are one file.
 bool sameFile(const QByteArray &a, const QByteArray &b)
 {
@@ -217,16 +236,9 @@ private:
         } else if (sameFile(m_backup, data)) {
             ::rename(m_kept.constData(), m_backup.constData());
         } else {
-            const QString stamp =
-                QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-            for (int attempt = 1; attempt <= 1000; ++attempt) {
-                const QString aside = dataFile.dir().filePath(
-                    keptCopyName(dataFile, QStringLiteral("backup"), stamp, attempt));
-                if (!QFileInfo::exists(aside)) {
-                    ::rename(m_kept.constData(), QFile::encodeName(aside).constData());
-                    break;
-                }
-            }
+            const QString kept = QFile::decodeName(m_kept);
+            placeUnderKeptName(dataFile, QStringLiteral("backup"),
+                [&kept](const QString &path) { return QFile::rename(kept, path); });
         }
     }
 #endif
@@ -325,29 +337,6 @@ CatalogueWriteResult writeCatalogueFile(const QString &path,
     }
     return {};
 }
-
-namespace {
-
-/// Puts a file beside the catalogue at data under the first free name of kind
-/// ("twdata-<kind>-<stamp>.dat", then "-2" and on) by place(path), which never overwrites: a
-/// name taken in the meantime just moves on to the next. The path; empty when it failed.
-QString placeUnderKeptName(
-    const QFileInfo &data, const QString &kind, const std::function<bool(const QString &)> &place)
-{
-    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    for (int attempt = 1; attempt <= 1000; ++attempt) {
-        const QString path = data.dir().filePath(keptCopyName(data, kind, stamp, attempt));
-        if (QFileInfo::exists(path))
-            continue;
-        if (place(path))
-            return QDir::toNativeSeparators(path);
-        if (!QFileInfo::exists(path))
-            return {}; // the copy or the move itself failed, not the name
-    }
-    return {};
-}
-
-} // namespace
 
 QString keepBackupAside(const QString &dataFile)
 {

@@ -165,10 +165,11 @@ bool CatalogueLifecycle::saveBeforeClose()
     }
     // A recovery file written before the disk filled up keeps the changes up to then.
     const QFileInfo older(recoveryFilePath(m_module.DataFile));
-    const QString question = kept ? CloseAnywayKeptQuestion
-        : older.exists()          ? CloseAnywayPartlyKeptQuestion.arg(
-                       m_module.locale().toString(older.lastModified().time(), QLocale::ShortFormat))
-                         : CloseAnywayQuestion;
+    QString question = kept ? CloseAnywayKeptQuestion : CloseAnywayQuestion;
+    if (!kept && older.exists()) {
+        question = CloseAnywayPartlyKeptQuestion.arg(
+            m_module.locale().toString(older.lastModified().time(), QLocale::ShortFormat));
+    }
     const QString text = saveFailedMessage(m_module.DataFile, saved.detail) + question;
     const int style = MsgStyle::YesNo | MsgStyle::Exclamation | MsgStyle::DefaultButton2;
     if (m_prompts.msgBox(text, style, CatalogueTitle) != MsgResult::Yes)
